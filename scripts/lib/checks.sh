@@ -1,0 +1,91 @@
+# Checks of the sources and of the built library that need no test program.
+# shellcheck shell=bash
+
+our_sources() {
+  (cd "$root" && find src desk tests bench fuzz -type f \( -name '*.h' -o -name '*.cpp' \) | sort)
+}
+
+check_format() {
+  local files
+  mapfile -t files < <(our_sources)
+  (cd "$root" && clang-format-14 --dry-run -Werror "${files[@]}") && return 0
+  warn "scripts/format mends this"
+  return 1
+}
+
+# What each room may include, by the first folder of the include; the longest match of a room wins.
+readonly room_includes="\
+src/host host
+src/viewkit viewkit host
+src/editing editing viewkit host
+src/maintenance maintenance editing viewkit host
+src/picker picker editing viewkit host
+src/component component picker maintenance editing viewkit host
+desk/book book embedded host
+desk/app app component book viewkit host"
+
+# The rooms that may know Windows, and the suites of these rooms.
+readonly windows_rooms='^(src/viewkit/win32|src/component|desk/app|tests/component|tests/windows|bench/windows)/'
+readonly windows_words='<(windows|windowsx|commctrl|ole2|oleauto|olectl|objbase)\.h>|\<(HWND|HDC|HRESULT|BSTR|IDispatch|IUnknown|LPARAM|WPARAM)\>'
+
+check_layers() {
+  local bad=0
+  portable_sources_name_windows && bad=1
+  includes_point_up && bad=1
+  return "$bad"
+}
+
+# Comments may speak of windows; the code may not.
+portable_sources_name_windows() {
+  local found
+  found=$(our_sources | grep -vE "$windows_rooms" | (cd "$root" && xargs grep -nE "$windows_words") |
+    grep -vE '^[^:]*:[0-9]*: *(//|\*)' || true)
+  found+=$(our_sources | grep -vE "$windows_rooms" |
+    (cd "$root" && xargs grep -nE '#include "viewkit/win32/') || true)
+  [[ -n $found ]] || return 1
+  warn "these know Windows and must not:"
+  printf '%s\n' "$found" >&2
+}
+
+includes_point_up() {
+  local found
+  # What measures the desk from inside is one of the benchmarks.
+  found=$(our_sources | grep -E '^(src|desk)/' | grep -v '^desk/app/measure/' | (cd "$root" && xargs grep -HnE '^#include "') |
+    awk -v table="$room_includes" '
+      BEGIN {
+        count = split(table, lines, "\n")
+        for (i = 1; i <= count; ++i) {
+          words = split(lines[i], word, " ")
+          for (j = 2; j <= words; ++j) may[word[1], word[j]] = 1
+        }
+      }
+      {
+        split($0, parts, ":")
+        split(parts[1], path, "/")
+        included = $0; sub(/^.*#include "/, "", included)
+        # A generated header stands beside nothing: it has no folder.
+        if (!sub(/\/.*/, "", included)) next
+        if (!((path[1] "/" path[2], included) in may)) print
+      }')
+  [[ -n $found ]] || return 1
+  warn "these include what is above them:"
+  printf '%s\n' "$found" >&2
+}
+
+readonly library_exports="DllCanUnloadNow DllGetClassObject DllRegisterServer DllUnregisterServer"
+readonly system_libraries='^(advapi32|comctl32|comdlg32|gdi32|imm32|kernel32|msimg32|msvcrt|ole32|oleaut32|shell32|shlwapi|user32|usp10|uxtheme|version)\.dll$'
+
+# check_library PRESET TOOL-PREFIX MACHINE: what a host relies on before it runs any of the code.
+check_library() {
+  local library=$build/$1/bin/tavrix.dll objdump=$2-objdump machine=$3 facts exports strange bad=0
+  [[ -f $library ]] || { warn "$library was not built"; return 1; }
+  facts=$("$objdump" -p "$library")
+  grep -q "file format $machine" <<<"$facts" || { warn "not for $machine"; bad=1; }
+  exports=$(awk '/^\[Ordinal\/Name Pointer\] Table/ { on = 1; next } on && NF == 0 { exit }
+    on { print $NF }' <<<"$facts" | sort | paste -s -d ' ')
+  [[ $exports == "$library_exports" ]] || { warn "exports: $exports"; bad=1; }
+  strange=$(awk '/DLL Name:/ { print tolower($NF) }' <<<"$facts" | grep -vE "$system_libraries" || true)
+  [[ -z $strange ]] || { warn "imports:" $strange; bad=1; }
+  grep -qE 'TYPELIB' <<<"$facts" || { warn "no type library"; bad=1; }
+  return "$bad"
+}

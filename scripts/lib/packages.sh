@@ -1,0 +1,37 @@
+# Debian packages: the list, and installing what of it is missing.
+# shellcheck shell=bash
+
+# The tools that judge the sources are taken by version, so that all judge alike.
+readonly packages=(
+  # building
+  g++ cmake ninja-build ccache faketime googletest
+  mingw-w64 mingw-w64-tools libwine-dev
+  # judging
+  clang-format-14 clang-tidy-14 clang-14 libclang-rt-14-dev
+  # running what is built for Windows, and looking at it
+  wine wine64 fonts-wqy-zenhei xvfb openbox xdotool imagemagick x11-utils sqlite3
+)
+
+missing_packages() {
+  local name
+  for name in "${packages[@]}"; do
+    dpkg-query -W -f '${db:Status-Abbrev}' "$name" 2>/dev/null | grep -q '^ii' || echo "$name"
+  done
+  # npm is large, and often there without being a package: only the command counts.
+  command -v npm >/dev/null || [[ -f $cache/sqlite/stamp ]] || echo npm
+}
+
+as_root() {
+  if [[ $(id -u) == 0 ]]; then "$@"; else sudo "$@"; fi
+}
+
+install_packages() {
+  local missing
+  mapfile -t missing < <(missing_packages)
+  [[ ${#missing[@]} -gt 0 ]] || return 0
+  say "installing ${missing[*]}"
+  local apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o Acquire::Retries=3
+    -o DPkg::Lock::Timeout=300)
+  as_root "${apt[@]}" update </dev/null >&2
+  as_root "${apt[@]}" install -y --no-install-recommends "${missing[@]}" </dev/null >&2
+}
