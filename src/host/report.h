@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <new>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace tavrix::host {
+
+/// Severity of an error report.
+inline constexpr std::int32_t kLoadingError = 8;
+inline constexpr std::int32_t kCommandError = 2;
+
+/// The text of an exception for a user.
+[[nodiscard]] std::string ErrorText(const std::exception& error);
+
+/// The error trap of a public routine: runs `body`; when it throws, reports `prefix` followed
+/// directly by the error's text through `report(text, level)` and gives `failed`.
+/// No exception leaves, not even one of `report` itself.
+template <class Report, class Body, class Result>
+Result Trap(const Report& report, std::string_view prefix, std::int32_t level, Result failed,
+            Body&& body) noexcept {
+  try {
+    return std::forward<Body>(body)();
+  } catch (const std::exception& error) {
+    try {
+      report(std::string(prefix) + ErrorText(error), level);
+    } catch (...) {  // a listener that throws has had its report
+    }
+    return failed;
+  } catch (...) {
+    return failed;
+  }
+}
+
+}  // namespace tavrix::host

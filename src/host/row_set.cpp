@@ -1,0 +1,34 @@
+#include "host/row_set.h"
+
+#include <charconv>
+#include <stdexcept>
+
+namespace tavrix::host {
+
+void RowSet::Reserve(std::size_t rows, std::size_t bytes) {
+  cells_.reserve(rows * columns_);
+  text_.reserve(bytes);
+}
+
+void RowSet::AppendText(std::string_view text) {
+  constexpr std::size_t kMostText = 0x7FFFFFFF;
+  if (text.size() > kMostText - text_.size()) throw std::length_error("查询结果过大");
+  cells_.push_back(
+      {static_cast<std::uint32_t>(text_.size()), static_cast<std::uint32_t>(text.size())});
+  text_.append(text);
+}
+
+void RowSet::AppendWhole(std::int64_t number) {
+  char digits[24];
+  const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+  AppendText({digits, static_cast<std::size_t>(end - digits)});
+}
+
+RowSet::Storage RowSet::Release() && {
+  Storage storage{columns_, std::move(text_), std::move(cells_)};
+  text_.clear();
+  cells_.clear();
+  return storage;
+}
+
+}  // namespace tavrix::host

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tavrix::host {
+
+/// The number at the start of `text`: blanks, a sign, digits, a point, an exponent. No number gives
+/// 0; what follows the number is ignored. Never fails; an overflow gives the nearest finite value.
+[[nodiscard]] double LeadingNumber(std::string_view text);
+
+/// `number` truncated towards zero and held within 32 bits; not-a-number gives 0.
+[[nodiscard]] std::int32_t ToLong32(double number);
+
+/// As `LeadingNumber`, through `ToLong32`.
+[[nodiscard]] std::int32_t LeadingLong(std::string_view text);
+
+/// `number` in its shortest decimal form; whole numbers without a point.
+[[nodiscard]] std::string NumberText(double number);
+
+/// UTF-8 to UTF-16 and back. Malformed input becomes U+FFFD, one for each bad unit.
+[[nodiscard]] std::u16string ToUtf16(std::string_view text);
+[[nodiscard]] std::string ToUtf8(std::u16string_view text);
+
+/// Length of `text` in UTF-16 units: what every rule on the length of a code or a name means.
+[[nodiscard]] std::size_t TextLength(std::string_view text);
+
+/// Orders UTF-8 texts as their UTF-16 code units order: negative, zero or positive.
+[[nodiscard]] int CompareText(std::string_view left, std::string_view right);
+
+/// Without leading and trailing blanks (U+0020 only).
+[[nodiscard]] std::string_view Trimmed(std::string_view text);
+
+/// Simple case mapping of Latin, Greek and Cyrillic letters; all else stays.
+[[nodiscard]] std::string LowerCase(std::string_view text);
+[[nodiscard]] std::string UpperCase(std::string_view text);
+
+/// Orders as `CompareText` orders the lower-case forms.
+[[nodiscard]] int CompareNoCase(std::string_view left, std::string_view right);
+
+/// Equal but for case, in the sense of `LowerCase`.
+[[nodiscard]] bool EqualNoCase(std::string_view left, std::string_view right);
+
+}  // namespace tavrix::host

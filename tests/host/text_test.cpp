@@ -1,0 +1,103 @@
+#include "host/text.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace tavrix::host {
+namespace {
+
+TEST(LeadingNumberTest, ReadsWhatTheTextBeginsWith) {
+  EXPECT_EQ(LeadingNumber("2.5"), 2.5);
+  EXPECT_EQ(LeadingNumber(" \t-3 rows"), -3);
+  EXPECT_EQ(LeadingNumber("+.5x"), 0.5);
+  EXPECT_EQ(LeadingNumber("1e2"), 100);
+  EXPECT_EQ(LeadingNumber("1E+2"), 100);
+  EXPECT_EQ(LeadingNumber("7e"), 7);
+  for (const char* none : {"", "  ", "abc", "-", ".", "一", "inf", "nan"}) {
+    EXPECT_EQ(LeadingNumber(none), 0) << none;
+  }
+}
+
+TEST(LeadingNumberTest, StaysFinite) {
+  EXPECT_EQ(LeadingNumber("1e999"), std::numeric_limits<double>::max());
+  EXPECT_EQ(LeadingNumber("-1e999"), -std::numeric_limits<double>::max());
+  EXPECT_EQ(LeadingNumber("1e-999"), 0);
+  EXPECT_EQ(LeadingLong("99999999999"), std::numeric_limits<std::int32_t>::max());
+  EXPECT_EQ(LeadingLong("-2.9"), -2);
+  EXPECT_EQ(ToLong32(std::numeric_limits<double>::quiet_NaN()), 0);
+}
+
+TEST(NumberTextTest, IsShort) {
+  EXPECT_EQ(NumberText(1), "1");
+  EXPECT_EQ(NumberText(-0.1), "-0.1");
+  EXPECT_EQ(NumberText(123456789012), "123456789012");
+  EXPECT_EQ(NumberText(1e300), "1e+300");
+}
+
+TEST(Utf16Test, GoesThereAndBack) {
+  const std::string text = "a科\xF0\xA0\x80\x80";
+  EXPECT_EQ(ToUtf16(text), u"a科\U00020000");
+  EXPECT_EQ(ToUtf8(ToUtf16(text)), text);
+  EXPECT_EQ(TextLength(text), 4U);
+}
+
+TEST(Utf16Test, ReplacesWhatIsMalformed) {
+  EXPECT_EQ(ToUtf16("\xFF"), u"\uFFFD");
+  EXPECT_EQ(ToUtf16("a\xE7\xA7"), u"a\uFFFD\uFFFD");          // cut off
+  EXPECT_EQ(ToUtf16("\xC0\x80"), u"\uFFFD\uFFFD");            // longer than need be
+  EXPECT_EQ(ToUtf16("\xED\xA0\x80"), u"\uFFFD\uFFFD\uFFFD");  // half a pair
+  EXPECT_EQ(ToUtf8(std::u16string{u'a', 0xD800, u'b'}),
+            "a\xEF\xBF\xBD"
+            "b");
+  EXPECT_EQ(ToUtf8(std::u16string{0xDC00}), "\xEF\xBF\xBD");
+}
+
+TEST(CompareTextTest, OrdersAsCodeUnitsDo) {
+  const std::vector<std::string> ordered = {"",
+                                            "1001",
+                                            "100101",
+                                            "100101001",
+                                            "100101002",
+                                            "1002",
+                                            "A",
+                                            "a",
+                                            "科",
+                                            "\xF0\xA0\x80\x80",  // U+20000: a pair from D800 on
+                                            "\xEE\x80\x80",      // U+E000
+                                            "\xEF\xBC\xA1"};     // U+FF21
+  for (std::size_t left = 0; left < ordered.size(); ++left) {
+    for (std::size_t right = 0; right < ordered.size(); ++right) {
+      const int expected = left < right ? -1 : left > right ? 1 : 0;
+      EXPECT_EQ(CompareText(ordered[left], ordered[right]), expected) << left << " " << right;
+      const std::u16string l = ToUtf16(ordered[left]);
+      EXPECT_EQ(l.compare(ToUtf16(ordered[right])) < 0, expected < 0);
+    }
+  }
+  EXPECT_EQ(CompareText("12345678\xF0\xA0\x80\x80", "12345678\xEF\xBC\xA1"), -1);
+}
+
+TEST(CompareNoCaseTest, OrdersTheLowerCaseForms) {
+  EXPECT_EQ(CompareNoCase("abC", "ABc"), 0);
+  EXPECT_EQ(CompareNoCase("É", "é"), 0);
+  EXPECT_EQ(CompareNoCase("a", "B"), -1);
+  EXPECT_EQ(CompareNoCase("ab", "A"), 1);
+  EXPECT_EQ(CompareNoCase("_", "B"), -1);  // below the lower-case letters, above the others
+  EXPECT_EQ(CompareNoCase("\xF0\xA0\x80\x80", "\xEF\xBC\xA1"), -1);
+}
+
+TEST(CaseTest, MapsLettersAndKeepsTheRest) {
+  EXPECT_EQ(LowerCase("ÀÖ×ΑЯЁＡ科ß"), "àö×αяёａ科ß");
+  EXPECT_EQ(UpperCase("àö÷αяёａ科"), "ÀÖ÷ΑЯЁＡ科");
+  EXPECT_TRUE(EqualNoCase("Vs", "vS"));
+  EXPECT_FALSE(EqualNoCase("Vs", "Vss"));
+}
+
+TEST(TrimmedTest, TakesBlanksOnly) {
+  EXPECT_EQ(Trimmed("  a b  "), "a b");
+  EXPECT_EQ(Trimmed("\ta "), "\ta");
+  EXPECT_EQ(Trimmed("   "), "");
+}
+
+}  // namespace
+}  // namespace tavrix::host
