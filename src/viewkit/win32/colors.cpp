@@ -1,0 +1,32 @@
+#include "viewkit/win32/colors.h"
+
+namespace tavrix::viewkit::win32 {
+namespace {
+
+constexpr Color kSystemColor = 0x80000000;
+
+int Mix(int over, int under, int share) {
+  return (over * share + under * (100 - share)) / 100;
+}
+
+}  // namespace
+
+COLORREF ToColorRef(Color color, Color fallback) {
+  if (color == color::kDefault) color = fallback;
+  if ((color & kSystemColor) != 0) return GetSysColor(static_cast<int>(color & 0xFF));
+  return color & 0xFFFFFF;
+}
+
+COLORREF Blend(COLORREF over, COLORREF under, int share) {
+  return RGB(Mix(GetRValue(over), GetRValue(under), share),
+             Mix(GetGValue(over), GetGValue(under), share),
+             Mix(GetBValue(over), GetBValue(under), share));
+}
+
+void Fill(HDC dc, const RECT& area, COLORREF color) {
+  const COLORREF before = SetBkColor(dc, color);
+  ExtTextOutW(dc, 0, 0, ETO_OPAQUE, &area, nullptr, 0, nullptr);
+  SetBkColor(dc, before);
+}
+
+}  // namespace tavrix::viewkit::win32

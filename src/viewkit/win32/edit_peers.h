@@ -1,0 +1,79 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "viewkit/combo_box.h"
+#include "viewkit/search_box.h"
+#include "viewkit/text_box.h"
+#include "viewkit/win32/native_peer.h"
+
+namespace tavrix::viewkit::win32 {
+
+/// What the two kinds of text boxes share: the system's control for one line.
+class EditPeer : public NativePeer {
+ public:
+  using NativePeer::NativePeer;
+  void Open() override;
+  [[nodiscard]] bool WantsKey(Key key, Modifiers modifiers) const override;
+  std::optional<LRESULT> OnNotify(UINT message, WPARAM wparam, LPARAM lparam) override;
+
+ protected:
+  [[nodiscard]] virtual const std::string& ModelText() const = 0;
+  virtual void SetModelText(std::string text) = 0;
+  void OnContent(const Change& change) override;
+  LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
+
+ private:
+  bool showing_ = false;  // the model's text is being written: no edit of the user
+};
+
+class TextBoxPeer : public EditPeer {
+ public:
+  TextBoxPeer(ViewContext& context, TextBox& box) : EditPeer(context, box), box_(box) {}
+
+ protected:
+  [[nodiscard]] const std::string& ModelText() const override { return box_.Text(); }
+  void SetModelText(std::string text) override { box_.SetText(std::move(text)); }
+
+ private:
+  TextBox& box_;
+};
+
+class SearchBoxPeer : public EditPeer {
+ public:
+  SearchBoxPeer(ViewContext& context, SearchBox& box) : EditPeer(context, box), box_(box) {}
+  void Open() override;
+
+ protected:
+  [[nodiscard]] const std::string& ModelText() const override { return box_.Text(); }
+  void SetModelText(std::string text) override { box_.SetText(std::move(text)); }
+
+ private:
+  SearchBox& box_;
+};
+
+class ComboBoxPeer : public NativePeer {
+ public:
+  ComboBoxPeer(ViewContext& context, ComboBox& box) : NativePeer(context, box), box_(box) {}
+  void Open() override;
+  [[nodiscard]] bool WantsKey(Key key, Modifiers modifiers) const override;
+  std::optional<LRESULT> OnNotify(UINT message, WPARAM wparam, LPARAM lparam) override;
+  bool TakeFocus() override;
+  [[nodiscard]] bool IsDropped() const { return Tell(CB_GETDROPPEDSTATE) != 0; }
+
+ protected:
+  void OnContent(const Change& change) override;
+  void ApplyBounds() override;
+  LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
+
+ private:
+  void ShowItems();
+  void ShowSelection();
+
+  ComboBox& box_;
+  bool editing_ = false;  // the native box shows already what the model takes over
+};
+
+}  // namespace tavrix::viewkit::win32

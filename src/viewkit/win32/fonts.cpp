@@ -1,0 +1,68 @@
+#include "viewkit/win32/fonts.h"
+
+#include <algorithm>
+
+#include "viewkit/win32/wide.h"
+
+namespace tavrix::viewkit::win32 {
+namespace {
+
+constexpr std::size_t kRememberedWidths = 1024;
+constexpr int kSmallest = 180;  // twips; Chinese characters are not legible below
+
+Font MakeFont(const FontSpec& spec, Scale scale, bool bold) {
+  LOGFONTW font{};
+  font.lfHeight = -scale.ToPixels(spec.height);
+  font.lfWeight = bold ? FW_BOLD : FW_NORMAL;
+  font.lfItalic = spec.italic ? TRUE : FALSE;
+  font.lfCharSet = DEFAULT_CHARSET;
+  font.lfQuality = CLEARTYPE_QUALITY;
+  spec.face.copy(font.lfFaceName, LF_FACESIZE - 1);
+  return Font(CreateFontIndirectW(&font));
+}
+
+}  // namespace
+
+FontSpec FontSpec::System() {
+  NONCLIENTMETRICSW metrics{};
+  metrics.cbSize = sizeof metrics;
+  FontSpec spec{.face = L"Microsoft YaHei UI"};
+  if (!SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, 96)) {
+    return spec;
+  }
+  const LOGFONTW& font = metrics.lfMessageFont;
+  spec.face = font.lfFaceName;
+  if (font.lfHeight < 0) {
+    spec.height = std::max(kSmallest, static_cast<int>(-font.lfHeight) * kTwipsPerPixel);
+  }
+  spec.italic = font.lfItalic != 0;
+  spec.bold = font.lfWeight >= FW_BOLD;
+  return spec;
+}
+
+FontSet::FontSet(const FontSpec& spec, Scale scale)
+    : scale_(scale),
+      regular_(MakeFont(spec, scale, spec.bold)),
+      bold_(MakeFont(spec, scale, true)) {
+  const Selected font(dc_.Get(), regular_.get());
+  TEXTMETRICW metrics{};
+  GetTextMetricsW(dc_.Get(), &metrics);
+  line_height_ = static_cast<int>(metrics.tmHeight);
+}
+
+int FontSet::Width(std::string_view text, bool bold) const {
+  auto& widths = widths_[bold ? 1 : 0];
+  if (widths.size() >= kRememberedWidths) widths.clear();
+  const auto [place, fresh] = widths.try_emplace(std::string(text), 0);
+  if (fresh) place->second = scale_.ToTwips(Pixels(Wide(text), bold));
+  return place->second;
+}
+
+int FontSet::Pixels(std::wstring_view text, bool bold) const {
+  const Selected font(dc_.Get(), Get(bold));
+  SIZE size{};
+  GetTextExtentPoint32W(dc_.Get(), text.data(), static_cast<int>(text.size()), &size);
+  return static_cast<int>(size.cx);
+}
+
+}  // namespace tavrix::viewkit::win32

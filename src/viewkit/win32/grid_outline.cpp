@@ -1,0 +1,116 @@
+#include "viewkit/win32/grid_outline.h"
+
+#include <algorithm>
+
+#include "viewkit/win32/colors.h"
+#include "viewkit/win32/handles.h"
+
+namespace tavrix::viewkit::win32 {
+namespace {
+
+constexpr int kBox = 9;
+constexpr int kLeaf = 3;
+
+/// Of an odd size around the middle of `place`, so that the cross in it is even on both sides.
+RECT Centered(const RECT& place, int size) {
+  const LONG half = size / 2;
+  const LONG x = (place.left + place.right) / 2;
+  const LONG y = (place.top + place.bottom) / 2;
+  return {x - half, y - half, x + half + 1, y + half + 1};
+}
+
+void Mark(std::vector<bool>& levels, int level) {
+  const auto place = static_cast<std::size_t>(level);
+  levels.resize(place + 1, false);
+  levels[place] = true;
+}
+
+bool Has(const std::vector<bool>& levels, int level) {
+  const auto place = static_cast<std::size_t>(level);
+  return place < levels.size() && levels[place];
+}
+
+}  // namespace
+
+GridOutline::GridOutline(const FlexGrid& grid, const GridLayout& layout)
+    : grid_(grid), layout_(layout) {
+  const auto& rows = layout.Rows();
+  const auto first = std::find_if(rows.begin(), rows.end(),
+                                  [&](const Span& row) { return row.index >= grid.FixedRows(); });
+  if (first == rows.end()) return;
+  std::vector<bool> open = OpenBelow(rows.back().index);
+  // From the last row up: what is open below a row says where its lines go on.
+  for (auto row = rows.end(); row != first;) {
+    --row;
+    if (!grid.IsSubtotal(row->index)) continue;
+    const int level = layout.Level(row->index);
+    branches_.push_back({row->index, grid.PreviousShownRow(row->index) >= 0, open});
+    Mark(open, level);
+  }
+}
+
+std::vector<bool> GridOutline::OpenBelow(int last_row) const {
+  std::vector<bool> open;
+  std::vector<int> levels;
+  for (int node = last_row; node >= 0; node = grid_.ParentRow(node)) {
+    const int next = grid_.LastRowOfNode(node) + 1;
+    if (next >= grid_.Rows() || !grid_.IsSubtotal(next)) continue;
+    if (layout_.Level(next) == layout_.Level(node)) levels.push_back(layout_.Level(node));
+  }
+  std::sort(levels.begin(), levels.end());
+  for (const int level : levels) Mark(open, level);
+  return open;
+}
+
+void GridOutline::Paint(HDC dc, const RECT& cell, int row) const {
+  const auto branch = std::find_if(branches_.begin(), branches_.end(),
+                                   [row](const Branch& other) { return other.row == row; });
+  if (branch == branches_.end()) return;
+  const COLORREF line = Blend(GetSysColor(COLOR_GRAYTEXT), GetSysColor(COLOR_WINDOW), 60);
+  const SavedDc saved(dc);
+  IntersectClipRect(dc, cell.left, cell.top, cell.right, cell.bottom);
+  PaintLines(dc, cell, *branch, line);
+  const RECT place = layout_.SymbolPlace(cell, layout_.Level(row));
+  if (layout_.HasSymbol(row)) {
+    PaintBox(dc, place, grid_.IsCollapsed(row), line);
+  } else {
+    PaintLeaf(dc, place, line);
+  }
+}
+
+void GridOutline::PaintLines(HDC dc, const RECT& cell, const Branch& branch, COLORREF color) const {
+  const int own = layout_.Level(branch.row);
+  for (int level = 0; level <= own; ++level) {
+    const bool below = Has(branch.goes_on, level);
+    if (!below && level < own) continue;
+    const RECT middle = Centered(layout_.SymbolPlace(cell, level), 1);
+    const LONG top = level == own && !branch.above ? middle.top : cell.top;
+    const LONG bottom = below ? cell.bottom : middle.bottom;
+    Fill(dc, {middle.left, top, middle.right, bottom}, color);
+  }
+  const RECT place = layout_.SymbolPlace(cell, own);
+  const RECT middle = Centered(place, 1);
+  Fill(dc, {middle.left, middle.top, place.right, middle.bottom}, color);
+}
+
+void GridOutline::PaintBox(HDC dc, const RECT& place, bool collapsed, COLORREF color) const {
+  const RECT box = Centered(place, layout_.GetScale().Design(kBox) | 1);
+  Fill(dc, box, Blend(GetSysColor(COLOR_WINDOWTEXT), color, 25));
+  RECT inside = box;
+  InflateRect(&inside, -1, -1);
+  Fill(dc, inside, GetSysColor(COLOR_WINDOW));
+  const COLORREF sign = GetSysColor(COLOR_WINDOWTEXT);
+  const RECT middle = Centered(place, 1);
+  const LONG gap = std::max(2, layout_.GetScale().Design(2));
+  Fill(dc, {box.left + gap, middle.top, box.right - gap, middle.bottom}, sign);
+  if (collapsed) Fill(dc, {middle.left, box.top + gap, middle.right, box.bottom - gap}, sign);
+}
+
+void GridOutline::PaintLeaf(HDC dc, const RECT& place, COLORREF color) const {
+  const int size = layout_.GetScale().Design(kLeaf) | 1;
+  RECT mark = Centered(place, size);
+  OffsetRect(&mark, place.right - mark.right, 0);
+  Fill(dc, mark, color);
+}
+
+}  // namespace tavrix::viewkit::win32

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <windows.h>
+
+#include <vector>
+
+#include "viewkit/win32/grid_layout.h"
+
+namespace tavrix::viewkit::win32 {
+
+/// The tree beside the texts of the outline column: lines, +/- boxes and leaf marks.
+class GridOutline {
+ public:
+  /// Looks at the seen rows only, and at the ends of the nodes that hold the last of them.
+  GridOutline(const FlexGrid& grid, const GridLayout& layout);
+
+  /// Paints the tree of one row into its cell of the outline column.
+  void Paint(HDC dc, const RECT& cell, int row) const;
+
+ private:
+  struct Branch {
+    int row = -1;
+    bool above = false;         ///< a line comes from the row above
+    std::vector<bool> goes_on;  ///< by level: a later node of this level hangs on the same line
+  };
+  [[nodiscard]] std::vector<bool> OpenBelow(int last_row) const;
+  void PaintLines(HDC dc, const RECT& cell, const Branch& branch, COLORREF color) const;
+  void PaintBox(HDC dc, const RECT& place, bool collapsed, COLORREF color) const;
+  void PaintLeaf(HDC dc, const RECT& place, COLORREF color) const;
+
+  const FlexGrid& grid_;
+  const GridLayout& layout_;
+  std::vector<Branch> branches_;
+};
+
+}  // namespace tavrix::viewkit::win32

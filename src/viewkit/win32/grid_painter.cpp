@@ -1,0 +1,187 @@
+#include "viewkit/win32/grid_painter.h"
+
+#include <algorithm>
+
+#include "viewkit/win32/colors.h"
+#include "viewkit/win32/wide.h"
+
+namespace tavrix::viewkit::win32 {
+namespace {
+
+/// More than any screen is wide; a text of any length then paints at the same cost.
+constexpr std::size_t kLongestPainted = 2000;
+
+bool IsNumber(ColumnType type) {
+  return type == ColumnType::kLong || type == ColumnType::kDouble || type == ColumnType::kCurrency;
+}
+
+UINT DrawFlags(Alignment alignment, ColumnType type) {
+  if (alignment == Alignment::kGeneral) {
+    return DT_VCENTER | (IsNumber(type) ? DT_RIGHT : DT_LEFT);
+  }
+  constexpr UINT kAcross[] = {DT_LEFT, DT_CENTER, DT_RIGHT};
+  constexpr UINT kDown[] = {DT_TOP, DT_VCENTER, DT_BOTTOM};
+  const int number = static_cast<int>(alignment);
+  return kAcross[number / 3] | kDown[number % 3];
+}
+
+COLORREF LineColor() {
+  return Blend(GetSysColor(COLOR_GRAYTEXT), GetSysColor(COLOR_WINDOW), 30);
+}
+
+COLORREF HeaderColor() {
+  return Blend(GetSysColor(COLOR_BTNFACE), GetSysColor(COLOR_WINDOW), 70);
+}
+
+bool Meets(const RECT& one, const RECT& other) {
+  RECT common{};
+  return IntersectRect(&common, &one, &other) != 0;
+}
+
+}  // namespace
+
+GridPainter::GridPainter(const FlexGrid& grid, const GridLayout& layout, const FontSet& fonts,
+                         SIZE client, bool focused)
+    : grid_(grid),
+      layout_(layout),
+      fonts_(fonts),
+      outline_(grid, layout),
+      client_(client),
+      focused_(focused) {}
+
+void GridPainter::Paint(HDC dc, const RECT& area) const {
+  const SavedDc saved(dc);
+  SetBkMode(dc, TRANSPARENT);
+  for (const Span& row : layout_.Rows()) {
+    if (row.end > area.top && row.begin < area.bottom) PaintRow(dc, area, row);
+  }
+  for (const Span& column : layout_.Columns()) {
+    if (grid_.MergeCol(column.index)) PaintMergedColumn(dc, area, column);
+  }
+  PaintEmptyParts(dc);
+  PaintFrozenEdge(dc);
+  if (focused_) PaintFocus(dc);
+}
+
+void GridPainter::PaintRow(HDC dc, const RECT& area, const Span& row) const {
+  for (const Span& column : layout_.Columns()) {
+    const RECT cell = layout_.Cell(row, column);
+    if (!Meets(cell, area)) continue;
+    if (row.index < grid_.FixedRows()) {
+      PaintHeaderCell(dc, row, column);
+    } else {
+      PaintCell(dc, row, column);
+    }
+  }
+}
+
+COLORREF GridPainter::BackOf(int row, int col) const {
+  if (col < grid_.FixedCols()) return HeaderColor();
+  if (grid_.IsSelected(row)) return ToColorRef(grid_.GetLook().select_back, color::kHighlight);
+  return ToColorRef(grid_.CellBackColor(row, col), grid_.GetLook().back);
+}
+
+GridPainter::Text GridPainter::TextOf(const Span& row, const Span& column) const {
+  const FlexGrid::Look& look = grid_.GetLook();
+  RECT place = layout_.Cell(row, column);
+  place.left = layout_.TextLeft(place, row.index, column.index);
+  place.right -= layout_.Padding();
+  const COLORREF ink = !grid_.Enabled() ? GetSysColor(COLOR_GRAYTEXT)
+                       : grid_.IsSelected(row.index)
+                           ? ToColorRef(look.select_fore, color::kHighlightText)
+                           : ToColorRef(grid_.CellForeColor(row.index, column.index), look.fore);
+  const UINT alignment =
+      DrawFlags(grid_.ColAlignment(column.index), grid_.ColDataType(column.index));
+  return {place, grid_.DisplayText(row.index, column.index), alignment, ink,
+          grid_.CellFontBold(row.index, column.index)};
+}
+
+void GridPainter::PaintCell(HDC dc, const Span& row, const Span& column) const {
+  const RECT cell = layout_.Cell(row, column);
+  Fill(dc, cell, BackOf(row.index, column.index));
+  if (layout_.InOutline(row.index, column.index)) outline_.Paint(dc, cell, row.index);
+  if (!grid_.MergeCol(column.index)) PaintText(dc, TextOf(row, column));
+  if (!grid_.GetLook().grid_lines) return;
+  Fill(dc, {cell.right - 1, cell.top, cell.right, cell.bottom}, LineColor());
+  Fill(dc, {cell.left, cell.bottom - 1, cell.right, cell.bottom}, LineColor());
+}
+
+void GridPainter::PaintHeaderCell(HDC dc, const Span& row, const Span& column) const {
+  const RECT cell = layout_.Cell(row, column);
+  const COLORREF line = Blend(GetSysColor(COLOR_BTNSHADOW), HeaderColor(), 60);
+  Fill(dc, cell, HeaderColor());
+  Fill(dc, {cell.left, cell.bottom - 1, cell.right, cell.bottom}, line);
+  const LONG inset = layout_.GetScale().Design(4);
+  Fill(dc, {cell.right - 1, cell.top + inset, cell.right, cell.bottom - inset}, line);
+  Text text{cell, grid_.DisplayText(row.index, column.index),
+            DrawFlags(grid_.FixedAlignment(column.index), ColumnType::kString),
+            GetSysColor(COLOR_BTNTEXT), grid_.CellFontBold(row.index, column.index)};
+  InflateRect(&text.place, -layout_.Padding(), 0);
+  PaintText(dc, text);
+}
+
+/// Equal texts in neighbouring rows stand once, across all of these rows that are seen.
+void GridPainter::PaintMergedColumn(HDC dc, const RECT& area, const Span& column) const {
+  const auto& rows = layout_.Rows();
+  for (auto row = rows.begin(); row != rows.end();) {
+    auto last = row + 1;
+    Text text = TextOf(*row, column);
+    const bool header = row->index < grid_.FixedRows();
+    while (!header && last != rows.end() && !text.content.empty() &&
+           grid_.DisplayText(last->index, column.index) == text.content) {
+      text.place.bottom = last++->end;
+    }
+    if (!header && Meets(text.place, area)) {
+      const RECT inner{column.begin, text.place.top + 1, column.end - 1, text.place.bottom - 1};
+      if (last - row > 1) Fill(dc, inner, BackOf(row->index, column.index));
+      PaintText(dc, text);
+    }
+    row = last;
+  }
+}
+
+void GridPainter::PaintEmptyParts(HDC dc) const {
+  const FlexGrid::Look& look = grid_.GetLook();
+  const LONG right = layout_.SheetRight();
+  const LONG bottom = layout_.SheetBottom();
+  const LONG header = layout_.HeaderBottom();
+  const COLORREF empty = ToColorRef(look.back_empty, look.back);
+  Fill(dc, {right, header, client_.cx, client_.cy}, empty);
+  Fill(dc, {0, bottom, std::min(right, client_.cx), client_.cy}, empty);
+  // The header band runs on to the edge of the window.
+  Fill(dc, {right, 0, client_.cx, header}, HeaderColor());
+  Fill(dc, {right, header - 1, client_.cx, header},
+       Blend(GetSysColor(COLOR_BTNSHADOW), HeaderColor(), 60));
+  if (look.sheet_border == look.back_empty) return;
+  const COLORREF border = ToColorRef(look.sheet_border);
+  Fill(dc, {right - 1, header, right, bottom}, border);
+  Fill(dc, {0, bottom - 1, right, bottom}, border);
+}
+
+void GridPainter::PaintFrozenEdge(HDC dc) const {
+  if (grid_.FrozenCols() == 0) return;
+  const LONG x = layout_.StillRight();
+  Fill(dc, {x - 1, layout_.HeaderBottom(), x, layout_.SheetBottom()}, LineColor());
+}
+
+void GridPainter::PaintFocus(HDC dc) const {
+  const Span* row = layout_.RowOf(grid_.Row());
+  if (row == nullptr || row->index < grid_.FixedRows()) return;
+  const RECT place{0, row->begin, layout_.SheetRight(), row->end};
+  SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+  SetBkColor(dc, GetSysColor(COLOR_WINDOW));
+  DrawFocusRect(dc, &place);
+}
+
+void GridPainter::PaintText(HDC dc, const Text& text) const {
+  if (text.content.empty() || text.place.right <= text.place.left) return;
+  std::wstring wide = Wide(text.content);
+  if (wide.size() > kLongestPainted) wide.resize(kLongestPainted);
+  const Selected font(dc, fonts_.Get(text.bold));
+  SetTextColor(dc, text.color);
+  RECT place = text.place;
+  DrawTextW(dc, wide.c_str(), static_cast<int>(wide.size()), &place,
+            text.alignment | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+}
+
+}  // namespace tavrix::viewkit::win32

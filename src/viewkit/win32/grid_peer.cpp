@@ -1,0 +1,257 @@
+#include "viewkit/win32/grid_peer.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "viewkit/flag_scope.h"
+#include "viewkit/win32/grid_painter.h"
+#include "viewkit/win32/wide.h"
+
+namespace tavrix::viewkit::win32 {
+namespace {
+
+constexpr int kPasses = 3;  // a bar that appears can make the other one necessary
+
+const WindowClass& GridClass() {
+  static const WindowClass grid(L"TavrixGrid", CS_DBLCLKS);
+  return grid;
+}
+
+}  // namespace
+
+GridPeer::GridPeer(ViewContext& context, FlexGrid& grid)
+    : ControlPeer(context, grid), grid_(grid) {}
+
+void GridPeer::Open() {
+  Create(GridClass(), {.style = StateStyle(), .place = PlaceOfModel(), .parent = Context().window});
+  tip_.emplace(Hwnd());
+  OnFontChanged();
+}
+
+void GridPeer::OnGone() {
+  tip_.reset();
+  grid_.SetTextMeasure(&PlainTextMeasure());
+  ControlPeer::OnGone();
+}
+
+void GridPeer::OnFontChanged() {
+  grid_.SetTextMeasure(Context().fonts.get());
+  ApplyBounds();
+  Arrange();
+  InvalidateRect(Hwnd(), nullptr, FALSE);
+}
+
+void GridPeer::ApplyBounds() {
+  ControlPeer::ApplyBounds();
+  tip_->Set({}, {});
+}
+
+SIZE GridPeer::ClientSize() const {
+  RECT client{};
+  GetClientRect(Hwnd(), &client);
+  return {client.right, client.bottom};
+}
+
+GridLayout GridPeer::Layout() const {
+  return {grid_, Context().scale, ClientSize()};
+}
+
+void GridPeer::Paint(HDC dc, const RECT& area) {
+  const GridLayout layout = Layout();
+  GridPainter(grid_, layout, *Context().fonts, ClientSize(), grid_.Focused()).Paint(dc, area);
+}
+
+void GridPeer::OnPaint() {
+  const PaintScope paint(Hwnd());
+  if (IsRectEmpty(&paint.Area())) return;
+  Context().buffer.Paint(paint.Dc(), paint.Area(), [&](HDC dc) { Paint(dc, paint.Area()); });
+}
+
+void GridPeer::Arrange() {
+  if (arranging_) return;
+  const FlagScope arranging(arranging_);
+  for (int pass = 0; pass < kPasses && Alive(); ++pass) {
+    const SIZE before = ClientSize();
+    const Scale& scale = Context().scale;
+    grid_.SetViewport(scale.ToTwips(static_cast<int>(before.cx)),
+                      scale.ToTwips(static_cast<int>(before.cy)));
+    SetBars();
+    const SIZE after = ClientSize();
+    if (before.cx == after.cx && before.cy == after.cy) break;
+  }
+}
+
+void GridPeer::SetBars() {
+  SetBar(SB_VERT, grid_.ShownRows(), RowsOnLastPage(), TopPosition());
+  const std::vector<int> columns = ScrolledColumns();
+  const auto left = std::lower_bound(columns.begin(), columns.end(), grid_.LeftCol());
+  SetBar(SB_HORZ, static_cast<int>(columns.size()), ColumnsOnLastPage(columns),
+         static_cast<int>(left - columns.begin()));
+  shown_top_ = grid_.TopRow();
+  shown_left_ = grid_.LeftCol();
+}
+
+int GridPeer::TopPosition() const {
+  // Without rows there is no top row to ask for.
+  return grid_.ShownRows() == 0 ? 0 : std::max(0, grid_.ShownPosition(grid_.TopRow()));
+}
+
+void GridPeer::SetBar(int bar, int count, int page, int position) {
+  SCROLLINFO info{};
+  info.cbSize = sizeof info;
+  info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
+  info.nMax = std::max(0, count - 1);
+  info.nPage = static_cast<UINT>(page);
+  info.nPos = position;
+  SetScrollInfo(Hwnd(), bar, &info, TRUE);
+}
+
+int GridPeer::RowsOnLastPage() const {
+  int space = static_cast<int>(ClientSize().cy) - Layout().HeaderBottom();
+  int rows = 0;
+  for (int position = grid_.ShownRows() - 1; position >= 0; --position) {
+    space -= RowPixels(grid_, Context().scale, grid_.RowAtShownPosition(position));
+    if (space < 0) break;
+    ++rows;
+  }
+  return std::max(1, rows);
+}
+
+std::vector<int> GridPeer::ScrolledColumns() const {
+  std::vector<int> columns;
+  for (int col = grid_.FixedCols() + grid_.FrozenCols(); col < grid_.Cols(); ++col) {
+    if (!grid_.ColHidden(col)) columns.push_back(col);
+  }
+  return columns;
+}
+
+int GridPeer::ColumnsOnLastPage(const std::vector<int>& columns) const {
+  int space = static_cast<int>(ClientSize().cx) - Layout().StillRight();
+  int shown = 0;
+  for (auto col = columns.rbegin(); col != columns.rend(); ++col, ++shown) {
+    space -= Context().scale.ToPixels(grid_.ColWidth(*col));
+    if (space < 0) break;
+  }
+  return std::max(1, shown);
+}
+
+void GridPeer::OnContent(const Change& change) {
+  if (change.kind == Change::Kind::kContent || change.kind == Change::Kind::kColumns) {
+    Arrange();
+    marks_ = RowMarks();
+    InvalidateRect(Hwnd(), nullptr, FALSE);
+    return;
+  }
+  // What the screen shows must be where the model says before single rows are repainted.
+  FollowScroll();
+  if (change.kind == Change::Kind::kRows) InvalidateRows(change.first, change.last);
+  if (change.kind == Change::Kind::kSelection) {
+    InvalidateSelection();
+    Announce();
+  }
+}
+
+/// Moves the picture as far as the top row has moved, and repaints what comes in.
+void GridPeer::FollowScroll() {
+  const int top = grid_.TopRow();
+  if (top == shown_top_ && grid_.LeftCol() == shown_left_) return;
+  const bool vertical = grid_.LeftCol() == shown_left_;
+  const int old_top = shown_top_;
+  Arrange();
+  marks_ = RowMarks();
+  const SIZE client = ClientSize();
+  const RECT body{0, Layout().HeaderBottom(), client.cx, client.cy};
+  const int height = static_cast<int>(body.bottom - body.top);
+  const int shift = !vertical || height <= 0
+                        ? height
+                        : PixelsBetween(std::min(top, old_top), std::max(top, old_top), height);
+  if (shift >= height) return static_cast<void>(InvalidateRect(Hwnd(), nullptr, FALSE));
+  ScrollWindowEx(Hwnd(), 0, top > old_top ? -shift : shift, &body, &body, nullptr, nullptr,
+                 SW_INVALIDATE);
+}
+
+int GridPeer::PixelsBetween(int upper, int lower, int limit) const {
+  // The old top row may have gone from the grid or from view; then nothing fits together.
+  if (upper < grid_.FixedRows() || lower >= grid_.Rows() || !grid_.IsShown(upper)) return limit;
+  int pixels = 0;
+  for (int row = upper; row >= 0 && row < lower && pixels < limit;) {
+    pixels += RowPixels(grid_, Context().scale, row);
+    row = grid_.NextShownRow(row);
+  }
+  return pixels;
+}
+
+void GridPeer::InvalidateRows(int first, int last) {
+  const GridLayout layout = Layout();
+  for (const Span& row : layout.Rows()) {
+    if (row.index < first || row.index > last) continue;
+    const RECT place{0, row.begin, ClientSize().cx, row.end};
+    InvalidateRect(Hwnd(), &place, FALSE);
+  }
+}
+
+std::vector<GridPeer::RowMark> GridPeer::RowMarks() const {
+  std::vector<RowMark> marks;
+  const GridLayout layout = Layout();
+  for (const Span& row : layout.Rows()) {
+    if (row.index < grid_.FixedRows()) continue;
+    marks.push_back({row.index, grid_.IsSelected(row.index), row.index == grid_.Row()});
+  }
+  return marks;
+}
+
+void GridPeer::InvalidateSelection() {
+  std::vector<RowMark> now = RowMarks();
+  std::vector<RowMark> changed;
+  std::set_symmetric_difference(marks_.begin(), marks_.end(), now.begin(), now.end(),
+                                std::back_inserter(changed));
+  for (const RowMark& mark : changed) InvalidateRows(mark.row, mark.row);
+  marks_ = std::move(now);
+}
+
+/// The window's text is what a screen reader speaks: the current row.
+void GridPeer::Announce() {
+  if (!grid_.Focused()) return;
+  const int row = grid_.Row();
+  std::string text;
+  for (int col = 0; row >= grid_.FixedRows() && row < grid_.Rows() && col < grid_.Cols(); ++col) {
+    if (grid_.ColHidden(col)) continue;
+    text += (text.empty() ? "" : " ") + grid_.DisplayText(row, col);
+  }
+  SetWindowTextW(Hwnd(), Wide(text).c_str());
+  NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, Hwnd(), OBJID_CLIENT, CHILDID_SELF);
+}
+
+LRESULT GridPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+  switch (message) {
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_PAINT:
+      OnPaint();
+      return 0;
+    case WM_PRINTCLIENT: {
+      const SIZE client = ClientSize();
+      Paint(reinterpret_cast<HDC>(wparam), {0, 0, client.cx, client.cy});
+      return 0;
+    }
+    case WM_SIZE:
+      Arrange();
+      InvalidateRect(Hwnd(), nullptr, FALSE);
+      return 0;
+    case WM_SYSCOLORCHANGE:
+      InvalidateRect(Hwnd(), nullptr, FALSE);
+      return 0;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS: {
+      const LRESULT result = ControlPeer::OnMessage(message, wparam, lparam);
+      if (Alive()) InvalidateRows(grid_.Row(), grid_.Row());
+      if (Alive()) Announce();
+      return result;
+    }
+    default:
+      return OnInput(message, wparam, lparam);
+  }
+}
+
+}  // namespace tavrix::viewkit::win32

@@ -1,0 +1,52 @@
+#include "viewkit/win32/native_peer.h"
+
+#include "viewkit/win32/wide.h"
+
+namespace tavrix::viewkit::win32 {
+
+void NativePeer::OpenNative(const Plan& plan) {
+  CreateSystem(plan.class_name, {.style = StateStyle() | plan.style,
+                                 .extended_style = plan.extended_style,
+                                 .place = PlaceOfModel(),
+                                 .parent = Context().window});
+  tip_.emplace(Hwnd());
+  OnFontChanged();
+  OnContent({});
+}
+
+void NativePeer::OnFontChanged() {
+  Tell(WM_SETFONT, reinterpret_cast<WPARAM>(Context().fonts->Get(false)), TRUE);
+  ApplyBounds();
+}
+
+void NativePeer::OnGone() {
+  tip_.reset();
+  ControlPeer::OnGone();
+}
+
+LRESULT NativePeer::Tell(UINT message, WPARAM wparam, LPARAM lparam) const {
+  return SendMessageW(Hwnd(), message, wparam, lparam);
+}
+
+std::string NativePeer::ShownText() const {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(Hwnd())) + 1, L'\0');
+  const int length = GetWindowTextW(Hwnd(), text.data(), static_cast<int>(text.size()));
+  text.resize(static_cast<std::size_t>(length));
+  return Narrow(text);
+}
+
+void NativePeer::ShowText(const std::string& text) {
+  if (ShownText() != text) SetWindowTextW(Hwnd(), Wide(text).c_str());
+}
+
+LRESULT NativePeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message == WM_MOUSEMOVE && tip_) {
+    RECT client{};
+    GetClientRect(Hwnd(), &client);
+    tip_->Set(Model().ToolTipText(), client);
+  }
+  if (tip_) tip_->Relay(message, wparam, lparam);
+  return ControlPeer::OnMessage(message, wparam, lparam);
+}
+
+}  // namespace tavrix::viewkit::win32

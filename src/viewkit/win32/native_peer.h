@@ -1,0 +1,51 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "viewkit/captioned.h"
+#include "viewkit/win32/control_peer.h"
+#include "viewkit/win32/tool_tip.h"
+
+namespace tavrix::viewkit::win32 {
+
+/// A control that the system draws.
+class NativePeer : public ControlPeer {
+ public:
+  using ControlPeer::ControlPeer;
+  void OnFontChanged() override;
+  [[nodiscard]] bool WantsKey(Key, Modifiers) const override { return false; }
+
+ protected:
+  struct Plan {
+    const wchar_t* class_name = L"";
+    DWORD style = 0;
+    DWORD extended_style = 0;
+  };
+  void OpenNative(const Plan& plan);
+  /// The text of the native control.
+  [[nodiscard]] std::string ShownText() const;
+  /// Leaves a text alone that stands already, and with it the caret.
+  void ShowText(const std::string& text);
+  LRESULT Tell(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const;
+  LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
+  void OnGone() override;
+
+ private:
+  std::optional<ToolTip> tip_;  // while the window is there
+};
+
+/// A native control that shows a caption.
+class CaptionPeer : public NativePeer {
+ public:
+  CaptionPeer(ViewContext& context, Captioned& model)
+      : NativePeer(context, model), captioned_(model) {}
+
+ protected:
+  void OnContent(const Change&) override { ShowText(captioned_.Caption()); }
+
+ private:
+  Captioned& captioned_;
+};
+
+}  // namespace tavrix::viewkit::win32

@@ -1,0 +1,203 @@
+#include "viewkit/win32/tab_peer.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+#include <numeric>
+
+#include "viewkit/win32/colors.h"
+#include "viewkit/win32/wide.h"
+
+namespace tavrix::viewkit::win32 {
+namespace {
+
+// In pixels at 96 dpi.
+constexpr int kPadding = 14;
+constexpr int kMark = 3;  // the bar that marks the active tab
+
+const WindowClass& TabClass() {
+  static const WindowClass tabs(L"TavrixTabs");
+  return tabs;
+}
+
+}  // namespace
+
+void TabPeer::Open() {
+  Create(TabClass(), {.style = StateStyle(), .place = PlaceOfModel(), .parent = Context().window});
+  tip_.emplace(Hwnd());
+  shown_current_ = strip_.CurrTab();
+  ShowCaption();
+}
+
+void TabPeer::OnGone() {
+  tip_.reset();
+  ControlPeer::OnGone();
+}
+
+bool TabPeer::WantsKey(Key key, Modifiers modifiers) const {
+  if (modifiers.alt || modifiers.control) return false;
+  return key == Key::kLeft || key == Key::kRight || key == Key::kHome || key == Key::kEnd;
+}
+
+bool TabPeer::UseViewKey(Key key, Modifiers modifiers) {
+  return modifiers.control && strip_.Visible() && strip_.HandleKey(key, modifiers);
+}
+
+void TabPeer::OnFontChanged() {
+  ApplyBounds();
+  InvalidateRect(Hwnd(), nullptr, FALSE);
+}
+
+void TabPeer::OnContent(const Change& change) {
+  ShowCaption();
+  if (change.kind != Change::Kind::kSelection) {
+    InvalidateRect(Hwnd(), nullptr, FALSE);
+    return;
+  }
+  InvalidateTab(shown_current_);
+  shown_current_ = strip_.CurrTab();
+  InvalidateTab(shown_current_);
+  if (strip_.Focused()) NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, Hwnd(), OBJID_CLIENT, 0);
+}
+
+/// The window's text is what a screen reader speaks: the active tab.
+void TabPeer::ShowCaption() {
+  const int tab = strip_.CurrTab();
+  SetWindowTextW(Hwnd(), tab < 0 ? L"" : Wide(strip_.TabCaption(tab)).c_str());
+}
+
+std::vector<RECT> TabPeer::Places() const {
+  RECT client{};
+  GetClientRect(Hwnd(), &client);
+  std::vector<int> widths;
+  for (int tab = 0; tab < strip_.Tabs(); ++tab) {
+    widths.push_back(Context().fonts->Pixels(Wide(strip_.TabCaption(tab)), false) +
+                     2 * Context().scale.Design(kPadding));
+  }
+  const int wanted = std::accumulate(widths.begin(), widths.end(), 0);
+  const int space = static_cast<int>(client.right);
+  std::vector<RECT> places;
+  LONG left = 0;
+  for (const int width : widths) {
+    const LONG narrowed = wanted > space ? MulDiv(width, space, wanted) : width;
+    places.push_back({left, 0, left + narrowed, client.bottom});
+    left += narrowed;
+  }
+  return places;
+}
+
+int TabPeer::TabAt(POINT point) const {
+  const std::vector<RECT> places = Places();
+  const auto found = std::find_if(places.begin(), places.end(), [point](const RECT& place) {
+    return PtInRect(&place, point) != 0;
+  });
+  return found == places.end() ? -1 : static_cast<int>(found - places.begin());
+}
+
+void TabPeer::InvalidateTab(int tab) {
+  const std::vector<RECT> places = Places();
+  if (tab < 0 || tab >= static_cast<int>(places.size())) return;
+  InvalidateRect(Hwnd(), &places[static_cast<std::size_t>(tab)], FALSE);
+}
+
+void TabPeer::Paint(HDC dc) const {
+  RECT client{};
+  GetClientRect(Hwnd(), &client);
+  const COLORREF back = ToColorRef(strip_.BackColor(), color::kButtonFace);
+  Fill(dc, client, back);
+  Fill(dc, {0, client.bottom - 1, client.right, client.bottom},
+       Blend(GetSysColor(COLOR_BTNSHADOW), back, 60));
+  SetBkMode(dc, TRANSPARENT);
+  const Selected font(dc, Context().fonts->Get(false));
+  const std::vector<RECT> places = Places();
+  for (std::size_t tab = 0; tab < places.size(); ++tab) {
+    PaintTab(dc, places[tab], static_cast<int>(tab));
+  }
+}
+
+void TabPeer::PaintTab(HDC dc, const RECT& place, int tab) const {
+  const bool current = tab == strip_.CurrTab();
+  const COLORREF back = ToColorRef(strip_.BackColor(), color::kButtonFace);
+  const COLORREF edge = Blend(GetSysColor(COLOR_BTNSHADOW), back, 60);
+  RECT text = place;
+  if (current) {
+    Fill(dc, place, edge);
+    const RECT face{place.left + 1, place.top, place.right - 1, place.bottom};
+    Fill(dc, face, GetSysColor(COLOR_WINDOW));
+    const LONG mark = Context().scale.Design(kMark);
+    Fill(dc, {place.left, place.top, place.right, place.top + mark}, GetSysColor(COLOR_HIGHLIGHT));
+  } else if (tab == hot_) {
+    Fill(dc, {place.left, place.top, place.right, place.bottom - 1},
+         Blend(GetSysColor(COLOR_WINDOW), back, 50));
+  }
+  SetTextColor(dc, GetSysColor(strip_.Enabled() ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
+  const std::wstring caption = Wide(strip_.TabCaption(tab));
+  DrawTextW(dc, caption.c_str(), static_cast<int>(caption.size()), &text,
+            DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+  if (!current || !strip_.Focused()) return;
+  RECT focus = place;
+  InflateRect(&focus, -Context().scale.Design(4), -Context().scale.Design(5));
+  SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+  SetBkColor(dc, GetSysColor(COLOR_WINDOW));
+  DrawFocusRect(dc, &focus);
+}
+
+void TabPeer::SetHot(int tab) {
+  if (tab == hot_) return;
+  InvalidateTab(hot_);
+  hot_ = tab;
+  InvalidateTab(hot_);
+}
+
+void TabPeer::OnMouseMove(POINT point) {
+  if (hot_ < 0) {
+    TRACKMOUSEEVENT leave{sizeof leave, TME_LEAVE, Hwnd(), 0};
+    TrackMouseEvent(&leave);
+  }
+  SetHot(TabAt(point));
+  RECT client{};
+  GetClientRect(Hwnd(), &client);
+  tip_->Set(strip_.ToolTipText(), client);
+}
+
+LRESULT TabPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+  const POINT point{GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)};
+  if (message == WM_MOUSEMOVE) OnMouseMove(point);
+  if (tip_) tip_->Relay(message, wparam, lparam);
+  switch (message) {
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_PAINT: {
+      const PaintScope paint(Hwnd());
+      Context().buffer.Paint(paint.Dc(), paint.Area(), [this](HDC dc) { Paint(dc); });
+      return 0;
+    }
+    case WM_PRINTCLIENT:
+      Paint(reinterpret_cast<HDC>(wparam));
+      return 0;
+    case WM_SIZE:
+    case WM_SYSCOLORCHANGE:
+      InvalidateRect(Hwnd(), nullptr, FALSE);
+      return 0;
+    case WM_GETDLGCODE:
+      return DLGC_WANTARROWS;
+    case WM_LBUTTONDOWN:
+      TakeFocus();
+      if (Alive()) strip_.SetCurrTab(TabAt(point));
+      return 0;
+    case WM_MOUSEMOVE:
+      return 0;
+    case WM_MOUSELEAVE:
+      SetHot(-1);
+      return 0;
+    default:
+      break;
+  }
+  const LRESULT result = ControlPeer::OnMessage(message, wparam, lparam);
+  if (!Alive()) return result;
+  if (message == WM_KEYDOWN) strip_.HandleKey(static_cast<Key>(wparam), ModifiersNow());
+  if (message == WM_SETFOCUS || message == WM_KILLFOCUS) InvalidateTab(strip_.CurrTab());
+  return result;
+}
+
+}  // namespace tavrix::viewkit::win32

@@ -1,0 +1,134 @@
+#include "viewkit/win32/window.h"
+
+#include <commctrl.h>
+
+#include <system_error>
+#include <utility>
+
+#include "viewkit/win32/visual_styles.h"
+
+namespace tavrix::viewkit::win32 {
+namespace {
+
+constexpr UINT_PTR kSubclass = 1;
+
+Window* AttachedTo(HWND hwnd) {
+  // The system hands addresses through integers.
+  return reinterpret_cast<Window*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
+}
+
+HWND CreateNative(const wchar_t* class_name, const WindowPlan& plan, void* parameter) {
+  const RECT& place = plan.place;
+  return CreateWindowExW(plan.extended_style, class_name, plan.text, plan.style, place.left,
+                         place.top, place.right - place.left, place.bottom - place.top, plan.parent,
+                         nullptr, ThisModule(), parameter);
+}
+
+[[noreturn]] void ThrowLastError(const char* what) {
+  throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), what);
+}
+
+bool Pressed(int key) {
+  return GetKeyState(key) < 0;
+}
+
+}  // namespace
+
+HINSTANCE ThisModule() {
+  static const HINSTANCE module = [] {
+    HMODULE found = nullptr;
+    GetModuleHandleExW(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+        reinterpret_cast<LPCWSTR>(&ThisModule), &found);
+    return found;
+  }();
+  return module;
+}
+
+WindowClass::WindowClass(std::wstring name, UINT style) : name_(std::move(name)) {
+  WNDCLASSEXW description{};
+  description.cbSize = sizeof description;
+  description.style = style;
+  description.lpfnWndProc = Window::Entry;
+  description.hInstance = ThisModule();
+  description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  description.lpszClassName = Name();
+  if (RegisterClassExW(&description) == 0) ThrowLastError("RegisterClassEx");
+}
+
+WindowClass::~WindowClass() {
+  UnregisterClassW(Name(), ThisModule());
+}
+
+Window::~Window() {
+  Destroy();
+}
+
+void Window::Create(const WindowClass& window_class, const WindowPlan& plan) {
+  if (CreateNative(window_class.Name(), plan, this) == nullptr) ThrowLastError("CreateWindowEx");
+}
+
+void Window::CreateSystem(const wchar_t* class_name, const WindowPlan& plan) {
+  const VisualStyles styles;
+  hwnd_ = CreateNative(class_name, plan, nullptr);
+  if (hwnd_ == nullptr) ThrowLastError("CreateWindowEx");
+  system_class_ = true;
+  SetWindowSubclass(hwnd_, SubclassEntry, kSubclass, reinterpret_cast<DWORD_PTR>(this));
+}
+
+void Window::Destroy() {
+  if (hwnd_ != nullptr) DestroyWindow(hwnd_);
+}
+
+LRESULT Window::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+  if (hwnd_ == nullptr) return 0;
+  if (system_class_) return DefSubclassProc(hwnd_, message, wparam, lparam);
+  return DefWindowProcW(hwnd_, message, wparam, lparam);
+}
+
+LRESULT CALLBACK Window::Entry(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+  if (message == WM_NCCREATE) {
+    const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(lparam);
+    auto* window = static_cast<Window*>(creation->lpCreateParams);
+    window->hwnd_ = hwnd;
+    SetWindowLongPtrW(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(window));
+  }
+  Window* window = AttachedTo(hwnd);
+  if (window == nullptr) return DefWindowProcW(hwnd, message, wparam, lparam);
+  return window->Dispatch(message, wparam, lparam);
+}
+
+LRESULT Window::Dispatch(UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+  // Null while the object is being destroyed: then only the class's own answer is left.
+  const std::shared_ptr<Window> keep = weak_from_this().lock();
+  LRESULT result = 0;
+  try {
+    result = keep ? OnMessage(message, wparam, lparam) : Window::OnMessage(message, wparam, lparam);
+  } catch (...) {
+    // Nothing may unwind through the system. Views report their own errors before this.
+  }
+  if (message == WM_NCDESTROY) Forget(keep != nullptr);
+  return result;
+}
+
+void Window::Forget(bool tell) {
+  if (hwnd_ == nullptr) return;
+  if (system_class_) {
+    RemoveWindowSubclass(hwnd_, SubclassEntry, kSubclass);
+  } else {
+    SetWindowLongPtrW(hwnd_, GWLP_USERDATA, 0);
+  }
+  hwnd_ = nullptr;
+  if (tell) OnGone();
+}
+
+LRESULT CALLBACK Window::SubclassEntry(HWND, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
+                                       DWORD_PTR window) noexcept {
+  return reinterpret_cast<Window*>(window)->Dispatch(message, wparam, lparam);
+}
+
+Modifiers ModifiersNow() {
+  return {Pressed(VK_SHIFT), Pressed(VK_CONTROL), Pressed(VK_MENU)};
+}
+
+}  // namespace tavrix::viewkit::win32

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+
+#include "viewkit/input.h"
+
+namespace tavrix::viewkit::win32 {
+
+/// The module (program or library) that holds this code.
+[[nodiscard]] HINSTANCE ThisModule();
+
+/// A window class of this module, registered for as long as it lives. A library must give its
+/// classes back before it is unloaded, so these are statics of the module.
+class WindowClass {
+ public:
+  explicit WindowClass(std::wstring name, UINT style = 0);
+  WindowClass(const WindowClass&) = delete;
+  WindowClass& operator=(const WindowClass&) = delete;
+  ~WindowClass();
+  [[nodiscard]] const wchar_t* Name() const { return name_.c_str(); }
+
+ private:
+  std::wstring name_;
+};
+
+struct WindowPlan {
+  const wchar_t* text = L"";
+  DWORD style = 0;
+  DWORD extended_style = 0;
+  RECT place{};
+  HWND parent = nullptr;  ///< for a top-level window: its owner
+};
+
+/// A window whose messages go to an object.
+///
+/// A message may lead to the end of the window and of whatever owns this object; it is kept alive
+/// until the outermost message has been handled. After each call that may run foreign code a
+/// handler therefore asks `Alive` before it goes on.
+class Window : public std::enable_shared_from_this<Window> {
+ public:
+  Window() = default;
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
+  virtual ~Window();
+
+  [[nodiscard]] HWND Hwnd() const { return hwnd_; }
+  [[nodiscard]] bool Alive() const { return hwnd_ != nullptr; }
+  /// Ends the window; no message reaches the object any more.
+  void Destroy();
+
+ protected:
+  /// Creates a window of an own class. The object must be owned by a shared_ptr.
+  void Create(const WindowClass& window_class, const WindowPlan& plan);
+  /// Creates a window of a system class, whose messages pass here first.
+  void CreateSystem(const wchar_t* class_name, const WindowPlan& plan);
+
+  /// Handles a message; the base class answers as the window's class does.
+  virtual LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam);
+  /// The window has gone; called once, also when its parent took it along.
+  virtual void OnGone() {}
+
+ private:
+  friend class WindowClass;
+  static LRESULT CALLBACK Entry(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
+  static LRESULT CALLBACK SubclassEntry(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam,
+                                        UINT_PTR id, DWORD_PTR window) noexcept;
+  LRESULT Dispatch(UINT message, WPARAM wparam, LPARAM lparam) noexcept;
+  void Forget(bool tell);
+
+  HWND hwnd_ = nullptr;
+  bool system_class_ = false;
+};
+
+/// The state of the modifier keys as of the message being handled.
+[[nodiscard]] Modifiers ModifiersNow();
+
+}  // namespace tavrix::viewkit::win32

@@ -1,0 +1,141 @@
+#include "viewkit/win32/windows_user.h"
+
+#include <filesystem>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "viewkit/win32/dialog_window.h"
+#include "viewkit/win32/prompt.h"
+#include "viewkit/win32/wide.h"
+
+namespace tavrix::viewkit::win32 {
+namespace {
+
+UINT IconFlag(UserPort::Icon icon) {
+  switch (icon) {
+    case UserPort::Icon::kInformation:
+      return MB_ICONINFORMATION;
+    case UserPort::Icon::kWarning:
+      return MB_ICONWARNING;
+    case UserPort::Icon::kCritical:
+      return MB_ICONERROR;
+    case UserPort::Icon::kQuestion:
+      return MB_ICONQUESTION;
+    case UserPort::Icon::kNone:
+      break;
+  }
+  return 0;
+}
+
+std::wstring ProgramFile() {
+  std::wstring file(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size()));
+    if (length < file.size()) return file.substr(0, length);
+    file.resize(file.size() * 2);
+  }
+}
+
+/// A value of a version block; empty when there is none.
+template <class Value>
+std::pair<const Value*, UINT> Query(const std::vector<BYTE>& block, const std::wstring& path) {
+  void* value = nullptr;
+  UINT length = 0;
+  if (!VerQueryValueW(block.data(), path.c_str(), &value, &length)) return {nullptr, 0};
+  return {static_cast<const Value*>(value), length};
+}
+
+std::wstring Description(const std::wstring& file) {
+  DWORD ignored = 0;
+  const DWORD size = GetFileVersionInfoSizeW(file.c_str(), &ignored);
+  std::vector<BYTE> block(size);
+  if (size == 0 || !GetFileVersionInfoW(file.c_str(), 0, size, block.data())) return {};
+  const auto [language, bytes] = Query<WORD>(block, L"\\VarFileInfo\\Translation");
+  if (language == nullptr || bytes < 2 * sizeof(WORD)) return {};
+  wchar_t path[64];
+  swprintf(path, std::size(path), L"\\StringFileInfo\\%04x%04x\\FileDescription", language[0],
+           language[1]);
+  const auto text = Query<wchar_t>(block, path).first;
+  return text == nullptr ? std::wstring() : std::wstring(text);
+}
+
+}  // namespace
+
+/// The owner is disabled, and the container knows of it, as long as this lives.
+class WindowsUser::Modal {
+ public:
+  explicit Modal(const WindowsUser& user) : user_(user), owner_(user.Owner()), focus_(GetFocus()) {
+    if (user_.options_.modal) user_.options_.modal(true);
+    enabled_ = owner_ != nullptr && IsWindowEnabled(owner_);
+    if (enabled_) EnableWindow(owner_, FALSE);
+  }
+  Modal(const Modal&) = delete;
+  Modal& operator=(const Modal&) = delete;
+  ~Modal() {
+    EnableOwner();
+    if (IsWindow(focus_)) SetFocus(focus_);
+    if (user_.options_.modal) user_.options_.modal(false);
+  }
+
+  [[nodiscard]] HWND Owner() const { return owner_; }
+  /// Before the modal window goes: else the system would activate another program's window.
+  void EnableOwner() {
+    if (std::exchange(enabled_, false)) EnableWindow(owner_, TRUE);
+  }
+
+ private:
+  const WindowsUser& user_;
+  HWND owner_;
+  HWND focus_;
+  bool enabled_ = false;
+};
+
+HWND WindowsUser::Owner() const {
+  const HWND window = options_.owner ? options_.owner() : nullptr;
+  if (window == nullptr) return GetActiveWindow();
+  // Asked from inside a dialog, the question stands above that dialog.
+  const HWND top = GetAncestor(window, GA_ROOT);
+  const HWND popup = GetLastActivePopup(top);
+  return popup != nullptr && IsWindowVisible(popup) ? popup : top;
+}
+
+UserPort::Answer WindowsUser::Ask(const std::string& text, const std::string& title, Icon icon,
+                                  Buttons buttons) {
+  const Modal modal(*this);
+  const UINT kind = buttons == Buttons::kYesNo ? MB_YESNO : MB_OK;
+  const int answer =
+      MessageBoxW(modal.Owner(), Wide(text).c_str(), Wide(title).c_str(), kind | IconFlag(icon));
+  if (answer == IDYES) return Answer::kYes;
+  return buttons == Buttons::kYesNo ? Answer::kNo : Answer::kOk;
+}
+
+std::string WindowsUser::Input(const std::string& prompt, const std::string& title) {
+  Prompt dialog(prompt, title);
+  ShowModal(dialog);
+  return dialog.Answer();
+}
+
+void WindowsUser::ShowModal(DialogModel& dialog) {
+  Modal modal(*this);
+  const auto window = std::make_shared<DialogWindow>(dialog);
+  window->Open(modal.Owner());
+  window->Run();
+  modal.EnableOwner();
+}
+
+void WindowsUser::SetWaitCursor(bool on) {
+  if (on && waiting_++ == 0) pointer_ = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+  if (!on && waiting_ > 0 && --waiting_ == 0) SetCursor(pointer_);
+}
+
+std::string WindowsUser::ApplicationTitle() {
+  return ProgramTitle(ProgramFile());
+}
+
+std::string ProgramTitle(const std::wstring& file) {
+  const std::wstring description = Description(file);
+  return Narrow(description.empty() ? std::filesystem::path(file).stem().wstring() : description);
+}
+
+}  // namespace tavrix::viewkit::win32
