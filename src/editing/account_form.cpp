@@ -1,0 +1,211 @@
+#include "editing/account_form.h"
+
+namespace tavrix::editing {
+
+namespace {
+
+using host::Bounds;
+using viewkit::ComboBox;
+
+// First window identifier of each control array.
+constexpr int kTextId = 100;
+constexpr int kCheckId = 200;
+constexpr int kOptionId = 300;
+constexpr int kListId = 400;
+constexpr int kButtonId = 500;
+
+// The arrangement, in twips. Two columns of equal width; rows have one pitch throughout.
+constexpr int kMargin = 180;
+constexpr int kGap = 120;
+constexpr int kRowPitch = 420;
+constexpr int kControlHeight = 315;
+constexpr int kFrameTop = 330;  // from a frame's upper edge to its first row
+constexpr int kColumnWidth = 3960;
+constexpr int kRightColumn = kMargin + kColumnWidth + kGap;
+constexpr int kFormWidth = kRightColumn + kColumnWidth + kMargin;
+constexpr int kLabelWidth = 1260;
+constexpr int kFieldWidth = kColumnWidth - 2 * kMargin - kLabelWidth;
+constexpr int kButtonWidth = 1290;
+constexpr int kButtonHeight = 390;
+
+constexpr int FrameHeight(int rows) {
+  return kFrameTop + rows * kRowPitch;
+}
+
+constexpr int kAccountTop = kMargin;
+constexpr int kKindsTop = kAccountTop + FrameHeight(3) + kGap;
+constexpr int kFlagsTop = kKindsTop + FrameHeight(4) + kGap;
+constexpr int kButtonsTop = kFlagsTop + FrameHeight(1) + kMargin;
+constexpr int kFormHeight = kButtonsTop + kButtonHeight + kMargin;
+
+/// The rows inside a frame that starts at `left` and `top`.
+struct Rows {
+  int left;
+  int top;
+
+  [[nodiscard]] Bounds At(int row, int offset, int width) const {
+    return {left + kMargin + offset, top + kFrameTop + row * kRowPitch, width, kControlHeight};
+  }
+  [[nodiscard]] Bounds Label(int row) const {
+    // A label's text stands on the line of the text in the box beside it.
+    constexpr int kDrop = 60;
+    Bounds bounds = At(row, 0, kLabelWidth);
+    bounds.top += kDrop;
+    bounds.height -= kDrop;
+    return bounds;
+  }
+  [[nodiscard]] Bounds Lead(int row) const { return At(row, 0, kLabelWidth); }
+  [[nodiscard]] Bounds Field(int row) const { return At(row, kLabelWidth, kFieldWidth); }
+  [[nodiscard]] Bounds HalfField(int row, int half) const {
+    return At(row, kLabelWidth + half * kFieldWidth / 2, kFieldWidth / 2);
+  }
+  [[nodiscard]] Bounds Half(int row, int half) const {
+    constexpr int kHalf = kColumnWidth / 2 - kMargin;
+    return At(row, half * kHalf, kHalf);
+  }
+};
+
+}  // namespace
+
+// Controls come in the order of the Tab key; a label comes before the box it names, so that its
+// mnemonic leads there.
+AccountForm::AccountForm() : DialogModel("TavrixAccount") {
+  CreateControls();
+  PlaceAccount();
+  PlaceKinds();
+  PlaceAuxiliary();
+  PlaceFlags();
+  PlaceButtons();
+  SetSize(kFormWidth, kFormHeight);
+  SetButtons(Cmd(kSaveButton), Cmd(kCancelButton));
+}
+
+void AccountForm::CreateControls() {
+  for (int i = 0; i < kTexts; ++i) txt_.emplace_back("Txt", i);
+  for (int i = 0; i < kChecks; ++i) chk_.emplace_back("Chk", i);
+  for (int i = 0; i < kOptions; ++i) opt_.emplace_back(direction_, "opt", i);
+  for (int i = 0; i < kLists; ++i) {
+    const auto style = i == kGatherList ? ComboBox::Style::kEditable : ComboBox::Style::kList;
+    combo_.emplace_back(style, "Combo", i);
+  }
+  for (int i = 0; i < kButtons; ++i) cmd_.emplace_back("Cmd", i);
+}
+
+void AccountForm::PlaceAccount() {
+  PlaceFrame("科目", {kMargin, kAccountTop, kFormWidth - 2 * kMargin, FrameHeight(3)});
+  const Rows left{kMargin, kAccountTop};
+  const Rows right{kRightColumn, kAccountTop};
+  PlaceLabel("编码(&B)", left.Label(0));
+  PlaceText(kCodeBox, left.Field(0));
+  PlaceLabel("名称(&N)", right.Label(0));
+  PlaceText(kNameBox, right.Field(0));
+  PlaceLabel("助记码(&M)", left.Label(1));
+  PlaceText(kMnemonicBox, left.Field(1));
+  PlaceLabel("英文名称(&E)", right.Label(1));
+  PlaceText(kEnglishNameBox, right.Field(1));
+  PlaceLabel("类别(&L)", left.Label(2));
+  PlaceList(kCategoryList, left.Field(2));
+  PlaceLabel("余额方向", right.Label(2));
+  PlaceOption(kDebitOption, "借方(&J)", right.HalfField(2, 0));
+  PlaceOption(kCreditOption, "贷方(&D)", right.HalfField(2, 1));
+}
+
+void AccountForm::PlaceKinds() {
+  PlaceFrame("核算方式", {kMargin, kKindsTop, kColumnWidth, FrameHeight(4)});
+  const Rows rows{kMargin, kKindsTop};
+  PlaceCheck(kCurrencyCheck, "外币核算(&W)", rows.Lead(0));
+  PlaceList(kCurrencyList, rows.Field(0));
+  PlaceCheck(kQuantityCheck, "数量核算(&Q)", rows.Lead(1));
+  PlaceList(kUnitList, rows.Field(1));
+  PlaceLabel("账页格式(&Y)", rows.Label(2));
+  PlaceList(kBookTypeList, rows.Field(2));
+  PlaceCheck(kGatherCheck, "汇总到(&G)", rows.Lead(3));
+  PlaceList(kGatherList, rows.Field(3));
+}
+
+void AccountForm::PlaceAuxiliary() {
+  PlaceFrame("辅助核算", {kRightColumn, kKindsTop, kColumnWidth, FrameHeight(4)});
+  const Rows rows{kRightColumn, kKindsTop};
+  PlaceCheck(kDepartmentCheck, "部门核算(&1)", rows.Half(0, 0));
+  PlaceCheck(kPersonCheck, "个人往来(&2)", rows.Half(0, 1));
+  PlaceCheck(kCustomerCheck, "客户往来(&3)", rows.Half(1, 0));
+  PlaceCheck(kSupplierCheck, "供应商往来(&4)", rows.Half(1, 1));
+  PlaceCheck(kProjectCheck, "项目核算(&5)", rows.Half(2, 0));
+}
+
+void AccountForm::PlaceFlags() {
+  PlaceFrame("标志", {kMargin, kFlagsTop, kFormWidth - 2 * kMargin, FrameHeight(1)});
+  const Rows left{kMargin, kFlagsTop};
+  const Rows right{kRightColumn, kFlagsTop};
+  constexpr int kThird = (kColumnWidth - 2 * kMargin) / 3;
+  PlaceCheck(kJournalCheck, "日记账(&R)", left.At(0, 0, kThird));
+  PlaceCheck(kBankBookCheck, "银行账(&K)", left.At(0, kThird, kThird));
+  PlaceCheck(kClosedCheck, "封存(&F)", left.At(0, 2 * kThird, kThird));
+  PlaceLabel("受控系统(&X)", right.Label(0));
+  PlaceText(kControlledByBox, right.Field(0));
+}
+
+void AccountForm::PlaceButtons() {
+  constexpr int kRight = kFormWidth - kMargin - kButtonWidth;
+  PlaceButton(kSaveButton, "保存(&S)",
+              {kRight - kGap - kButtonWidth, kButtonsTop, kButtonWidth, kButtonHeight});
+  PlaceButton(kCancelButton, "取消(&C)", {kRight, kButtonsTop, kButtonWidth, kButtonHeight});
+}
+
+void AccountForm::PlaceFrame(const char* caption, const Bounds& bounds) {
+  auto& frame = frames_.emplace_back("Frame", static_cast<int>(frames_.size()));
+  frame.SetCaption(caption);
+  frame.SetBounds(bounds);
+  Add(frame);
+}
+
+void AccountForm::PlaceLabel(const char* caption, const Bounds& bounds) {
+  auto& label = labels_.emplace_back("Label", static_cast<int>(labels_.size()));
+  label.SetCaption(caption);
+  label.SetBounds(bounds);
+  Add(label);
+}
+
+void AccountForm::PlaceText(int index, const Bounds& bounds) {
+  Txt(index).SetBounds(bounds);
+  Add(Txt(index), kTextId + index);
+}
+
+void AccountForm::PlaceList(int index, const Bounds& bounds) {
+  Combo(index).SetBounds(bounds);
+  Add(Combo(index), kListId + index);
+}
+
+void AccountForm::PlaceCheck(int index, const char* caption, const Bounds& bounds) {
+  Chk(index).SetCaption(caption);
+  Chk(index).SetBounds(bounds);
+  Add(Chk(index), kCheckId + index);
+}
+
+void AccountForm::PlaceOption(int index, const char* caption, const Bounds& bounds) {
+  opt(index).SetCaption(caption);
+  opt(index).SetBounds(bounds);
+  Add(opt(index), kOptionId + index);
+}
+
+void AccountForm::PlaceButton(int index, const char* caption, const Bounds& bounds) {
+  Cmd(index).SetCaption(caption);
+  Cmd(index).SetBounds(bounds);
+  Add(Cmd(index), kButtonId + index);
+}
+
+void AccountForm::ResetControls() {
+  for (auto& box : txt_) box.SetText("");
+  for (auto& box : chk_) {
+    box.SetValue(viewkit::CheckBox::kUnchecked);
+    box.SetEnabled(true);
+  }
+  for (auto& list : combo_) {
+    list.Clear();
+    list.SetText("");
+    list.SetEnabled(true);
+  }
+  opt(kDebitOption).SetValue(true);
+}
+
+}  // namespace tavrix::editing

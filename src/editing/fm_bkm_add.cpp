@@ -1,0 +1,96 @@
+#include "editing/fm_bkm_add.h"
+
+#include "editing/session.h"
+#include "editing/trap.h"
+#include "host/error.h"
+#include "host/text.h"
+
+namespace tavrix::editing {
+
+namespace {
+
+using viewkit::UserPort;
+
+constexpr const char* kPromptTitle = "提示：";
+
+}  // namespace
+
+FmBkmAdd::FmBkmAdd(UserPort& user) : user_(user) {
+  ConnectControls();
+}
+
+void FmBkmAdd::ConnectControls() {
+  for (int i = 0; i < kTexts; ++i) {
+    Txt(i).Changed.Add([this] { Edited(); });
+  }
+  Txt(kCodeBox).Changed.Add([this] {
+    if (session_ && !filling_) session_->code_changed = true;
+  });
+  for (int i = 0; i < kLists; ++i) {
+    Combo(i).Changed.Add([this] { Edited(); });
+  }
+  for (int i = 0; i < kOptions; ++i) {
+    opt(i).Clicked.Add([this] { Edited(); });
+  }
+  for (int i = 0; i < kChecks; ++i) {
+    Chk(i).Clicked.Add([this, i] {
+      Edited();
+      if (!filling_) Chk_Click(i);
+    });
+  }
+  for (int i = 0; i < kButtons; ++i) {
+    Cmd(i).Clicked.Add([this, i] { Cmd_Click(i); });
+  }
+}
+
+void FmBkmAdd::Edited() {
+  if (session_ && !filling_) session_->changed = true;
+}
+
+std::shared_ptr<FmBkmAdd::Session> FmBkmAdd::Current() const {
+  if (!session_) throw host::HostError("窗体尚未打开");
+  return session_;
+}
+
+void FmBkmAdd::Report(const std::string& text, std::int32_t level) {
+  ErrMessage.Raise(text, level, user_.ApplicationTitle());
+}
+
+void FmBkmAdd::Refuse(const std::string& text) {
+  Report(text, host::kCommandError);
+}
+
+std::string FmBkmAdd::CodeText() {
+  return std::string(host::Trimmed(Txt(kCodeBox).Text()));
+}
+
+void FmBkmAdd::OnFocusMoved(viewkit::Control& from, viewkit::Control& to) {
+  // A wrong code shall not hold back a user who is giving up.
+  if (&from != &Txt(kCodeBox) || &to == &Cmd(kCancelButton)) return;
+  if (IsCanCodeRule() && Chk(kGatherCheck).Value() == viewkit::CheckBox::kChecked) FillGatherList();
+}
+
+void FmBkmAdd::Cmd_Click(int Index) noexcept {
+  Trapped("Cmd_Click->", host::kCommandError, false, [&] {
+    if (Index == kCancelButton || (Index == kSaveButton && FileSave())) Close();
+    return true;
+  });
+}
+
+bool FmBkmAdd::CloseForm() noexcept {
+  return Trapped("CloseForm->", host::kCommandError, false, [this] {
+    const auto agreed = [this](const char* question) {
+      return user_.Ask(question, kPromptTitle, UserPort::Icon::kInformation,
+                       UserPort::Buttons::kYesNo) == UserPort::Answer::kYes;
+    };
+    if (!session_ || !session_->changed) return true;
+    if (!agreed("数据在关闭之前未保存，是否保存？")) return true;
+    return FileSave() || agreed("保存数据出错，是否关闭窗体？");
+  });
+}
+
+void FmBkmAdd::OnUnload() {
+  session_.reset();
+}
+
+}  // namespace tavrix::editing

@@ -1,0 +1,172 @@
+#include <utility>
+
+#include "editing/fm_bkm_add.h"
+#include "editing/session.h"
+#include "editing/trap.h"
+#include "host/account.h"
+#include "host/calls.h"
+#include "host/text.h"
+#include "viewkit/flag_scope.h"
+
+namespace tavrix::editing {
+
+namespace {
+
+using viewkit::CheckBox;
+
+// The mode is read back from the caption.
+constexpr const char* kEditCaption = "修改";
+constexpr const char* kNewBelowCaption = "新增下级";
+constexpr const char* kNewBesideCaption = "新增同级";
+
+void FillFromQuery(host::SystemObject& system, viewkit::ComboBox& list, const std::string& sql) {
+  const auto entries = host::QueryRows(system, sql);
+  if (entries->EndOfFile()) return;
+  const host::RowSet rows = entries->GetRows();
+  for (std::size_t row = 0; row < rows.Rows(); ++row) {
+    list.AddItem(std::string(rows.Text(row, 1)), host::LeadingLong(rows.Text(row, 0)));
+  }
+}
+
+template <class Words>
+void FillWithWords(viewkit::ComboBox& list, const Words& words) {
+  for (const std::string_view word : words) list.AddItem(std::string(word));
+}
+
+}  // namespace
+
+void FmBkmAdd::py_SubProgram(std::shared_ptr<host::SystemObject> pcSystem,
+                             const std::string& psKmLb, bool pbNew, bool pnNewNext,
+                             const std::string& psBm, std::int32_t plID) noexcept {
+  const auto self = weak_from_this().lock();  // the owner may let go while the dialog is shown
+  const auto ours = std::make_shared<Session>();
+  Trapped("py_SubProgram->", host::kLoadingError, false, [&] {
+    if (session_) throw host::HostError("科目窗体已经打开");
+    session_ = ours;
+    StartSession(std::move(pcSystem), psKmLb, psBm);
+    if (!Prepare(pbNew, pnNewNext, plID)) return false;
+    user_.ShowModal(*this);
+    return true;
+  });
+  if (session_ != ours) return;
+  // Not closed: it never opened, or the program that showed it is ending.
+  Trapped("py_SubProgram->", host::kLoadingError, false, [this] {
+    Unload();
+    session_.reset();
+    return true;
+  });
+}
+
+void FmBkmAdd::StartSession(std::shared_ptr<host::SystemObject> pcSystem, const std::string& psKmLb,
+                            const std::string& psBm) {
+  const auto session = session_;
+  session->pcSystem = host::Required(std::move(pcSystem), "pcSystem");
+  session->category = psKmLb;
+  session->reference = psBm;
+  host::SystemObject& system = *session->pcSystem;
+  session->data_helper = host::Required(system.CreateDataHelper(), "DataHelper");
+  session->data_helper->SetDatabase(host::DatabaseOf(system));
+  session->code_rule = host::Required(system.CreateCodeRule(), "CodeRule");
+  session->log_helper = host::Required(system.CreateLogHelper(), "LogHelper");
+}
+
+// What cannot be read whole is not shown: saving it would write the missing part as empty.
+bool FmBkmAdd::Prepare(bool pbNew, bool pnNewNext, std::int32_t plID) {
+  const auto session = session_;
+  const viewkit::FlagScope filling(filling_);
+  ResetControls();
+  if (!InitBaseValue()) return false;
+  if (pbNew) {
+    SetCaption(pnNewNext ? kNewBelowCaption : kNewBesideCaption);
+    PrepareNew();
+  } else {
+    SetCaption(kEditCaption);
+    session->record_id = plID;
+    if (plID > 0 && !LoadData(plID)) return false;
+  }
+  session->initial_code = Txt(kCodeBox).Text();
+  return true;
+}
+
+bool FmBkmAdd::InitBaseValue() noexcept {
+  return Trapped("InitBaseValue->", host::kLoadingError, false, [this] {
+    const auto session = Current();
+    host::SystemObject& system = *session->pcSystem;
+    FillFromQuery(system, Combo(kCurrencyList),
+                  "select 币种ID,外币名称 from tvxbz order by 外币代号");
+    FillWithWords(Combo(kCategoryList), host::kCategories);
+    FillFromQuery(system, Combo(kUnitList), "select 单位ID,名称 from tvxjldw order by 代码");
+    FillWithWords(Combo(kBookTypeList), host::kBookTypes);
+    session->rule = host::SettingText(system, host::kCodeRuleSetting);
+    SetBookType();
+    return true;
+  });
+}
+
+void FmBkmAdd::PrepareNew() {
+  GetNewCode();
+  Combo(kCategoryList).SetText(session_->category);
+  Combo(kCurrencyList).SetEnabled(false);
+  Combo(kUnitList).SetEnabled(false);
+  Combo(kGatherList).SetEnabled(false);
+}
+
+void FmBkmAdd::GetNewCode() noexcept {
+  Trapped("GetNewCode->", host::kCommandError, false, [this] {
+    const auto session = Current();
+    const Busy busy(*this, "正在取新的编码");
+    const auto code = NextBm(session->reference, session->category, Caption() == kNewBelowCaption);
+    if (code) Txt(kCodeBox).SetText(*code);
+    return code.has_value();
+  });
+}
+
+bool FmBkmAdd::LoadData(std::int32_t plID) noexcept {
+  return Trapped("LoadData->", host::kLoadingError, false, [&] {
+    const auto session = Current();
+    const auto account = host::QueryRows(
+        *session->pcSystem, "select * from gl_code where i_id=" + std::to_string(plID));
+    if (account->EndOfFile()) throw host::HostError("找不到该科目");
+    FillControls(*account);
+    ShowDependencies();
+    return true;
+  });
+}
+
+void FmBkmAdd::FillControls(host::Recordset& account) {
+  const auto text = [&](const char* column) { return account.Field(column).ToText(); };
+  const auto check = [&](int box, const char* column) {
+    const bool set = account.Field(column).ToNumber() != 0;
+    Chk(box).SetValue(set ? CheckBox::kChecked : CheckBox::kUnchecked);
+  };
+  Txt(kCodeBox).SetText(host::RequiredField(account, "ccode").ToText());
+  Txt(kEnglishNameBox).SetText(text("ccode_engl"));
+  Txt(kNameBox).SetText(text("ccode_name"));
+  Txt(kMnemonicBox).SetText(text("chelp"));
+  session_->level = account.Field("igrade").ToLong();
+  check(kCurrencyCheck, "bexchange");
+  ShowStored(kCurrencyList, text("cexch_name"));
+  ShowStored(kUnitList, text("cmeasure"));
+  ShowStored(kGatherList, text("cgather"));
+  ShowStored(kCategoryList, text("cclass"));
+  ShowStored(kBookTypeList, text("cbook_type"));
+  Txt(kControlledByBox).SetText(text("cother"));
+  check(kClosedCheck, "bclose");
+  check(kDepartmentCheck, "bdept");
+  check(kPersonCheck, "bperson");
+  check(kSupplierCheck, "bsup");
+  check(kCustomerCheck, "bcus");
+  check(kProjectCheck, "bitem");
+  check(kJournalCheck, "br");
+  check(kBankBookCheck, "be");
+  opt(account.Field("bproperty").ToNumber() != 0 ? kDebitOption : kCreditOption).SetValue(true);
+}
+
+// A stored text that the list does not know joins it, so that saving keeps it.
+void FmBkmAdd::ShowStored(int list, const std::string& text) {
+  viewkit::ComboBox& box = Combo(list);
+  if (!text.empty() && box.FindItem(text) < 0 && list != kGatherList) box.AddItem(text);
+  box.SetText(text);
+}
+
+}  // namespace tavrix::editing

@@ -1,0 +1,164 @@
+#include "maintenance/kjkm.h"
+
+#include <utility>
+
+#include "host/account.h"
+#include "host/calls.h"
+#include "host/report.h"
+#include "host/text.h"
+#include "maintenance/session.h"
+#include "maintenance/trap.h"
+
+namespace tavrix::maintenance {
+
+namespace {
+
+constexpr double kDefaultScrollRate = 5;
+constexpr int kTabHeight = 28 * viewkit::kTwipsPerPixel;
+
+}  // namespace
+
+Kjkm::Kjkm(viewkit::UserPort& user) : user_(user), vxVSTab_("vxVSTab") {
+  controls_.Add(vxVSTab_);
+  vxVSTab_.AddTab("key1", "全部");
+  for (std::size_t i = 0; i < host::kCategories.size(); ++i) {
+    vxVSTab_.AddTab("key" + std::to_string(i + 2), std::string(host::kCategories[i]));
+  }
+  vxVSTab_.TabActivated.Add([this](const std::string& key) { OnTabActivated(key); });
+  for (int page = 0; page < kPages; ++page) {
+    auto& grid = Vs_[static_cast<std::size_t>(page)];
+    grid = std::make_unique<viewkit::FlexGrid>("Vs", page);
+    grid->SetVisible(page == 0);
+    grid->DoubleClick.Add([this] { FileEdit(); });
+    ConnectEnter(*grid);
+    grid->AfterScroll.Add([this, page] { OnScrolled(page); });
+    grid->GotFocus.Add([this, page] { OnGridFocused(page); });
+    controls_.Add(*grid);
+  }
+}
+
+void Kjkm::ConnectEnter(viewkit::FlexGrid& grid) {
+  using viewkit::Key;
+  // A key held down, or released after it has closed the dialog, is not a new wish to edit.
+  grid.KeyDown.Add([this](Key key, viewkit::Modifiers modifiers) {
+    const bool plain = !modifiers.shift && !modifiers.control && !modifiers.alt;
+    if (key != Key::kEnter || !plain || std::exchange(enter_held_, true)) return;
+    FileEdit();
+  });
+  grid.KeyUp.Add([this](Key key, viewkit::Modifiers) {
+    if (key == Key::kEnter) enter_held_ = false;
+  });
+  grid.LostFocus.Add([this] { enter_held_ = false; });
+}
+
+Kjkm::~Kjkm() {
+  Clear();
+}
+
+bool Kjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t, std::int32_t) {
+  Clear();
+  session_ = std::make_shared<Session>();
+  const auto session = session_;
+  session->pcSystem = host::Required(std::move(pcSystem), "pcSystem");
+  host::SystemObject& system = *session->pcSystem;
+
+  session->code_rule = host::Required(system.CreateCodeRule(), "CodeRule");
+  session->log_helper = host::Required(system.CreateLogHelper(), "LogHelper");
+  session->navigator = host::Required(system.CreateGridNavigator(), "GridNavigator");
+  session->data_helper = host::Required(system.CreateDataHelper(), "DataHelper");
+  session->data_helper->SetDatabase(host::DatabaseOf(system));
+  session->mcMouseEvent = host::Required(system.CreateMouseEvent(), "MouseEvent");
+  session->mcMouseEvent->OnWheel([this, alive = std::weak_ptr(session)](std::int32_t value) {
+    if (!alive.expired()) OnWheel(value);
+  });
+
+  // A negative rate is kept as it is; only 0 stands for "not set".
+  session->scroll_rate = host::LeadingNumber(host::SettingText(system, host::kScrollRateSetting));
+  if (session->scroll_rate == 0) session->scroll_rate = kDefaultScrollRate;
+
+  vxVSTab_.Activate("key1");
+  for (const auto& grid : Vs_) {
+    if (!InitVsControl(*grid)) return false;
+  }
+  current_tab_ = 0;
+  session->mFrmBmAdd = CreateEditDialog();
+  session->rule = host::SettingText(system, host::kCodeRuleSetting);
+  return true;
+}
+
+std::shared_ptr<editing::FmBkmAdd> Kjkm::CreateEditDialog() {
+  auto dialog = std::make_shared<editing::FmBkmAdd>(user_);
+  dialog->EvHasLoad.Add([this, alive = std::weak_ptr(session_)](bool pNew, std::int32_t plID) {
+    if (!alive.expired()) OnAccountSaved(pNew, plID);
+  });
+  dialog->ErrMessage.Add([this, alive = std::weak_ptr(session_)](const std::string& text,
+                                                                 std::int32_t level,
+                                                                 const std::string& title) {
+    if (!alive.expired()) ErrMessage.Raise(text, level, title);
+  });
+  dialog->Message.Add([this, alive = std::weak_ptr(session_)](const std::string& text) {
+    if (!alive.expired()) Message.Raise(text);
+  });
+  return dialog;
+}
+
+bool Kjkm::Clear() {
+  const auto session = std::exchange(session_, nullptr);
+  if (!session) return false;
+  const auto quietly = [](auto&& step) {
+    try {
+      step();
+    } catch (...) {  // a failing step does not stop the next
+    }
+  };
+  if (const auto wheel = session->mcMouseEvent) {  // missing after a failed `Init`
+    quietly([&] { wheel->OnWheel({}); });
+    quietly([&] { wheel->Detach(); });
+  }
+  session->mcMouseEvent.reset();
+  session->mFrmBmAdd.reset();
+  session->pcSystem.reset();
+  session->data_helper.reset();
+  session->code_rule.reset();
+  session->log_helper.reset();
+  session->navigator.reset();
+  return false;  // deliberately: the result carries no meaning
+}
+
+std::string Kjkm::Attributes(const std::string& psName) const {
+  return psName == "isVisibleNewNext" ? "True" : "";
+}
+
+void Kjkm::SetParameters(const std::shared_ptr<host::Parameters>& parameters) {
+  static constexpr const char* kBackColor = "backcolor";
+  Trapped("IDesignUI_Parameters->", host::kCommandError, [&] {
+    if (!parameters || !parameters->Exists(kBackColor)) return true;
+    const viewkit::Color color = viewkit::ColorOf(parameters->Item(kBackColor).ToNumber());
+    SetBackColor(color);
+    vxVSTab_.SetBackColor(color);
+    return true;
+  });
+}
+
+void Kjkm::SetBackColor(viewkit::Color color) {
+  if (back_color_ == color) return;
+  back_color_ = color;
+  BackColorChanged.Raise();
+}
+
+void Kjkm::Resize(int width, int height) {
+  vxVSTab_.SetBounds({0, 0, width, kTabHeight});
+  const int grid_height = height > kTabHeight ? height - kTabHeight : 0;
+  for (const auto& grid : Vs_) grid->SetBounds({0, kTabHeight, width, grid_height});
+}
+
+void Kjkm::Report(const std::string& text, std::int32_t level) {
+  ErrMessage.Raise(text, level, user_.ApplicationTitle());
+}
+
+std::shared_ptr<Kjkm::Session> Kjkm::Running() const {
+  if (!session_ || !session_->pcSystem) throw host::HostError("控件尚未初始化");
+  return session_;
+}
+
+}  // namespace tavrix::maintenance

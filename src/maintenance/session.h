@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "editing/fm_bkm_add.h"
+#include "host/objects.h"
+#include "maintenance/kjkm.h"
+
+namespace tavrix::maintenance {
+
+struct Kjkm::Session {
+  std::shared_ptr<host::SystemObject> pcSystem;
+  std::shared_ptr<host::CodeRule> code_rule;
+  std::shared_ptr<host::LogHelper> log_helper;  // created and released, asked for nothing
+  std::shared_ptr<host::GridNavigator> navigator;
+  std::shared_ptr<host::DataHelper> data_helper;
+  std::shared_ptr<host::MouseEvent> mcMouseEvent;
+  std::shared_ptr<editing::FmBkmAdd> mFrmBmAdd;
+  double scroll_rate = 0;
+  std::string rule;  // setting "kmbm": one digit for each level
+};
+
+}  // namespace tavrix::maintenance

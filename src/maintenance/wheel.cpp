@@ -1,0 +1,44 @@
+#include "viewkit/wheel.h"
+#include "host/calls.h"
+#include "host/report.h"
+#include "host/text.h"
+#include "maintenance/session.h"
+#include "maintenance/trap.h"
+
+namespace tavrix::maintenance {
+
+void Kjkm::ArmWheel(const std::shared_ptr<Session>& session) {
+  const auto wheel = host::Required(session->mcMouseEvent, "MouseEvent");
+  const viewkit::FlexGrid& grid = CurrentGrid();
+  wheel->SetRange(host::ToLong32((grid.Rows() - 1) / session->scroll_rate));
+  if (session_ == session) wheel->Attach(grid.WindowHandle());
+}
+
+void Kjkm::OnWheel(std::int32_t value) noexcept {
+  Trapped("mcMouseEvent_Wheel->", host::kLoadingError, [&] {
+    viewkit::ScrollByWheel(CurrentGrid(), value, Running()->scroll_rate);
+    return true;
+  });
+}
+
+void Kjkm::OnScrolled(int page) noexcept {
+  Trapped("Vs_AfterScroll->", host::kLoadingError, [&] {
+    if (page != current_tab_ || !session_ || !session_->mcMouseEvent) return true;
+    const auto session = session_;
+    const auto wheel = session->mcMouseEvent;
+    wheel->SetPosition(host::ToLong32(Grid(page).TopRow() / session->scroll_rate));
+    return true;
+  });
+}
+
+void Kjkm::OnGridFocused(int page) noexcept {
+  Trapped("Vs_GotFocus->", host::kLoadingError, [&] {
+    if (!session_ || !session_->mcMouseEvent) return true;
+    const auto wheel = session_->mcMouseEvent;
+    const std::intptr_t window = Grid(page).WindowHandle();
+    if (wheel->AttachedTo() != window) wheel->Attach(window);
+    return true;
+  });
+}
+
+}  // namespace tavrix::maintenance

@@ -1,0 +1,83 @@
+#include "editing/account_form.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+namespace tavrix::editing {
+namespace {
+
+using host::Bounds;
+using viewkit::Control;
+
+bool Overlap(const Bounds& a, const Bounds& b) {
+  return a.left < b.left + b.width && b.left < a.left + a.width && a.top < b.top + b.height &&
+         b.top < a.top + a.height;
+}
+
+bool Inside(const Bounds& inner, const Bounds& outer) {
+  return inner.left >= outer.left && inner.top >= outer.top &&
+         inner.left + inner.width <= outer.left + outer.width &&
+         inner.top + inner.height <= outer.top + outer.height;
+}
+
+class AccountFormTest : public testing::Test {
+ protected:
+  AccountForm form_;
+
+  template <class Visit>
+  void ForEach(Visit visit) {
+    for (std::size_t i = 0; i < form_.Controls().Count(); ++i) visit(form_.Controls().At(i));
+  }
+};
+
+TEST_F(AccountFormTest, EveryControlHasItsOwnPlaceInsideTheForm) {
+  const Bounds all{0, 0, form_.Width(), form_.Height()};
+  ForEach([&](Control& one) {
+    EXPECT_TRUE(Inside(one.GetBounds(), all)) << one.Name() << one.Index().value_or(-1);
+    EXPECT_GT(one.GetBounds().width, 0);
+    ForEach([&](Control& other) {
+      if (&one == &other || !Overlap(one.GetBounds(), other.GetBounds())) return;
+      // Only a frame may hold another control, and it holds it whole.
+      const bool held = (one.TypeName() == "Frame" && Inside(other.GetBounds(), one.GetBounds())) ||
+                        (other.TypeName() == "Frame" && Inside(one.GetBounds(), other.GetBounds()));
+      EXPECT_TRUE(held && one.TypeName() != other.TypeName())
+          << one.Name() << one.Index().value_or(-1) << " and " << other.Name()
+          << other.Index().value_or(-1);
+    });
+  });
+}
+
+TEST_F(AccountFormTest, MnemonicsAreUniqueAndLeadToTheBoxBesideTheirLabel) {
+  std::set<char> letters;
+  Control* before = nullptr;
+  ForEach([&](Control& control) {
+    if (const auto* captioned = dynamic_cast<viewkit::Captioned*>(&control)) {
+      const std::size_t mark = captioned->Caption().find('&');
+      if (mark != std::string::npos) {
+        EXPECT_TRUE(letters.insert(captioned->Caption().at(mark + 1)).second)
+            << captioned->Caption();
+      }
+    }
+    if (before != nullptr && before->TypeName() == "Label") {
+      EXPECT_EQ(control.GetBounds().left, before->GetBounds().left + before->GetBounds().width);
+      EXPECT_TRUE(Overlap({0, before->GetBounds().top, 1, before->GetBounds().height},
+                          {0, control.GetBounds().top, 1, control.GetBounds().height}));
+    }
+    before = &control;
+  });
+  EXPECT_EQ(letters.size(), 22U);  // 7 labels, 2 options, 11 boxes, 2 buttons
+}
+
+TEST_F(AccountFormTest, ControlsCarryTheNumbersThatAutomatedUsersKnow) {
+  const int numbers[] = {
+      form_.Identifier(form_.Txt(kCodeBox)), form_.Identifier(form_.Chk(kProjectCheck)),
+      form_.Identifier(form_.opt(kCreditOption)), form_.Identifier(form_.Combo(kBookTypeList)),
+      form_.Identifier(form_.Cmd(kCancelButton))};
+  EXPECT_THAT(numbers, testing::ElementsAre(100, 208, 301, 404, 501));
+}
+
+}  // namespace
+}  // namespace tavrix::editing

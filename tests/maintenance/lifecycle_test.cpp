@@ -1,0 +1,147 @@
+#include <map>
+#include <memory>
+#include <string>
+
+#include "host/error.h"
+#include "maintenance/view_test.h"
+
+namespace tavrix::test {
+namespace {
+
+TEST(Lifecycle, MembersWithoutWorkAnswerAsHostsExpect) {
+  ViewTest t;
+  EXPECT_EQ(t.view.Attributes("isVisibleNewNext"), "True");
+  EXPECT_EQ(t.view.Attributes("IsVisibleNewNext"), "");
+  EXPECT_TRUE(t.view.FileSave() && t.view.FileCancel());
+  EXPECT_FALSE(t.view.Check() || t.view.UnCheck() || t.view.Help() || t.view.PrintSetup() ||
+               t.view.DoPrint(true) || t.view.DoSetStatus("x", true) || t.view.CheckStatus("x") ||
+               t.view.IsDirty());
+  EXPECT_EQ(t.view.GetID(), 0);
+  EXPECT_EQ(t.view.ReturnPrintName(), "");
+}
+
+TEST(Lifecycle, BeforeInitAndAfterClearEveryCommandIsRefusedWithAReport) {
+  ViewTest t;
+  EXPECT_FALSE(t.view.Refresh());
+  t.reports.clear();
+  t.Start();
+  t.Select("1001");
+  EXPECT_FALSE(t.view.Clear());
+  EXPECT_EQ(t.wheel->detached, 1);
+  EXPECT_FALSE(t.view.Refresh());
+  EXPECT_FALSE(t.view.RecordTop());
+  EXPECT_FALSE(t.view.FileNew());
+  EXPECT_FALSE(t.view.FileDelete());
+  ASSERT_EQ(t.reports.size(), 4U);
+  EXPECT_EQ(t.reports[0], "刷新数据时出错：控件尚未初始化|8|测试程序");
+  EXPECT_FALSE(t.view.Clear()) << "a second time does no harm";
+
+  t.reports.clear();
+  t.Start();
+  EXPECT_EQ(t.Codes().size(), 8U);
+}
+
+TEST(Lifecycle, ClearReleasesEverythingEvenWhenDetachingFails) {
+  ViewTest t;
+  t.Start();
+  const std::weak_ptr<host::SystemObject> system = t.host.System();
+  t.host.FailNext("MouseEvent.Detach", Fault::kThrow);
+  t.view.Clear();
+  EXPECT_EQ(t.reports, Texts());
+  const long others = system.use_count();
+  t.Start();
+  EXPECT_GT(system.use_count(), others);
+  t.view.Clear();
+  EXPECT_EQ(system.use_count(), others);
+}
+
+TEST(Lifecycle, AFailureOfTheHostLeavesInitAsAnErrorWithoutReport) {
+  ViewTest t;
+  ASSERT_TRUE(t.view.Init(t.host.System(), 0, 0));
+  const auto calls = t.host.Calls();
+  ASSERT_GT(calls.size(), 8U);
+  for (int call = 0; call < static_cast<int>(calls.size()); ++call) {
+    for (const Fault fault : {Fault::kThrow, Fault::kNull}) {
+      if (!calls[static_cast<std::size_t>(call)].Allows(fault)) continue;
+      ViewTest failing;
+      failing.host.FailAt(call, fault);
+      EXPECT_THROW((void)failing.view.Init(failing.host.System(), 0, 0), host::HostError)
+          << calls[static_cast<std::size_t>(call)].name;
+      EXPECT_EQ(failing.reports, Texts());
+      EXPECT_TRUE(failing.view.Init(failing.host.System(), 0, 0)) << "and a second try works";
+    }
+  }
+  EXPECT_THROW((void)t.view.Init(nullptr, 0, 0), host::HostError);
+}
+
+TEST(Wheel, TheRateComesFromTheSettingLeniently) {
+  // 8 accounts: 9 rows, 8 after the header.
+  const std::map<std::string, std::int32_t> ranges = {{"", 1},    {"0", 1},   {"abc", 1},
+                                                      {"2.5", 3}, {"-3", -2}, {" 4 rows", 2}};
+  for (const auto& [setting, range] : ranges) {
+    ViewTest t;
+    t.book.SetSetting("system", "mouseeventscrollrate", setting);
+    t.Start();
+    EXPECT_EQ(t.wheel->range, range) << setting;
+  }
+}
+
+std::vector<desk::book::Account> ManyAccounts() {
+  std::vector<desk::book::Account> accounts;
+  for (int i = 0; i < 200; ++i) {
+    accounts.push_back({.code = std::to_string(1001 + i), .name = "户", .category = "资产"});
+  }
+  return accounts;
+}
+
+TEST(Wheel, SmallValuesAreRowsAndOthersAreScaled) {
+  ViewTest t(MakeBook(ManyAccounts()));
+  t.book.SetSetting("system", "mouseeventscrollrate", "2.5");
+  t.view.Resize(9000, 6000);
+  t.Start();
+  t.wheel->turn(2);
+  EXPECT_EQ(t.Grid().TopRow(), 2);
+  t.wheel->turn(3);  // 7.5 rounds to the even neighbour
+  EXPECT_EQ(t.Grid().TopRow(), 8);
+  EXPECT_EQ(t.wheel->position, 3) << "wheel and scroll bar stay in step";
+  t.wheel->turn(2000000000);
+  const int last = t.Grid().TopRow();
+  EXPECT_GT(last, 150);
+  EXPECT_TRUE(t.Grid().IsInView(200));
+  t.wheel->turn(-7);
+  EXPECT_EQ(t.Grid().TopRow(), 1);
+  EXPECT_EQ(t.reports, Texts());
+}
+
+TEST(Wheel, AGridThatGetsTheFocusTakesTheSource) {
+  ViewTest t;
+  t.Start();
+  t.wheel->Attach(4711);
+  t.wheel->attached = 0;
+  EXPECT_TRUE(t.Grid().SetFocus());
+  EXPECT_EQ(t.wheel->attached, 1);
+  EXPECT_EQ(t.wheel->AttachedTo(), t.Grid().WindowHandle());
+  t.Grid().NotifyFocus(false);
+  EXPECT_TRUE(t.Grid().SetFocus());
+  EXPECT_EQ(t.wheel->attached, 1) << "it is attached already";
+}
+
+TEST(Design, BackColorIsTheOnlyParameter) {
+  ViewTest t;
+  const auto parameters = std::make_shared<desk::book::ParameterList>();
+  const viewkit::Color before = t.view.BackColor();
+  t.view.SetParameters(nullptr);
+  parameters->Set("forecolor", 1);
+  t.view.SetParameters(parameters);
+  EXPECT_EQ(t.view.BackColor(), before);
+  parameters->Set("backcolor", host::Value(static_cast<std::int64_t>(0x8000000FU)));
+  t.view.SetParameters(parameters);
+  EXPECT_EQ(t.view.BackColor(), 0x8000000FU);
+  parameters->Set("backcolor", -2147483643);  // the same kind of colour, as a signed Long
+  t.view.SetParameters(parameters);
+  EXPECT_EQ(t.view.BackColor(), 0x80000005U);
+  EXPECT_EQ(t.Tabs().BackColor(), 0x80000005U);
+}
+
+}  // namespace
+}  // namespace tavrix::test
