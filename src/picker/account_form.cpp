@@ -1,0 +1,109 @@
+#include <string>
+
+#include "host/account.h"
+#include "host/calls.h"
+#include "host/text.h"
+#include "picker/columns.h"
+#include "picker/parameters.h"
+#include "picker/session.h"
+#include "picker/trap.h"
+#include "viewkit/grid_update.h"
+
+// Adding and changing accounts from within the picker.
+namespace tavrix::picker {
+
+void selKjkm::OpenForm() {
+  const auto session = Running();
+  if (!session->mfrmKjkm) session->mfrmKjkm = CreateForm(session);
+  const auto form = session->mfrmKjkm;
+  const int row = Vs_.Row();
+  if (row < Vs_.FixedRows()) {
+    form->py_SubProgram(session->m_System, CategoryOfNewAccount(), true);
+    return;
+  }
+  form->py_SubProgram(session->m_System, std::string(Vs_.TextMatrix(row, kCategory)), false, false,
+                      std::string(Vs_.TextMatrix(row, kCode)),
+                      host::LeadingLong(Vs_.TextMatrix(row, kId)));
+}
+
+std::shared_ptr<editing::FmBkmAdd> selKjkm::CreateForm(const std::shared_ptr<Session>& session) {
+  auto form = std::make_shared<editing::FmBkmAdd>(user_);
+  // The open form may outlast the session and the picker itself; `Clear`, which both end with,
+  // takes the system object out of the session.
+  const auto runs = [weak = std::weak_ptr(session)] {
+    const auto held = weak.lock();
+    return held && held->m_System;
+  };
+  form->EvHasLoad.Add([this, runs](bool pNew, std::int32_t plID) {
+    if (runs()) mfrmKjkm_EvHasLoad(pNew, plID);
+  });
+  form->ErrMessage.Add([this, runs](const std::string& psMsg, std::int32_t, const std::string&) {
+    if (runs()) mfrmKjkm_ErrMessage(psMsg);
+  });
+  return form;
+}
+
+std::string selKjkm::CategoryOfNewAccount() const {
+  const viewkit::TreeNode* node = TV_.SelectedItem();
+  const bool category_node = node != nullptr && node->Key().starts_with('r') && node->Key() != "r";
+  if (category_node) return node->Tag();
+  const auto category = Parameter(parameter::kCategory);
+  return category ? category->ToText() : std::string(host::kCategories[0]);
+}
+
+void selKjkm::mfrmKjkm_EvHasLoad(bool pNew, std::int32_t plID) noexcept {
+  Trapped([&] {
+    if (plID <= 0) return true;
+    const auto session = Running();
+    const std::string id = std::to_string(plID);
+    // The parameters are not applied here, deliberately unlike the list: what the user has just
+    // written is shown.
+    const std::string where = " WHERE i_id=" + id + ViewFilter();
+    const bool jet = host::DialectOf(*session->m_System) == host::Dialect::kJet;
+    const std::string select =
+        jet ? "SELECT i_id,ccode,ccode_name,chelp,iif(bproperty=1,'借','贷') as "
+              "bpr,cclass,bclose,bend"
+            : "SELECT i_id,ccode,ccode_name,chelp,(case when (bproperty=1) then '借' else '贷'end) "
+              "as bpr,cclass,bclose,bend";
+    const auto account =
+        host::QueryRows(*session->m_System, select + " FROM gl_code " + where + " order by ccode");
+    if (!account->EndOfFile()) WriteRow(*account, pNew, id);
+    account->Close();
+    return true;
+  });
+}
+
+void selKjkm::WriteRow(host::Recordset& account, bool is_new, const std::string& id) {
+  static constexpr std::array<const char*, kColumns> kFields = {
+      "i_id", "ccode", "ccode_name", "chelp", "bpr", "cclass", "bclose", "bend"};
+  std::array<std::string, kColumns> texts;  // all read before the first is written
+  for (std::size_t col = 0; col < kColumns; ++col)
+    texts[col] = account.Field(kFields[col]).ToText();
+
+  const viewkit::GridUpdate update(Vs_);
+  int row = Vs_.Row();
+  const bool in_place = row >= Vs_.FixedRows() && Vs_.TextMatrix(row, kId) == id;
+  if (!is_new && !in_place) {
+    // The host may have refreshed the picker while the form was open.
+    const int found = Vs_.FindRow(id, Vs_.FixedRows(), kId);
+    if (found >= 0) row = found;
+  }
+  if (is_new || row < Vs_.FixedRows()) row = Vs_.AddItem();
+  for (int col = 0; col < kColumns; ++col) {
+    Vs_.SetTextMatrix(row, col, texts[static_cast<std::size_t>(col)]);
+  }
+  if (!is_new) return;
+  Vs_.SetRow(row);
+  Vs_.ShowRow(row);
+  ShowSelectionCount();
+}
+
+void selKjkm::mfrmKjkm_ErrMessage(const std::string& psMsg) noexcept {
+  Trapped([&] {
+    using viewkit::UserPort;
+    (void)user_.Ask(psMsg, "提示：", UserPort::Icon::kInformation, UserPort::Buttons::kOk);
+    return true;
+  });
+}
+
+}  // namespace tavrix::picker

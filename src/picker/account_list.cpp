@@ -1,0 +1,185 @@
+#include <string>
+
+#include "host/account.h"
+#include "host/calls.h"
+#include "host/text.h"
+#include "picker/columns.h"
+#include "picker/parameters.h"
+#include "picker/session.h"
+#include "picker/trap.h"
+#include "viewkit/grid_update.h"
+
+// Which accounts the parameters allow, and the list that shows them.
+namespace tavrix::picker {
+
+namespace {
+
+using viewkit::Alignment;
+
+/// " or ccode like 'A%' or ccode like 'B%'" for "A,B"; an empty element matches every code.
+std::string PrefixPatterns(const std::string& codes) {
+  const std::string list = codes + ",";
+  std::string patterns;
+  for (std::size_t start = 0; start < list.size();) {
+    const std::size_t comma = list.find(',', start);
+    std::string prefix = list.substr(start, comma - start);
+    std::erase(prefix, '\'');
+    patterns.append(" or ccode like '").append(prefix).append("%'");
+    start = comma + 1;
+  }
+  return patterns;
+}
+
+}  // namespace
+
+void selKjkm::InitGrid() {
+  Vs_.SetFixedRows(1);
+  Vs_.SetRows(Vs_.FixedRows());
+  Vs_.SetCols(kColumns);
+  Vs_.SetFixedCols(0);
+  Vs_.SetSelectionMode(viewkit::SelectionMode::kListBox);
+  Vs_.SetToolTipText("提示：双击或按回车键选择完毕！");
+  // The blanks inside widen the columns.
+  Vs_.SetFormatString(
+      "科目ID|科目编码    |科目名称        |助忆词|余额方向|科目类别    |是否使用|是否明细");
+  for (int col = 0; col < kColumns; ++col) {
+    const bool centered = col == kDirection || col == kClosed || col == kLeaf;
+    Vs_.SetColAlignment(col, centered ? Alignment::kCenterCenter : Alignment::kLeftCenter);
+    Vs_.SetFixedAlignment(col, Alignment::kCenterCenter);
+  }
+}
+
+bool selKjkm::Refresh() {
+  lblMessage_.SetCaption("");
+  enter_ = Press::kNone;
+  // A right that cannot be read is not granted, but is no reason to show no accounts.
+  Trapped([this] {
+    ShowFormButton(*Running());
+    return true;
+  });
+  Trapped([this] {
+    const auto session = Running();
+    Vs_.SetSelectionMode(ParameterIsOne(parameter::kSingle) ? viewkit::SelectionMode::kByRow
+                                                            : viewkit::SelectionMode::kListBox);
+    if (std::string key = Fingerprint(); key != session->m_ParamKey) {
+      session->m_ParamKey = std::move(key);
+      session->m_Loaded = false;
+    }
+    if (session->m_Loaded) return true;
+    const bool tree_stands = LoadCategoryTree();
+    if (session != session_) return true;  // the host has let go of the picker meanwhile
+    ReloadAccountList();
+    session->m_Loaded = session->m_Loaded && tree_stands;
+    return true;
+  });
+  return true;
+}
+
+void selKjkm::ShowFormButton(Session& session) {
+  viewkit::CommandButton& button = *Cmd_[3];
+  button.SetVisible(false);
+  const auto rights = host::Required(session.m_System->Rights(session.m_MaintainProgID), "Rights");
+  button.SetVisible(rights->CanAdd() || rights->CanEdit());
+}
+
+std::string selKjkm::Fingerprint() const {
+  std::string key;
+  const auto add = [&](const char* mark, const char* name) {
+    if (const auto value = Parameter(name)) key.append(mark).append(value->ToText()).append(" ");
+  };
+  add("1.", parameter::kCategory);
+  add("2.", parameter::kCodes);
+  add("3.", parameter::kCustomers);
+  add("4.", parameter::kSuppliers);
+  return key;
+}
+
+std::string selKjkm::ParameterFilter() const {
+  std::string filter;
+  if (const auto codes = Parameter(parameter::kCodes)) {
+    // Present but empty is no filter, and hides the category all the same.
+    const std::string list = codes->ToText();
+    if (!list.empty()) {
+      constexpr std::size_t kLeadingOr = 4;
+      filter.append(" and (").append(PrefixPatterns(list).substr(kLeadingOr)).append(")");
+    }
+  } else if (const auto category = Parameter(parameter::kCategory)) {
+    filter.append(" and cclass='").append(category->ToText()).append("'");
+  }
+  if (const auto customers = Parameter(parameter::kCustomers)) {
+    filter.append(" and bcus=").append(customers->ToText());
+  }
+  if (const auto suppliers = Parameter(parameter::kSuppliers)) {
+    filter.append(" and bsup=").append(suppliers->ToText());
+  }
+  return filter;
+}
+
+std::string selKjkm::ViewFilter() const {
+  std::string filter;
+  if (const viewkit::TreeNode* node = TV_.SelectedItem(); node != nullptr) {
+    const std::string& key = node->Key();
+    if (key.starts_with('r') && key != "r") {
+      filter.append(" AND cclass='").append(node->Tag()).append("'");
+    } else if (key.starts_with('k')) {
+      const std::string code = key.substr(1);
+      filter.append(" AND ccode like '").append(code).append("%' and ccode<>'");
+      filter.append(code).append("'");
+    }
+  }
+  if (Chk_.Value() != viewkit::CheckBox::kChecked) filter += " AND bclose=0";
+  return filter;
+}
+
+void selKjkm::ReloadAccountList() noexcept {
+  const auto session = session_;
+  if (session) session->m_Loaded = false;
+  const bool loaded = LoadAccountList();
+  if (session) session->m_Loaded = loaded;
+}
+
+bool selKjkm::LoadAccountList() noexcept {
+  const auto session = session_;
+  const bool loaded = Trapped([this] {
+    const auto running = Running();
+    const viewkit::WaitCursor wait(user_);
+    const std::string where = " WHERE ccode<>''" + ParameterFilter() + ViewFilter();
+    const bool jet = host::DialectOf(*running->m_System) == host::Dialect::kJet;
+    const std::string select =
+        jet ? "SELECT i_id,ccode,ccode_name,chelp,iif(bproperty=1,'借','贷'),cclass,bclose,bend"
+            : "SELECT i_id,ccode,ccode_name,chelp,case when bproperty=1 then '借' else '贷' end "
+              ",cclass,bclose,bend";
+    const auto accounts =
+        host::QueryRows(*running->m_System, select + " FROM gl_code " + where + " order by ccode");
+    ShowRows(*accounts);
+    Trapped([&] {
+      SetWheelRange(*running);
+      return true;
+    });
+    (void)Vs_.SetFocus();  // it may be hidden
+    ShowRowCount();
+    return true;
+  });
+  if (!loaded) {
+    if (session) session->m_Loaded = false;  // the next refresh tries again
+    load_error_ = lblMessage_.Caption();
+  } else if (!load_error_.empty() && std::exchange(load_error_, "") == lblMessage_.Caption()) {
+    lblMessage_.SetCaption("");
+  }
+  return loaded;
+}
+
+void selKjkm::ShowRows(host::Recordset& accounts) {
+  host::RowSet rows(kColumns);
+  if (!accounts.EndOfFile()) rows = accounts.GetRows();
+  accounts.Close();
+  const viewkit::GridUpdate update(Vs_);
+  Vs_.LoadRows(std::move(rows));
+  Vs_.SetColHidden(kClosed, Chk_.Value() != viewkit::CheckBox::kChecked);
+}
+
+void selKjkm::ShowRowCount() {
+  LblCount_.SetCaption("共:" + std::to_string(Vs_.Rows() - Vs_.FixedRows()) + "条");
+}
+
+}  // namespace tavrix::picker

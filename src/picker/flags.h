@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string_view>
+
+#include "host/text.h"
+#include "host/value.h"
+
+/// Flags of the account table: numbers in most schemas, Booleans in some.
+namespace tavrix::picker {
+
+[[nodiscard]] inline bool IsSet(std::string_view text) {
+  return host::LeadingNumber(text) != 0 || host::EqualNoCase(text, "True");
+}
+
+[[nodiscard]] inline bool IsSet(const host::Value& value) {
+  return value.ToNumber() != 0 || IsSet(std::string_view(value.ToText()));
+}
+
+}  // namespace tavrix::picker

@@ -1,0 +1,49 @@
+#include "host/text.h"
+#include "picker/trap.h"
+#include "viewkit/grid_update.h"
+
+namespace tavrix::picker {
+
+namespace {
+
+void SetHidden(viewkit::FlexGrid& grid, int row, bool hidden) {
+  if (grid.RowHidden(row) != hidden) grid.SetRowHidden(row, hidden);
+}
+
+}  // namespace
+
+void selKjkm::OnSearchMode() noexcept {
+  Trapped([this] {
+    SearchBox1_.SetFilterMode(Check_.Value() == viewkit::CheckBox::kChecked);
+    SearchBox1_.Search();
+    return true;
+  });
+}
+
+void selKjkm::OnSearch() noexcept {
+  Trapped([this] {
+    if (Vs_.Cols() < 1) return true;
+    row_texts_.Update(Vs_);
+    const std::string wanted = host::LowerCase(SearchBox1_.Text());
+    const int fixed = Vs_.FixedRows();
+    const int rows = Vs_.Rows() - fixed;
+    int match = row_texts_.Find(wanted, 0);
+    const bool filter = Check_.Value() == viewkit::CheckBox::kChecked;
+    const viewkit::GridUpdate update(Vs_);
+    if (!filter) {
+      for (int row = 0; row < rows; ++row) SetHidden(Vs_, fixed + row, false);
+      if (match < 0) return true;
+      Vs_.SetRow(fixed + match);
+      if (!Vs_.IsInView(fixed + match)) Vs_.SetTopRow(fixed + match);
+      return true;
+    }
+    for (int row = 0; row < rows; ++row) {
+      const bool matches = row == match;
+      SetHidden(Vs_, fixed + row, !matches);
+      if (matches) match = row_texts_.Find(wanted, row + 1);
+    }
+    return true;
+  });
+}
+
+}  // namespace tavrix::picker

@@ -1,0 +1,197 @@
+#include "picker/sel_kjkm.h"
+
+#include <utility>
+
+#include "host/calls.h"
+#include "host/text.h"
+#include "picker/parameters.h"
+#include "picker/session.h"
+#include "picker/trap.h"
+
+namespace tavrix::picker {
+
+namespace {
+
+constexpr double kDefaultScrollRate = 5;
+
+/// The text of the first field of a query's first row; empty without a row.
+std::string FirstField(host::SystemObject& system, const std::string& sql) {
+  const auto rows = host::QueryRows(system, sql);
+  std::string text = rows->EndOfFile() ? std::string() : rows->Field(0).ToText();
+  rows->Close();
+  return text;
+}
+
+}  // namespace
+
+selKjkm::selKjkm(viewkit::UserPort& user)
+    : user_(user),
+      TV_("TV"),
+      Vs_("Vs"),
+      SearchBox1_("SearchBox1"),
+      Chk_("Chk"),
+      Check_("Check"),
+      ChkFind_("ChkFind"),
+      LblCount_("LblCount"),
+      lblMessage_("lblMessage"),
+      Splitter1_("Splitter1") {
+  AddControls();
+  ConnectControls();
+}
+
+selKjkm::~selKjkm() {
+  Clear();
+}
+
+void selKjkm::AddControls() {
+  static constexpr std::array<const char*, kButtons> kCaptions = {"确定", "取消", "刷新",
+                                                                  "科目..."};
+  for (int index = 0; index < kButtons; ++index) {
+    const auto at = static_cast<std::size_t>(index);
+    Cmd_[at] = std::make_unique<viewkit::CommandButton>("Cmd", index);
+    Cmd_[at]->SetCaption(kCaptions[at]);
+  }
+  Chk_.SetCaption("显示封存科目");
+  Check_.SetCaption("筛选");
+  ChkFind_.SetCaption("查找");
+  ChkFind_.SetVisible(false);  // a click on it does nothing; a host that wants it shows it
+
+  for (viewkit::Control* control : std::initializer_list<viewkit::Control*>{
+           &TV_, &Vs_, &SearchBox1_, &Chk_, &Check_, &ChkFind_}) {
+    controls_.Add(*control);
+  }
+  for (const auto& button : Cmd_) controls_.Add(*button);
+  controls_.Add(LblCount_);
+  controls_.Add(lblMessage_);
+  controls_.Add(Splitter1_);
+}
+
+void selKjkm::ConnectControls() {
+  Vs_.SelChange.Add([this] { ShowSelectionCount(); });
+  Vs_.DoubleClick.Add([this] { FinishSelection(); });
+  Vs_.AfterScroll.Add([this] { OnScrolled(); });
+  Vs_.GotFocus.Add([this] { OnGridFocused(); });
+  SearchBox1_.SearchRequested.Add([this] { OnSearch(); });
+  Chk_.Clicked.Add([this] { LoadAccountList(); });
+  Check_.Clicked.Add([this] { OnSearchMode(); });
+  for (int index = 0; index < kButtons; ++index) {
+    Cmd_[static_cast<std::size_t>(index)]->Clicked.Add([this, index] { OnButton(index); });
+  }
+  Splitter1_.Moved.Add([this] { OnSplitterMoved(); });
+  ConnectKeys();
+}
+
+bool selKjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t plProgID,
+                   const std::string&) {
+  Clear();
+  const auto session = std::make_shared<Session>();
+  session_ = session;
+  session->m_System = host::Required(std::move(pcSystem), "pcSystem");
+  session->program_id = plProgID;
+  host::SystemObject& system = *session->m_System;
+  m_Parameters = host::Required(system.CreateParameters(), "Parameters");
+  m_Selected = std::make_shared<colKjkm>();
+
+  session->m_ScrollRate = host::LeadingNumber(
+      FirstField(system,
+                 "select item_value from xt_accinformation where system_code='system' and "
+                 "item_code='mouseeventscrollrate'"));
+  if (session->m_ScrollRate == 0) session->m_ScrollRate = kDefaultScrollRate;
+
+  session->m_Tv = std::make_unique<viewkit::cTreeView>(user_);
+  session->m_Tv->HookCtrl(TV_);
+  session->m_Tv->Selected.Add([this](viewkit::TreeNode&) { m_Tv_Selected(); });
+  session->mcMouseEvent = host::Required(system.CreateMouseEvent(), "MouseEvent");
+  session->mcMouseEvent->OnWheel([this, alive = std::weak_ptr(session)](std::int32_t value) {
+    if (!alive.expired()) OnWheel(value);
+  });
+  InitGrid();
+  SearchBox1_.SetToolTipText("提示：按回车键选择完毕！");
+  SearchBox1_.SetFilterMode(Check_.Value() == viewkit::CheckBox::kChecked);
+  session->m_MaintainProgID =
+      host::LeadingLong(FirstField(system, "select progID from xt_objects where billitem=2015"));
+  return true;
+}
+
+void selKjkm::Clear() {
+  const auto session = std::exchange(session_, nullptr);
+  if (!session) return;
+  const auto quietly = [](auto&& step) {
+    try {
+      step();
+    } catch (...) {  // a failing step does not stop the next
+    }
+  };
+  if (session->m_Tv) session->m_Tv->UnHookCtrl();
+  session->m_Tv.reset();
+  // Objects are missing after a failed `Init`, parameters also when the host has set null.
+  if (m_Parameters) quietly([&] { m_Parameters->Clear(); });
+  m_Parameters.reset();
+  m_Selected.reset();
+  if (const auto wheel = std::exchange(session->mcMouseEvent, nullptr)) {
+    quietly([&] { wheel->OnWheel({}); });
+    quietly([&] { wheel->Detach(); });
+  }
+  session->mfrmKjkm.reset();
+  session->m_System.reset();
+}
+
+void selKjkm::SetPickerParameters(std::shared_ptr<host::Parameters> parameters) {
+  m_Parameters = std::move(parameters);
+}
+
+void selKjkm::SetText(const std::string& text) {
+  m_Text = text;
+  // Emptied first, so that the search runs again when the same text stands there already.
+  SearchBox1_.SetText("");
+  SearchBox1_.SetText(text);
+}
+
+void selKjkm::SetParameters(const std::shared_ptr<host::Parameters>& parameters) {
+  static constexpr const char* kBackColor = "backcolor";
+  Trapped([&] {
+    if (!parameters || !parameters->Exists(kBackColor)) return true;
+    SetBackColor(viewkit::ColorOf(parameters->Item(kBackColor).ToNumber()));
+    return true;
+  });
+}
+
+void selKjkm::SetBackColor(viewkit::Color color) {
+  if (back_color_ == color) return;
+  back_color_ = color;
+  BackColorChanged.Raise();
+}
+
+void selKjkm::ShowError(const std::string& text) {
+  lblMessage_.SetCaption(text);
+}
+
+std::shared_ptr<selKjkm::Session> selKjkm::Running() const {
+  if (!session_ || !session_->m_System || !session_->m_Tv || !session_->mcMouseEvent) {
+    throw host::HostError("控件尚未初始化");
+  }
+  return session_;
+}
+
+std::optional<host::Value> selKjkm::Parameter(const char* key) const {
+  const auto parameters = m_Parameters;
+  if (!parameters || !parameters->Exists(key)) return {};
+  return parameters->Item(key);
+}
+
+bool selKjkm::ParameterIsOne(const char* key) const {
+  const auto value = Parameter(key);
+  return value && value->ToNumber() == 1;
+}
+
+std::string selKjkm::StatusName() const {
+  static constexpr std::string_view kForbidden = "<>:\"/\\|?*";
+  std::string name = std::to_string(Running()->program_id) + container_name_;
+  for (char& c : name) {
+    const bool control = static_cast<unsigned char>(c) < 0x20;
+    if (control || kForbidden.find(c) != std::string_view::npos) c = '_';
+  }
+  return name;
+}
+
+}  // namespace tavrix::picker

@@ -1,0 +1,92 @@
+#include <string>
+
+#include "host/account.h"
+#include "host/calls.h"
+#include "host/text.h"
+#include "picker/columns.h"
+#include "picker/flags.h"
+#include "picker/parameters.h"
+#include "picker/session.h"
+#include "picker/trap.h"
+
+// From the selected rows to the picked accounts.
+namespace tavrix::picker {
+
+namespace {
+
+constexpr std::int32_t kNoAccount = -1;  // an id that finds nothing
+
+}  // namespace
+
+bool selKjkm::FinishSelection() noexcept {
+  const bool collected = Trapped([this] { return CollectSelection(); });
+  if (!collected) return false;
+  DoSaveFormStatus();
+  return Trapped([this] {
+    DoSelect.Raise();
+    return true;
+  });
+}
+
+bool selKjkm::CollectSelection() {
+  const auto session = Running();
+  const auto selected = m_Selected = std::make_shared<colKjkm>();
+  if (Vs_.SelectionMode() == viewkit::SelectionMode::kListBox) {
+    for (int n = 0; n < Vs_.SelectedRows(); ++n) {
+      const int row = Vs_.SelectedRow(n);
+      if (RefusesRow(row)) return false;
+      AddAccount(*session, host::LeadingLong(Vs_.TextMatrix(row, kId)));
+    }
+  } else {
+    const int row = Vs_.Row();
+    const bool none = Vs_.Rows() <= Vs_.FixedRows() || row < 1;
+    if (!none && RefusesRow(row)) return false;
+    AddAccount(*session, none ? kNoAccount : host::LeadingLong(Vs_.TextMatrix(row, kId)));
+  }
+  const bool picked = selected->Count() > 0;
+  m_Value = picked ? host::Value(std::int64_t{selected->At(0)->ID}) : host::Value("");
+  m_Text = picked ? selected->At(0)->ccode : "";
+  return true;
+}
+
+bool selKjkm::RefusesRow(int row) {
+  if (!ParameterIsOne(parameter::kLeavesOnly) || IsSet(Vs_.TextMatrix(row, kLeaf))) return false;
+  lblMessage_.SetCaption("不能返回非明细级科目！");
+  return true;
+}
+
+void selKjkm::AddAccount(Session& session, std::int32_t id) {
+  // The number follows the sign without a blank.
+  const auto account =
+      host::QueryRows(*session.m_System, "SELECT * FROM gl_code WHERE i_id =" + std::to_string(id));
+  AddResultRow(*account, *host::Required(m_Selected, "Objects"));
+  account->Close();
+}
+
+void selKjkm::AddResultRow(host::Recordset& account, colKjkm& selected) {
+  if (account.EndOfFile()) return;
+  const auto text = [&](const char* name) { return account.Field(name).ToText(); };
+  const std::int32_t id = account.Field("i_id").ToLong();
+  const std::string key = std::to_string(id);
+  (void)selected.Add(key, id, text("ccode"), text("ccode_name"), text("chelp"), text("cclass"));
+  const auto item = selected.Item(host::Trimmed(key));
+  item->bpr = IsSet(account.Field("bproperty")) ? host::kDebit : host::kCredit;
+  item->bclose = IsSet(account.Field("bclose"));
+  item->bend = IsSet(account.Field("bend"));
+  item->cbook_type = text("cbook_type");
+}
+
+void selKjkm::Cancel() noexcept {
+  Trapped([this] {
+    m_Selected = std::make_shared<colKjkm>();
+    DoCancel.Raise();
+    return true;
+  });
+}
+
+void selKjkm::ShowSelectionCount() {
+  LblCount_.SetCaption("共:" + std::to_string(Vs_.Rows() - Vs_.FixedRows()) + "条，已选中" +
+                       std::to_string(Vs_.SelectedRows()) + "条");
+}
+
+}  // namespace tavrix::picker

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "editing/fm_bkm_add.h"
+#include "host/objects.h"
+#include "picker/sel_kjkm.h"
+#include "viewkit/c_tree_view.h"
+
+namespace tavrix::picker {
+
+struct selKjkm::Session {
+  std::shared_ptr<host::SystemObject> m_System;
+  std::unique_ptr<viewkit::cTreeView> m_Tv;
+  std::shared_ptr<host::MouseEvent> mcMouseEvent;
+  std::shared_ptr<editing::FmBkmAdd> mfrmKjkm;  // made when it is first opened
+  double m_ScrollRate = 0;
+  std::int32_t program_id = 0;        // of the picker, as the host gave it
+  std::int32_t m_MaintainProgID = 0;  // of the account maintenance
+  std::string m_ParamKey;             // the filtering parameters at the last load
+  bool m_Loaded = false;              // tree and list show what `m_ParamKey` says
+};
+
+}  // namespace tavrix::picker

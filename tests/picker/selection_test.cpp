@@ -1,0 +1,169 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "picker/picker_support.h"
+
+namespace tavrix::picker {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using viewkit::Key;
+
+TEST(Selection, HandsBackEverySelectedRow) {
+  PickerFixture f;
+  f.picker.Refresh();
+  f.SelectRows({"2202", "1002"});
+  EXPECT_EQ(f.Count(), "共:8条，已选中2条");
+  EXPECT_THAT(
+      f.StatementsOf([&] { f.Cmd(0).Click(); }),
+      ElementsAre("SELECT * FROM gl_code WHERE i_id =2", "SELECT * FROM gl_code WHERE i_id =5"));
+  EXPECT_EQ(f.picks, 1);
+  EXPECT_THAT(f.Picked(), ElementsAre("1002", "2202"));
+  EXPECT_EQ(f.picker.GetValue().ToText(), "2");
+  EXPECT_EQ(f.picker.Text(), "1002");
+  const auto bank = f.picker.Selected()->Item("2");
+  EXPECT_EQ(bank->ID, 2);
+  EXPECT_EQ(bank->ccode_name, "银行存款");
+  EXPECT_EQ(bank->chelp, "yhck");
+  EXPECT_EQ(bank->bpr, "借");
+  EXPECT_EQ(bank->cclass, "资产");
+  EXPECT_FALSE(bank->bend);
+  EXPECT_FALSE(bank->bclose);
+  EXPECT_EQ(bank->cbook_type, "金额式");
+  EXPECT_EQ(f.picker.Selected()->Item(2)->bpr, "贷");
+  EXPECT_TRUE(f.picker.Selected()->Item(2)->bend);
+}
+
+TEST(Selection, AParentIsRefusedWhereOnlyLeavesAreWanted) {
+  PickerFixture f;
+  f.parameters->Set("ismx", 1);
+  f.picker.Refresh();
+  f.SelectRows({"1001", "1002", "100201"});
+  f.Cmd(0).Click();
+  EXPECT_EQ(f.picks, 0);
+  EXPECT_EQ(f.Message(), "不能返回非明细级科目！");
+  EXPECT_THAT(f.Picked(), ElementsAre("1001"));
+  EXPECT_EQ(f.picker.Text(), "");
+  f.picker.Refresh();
+  EXPECT_EQ(f.Message(), "");
+  f.parameters->Set("single", 1);
+  f.picker.Refresh();
+  f.Vs().SetRow(f.RowOf("1002"));
+  f.Vs().HandleDoubleClick(f.RowOf("1002"));
+  EXPECT_EQ(f.picks, 0);
+  f.Vs().SetRow(f.RowOf("100202"));
+  f.Vs().HandleDoubleClick(f.RowOf("100202"));
+  EXPECT_EQ(f.picks, 1);
+  EXPECT_EQ(f.picker.Text(), "100202");
+}
+
+TEST(Selection, WithoutARowThePickIsEmpty) {
+  PickerFixture f;
+  f.parameters->Set("single", 1);
+  f.parameters->Set("科目类别", "共同");
+  f.picker.SetValue(7);
+  f.picker.Refresh();
+  EXPECT_THAT(f.StatementsOf([&] { f.Press(f.Vs(), Key::kEnter); }),
+              ElementsAre("SELECT * FROM gl_code WHERE i_id =-1"));
+  EXPECT_EQ(f.picks, 1);
+  EXPECT_THAT(f.Picked(), IsEmpty());
+  EXPECT_EQ(f.picker.GetValue().ToText(), "");
+  f.parameters->Set("single", 0);
+  f.picker.Refresh();
+  EXPECT_THAT(f.StatementsOf([&] { f.Cmd(0).Click(); }), IsEmpty());
+  EXPECT_EQ(f.picks, 2);
+}
+
+TEST(Selection, CancellingEmptiesTheObjectsOnly) {
+  PickerFixture f;
+  f.picker.Refresh();
+  f.SelectRows({"1001"});
+  f.Cmd(0).Click();
+  f.Cmd(1).Click();
+  EXPECT_EQ(f.cancels, 1);
+  EXPECT_THAT(f.Picked(), IsEmpty());
+  EXPECT_EQ(f.picker.GetValue().ToText(), "1");
+  EXPECT_EQ(f.picker.Text(), "1001");
+}
+
+TEST(Selection, TheHostMayClearThePickerInItsEvent) {
+  PickerFixture f;
+  f.picker.Refresh();
+  f.SelectRows({"1001"});
+  f.picker.DoSelect.Add([&] { f.picker.Clear(); });
+  f.Press(f.Vs(), Key::kEnter);
+  EXPECT_EQ(f.picks, 1);
+  EXPECT_EQ(f.picker.Objects(), nullptr);
+  EXPECT_EQ(f.picker.Text(), "1001");
+  EXPECT_EQ(f.Column().size(), 8U);  // the list stays
+  f.picker.Refresh();
+  EXPECT_EQ(f.Message(), "控件尚未初始化");
+  f.Init();
+  f.picker.Refresh();
+  EXPECT_EQ(f.Message(), "");
+}
+
+TEST(Selection, ValueAndTextAreTheHosts) {
+  PickerFixture f;
+  f.picker.Refresh();
+  f.picker.SetText("2202");
+  EXPECT_EQ(f.Search().Text(), "2202");
+  EXPECT_EQ(f.Vs().Row(), f.RowOf("2202"));
+  f.Vs().SetRow(1);
+  f.picker.SetText("2202");  // searches again
+  EXPECT_EQ(f.Vs().Row(), f.RowOf("2202"));
+  f.picker.SetValue(3);
+  EXPECT_EQ(f.picker.Text(), "2202");
+  EXPECT_EQ(f.picker.Attributes("isVisibleNewNext"), "");
+  f.picker.SetIsDirty(true);
+  EXPECT_FALSE(f.picker.IsDirty());
+}
+
+TEST(Selection, NamesItsStatusFileAfterProgramAndContainer) {
+  PickerFixture f;
+  EXPECT_EQ(f.picker.StatusName(), "77");
+  f.picker.SetContainerName("凭证:科目*1");
+  EXPECT_EQ(f.picker.StatusName(), "77凭证_科目_1");
+}
+
+TEST(PickedAccounts, AreFoundByPositionAndKey) {
+  colKjkm accounts;
+  accounts.Add("a", 1, "1001", "", "", "");
+  accounts.Add("", 2, "1002", "", "", "");
+  accounts.Add("c", 3, "1003", "", "", "");
+  EXPECT_EQ(accounts.Item("A")->ID, 1);
+  EXPECT_EQ(accounts.Item(2)->ID, 2);
+  EXPECT_EQ(accounts.Item("a")->sKey, "a");
+  EXPECT_THROW(accounts.Add("C", 4, "", "", "", ""), std::invalid_argument);
+  EXPECT_EQ(accounts.Count(), 3);
+  for (const host::Value& wrong :
+       {host::Value(0), host::Value(4), host::Value(""), host::Value("b"), host::Value()}) {
+    EXPECT_THROW((void)accounts.Item(wrong), std::out_of_range);
+  }
+  accounts.Remove("a");
+  EXPECT_EQ(accounts.Item(1)->ID, 2);
+  accounts.Remove(1);
+  EXPECT_EQ(accounts.Item("c")->ID, 3);
+  EXPECT_THROW((void)accounts.Item("a"), std::out_of_range);
+}
+
+TEST(PickedAccounts, AnItemIsClearedButForMarkKeyAndChildren) {
+  colKjkm accounts;
+  const auto item = accounts.Add("k", 1, "1001", "现金", "xj", "资产");
+  item->bend = item->bclose = item->Change = true;
+  const auto children = item->Children();
+  EXPECT_EQ(item->Children(), children);
+  item->sbClear();
+  EXPECT_EQ(item->ID, 0);
+  EXPECT_EQ(item->ccode + item->ccode_name + item->chelp + item->cclass, "");
+  EXPECT_FALSE(item->bend || item->bclose);
+  EXPECT_TRUE(item->Change);
+  EXPECT_EQ(item->sKey, "k");
+  EXPECT_EQ(item->Children(), children);
+}
+
+}  // namespace
+}  // namespace tavrix::picker
