@@ -1,0 +1,107 @@
+#include "component/activex/active_control.h"
+
+#include <olectl.h>
+
+#include "viewkit/ports.h"
+
+namespace tavrix::component {
+
+namespace {
+
+constexpr int kHimetricPerInch = 2540;
+constexpr SIZEL kDefaultExtent{16'000, 11'000};
+
+int ToTwips(LONG himetric) {
+  return MulDiv(static_cast<int>(himetric), viewkit::kTwipsPerInch, kHimetricPerInch);
+}
+
+}  // namespace
+
+ActiveControl::ActiveControl(IUnknown* outer, const ControlFacts& facts,
+                             std::shared_ptr<EmbeddedView> view)
+    : Identity(outer),
+      facts_(facts),
+      events_(*this, facts.source),
+      view_(std::move(view)),
+      children_(std::make_shared<ChildObjects>(
+          std::shared_ptr<viewkit::ControlList>(view_, &view_->Controls()))),
+      in_place_(*this),
+      extent_(kDefaultExtent),
+      errors_(*this),
+      event_container_(*this, events_),
+      class_info_(*this, facts_.clsid, facts_.source),
+      ole_object_(*this),
+      ole_control_(*this),
+      in_place_object_(*this),
+      in_place_active_object_(*this),
+      view_object_(*this),
+      stream_(*this),
+      bag_(*this),
+      storage_(*this) {
+  PublishFaces();
+  view_->Resize(ToTwips(extent_.cx), ToTwips(extent_.cy));
+  view_->SetModalHooks({.owner = [this] { return in_place_.ModalOwner(); },
+                        .modal = [this](bool open) { in_place_.SetModal(open); }});
+  view_->BackColorChanged().Add([this] {
+    if (!applying_ambients_) own_back_color_ = true;
+    if (auto* window = in_place_.Window()) window->SetBackColor(view_->BackColor());
+  });
+}
+
+void ActiveControl::PublishFaces() {
+  Publish(IID_ISupportErrorInfo, &errors_);
+  Publish(IID_IConnectionPointContainer, &event_container_);
+  Publish(IID_IProvideClassInfo, &class_info_);
+  Publish(IID_IProvideClassInfo2, &class_info_);
+  Publish(IID_IOleObject, &ole_object_);
+  Publish(IID_IOleControl, &ole_control_);
+  Publish(IID_IOleWindow, &in_place_object_);
+  Publish(IID_IOleInPlaceObject, &in_place_object_);
+  Publish(IID_IOleInPlaceActiveObject, &in_place_active_object_);
+  Publish(IID_IViewObject, &view_object_);
+  Publish(IID_IViewObject2, &view_object_);
+  Publish(IID_IPersist, &stream_);
+  Publish(IID_IPersistStreamInit, &stream_);
+  Publish(IID_IPersistPropertyBag, &bag_);
+  Publish(IID_IPersistStorage, &storage_);
+}
+
+void ActiveControl::SetSite(IOleClientSite* site) {
+  if (site == nullptr) in_place_.Deactivate();
+  site_.Set(site);
+  if (site != nullptr) ApplyAmbients();
+}
+
+void ActiveControl::ApplyAmbients() {
+  view_->SetContainerName(site_.DisplayName());
+  const auto color = site_.BackColor();
+  if (color && !own_back_color_) {
+    applying_ambients_ = true;
+    view_->SetBackColor(*color);
+    applying_ambients_ = false;
+  }
+  if (auto* window = in_place_.Window()) window->SetFont(site_.Font());
+}
+
+void ActiveControl::SetExtent(const SIZEL& extent) {
+  extent_ = extent;
+  // A window has its own say: the container sizes it with the object's rectangle.
+  if (!in_place_.Active()) view_->Resize(ToTwips(extent.cx), ToTwips(extent.cy));
+}
+
+void ActiveControl::SetBackColor(viewkit::Color color) {
+  own_back_color_ = true;
+  view_->SetBackColor(color);
+}
+
+KeptState ActiveControl::State() const {
+  return {extent_.cx, extent_.cy, own_back_color_ ? view_->BackColor() : viewkit::color::kDefault};
+}
+
+void ActiveControl::Restore(const KeptState& state) {
+  SetExtent({state.width, state.height});
+  if (state.back_color != viewkit::color::kDefault) SetBackColor(state.back_color);
+  MarkKept();
+}
+
+}  // namespace tavrix::component

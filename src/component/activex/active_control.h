@@ -1,0 +1,94 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <optional>
+
+#include "component/activex/class_info.h"
+#include "component/activex/embedded_view.h"
+#include "component/activex/in_place.h"
+#include "component/activex/ole_control.h"
+#include "component/activex/ole_in_place_active_object.h"
+#include "component/activex/ole_in_place_object.h"
+#include "component/activex/ole_object.h"
+#include "component/activex/persistence.h"
+#include "component/activex/site.h"
+#include "component/activex/view_object.h"
+#include "component/base/error_support.h"
+#include "component/base/events.h"
+#include "component/base/identity.h"
+#include "component/controls/child_objects.h"
+
+namespace tavrix::component {
+
+/// What a class of controls is known by.
+struct ControlFacts {
+  CLSID clsid;
+  IID source;  ///< of its events
+  const wchar_t* user_type;
+};
+
+/// What every control of the library is to a container. Works without one too. A class derives
+/// from it and publishes its own interfaces.
+class ActiveControl : public Identity {
+ public:
+  [[nodiscard]] const ControlFacts& Facts() const { return facts_; }
+  [[nodiscard]] Site& ClientSite() { return site_; }
+  [[nodiscard]] InPlace& Placement() { return in_place_; }
+  [[nodiscard]] EmbeddedView& View() { return *view_; }
+  [[nodiscard]] EventSource& Events() { return events_; }
+  [[nodiscard]] ChildObjects& Children() { return *children_; }
+  /// For adapters of the host, which may outlive the control.
+  [[nodiscard]] std::weak_ptr<ChildObjects> ChildrenReference() const { return children_; }
+
+  /// Enters a container, or leaves it with null.
+  void SetSite(IOleClientSite* site);
+  /// The container's fonts, colours or name have changed.
+  void ApplyAmbients();
+  /// Size in HIMETRIC (0.01 mm).
+  [[nodiscard]] SIZEL Extent() const { return extent_; }
+  void SetExtent(const SIZEL& extent);
+
+  /// Colour as a caller sets it: the container's own no longer counts.
+  void SetBackColor(viewkit::Color color);
+
+  [[nodiscard]] KeptState State() const;
+  void Restore(const KeptState& state);
+  /// The state has been changed since it was last kept or restored.
+  [[nodiscard]] bool Dirty() const { return kept_ != State(); }
+  void MarkKept() { kept_ = State(); }
+
+ protected:
+  /// `view` is the control's own from now on.
+  ActiveControl(IUnknown* outer, const ControlFacts& facts, std::shared_ptr<EmbeddedView> view);
+  ~ActiveControl() override = default;
+
+ private:
+  void PublishFaces();
+
+  ControlFacts facts_;
+  EventSource events_;  // before the view, which may raise events to its very end
+  Site site_;
+  std::shared_ptr<EmbeddedView> view_;
+  std::shared_ptr<ChildObjects> children_;
+  InPlace in_place_;  // after the view: its window must go first
+  SIZEL extent_;
+  std::optional<KeptState> kept_;
+  bool own_back_color_ = false;
+  bool applying_ambients_ = false;
+
+  ErrorSupport errors_;
+  EventContainer event_container_;
+  ClassInfo class_info_;
+  OleObject ole_object_;
+  OleControl ole_control_;
+  OleInPlaceObject in_place_object_;
+  OleInPlaceActiveObject in_place_active_object_;
+  ViewObject view_object_;
+  StreamPersistence stream_;
+  BagPersistence bag_;
+  StoragePersistence storage_;
+};
+
+}  // namespace tavrix::component

@@ -1,0 +1,177 @@
+#include "component/activex/in_place.h"
+
+#include <utility>
+
+#include "component/activex/active_control.h"
+#include "component/base/failure.h"
+#include "component/base/release_later.h"
+#include "viewkit/win32/handles.h"
+
+namespace tavrix::component {
+
+using viewkit::win32::ViewWindow;
+
+InPlace::~InPlace() {
+  // A container that lets go without a word gets none either: its site may be gone.
+  window_.reset();
+}
+
+void InPlace::Activate(bool ui) {
+  const ComPtr<IUnknown> keep(&control_.Controlling());
+  if (Active() && window_->Handle() == nullptr) Deactivate();  // the container took it away
+  if (!Active()) EnterSite();
+  const auto client = control_.ClientSite().Client();
+  if (client && Active()) client->ShowObject();
+  if (!ui || !Active()) return;
+  TakeFrame();
+  if (Active() && !window_->HasFocus()) window_->FocusFirst();
+}
+
+void InPlace::EnterSite() {
+  site_ = control_.ClientSite().Client().As<IOleInPlaceSite>();
+  if (!site_) throw ComFailure(E_UNEXPECTED);
+  if (site_->CanInPlaceActivate() != S_OK) throw ComFailure(E_FAIL);
+  const ComPtr<IOleInPlaceSite> site = site_;
+  Check(site->OnInPlaceActivate());
+  HWND parent = nullptr;
+  RECT position{};
+  RECT clip{};
+  OLEINPLACEFRAMEINFO frame_info{};
+  frame_info.cb = sizeof frame_info;
+  HRESULT result = site->GetWindow(&parent);
+  if (SUCCEEDED(result)) {
+    result = site->GetWindowContext(frame_.Put(), document_.Put(), &position, &clip, &frame_info);
+  }
+  if (frame_info.haccel != nullptr) DestroyAcceleratorTable(frame_info.haccel);
+  if (FAILED(result)) {
+    Leave();
+    throw ComFailure(result);
+  }
+  CreateViewWindow(parent, position);
+  Place(position, clip);
+}
+
+void InPlace::CreateViewWindow(HWND parent, const RECT& position) {
+  viewkit::win32::ViewWindowOptions options;
+  options.parent = parent;
+  options.place = position;
+  options.back_color = control_.View().BackColor();
+  options.font = control_.ClientSite().Font();
+  options.resized = [this](int width, int height) { control_.View().Resize(width, height); };
+  options.focus_changed = [this](bool focused) { FocusChanged(focused); };
+  options.destroyed = [this] { WindowGone(); };
+  try {
+    window_ = std::make_unique<ViewWindow>(control_.View().Controls(), std::move(options));
+  } catch (...) {
+    Leave();
+    throw;
+  }
+}
+
+ComPtr<IOleInPlaceActiveObject> InPlace::ActiveObject() const {
+  return ComPtr<IUnknown>(&control_.Controlling()).As<IOleInPlaceActiveObject>();
+}
+
+void InPlace::TakeFrame() {
+  if (std::exchange(user_active_, true)) return;
+  const ComPtr<IOleInPlaceSite> site = site_;
+  if (FAILED(site->OnUIActivate())) {
+    user_active_ = false;
+    return;
+  }
+  const auto object = ActiveObject();
+  const auto take = [&](const auto& window) {
+    if (!window) return;
+    window->SetActiveObject(object.Get(), nullptr);
+    window->SetBorderSpace(nullptr);  // the container keeps its tool bars: the control has none
+  };
+  take(ComPtr<IOleInPlaceFrame>(frame_));
+  take(ComPtr<IOleInPlaceUIWindow>(document_));
+}
+
+void InPlace::UiDeactivate() {
+  if (!std::exchange(user_active_, false)) return;
+  const ComPtr<IOleInPlaceSite> site = site_;
+  const auto let_go = [](const auto& window) {
+    if (window) window->SetActiveObject(nullptr, nullptr);
+  };
+  let_go(ComPtr<IOleInPlaceUIWindow>(document_));
+  let_go(ComPtr<IOleInPlaceFrame>(frame_));
+  if (site) site->OnUIDeactivate(FALSE);
+}
+
+void InPlace::Deactivate() {
+  if (!Active()) return;
+  const ComPtr<IUnknown> keep(&control_.Controlling());
+  UiDeactivate();
+  const auto window = std::exchange(window_, nullptr);
+  Leave();
+}
+
+/// The container forgets the control's window.
+void InPlace::Leave() {
+  const auto site = std::exchange(site_, nullptr);
+  frame_ = nullptr;
+  document_ = nullptr;
+  user_active_ = false;
+  if (site) site->OnInPlaceDeactivate();
+}
+
+void InPlace::WindowGone() {
+  // The container has destroyed its window with ours in it. The owner of the handle goes later:
+  // this is called from inside it.
+  if (window_ == nullptr) return;
+  frame_ = nullptr;
+  document_ = nullptr;
+  user_active_ = false;
+}
+
+void InPlace::FocusChanged(bool focused) {
+  const ComPtr<IUnknown> keep(&control_.Controlling());
+  if (focused && Active()) TakeFrame();
+  if (const auto site = control_.ClientSite().Control()) site->OnFocus(focused ? TRUE : FALSE);
+}
+
+void InPlace::Place(const RECT& position, const RECT& clip) {
+  if (!Active()) return;
+  window_->SetPlace(position);
+  RECT shown{};
+  IntersectRect(&shown, &position, &clip);
+  if (EqualRect(&shown, &position)) {
+    SetWindowRgn(window_->Handle(), nullptr, TRUE);
+    return;
+  }
+  OffsetRect(&shown, -position.left, -position.top);
+  // The system owns a region from here on.
+  SetWindowRgn(window_->Handle(), CreateRectRgnIndirect(&shown), TRUE);
+}
+
+void InPlace::SetShown(bool shown) {
+  if (Active()) window_->SetShown(shown);
+}
+
+bool InPlace::Translate(MSG& message) {
+  const ComPtr<IUnknown> keep(&control_.Controlling());
+  return Active() && window_->TranslateAccelerator(message);
+}
+
+HWND InPlace::ModalOwner() const {
+  HWND owner = nullptr;
+  if (frame_ && SUCCEEDED(frame_->GetWindow(&owner)) && owner != nullptr) return owner;
+  return Active() ? window_->Handle() : nullptr;
+}
+
+void InPlace::SetModal(bool open) {
+  if (const auto frame = frame_) frame->EnableModeless(open ? FALSE : TRUE);
+  // The container may let go of the control while its dialog stands; the view that has opened the
+  // dialog is still at work then.
+  if (open) {
+    modal_.emplace_back(&control_.Controlling());
+  } else if (!modal_.empty()) {
+    ComPtr<IUnknown> keep = std::move(modal_.back());
+    modal_.pop_back();
+    ReleaseLater(std::move(keep));
+  }
+}
+
+}  // namespace tavrix::component

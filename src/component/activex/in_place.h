@@ -1,0 +1,67 @@
+#pragma once
+
+#include <windows.h>
+
+#include <ocidl.h>
+#include <oleidl.h>
+
+#include <memory>
+#include <vector>
+
+#include "component/base/com_ptr.h"
+#include "viewkit/win32/view_window.h"
+
+namespace tavrix::component {
+
+class ActiveControl;
+
+/// A control's life in its container: passive, in place (it has a window), or active for the user
+/// (it has the frame's keys too).
+class InPlace {
+ public:
+  explicit InPlace(ActiveControl& control) : control_(control) {}
+  InPlace(const InPlace&) = delete;
+  InPlace& operator=(const InPlace&) = delete;
+  ~InPlace();
+
+  /// Creates the window, and hands the frame's keys to the control when `ui` is set. Throws
+  /// `ComFailure` when the container refuses.
+  void Activate(bool ui);
+  /// Back to passive: the window goes.
+  void Deactivate();
+  /// Gives the frame's keys back; the window stays.
+  void UiDeactivate();
+
+  [[nodiscard]] bool Active() const { return window_ != nullptr; }
+  /// Null while passive.
+  [[nodiscard]] viewkit::win32::ViewWindow* Window() const { return window_.get(); }
+  /// Pixels of the container's window; what lies outside `clip` is not shown.
+  void Place(const RECT& position, const RECT& clip);
+  void SetShown(bool shown);
+  /// True when the control has used the message up.
+  [[nodiscard]] bool Translate(MSG& message);
+
+  /// The window that questions stand above.
+  [[nodiscard]] HWND ModalOwner() const;
+  /// A modal window of the control opens (true) or has been closed.
+  void SetModal(bool open);
+
+ private:
+  void EnterSite();
+  void CreateViewWindow(HWND parent, const RECT& position);
+  void TakeFrame();
+  void FocusChanged(bool focused);
+  void WindowGone();
+  void Leave();
+  [[nodiscard]] ComPtr<IOleInPlaceActiveObject> ActiveObject() const;
+
+  ActiveControl& control_;
+  ComPtr<IOleInPlaceSite> site_;
+  ComPtr<IOleInPlaceFrame> frame_;
+  ComPtr<IOleInPlaceUIWindow> document_;
+  std::unique_ptr<viewkit::win32::ViewWindow> window_;
+  bool user_active_ = false;
+  std::vector<ComPtr<IUnknown>> modal_;  // of the control itself, one for each open modal window
+};
+
+}  // namespace tavrix::component

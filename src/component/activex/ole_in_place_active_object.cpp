@@ -1,0 +1,43 @@
+#include "component/activex/ole_in_place_active_object.h"
+
+#include "component/activex/active_control.h"
+#include "component/base/abi.h"
+
+namespace tavrix::component {
+
+namespace {
+
+/// Modifier keys as a control site counts them.
+DWORD KeyModifiers() {
+  constexpr DWORD kShift = 1;
+  constexpr DWORD kControl = 2;
+  constexpr DWORD kAlt = 4;
+  return (GetKeyState(VK_SHIFT) < 0 ? kShift : 0) | (GetKeyState(VK_CONTROL) < 0 ? kControl : 0) |
+         (GetKeyState(VK_MENU) < 0 ? kAlt : 0);
+}
+
+}  // namespace
+
+OleInPlaceActiveObject::OleInPlaceActiveObject(ActiveControl& control)
+    : Face(control), control_(control) {}
+
+HRESULT OleInPlaceActiveObject::GetWindow(HWND* result) noexcept {
+  return Guarded(IID_IOleInPlaceActiveObject, [&] {
+    const auto* window = control_.Placement().Window();
+    Out(result) = window == nullptr ? nullptr : window->Handle();
+    return *result == nullptr ? E_FAIL : S_OK;
+  });
+}
+
+HRESULT OleInPlaceActiveObject::TranslateAccelerator(LPMSG message) noexcept {
+  return Guarded(IID_IOleInPlaceActiveObject, [&] {
+    const ComPtr<IUnknown> keep(&control_.Controlling());
+    if (control_.Placement().Translate(Out(message))) return S_OK;
+    // What the control has no use for (Tab on its last part, Escape) is the container's.
+    const auto site = control_.ClientSite().Control();
+    const bool used = site && site->TranslateAccelerator(message, KeyModifiers()) == S_OK;
+    return used ? S_OK : S_FALSE;
+  });
+}
+
+}  // namespace tavrix::component

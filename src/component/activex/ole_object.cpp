@@ -1,0 +1,118 @@
+#include "component/activex/ole_object.h"
+
+#include <ole2.h>
+
+#include <string_view>
+
+#include "component/activex/active_control.h"
+#include "component/base/abi.h"
+
+namespace tavrix::component {
+
+OleObject::OleObject(ActiveControl& control) : Face(control), control_(control) {}
+
+HRESULT OleObject::SetClientSite(IOleClientSite* site) noexcept {
+  return Guarded(IID_IOleObject, [&] { control_.SetSite(site); });
+}
+
+HRESULT OleObject::GetClientSite(IOleClientSite** result) noexcept {
+  return Guarded(IID_IOleObject, [&] {
+    Out(result) = nullptr;
+    control_.ClientSite().Client().CopyTo(result);
+  });
+}
+
+HRESULT OleObject::Close(DWORD) noexcept {
+  return Guarded(IID_IOleObject, [&] {
+    const ComPtr<IUnknown> keep(&control_.Controlling());
+    control_.Placement().Deactivate();
+    if (advised_) advised_->SendOnClose();
+  });
+}
+
+HRESULT OleObject::DoVerb(LONG verb, LPMSG, IOleClientSite*, LONG, HWND, LPCRECT) noexcept {
+  return Guarded(IID_IOleObject, [&] {
+    InPlace& placement = control_.Placement();
+    switch (verb) {
+      case OLEIVERB_SHOW:
+      case OLEIVERB_INPLACEACTIVATE:
+        placement.Activate(false);
+        placement.SetShown(true);
+        return S_OK;
+      case OLEIVERB_PRIMARY:
+      case OLEIVERB_UIACTIVATE:
+        placement.Activate(true);
+        return S_OK;
+      case OLEIVERB_HIDE:
+        placement.UiDeactivate();
+        placement.SetShown(false);
+        return S_OK;
+      case OLEIVERB_DISCARDUNDOSTATE:
+        return S_OK;
+      default:
+        return verb > 0 ? OLEOBJ_S_INVALIDVERB : E_NOTIMPL;
+    }
+  });
+}
+
+HRESULT OleObject::GetUserClassID(CLSID* result) noexcept {
+  return Guarded(IID_IOleObject, [&] { Out(result) = control_.Facts().clsid; });
+}
+
+HRESULT OleObject::GetUserType(DWORD, LPOLESTR* result) noexcept {
+  return Guarded(IID_IOleObject, [&] {
+    Out(result) = nullptr;
+    const std::wstring_view name = control_.Facts().user_type;
+    const std::size_t bytes = (name.size() + 1) * sizeof(wchar_t);
+    auto* copy = static_cast<wchar_t*>(CoTaskMemAlloc(bytes));
+    if (copy == nullptr) throw std::bad_alloc();
+    memcpy(copy, name.data(), bytes);
+    *result = copy;
+  });
+}
+
+HRESULT OleObject::SetExtent(DWORD aspect, SIZEL* size) noexcept {
+  return Guarded(IID_IOleObject, [&] {
+    if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+    if (Out(size).cx < 0 || size->cy < 0) return E_INVALIDARG;
+    control_.SetExtent(*size);
+    return S_OK;
+  });
+}
+
+HRESULT OleObject::GetExtent(DWORD aspect, SIZEL* result) noexcept {
+  return Guarded(IID_IOleObject, [&] {
+    Out(result) = {};
+    if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+    *result = control_.Extent();
+    return S_OK;
+  });
+}
+
+HRESULT OleObject::Advise(IAdviseSink* sink, DWORD* cookie) noexcept {
+  return Guarded(IID_IOleObject, [&] {
+    if (!advised_) Check(CreateOleAdviseHolder(advised_.Put()));
+    return advised_->Advise(sink, cookie);
+  });
+}
+
+HRESULT OleObject::Unadvise(DWORD cookie) noexcept {
+  return Guarded(IID_IOleObject,
+                 [&] { return advised_ ? advised_->Unadvise(cookie) : OLE_E_NOCONNECTION; });
+}
+
+HRESULT OleObject::EnumAdvise(IEnumSTATDATA** result) noexcept {
+  return Guarded(IID_IOleObject, [&] {
+    Out(result) = nullptr;
+    return advised_ ? advised_->EnumAdvise(result) : S_OK;
+  });
+}
+
+HRESULT OleObject::GetMiscStatus(DWORD aspect, DWORD* result) noexcept {
+  return Guarded(IID_IOleObject, [&] {
+    Out(result) = aspect == DVASPECT_CONTENT ? kMiscStatus : 0;
+    return aspect == DVASPECT_CONTENT ? S_OK : DV_E_DVASPECT;
+  });
+}
+
+}  // namespace tavrix::component

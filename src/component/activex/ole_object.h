@@ -1,0 +1,53 @@
+#pragma once
+
+#include <windows.h>
+
+#include <oleidl.h>
+
+#include "component/base/com_ptr.h"
+#include "component/base/identity.h"
+
+namespace tavrix::component {
+
+class ActiveControl;
+
+/// What containers are told of the controls' behaviour, in the registry and by the objects: they
+/// are sized by their container, live inside it, are active while visible, and take their site
+/// before their state.
+inline constexpr DWORD kMiscStatus = OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE |
+                                     OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
+                                     OLEMISC_SETCLIENTSITEFIRST;
+
+class OleObject : public Face<IOleObject> {
+ public:
+  explicit OleObject(ActiveControl& control);
+
+  STDMETHODIMP SetClientSite(IOleClientSite* site) noexcept override;
+  STDMETHODIMP GetClientSite(IOleClientSite** result) noexcept override;
+  STDMETHODIMP SetHostNames(LPCOLESTR, LPCOLESTR) noexcept override { return S_OK; }
+  STDMETHODIMP Close(DWORD save) noexcept override;
+  STDMETHODIMP SetMoniker(DWORD, IMoniker*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker**) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP InitFromData(IDataObject*, WINBOOL, DWORD) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetClipboardData(DWORD, IDataObject**) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP DoVerb(LONG verb, LPMSG message, IOleClientSite* site, LONG index, HWND parent,
+                      LPCRECT position) noexcept override;
+  STDMETHODIMP EnumVerbs(IEnumOLEVERB**) noexcept override { return OLEOBJ_E_NOVERBS; }
+  STDMETHODIMP Update() noexcept override { return S_OK; }
+  STDMETHODIMP IsUpToDate() noexcept override { return S_OK; }
+  STDMETHODIMP GetUserClassID(CLSID* result) noexcept override;
+  STDMETHODIMP GetUserType(DWORD form, LPOLESTR* result) noexcept override;
+  STDMETHODIMP SetExtent(DWORD aspect, SIZEL* size) noexcept override;
+  STDMETHODIMP GetExtent(DWORD aspect, SIZEL* result) noexcept override;
+  STDMETHODIMP Advise(IAdviseSink* sink, DWORD* cookie) noexcept override;
+  STDMETHODIMP Unadvise(DWORD cookie) noexcept override;
+  STDMETHODIMP EnumAdvise(IEnumSTATDATA** result) noexcept override;
+  STDMETHODIMP GetMiscStatus(DWORD aspect, DWORD* result) noexcept override;
+  STDMETHODIMP SetColorScheme(LOGPALETTE*) noexcept override { return E_NOTIMPL; }
+
+ private:
+  ActiveControl& control_;
+  ComPtr<IOleAdviseHolder> advised_;
+};
+
+}  // namespace tavrix::component

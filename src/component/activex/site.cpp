@@ -1,0 +1,57 @@
+#include "component/activex/site.h"
+
+#include <oleauto.h>
+#include <olectl.h>
+
+#include "component/base/failure.h"
+
+namespace tavrix::component {
+
+namespace {
+
+constexpr LONG kTwipsPerPoint = 20;
+
+}  // namespace
+
+std::optional<Variant> Site::Ambient(DISPID id) const {
+  const auto properties = client_.As<IDispatch>();
+  if (!properties) return {};
+  DISPPARAMS none{};
+  Variant value;
+  const HRESULT result = properties->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET,
+                                            &none, value.Put(), nullptr, nullptr);
+  if (FAILED(result) || value.Type() == VT_EMPTY) return {};
+  return value;
+}
+
+std::optional<viewkit::Color> Site::BackColor() const {
+  const auto value = Ambient(DISPID_AMBIENT_BACKCOLOR);
+  if (!value || (value->Type() != VT_I4 && value->Type() != VT_UI4)) return {};
+  return value->Get().ulVal;
+}
+
+viewkit::win32::FontSpec Site::Font() const {
+  auto spec = viewkit::win32::FontSpec::System();
+  const auto value = Ambient(DISPID_AMBIENT_FONT);
+  const auto font = value ? value->Object().As<IFont>() : nullptr;
+  Bstr name;
+  CY size{};
+  BOOL bold = FALSE;
+  BOOL italic = FALSE;
+  const bool known = font && SUCCEEDED(font->get_Name(name.Put())) &&
+                     SUCCEEDED(font->get_Size(&size)) && SUCCEEDED(font->get_Bold(&bold)) &&
+                     SUCCEEDED(font->get_Italic(&italic));
+  if (!known || size.int64 <= 0) return spec;
+  spec.face = ViewOf(name.Get());
+  spec.height = static_cast<int>(size.int64 * kTwipsPerPoint / 10'000);  // currency: 1/10000
+  spec.bold = bold != FALSE;
+  spec.italic = italic != FALSE;
+  return spec;
+}
+
+std::string Site::DisplayName() const {
+  const auto value = Ambient(DISPID_AMBIENT_DISPLAYNAME);
+  return value && value->Type() == VT_BSTR ? TextOf(value->Get().bstrVal) : std::string();
+}
+
+}  // namespace tavrix::component

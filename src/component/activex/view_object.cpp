@@ -1,0 +1,68 @@
+#include "component/activex/view_object.h"
+
+#include "component/activex/active_control.h"
+#include "component/base/abi.h"
+#include "viewkit/win32/handles.h"
+#include "viewkit/win32/window.h"
+
+namespace tavrix::component {
+
+using viewkit::win32::ViewWindow;
+
+ViewObject::ViewObject(ActiveControl& control) : Face(control), control_(control) {}
+
+HRESULT ViewObject::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, HDC dc, LPCRECTL bounds,
+                         LPCRECTL, WINBOOL(CALLBACK*)(ULONG_PTR), ULONG_PTR) noexcept {
+  return Guarded(IID_IViewObject2, [&] {
+    if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+    const RECTL& given = Out(bounds);
+    RECT area{given.left, given.top, given.right, given.bottom};
+    if (const ViewWindow* window = control_.Placement().Window()) {
+      window->Draw(dc, area);
+    } else {
+      DrawWithoutWindow(dc, area);
+    }
+    return S_OK;
+  });
+}
+
+/// Lends the view a window that is never shown, for one picture.
+void ViewObject::DrawWithoutWindow(HDC dc, const RECT& area) {
+  const int width = area.right - area.left;
+  const int height = area.bottom - area.top;
+  const viewkit::win32::OwnedWindow parent(
+      CreateWindowExW(WS_EX_TOOLWINDOW, L"STATIC", L"", WS_POPUP, 0, 0, width, height, nullptr,
+                      nullptr, viewkit::win32::ThisModule(), nullptr));
+  if (parent.Get() == nullptr) throw ComFailure(HRESULT_FROM_WIN32(GetLastError()));
+  viewkit::win32::ViewWindowOptions options;
+  options.parent = parent.Get();
+  options.place = {0, 0, width, height};
+  options.back_color = control_.View().BackColor();
+  options.font = control_.ClientSite().Font();
+  options.resized = [this](int wide, int high) { control_.View().Resize(wide, high); };
+  const ViewWindow window(control_.View().Controls(), std::move(options));
+  window.Draw(dc, area);
+}
+
+HRESULT ViewObject::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) noexcept {
+  aspects_ = aspects;
+  flags_ = flags;
+  sink_ = ComPtr<IAdviseSink>(sink);
+  return S_OK;
+}
+
+HRESULT ViewObject::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) noexcept {
+  if (aspects != nullptr) *aspects = aspects_;
+  if (flags != nullptr) *flags = flags_;
+  if (sink != nullptr) sink_.CopyTo(sink);
+  return S_OK;
+}
+
+HRESULT ViewObject::GetExtent(DWORD aspect, LONG, DVTARGETDEVICE*, LPSIZEL result) noexcept {
+  return Guarded(IID_IViewObject2, [&] {
+    Out(result) = control_.Extent();
+    return aspect == DVASPECT_CONTENT ? S_OK : DV_E_DVASPECT;
+  });
+}
+
+}  // namespace tavrix::component

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+
+#include "component/adapters/late_object.h"
+
+namespace tavrix::component {
+
+/// An interface of the library on an Automation object of the host.
+template <class Interface>
+class Adapted : public Interface {
+ public:
+  explicit Adapted(ComPtr<IDispatch> object) : object_(std::move(object)) {}
+  [[nodiscard]] const LateObject& Object() const { return object_; }
+
+ private:
+  LateObject object_;
+};
+
+/// `object` as an `Adapter`; null for null.
+template <class Adapter, class... Arguments>
+[[nodiscard]] std::shared_ptr<Adapter> Adapt(const ComPtr<IDispatch>& object,
+                                             Arguments&&... arguments) {
+  if (!object) return nullptr;
+  return std::make_shared<Adapter>(object, std::forward<Arguments>(arguments)...);
+}
+
+}  // namespace tavrix::component

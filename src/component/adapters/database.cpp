@@ -1,0 +1,112 @@
+#include "component/adapters/database.h"
+
+#include "component/adapters/adapted.h"
+#include "component/adapters/values.h"
+#include "component/base/failure.h"
+
+namespace tavrix::component {
+
+namespace {
+
+/// Whether a call failed because the member takes other arguments than were given.
+bool IsAboutArguments(HRESULT code) {
+  return code == DISP_E_BADPARAMCOUNT || code == DISP_E_MEMBERNOTFOUND ||
+         code == DISP_E_PARAMNOTFOUND || code == DISP_E_TYPEMISMATCH ||
+         code == DISP_E_PARAMNOTOPTIONAL;
+}
+
+class AutomationRecordset : public Adapted<host::Recordset> {
+ public:
+  using Adapted::Adapted;
+  [[nodiscard]] bool EndOfFile() override { return ToFlag(Object().Get(L"EOF")); }
+  [[nodiscard]] bool BeginningOfFile() override { return ToFlag(Object().Get(L"BOF")); }
+  [[nodiscard]] host::RowSet GetRows() override { return ToRowSet(Object().Get(L"GetRows")); }
+  void Find(const std::string& criteria) override {
+    Object().Call(L"Find", {Variant(std::string_view(criteria))});
+  }
+  void MoveFirst() override { Object().Call(L"MoveFirst"); }
+  [[nodiscard]] host::Value Field(const std::string& name) override {
+    return ValueOf(Variant(std::string_view(name)));
+  }
+  [[nodiscard]] host::Value Field(int position) override { return ValueOf(Variant(position)); }
+  void Close() override { Object().Call(L"Close"); }
+
+ private:
+  [[nodiscard]] host::Value ValueOf(const Variant& key) const {
+    const auto field = FieldObject(key);
+    if (!field) throw ComFailure(DISP_E_TYPEMISMATCH);
+    return ToValue(LateObject(field).Get(L"Value"));
+  }
+  /// `Fields(key)`, or `Fields.Item(key)` where the property takes no argument.
+  [[nodiscard]] ComPtr<IDispatch> FieldObject(const Variant& key) const {
+    try {
+      if (auto field = Object().ObjectOf(L"Fields", {key})) return field;
+    } catch (const ComFailure& failure) {
+      if (!IsAboutArguments(failure.Code())) throw;
+    }
+    const auto fields = Object().ObjectOf(L"Fields");
+    return fields ? LateObject(fields).ObjectOf(L"Item", {key}) : nullptr;
+  }
+};
+
+class AutomationStatement : public Adapted<host::Statement> {
+ public:
+  using Adapted::Adapted;
+  void Execute() override { Object().Call(L"Execute"); }
+  [[nodiscard]] host::Value ScalarValue() override { return ToValue(Object().Get(L"ScalarValue")); }
+  [[nodiscard]] std::shared_ptr<host::Recordset> OpenRecordset() override {
+    return Adapt<AutomationRecordset>(Object().ObjectOf(L"Recordset"));
+  }
+};
+
+class AutomationError : public Adapted<host::ErrorEntry> {
+ public:
+  using Adapted::Adapted;
+  [[nodiscard]] std::string Description() override {
+    return ToValue(Object().Get(L"Description")).ToText();
+  }
+  void Clear() override { Object().Call(L"Clear"); }
+};
+
+class AutomationProperty : public Adapted<host::Property> {
+ public:
+  using Adapted::Adapted;
+  [[nodiscard]] host::Value Get() override { return ToValue(Object().Get(L"Value")); }
+};
+
+class AutomationPropertySet : public Adapted<host::PropertySet> {
+ public:
+  using Adapted::Adapted;
+  [[nodiscard]] std::shared_ptr<host::Property> Item(const std::string& key) override {
+    return Adapt<AutomationProperty>(Object().ObjectOf(L"Item", {Variant(std::string_view(key))}));
+  }
+};
+
+class AutomationDatabase : public Adapted<host::Database> {
+ public:
+  using Adapted::Adapted;
+  [[nodiscard]] std::shared_ptr<host::Statement> OpenSql(const std::string& sql,
+                                                         int mode) override {
+    return Adapt<AutomationStatement>(
+        Object().ObjectOf(L"OpenSql", {Variant(std::string_view(sql)), Variant(mode)}));
+  }
+  [[nodiscard]] std::shared_ptr<host::ErrorEntry> LastError() override {
+    return Adapt<AutomationError>(Object().ObjectOf(L"LastError"));
+  }
+  [[nodiscard]] std::shared_ptr<host::PropertySet> ConnectionProperties() override {
+    return Adapt<AutomationPropertySet>(Object().ObjectOf(L"ConnectionProperties"));
+  }
+};
+
+}  // namespace
+
+std::shared_ptr<host::Database> AdaptDatabase(const ComPtr<IDispatch>& object) {
+  return Adapt<AutomationDatabase>(object);
+}
+
+ComPtr<IDispatch> DispatchOf(const std::shared_ptr<host::Database>& database) {
+  const auto* adapted = dynamic_cast<const AutomationDatabase*>(database.get());
+  return adapted == nullptr ? nullptr : adapted->Object().Dispatch();
+}
+
+}  // namespace tavrix::component

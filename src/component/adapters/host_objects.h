@@ -1,0 +1,28 @@
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <functional>
+#include <memory>
+
+#include "component/base/com_ptr.h"
+#include "host/objects.h"
+
+namespace tavrix::component {
+
+/// The object that callers see for a grid of the view; null when it has none.
+using GridObjects = std::function<ComPtr<IDispatch>(host::Grid&)>;
+
+/// The host's system object, whatever language it is written in, as the library knows it. Null
+/// gives null. The objects it gives out are asked for by name too and keep their own references.
+[[nodiscard]] std::shared_ptr<host::SystemObject> AdaptSystem(const ComPtr<IDispatch>& object,
+                                                              GridObjects grids);
+
+/// A parameter collection of the host; null gives null.
+[[nodiscard]] std::shared_ptr<host::Parameters> AdaptParameters(const ComPtr<IDispatch>& object);
+/// The host's object behind an adapted collection; null when it is none.
+[[nodiscard]] ComPtr<IDispatch> DispatchOf(const std::shared_ptr<host::Parameters>& parameters);
+
+}  // namespace tavrix::component

@@ -1,0 +1,116 @@
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <string>
+
+#include "component/adapters/values.h"
+#include "component/base/failure.h"
+
+namespace tavrix::component {
+
+namespace {
+
+/// Access to the elements of an array as long as it lives.
+class LockedArray {
+ public:
+  explicit LockedArray(SAFEARRAY& array) : array_(array) {
+    Check(SafeArrayAccessData(&array_, &data_));
+  }
+  LockedArray(const LockedArray&) = delete;
+  LockedArray& operator=(const LockedArray&) = delete;
+  ~LockedArray() { SafeArrayUnaccessData(&array_); }
+  [[nodiscard]] void* Data() const { return data_; }
+
+ private:
+  SAFEARRAY& array_;
+  void* data_ = nullptr;
+};
+
+/// Converts text on its way into a row set, without an allocation for each cell.
+class TextConverter {
+ public:
+  explicit TextConverter(host::RowSet& rows) : rows_(rows) {}
+  void Append(BSTR text);
+
+ private:
+  host::RowSet& rows_;
+  std::string buffer_;  // grows to the longest text and stays
+};
+
+void TextConverter::Append(BSTR text) {
+  constexpr std::size_t kMostBytes = 3;  // of one unit in UTF-8
+  const std::wstring_view view = ViewOf(text);
+  if (buffer_.size() < view.size() * kMostBytes) buffer_.resize(view.size() * kMostBytes);
+  // Malformed text becomes U+FFFD, as everywhere.
+  const int length =
+      view.empty()
+          ? 0
+          : WideCharToMultiByte(CP_UTF8, 0, view.data(), static_cast<int>(view.size()),
+                                buffer_.data(), static_cast<int>(buffer_.size()), nullptr, nullptr);
+  rows_.AppendText(std::string_view(buffer_).substr(0, static_cast<std::size_t>(length)));
+}
+
+void AppendCell(host::RowSet& rows, TextConverter& text, const VARIANT& cell) {
+  switch (cell.vt) {
+    case VT_BSTR:
+      return text.Append(cell.bstrVal);
+    case VT_EMPTY:
+    case VT_NULL:
+      return rows.AppendNull();
+    case VT_I4:
+      return rows.AppendWhole(cell.lVal);
+    case VT_I2:
+      return rows.AppendWhole(cell.iVal);
+    default:
+      return rows.AppendText(ToValue(Variant(cell)).ToText());
+  }
+}
+
+std::size_t Extent(const SAFEARRAY& array, int dimension) {
+  // Bounds stand in reverse: the last dimension first.
+  return array.rgsabound[array.cDims - dimension].cElements;
+}
+
+constexpr std::size_t kUsualLength = 8;  // bytes of a cell's text: a guess that saves growing
+
+/// Memory runs through the fields of a record, then to the next record.
+host::RowSet Read(SAFEARRAY& array, VARTYPE type) {
+  const std::size_t fields = Extent(array, 1);
+  const std::size_t cells = fields * Extent(array, 2);
+  const LockedArray data(array);
+  host::RowSet rows(fields);
+  rows.Reserve(Extent(array, 2), cells * kUsualLength);
+  TextConverter text(rows);
+  if (type == VT_VARIANT) {
+    const auto* cell = static_cast<const VARIANT*>(data.Data());
+    for (const VARIANT* end = cell + cells; cell != end; ++cell) AppendCell(rows, text, *cell);
+    return rows;
+  }
+  // An array of one type: each element as a value by reference.
+  VARIANT cell{};
+  cell.vt = static_cast<VARTYPE>(VT_BYREF | type);
+  for (std::size_t i = 0; i < cells; ++i) {
+    cell.byref = static_cast<char*>(data.Data()) + i * array.cbElements;
+    AppendCell(rows, text, Variant(cell).Get());
+  }
+  return rows;
+}
+
+SAFEARRAY* ArrayOf(const VARIANT& value) {
+  if ((value.vt & VT_ARRAY) == 0) return nullptr;
+  return (value.vt & VT_BYREF) != 0 ? *value.pparray : value.parray;
+}
+
+}  // namespace
+
+host::RowSet ToRowSet(const Variant& rows) {
+  const VARIANT& value = Target(rows.Get());
+  SAFEARRAY* const array = ArrayOf(value);
+  if (array == nullptr || array->cDims != 2) {
+    throw ComFailure(DISP_E_TYPEMISMATCH, "GetRows 没有返回二维数组");
+  }
+  return Read(*array, static_cast<VARTYPE>(value.vt & ~(VT_ARRAY | VT_BYREF)));
+}
+
+}  // namespace tavrix::component

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "component/base/variant.h"
+#include "host/row_set.h"
+#include "host/value.h"
+
+namespace tavrix::component {
+
+/// An Automation value as the library knows values. What the library has no type for (dates,
+/// decimals, currency, objects, arrays) is carried through unchanged.
+[[nodiscard]] host::Value ToValue(const Variant& value);
+/// And back. Whole numbers become a Long where they fit, which every language understands.
+[[nodiscard]] Variant ToVariant(const host::Value& value);
+
+/// A host's flag: as `Value::ToNumber` counts, anything but 0.
+[[nodiscard]] bool ToFlag(const Variant& value);
+
+/// The two-dimensional array (field, record) of a recordset's `GetRows`, its text converted once
+/// and directly. Null strings are empty texts. Throws `ComFailure` when it is no such array.
+[[nodiscard]] host::RowSet ToRowSet(const Variant& rows);
+
+}  // namespace tavrix::component

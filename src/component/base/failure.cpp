@@ -1,0 +1,37 @@
+#include "component/base/failure.h"
+
+#include <memory>
+
+#include "viewkit/win32/wide.h"
+
+namespace tavrix::component {
+
+namespace {
+
+struct LocalDeleter {
+  void operator()(wchar_t* memory) const { LocalFree(memory); }
+};
+
+}  // namespace
+
+std::string MeaningOf(HRESULT code) {
+  wchar_t* buffer = nullptr;
+  const DWORD length = FormatMessageW(
+      FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+      nullptr, static_cast<DWORD>(code), 0, reinterpret_cast<wchar_t*>(&buffer), 0, nullptr);
+  const std::unique_ptr<wchar_t, LocalDeleter> owner(buffer);
+  std::wstring_view text(buffer == nullptr ? L"" : buffer, length);
+  while (!text.empty() && (text.back() <= L' ')) text.remove_suffix(1);
+  if (!text.empty()) return viewkit::win32::Narrow(text);
+  wchar_t number[40];
+  swprintf(number, std::size(number), L"自动化错误 0x%08lX", static_cast<unsigned long>(code));
+  return viewkit::win32::Narrow(number);
+}
+
+ComFailure::ComFailure(HRESULT code) : ComFailure(code, MeaningOf(code)) {}
+
+void Check(HRESULT result) {
+  if (FAILED(result)) throw ComFailure(result);
+}
+
+}  // namespace tavrix::component

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "host/error.h"
+
+namespace tavrix::component {
+
+/// A failure with its code. One that a host object raised is a failing call of the host like any
+/// other; `what()` is its text (UTF-8).
+class ComFailure : public host::HostError {
+ public:
+  ComFailure(HRESULT code, const std::string& text) : HostError(text), code_(code) {}
+  /// With the meaning of the code as text.
+  explicit ComFailure(HRESULT code);
+  [[nodiscard]] HRESULT Code() const { return code_; }
+
+ private:
+  HRESULT code_;
+};
+
+/// The system's text for a code, without the line end; the bare number when it has none.
+[[nodiscard]] std::string MeaningOf(HRESULT code);
+
+/// Throws `ComFailure` when `result` is a failure.
+void Check(HRESULT result);
+
+}  // namespace tavrix::component

@@ -1,0 +1,129 @@
+#include "component/classes/cls_kjkm_object.h"
+
+#include "component/base/abi.h"
+#include "component/classes/col_kjkm_object.h"
+#include "component/classes/picked_accounts.h"
+#include "component/controls/child_face.h"
+
+namespace tavrix::component {
+
+ClsKjkmObject::ClsKjkmObject(IUnknown* outer, std::shared_ptr<picker::clsKjkm> account)
+    : Identity(outer),
+      DualFace(static_cast<Identity&>(*this)),
+      account_(std::move(account)),
+      entry_(account_.get(), *this),
+      errors_(*this) {
+  PublishDual(IID__clsKjkm, this);
+  Publish(IID_ISupportErrorInfo, &errors_);
+}
+
+HRESULT ClsKjkmObject::get_ID(long* result) noexcept {
+  return Guarded(IID__clsKjkm, [&] { Out(result) = account_->ID; });
+}
+
+HRESULT ClsKjkmObject::put_ID(long value) noexcept {
+  return Guarded(IID__clsKjkm, [&] { account_->ID = value; });
+}
+
+HRESULT ClsKjkmObject::get_ccode(BSTR* result) noexcept {
+  return Guarded(IID__clsKjkm, [&] { GiveText(result, account_->ccode); });
+}
+
+HRESULT ClsKjkmObject::put_ccode(BSTR value) noexcept {
+  return Guarded(IID__clsKjkm, [&] { account_->ccode = TextOf(value); });
+}
+
+HRESULT ClsKjkmObject::get_ccode_name(BSTR* result) noexcept {
+  return Guarded(IID__clsKjkm, [&] { GiveText(result, account_->ccode_name); });
+}
+
+HRESULT ClsKjkmObject::put_ccode_name(BSTR value) noexcept {
+  return Guarded(IID__clsKjkm, [&] { account_->ccode_name = TextOf(value); });
+}
+
+HRESULT ClsKjkmObject::get_chelp(BSTR* result) noexcept {
+  return Guarded(IID__clsKjkm, [&] { GiveText(result, account_->chelp); });
+}
+
+HRESULT ClsKjkmObject::put_chelp(BSTR value) noexcept {
+  return Guarded(IID__clsKjkm, [&] { account_->chelp = TextOf(value); });
+}
+
+HRESULT ClsKjkmObject::get_bpr(BSTR* result) noexcept {
+  return Guarded(IID__clsKjkm, [&] { GiveText(result, account_->bpr); });
+}
+
+HRESULT ClsKjkmObject::put_bpr(BSTR value) noexcept {
+  return Guarded(IID__clsKjkm, [&] { account_->bpr = TextOf(value); });
+}
+
+HRESULT ClsKjkmObject::get_cclass(BSTR* result) noexcept {
+  return Guarded(IID__clsKjkm, [&] { GiveText(result, account_->cclass); });
+}
+
+HRESULT ClsKjkmObject::put_cclass(BSTR value) noexcept {
+  return Guarded(IID__clsKjkm, [&] { account_->cclass = TextOf(value); });
+}
+
+HRESULT ClsKjkmObject::get_bclose(VARIANT_BOOL* result) noexcept {
+  return Guarded(IID__clsKjkm, [&] { Out(result) = Flag(account_->bclose); });
+}
+
+HRESULT ClsKjkmObject::put_bclose(VARIANT_BOOL value) noexcept {
+  return Guarded(IID__clsKjkm, [&] { account_->bclose = value != VARIANT_FALSE; });
+}
+
+HRESULT ClsKjkmObject::get_bend(VARIANT_BOOL* result) noexcept {
+  return Guarded(IID__clsKjkm, [&] { Out(result) = Flag(account_->bend); });
+}
+
+HRESULT ClsKjkmObject::put_bend(VARIANT_BOOL value) noexcept {
+  return Guarded(IID__clsKjkm, [&] { account_->bend = value != VARIANT_FALSE; });
+}
+
+HRESULT ClsKjkmObject::get_cbook_type(BSTR* result) noexcept {
+  return Guarded(IID__clsKjkm, [&] { GiveText(result, account_->cbook_type); });
+}
+
+HRESULT ClsKjkmObject::put_cbook_type(BSTR value) noexcept {
+  return Guarded(IID__clsKjkm, [&] { account_->cbook_type = TextOf(value); });
+}
+
+HRESULT ClsKjkmObject::get_Change(VARIANT_BOOL* result) noexcept {
+  return Guarded(IID__clsKjkm, [&] { Out(result) = Flag(account_->Change); });
+}
+
+HRESULT ClsKjkmObject::put_Change(VARIANT_BOOL value) noexcept {
+  return Guarded(IID__clsKjkm, [&] { account_->Change = value != VARIANT_FALSE; });
+}
+
+HRESULT ClsKjkmObject::get_sKey(BSTR* result) noexcept {
+  return Guarded(IID__clsKjkm, [&] { GiveText(result, account_->sKey); });
+}
+
+HRESULT ClsKjkmObject::put_sKey(BSTR value) noexcept {
+  return Guarded(IID__clsKjkm, [&] { account_->sKey = TextOf(value); });
+}
+
+HRESULT ClsKjkmObject::get_colKjkm(IDispatch** result) noexcept {
+  return Guarded(IID__clsKjkm, [&] {
+    Out(result) = nullptr;
+    *result = PickedAccountsObject(account_->Children()).Detach();
+  });
+}
+
+HRESULT ClsKjkmObject::putref_colKjkm(IDispatch* children) noexcept {
+  return Guarded(IID__clsKjkm, [&] { account_->SetChildren(ColKjkmObject::AccountsOf(children)); });
+}
+
+HRESULT ClsKjkmObject::sbClear() noexcept {
+  return Guarded(IID__clsKjkm, [&] { account_->sbClear(); });
+}
+
+ComPtr<IDispatch> PickedAccountObject(const std::shared_ptr<picker::clsKjkm>& account) {
+  if (!account) return nullptr;
+  if (auto* face = FaceRegistry<ClsKjkmObject>::Find(account.get())) return ComPtr<IDispatch>(face);
+  return MakeObject<ClsKjkmObject>(nullptr, account).As<IDispatch>();
+}
+
+}  // namespace tavrix::component

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+
+#include "component/base/error_support.h"
+#include "component/base/identity.h"
+#include "component/classes/face_registry.h"
+#include "picker/col_kjkm.h"
+#include "tavrix.h"
+
+namespace tavrix::component {
+
+/// The class `clsKjkm`: one picked account.
+class ClsKjkmObject : public Identity, public DualFace<_clsKjkm> {
+ public:
+  /// A new account.
+  explicit ClsKjkmObject(IUnknown* outer)
+      : ClsKjkmObject(outer, std::make_shared<picker::clsKjkm>()) {}
+  ClsKjkmObject(IUnknown* outer, std::shared_ptr<picker::clsKjkm> account);
+
+  STDMETHODIMP get_ID(long* result) noexcept override;
+  STDMETHODIMP put_ID(long value) noexcept override;
+  STDMETHODIMP get_ccode(BSTR* result) noexcept override;
+  STDMETHODIMP put_ccode(BSTR value) noexcept override;
+  STDMETHODIMP get_ccode_name(BSTR* result) noexcept override;
+  STDMETHODIMP put_ccode_name(BSTR value) noexcept override;
+  STDMETHODIMP get_chelp(BSTR* result) noexcept override;
+  STDMETHODIMP put_chelp(BSTR value) noexcept override;
+  STDMETHODIMP get_bpr(BSTR* result) noexcept override;
+  STDMETHODIMP put_bpr(BSTR value) noexcept override;
+  STDMETHODIMP get_cclass(BSTR* result) noexcept override;
+  STDMETHODIMP put_cclass(BSTR value) noexcept override;
+  STDMETHODIMP get_bclose(VARIANT_BOOL* result) noexcept override;
+  STDMETHODIMP put_bclose(VARIANT_BOOL value) noexcept override;
+  STDMETHODIMP get_bend(VARIANT_BOOL* result) noexcept override;
+  STDMETHODIMP put_bend(VARIANT_BOOL value) noexcept override;
+  STDMETHODIMP get_cbook_type(BSTR* result) noexcept override;
+  STDMETHODIMP put_cbook_type(BSTR value) noexcept override;
+  STDMETHODIMP get_Change(VARIANT_BOOL* result) noexcept override;
+  STDMETHODIMP put_Change(VARIANT_BOOL value) noexcept override;
+  STDMETHODIMP get_sKey(BSTR* result) noexcept override;
+  STDMETHODIMP put_sKey(BSTR value) noexcept override;
+  STDMETHODIMP get_colKjkm(IDispatch** result) noexcept override;
+  STDMETHODIMP putref_colKjkm(IDispatch* children) noexcept override;
+  STDMETHODIMP sbClear() noexcept override;
+
+ private:
+  std::shared_ptr<picker::clsKjkm> account_;
+  FaceRegistry<ClsKjkmObject> entry_;
+  ErrorSupport errors_;
+};
+
+}  // namespace tavrix::component

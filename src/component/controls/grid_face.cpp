@@ -1,0 +1,181 @@
+#include "component/controls/grid_face.h"
+
+namespace tavrix::component {
+
+namespace {
+
+using viewkit::FlexGrid;
+
+/// Row and column numbers are ints everywhere on Windows.
+int Number(long number) {
+  return static_cast<int>(number);
+}
+
+viewkit::SortOrder Order(long number) {
+  constexpr auto kLast = static_cast<long>(viewkit::SortOrder::kStringDescending);
+  if (number < 0 || number > kLast) throw ComFailure(E_INVALIDARG);
+  return static_cast<viewkit::SortOrder>(number);
+}
+
+}  // namespace
+
+HRESULT GridFace::get_TextMatrix(long row, long col, BSTR* result) noexcept {
+  return With([&](FlexGrid& grid) { GiveText(result, grid.TextMatrix(Number(row), Number(col))); });
+}
+
+HRESULT GridFace::get_Rows(long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.Rows(); });
+}
+
+HRESULT GridFace::get_Cols(long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.Cols(); });
+}
+
+HRESULT GridFace::get_FixedRows(long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.FixedRows(); });
+}
+
+HRESULT GridFace::get_FixedCols(long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.FixedCols(); });
+}
+
+HRESULT GridFace::get_FrozenCols(long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.FrozenCols(); });
+}
+
+HRESULT GridFace::put_FrozenCols(long value) noexcept {
+  return With([&](FlexGrid& grid) { grid.SetFrozenCols(Number(value)); });
+}
+
+HRESULT GridFace::get_Row(long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.Row(); });
+}
+
+HRESULT GridFace::put_Row(long value) noexcept {
+  return With([&](FlexGrid& grid) { grid.SetRow(Number(value)); });
+}
+
+HRESULT GridFace::get_Col(long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.Col(); });
+}
+
+HRESULT GridFace::put_Col(long value) noexcept {
+  return With([&](FlexGrid& grid) { grid.SetCol(Number(value)); });
+}
+
+HRESULT GridFace::get_TopRow(long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.TopRow(); });
+}
+
+HRESULT GridFace::put_TopRow(long value) noexcept {
+  return With([&](FlexGrid& grid) { grid.SetTopRow(Number(value)); });
+}
+
+HRESULT GridFace::get_RowHidden(long row, VARIANT_BOOL* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = Flag(grid.RowHidden(Number(row))); });
+}
+
+HRESULT GridFace::put_RowHidden(long row, VARIANT_BOOL value) noexcept {
+  return With([&](FlexGrid& grid) { grid.SetRowHidden(Number(row), value != VARIANT_FALSE); });
+}
+
+HRESULT GridFace::get_RowHeight(long row, long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.RowHeight(Number(row)); });
+}
+
+HRESULT GridFace::get_IsSubtotal(long row, VARIANT_BOOL* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = Flag(grid.IsSubtotal(Number(row))); });
+}
+
+HRESULT GridFace::get_RowOutlineLevel(long row, long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.RowOutlineLevel(Number(row)); });
+}
+
+HRESULT GridFace::get_IsCollapsed(long row, VARIANT_BOOL* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = Flag(grid.IsCollapsed(Number(row))); });
+}
+
+HRESULT GridFace::put_IsCollapsed(long row, VARIANT_BOOL value) noexcept {
+  return With([&](FlexGrid& grid) { grid.SetCollapsed(Number(row), value != VARIANT_FALSE); });
+}
+
+HRESULT GridFace::get_ColWidth(long col, long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.ColWidth(Number(col)); });
+}
+
+HRESULT GridFace::put_ColWidth(long col, long value) noexcept {
+  return With([&](FlexGrid& grid) { grid.SetColWidth(Number(col), Number(value)); });
+}
+
+HRESULT GridFace::get_ColHidden(long col, VARIANT_BOOL* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = Flag(grid.ColHidden(Number(col))); });
+}
+
+HRESULT GridFace::put_ColHidden(long col, VARIANT_BOOL value) noexcept {
+  return With([&](FlexGrid& grid) { grid.SetColHidden(Number(col), value != VARIANT_FALSE); });
+}
+
+HRESULT GridFace::get_ColAlignment(long col, long* result) noexcept {
+  return With(
+      [&](FlexGrid& grid) { Out(result) = static_cast<long>(grid.ColAlignment(Number(col))); });
+}
+
+HRESULT GridFace::get_ColDataType(long col, long* result) noexcept {
+  return With(
+      [&](FlexGrid& grid) { Out(result) = static_cast<long>(grid.ColDataType(Number(col))); });
+}
+
+HRESULT GridFace::get_ColFormat(long col, BSTR* result) noexcept {
+  return With([&](FlexGrid& grid) { GiveText(result, grid.ColFormat(Number(col))); });
+}
+
+HRESULT GridFace::get_MergeCol(long col, VARIANT_BOOL* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = Flag(grid.MergeCol(Number(col))); });
+}
+
+HRESULT GridFace::get_Sort(long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = static_cast<long>(grid.Sort()); });
+}
+
+HRESULT GridFace::put_Sort(long value) noexcept {
+  return With([&](FlexGrid& grid) { grid.SetSort(Order(value)); });
+}
+
+HRESULT GridFace::get_SelectionMode(long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = static_cast<long>(grid.SelectionMode()); });
+}
+
+HRESULT GridFace::get_SelectedRows(long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.SelectedRows(); });
+}
+
+HRESULT GridFace::get_SelectedRow(long n, long* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.SelectedRow(Number(n)); });
+}
+
+HRESULT GridFace::get_IsSelected(long row, VARIANT_BOOL* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = Flag(grid.IsSelected(Number(row))); });
+}
+
+HRESULT GridFace::put_IsSelected(long row, VARIANT_BOOL value) noexcept {
+  return With([&](FlexGrid& grid) { grid.SetSelected(Number(row), value != VARIANT_FALSE); });
+}
+
+HRESULT GridFace::get_CellForeColor(long row, long col, long* result) noexcept {
+  return With([&](FlexGrid& grid) {
+    Out(result) = static_cast<long>(grid.CellForeColor(Number(row), Number(col)));
+  });
+}
+
+HRESULT GridFace::get_CellBackColor(long row, long col, long* result) noexcept {
+  return With([&](FlexGrid& grid) {
+    Out(result) = static_cast<long>(grid.CellBackColor(Number(row), Number(col)));
+  });
+}
+
+HRESULT GridFace::get_CellFontBold(long row, long col, VARIANT_BOOL* result) noexcept {
+  return With(
+      [&](FlexGrid& grid) { Out(result) = Flag(grid.CellFontBold(Number(row), Number(col))); });
+}
+
+}  // namespace tavrix::component

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <memory>
+
+#include "component/controls/child_face.h"
+#include "viewkit/tree_view.h"
+
+namespace tavrix::component {
+
+/// TreeView for callers, with its collection of nodes.
+class TreeFace : public ChildFace<ITreeControl, viewkit::TreeView> {
+ public:
+  using ChildFace::ChildFace;
+  STDMETHODIMP get_Nodes(IDispatch** result) noexcept override;
+  STDMETHODIMP get_SelectedItem(IDispatch** result) noexcept override;
+};
+
+}  // namespace tavrix::component

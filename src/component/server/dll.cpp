@@ -1,0 +1,39 @@
+#include <windows.h>
+
+#include <olectl.h>
+
+#include <algorithm>
+
+#include "component/base/abi.h"
+#include "component/base/module.h"
+#include "component/server/class_factory.h"
+#include "component/server/registration.h"
+
+// The four entry points of the library.
+
+namespace component = tavrix::component;
+
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** result) {
+  return component::Guarded(IID_IClassFactory, [&] {
+    component::Out(result) = nullptr;
+    const auto classes = component::AllClasses();
+    const auto found =
+        std::find_if(classes.begin(), classes.end(), [&](const component::ClassEntry& entry) {
+          return IsEqualGUID(*entry.clsid, clsid) != FALSE;
+        });
+    if (found == classes.end()) return CLASS_E_CLASSNOTAVAILABLE;
+    return component::MakeObject<component::ClassFactory>(*found)->QueryInterface(iid, result);
+  });
+}
+
+STDAPI DllCanUnloadNow() {
+  return component::ModuleLocks() == 0 ? S_OK : S_FALSE;
+}
+
+STDAPI DllRegisterServer() {
+  return SUCCEEDED(component::Register()) ? S_OK : SELFREG_E_CLASS;
+}
+
+STDAPI DllUnregisterServer() {
+  return SUCCEEDED(component::Unregister()) ? S_OK : SELFREG_E_CLASS;
+}

@@ -1,0 +1,206 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <ocidl.h>
+#include <olectl.h>
+#include <oleidl.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "component/event_sink.h"
+#include "component/loaded_library.h"
+#include "component/stub_host.h"
+#include "qnDesignUI.h"
+#include "qnFormUI.h"
+#include "tavrix.h"
+
+namespace tavrix::test {
+namespace {
+
+using testing::ElementsAre;
+
+/// The rules of identity hold from each interface to each other.
+TEST(Identity, IsOneFromEveryInterfaceToEveryOther) {
+  const IID interfaces[] = {IID_IUnknown,
+                            IID_IDispatch,
+                            __uuidof(_Kjkm),
+                            __uuidof(IFormUI),
+                            __uuidof(IDesignUI),
+                            IID_IOleObject,
+                            IID_IOleWindow,
+                            IID_IOleInPlaceObject,
+                            IID_IOleInPlaceActiveObject,
+                            IID_IOleControl,
+                            IID_IViewObject,
+                            IID_IViewObject2,
+                            IID_IPersist,
+                            IID_IPersistStreamInit,
+                            IID_IPersistPropertyBag,
+                            IID_IConnectionPointContainer,
+                            IID_IProvideClassInfo,
+                            IID_IProvideClassInfo2,
+                            IID_ISupportErrorInfo};
+  const auto view = CreateView();
+  std::vector<ComPtr<IUnknown>> faces;
+  for (const IID& iid : interfaces) {
+    faces.push_back(view.As<IUnknown>(iid));
+    ASSERT_TRUE(faces.back()) << faces.size() - 1;
+  }
+  for (const auto& from : faces) {
+    EXPECT_EQ(from.As<IUnknown>(IID_IUnknown).Get(), faces[0].Get());
+    EXPECT_FALSE(from.As<IUnknown>(IID_IStream));
+    for (std::size_t to = 0; to < faces.size(); ++to) {
+      EXPECT_EQ(from.As<IUnknown>(interfaces[to]).Get(), faces[to].Get()) << to;
+    }
+  }
+}
+
+TEST(Identity, TellsItsClassItsEventsAndItsErrors) {
+  const auto view = CreateView();
+  const auto info = view.As<IProvideClassInfo2>();
+  GUID source{};
+  EXPECT_EQ(info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &source), S_OK);
+  EXPECT_EQ(source, __uuidof(__Kjkm));
+  EXPECT_EQ(info->GetGUID(99, &source), E_INVALIDARG);
+  ComPtr<ITypeInfo> description;
+  ASSERT_EQ(info->GetClassInfo(description.Put()), S_OK);
+  TYPEATTR* attributes = nullptr;
+  ASSERT_EQ(description->GetTypeAttr(&attributes), S_OK);
+  EXPECT_EQ(attributes->guid, __uuidof(Kjkm));
+  EXPECT_EQ(attributes->typekind, TKIND_COCLASS);
+  description->ReleaseTypeAttr(attributes);
+  const auto errors = view.As<ISupportErrorInfo>();
+  EXPECT_EQ(errors->InterfaceSupportsErrorInfo(__uuidof(IFormUI)), S_OK);
+  EXPECT_EQ(errors->InterfaceSupportsErrorInfo(__uuidof(IDesignUI)), S_OK);
+  EXPECT_EQ(errors->InterfaceSupportsErrorInfo(__uuidof(_Kjkm)), S_OK);
+  EXPECT_EQ(errors->InterfaceSupportsErrorInfo(IID_IOleObject), S_FALSE);
+}
+
+/// A view that raises a report at each `Refresh`, because nobody has initialised it.
+class Events : public testing::Test {
+ protected:
+  void Raise() {
+    VARIANT_BOOL done = VARIANT_FALSE;
+    EXPECT_EQ(view_.As<IFormUI>()->Refresh(&done), S_OK);
+  }
+  using Sink = std::unique_ptr<EventSink>;
+  /// A listener that writes its name down and then does `more`.
+  [[nodiscard]] Sink Listen(const char* name, std::function<HRESULT()> more = {}) {
+    return std::make_unique<EventSink>(view_.Get(), __uuidof(__Kjkm),
+                                       [this, name, more](DISPID, const std::vector<Variant>&) {
+                                         heard_.emplace_back(name);
+                                         return more ? more() : S_OK;
+                                       });
+  }
+
+  ComPtr<IUnknown> view_ = CreateView();
+  std::vector<std::string> heard_;
+};
+
+TEST_F(Events, ReachEverySinkThoughOneFails) {
+  const Sink failing = Listen("failing", [] { return E_FAIL; });
+  const Sink gone = Listen("disconnected", [] { return RPC_E_DISCONNECTED; });
+  const Sink last = Listen("last");
+  Raise();
+  EXPECT_THAT(heard_, ElementsAre("failing", "disconnected", "last"));
+  Raise();
+  EXPECT_EQ(heard_.size(), 6U);
+}
+
+TEST_F(Events, SinksMayComeAndGoMeanwhile) {
+  Sink late;
+  Sink victim;
+  Sink self;
+  self = Listen("self", [&] {
+    victim.reset();
+    late = Listen("late");
+    self->Stop();
+    return S_OK;
+  });
+  victim = Listen("victim");
+  const Sink last = Listen("last");
+  Raise();
+  EXPECT_THAT(heard_, ElementsAre("self", "last")) << "gone ones hear nothing, new ones not yet";
+  heard_.clear();
+  Raise();
+  EXPECT_THAT(heard_, ElementsAre("last", "late"));
+}
+
+TEST_F(Events, NestAndOutliveTheirObject) {
+  int depth = 0;
+  const Sink nested = Listen("nested", [&] {
+    if (++depth < 3) Raise();
+    return S_OK;
+  });
+  Raise();
+  EXPECT_EQ(heard_.size(), 3U);
+  const Sink letting_go = Listen("letting go", [this] {
+    view_ = nullptr;
+    return S_OK;
+  });
+  Raise();
+  EXPECT_EQ(heard_.back(), "letting go");
+}
+
+TEST_F(Events, WaitWhileFrozen) {
+  const Sink sink = Listen("thawed");
+  const auto control = view_.As<IOleControl>();
+  control->FreezeEvents(TRUE);
+  control->FreezeEvents(TRUE);
+  Raise();
+  control->FreezeEvents(FALSE);
+  EXPECT_TRUE(heard_.empty());
+  control->FreezeEvents(FALSE);
+  EXPECT_THAT(heard_, ElementsAre("thawed"));
+  control->FreezeEvents(FALSE);  // one too many does no harm
+  Raise();
+  EXPECT_EQ(heard_.size(), 2U);
+}
+
+TEST_F(Events, PointsFollowTheProtocol) {
+  const auto container = view_.As<IConnectionPointContainer>();
+  ComPtr<IConnectionPoint> point;
+  EXPECT_EQ(container->FindConnectionPoint(IID_IPropertyNotifySink, point.Put()),
+            CONNECT_E_NOCONNECTION);
+  EXPECT_FALSE(point);
+  ComPtr<IEnumConnectionPoints> points;
+  ASSERT_EQ(container->EnumConnectionPoints(points.Put()), S_OK);
+  ASSERT_EQ(points->Next(1, point.Put(), nullptr), S_OK);
+  IID events{};
+  EXPECT_EQ(point->GetConnectionInterface(&events), S_OK);
+  EXPECT_EQ(events, __uuidof(__Kjkm));
+  ComPtr<IConnectionPointContainer> back;
+  EXPECT_EQ(point->GetConnectionPointContainer(back.Put()), S_OK);
+  EXPECT_EQ(back.Get(), container.Get());
+  EXPECT_NE(point.As<IUnknown>().Get(), view_.As<IUnknown>().Get()) << "an identity of its own";
+
+  DWORD cookie = 7;
+  EXPECT_EQ(point->Advise(nullptr, &cookie), E_POINTER);
+  EXPECT_EQ(point->Advise(point.Get(), &cookie), CONNECT_E_CANNOTCONNECT);
+  EXPECT_EQ(cookie, 0U);
+  EXPECT_EQ(point->Unadvise(4711), CONNECT_E_NOCONNECTION);
+
+  const Sink first = Listen("first");
+  const Sink second = Listen("second");
+  ComPtr<IEnumConnections> connections;
+  ASSERT_EQ(point->EnumConnections(connections.Put()), S_OK);
+  CONNECTDATA data[3] = {};
+  ULONG fetched = 0;
+  EXPECT_EQ(connections->Next(3, data, &fetched), S_FALSE);
+  ASSERT_EQ(fetched, 2U);
+  EXPECT_NE(data[0].dwCookie, data[1].dwCookie);
+  for (ULONG i = 0; i < fetched; ++i) {
+    EXPECT_EQ(point->Unadvise(data[i].dwCookie), S_OK);
+    EXPECT_EQ(point->Unadvise(data[i].dwCookie), CONNECT_E_NOCONNECTION);
+    data[i].pUnk->Release();
+  }
+  Raise();
+  EXPECT_TRUE(heard_.empty());
+}
+
+}  // namespace
+}  // namespace tavrix::test

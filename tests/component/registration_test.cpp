@@ -1,0 +1,141 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <map>
+#include <set>
+#include <string>
+
+#include "component/loaded_library.h"
+#include "tavrix.h"
+#include "viewkit/win32/wide.h"
+
+namespace tavrix::test {
+namespace {
+
+using viewkit::win32::Narrow;
+using viewkit::win32::Wide;
+
+constexpr const wchar_t* kScratch = L"Software\\tavrix_component_tests";
+
+/// All values below a key: "path@name" to text.
+using Values = std::map<std::string, std::string>;
+
+void Collect(HKEY root, const std::wstring& path, Values& values) {
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return;
+  const std::string name = Narrow(path);
+  values[name + "\\"] = "";  // the key itself, which may be empty
+  wchar_t text[512];
+  for (DWORD i = 0;; ++i) {
+    DWORD length = 512;
+    BYTE data[1024] = {};
+    DWORD size = sizeof data - sizeof(wchar_t);
+    if (RegEnumValueW(key, i, text, &length, nullptr, nullptr, data, &size) != ERROR_SUCCESS) break;
+    values[name + "@" + Narrow(text)] = Narrow(reinterpret_cast<const wchar_t*>(data));
+  }
+  for (DWORD i = 0;; ++i) {
+    DWORD length = 512;
+    if (RegEnumKeyExW(key, i, text, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
+      break;
+    }
+    Collect(root, path.empty() ? text : path + L"\\" + text, values);
+  }
+  RegCloseKey(key);
+}
+
+/// The classes' part of the registry is a key of its own as long as the test runs.
+class Registration : public testing::Test {
+ protected:
+  Registration() {
+    RegDeleteTreeW(HKEY_CURRENT_USER, kScratch);
+    RegCreateKeyW(HKEY_CURRENT_USER, kScratch, &scratch_);
+    // What others have registered.
+    for (const wchar_t* other :
+         {L"CLSID\\{other}", L"TypeLib\\{other}", L"Interface\\{other}", L"other.Class\\CLSID"}) {
+      HKEY key = nullptr;
+      RegCreateKeyW(scratch_, other, &key);
+      RegCloseKey(key);
+    }
+    RegOverridePredefKey(HKEY_CLASSES_ROOT, scratch_);
+  }
+  ~Registration() override {
+    RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
+    RegCloseKey(scratch_);
+    RegDeleteTreeW(HKEY_CURRENT_USER, kScratch);
+  }
+  [[nodiscard]] Values All() const {
+    Values values;
+    Collect(scratch_, L"", values);
+    return values;
+  }
+  /// Names of the keys right under `path`.
+  [[nodiscard]] std::set<std::string> KeysBelow(const std::wstring& path) const {
+    std::set<std::string> keys;
+    HKEY key = nullptr;
+    RegOpenKeyExW(scratch_, path.c_str(), 0, KEY_READ, &key);
+    wchar_t name[256];
+    for (DWORD i = 0; RegEnumKeyW(key, i, name, 256) == ERROR_SUCCESS; ++i) {
+      keys.insert(Narrow(name));
+    }
+    RegCloseKey(key);
+    return keys;
+  }
+
+  const LoadedLibrary library_;
+  HKEY scratch_ = nullptr;
+};
+
+std::string TextOfGuid(const GUID& guid) {
+  wchar_t text[40];
+  StringFromGUID2(guid, text, 40);
+  return Narrow(text);
+}
+
+TEST_F(Registration, WritesTheClassesAndTheTypeLibraryAndNothingElse) {
+  ASSERT_EQ(library_.Register(), S_OK);
+  EXPECT_THAT(KeysBelow(L""), testing::UnorderedElementsAre(
+                                  "CLSID", "Interface", "TypeLib", "other.Class", "tavrix.Kjkm",
+                                  "tavrix.selKjkm", "tavrix.colKjkm", "tavrix.clsKjkm"));
+  EXPECT_EQ(KeysBelow(L"CLSID").size(), 5U);
+  const auto libraries = KeysBelow(L"TypeLib");
+  ASSERT_EQ(libraries.size(), 2U);
+  const std::string library_id = *libraries.begin();
+
+  Values values = All();
+  const std::pair<const char*, GUID> classes[] = {{"Kjkm", __uuidof(Kjkm)},
+                                                  {"selKjkm", __uuidof(selKjkm)},
+                                                  {"colKjkm", __uuidof(colKjkm)},
+                                                  {"clsKjkm", __uuidof(clsKjkm)}};
+  for (const auto& [name, clsid] : classes) {
+    const std::string key = "CLSID\\" + TextOfGuid(clsid);
+    const std::string prog_id = std::string("tavrix.") + name;
+    EXPECT_EQ(values[prog_id + "\\CLSID@"], TextOfGuid(clsid));
+    EXPECT_EQ(values[key + "\\ProgID@"], prog_id);
+    EXPECT_EQ(values[key + "\\InprocServer32@"], Narrow(library_.File()));
+    EXPECT_EQ(values[key + "\\InprocServer32@ThreadingModel"], "Apartment");
+    EXPECT_EQ(values[key + "\\TypeLib@"], library_id);
+    const bool control = clsid == __uuidof(Kjkm) || clsid == __uuidof(selKjkm);
+    EXPECT_EQ(values.contains(key + "\\Control\\"), control) << name;
+  }
+  // The host's interfaces are the host's to register.
+  for (const std::string& iid : KeysBelow(L"Interface")) {
+    if (iid == "{other}") continue;
+    EXPECT_EQ(values["Interface\\" + iid + "\\TypeLib@"], library_id);
+  }
+}
+
+TEST_F(Registration, LeavesNoResidueHoweverOftenItRuns) {
+  const Values before = All();
+  ASSERT_EQ(library_.Register(), S_OK);
+  const Values once = All();
+  ASSERT_EQ(library_.Register(), S_OK);
+  EXPECT_EQ(All(), once);
+  EXPECT_EQ(library_.Unregister(), S_OK);
+  EXPECT_EQ(All(), before);
+  EXPECT_EQ(library_.Unregister(), S_OK);
+  EXPECT_EQ(All(), before);
+}
+
+}  // namespace
+}  // namespace tavrix::test

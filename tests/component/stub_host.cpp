@@ -1,0 +1,175 @@
+#include "component/stub_host.h"
+
+#include <string_view>
+
+#include "component/base/failure.h"
+
+namespace tavrix::test {
+
+namespace {
+
+using Shared = std::shared_ptr<StubHost>;
+using Members = NamedObject::Members;
+
+constexpr std::size_t kCategoryColumn = 6;
+
+ComPtr<IDispatch> Object(const Shared& host, Members members) {
+  return NamedObject::Make(std::move(members), [host](const std::wstring& member) {
+    if (host->gate) host->gate(member);
+  });
+}
+
+Variant Text(std::string_view text) {
+  return Variant(text);
+}
+
+/// An object with nothing but a `Value`.
+Variant ValueObject(const Shared& host, const Variant& value) {
+  return Variant(Object(host, {{L"Value", [value](const StubCall&) { return value; }}}));
+}
+
+/// The category that a statement asks for; empty for all.
+std::string CategoryOf(const std::string& sql) {
+  constexpr std::string_view kStart = "cclass='";
+  const std::size_t start = sql.find(kStart);
+  if (start == std::string::npos) return {};
+  const std::size_t from = start + kStart.size();
+  return sql.substr(from, sql.find('\'', from) - from);
+}
+
+Variant RowsOf(const StubHost& host, const std::string& category) {
+  std::vector<std::vector<VARIANT>> records;
+  for (const StubHost::Row& row : host.rows) {
+    if (!category.empty() && TextOf(row[kCategoryColumn]) != category) continue;
+    std::vector<VARIANT> record;
+    for (const Variant& cell : row) record.push_back(cell.Get());
+    records.push_back(std::move(record));
+  }
+  return records.empty() ? Variant() : RowArray(records);
+}
+
+Variant Recordset(const Shared& host, const std::string& sql) {
+  const bool given = host->whole_result.Type() != VT_EMPTY;
+  const Variant rows = given ? host->whole_result : RowsOf(*host, CategoryOf(sql));
+  const bool none = rows.Type() == VT_EMPTY;
+  return Variant(Object(host, {{L"EOF", [none](const StubCall&) { return Variant(none); }},
+                               {L"BOF", [none](const StubCall&) { return Variant(none); }},
+                               {L"GetRows", [rows](const StubCall&) { return rows; }},
+                               {L"Close", [](const StubCall&) { return Variant(); }}}));
+}
+
+Variant Statement(const Shared& host, const std::string& sql) {
+  host->statements.push_back(sql);
+  return Variant(
+      Object(host, {{L"Recordset", [host, sql](const StubCall&) { return Recordset(host, sql); }},
+                    {L"ScalarValue", [](const StubCall&) { return Variant(std::int32_t{0}); }},
+                    {L"Execute", [](const StubCall&) { return Variant(); }}}));
+}
+
+Variant Database(const Shared& host) {
+  return Variant(Object(
+      host, {{L"OpenSql", [host](const StubCall& call) { return Statement(host, call.Text(0)); }},
+             {L"LastError", [host](const StubCall&) {
+                return Variant(
+                    Object(host, {{L"Description", [](const StubCall&) { return Text(""); }}}));
+              }}}));
+}
+
+Variant Wheel(const Shared& host) {
+  const auto log = [host](const StubCall& call, std::string line) {
+    for (std::size_t i = 0; i < call.Count(); ++i) line += " " + call.Text(i);
+    host->wheel_calls.push_back(line);
+    return Variant();
+  };
+  return Variant(Object(
+      host,
+      {{L"SetRange", [log](const StubCall& call) { return log(call, "SetRange"); }},
+       {L"Attach",
+        [host](const StubCall& call) {
+          host->wheel_window = call.Number(0);
+          host->wheel_calls.emplace_back("Attach");
+          return Variant();
+        }},
+       {L"Detach", [log](const StubCall& call) { return log(call, "Detach"); }},
+       {L"AttachedTo",
+        [host](const StubCall&) { return Variant(static_cast<std::int32_t>(host->wheel_window)); }},
+       {L"Position", [log](const StubCall& call) { return log(call, "Position"); }}}));
+}
+
+Variant Navigator(const Shared& host) {
+  const auto note = [host](const char* name) {
+    return [host, name](const StubCall& call) {
+      std::string line = name;
+      const auto grid = call.At(0).Object();
+      line += grid ? " grid" : " nothing";
+      for (std::size_t i = 1; i < call.Count(); ++i) line += " " + call.Text(i);
+      host->navigator_calls.push_back(line);
+      return Variant(true);
+    };
+  };
+  return Variant(Object(host, {{L"MoveTop", note("MoveTop")},
+                               {L"MovePrevious", note("MovePrevious")},
+                               {L"MoveNext", note("MoveNext")},
+                               {L"MoveBottom", note("MoveBottom")},
+                               {L"Find", note("Find")},
+                               {L"FindNext", note("FindNext")},
+                               {L"Filter", note("Filter")}}));
+}
+
+Variant Helper(const Shared& host, const std::string& name) {
+  const auto given = host->helpers.find(name);
+  if (given != host->helpers.end()) return Variant(given->second);
+  if (name == "MouseEvent") return Wheel(host);
+  if (name == "GridNavigator") return Navigator(host);
+  return Variant(Object(host, {{L"SetDatabase", [](const StubCall&) { return Variant(); }}}));
+}
+
+}  // namespace
+
+ComPtr<IDispatch> StubHost::System(const Shared& host) {
+  return Object(host, {{L"GetDatabase", [host](const StubCall&) { return Database(host); }},
+                       {L"GetSetting",
+                        [host](const StubCall& call) {
+                          return ValueObject(host, Text(host->settings[call.Text(0)]));
+                        }},
+                       {L"CreateHelper",
+                        [host](const StubCall& call) { return Helper(host, call.Text(0)); }}});
+}
+
+StubHost::Row AccountRow(std::string_view code, std::string_view name, int level,
+                         std::string_view category, int id) {
+  return {Text(code),
+          Text(name),
+          Variant::Null(),
+          Text(""),
+          Variant(std::int32_t{id}),
+          Variant(std::int32_t{level}),
+          Text(category)};
+}
+
+std::shared_ptr<StubHost> FewAccounts() {
+  auto host = std::make_shared<StubHost>();
+  host->rows = {
+      AccountRow("100202", "建行", 2, "资产", 4), AccountRow("1001", "库存现金", 1, "资产", 1),
+      AccountRow("1002", "银行存款", 1, "资产", 2), AccountRow("100201", "工行", 2, "资产", 3),
+      AccountRow("2202", "应付账款", 1, "负债", 5)};
+  return host;
+}
+
+Variant RowArray(const std::vector<std::vector<VARIANT>>& records) {
+  SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(records.front().size()), 0},
+                              {static_cast<ULONG>(records.size()), 0}};
+  Variant result;
+  result.InPlace()->parray = SafeArrayCreate(VT_VARIANT, 2, bounds);
+  result.InPlace()->vt = VT_ARRAY | VT_VARIANT;
+  for (std::size_t record = 0; record < records.size(); ++record) {
+    for (std::size_t field = 0; field < records[record].size(); ++field) {
+      LONG position[2] = {static_cast<LONG>(field), static_cast<LONG>(record)};
+      component::Check(SafeArrayPutElement(result.Get().parray, position,
+                                           component::Readable(records[record][field])));
+    }
+  }
+  return result;
+}
+
+}  // namespace tavrix::test

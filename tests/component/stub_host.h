@@ -1,0 +1,47 @@
+#pragma once
+
+#include <windows.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "component/named_object.h"
+
+namespace tavrix::test {
+
+/// A host of a few lines: what its objects answer, and what they were asked. Every object knows its
+/// members by name only.
+struct StubHost {
+  /// The columns of the view's query: code, name, currency, '', identifier, level, category.
+  using Row = std::vector<Variant>;
+
+  std::vector<Row> rows;
+  /// Given by every `GetRows` instead of `rows`, when set.
+  Variant whole_result;
+  std::map<std::string, std::string> settings{{"kmbm", "4222"}, {"mouseeventscrollrate", "2.5"}};
+  /// Called with the name of each member before it answers.
+  NamedObject::Gate gate;
+  /// Other things that `CreateHelper` shall give, by name.
+  std::map<std::string, ComPtr<IDispatch>> helpers;
+
+  std::vector<std::string> statements;
+  std::vector<std::string> wheel_calls;
+  long wheel_window = 0;
+  std::vector<std::string> navigator_calls;
+
+  /// `pcSystem` over `host`.
+  [[nodiscard]] static ComPtr<IDispatch> System(const std::shared_ptr<StubHost>& host);
+};
+
+[[nodiscard]] StubHost::Row AccountRow(std::string_view code, std::string_view name, int level,
+                                       std::string_view category, int id);
+
+/// 1001 库存现金, 1002 银行存款 (100201 工行, 100202 建行), 2202 应付账款, in another order.
+[[nodiscard]] std::shared_ptr<StubHost> FewAccounts();
+
+/// A two-dimensional array (field, record) of VARIANTs, which are stored as they are.
+[[nodiscard]] Variant RowArray(const std::vector<std::vector<VARIANT>>& records);
+
+}  // namespace tavrix::test

@@ -1,0 +1,291 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <ocidl.h>
+#include <olectl.h>
+
+#include <string>
+#include <vector>
+
+#include "component/base/bstr.h"
+#include "component/event_sink.h"
+#include "component/loaded_library.h"
+#include "component/stub_host.h"
+#include "qnDesignUI.h"
+#include "qnFormUI.h"
+#include "tavrix.h"
+
+namespace tavrix::test {
+namespace {
+
+using component::Bstr;
+using testing::ElementsAre;
+using testing::StartsWith;
+
+/// The view for a caller that knows its interfaces, over a host of its own.
+class View : public testing::Test {
+ protected:
+  View() { EXPECT_TRUE(form_ && design_); }
+
+  [[nodiscard]] HRESULT Init() {
+    ComPtr<IDispatch> system = StubHost::System(host_);
+    IDispatch* given = system.Get();
+    VARIANT_BOOL done = VARIANT_FALSE;
+    return form_->Init(&given, 1, 0, &done);
+  }
+  [[nodiscard]] bool Refresh() {
+    VARIANT_BOOL done = VARIANT_FALSE;
+    return SUCCEEDED(form_->Refresh(&done)) && done != VARIANT_FALSE;
+  }
+  [[nodiscard]] ComPtr<IFlexGrid> Grid(const char* name = "Vs(0)") {
+    ComPtr<IDispatch> controls;
+    ComPtr<IDispatch> grid;
+    EXPECT_EQ(design_->get_Controls(controls.Put()), S_OK);
+    EXPECT_EQ(
+        controls.As<IChildControls>()->get_Item(Variant(std::string_view(name)).Get(), grid.Put()),
+        S_OK);
+    return grid.As<IFlexGrid>();
+  }
+  [[nodiscard]] static std::string Cell(const ComPtr<IFlexGrid>& grid, long row, long col) {
+    Bstr text;
+    EXPECT_EQ(grid->get_TextMatrix(row, col, text.Put()), S_OK);
+    return component::TextOf(text.Get());
+  }
+  /// The text of the error that the last call left.
+  [[nodiscard]] static std::string ErrorText() {
+    ComPtr<IErrorInfo> info;
+    Bstr text;
+    if (GetErrorInfo(0, info.Put()) == S_OK) info->GetDescription(text.Put());
+    return component::TextOf(text.Get());
+  }
+
+  std::shared_ptr<StubHost> host_ = FewAccounts();
+  ComPtr<IUnknown> object_ = CreateView();
+  ComPtr<IFormUI> form_ = object_.As<IFormUI>();
+  ComPtr<IDesignUI> design_ = object_.As<IDesignUI>();
+};
+
+TEST_F(View, AnswersEarlyBoundCallers) {
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_TRUE(Refresh());
+  // A member without arguments that gives a flag.
+  const auto check = [this](auto member, VARIANT_BOOL expected) {
+    VARIANT_BOOL result = 7;
+    EXPECT_EQ((form_.Get()->*member)(&result), S_OK);
+    EXPECT_EQ(result, expected);
+    EXPECT_EQ((form_.Get()->*member)(nullptr), E_POINTER);
+  };
+  check(&IFormUI::FileSave, VARIANT_TRUE);
+  check(&IFormUI::FileCancel, VARIANT_TRUE);
+  check(&IFormUI::Help, VARIANT_FALSE);
+  check(&IFormUI::PrintSetup, VARIANT_FALSE);
+  check(&IFormUI::RecordTop, VARIANT_TRUE);
+  check(&IFormUI::RecordPrevious, VARIANT_TRUE);
+  check(&IFormUI::RecordNext, VARIANT_TRUE);
+  check(&IFormUI::RecordBottom, VARIANT_TRUE);
+  check(&IFormUI::FindNext, VARIANT_TRUE);
+  check(&IFormUI::get_IsDirty, VARIANT_FALSE);
+  check(&IFormUI::FileDelete, VARIANT_FALSE);
+  check(&IFormUI::FileEdit, VARIANT_FALSE);
+  VARIANT_BOOL result = VARIANT_FALSE;
+  EXPECT_EQ(form_->Find(Variant(1.5).Get(), &result), S_OK);
+  EXPECT_EQ(form_->Filter(Variant(std::string_view("现金")).Get(), &result), S_OK);
+  EXPECT_THAT(host_->navigator_calls,
+              ElementsAre("MoveTop grid", "MovePrevious grid", "MoveNext grid", "MoveBottom grid",
+                          "FindNext grid", "Find grid 1.5", "Filter grid 现金"));
+  Bstr name;
+  EXPECT_EQ(form_->get_Attributes(Bstr(std::string_view("isVisibleNewNext")).Get(), name.Put()),
+            S_OK);
+  EXPECT_EQ(component::TextOf(name.Get()), "True");
+  ComPtr<IDispatch> parameters(object_.As<IDispatch>());
+  EXPECT_EQ(design_->get_Parameters(parameters.Put()), S_OK);
+  EXPECT_FALSE(parameters);
+}
+
+TEST_F(View, SendsItsStatementsAndWheelRangeToTheHost) {
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_TRUE(host_->statements.empty());
+  EXPECT_TRUE(Refresh());
+  ASSERT_EQ(host_->statements.size(), 7U);
+  EXPECT_EQ(host_->statements[0],
+            "select ccode,ccode_name,cexch_name,'',i_id,igrade,cclass from gl_code order by ccode");
+  EXPECT_EQ(host_->statements[6],
+            "select ccode,ccode_name,cexch_name,'',i_id,igrade,cclass from gl_code where "
+            "cclass='损益' order by ccode");
+  EXPECT_THAT(host_->wheel_calls, testing::IsSupersetOf({"SetRange 2", "Attach"}));
+}
+
+TEST_F(View, InitFailsWithTheHostsOwnText) {
+  host_->gate = [](const std::wstring& member) {
+    if (member == L"GetSetting") throw Raised{E_FAIL, "设置读不出"};
+  };
+  EXPECT_TRUE(FAILED(Init()));
+  EXPECT_EQ(ErrorText(), "设置读不出");
+  IDispatch* none = nullptr;
+  VARIANT_BOOL done = VARIANT_TRUE;
+  EXPECT_TRUE(FAILED(form_->Init(&none, 1, 0, &done)));
+  EXPECT_EQ(done, VARIANT_FALSE);
+  EXPECT_TRUE(FAILED(form_->Init(nullptr, 1, 0, &done)));
+}
+
+TEST_F(View, ReportsWhatAHostObjectRaises) {
+  const EventLog log(object_.Get());
+  ASSERT_EQ(Init(), S_OK);
+  host_->gate = [](const std::wstring& member) {
+    if (member == L"GetRows") throw Raised{DISP_E_EXCEPTION, "表不存在"};
+  };
+  EXPECT_TRUE(Refresh());
+  host_->gate = [](const std::wstring& member) {
+    if (member == L"OpenSql") throw BareFailure{E_ACCESSDENIED};
+  };
+  EXPECT_TRUE(Refresh());
+  ASSERT_EQ(log.Errors().size(), 2U);
+  EXPECT_EQ(log.Errors()[0], "DoRefresh表不存在|8|总账");
+  // A bare code is told by its meaning, in the system's own words.
+  EXPECT_THAT(log.Errors()[1], StartsWith("DoRefresh"));
+  EXPECT_GT(log.Errors()[1].size(), std::string("DoRefresh|8|总账").size());
+  host_->gate = {};
+  EXPECT_TRUE(Refresh());
+  EXPECT_EQ(Cell(Grid(), 5, 0), "2202");
+}
+
+TEST_F(View, ShowsValuesOfEveryKind) {
+  VARIANT date{};
+  date.vt = VT_DATE;
+  date.date = 45356.5;  // 2024-03-05, noon
+  VARIANT decimal{};
+  decimal.decVal.Lo64 = 1250;
+  decimal.decVal.scale = 2;
+  decimal.vt = VT_DECIMAL;
+  VARIANT money{};
+  money.vt = VT_CY;
+  money.cyVal.int64 = -32500;
+  VARIANT error{};
+  error.vt = VT_ERROR;
+  error.scode = DISP_E_PARAMNOTFOUND;
+  VARIANT empty{};
+  const Variant null = Variant::Null();
+  Variant text(std::string_view("科目 'x' \xF0\x9F\x98\x80"));
+  Variant whole(std::int32_t{-7});
+  const Variant array = RowArray({{empty}});
+  VARIANT by_reference{};
+  by_reference.vt = VT_BYREF | VT_BSTR;
+  by_reference.pbstrVal = &text.InPlace()->bstrVal;
+  VARIANT small{};
+  small.vt = VT_UI1;
+  small.bVal = 200;
+  VARIANT null_text{};
+  null_text.vt = VT_BSTR;
+  const VARIANT object = Variant(ComPtr<IDispatch>()).Get();
+
+  const std::vector<std::pair<VARIANT, std::string>> kinds = {
+      {date, "2024-03-05 12:00:00"},
+      {decimal, "12.5"},
+      {money, "-3.25"},
+      {error, ""},
+      {empty, ""},
+      {null.Get(), ""},
+      {text.Get(), "科目 'x' \xF0\x9F\x98\x80"},
+      {whole.Reference(), "-7"},
+      {array.Get(), ""},
+      {by_reference, "科目 'x' \xF0\x9F\x98\x80"},
+      {small, "200"},
+      {null_text, ""},
+      {object, ""},
+      {Variant(0.1).Get(), "0.1"},
+      {Variant(true).Get(), "True"}};
+  std::vector<std::vector<VARIANT>> records;
+  std::vector<Variant> codes;
+  for (std::size_t i = 0; i < kinds.size(); ++i) {
+    codes.emplace_back(std::string_view("10" + std::to_string(i + 10)));
+    records.push_back({codes.back().Get(), kinds[i].first, null.Get(), null.Get(), null.Get(),
+                       Variant(std::int32_t{1}).Get(), null.Get()});
+  }
+  host_->whole_result = RowArray(records);
+  const EventLog log(object_.Get());
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_TRUE(Refresh());
+  EXPECT_THAT(log.Errors(), testing::IsEmpty());
+  const auto grid = Grid();
+  for (std::size_t i = 0; i < kinds.size(); ++i) {
+    EXPECT_EQ(Cell(grid, static_cast<long>(i) + 1, 1), kinds[i].second) << i;
+  }
+}
+
+/// A recordset may give an array of one type, or something that is no array of rows at all.
+TEST_F(View, TakesTypedArraysAndRefusesWhatIsNone) {
+  SAFEARRAYBOUND bounds[2] = {{7, 0}, {1, 1}};  // records counted from 1
+  host_->whole_result.InPlace()->parray = SafeArrayCreate(VT_BSTR, 2, bounds);
+  host_->whole_result.InPlace()->vt = VT_ARRAY | VT_BSTR;
+  LONG position[2] = {0, 1};
+  SafeArrayPutElement(host_->whole_result.Get().parray, position,
+                      Bstr(std::string_view("1001")).Get());
+  const EventLog log(object_.Get());
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_TRUE(Refresh());
+  EXPECT_EQ(Cell(Grid(), 1, 0), "1001");
+  EXPECT_THAT(log.Errors(), testing::IsEmpty());
+  host_->whole_result = Variant(std::string_view("no rows"));
+  EXPECT_TRUE(Refresh());
+  EXPECT_THAT(log.Errors(), ElementsAre(StartsWith("DoRefresh")));
+}
+
+TEST_F(View, ObjectsHandedOutOutliveItSafely) {
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_TRUE(Refresh());
+  ComPtr<IDispatch> controls;
+  ASSERT_EQ(design_->get_Controls(controls.Put()), S_OK);
+  ComPtr<IUnknown> numbered;
+  ASSERT_EQ(controls.As<IChildControls>()->get_NewEnum(numbered.Put()), S_OK);
+  const auto walk = numbered.As<IEnumVARIANT>();
+  const auto grid = Grid();
+  form_ = nullptr;
+  design_ = nullptr;
+  object_ = nullptr;
+  long rows = 0;
+  EXPECT_TRUE(FAILED(grid->get_Rows(&rows)));
+  EXPECT_NE(ErrorText(), "");
+  EXPECT_TRUE(FAILED(grid->put_Row(1)));
+  ComPtr<IDispatch> item;
+  EXPECT_TRUE(
+      FAILED(controls.As<IChildControls>()->get_Item(Variant(std::int32_t{1}).Get(), item.Put())));
+  Variant child;
+  if (walk->Next(1, child.Put(), nullptr) == S_OK) {
+    VARIANT_BOOL visible = VARIANT_FALSE;
+    EXPECT_TRUE(FAILED(child.Object().As<IChildControl>()->get_Visible(&visible)));
+  }
+}
+
+/// The host may let go of the view while the view calls it.
+TEST_F(View, LivesToTheEndOfACallInWhichItsLastHolderLetsGo) {
+  ASSERT_EQ(Init(), S_OK);
+  IFormUI* const bare = form_.Get();
+  host_->gate = [this](const std::wstring& member) {
+    if (member != L"OpenSql") return;
+    form_ = nullptr;
+    design_ = nullptr;
+    object_ = nullptr;
+  };
+  VARIANT_BOOL done = VARIANT_FALSE;
+  EXPECT_EQ(bare->Refresh(&done), S_OK);
+  EXPECT_FALSE(object_);
+}
+
+TEST_F(View, TheHostMayClearAndStartItAgainDuringAnEvent) {
+  ASSERT_EQ(Init(), S_OK);
+  int heard = 0;
+  EventSink sink(object_.Get(), __uuidof(__Kjkm), [&](DISPID, const std::vector<Variant>&) {
+    if (heard++ != 0) return S_OK;
+    VARIANT_BOOL done = VARIANT_FALSE;
+    EXPECT_EQ(form_->Clear(&done), S_OK);
+    EXPECT_EQ(Init(), S_OK);
+    return S_OK;
+  });
+  static_cast<void>(Refresh());
+  EXPECT_TRUE(Refresh());
+  EXPECT_EQ(Cell(Grid(), 5, 0), "2202");
+}
+
+}  // namespace
+}  // namespace tavrix::test
