@@ -1,0 +1,106 @@
+#include "book/book.h"
+
+#include <filesystem>
+#include <utility>
+
+#include "book/identifiers.h"
+#include "book/paths.h"
+#include "book/schema.h"
+#include "book/settings.h"
+#include "host/account.h"
+
+namespace desk::book {
+
+namespace {
+
+void InsertCurrencies(Connection& connection, const std::vector<Currency>& currencies) {
+  int id = 0;
+  for (const Currency& currency : currencies) {
+    const host::Value values[] = {++id, currency.name, currency.code};
+    connection.Execute("insert into tvxbz(币种ID,外币名称,外币代号)values(?,?,?)", Origin::kDesk,
+                       values);
+  }
+}
+
+void InsertUnits(Connection& connection, const std::vector<Unit>& units) {
+  int id = 0;
+  for (const Unit& unit : units) {
+    const host::Value values[] = {++id, unit.name, unit.code};
+    connection.Execute("insert into tvxjldw(单位ID,名称,代码)values(?,?,?)", Origin::kDesk, values);
+  }
+}
+
+void InsertSetting(Connection& connection, std::string_view key, std::string_view value) {
+  const host::Value values[] = {host::kSystemSection, key, value};
+  connection.Execute("insert into xt_accinformation(system_code,item_code,item_value)values(?,?,?)",
+                     Origin::kDesk, values);
+}
+
+/// The program that maintains the chart, as the picker asks for it.
+void InsertPrograms(Connection& connection) {
+  connection.Execute("insert into xt_objects(progid,billitem,title)values(201,2015,'会计科目')",
+                     Origin::kDesk);
+}
+
+void Fill(Session& session, const Template& content) {
+  Transaction transaction(session);
+  Connection& connection = session.Own();
+  CreateSchema(connection);
+  InsertSetting(connection, host::kCodeRuleSetting, content.code_rule);
+  InsertSetting(connection, host::kScrollRateSetting, "5");
+  InsertCurrencies(connection, content.currencies);
+  InsertUnits(connection, content.units);
+  InsertPrograms(connection);
+  InsertAccounts(connection, content.accounts, content.code_rule);
+  transaction.Commit();
+}
+
+void RemoveFiles(const std::string& path) {
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
+    std::error_code ignored;
+    std::filesystem::remove(PathOf(path + suffix), ignored);
+  }
+}
+
+}  // namespace
+
+Book::Book(std::unique_ptr<Connection> connection)
+    : session_(std::make_shared<Session>(std::move(connection))),
+      surroundings_(std::make_shared<Surroundings>()) {}
+
+Book Book::Create(const std::string& path, const Template& content) {
+  auto connection = EngineFor(path).Open({.path = path, .access = Access::kCreate});
+  try {
+    Book book(std::move(connection));
+    Fill(*book.session_, content);
+    return book;
+  } catch (...) {
+    RemoveFiles(path);
+    throw;
+  }
+}
+
+Book Book::Open(const std::string& path) {
+  return Open(Place{.path = path});
+}
+
+Book Book::Open(const Place& place) {
+  Book book(EngineFor(place.path).Open(place));
+  book.faults_ = CheckSchema(book.session_->Own(), place.path);
+  return book;
+}
+
+std::shared_ptr<host::SystemObject> Book::System() const {
+  return std::make_shared<HostSystem>(session_, surroundings_);
+}
+
+std::string Book::Setting(const std::string& section, const std::string& key) const {
+  return ReadSetting(*session_, section, key);
+}
+
+void Book::SetSetting(const std::string& section, const std::string& key,
+                      const std::string& value) {
+  WriteSetting(*session_, section, key, value);
+}
+
+}  // namespace desk::book

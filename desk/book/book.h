@@ -1,0 +1,52 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "book/host_system.h"
+#include "book/session.h"
+#include "book/template.h"
+
+namespace desk::book {
+
+/// An open book. Objects that it gave out keep its database open after it has gone.
+class Book {
+ public:
+  /// Makes a new book at a place where nothing is. Nothing is left there when it fails.
+  /// `DatabaseError`, as for all members that reach the database.
+  [[nodiscard]] static Book Create(const std::string& path, const Template& content = {});
+  /// Opens an existing book. A book that lacks something opens all the same: see `Faults`.
+  [[nodiscard]] static Book Open(const std::string& path);
+  [[nodiscard]] static Book Open(const Place& place);
+
+  /// A book of this session alone: one path gives a new one each time.
+  static constexpr const char* kInMemory = ":memory:";
+
+  /// What the book lacks, one line for each table or column; empty for a sound book.
+  [[nodiscard]] const std::string& Faults() const { return faults_; }
+  [[nodiscard]] bool ReadOnly() const { return session_->Own().ReadOnly(); }
+
+  /// The object to hand to the controls.
+  [[nodiscard]] std::shared_ptr<host::SystemObject> System() const;
+  /// What `System` tells of the application; changes count at once.
+  [[nodiscard]] Surroundings& Around() { return *surroundings_; }
+
+  /// Overrides the connection property "driver": "jet", or the engine's name ("sqlite").
+  void SetDriver(const std::string& driver) { session_->SetDriver(driver); }
+  [[nodiscard]] const std::string& Driver() const { return session_->Driver(); }
+
+  [[nodiscard]] std::string Setting(const std::string& section, const std::string& key) const;
+  void SetSetting(const std::string& section, const std::string& key, const std::string& value);
+
+  /// For the desk's own statements.
+  [[nodiscard]] Session& GetSession() const { return *session_; }
+
+ private:
+  explicit Book(std::unique_ptr<Connection> connection);
+
+  std::shared_ptr<Session> session_;
+  std::shared_ptr<Surroundings> surroundings_;
+  std::string faults_;
+};
+
+}  // namespace desk::book

@@ -1,0 +1,145 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "host/error.h"
+#include "host/row_set.h"
+#include "host/value.h"
+
+/// The database layer: what the desk needs of an engine, and nothing else. Whoever adds an engine
+/// implements `Engine`, `Connection` and `Rows`; all above them stays as it is.
+namespace desk::book {
+
+namespace host = tavrix::host;
+
+/// Why a database refused, as far as somebody acts on it.
+enum class Trouble {
+  kOther,
+  kLocked,     ///< another user holds the book; trying again may help
+  kReadOnly,   ///< the book cannot be written
+  kFull,       ///< no room on the disk
+  kDuplicate,  ///< a key of the schema forbids the row
+  kRefused,    ///< a statement that the desk does not pass on
+  kDamaged,    ///< the file is no database, no book, or broken
+};
+
+/// A refusal with a text for users, in which the engine's own words stand too.
+class DatabaseError : public host::HostError {
+ public:
+  DatabaseError(Trouble trouble, const std::string& text)
+      : host::HostError(text), trouble_(trouble) {}
+  [[nodiscard]] Trouble Reason() const { return trouble_; }
+
+ private:
+  Trouble trouble_;
+};
+
+/// Whose statement it is. A caller's statement is exactly one SELECT, INSERT, UPDATE or DELETE on
+/// the tables of the schema; the desk's own statements may be anything.
+enum class Origin { kCaller, kDesk };
+
+/// Takes the cells of a result in reading order, each as the kind that the engine holds.
+class CellSink {
+ public:
+  virtual ~CellSink() = default;
+  virtual void OnNull() = 0;
+  virtual void OnWhole(std::int64_t number) = 0;
+  virtual void OnNumber(double number) = 0;
+  /// Valid during the call.
+  virtual void OnText(std::string_view text) = 0;
+
+ protected:
+  CellSink() = default;
+  CellSink(const CellSink&) = default;
+  CellSink& operator=(const CellSink&) = default;
+};
+
+/// Passes `value` to `sink`; what has no kind of its own there goes as text.
+void PassCell(const host::Value& value, CellSink& sink);
+
+/// The rows of a running query, read forward once. It stands before its first row at the start.
+/// All of it may throw `DatabaseError`.
+class Rows {
+ public:
+  virtual ~Rows() = default;
+  /// Moves to the next row; false when there is none.
+  [[nodiscard]] virtual bool Next() = 0;
+  [[nodiscard]] virtual int Columns() const = 0;
+  [[nodiscard]] virtual std::string ColumnName(int column) const = 0;
+  /// A column of the current row, from 0.
+  [[nodiscard]] virtual host::Value Get(int column) const = 0;
+  /// Appends the current row and all that follow, whose columns `rows` must have; the fast way to
+  /// read a whole result.
+  virtual void AppendRest(host::RowSet& rows) = 0;
+  /// As `AppendRest`, with the kinds kept.
+  virtual void PassRest(CellSink& sink) = 0;
+
+ protected:
+  Rows() = default;
+  Rows(const Rows&) = default;
+  Rows& operator=(const Rows&) = default;
+};
+
+using Values = std::span<const host::Value>;
+
+/// One connection to one book. One thread. Parameters fill the question marks of a statement in
+/// order. All members throw `DatabaseError`.
+class Connection {
+ public:
+  virtual ~Connection() = default;
+  [[nodiscard]] virtual std::unique_ptr<Rows> Query(const std::string& sql, Origin origin,
+                                                    Values parameters = {}) = 0;
+  /// Runs a statement to its end; rows that it gives are dropped.
+  virtual void Execute(const std::string& sql, Origin origin, Values parameters = {}) = 0;
+  /// Starts a transaction that will write. It waits for other writers, within the connection's
+  /// patience; once it has begun, nobody else writes.
+  virtual void Begin() = 0;
+  virtual void Commit() = 0;
+  /// Ends a transaction without effect. Does nothing outside one.
+  virtual void Rollback() noexcept = 0;
+  /// The engine's name, as the connection property "driver" gives it.
+  [[nodiscard]] virtual std::string Driver() const = 0;
+  [[nodiscard]] virtual bool ReadOnly() const = 0;
+  [[nodiscard]] virtual bool HasTable(std::string_view table) = 0;
+  /// Whether the table has the column; names without regard to case.
+  [[nodiscard]] virtual bool HasColumn(std::string_view table, std::string_view column) = 0;
+  /// The version of the book's schema; 0 for a book that others made.
+  [[nodiscard]] virtual int SchemaVersion() = 0;
+  virtual void SetSchemaVersion(int version) = 0;
+
+ protected:
+  Connection() = default;
+  Connection(const Connection&) = default;
+  Connection& operator=(const Connection&) = default;
+};
+
+enum class Access { kCreate, kReadWrite, kReadOnly };
+
+/// What a book is opened with.
+struct Place {
+  std::string path;  ///< a file, or ":memory:" for a book that lives as long as its connection
+  Access access = Access::kReadWrite;
+  std::chrono::milliseconds patience{5000};  ///< how long to wait for other users
+};
+
+class Engine {
+ public:
+  virtual ~Engine() = default;
+  /// With `Access::kCreate` the place must be free; it is an empty database afterwards.
+  [[nodiscard]] virtual std::unique_ptr<Connection> Open(const Place& place) const = 0;
+
+ protected:
+  Engine() = default;
+  Engine(const Engine&) = default;
+  Engine& operator=(const Engine&) = default;
+};
+
+/// The engine that serves `path`.
+[[nodiscard]] const Engine& EngineFor(std::string_view path);
+
+}  // namespace desk::book

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <array>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "book/database.h"
+
+/// The tables of a book.
+namespace desk::book {
+
+inline constexpr int kSchemaVersion = 1;
+
+/// How a column is kept.
+enum class ColumnKind {
+  kKey,       ///< whole number, the table's key
+  kWhole,     ///< whole number, 0 unless given
+  kOptional,  ///< whole number, null unless given
+  kFlag,      ///< 0 or 1, 0 unless given
+  kText,      ///< text, empty unless given
+  kCode,      ///< text that compares without case, so that a prefix search can use its index
+  kMoney,     ///< hundredths of the currency's unit, 0 unless given
+  kNumber,    ///< a number with a fraction, 0 unless given
+  kKeyText,   ///< text that is part of the table's key
+};
+
+struct Column {
+  std::string_view name;
+  ColumnKind kind;
+};
+
+struct Table {
+  std::string_view name;
+  std::span<const Column> columns;
+  std::span<const std::string_view> indexes;  ///< the statements that make them
+};
+
+/// The tables that callers' statements may use, the chart of accounts first.
+[[nodiscard]] std::span<const Table> SchemaTables();
+
+/// Null when callers may not use a table of that name (without regard to case).
+[[nodiscard]] const Table* FindSchemaTable(std::string_view name);
+
+/// Makes all tables in an empty database; runs inside the caller's transaction.
+void CreateSchema(Connection& connection);
+
+/// Makes the desk's own table of given identifiers in a book that has none.
+void EnsureIdentifierTable(Connection& connection);
+
+/// Refuses a database that is no book, or one of a later version. What else a book lacks, tables
+/// and columns, comes back as text, one line for each: such a book can be used in part.
+[[nodiscard]] std::string CheckSchema(Connection& connection, const std::string& path);
+
+}  // namespace desk::book

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "book/database.h"
+
+namespace desk::book {
+
+/// A result that is still being read. Before anything is written it takes its remaining rows into
+/// memory, so that it goes on showing what was there when it was opened.
+class LiveResult {
+ public:
+  virtual void Keep() noexcept = 0;
+
+ protected:
+  LiveResult() = default;
+  LiveResult(const LiveResult&) = default;
+  LiveResult& operator=(const LiveResult&) = default;
+  ~LiveResult() = default;
+};
+
+/// One open book as all its objects share it: the connection, the dialect that callers speak, and
+/// the results that are still being read.
+class Session {
+ public:
+  explicit Session(std::unique_ptr<Connection> connection);
+
+  /// What the property "driver" says: the engine's own name unless it is overridden. "jet" means
+  /// that callers' statements come in the Jet dialect.
+  [[nodiscard]] const std::string& Driver() const { return driver_; }
+  void SetDriver(std::string driver) { driver_ = std::move(driver); }
+
+  /// A caller's statement. `DatabaseError` when it fails.
+  [[nodiscard]] std::unique_ptr<Rows> Query(const std::string& sql);
+  void Execute(const std::string& sql);
+
+  /// For the desk's own statements. Those that write belong inside a `Transaction`.
+  [[nodiscard]] Connection& Own() { return *connection_; }
+
+  void Add(LiveResult& result) { live_.push_back(&result); }
+  void Remove(LiveResult& result) { std::erase(live_, &result); }
+  void KeepResults() noexcept;
+
+ private:
+  [[nodiscard]] std::string Translated(const std::string& sql) const;
+
+  std::unique_ptr<Connection> connection_;
+  std::string driver_;
+  std::vector<LiveResult*> live_;
+};
+
+/// The desk's own changes, all or nothing: undone unless committed.
+class Transaction {
+ public:
+  explicit Transaction(Session& session);
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  ~Transaction();
+  void Commit();
+
+ private:
+  Connection& connection_;
+  bool open_ = true;
+};
+
+}  // namespace desk::book

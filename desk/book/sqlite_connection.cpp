@@ -1,0 +1,128 @@
+#include "book/sqlite_connection.h"
+
+#include <string_view>
+#include <utility>
+
+#include "book/sql_text.h"
+#include "book/sqlite_error.h"
+#include "book/sqlite_functions.h"
+
+namespace desk::book {
+
+SqliteConnection::SqliteConnection(SqliteHandle database, const Place& place)
+    : database_(std::move(database)) {
+  sqlite3_extended_result_codes(database_.get(), 1);
+  sqlite3_busy_timeout(database_.get(), static_cast<int>(place.patience.count()));
+  guard_.Install(database_.get());
+  AddSqliteFunctions(database_.get());
+  SetUp(place);
+}
+
+void SqliteConnection::SetUp(const Place& place) {
+  const auto set = [this](const char* pragma) { Execute(pragma, Origin::kDesk, {}); };
+  set("pragma cache_size=-32000");
+  set("pragma synchronous=full");
+  if (place.access == Access::kReadOnly || ReadOnly()) return;
+  try {
+    set("pragma journal_mode=wal");
+  } catch (const DatabaseError& error) {
+    // Somebody else has the book open in another mode: it serves, and changes another time.
+    if (error.Reason() != Trouble::kLocked) throw;
+  }
+}
+
+SqliteStatement SqliteConnection::Prepare(const std::string& sql, Origin origin,
+                                          Values parameters) {
+  if (origin == Origin::kCaller) CheckCallerStatement(sql);
+  const SqliteGuard::Watch watch(guard_, origin == Origin::kCaller);
+  sqlite3_stmt* raw = nullptr;
+  const int result = sqlite3_prepare_v3(database_.get(), sql.data(), static_cast<int>(sql.size()),
+                                        0, &raw, nullptr);
+  SqliteStatement statement(raw);
+  if (result != SQLITE_OK) {
+    if (guard_.Objection().empty()) throw SqliteError(database_.get());
+    throw DatabaseError(Trouble::kRefused, guard_.Objection());
+  }
+  for (std::size_t i = 0; i < parameters.size(); ++i) {
+    Bind(statement.get(), static_cast<int>(i) + 1, parameters[i]);
+  }
+  return statement;
+}
+
+void SqliteConnection::Bind(sqlite3_stmt* statement, int position, const host::Value& value) {
+  int result = SQLITE_OK;
+  if (const auto* whole = std::get_if<std::int64_t>(&value.Raw())) {
+    result = sqlite3_bind_int64(statement, position, *whole);
+  } else if (const auto* flag = std::get_if<bool>(&value.Raw())) {
+    result = sqlite3_bind_int(statement, position, *flag ? 1 : 0);
+  } else if (const auto* real = std::get_if<double>(&value.Raw())) {
+    result = sqlite3_bind_double(statement, position, *real);
+  } else if (!value.IsNull()) {
+    const std::string text = value.ToText();
+    result = sqlite3_bind_text64(statement, position, text.data(), text.size(), SQLITE_TRANSIENT,
+                                 SQLITE_UTF8);
+  }
+  if (result != SQLITE_OK) throw SqliteError(database_.get());
+}
+
+std::unique_ptr<Rows> SqliteConnection::Query(const std::string& sql, Origin origin,
+                                              Values parameters) {
+  SqliteStatement statement = Prepare(sql, origin, parameters);
+  // A statement that changes rows would do so halfway when its rows are read halfway.
+  const bool reads =
+      sqlite3_stmt_readonly(statement.get()) != 0 && sqlite3_column_count(statement.get()) > 0;
+  if (origin == Origin::kCaller && !reads) {
+    throw DatabaseError(Trouble::kRefused, "这条语句不是查询");
+  }
+  return std::make_unique<SqliteRows>(std::move(statement));
+}
+
+void SqliteConnection::Execute(const std::string& sql, Origin origin, Values parameters) {
+  SqliteRows rows(Prepare(sql, origin, parameters));
+  while (rows.Next()) {
+  }
+}
+
+void SqliteConnection::Begin() {
+  Execute("begin immediate", Origin::kDesk, {});
+}
+
+void SqliteConnection::Commit() {
+  Execute("commit", Origin::kDesk, {});
+}
+
+void SqliteConnection::Rollback() noexcept {
+  // Some failures have rolled back already.
+  if (sqlite3_get_autocommit(database_.get()) != 0) return;
+  sqlite3_exec(database_.get(), "rollback", nullptr, nullptr, nullptr);
+}
+
+bool SqliteConnection::ReadOnly() const {
+  return sqlite3_db_readonly(database_.get(), "main") == 1;
+}
+
+bool SqliteConnection::HasTable(std::string_view table) {
+  const host::Value name(table);
+  const auto rows =
+      Query("select 1 from sqlite_master where type in('table','view') and name=? collate nocase",
+            Origin::kDesk, {&name, 1});
+  return rows->Next();
+}
+
+bool SqliteConnection::HasColumn(std::string_view table, std::string_view column) {
+  const host::Value names[] = {table, column};
+  const auto rows =
+      Query("select 1 from pragma_table_info(?) where name=? collate nocase", Origin::kDesk, names);
+  return rows->Next();
+}
+
+int SqliteConnection::SchemaVersion() {
+  const auto rows = Query("pragma user_version", Origin::kDesk, {});
+  return rows->Next() ? rows->Get(0).ToLong() : 0;
+}
+
+void SqliteConnection::SetSchemaVersion(int version) {
+  Execute("pragma user_version=" + std::to_string(version), Origin::kDesk, {});
+}
+
+}  // namespace desk::book

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <sqlite3.h>
+
+#include <memory>
+#include <string>
+
+#include "book/database.h"
+#include "book/sqlite_guard.h"
+#include "book/sqlite_rows.h"
+
+namespace desk::book {
+
+struct SqliteCloser {
+  void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
+};
+using SqliteHandle = std::unique_ptr<sqlite3, SqliteCloser>;
+
+class SqliteConnection : public Connection {
+ public:
+  /// Takes an open database and sets it up: functions, waiting, durability.
+  SqliteConnection(SqliteHandle database, const Place& place);
+
+  [[nodiscard]] std::unique_ptr<Rows> Query(const std::string& sql, Origin origin,
+                                            Values parameters) override;
+  void Execute(const std::string& sql, Origin origin, Values parameters) override;
+  void Begin() override;
+  void Commit() override;
+  void Rollback() noexcept override;
+  [[nodiscard]] std::string Driver() const override { return "sqlite"; }
+  [[nodiscard]] bool ReadOnly() const override;
+  [[nodiscard]] bool HasTable(std::string_view table) override;
+  [[nodiscard]] bool HasColumn(std::string_view table, std::string_view column) override;
+  [[nodiscard]] int SchemaVersion() override;
+  void SetSchemaVersion(int version) override;
+
+ private:
+  void SetUp(const Place& place);
+  [[nodiscard]] SqliteStatement Prepare(const std::string& sql, Origin origin, Values parameters);
+  void Bind(sqlite3_stmt* statement, int position, const host::Value& value);
+
+  SqliteGuard guard_;  // before the handle: closing it may still ask the guard
+  SqliteHandle database_;
+};
+
+}  // namespace desk::book

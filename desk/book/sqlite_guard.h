@@ -1,0 +1,42 @@
+#pragma once
+
+#include <sqlite3.h>
+
+#include <string>
+
+namespace desk::book {
+
+/// Holds callers' statements to reading and changing rows of the schema's tables, while a
+/// `Watch` lives; the desk's own statements are free. Installed in one connection.
+class SqliteGuard {
+ public:
+  void Install(sqlite3* database);
+  /// Why the last watched statement was refused; empty when the guard had no objection.
+  [[nodiscard]] const std::string& Objection() const { return objection_; }
+
+  class Watch {
+   public:
+    Watch(SqliteGuard& guard, bool on) : guard_(guard) {
+      guard_.on_ = on;
+      guard_.objection_.clear();
+    }
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+    ~Watch() { guard_.on_ = false; }
+
+   private:
+    SqliteGuard& guard_;
+  };
+
+ private:
+  static int Authorize(void* self, int action, const char* first, const char* second,
+                       const char* database, const char* trigger) noexcept;
+  [[nodiscard]] int Judge(int action, const char* table);
+  [[nodiscard]] int JudgeTable(const char* table);
+  [[nodiscard]] int Object(std::string reason);
+
+  bool on_ = false;
+  std::string objection_;
+};
+
+}  // namespace desk::book

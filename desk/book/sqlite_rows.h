@@ -1,0 +1,36 @@
+#pragma once
+
+#include <sqlite3.h>
+
+#include <memory>
+#include <string>
+
+#include "book/database.h"
+
+namespace desk::book {
+
+struct SqliteFinalizer {
+  void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using SqliteStatement = std::unique_ptr<sqlite3_stmt, SqliteFinalizer>;
+
+/// The rows of a prepared statement, straight from the engine.
+class SqliteRows : public Rows {
+ public:
+  explicit SqliteRows(SqliteStatement statement) : statement_(std::move(statement)) {}
+  [[nodiscard]] bool Next() override;
+  [[nodiscard]] int Columns() const override { return sqlite3_column_count(statement_.get()); }
+  [[nodiscard]] std::string ColumnName(int column) const override;
+  [[nodiscard]] host::Value Get(int column) const override;
+  void AppendRest(host::RowSet& rows) override;
+  void PassRest(CellSink& sink) override;
+
+ private:
+  void AppendCell(host::RowSet& rows, int column) const;
+  void PassCell(CellSink& sink, int column) const;
+  [[nodiscard]] sqlite3_value* CellAt(int column) const;
+
+  SqliteStatement statement_;
+};
+
+}  // namespace desk::book

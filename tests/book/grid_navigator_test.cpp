@@ -1,0 +1,106 @@
+#include "book/grid_navigator.h"
+
+#include <gtest/gtest.h>
+
+#include "viewkit/flex_grid.h"
+
+namespace desk::book {
+namespace {
+
+using tavrix::viewkit::FlexGrid;
+
+/// Rows from 1: 1001 Cash, 1002 Bank (100201 ICBC, 100202 CCB (10020201 USD)), 5001 Cost.
+class NavigatorTest : public testing::Test {
+ protected:
+  NavigatorTest() {
+    grid_.SetFixedRows(1);
+    grid_.SetCols(3);
+    host::RowSet rows(3);
+    const std::pair<const char*, const char*> accounts[] = {
+        {"1001", "Cash"},  {"1002", "Bank"},         {"100201", "ICBC"},
+        {"100202", "CCB"}, {"10020201", "USD 美元"}, {"5001", "Cost"}};
+    for (const auto& [code, name] : accounts) {
+      rows.AppendText(code);
+      rows.AppendText(name);
+      rows.AppendText("hidden");
+    }
+    grid_.LoadRows(std::move(rows));
+    grid_.SetColHidden(2, true);
+    for (const auto& [row, level] : {std::pair{1, 0}, {2, 0}, {3, 1}, {4, 1}, {5, 2}, {6, 0}}) {
+      grid_.SetIsSubtotal(row, true);
+      grid_.SetRowOutlineLevel(row, level);
+    }
+    grid_.Outline(0);
+  }
+  [[nodiscard]] std::vector<int> Shown() const {
+    std::vector<int> rows;
+    for (int row = 1; row < grid_.Rows(); ++row) {
+      if (grid_.IsShown(row)) rows.push_back(row);
+    }
+    return rows;
+  }
+  FlexGrid grid_{"Vs"};
+  GridSearch search_;
+};
+
+TEST_F(NavigatorTest, MovesOverShownRows) {
+  EXPECT_TRUE(search_.MoveNext(grid_));
+  EXPECT_EQ(grid_.Row(), 1);
+  EXPECT_FALSE(search_.MovePrevious(grid_));
+  EXPECT_TRUE(search_.MoveNext(grid_));
+  EXPECT_TRUE(search_.MoveNext(grid_));
+  EXPECT_EQ(grid_.Row(), 6);
+  EXPECT_FALSE(search_.MoveNext(grid_));
+  EXPECT_TRUE(search_.MovePrevious(grid_));
+  EXPECT_EQ(grid_.Row(), 2);
+  EXPECT_TRUE(search_.MoveBottom(grid_));
+  EXPECT_EQ(grid_.Row(), 6);
+  EXPECT_TRUE(search_.MoveTop(grid_));
+  EXPECT_EQ(grid_.Row(), 1);
+}
+
+TEST_F(NavigatorTest, FindOpensTheWayAndGoesRound) {
+  EXPECT_TRUE(search_.Find(grid_, " c"));
+  EXPECT_EQ(grid_.Row(), 1);
+  EXPECT_TRUE(search_.FindNext(grid_));
+  EXPECT_EQ(grid_.Row(), 3);
+  EXPECT_TRUE(grid_.IsShown(3));
+  EXPECT_TRUE(search_.Find(grid_, "usd"));
+  EXPECT_EQ(grid_.Row(), 5);
+  EXPECT_TRUE(grid_.IsShown(5));
+  EXPECT_TRUE(search_.FindNext(grid_)) << "round to the row that stands";
+  EXPECT_EQ(grid_.Row(), 5);
+  EXPECT_TRUE(search_.Find(grid_, "1001"));
+  EXPECT_EQ(grid_.Row(), 1);
+}
+
+TEST_F(NavigatorTest, FindsNothingWhereNothingIs) {
+  EXPECT_FALSE(search_.FindNext(grid_));
+  grid_.SetRow(2);
+  for (const char* text : {"", "  ", "nowhere", "hidden"}) {
+    EXPECT_FALSE(search_.Find(grid_, text)) << text;
+  }
+  EXPECT_FALSE(search_.Find(grid_, host::Value()));
+  EXPECT_EQ(grid_.Row(), 2);
+  grid_.SetRows(1);
+  EXPECT_FALSE(search_.Find(grid_, "1001"));
+  EXPECT_FALSE(search_.MoveTop(grid_));
+  EXPECT_FALSE(search_.MoveBottom(grid_));
+}
+
+TEST_F(NavigatorTest, FilterKeepsAncestors) {
+  grid_.SetRow(1);
+  EXPECT_TRUE(search_.Filter(grid_, "美元"));
+  EXPECT_EQ(Shown(), (std::vector{2, 4, 5}));
+  EXPECT_EQ(grid_.Row(), 5) << "the current row was filtered away";
+  EXPECT_FALSE(search_.Find(grid_, "ICBC"));
+  EXPECT_TRUE(search_.Filter(grid_, "ICBC"));
+  EXPECT_EQ(Shown(), (std::vector{2, 3}));
+  EXPECT_FALSE(search_.Filter(grid_, "nowhere"));
+  EXPECT_TRUE(Shown().empty());
+  EXPECT_TRUE(search_.Filter(grid_, ""));
+  EXPECT_EQ(Shown().size(), 6U);
+}
+
+}  // namespace
+}  // namespace desk::book

@@ -1,0 +1,94 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+
+#include "book/files.h"
+#include "book/paths.h"
+#include "book/settings_file.h"
+#include "book/settings_text.h"
+#include "host/error.h"
+#include "support/test_book.h"
+
+namespace desk::book {
+namespace {
+
+TEST(SettingsTextTest, KeepsWhatItDoesNotKnow) {
+  const std::string text =
+      "; 我的设置\n[Other]\na = 1\n\n[Vs]\nVsCol0 =  12 \nnonsense\n# note\n\n[Form]\n";
+  SettingsText settings(text);
+  EXPECT_EQ(settings.Text(), text);
+  EXPECT_EQ(settings.Read("vs", "VSCOL0"), "12");
+  EXPECT_FALSE(settings.Write("Vs", "VsCol0", "12"));
+  EXPECT_TRUE(settings.Write("Vs", "VsCol1", "7"));
+  EXPECT_TRUE(settings.Write("Other", "a", "2"));
+  EXPECT_TRUE(settings.Write("New", "k", "v"));
+  EXPECT_EQ(settings.Text(),
+            "; 我的设置\n[Other]\na=2\n\n[Vs]\nVsCol0 =  12 \nnonsense\n# note\nVsCol1=7\n\n"
+            "[Form]\n\n[New]\nk=v\n");
+}
+
+TEST(SettingsTextTest, AnyTextComesBack) {
+  const std::string values[] = {"",        " blank ", "a\r\nb\tc", "\"quoted\"", "\"",
+                                "C:\\new", "\\n",     "[x]",       ";x",         "a=b",
+                                "科目",    "\\",      "\"a\\\"",   "#",          "x\\"};
+  for (const std::string& text : values) {
+    SettingsText settings;
+    settings.Write("s" + text, text, text);
+    settings.Write("s" + text, text + "2", "other");
+    const SettingsText read(settings.Text());
+    EXPECT_EQ(read.Read("s" + text, text), text) << settings.Text();
+    EXPECT_EQ(read.Read("s" + text, text + "2"), "other") << settings.Text();
+  }
+}
+
+TEST(SettingsTextTest, ReadsWhatPeopleWrite) {
+  const SettingsText settings(
+      "\xEF\xBB\xBF[A]\r\nk=1\r\n[a]\r\nk=2\r\n[broken\r\n=x\r\n\"=\r\nlast=3");
+  EXPECT_EQ(settings.Read("A", "k"), "1") << "the first of two counts";
+  EXPECT_EQ(settings.Read("A", ""), std::nullopt);
+  EXPECT_EQ(settings.Read("nothing", "k"), std::nullopt);
+  EXPECT_EQ(SettingsText("k=1\n").Read("", "k"), std::nullopt);
+}
+
+class SettingsFileTest : public testing::Test {
+ protected:
+  [[nodiscard]] std::string OnDisk() const { return ReadFile(PathOf(path_)); }
+  tavrix::test::TempFolder folder_;
+  std::string path_ = folder_.File("设置.txt");
+};
+
+TEST_F(SettingsFileTest, ObjectsOnOneFileShareIt) {
+  SharedSettingsFile second;
+  {
+    SharedSettingsFile first;
+    first.SetFileName(path_);
+    second.SetFileName(folder_.File("./设置.txt"));
+    first.WriteValue("Vs", "VsCol0", "100");
+    EXPECT_EQ(second.ReadValue("Vs", "VsCol0", ""), "100");
+  }
+  EXPECT_EQ(OnDisk(), "") << "replaced only when the last one goes";
+  second.WriteValue("Vs", "VsCol1", "200");
+  second.SetFileName(folder_.File("another.txt"));
+  EXPECT_EQ(OnDisk(), "[Vs]\r\nVsCol0=100\r\nVsCol1=200\r\n");
+  EXPECT_EQ(second.ReadValue("Vs", "VsCol0", "none"), "none");
+}
+
+TEST_F(SettingsFileTest, ReadingLeavesTheFileAlone) {
+  SharedSettingsFile file;
+  file.SetFileName(path_);
+  EXPECT_EQ(file.ReadValue("a", "b", "c"), "c");
+  file.SetFileName(folder_.File("x"));
+  EXPECT_FALSE(std::filesystem::exists(PathOf(path_)));
+}
+
+TEST_F(SettingsFileTest, SaysAtOnceWhenItCannotWrite) {
+  SharedSettingsFile file;
+  EXPECT_THROW(file.WriteValue("a", "b", "c"), host::HostError);
+  file.SetFileName(folder_.File("missing/x.txt"));
+  EXPECT_THROW(file.WriteValue("a", "b", "c"), host::HostError);
+  EXPECT_EQ(file.ReadValue("a", "b", "none"), "none");
+}
+
+}  // namespace
+}  // namespace desk::book
