@@ -1,0 +1,67 @@
+#pragma once
+
+#include <algorithm>
+#include <ctime>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tavrix::bench {
+
+/// Prints one figure (name, size, measured ratio, limit, separated by tabs) and remembers whether
+/// any has passed its limit.
+class Figures {
+ public:
+  void Print(const std::string& name, long size, double ratio, double limit);
+  /// For what is only told, without a limit.
+  static void Tell(const std::string& name, long size, double value, const std::string& unit);
+  [[nodiscard]] bool Within() const { return within_; }
+
+ private:
+  bool within_ = true;
+};
+
+/// Milliseconds of processor time that this process has used. All that is measured runs on one
+/// thread, and other programs on the machine do not count.
+[[nodiscard]] inline double ProcessorTime() {
+  timespec now{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+[[nodiscard]] inline double MedianOf(std::vector<double> times) {
+  const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+  std::nth_element(times.begin(), middle, times.end());
+  return *middle;
+}
+
+/// Processor time that `work` took: the median of `rounds`.
+template <class Work>
+[[nodiscard]] double Median(int rounds, Work&& work) {
+  std::vector<double> times;
+  for (int round = 0; round < rounds; ++round) {
+    const double start = ProcessorTime();
+    work();
+    times.push_back(ProcessorTime() - start);
+  }
+  return MedianOf(std::move(times));
+}
+
+/// The medians of two jobs measured in turn, so that both see the same machine.
+struct Pair {
+  double floor = 0;
+  double measured = 0;
+  [[nodiscard]] double Ratio() const { return measured / floor; }
+};
+template <class Floor, class Measured>
+[[nodiscard]] Pair InTurn(int rounds, Floor&& floor, Measured&& measured) {
+  std::vector<double> floors;
+  std::vector<double> times;
+  for (int round = 0; round < rounds; ++round) {
+    floors.push_back(Median(1, floor));
+    times.push_back(Median(1, measured));
+  }
+  return {MedianOf(floors), MedianOf(times)};
+}
+
+}  // namespace tavrix::bench

@@ -1,0 +1,151 @@
+#include "list_bench.h"
+
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <stdexcept>
+
+#include "chart.h"
+#include "host/account.h"
+#include "view.h"
+
+namespace tavrix::bench {
+
+namespace {
+
+constexpr double kRefreshLimit = 1.5;
+constexpr double kUpdateLimit = 1.0 / 20;
+constexpr double kMemoryLimit = 64;  // MiB
+
+constexpr const char* kColumns = "select ccode,ccode_name,cexch_name,'',i_id,igrade,cclass";
+
+/// The rows of the seven pages, copied into one buffer.
+int FetchPages(const Connection& connection) {
+  std::string buffer;
+  int rows =
+      connection.FetchAndCopy(std::string(kColumns) + " from gl_code order by ccode", buffer);
+  for (const std::string_view category : host::kCategories) {
+    std::string sql = kColumns;
+    sql.append(" from gl_code where cclass='").append(category).append("' order by ccode");
+    buffer.clear();
+    rows += connection.FetchAndCopy(sql, buffer);
+  }
+  return rows;
+}
+
+Pair MeasureRefresh(const std::string& path, int rounds) {
+  View view(path);
+  const Connection connection(path);
+  view.Refresh();
+  const int rows = FetchPages(connection);
+  int shown = 0;
+  for (int page = 0; page < maintenance::Kjkm::kPages; ++page) shown += view.Page(page).Rows() - 1;
+  if (rows != shown) throw std::runtime_error("the pages do not hold the rows of the book");
+  return InTurn(
+      rounds, [&] { (void)FetchPages(connection); }, [&] { view.Refresh(); });
+}
+
+void MeasureUpdate(Figures& figures, const std::string& path, long size) {
+  View view(path);
+  view.Refresh();
+  const int middle = view.Page(0).Rows() / 2;
+  std::vector<double> updates;
+  const double refresh = Median(7, [&] { view.Refresh(); });
+  for (int round = 0; round < 7; ++round) {
+    const int id = std::stoi(std::string(view.Page(0).TextMatrix(middle, 4)));
+    view.Edit(middle, [&](editing::FmBkmAdd& dialog) {
+      updates.push_back(Median(1, [&] { dialog.EvHasLoad.Raise(false, id); }));
+    });
+  }
+  std::sort(updates.begin(), updates.end());
+  Figures::Tell("update", size, updates[3], "ms");
+  figures.Print("one row brought up to date over a refresh", size, updates[3] / refresh,
+                kUpdateLimit);
+}
+
+std::string Chart(const std::string& folder, int accounts) {
+  std::string path = folder + "/chart" + std::to_string(accounts) + ".book";
+  (void)desk::book::Book::Create(path);
+  FillChart(path, accounts);
+  return path;
+}
+
+double PeakMiB() {
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;) {
+    if (word != "VmHWM:") continue;
+    double kilobytes = 0;
+    status >> kilobytes;
+    return kilobytes / 1024;
+  }
+  throw std::runtime_error("no VmHWM");
+}
+
+/// What a process of its own, which has seen nothing else, reports as its peak.
+double PeakOfRefresh(const std::string& path) {
+  const std::string program = std::filesystem::read_symlink("/proc/self/exe").string();
+  const std::string command = "'" + program + "' --peak '" + path + "'";
+  FILE* pipe = popen(command.c_str(), "r");
+  if (pipe == nullptr) throw std::runtime_error("popen");
+  double peak = NAN;
+  const bool told = std::fscanf(pipe, "%lf", &peak) == 1;
+  if (pclose(pipe) != 0 || !told) throw std::runtime_error("the measured process failed");
+  return peak;
+}
+
+}  // namespace
+
+void MeasureList(Figures& figures, const std::string& folder) {
+  struct Size {
+    int accounts;
+    int rounds;
+  };
+  double before = 0;
+  for (const Size size : {Size{1000, 25}, Size{10000, 11}, Size{100000, 7}}) {
+    const std::string path = Chart(folder, size.accounts);
+    const Pair pair = MeasureRefresh(path, size.rounds);
+    Figures::Tell("refresh", size.accounts, pair.measured, "ms");
+    // Fixed costs weigh at the small sizes; the limit that counts is the one at 100,000.
+    const double limit = size.accounts == 100000 ? kRefreshLimit : 2 * kRefreshLimit;
+    figures.Print("refresh over fetch and copy", size.accounts, pair.Ratio(), limit);
+    // The queries sort, which is n log n; the view's share must not grow beyond that.
+    if (before > 0) {
+      figures.Print("refresh: growth of the ratio from a tenth", size.accounts,
+                    pair.Ratio() / before, 1.25);
+    }
+    before = pair.Ratio();
+    if (size.accounts == 100000) MeasureUpdate(figures, path, size.accounts);
+  }
+}
+
+void MeasureBook(Figures& figures, const std::string& path) {
+  const Pair pair = MeasureRefresh(path, 7);
+  std::string buffer;
+  const int accounts = Connection(path).FetchAndCopy("select i_ID from gl_code", buffer);
+  Figures::Tell("refresh", accounts, pair.measured, "ms");
+  figures.Print("refresh over fetch and copy", accounts, pair.Ratio(), kRefreshLimit);
+  MeasureUpdate(figures, path, accounts);
+}
+
+void PrintPeak(const std::string& path) {
+  View view(path);
+  view.Refresh();
+  view.Refresh();
+  std::printf("%.3f\n", PeakMiB());
+}
+
+void MeasureMemory(Figures& figures, const std::string& folder) {
+  const std::string empty = Chart(folder, 0);
+  const std::string path = folder + "/chart100000.book";
+  const Connection connection(path);
+  (void)FetchPages(connection);
+  const double cache = static_cast<double>(connection.CacheUsed()) / (1024 * 1024);
+  const double peak = PeakOfRefresh(path) - PeakOfRefresh(empty);
+  Figures::Tell("page cache left out", 100000, cache, "MiB");
+  figures.Print("peak memory of seven pages, MiB", 100000, peak - cache, kMemoryLimit);
+}
+
+}  // namespace tavrix::bench
