@@ -1,0 +1,98 @@
+#include "support/test_book.h"
+
+#include <atomic>
+#include <chrono>
+#include <utility>
+
+#include "book/identifiers.h"
+
+namespace tavrix::test {
+
+namespace book = desk::book;
+
+TempFolder::TempFolder() {
+  static std::atomic<int> count = 0;
+  const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+  path_ = std::filesystem::temp_directory_path() /
+          ("tavrix-" + std::to_string(now) + "-" + std::to_string(++count));
+  std::filesystem::create_directories(path_);
+}
+
+TempFolder::~TempFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+std::string TempFolder::Path() const {
+  const std::u8string text = path_.u8string();
+  return {text.begin(), text.end()};
+}
+
+std::string TempFolder::File(const std::string& name) const {
+  const std::u8string text = (path_ / std::u8string(name.begin(), name.end())).u8string();
+  return {text.begin(), text.end()};
+}
+
+std::vector<book::Account> FewAccounts() {
+  return {{.code = "1001", .name = "库存现金", .category = "资产", .help = "kcxj", .cash = true},
+          {.code = "1002", .name = "银行存款", .category = "资产", .help = "yhck", .bank = true},
+          {.code = "100201", .name = "工行", .category = "资产", .help = "gh"},
+          {.code = "100202", .name = "建行", .category = "资产", .help = "jh"},
+          {.code = "2202",
+           .name = "应付账款",
+           .category = "负债",
+           .help = "yfzk",
+           .debit = false,
+           .supplier = true},
+          {.code = "5001", .name = "生产成本", .category = "成本", .help = "sccb"},
+          {.code = "500101", .name = "基本生产成本", .category = "成本", .help = "jbsccb"},
+          {.code = "50010101", .name = "直接材料", .category = "成本", .help = "zjcl"}};
+}
+
+book::Book MakeBook(std::vector<book::Account> accounts, const std::string& code_rule) {
+  return book::Book::Create(book::Book::kInMemory,
+                            {.title = "test",
+                             .code_rule = code_rule,
+                             .accounts = std::move(accounts),
+                             .currencies = {{"EUR", "欧元"}, {"USD", "美元"}},
+                             .units = {{"01", "千克"}, {"02", "台"}}});
+}
+
+void Run(const book::Book& book, const std::string& sql) {
+  book.GetSession().KeepResults();
+  book.GetSession().Own().Execute(sql, book::Origin::kDesk);
+}
+
+namespace {
+
+std::string CellText(const host::Value& value) {
+  return value.IsNull() ? "(null)" : value.ToText();
+}
+
+}  // namespace
+
+std::string Scalar(const book::Book& book, const std::string& sql) {
+  const auto rows = book.GetSession().Own().Query(sql, book::Origin::kDesk);
+  return rows->Next() ? CellText(rows->Get(0)) : "(none)";
+}
+
+std::vector<std::string> AllRows(const book::Book& book, const std::string& sql) {
+  std::vector<std::string> all;
+  const auto rows = book.GetSession().Own().Query(sql, book::Origin::kDesk);
+  while (rows->Next()) {
+    std::string text;
+    for (int column = 0; column < rows->Columns(); ++column) {
+      text += (column == 0 ? "" : "|") + CellText(rows->Get(column));
+    }
+    all.push_back(std::move(text));
+  }
+  return all;
+}
+
+void AddPosting(const book::Book& book, const std::string& ledger, const std::string& code) {
+  const host::Value values[] = {book::NewIdentifier(book.GetSession(), ledger, "i_id"), code};
+  book.GetSession().Own().Execute("insert into " + ledger + "(i_id,ccode)values(?,?)",
+                                  book::Origin::kDesk, values);
+}
+
+}  // namespace tavrix::test
