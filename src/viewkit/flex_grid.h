@@ -1,0 +1,312 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/row_set.h"
+#include "viewkit/color.h"
+#include "viewkit/control.h"
+#include "viewkit/input.h"
+#include "viewkit/ports.h"
+
+namespace tavrix::viewkit {
+
+/// Numbers of these enumerations are the grid's customary ones; layout files hold them.
+enum class SelectionMode { kFree = 0, kByRow = 1, kByColumn = 2, kListBox = 3 };
+enum class SortOrder {
+  kNone = 0,
+  kGenericAscending = 1,  ///< numbers before texts, texts without case
+  kGenericDescending = 2,
+  kNumericAscending = 3,
+  kNumericDescending = 4,
+  kStringNoCaseAscending = 5,
+  kStringNoCaseDescending = 6,
+  kStringAscending = 7,  ///< case-sensitive, by UTF-16 code units
+  kStringDescending = 8,
+};
+enum class SubtotalFunction {
+  kNone = 0,
+  kClear = 1,
+  kSum = 2,
+  kPercent = 3,
+  kCount = 4,
+  kAverage = 5,
+  kMax = 6,
+  kMin = 7
+};
+enum class SubtotalPosition { kAbove = 0, kBelow = 1 };
+enum class Alignment {
+  kLeftTop = 0,
+  kLeftCenter = 1,
+  kLeftBottom = 2,
+  kCenterTop = 3,
+  kCenterCenter = 4,
+  kCenterBottom = 5,
+  kRightTop = 6,
+  kRightCenter = 7,
+  kRightBottom = 8,
+  kGeneral = 9
+};
+/// Data types of a column, numbered as Automation's VARTYPE.
+enum class ColumnType {
+  kEmpty = 0,
+  kLong = 3,
+  kDouble = 5,
+  kCurrency = 6,
+  kDate = 7,
+  kString = 8,
+  kBoolean = 11
+};
+
+/// An outline grid (`VSFlexGrid`): fixed header rows above data rows, any of which may be a node of
+/// an outline. 100,000 rows are ordinary work for it.
+///
+/// Sizes are twips. Rows and columns count from 0; row and column arguments outside the grid are an
+/// error (`std::out_of_range`) unless said otherwise. The current row is -1 or a fixed row when
+/// none is selected; so it is at first and after a load (`FixedRows` - 1). The outline: a row
+/// marked as subtotal is a node; its children are the rows below it up to the next node of the same
+/// or a lower level. Levels below 0 count as 0, levels above 32,767 as that.
+///
+/// A call changes the model, then tells the peer, then raises events; between `BeginUpdate` and
+/// `EndUpdate` all that waits for the last `EndUpdate`. A listener may change, reload or destroy
+/// the grid. Reading costs O(1) or O(log n); what is shown is worked out once, when it is first
+/// asked for after a change.
+class FlexGrid : public Control, public host::Grid {
+ public:
+  explicit FlexGrid(std::string name, std::optional<int> index = {});
+  ~FlexGrid() override;
+
+  [[nodiscard]] std::string TypeName() const override { return "VSFlexGrid"; }
+  [[nodiscard]] bool PrefersFocus() const override { return true; }
+
+  // --- size and content
+  [[nodiscard]] int Rows() const override;
+  /// Adds empty rows at the end or drops the last ones. Never less than `FixedRows`. The grid
+  /// begins with one row, the header, and no columns.
+  void SetRows(int rows);
+  [[nodiscard]] int Cols() const override;
+  void SetCols(int cols);
+  [[nodiscard]] int FixedRows() const override;
+  /// Rows that become fixed keep their texts, and so do fixed rows that become data rows. `rows` is
+  /// held between 0 and `Rows`.
+  void SetFixedRows(int rows);
+  [[nodiscard]] int FixedCols() const;
+  /// Bounded to the columns there are.
+  void SetFixedCols(int cols);
+  [[nodiscard]] int FrozenCols() const;
+  /// Bounded to the columns that are not fixed.
+  void SetFrozenCols(int cols);
+  /// Valid until a text, a row or a column changes.
+  [[nodiscard]] std::string_view TextMatrix(int row, int col) const override;
+  void SetTextMatrix(int row, int col, std::string_view text);
+  /// Another number after every change of a data row's text, of the rows' order or their number;
+  /// never 0. For whoever keeps something that follows from the texts.
+  [[nodiscard]] std::uint64_t ContentVersion() const;
+  /// As displayed: with the column's format applied to a number.
+  [[nodiscard]] std::string DisplayText(int row, int col) const;
+  /// Leading number of the cell's text, with thousands separators accepted.
+  [[nodiscard]] double ValueMatrix(int row, int col) const;
+  /// Replaces all data rows by the rows of `rows`, whose storage is taken over: one grid column for
+  /// each column of it; further grid columns stay empty, surplus columns of `rows` are dropped. The
+  /// rows are plain, shown, of default height and look. The current row and the selection end.
+  void LoadRows(host::RowSet&& rows);
+  /// A new empty row at the end; gives its index.
+  int AddItem();
+  /// `row` is a data row. When it was the current one, the row that takes its place is so next.
+  void RemoveItem(int row);
+  /// Header texts separated by "|", whose widths, trailing blanks included, set the initial column
+  /// widths. A leading "<", "^" or ">" aligns the column. The header itself shows the texts without
+  /// blanks around them. Columns are added where the format has more; an empty format does nothing.
+  void SetFormatString(std::string_view format);
+
+  // --- columns
+  [[nodiscard]] int ColWidth(int col) const;
+  /// 0 hides the column; a negative width gives the default one.
+  void SetColWidth(int col, int width);
+  [[nodiscard]] bool ColHidden(int col) const override;
+  void SetColHidden(int col, bool hidden);
+  [[nodiscard]] Alignment ColAlignment(int col) const;
+  void SetColAlignment(int col, Alignment alignment);
+  /// Alignment of the header cells of a column.
+  [[nodiscard]] Alignment FixedAlignment(int col) const;
+  void SetFixedAlignment(int col, Alignment alignment);
+  [[nodiscard]] ColumnType ColDataType(int col) const;
+  void SetColDataType(int col, ColumnType type);
+  [[nodiscard]] const std::string& ColFormat(int col) const;
+  void SetColFormat(int col, std::string format);
+  [[nodiscard]] bool MergeCol(int col) const;
+  void SetMergeCol(int col, bool merge);
+  /// Sizes a column to the widest of its shown and unshown cells, header and outline indent
+  /// included; never above 30,000 twips. Only candidates for the widest cell are measured.
+  void AutoSize(int col);
+
+  // --- rows
+  /// Never below `RowHeightMin`.
+  [[nodiscard]] int RowHeight(int row) const;
+  /// 0 and less give back the default height: that of a line of text.
+  void SetRowHeight(int row, int height);
+  [[nodiscard]] int RowHeightMin() const;
+  void SetRowHeightMin(int height);
+  [[nodiscard]] bool RowHidden(int row) const override;
+  void SetRowHidden(int row, bool hidden) override;
+
+  // --- outline
+  [[nodiscard]] bool IsSubtotal(int row) const override;
+  void SetIsSubtotal(int row, bool node);
+  [[nodiscard]] int RowOutlineLevel(int row) const override;
+  void SetRowOutlineLevel(int row, int level);
+  /// Expands everything and makes every data row a plain row of level 0.
+  void ClearOutline();
+  /// Makes every data row a node at once, on the level that the number in `col` less 1 gives. Gives
+  /// the deepest level, -1 without data rows.
+  int SetOutlineFromColumn(int col);
+  [[nodiscard]] bool IsCollapsed(int row) const override;
+  /// False collapse expands. Ignored on a row that is no node.
+  void SetCollapsed(int row, bool collapsed) override;
+  /// Shows the outline down to `level`: nodes below it are expanded, nodes on it and deeper
+  /// collapsed; a negative level expands everything. The current row stays, shown or not. Raises
+  /// `AfterCollapse` once, with -1.
+  void Outline(int level);
+  [[nodiscard]] int OutlineCol() const;
+  void SetOutlineCol(int col);
+  /// Node of which `row` is a child; -1 for none.
+  [[nodiscard]] int ParentRow(int row) const;
+  /// First node whose parent is `row`; -1 for none.
+  [[nodiscard]] int FirstChildRow(int row) const;
+  /// Last row of the node's whole subtree; `row` itself when it has none.
+  [[nodiscard]] int LastRowOfNode(int row) const;
+  /// Nodes whose parent is `row`.
+  [[nodiscard]] int ChildCount(int row) const;
+  /// Whether any row hangs below the node, at once (the others take time with the node's size).
+  [[nodiscard]] bool HasRowsBelow(int row) const;
+  /// Removes a node with all below it; a plain row alone.
+  void RemoveNode(int row);
+  [[nodiscard]] bool IsShown(int row) const override;
+  /// Shown data rows in order: position of a row (-1 when it is not shown), and row of a position.
+  [[nodiscard]] int ShownRows() const;
+  [[nodiscard]] int ShownPosition(int row) const;
+  [[nodiscard]] int RowAtShownPosition(int position) const;
+  /// The nearest shown data row after (or before) `row`, which may lie outside; -1 for none.
+  [[nodiscard]] int NextShownRow(int row) const;
+  [[nodiscard]] int PreviousShownRow(int row) const;
+
+  // --- sorting, searching, summing
+  /// Sorts the data rows `first` to `last` by column `col`, stably; none when `last` is less than
+  /// `first`. Everything a row has moves with it, the current row and the selection too.
+  void SortRows(int col, SortOrder order, int first, int last);
+  /// The `Sort` property: sorts all data rows by the current column, at each assignment anew.
+  [[nodiscard]] SortOrder Sort() const;
+  void SetSort(SortOrder order);
+  /// First row from `start` on whose text in `col` equals `text`, or begins with it when
+  /// `full_match` is off; -1 for none. A negative start stands for the first data row, a start past
+  /// the end finds nothing.
+  [[nodiscard]] int FindRow(std::string_view text, int start, int col, bool case_sensitive = true,
+                            bool full_match = true) const;
+  /// `function` over the numbers of the cells, empty ones left out; 0 over no cells. `kPercent` is
+  /// their share, in percent, of the sum over the same columns of all data rows.
+  [[nodiscard]] double Aggregate(SubtotalFunction function, int row1, int col1, int row2,
+                                 int col2) const;
+
+  // --- current cell, selection
+  [[nodiscard]] int Row() const override;
+  /// Selects the row and no other; -1 or a fixed row selects none. Raises `RowColChange` and, where
+  /// it changes, `SelChange`.
+  void SetRow(int row) override;
+  /// -1 without columns.
+  [[nodiscard]] int Col() const;
+  void SetCol(int col);
+  [[nodiscard]] viewkit::SelectionMode SelectionMode() const;
+  void SetSelectionMode(viewkit::SelectionMode mode);
+  /// Whether several rows may be selected by dragging or Shift outside list-box mode; so at first.
+  void SetAllowSelection(bool allow);
+  [[nodiscard]] int SelectedRows() const;
+  /// The n-th selected row from the top, n from 0.
+  [[nodiscard]] int SelectedRow(int n) const;
+  [[nodiscard]] bool IsSelected(int row) const;
+  /// Outside list-box mode selecting a row makes it current, and deselecting it selects none.
+  void SetSelected(int row, bool selected);
+  /// Selected rows as text for the clipboard: tabs between the shown columns, CR LF after each row.
+  [[nodiscard]] std::string ClipText() const;
+
+  // --- scrolling
+  /// The first data row that is seen; `FixedRows` when none is shown.
+  [[nodiscard]] int TopRow() const override;
+  /// Bounded so that the last page is full; a row that is not shown gives the nearest shown one
+  /// below it. Any number is accepted. Where the grid has no height yet, any row may be the top.
+  void SetTopRow(int row) override;
+  /// The first of the columns that scroll that is seen.
+  [[nodiscard]] int LeftCol() const;
+  /// Bounded so that the last page is full. Any number is accepted.
+  void SetLeftCol(int col);
+  [[nodiscard]] bool IsInView(int row) const override;
+  /// Scrolls as little as is needed to bring the row into view.
+  void ShowRow(int row);
+  /// Width and height in which cells, header included, are seen (without scroll bars); the peer
+  /// sets it, without a peer the control's bounds count.
+  void SetViewport(int width, int height);
+
+  // --- look
+  struct Look {
+    Color back = color::kWindow;
+    Color back_empty = color::kWindow;
+    Color sheet_border = color::kWindow;
+    Color fore = color::kWindowText;
+    Color select_back = color::kHighlight;
+    Color select_fore = color::kHighlightText;
+    bool grid_lines = true;
+    bool resize_columns = true;
+    bool resize_rows = false;
+    int outline_bar = 0;  ///< 0 none, 5 symbols with tree lines and a leaf mark
+    friend bool operator==(const Look&, const Look&) = default;
+  };
+  [[nodiscard]] const Look& GetLook() const;
+  void SetLook(const Look& look);
+  /// `color::kDefault` where the grid's own colour counts.
+  [[nodiscard]] Color CellForeColor(int row, int col) const;
+  [[nodiscard]] Color CellBackColor(int row, int col) const;
+  [[nodiscard]] bool CellFontBold(int row, int col) const;
+  void SetCellForeColor(int row, int col, Color color);
+  void SetCellBackColor(int row, int col, Color color);
+  void SetCellFontBold(int row, int col, bool bold);
+  /// The font's measure; the plain one until a peer sets its own. Not owned, must outlive its use.
+  void SetTextMeasure(const TextMeasure* measure);
+  [[nodiscard]] const TextMeasure& Measure() const;
+
+  // --- change notices
+  void BeginUpdate() override;
+  void EndUpdate() override;
+
+  // --- the user's actions, as the peer (or a test) hands them in
+  /// What the key does in a grid; in an outline Left and Right collapse, expand and move along the
+  /// tree. True when the key was used. `KeyDown` is raised by the caller, before.
+  bool HandleKey(Key key, Modifiers modifiers = {});
+  /// A character typed on the grid: seeks the next shown row whose outline column starts with the
+  /// characters typed in quick succession (`now` in milliseconds).
+  bool HandleTypeAhead(std::string_view character, std::int64_t now);
+  /// A press of the mouse on a data row; `on_symbol` when it hit the +/- box. When the user
+  /// collapses a node, a current row below it gives way to the node.
+  void HandlePress(int row, int col, bool on_symbol, Modifiers modifiers = {});
+  /// The pointer was dragged to `row` with the button held. Rows outside are ignored here.
+  void HandleDrag(int row);
+  void HandleDoubleClick(int row);
+
+  Event<> RowColChange;        ///< `Row` or `Col` is another number now
+  Event<> SelChange;           ///< other rows are selected
+  Event<> DoubleClick;         ///< on a data row
+  Event<> AfterScroll;         ///< the top row or the left column has changed
+  Event<int> AfterCollapse;    ///< collapsed or expanded, with the node's row
+  Event<int> AfterUserResize;  ///< with the column
+
+ private:
+  struct State;
+  template <class Body>
+  void Update(Body&& body);
+
+  std::shared_ptr<State> state_;  // shared, so that a raise in progress can notice its end
+};
+
+}  // namespace tavrix::viewkit

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "viewkit/row_array.h"
+
+namespace tavrix::viewkit {
+
+/// The outline of a grid's data rows and, following from it, which of them are shown.
+///
+/// A row is a node or a plain row. The parent of a node is the nearest node above it with a lower
+/// level, that of a plain row the nearest node above it. A row is shown unless it is hidden itself
+/// or lies below a collapsed node; hiding a node does not hide what is below it.
+///
+/// Rows count from 0 without the header and are not checked. The map of the shown rows is made when
+/// it is first asked for after a change, in one pass; nothing is allocated before the first row is
+/// collapsed or hidden.
+class OutlineRows {
+ public:
+  static constexpr int kDeepest = 0x7FFF;  ///< levels are held between 0 and this
+
+  [[nodiscard]] int Rows() const { return static_cast<int>(marks_.Rows()); }
+  /// Plain, shown rows of level 0.
+  void Reset(int rows);
+  void Insert(int at, int count);
+  void Erase(int at, int count);
+  void CopyRow(int from, int to);
+
+  [[nodiscard]] bool IsNode(int row) const { return (Mark(row) & kPlain) == 0; }
+  /// A row that is no node any more is not collapsed either. True when this changed anything.
+  bool SetNode(int row, bool node);
+  [[nodiscard]] int Level(int row) const { return Mark(row) & kDeepest; }
+  bool SetLevel(int row, int level);
+  /// Makes all rows expanded plain rows of level 0.
+  void Clear();
+  /// Makes all rows nodes of the levels that `level_of` gives for them.
+  template <class LevelOf>
+  void MakeNodes(LevelOf&& level_of) {
+    const std::span<std::uint16_t> marks = marks_.All();
+    for (std::size_t row = 0; row < marks.size(); ++row) marks[row] = Bounded(level_of(row));
+    Invalidate();
+  }
+
+  [[nodiscard]] bool IsCollapsed(int row) const { return (Flags(row) & kCollapsed) != 0; }
+  /// Plain rows stay as they are. True when this changed anything.
+  bool SetCollapsed(int row, bool collapsed);
+  /// Collapses the nodes of `level` and deeper and expands the others; a negative level expands
+  /// all.
+  bool CollapseTo(int level);
+  [[nodiscard]] bool IsHidden(int row) const { return (Flags(row) & kHidden) != 0; }
+  bool SetHidden(int row, bool hidden);
+
+  /// -1 for none.
+  [[nodiscard]] int Parent(int row) const;
+  /// The first node whose parent is `row`; -1 for none.
+  [[nodiscard]] int FirstChild(int row) const;
+  /// Nodes whose parent is `row`.
+  [[nodiscard]] int ChildCount(int row) const;
+  /// Last row of the whole subtree; `row` itself when there is none, as for every plain row.
+  [[nodiscard]] int LastOfNode(int row) const;
+  /// Whether anything hangs below `row`, at once.
+  [[nodiscard]] bool HasRowsBelow(int row) const;
+
+  [[nodiscard]] int ShownCount() const;
+  /// Shown rows above `row`, which may be the number of rows.
+  [[nodiscard]] int ShownBefore(int row) const;
+  /// `position` from 0 to `ShownCount` - 1.
+  [[nodiscard]] int ShownAt(int position) const;
+  [[nodiscard]] bool IsShown(int row) const;
+
+ private:
+  // A mark is the level, with the highest bit set for a plain row: so whatever hangs below a node
+  // has a greater mark than the node.
+  static constexpr std::uint16_t kPlain = 0x8000;
+  static constexpr std::uint8_t kCollapsed = 1;
+  static constexpr std::uint8_t kHidden = 2;
+
+  [[nodiscard]] std::uint16_t Mark(int row) const {
+    return marks_.Get(static_cast<std::size_t>(row));
+  }
+  [[nodiscard]] std::uint8_t Flags(int row) const {
+    return flags_.Get(static_cast<std::size_t>(row));
+  }
+  [[nodiscard]] static std::uint16_t Bounded(int level) {
+    return static_cast<std::uint16_t>(level < 0 ? 0 : level > kDeepest ? kDeepest : level);
+  }
+  bool SetMark(int row, int mark);
+  bool SetFlag(int row, std::uint8_t flag, bool on);
+  void Invalidate() { map_ = Map::kUnknown; }
+  void EnsureMap() const;
+  template <class Visit>
+  void VisitShown(Visit&& visit) const;
+
+  RowArray<std::uint16_t> marks_{kPlain};
+  RowArray<std::uint8_t> flags_{0};
+  enum class Map { kUnknown, kAll, kListed };
+  mutable Map map_ = Map::kAll;
+  mutable std::vector<std::int32_t> shown_;
+};
+
+}  // namespace tavrix::viewkit

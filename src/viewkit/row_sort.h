@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "viewkit/cell_store.h"
+#include "viewkit/flex_grid.h"
+
+namespace tavrix::viewkit {
+
+/// The stable order of the rows from `first` on, `count` of them, by column `col`: element i is the
+/// row, counted from `first`, that belongs at place i. Empty when the rows stand in order already,
+/// which costs one pass.
+[[nodiscard]] std::vector<std::uint32_t> SortedOrder(const CellStore& cells, std::size_t col,
+                                                     SortOrder order, std::size_t first,
+                                                     std::size_t count);
+
+}  // namespace tavrix::viewkit
