@@ -1,0 +1,240 @@
+#include "app/faces/com_grid.h"
+
+#include "app/com/values.h"
+#include "component/base/failure.h"
+#include "host/text.h"
+#include "viewkit/ports.h"
+
+namespace desk::app {
+namespace {
+
+namespace host = tavrix::host;
+using tavrix::component::Bstr;
+using tavrix::component::Check;
+using tavrix::component::Flag;
+
+/// UTF-8 into a buffer that is used again and again; codes and figures are ASCII.
+void TakeText(BSTR text, std::string& target) {
+  const std::wstring_view units = tavrix::component::ViewOf(text);
+  target.clear();
+  for (const wchar_t unit : units) {
+    if (unit >= 0x80) {
+      target = TextOf(text);
+      return;
+    }
+    target.push_back(static_cast<char>(unit));
+  }
+}
+
+}  // namespace
+
+template <class Result>
+Result ComGrid::Get(HRESULT (STDMETHODCALLTYPE IFlexGrid::*member)(Result*)) const {
+  Result result{};
+  Check((grid_.Get()->*member)(&result));
+  return result;
+}
+
+template <class Result>
+Result ComGrid::GetAt(HRESULT (STDMETHODCALLTYPE IFlexGrid::*member)(long, Result*),
+                      int index) const {
+  Result result{};
+  Check((grid_.Get()->*member)(index, &result));
+  return result;
+}
+
+std::string ComGrid::TypeName() const {
+  Bstr text;
+  Check(grid_->get_TypeName(text.Put()));
+  return TextOf(text.Get());
+}
+
+const std::string& ComGrid::Name() const {
+  Bstr text;
+  Check(grid_->get_Name(text.Put()));
+  return name_ = TextOf(text.Get());
+}
+
+std::optional<int> ComGrid::Index() const {
+  long index = 0;
+  if (FAILED(grid_->get_Index(&index))) return std::nullopt;
+  return static_cast<int>(index);
+}
+
+std::intptr_t ComGrid::WindowHandle() const {
+  long window = 0;
+  Check(grid_->get_hWnd(&window));
+  return window;
+}
+
+bool ComGrid::Visible() const {
+  VARIANT_BOOL visible = VARIANT_FALSE;
+  Check(grid_->get_Visible(&visible));
+  return visible != VARIANT_FALSE;
+}
+
+void ComGrid::SetVisible(bool visible) {
+  Check(grid_->put_Visible(Flag(visible)));
+}
+
+bool ComGrid::Enabled() const {
+  VARIANT_BOOL enabled = VARIANT_FALSE;
+  Check(grid_->get_Enabled(&enabled));
+  return enabled != VARIANT_FALSE;
+}
+
+void ComGrid::SetEnabled(bool enabled) {
+  Check(grid_->put_Enabled(Flag(enabled)));
+}
+
+host::Bounds ComGrid::GetBounds() const {
+  long left = 0;
+  long top = 0;
+  long width = 0;
+  long height = 0;
+  Check(grid_->get_Left(&left));
+  Check(grid_->get_Top(&top));
+  Check(grid_->get_Width(&width));
+  Check(grid_->get_Height(&height));
+  return {static_cast<int>(left), static_cast<int>(top), static_cast<int>(width),
+          static_cast<int>(height)};
+}
+
+void ComGrid::SetBounds(const host::Bounds& bounds) {
+  Check(grid_->put_Left(bounds.left));
+  Check(grid_->put_Top(bounds.top));
+  Check(grid_->put_Width(bounds.width));
+  Check(grid_->put_Height(bounds.height));
+}
+
+const std::string& ComGrid::ToolTipText() const {
+  Bstr text;
+  Check(grid_->get_ToolTipText(text.Put()));
+  return tip_ = TextOf(text.Get());
+}
+
+void ComGrid::SetToolTipText(std::string text) {
+  Check(grid_->put_ToolTipText(Bstr(std::string_view(text)).Get()));
+}
+
+int ComGrid::Rows() const {
+  return static_cast<int>(Get(&IFlexGrid::get_Rows));
+}
+
+int ComGrid::Cols() const {
+  return static_cast<int>(Get(&IFlexGrid::get_Cols));
+}
+
+int ComGrid::FixedRows() const {
+  return static_cast<int>(Get(&IFlexGrid::get_FixedRows));
+}
+
+int ComGrid::Row() const {
+  return static_cast<int>(Get(&IFlexGrid::get_Row));
+}
+
+void ComGrid::SetRow(int row) {
+  Check(grid_->put_Row(row));
+}
+
+int ComGrid::TopRow() const {
+  return static_cast<int>(Get(&IFlexGrid::get_TopRow));
+}
+
+void ComGrid::SetTopRow(int row) {
+  Check(grid_->put_TopRow(row));
+}
+
+std::string_view ComGrid::TextMatrix(int row, int col) const {
+  Bstr text;
+  Check(grid_->get_TextMatrix(row, col, text.Put()));
+  TakeText(text.Get(), text_);
+  return text_;
+}
+
+bool ComGrid::RowHidden(int row) const {
+  return GetAt(&IFlexGrid::get_RowHidden, row) != VARIANT_FALSE;
+}
+
+void ComGrid::SetRowHidden(int row, bool hidden) {
+  shown_.clear();
+  Check(grid_->put_RowHidden(row, Flag(hidden)));
+}
+
+int ComGrid::RowOutlineLevel(int row) const {
+  return static_cast<int>(GetAt(&IFlexGrid::get_RowOutlineLevel, row));
+}
+
+bool ComGrid::IsSubtotal(int row) const {
+  return GetAt(&IFlexGrid::get_IsSubtotal, row) != VARIANT_FALSE;
+}
+
+bool ComGrid::IsCollapsed(int row) const {
+  return GetAt(&IFlexGrid::get_IsCollapsed, row) != VARIANT_FALSE;
+}
+
+void ComGrid::SetCollapsed(int row, bool collapsed) {
+  shown_.clear();
+  Check(grid_->put_IsCollapsed(row, Flag(collapsed)));
+}
+
+bool ComGrid::ColHidden(int col) const {
+  return GetAt(&IFlexGrid::get_ColHidden, col) != VARIANT_FALSE;
+}
+
+void ComGrid::FindShownRows() const {
+  constexpr int kAnyLevel = -1;
+  const int rows = Rows();
+  const int first = FixedRows();
+  shown_.assign(static_cast<std::size_t>(rows), true);
+  int closed_level = kAnyLevel;  // level of the collapsed node that the walk is inside of
+  for (int row = first; row < rows; ++row) {
+    const bool node = IsSubtotal(row);
+    const int level = node ? RowOutlineLevel(row) : 0;
+    if (closed_level != kAnyLevel && node && level <= closed_level) closed_level = kAnyLevel;
+    const bool inside = closed_level != kAnyLevel;
+    shown_[static_cast<std::size_t>(row)] = !inside && !RowHidden(row);
+    if (!inside && node && IsCollapsed(row)) closed_level = level;
+  }
+}
+
+bool ComGrid::IsShown(int row) const {
+  if (shown_.empty()) FindShownRows();
+  return row >= 0 && static_cast<std::size_t>(row) < shown_.size() &&
+         shown_[static_cast<std::size_t>(row)];
+}
+
+int ComGrid::HeightOf(int row) const {
+  return static_cast<int>(GetAt(&IFlexGrid::get_RowHeight, row));
+}
+
+bool ComGrid::IsInView(int row) const {
+  const HWND window = reinterpret_cast<HWND>(WindowHandle());
+  RECT area{};
+  if (window == nullptr || !GetClientRect(window, &area) || !IsShown(row)) return false;
+  int top = TopRow();
+  if (row < top) return row < FixedRows();
+  const int dpi = static_cast<int>(GetDpiForWindow(window));
+  int left = MulDiv(static_cast<int>(area.bottom), tavrix::viewkit::kTwipsPerInch, dpi);
+  for (int fixed = 0; fixed < FixedRows(); ++fixed) left -= HeightOf(fixed);
+  for (; top <= row && left > 0; ++top) {
+    if (IsShown(top)) left -= HeightOf(top);
+  }
+  return left >= 0 && top > row;
+}
+
+void ComGrid::BeginUpdate() {
+  if (updates_++ > 0) return;
+  SendMessageW(reinterpret_cast<HWND>(WindowHandle()), WM_SETREDRAW, FALSE, 0);
+}
+
+void ComGrid::EndUpdate() {
+  if (--updates_ > 0) return;
+  long window = 0;
+  if (FAILED(grid_->get_hWnd(&window)) || window == 0) return;
+  const HWND hwnd = reinterpret_cast<HWND>(static_cast<INT_PTR>(window));
+  SendMessageW(hwnd, WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(hwnd, nullptr, FALSE);
+}
+
+}  // namespace desk::app

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "component/base/com_ptr.h"
+#include "host/controls.h"
+#include "tavrix.h"
+
+namespace desk::app {
+
+/// A grid of a view, reached through its declared interface, as the portable navigator sees it.
+///
+/// What the interface does not offer is worked out here: which rows are shown (once, until
+/// something is changed through this object) and which are in view. A text lasts until the next one
+/// is asked for. Failing calls throw `component::ComFailure`.
+class ComGrid : public tavrix::host::Grid {
+ public:
+  explicit ComGrid(tavrix::component::ComPtr<IFlexGrid> grid) : grid_(std::move(grid)) {}
+
+  // host::Control
+  [[nodiscard]] std::string TypeName() const override;
+  [[nodiscard]] const std::string& Name() const override;
+  [[nodiscard]] std::optional<int> Index() const override;
+  [[nodiscard]] std::intptr_t WindowHandle() const override;
+  [[nodiscard]] bool Visible() const override;
+  void SetVisible(bool visible) override;
+  [[nodiscard]] bool Enabled() const override;
+  void SetEnabled(bool enabled) override;
+  [[nodiscard]] tavrix::host::Bounds GetBounds() const override;
+  void SetBounds(const tavrix::host::Bounds& bounds) override;
+  [[nodiscard]] const std::string& ToolTipText() const override;
+  void SetToolTipText(std::string text) override;
+
+  // host::Grid
+  [[nodiscard]] int Rows() const override;
+  [[nodiscard]] int Cols() const override;
+  [[nodiscard]] int FixedRows() const override;
+  [[nodiscard]] int Row() const override;
+  void SetRow(int row) override;
+  [[nodiscard]] int TopRow() const override;
+  void SetTopRow(int row) override;
+  [[nodiscard]] std::string_view TextMatrix(int row, int col) const override;
+  [[nodiscard]] bool RowHidden(int row) const override;
+  void SetRowHidden(int row, bool hidden) override;
+  [[nodiscard]] int RowOutlineLevel(int row) const override;
+  [[nodiscard]] bool IsSubtotal(int row) const override;
+  [[nodiscard]] bool IsCollapsed(int row) const override;
+  void SetCollapsed(int row, bool collapsed) override;
+  [[nodiscard]] bool ColHidden(int col) const override;
+  [[nodiscard]] bool IsShown(int row) const override;
+  [[nodiscard]] bool IsInView(int row) const override;
+  /// Painting stands still; the grid's own notices cannot be held back from outside.
+  void BeginUpdate() override;
+  void EndUpdate() override;
+
+ private:
+  template <class Result>
+  [[nodiscard]] Result Get(HRESULT (STDMETHODCALLTYPE IFlexGrid::*member)(Result*)) const;
+  template <class Result>
+  [[nodiscard]] Result GetAt(HRESULT (STDMETHODCALLTYPE IFlexGrid::*member)(long, Result*),
+                             int index) const;
+  void FindShownRows() const;
+  [[nodiscard]] int HeightOf(int row) const;
+
+  tavrix::component::ComPtr<IFlexGrid> grid_;
+  mutable std::string text_;
+  mutable std::string name_;
+  mutable std::string tip_;
+  mutable std::vector<bool> shown_;  // empty: not worked out since the last change
+  int updates_ = 0;
+};
+
+}  // namespace desk::app

@@ -1,0 +1,311 @@
+#include "app/frame/frame_window.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace desk::app {
+namespace {
+
+namespace win32 = tavrix::viewkit::win32;
+
+constexpr wchar_t kProgramName[] = L"会计科目";
+constexpr int kLeastViewHeight = 120;
+constexpr UINT kShowNotice = WM_APP + 1;
+
+const win32::WindowClass& FrameClass() {
+  static const win32::WindowClass frame(L"DeskFrame", 0);
+  return frame;
+}
+
+/// Cuts a strip of `height` off the top of `rest`.
+RECT TakeTop(RECT& rest, int height) {
+  RECT taken = rest;
+  taken.bottom = std::min(rest.bottom, rest.top + height);
+  rest.top = taken.bottom;
+  return taken;
+}
+
+RECT TakeBottom(RECT& rest, int height) {
+  RECT taken = rest;
+  taken.top = std::max(rest.top, rest.bottom - height);
+  rest.bottom = taken.top;
+  return taken;
+}
+
+void Put(HWND window, const RECT& place) {
+  SetWindowPos(window, nullptr, place.left, place.top, place.right - place.left,
+               place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+}  // namespace
+
+std::shared_ptr<FrameWindow> FrameWindow::Make(FrameOwner& owner) {
+  auto frame = std::make_shared<FrameWindow>();
+  frame->owner_ = &owner;
+  frame->frame_keys_ = MakeAccelerators(KeyScope::kFrame);
+  frame->view_keys_ = MakeAccelerators(KeyScope::kView);
+  frame->Create(FrameClass(), {.text = kProgramName,
+                               .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
+                               .place = {CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT + 1060,
+                                         CW_USEDEFAULT + 720}});
+  frame->CreateParts();
+  return frame;
+}
+
+void FrameWindow::CreateParts() {
+  style_ = std::make_shared<const Style>(static_cast<int>(GetDpiForWindow(Hwnd())));
+  big_icon_ = MakeIcon(Icon::kLedger, GetSystemMetrics(SM_CXICON));
+  small_icon_ = MakeIcon(Icon::kLedger, GetSystemMetrics(SM_CXSMICON));
+  SendMessageW(Hwnd(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(big_icon_.get()));
+  SendMessageW(Hwnd(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(small_icon_.get()));
+  tool_bar_.emplace(Hwnd(), style_);
+  CreateBars();
+  area_ = ViewArea::Make(Hwnd(), style_,
+                         {.resized = [this](const RECT& area) { owner_->OnViewArea(area); },
+                          .focused = [this] { owner_->OnFocusView(); }});
+  reports_ = ReportPane::Make(Hwnd(), style_, [this] { Arrange(); });
+  status_.emplace(Hwnd(), style_);
+  SetRecent({});
+  Arrange();
+}
+
+void FrameWindow::CreateBars() {
+  find_ = SearchStrip::Make(Hwnd(), style_,
+                            {.icon = Icon::kFind,
+                             .label = L"查找",
+                             .hint = L"科目编码或名称",
+                             .apply = L"查找",
+                             .second = L"下一个",
+                             .on_apply = [this](const std::wstring& text) { owner_->OnFind(text); },
+                             .on_second = [this](const std::wstring&) { owner_->OnFindNext(); },
+                             .on_close = [this] { ShowBar(*find_, false); }});
+  filter_ =
+      SearchStrip::Make(Hwnd(), style_,
+                        {.icon = Icon::kFilter,
+                         .label = L"筛选",
+                         .hint = L"科目编码或名称",
+                         .apply = L"筛选",
+                         .second = L"全部",
+                         .on_apply = [this](const std::wstring& text) { owner_->OnFilter(text); },
+                         .on_second =
+                             [this](const std::wstring&) {
+                               filter_->SetText({});
+                               owner_->OnFilter({});
+                             },
+                         .on_close =
+                             [this] {
+                               filter_->SetText({});
+                               owner_->OnFilter({});
+                               ShowBar(*filter_, false);
+                             }});
+}
+
+void FrameWindow::SetTitle(const std::wstring& book) {
+  const std::wstring title = book.empty() ? kProgramName : book + L" - " + kProgramName;
+  SetWindowTextW(Hwnd(), title.c_str());
+}
+
+void FrameWindow::SetRecent(const std::vector<std::wstring>& recent) {
+  const Menu previous(GetMenu(Hwnd()));
+  SetMenu(Hwnd(), MakeMenuBar(recent).release());  // the window owns it from here on
+  DrawMenuBar(Hwnd());
+}
+
+void FrameWindow::SetBookTexts(const std::wstring& company, const std::wstring& file) {
+  status_->SetBook(company, file);
+}
+
+void FrameWindow::AddReport(const Report& report) {
+  reports_->Add(report);
+  // A disabled frame has a dialog in front of it, and nobody sees the list behind that. The dialog
+  // may be in the middle of moving its focus: no window comes or goes before it is done.
+  if (IsWindowEnabled(Hwnd())) return;
+  waiting_ = report;
+  PostMessageW(Hwnd(), kShowNotice, 0, 0);
+}
+
+void FrameWindow::ShowNotice() {
+  if (!waiting_ || IsWindowEnabled(Hwnd())) return waiting_.reset();
+  const Report report = *std::exchange(waiting_, std::nullopt);
+  HWND dialog = GetLastActivePopup(Hwnd());
+  if (notice_ && notice_->Alive() && dialog == notice_->Hwnd()) dialog = notice_->Dialog();
+  if (dialog == Hwnd()) return;
+  if (notice_ && notice_->Alive() && notice_->Dialog() == dialog) return notice_->Change(report);
+  if (notice_) notice_->Destroy();
+  notice_ = Notice::Show(dialog, report);
+}
+
+void FrameWindow::ShowBar(SearchStrip& bar, bool shown) {
+  if (bar.Shown() != shown) {
+    bar.SetShown(shown);
+    Arrange();
+  }
+  if (shown) return bar.FocusBox();
+  owner_->OnFocusView();
+}
+
+void FrameWindow::ResetBars() {
+  for (const auto& bar : {find_, filter_}) {
+    bar->SetText({});
+    bar->SetShown(false);
+  }
+  Arrange();
+}
+
+void FrameWindow::Dock(HWND pane, int design_height) {
+  docked_ = pane;
+  docked_design_height_ = design_height;
+  Arrange();
+}
+
+void FrameWindow::Arrange() {
+  if (!status_) return;
+  RECT rest{};
+  GetClientRect(Hwnd(), &rest);
+  status_->Arrange();
+  TakeBottom(rest, status_->Height());
+  RECT tools = TakeTop(rest, tool_bar_->Height() + style_->scale.Design(6));
+  InflateRect(&tools, -style_->scale.Design(4), -style_->scale.Design(3));
+  Put(tool_bar_->Handle(), tools);
+  for (const auto& bar : {find_, filter_}) {
+    if (bar->Shown()) Put(bar->Hwnd(), TakeTop(rest, bar->Height()));
+  }
+  const int height = static_cast<int>(rest.bottom - rest.top);
+  const int least = style_->scale.Design(kLeastViewHeight);
+  Put(reports_->Hwnd(), TakeBottom(rest, reports_->WantedHeight(height - least)));
+  if (docked_ != nullptr)
+    Put(docked_, TakeBottom(rest, style_->scale.Design(docked_design_height_)));
+  Put(area_->Hwnd(), rest);
+}
+
+void FrameWindow::FocusBeside(bool backward) {
+  const HWND reports = reports_->Open() ? reports_->Hwnd() : nullptr;
+  const HWND find = find_->Shown() ? find_->Hwnd() : nullptr;
+  const HWND filter = filter_->Shown() ? filter_->Hwnd() : nullptr;
+  std::array<HWND, 4> parts = {docked_, reports, find, filter};
+  if (backward) std::ranges::reverse(parts);
+  const auto next = std::ranges::find_if(parts, [](HWND part) { return part != nullptr; });
+  if (next != parts.end()) SetFocus(*next);
+}
+
+void FrameWindow::UpdateCommands() {
+  for (const CommandInfo& info : Commands()) {
+    if (*info.bar_text == L'\0') continue;
+    const CommandState state = owner_->StateOf(info.command);
+    tool_bar_->SetEnabled(info.command, state.enabled);
+    tool_bar_->SetShown(info.command, state.shown);
+    tool_bar_->SetPressed(info.command, state.pressed);
+  }
+}
+
+void FrameWindow::OnMenuOpening(HMENU menu) {
+  for (const CommandInfo& info : Commands()) {
+    const UINT id = IdOf(info.command);
+    if (GetMenuState(menu, id, MF_BYCOMMAND) == static_cast<UINT>(-1)) continue;
+    const CommandState state = owner_->StateOf(info.command);
+    const bool usable = state.enabled && state.shown;
+    EnableMenuItem(menu, id, static_cast<UINT>(MF_BYCOMMAND | (usable ? MF_ENABLED : MF_GRAYED)));
+    CheckMenuItem(menu, id, static_cast<UINT>(state.pressed ? MF_CHECKED : MF_UNCHECKED));
+  }
+}
+
+bool FrameWindow::Translate(MSG& message, bool in_view) {
+  if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
+  if (in_view && TranslateAcceleratorW(Hwnd(), view_keys_.get(), &message)) return true;
+  if (TranslateAcceleratorW(Hwnd(), frame_keys_.get(), &message)) return true;
+  for (const HWND pane : {find_->Hwnd(), filter_->Hwnd(), docked_}) {
+    if (pane != nullptr && IsChild(pane, message.hwnd)) return IsDialogMessageW(pane, &message);
+  }
+  return false;
+}
+
+void FrameWindow::OnDpi(const RECT& wanted) {
+  style_ = std::make_shared<const Style>(static_cast<int>(GetDpiForWindow(Hwnd())));
+  tool_bar_->SetStyle(style_);
+  find_->SetStyle(style_);
+  filter_->SetStyle(style_);
+  area_->SetStyle(style_);
+  reports_->SetStyle(style_);
+  status_->SetStyle(style_);
+  Put(Hwnd(), wanted);
+  Arrange();
+  owner_->OnStyle();
+}
+
+void FrameWindow::OnActivation(bool active) {
+  if (!active) {
+    const HWND focus = GetFocus();
+    if (IsChild(Hwnd(), focus)) last_focus_ = focus;
+  }
+  owner_->OnActivate(active);
+}
+
+void FrameWindow::RestoreFocus() {
+  if (IsChild(Hwnd(), last_focus_) && IsWindowVisible(last_focus_)) {
+    SetFocus(last_focus_);
+    return;
+  }
+  owner_->OnFocusView();
+}
+
+LRESULT FrameWindow::OnNotification(const NMHDR& header) {
+  LRESULT result = 0;
+  if (tool_bar_ && tool_bar_->OnNotify(header, result)) return result;
+  return 0;
+}
+
+LRESULT FrameWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+  switch (message) {
+    case WM_SIZE:
+      if (wparam != SIZE_MINIMIZED) Arrange();
+      return 0;
+    case WM_ERASEBKGND: {
+      RECT area{};
+      GetClientRect(Hwnd(), &area);
+      FillBox(reinterpret_cast<HDC>(wparam), area, GetSysColor(COLOR_BTNFACE));
+      return 1;
+    }
+    case WM_GETMINMAXINFO: {
+      auto& limits = *reinterpret_cast<MINMAXINFO*>(lparam);
+      const int dpi = static_cast<int>(GetDpiForWindow(Hwnd()));
+      limits.ptMinTrackSize = {MulDiv(640, dpi, 96), MulDiv(420, dpi, 96)};
+      return 0;
+    }
+    case WM_COMMAND:
+      if (LOWORD(wparam) >= IdOf(Command::kNewBook)) {
+        owner_->OnCommand(static_cast<Command>(LOWORD(wparam)));
+      }
+      return 0;
+    case WM_NOTIFY:
+      return OnNotification(*reinterpret_cast<const NMHDR*>(lparam));
+    case WM_INITMENUPOPUP:
+      OnMenuOpening(reinterpret_cast<HMENU>(wparam));
+      return 0;
+    case WM_ACTIVATE:
+      OnActivation(LOWORD(wparam) != WA_INACTIVE);
+      break;
+    case WM_SETFOCUS:
+      RestoreFocus();
+      return 0;
+    case kShowNotice:
+      ShowNotice();
+      return 0;
+    case WM_DPICHANGED:
+      OnDpi(*reinterpret_cast<const RECT*>(lparam));
+      return 0;
+    case WM_CLOSE:
+      if (owner_->OnClosing()) Destroy();
+      return 0;
+    case WM_DESTROY:
+      PostQuitMessage(0);
+      return 0;
+    default:
+      break;
+  }
+  return Window::OnMessage(message, wparam, lparam);
+}
+
+}  // namespace desk::app

@@ -1,0 +1,165 @@
+#include "app/frame/new_book_dialog.h"
+
+#include <commctrl.h>
+#include <commdlg.h>
+
+#include <array>
+#include <exception>
+#include <filesystem>
+
+#include "app/frame/resource.h"
+#include "app/frame/search_strip.h"
+#include "app/frame/style.h"
+#include "viewkit/win32/window.h"
+
+namespace desk::app {
+namespace {
+
+namespace win32 = tavrix::viewkit::win32;
+namespace fs = std::filesystem;
+
+constexpr wchar_t kFileTypes[] = L"账簿文件 (*.book)\0*.book\0所有文件\0*.*\0";
+
+enum class FileQuestion { kOpen, kCreate };
+
+std::optional<std::wstring> AskFile(HWND owner, FileQuestion question, const std::wstring& folder,
+                                    const std::wstring& proposed) {
+  std::array<wchar_t, 32768> path{};
+  proposed.copy(path.data(), path.size() - 1);
+  OPENFILENAMEW query{};
+  query.lStructSize = sizeof query;
+  query.hwndOwner = owner;
+  query.lpstrFilter = kFileTypes;
+  query.lpstrFile = path.data();
+  query.nMaxFile = static_cast<DWORD>(path.size());
+  query.lpstrInitialDir = folder.c_str();
+  query.lpstrDefExt = kBookEnding + 1;
+  const bool open = question == FileQuestion::kOpen;
+  query.lpstrTitle = open ? L"打开账簿" : L"新账簿的文件";
+  query.Flags = OFN_NOCHANGEDIR | OFN_HIDEREADONLY |
+                (open ? OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST : OFN_OVERWRITEPROMPT);
+  const BOOL chosen = open ? GetOpenFileNameW(&query) : GetSaveFileNameW(&query);
+  if (!chosen) return std::nullopt;
+  return std::wstring(path.data());
+}
+
+/// The dialog's state while it is open.
+class NewBookDialog {
+ public:
+  explicit NewBookDialog(std::wstring folder) : folder_(std::move(folder)) {}
+
+  [[nodiscard]] std::optional<NewBookChoice> Run(HWND owner) {
+    const INT_PTR answer = DialogBoxParamW(win32::ThisModule(), MAKEINTRESOURCEW(IDD_NEW_BOOK),
+                                           owner, Entry, reinterpret_cast<LPARAM>(this));
+    if (answer != IDOK) return std::nullopt;
+    return choice_;
+  }
+
+ private:
+  static INT_PTR CALLBACK Entry(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+    if (message == WM_INITDIALOG) SetWindowLongPtrW(dialog, DWLP_USER, lparam);
+    auto* self = reinterpret_cast<NewBookDialog*>(GetWindowLongPtrW(dialog, DWLP_USER));
+    if (self == nullptr) return FALSE;
+    try {
+      return self->OnMessage(dialog, message, wparam);
+    } catch (const std::exception&) {
+      return FALSE;  // no memory: the dialog stays as it is
+    }
+  }
+
+  INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wparam) {
+    if (message == WM_INITDIALOG) {
+      Start(dialog);
+      return TRUE;
+    }
+    if (message != WM_COMMAND) return FALSE;
+    const WORD code = HIWORD(wparam);
+    switch (LOWORD(wparam)) {
+      case IDC_COMPANY:
+        if (code == EN_CHANGE) ProposeFile(dialog);
+        return TRUE;
+      case IDC_FILE:
+        if (code == EN_CHANGE && !proposing_) own_file_ = true;
+        return TRUE;
+      case IDC_BROWSE:
+        Browse(dialog);
+        return TRUE;
+      case IDOK:
+        Finish(dialog);
+        return TRUE;
+      case IDCANCEL:
+        EndDialog(dialog, IDCANCEL);
+        return TRUE;
+      default:
+        return FALSE;
+    }
+  }
+
+  void Start(HWND dialog) {
+    style_ = std::make_shared<const Style>(static_cast<int>(GetDpiForWindow(dialog)));
+    const auto set_font = [](HWND child, LPARAM font) -> BOOL {
+      SendMessageW(child, WM_SETFONT, static_cast<WPARAM>(font), TRUE);
+      return TRUE;
+    };
+    EnumChildWindows(dialog, set_font, reinterpret_cast<LPARAM>(style_->Font()));
+    CheckRadioButton(dialog, IDC_TEMPLATE_ENTERPRISE, IDC_TEMPLATE_SMALL, IDC_TEMPLATE_ENTERPRISE);
+    SendDlgItemMessageW(dialog, IDC_COMPANY, EM_LIMITTEXT, 60, 0);
+    ProposeFile(dialog);
+  }
+
+  /// The file follows the company's name until the user writes another.
+  void ProposeFile(HWND dialog) {
+    if (own_file_) return;
+    std::wstring name = WindowText(GetDlgItem(dialog, IDC_COMPANY));
+    for (wchar_t& unit : name) {
+      if (std::wstring_view(L"\\/:*?\"<>|").find(unit) != std::wstring_view::npos) unit = L'_';
+    }
+    if (name.empty()) name = L"新账簿";
+    proposing_ = true;
+    SetDlgItemTextW(dialog, IDC_FILE, (fs::path(folder_) / (name + kBookEnding)).c_str());
+    proposing_ = false;
+  }
+
+  void Browse(HWND dialog) {
+    const auto file =
+        AskFile(dialog, FileQuestion::kCreate, folder_, WindowText(GetDlgItem(dialog, IDC_FILE)));
+    if (file) SetDlgItemTextW(dialog, IDC_FILE, file->c_str());
+  }
+
+  void Finish(HWND dialog) {
+    choice_.small_enterprise = IsDlgButtonChecked(dialog, IDC_TEMPLATE_SMALL) == BST_CHECKED;
+    choice_.company = WindowText(GetDlgItem(dialog, IDC_COMPANY));
+    choice_.file = WindowText(GetDlgItem(dialog, IDC_FILE));
+    if (choice_.company.empty()) return Refuse(dialog, IDC_COMPANY, L"请填写单位名称！");
+    if (choice_.file.empty()) return Refuse(dialog, IDC_FILE, L"请填写账簿文件！");
+    fs::path file = choice_.file;
+    if (file.is_relative()) file = fs::path(folder_) / file;
+    if (!file.has_extension()) file += kBookEnding;
+    if (fs::exists(file)) return Refuse(dialog, IDC_FILE, L"该文件已存在，请换一个文件名！");
+    choice_.file = file.wstring();
+    EndDialog(dialog, IDOK);
+  }
+
+  static void Refuse(HWND dialog, int id, const wchar_t* text) {
+    MessageBoxW(dialog, text, L"提示：", MB_OK | MB_ICONWARNING);
+    SetFocus(GetDlgItem(dialog, id));
+  }
+
+  std::wstring folder_;
+  NewBookChoice choice_;
+  SharedStyle style_;
+  bool own_file_ = false;
+  bool proposing_ = false;
+};
+
+}  // namespace
+
+std::optional<NewBookChoice> AskNewBook(HWND owner, const std::wstring& folder) {
+  return NewBookDialog(folder).Run(owner);
+}
+
+std::optional<std::wstring> AskOpenBook(HWND owner, const std::wstring& folder) {
+  return AskFile(owner, FileQuestion::kOpen, folder, {});
+}
+
+}  // namespace desk::app

@@ -1,0 +1,11 @@
+#pragma once
+
+// Identifiers shared by the program and its resource script.
+
+#define IDD_NEW_BOOK 100
+
+#define IDC_TEMPLATE_ENTERPRISE 1001
+#define IDC_TEMPLATE_SMALL 1002
+#define IDC_COMPANY 1003
+#define IDC_FILE 1004
+#define IDC_BROWSE 1005

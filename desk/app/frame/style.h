@@ -1,0 +1,41 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+
+#include "viewkit/win32/fonts.h"
+#include "viewkit/win32/scale.h"
+
+/// Fonts, measures and colours that all parts of the frame share.
+namespace desk::app {
+
+/// The look of the frame at one resolution.
+struct Style {
+  explicit Style(int dpi);
+  tavrix::viewkit::win32::Scale scale;
+  tavrix::viewkit::win32::FontSet fonts;
+  int icon_pixels;        ///< pictures of the tool bar
+  int small_icon_pixels;  ///< pictures in strips and lists
+  int strip_height;       ///< a strip with one line of text or one box
+
+  [[nodiscard]] HFONT Font() const { return fonts.Get(false); }
+  [[nodiscard]] HFONT BoldFont() const { return fonts.Get(true); }
+};
+using SharedStyle = std::shared_ptr<const Style>;
+
+/// The font of the frame and of the views in it: the system's, but never below 9 points, where
+/// Chinese characters lose their strokes.
+[[nodiscard]] tavrix::viewkit::win32::FontSpec DeskFont();
+
+/// A thin line between two parts of the frame.
+inline constexpr COLORREF kLineColor = RGB(204, 210, 218);
+/// A text that can be clicked.
+inline constexpr COLORREF kLinkColor = RGB(40, 110, 190);
+
+void FillBox(HDC dc, const RECT& area, COLORREF color);
+
+/// One line of text, centred vertically, cut with an ellipsis; in the device context's font.
+void DrawLine(HDC dc, const wchar_t* text, RECT area, COLORREF color, UINT flags = DT_LEFT);
+
+}  // namespace desk::app

@@ -1,0 +1,205 @@
+// Measures the view in the desk's own container, through COM: a refresh beside fetching and copying
+// the same rows in the same process, painting while scrolling, searching and filtering.
+
+#include <windows.h>
+
+#include <commctrl.h>
+#include <ole2.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "app/com/object.h"
+#include "app/com/values.h"
+#include "app/faces/row_array.h"
+#include "app/faces/system_face.h"
+#include "app/faces/window_wheel.h"
+#include "app/program/kjkm_view.h"
+#include "bench/chart.h"
+#include "bench/figures.h"
+#include "book/book.h"
+#include "host/account.h"
+#include "viewkit/win32/handles.h"
+#include "viewkit/win32/window.h"
+
+namespace desk::app {
+namespace {
+
+namespace bench = tavrix::bench;
+namespace host = tavrix::host;
+namespace win32 = tavrix::viewkit::win32;
+
+constexpr double kRefreshLimit = 3;
+constexpr double kRepaintLimit = 2;
+
+/// The rows of the seven pages, copied into one buffer.
+void FetchPages(const bench::Connection& connection) {
+  const std::string columns =
+      "select ccode,ccode_name,cexch_name,'',i_id,igrade,cclass from gl_code";
+  std::string buffer;
+  (void)connection.FetchAndCopy(columns + " order by ccode", buffer);
+  for (const std::string_view category : host::kCategories) {
+    buffer.clear();
+    (void)connection.FetchAndCopy(
+        columns + " where cclass='" + std::string(category) + "' order by ccode", buffer);
+  }
+}
+
+HWND MakeFrame() {
+  constexpr int kWidth = 1000;
+  constexpr int kHeight = 700;
+  return CreateWindowExW(0, WC_STATICW, L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, kWidth,
+                         kHeight, nullptr, nullptr, win32::ThisModule(), nullptr);
+}
+
+/// A chart of accounts on disk, and the view on it in a window.
+class Stage {
+ public:
+  Stage(const std::string& path, int accounts)
+      : book_(Filled(path, accounts)), frame_(MakeFrame()) {
+    book_.Around().user_folder = std::filesystem::temp_directory_path().string();
+    book_.Around().make_mouse_event = [] { return WindowWheel::Make(); };
+    ViewEvents events;
+    events.message = [](const std::wstring&) {};
+    events.report = [](const std::wstring& text, long, const std::wstring&) {
+      std::printf("# report: %ls\n", text.c_str());
+    };
+    view_ = std::make_unique<KjkmView>(
+        ContainerPlan{.area = frame_.Get(), .frame = frame_.Get(), .display_name = L"Kjkm1"},
+        std::move(events));
+    const auto system = MakeObject<SystemFace>(book_.System());
+    view_->Start(system.Get());
+  }
+
+  [[nodiscard]] KjkmView& View() { return *view_; }
+  void Refresh() {
+    if (!view_->Call(&IFormUI::Refresh)) throw std::runtime_error("the view does not refresh");
+  }
+  /// Brings `row` to the top and paints the window at once.
+  void ScrollTo(int row) {
+    IFlexGrid& grid = view_->CurrentGrid();
+    long window = 0;
+    grid.put_TopRow(row);
+    grid.get_hWnd(&window);
+    const HWND hwnd = reinterpret_cast<HWND>(static_cast<INT_PTR>(window));
+    RedrawWindow(hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+  }
+  void ExpandAll() {
+    IFlexGrid& grid = view_->CurrentGrid();
+    long rows = 0;
+    grid.get_Rows(&rows);
+    for (long row = 1; row < rows; ++row) grid.put_IsCollapsed(row, VARIANT_FALSE);
+  }
+
+ private:
+  static book::Book Filled(const std::string& path, int accounts) {
+    (void)book::Book::Create(path);
+    bench::FillChart(path, accounts);
+    return book::Book::Open(path);
+  }
+
+  book::Book book_;
+  win32::OwnedWindow frame_;
+  std::unique_ptr<KjkmView> view_;
+};
+
+void MeasureRefresh(bench::Figures& figures, Stage& stage, const std::string& path, int accounts,
+                    int rounds) {
+  const bench::Connection connection(path);
+  FetchPages(connection);
+  const bench::Pair pair = bench::InTurn(
+      rounds, [&] { FetchPages(connection); }, [&] { stage.Refresh(); });
+  bench::Figures::Tell("refresh through COM", accounts, pair.measured, "ms");
+  figures.Print("refresh through COM over fetch and copy", accounts, pair.Ratio(), kRefreshLimit);
+}
+
+double RepaintTime(Stage& stage, int step) {
+  constexpr int kRepaints = 200;
+  stage.ExpandAll();
+  return bench::Median(3, [&] {
+    for (int i = 0; i < kRepaints; ++i) stage.ScrollTo(1 + i * step);
+  });
+}
+
+void MeasureRepaint(bench::Figures& figures, Stage& small, Stage& large, int accounts) {
+  constexpr int kStep = 400;
+  const double few = RepaintTime(small, 0);
+  const double many = RepaintTime(large, kStep);
+  figures.Print("one repaint while scrolling, over that of 100 rows", accounts, many / few,
+                kRepaintLimit);
+}
+
+void MeasureSearch(Stage& stage, int accounts) {
+  const double find = bench::Median(3, [&] { stage.View().Find(L"no such account"); });
+  bench::Figures::Tell("search through all rows", accounts, find, "ms");
+  const double filter = bench::Median(3, [&] { stage.View().Filter(L"99"); });
+  bench::Figures::Tell("filter", accounts, filter, "ms");
+}
+
+/// Where the time between the two sides goes.
+void MeasureCrossing(const std::string& path, int accounts) {
+  book::Book book = book::Book::Open(path);
+  const auto session = book.System()->GetDatabase();
+  const std::string sql =
+      "select ccode,ccode_name,cexch_name,'',i_id,igrade,cclass from gl_code order by ccode";
+  const auto rows = [&] {
+    return std::dynamic_pointer_cast<book::SnapshotRecordset>(
+        session->OpenSql(sql, host::kStatementMode)->OpenRecordset());
+  };
+  const auto array = [&] {
+    VARIANT value{};
+    value.vt = VT_ARRAY | VT_VARIANT;
+    value.parray = ArrayOfRows(*rows());
+    return value;
+  };
+  VARIANT made{};
+  const double making = bench::Median(3, [&] { made = array(); });
+  bench::Figures::Tell("rows into an array", accounts, making, "ms");
+  const Variant owned(made);
+  const double reading = bench::Median(3, [&] { (void)tavrix::component::ToRowSet(owned); });
+  bench::Figures::Tell("array into a row set", accounts, reading, "ms");
+  const double clearing = bench::Median(1, [&] { VariantClear(&made); });
+  bench::Figures::Tell("array cleared", accounts, clearing, "ms");
+}
+
+int Measure(int rounds) {
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "desk_measure";
+  std::filesystem::remove_all(folder);
+  std::filesystem::create_directories(folder);
+  constexpr int kFew = 100;
+  constexpr int kMany = 100000;
+  bench::Figures figures;
+  {
+    const std::string path = (folder / "many.book").string();
+    Stage small((folder / "few.book").string(), kFew);
+    Stage large(path, kMany);
+    MeasureCrossing(path, kMany);
+    MeasureRefresh(figures, large, path, kMany, rounds);
+    MeasureRepaint(figures, small, large, kMany);
+    MeasureSearch(large, kMany);
+  }
+  std::filesystem::remove_all(folder);
+  return figures.Within() ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace desk::app
+
+/// The argument is how often to measure what is measured in turn.
+int main(int count, char** arguments) {
+  OleInitialize(nullptr);
+  int result = 1;
+  try {
+    result = desk::app::Measure(count > 1 ? std::atoi(arguments[1]) : 7);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+  }
+  OleUninitialize();
+  return result;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "book/session.h"
+
+namespace desk::app {
+
+/// What an entry may have to name beside its account, in the order of the account's flags.
+enum class Partner { kDepartment, kPerson, kCustomer, kSupplier, kProject };
+
+/// An account as vouchers need it.
+struct PostingAccount {
+  std::wstring name;
+  bool leaf = false;
+  std::vector<Partner> wanted;
+};
+
+/// "部门", "客户" and so on.
+[[nodiscard]] const wchar_t* NameOf(Partner partner);
+
+/// Nothing when there is no account of that code. Throws what the database raises.
+[[nodiscard]] std::optional<PostingAccount> FindPostingAccount(book::Session& session,
+                                                               const std::string& code);
+
+}  // namespace desk::app

@@ -1,0 +1,211 @@
+// The parts of the posting pane: making, arranging and painting them.
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <array>
+
+#include "app/frame/icons.h"
+#include "app/frame/search_strip.h"
+#include "app/posting/posting_ids.h"
+#include "app/posting/posting_pane.h"
+#include "book/money_text.h"
+#include "viewkit/win32/wide.h"
+
+namespace desk::app {
+namespace {
+
+namespace win32 = tavrix::viewkit::win32;
+
+struct ColumnPlan {
+  const wchar_t* heading;
+  int width;
+  int format;
+};
+constexpr std::array kColumns = {
+    ColumnPlan{L"科目编码", 96, LVCFMT_LEFT},   ColumnPlan{L"科目名称", 170, LVCFMT_LEFT},
+    ColumnPlan{L"摘要", 220, LVCFMT_LEFT},      ColumnPlan{L"借方金额", 120, LVCFMT_RIGHT},
+    ColumnPlan{L"贷方金额", 120, LVCFMT_RIGHT}, ColumnPlan{L"往来", 160, LVCFMT_LEFT}};
+
+constexpr int kMargin = 10;
+constexpr int kGap = 8;
+
+}  // namespace
+
+HWND PostingPane::Add(const wchar_t* class_name, const wchar_t* text, DWORD style, int id) {
+  return CreateWindowExW(0, class_name, text, WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, Hwnd(),
+                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), win32::ThisModule(),
+                         nullptr);
+}
+
+// The order of creation is that of the Tab key.
+void PostingPane::CreateParts() {
+  constexpr DWORD kBox = WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL;
+  constexpr DWORD kNumber = kBox | ES_RIGHT;
+  constexpr DWORD kLabel = SS_LEFT | SS_CENTERIMAGE;
+  date_label_ = Add(WC_STATICW, L"日期", kLabel, kPostingLabel);
+  date_ = Add(DATETIMEPICK_CLASSW, L"", WS_TABSTOP | DTS_SHORTDATECENTURYFORMAT, kPostingDate);
+  DateTime_SetFormat(date_, L"yyyy-MM-dd");
+  summary_label_ = Add(WC_STATICW, L"摘要", kLabel, kPostingLabel);
+  summary_ = Add(WC_EDITW, L"", kBox, kPostingSummary);
+  code_label_ = Add(WC_STATICW, L"科目", kLabel, kPostingLabel);
+  code_ = Add(WC_EDITW, L"", kBox, kPostingCode);
+  take_ = Add(WC_BUTTONW, L"取所选", WS_TABSTOP | BS_PUSHBUTTON, kPostingTake);
+  name_ = Add(WC_STATICW, L"", kLabel | SS_ENDELLIPSIS, kPostingLabel);
+  debit_label_ = Add(WC_STATICW, L"借方", kLabel, kPostingLabel);
+  debit_ = Add(WC_EDITW, L"", kNumber, kPostingDebit);
+  credit_label_ = Add(WC_STATICW, L"贷方", kLabel, kPostingLabel);
+  credit_ = Add(WC_EDITW, L"", kNumber, kPostingCredit);
+  partner_label_ = Add(WC_STATICW, L"往来", kLabel | SS_ENDELLIPSIS, kPostingLabel);
+  partner_ = Add(WC_EDITW, L"", kBox | WS_DISABLED, kPostingPartner);
+  add_ = Add(WC_BUTTONW, L"加入分录", WS_TABSTOP | BS_DEFPUSHBUTTON, IDOK);
+  CreateList();
+  remove_ = Add(WC_BUTTONW, L"删除分录", WS_TABSTOP | BS_PUSHBUTTON, kPostingRemove);
+  clear_ = Add(WC_BUTTONW, L"清空", WS_TABSTOP | BS_PUSHBUTTON, kPostingClear);
+  post_ = Add(WC_BUTTONW, L"过账(&G)", WS_TABSTOP | BS_PUSHBUTTON, kPostingPost);
+  SetStyle(style_);
+}
+
+void PostingPane::CreateList() {
+  list_ = Add(
+      WC_LISTVIEWW, L"",
+      WS_TABSTOP | WS_BORDER | LVS_REPORT | LVS_SHOWSELALWAYS | LVS_NOSORTHEADER | LVS_SINGLESEL,
+      kPostingList);
+  ListView_SetExtendedListViewStyle(list_, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
+  for (int i = 0; i < static_cast<int>(kColumns.size()); ++i) {
+    const ColumnPlan& plan = kColumns[static_cast<std::size_t>(i)];
+    LVCOLUMNW column{};
+    column.mask = LVCF_TEXT | LVCF_FMT | LVCF_SUBITEM;
+    column.pszText = const_cast<wchar_t*>(plan.heading);
+    column.fmt = plan.format;
+    column.iSubItem = i;
+    ListView_InsertColumn(list_, i, &column);
+  }
+}
+
+void PostingPane::SetStyle(SharedStyle style) {
+  style_ = std::move(style);
+  const auto set_font = [](HWND child, LPARAM font) -> BOOL {
+    SendMessageW(child, WM_SETFONT, static_cast<WPARAM>(font), TRUE);
+    return TRUE;
+  };
+  EnumChildWindows(Hwnd(), set_font, reinterpret_cast<LPARAM>(style_->Font()));
+  for (int i = 0; i < static_cast<int>(kColumns.size()); ++i) {
+    ListView_SetColumnWidth(list_, i,
+                            style_->scale.Design(kColumns[static_cast<std::size_t>(i)].width));
+  }
+  Arrange();
+}
+
+void PostingPane::Place(HWND window, int left, int top, int width, int height) {
+  MoveWindow(window, left, top, std::max(0, width), std::max(0, height), TRUE);
+}
+
+void PostingPane::Arrange() {
+  if (post_ == nullptr) return;
+  const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
+  RECT area{};
+  GetClientRect(Hwnd(), &area);
+  const int width = static_cast<int>(area.right);
+  const int height = style_->fonts.LinePixels() + design(8);
+  int top = style_->strip_height + design(4);
+  top = ArrangeHead(top, height);
+  top = ArrangeEntry(top, height, width);
+  const int foot = static_cast<int>(area.bottom) - height - design(kGap);
+  Place(list_, design(kMargin), top, width - 2 * design(kMargin), foot - top - design(kGap));
+  ArrangeFoot(foot, height, width);
+  InvalidateRect(Hwnd(), nullptr, FALSE);
+}
+
+int PostingPane::ArrangeHead(int top, int height) {
+  const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
+  int left = design(kMargin);
+  Place(date_label_, left, top, design(32), height);
+  Place(date_, left + design(36), top, design(120), height);
+  left += design(36 + 120 + 20);
+  Place(summary_label_, left, top, design(32), height);
+  Place(summary_, left + design(36), top, design(360), height);
+  return top + height + design(6);
+}
+
+int PostingPane::ArrangeEntry(int top, int height, int width) {
+  const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
+  int left = design(kMargin);
+  const auto put = [&](HWND window, int units, int gap) {
+    Place(window, left, top, design(units), height);
+    left += design(units + gap);
+  };
+  put(code_label_, 32, 4);
+  put(code_, 120, 6);
+  put(take_, 60, 8);
+  put(name_, 168, 8);
+  put(debit_label_, 32, 4);
+  put(debit_, 100, 12);
+  put(credit_label_, 32, 4);
+  put(credit_, 100, 12);
+  put(partner_label_, 64, 4);
+  const int add_width = design(84);
+  const int partner_width =
+      std::clamp(width - left - add_width - design(kMargin + kGap), design(60), design(200));
+  Place(partner_, left, top, partner_width, height);
+  Place(add_, left + partner_width + design(kGap), top, add_width, height);
+  return top + height + design(kGap);
+}
+
+void PostingPane::ArrangeFoot(int top, int height, int width) {
+  const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
+  int right = width - design(kMargin);
+  for (const HWND button : {post_, clear_, remove_}) {
+    Place(button, right - design(84), top, design(84), height);
+    right -= design(84 + 6);
+  }
+  foot_ = {design(kMargin), top, right - design(kGap), top + height};
+}
+
+RECT PostingPane::CloseButton() const {
+  RECT area{};
+  GetClientRect(Hwnd(), &area);
+  return {area.right - style_->scale.Design(32), 0, area.right, style_->strip_height};
+}
+
+void PostingPane::Paint() {
+  const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
+  const win32::PaintScope paint(Hwnd());
+  HDC dc = paint.Dc();
+  RECT area{};
+  GetClientRect(Hwnd(), &area);
+  FillBox(dc, area, GetSysColor(COLOR_BTNFACE));
+  FillBox(dc, {0, 0, area.right, design(1)}, kLineColor);
+  const int icon = style_->small_icon_pixels;
+  const int top = (style_->strip_height - icon) / 2;
+  PaintIcon(dc, Icon::kVoucher, design(8), top, icon);
+  const RECT close = CloseButton();
+  PaintIcon(dc, Icon::kClose, close.left + (close.right - close.left - icon) / 2, top, icon);
+  const win32::Selected font(dc, style_->BoldFont());
+  DrawLine(dc, L"录入凭证", {design(30), 0, close.left, style_->strip_height},
+           GetSysColor(COLOR_BTNTEXT));
+  PaintFoot(dc, foot_);
+}
+
+void PostingPane::PaintFoot(HDC dc, const RECT& area) const {
+  std::int64_t debit = 0;
+  std::int64_t credit = 0;
+  for (const Line& line : lines_) {
+    debit += line.entry.debit;
+    credit += line.entry.credit;
+  }
+  std::wstring sums = L"借方合计 " + win32::Wide(book::MoneyText(debit)) + L"    贷方合计 " +
+                      win32::Wide(book::MoneyText(credit));
+  if (debit != credit) sums += L"    差额 " + win32::Wide(book::MoneyText(debit - credit));
+  const win32::Selected font(dc, style_->Font());
+  DrawLine(dc, sums.c_str(), area, GetSysColor(COLOR_BTNTEXT));
+  RECT rest = area;
+  rest.left += style_->fonts.Pixels(sums, false) + style_->scale.Design(24);
+  constexpr COLORREF kRefusal = RGB(190, 40, 34);
+  constexpr COLORREF kDone = RGB(34, 120, 72);
+  DrawLine(dc, answer_.c_str(), rest, refusal_ ? kRefusal : kDone);
+}
+
+}  // namespace desk::app

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/frame/style.h"
+#include "app/posting/posting_account.h"
+#include "book/posting.h"
+#include "viewkit/win32/handles.h"
+#include "viewkit/win32/window.h"
+
+namespace desk::app {
+
+/// What the pane asks of the program around it.
+struct PostingPlan {
+  /// The account of a code; nothing when there is none.
+  std::function<std::optional<PostingAccount>(const std::wstring& code)> account;
+  /// The code selected in the view; empty for none.
+  std::function<std::wstring()> selected_code;
+  /// Posts and gives the voucher's number. What it throws is shown in the pane.
+  std::function<int(const book::Voucher&)> post;
+  std::function<void()> close;
+};
+
+/// The pane in which vouchers are entered: a date and a summary, lines of accounts and amounts, and
+/// their sums.
+class PostingPane : public tavrix::viewkit::win32::Window {
+ public:
+  static constexpr int kDesignHeight = 264;
+
+  [[nodiscard]] static std::shared_ptr<PostingPane> Make(HWND parent, SharedStyle style,
+                                                         PostingPlan plan);
+  void SetStyle(SharedStyle style);
+  /// Focus to the account's box.
+  void FocusFirst();
+
+ private:
+  struct Line {
+    book::Entry entry;
+    std::wstring account_name;
+  };
+
+  LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
+  void CreateParts();
+  void CreateList();
+  [[nodiscard]] HWND Add(const wchar_t* class_name, const wchar_t* text, DWORD style, int id);
+  void Arrange();
+  int ArrangeHead(int top, int height);
+  int ArrangeEntry(int top, int height, int width);
+  void ArrangeFoot(int top, int height, int width);
+  void Paint();
+  void PaintFoot(HDC dc, const RECT& area) const;
+  void OnCommand(int id, int code);
+  void OnCode();
+  void TakeSelected();
+  void AddLine();
+  [[nodiscard]] std::optional<Line> ReadLine();
+  void FillPartners(const PostingAccount& account, book::Auxiliary& auxiliary);
+  void RemoveLine();
+  void Clear();
+  void PostVoucher();
+  [[nodiscard]] book::Voucher ReadVoucher() const;
+  void ShowLines();
+  /// A short answer at the foot, red when it is a refusal; the focus goes to `box` if there is one.
+  void Answer(std::wstring text, bool refusal, HWND box = nullptr);
+  void Place(HWND window, int left, int top, int width, int height);
+  [[nodiscard]] RECT CloseButton() const;
+
+  SharedStyle style_;
+  PostingPlan plan_;
+  HWND date_label_ = nullptr;  // children, which go with the window
+  HWND date_ = nullptr;
+  HWND summary_label_ = nullptr;
+  HWND summary_ = nullptr;
+  HWND code_label_ = nullptr;
+  HWND code_ = nullptr;
+  HWND take_ = nullptr;
+  HWND name_ = nullptr;
+  HWND debit_label_ = nullptr;
+  HWND debit_ = nullptr;
+  HWND credit_label_ = nullptr;
+  HWND credit_ = nullptr;
+  HWND partner_label_ = nullptr;
+  HWND partner_ = nullptr;
+  HWND add_ = nullptr;
+  HWND list_ = nullptr;
+  HWND remove_ = nullptr;
+  HWND clear_ = nullptr;
+  HWND post_ = nullptr;
+  RECT foot_{};
+  std::vector<Line> lines_;
+  std::optional<PostingAccount> account_;
+  std::wstring answer_;
+  bool refusal_ = false;
+};
+
+}  // namespace desk::app

@@ -1,0 +1,387 @@
+#include "app/program/desk.h"
+
+#include <exception>
+#include <filesystem>
+
+#include "app/com/object.h"
+#include "app/faces/system_face.h"
+#include "app/faces/window_wheel.h"
+#include "app/frame/new_book_dialog.h"
+#include "book/posting.h"
+#include "book/sample.h"
+#include "host/report.h"
+#include "viewkit/win32/wide.h"
+
+namespace desk::app {
+namespace {
+
+namespace fs = std::filesystem;
+namespace host = tavrix::host;
+using tavrix::viewkit::win32::Narrow;
+using tavrix::viewkit::win32::Wide;
+
+constexpr wchar_t kTitle[] = L"会计科目";
+constexpr char kDeskSection[] = "desk";
+constexpr char kCompanyKey[] = "company";
+constexpr wchar_t kSampleFile[] = L"示例账簿.book";
+constexpr char kSampleCompany[] = "示例商贸有限公司";
+
+book::StandardChart ChartOf(const NewBookChoice& choice) {
+  return choice.small_enterprise ? book::StandardChart::kSmallEnterprise
+                                 : book::StandardChart::kEnterprise;
+}
+
+}  // namespace
+
+Desk::Desk()
+    : folders_(DeskFolders::Find()), settings_(folders_), frame_(FrameWindow::Make(*this)) {
+  frame_->SetRecent(settings_.Recent());
+  frame_->Reports().SetDesignHeight(settings_.ReportHeight());
+  posting_ = PostingPane::Make(frame_->Hwnd(), frame_->CurrentStyle(), MakePostingPlan());
+}
+
+Desk::~Desk() {
+  CloseBook();
+}
+
+void Desk::Start(const std::wstring& book, int show) {
+  settings_.Restore(frame_->Hwnd(), show);
+  UpdateWindow(frame_->Hwnd());
+  if (book.empty()) {
+    OpenSample();
+  } else {
+    Open(book);
+  }
+  OnFocusView();
+  frame_->UpdateCommands();
+}
+
+int Desk::Run() {
+  MSG message{};
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    KjkmView* view = View();
+    const bool in_view = view != nullptr && view->Container().HasFocus();
+    const bool used = frame_->Translate(message, in_view) ||
+                      (in_view && View() == view && view->Container().Translate(message));
+    if (!used) {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+    // What a message has changed shows as soon as nothing more is waiting.
+    if (frame_->Alive() && !PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE)) {
+      frame_->UpdateCommands();
+    }
+  }
+  return static_cast<int>(message.wParam);
+}
+
+template <class Body>
+void Desk::Trapped(const std::wstring& context, Body&& body) {
+  try {
+    body();
+  } catch (const std::exception& error) {
+    Fail(context + Wide(host::ErrorText(error)));
+  }
+}
+
+void Desk::Fail(const std::wstring& text) {
+  frame_->AddReport({.text = text, .level = host::kLoadingError, .title = kTitle});
+  if (!open_) return frame_->Area().SetEmptyText(L"没有打开的账簿", text);
+  if (!View()) frame_->Area().SetEmptyText(L"不能显示科目表", text);
+}
+
+void Desk::OnCommand(Command command) {
+  Trapped({}, [&] { Do(command); });
+  if (frame_->Alive()) frame_->UpdateCommands();
+}
+
+void Desk::Do(Command command) {
+  const WORD recent = static_cast<WORD>(IdOf(command) - IdOf(Command::kRecentFirst));
+  if (IdOf(command) >= IdOf(Command::kRecentFirst)) return OpenRecent(recent);
+  switch (command) {
+    case Command::kNewBook:
+      return AskNew();
+    case Command::kOpenBook:
+      return AskOpen();
+    case Command::kExit:
+      PostMessageW(frame_->Hwnd(), WM_CLOSE, 0, 0);
+      return;
+    case Command::kReports:
+      return frame_->Reports().SetOpen(!frame_->Reports().Open());
+    case Command::kAbout:
+      return About();
+    default:
+      if (StateOf(command).enabled) DoOnBook(command);
+  }
+}
+
+void Desk::DoOnBook(Command command) {
+  KjkmView& view = *View();
+  switch (command) {
+    case Command::kAddSibling:
+      view.Call(&IFormUI::FileNew);
+      return;
+    case Command::kAddChild:
+      view.Call(&IFormUI::FileNewNext);
+      return;
+    case Command::kEdit:
+      view.Call(&IFormUI::FileEdit);
+      return;
+    case Command::kDelete:
+      view.Call(&IFormUI::FileDelete);
+      return;
+    case Command::kRecordTop:
+      view.Call(&IFormUI::RecordTop);
+      return;
+    case Command::kRecordPrevious:
+      view.Call(&IFormUI::RecordPrevious);
+      return;
+    case Command::kRecordNext:
+      view.Call(&IFormUI::RecordNext);
+      return;
+    case Command::kRecordBottom:
+      view.Call(&IFormUI::RecordBottom);
+      return;
+    case Command::kRefresh:
+      view.Call(&IFormUI::Refresh);
+      // Freshly read rows are all shown; the filter that the user sees in its bar holds on.
+      if (frame_->FilterBar().Shown()) OnFilter(frame_->FilterBar().Text());
+      return;
+    case Command::kFind:
+      return frame_->ShowBar(frame_->FindBar(), true);
+    case Command::kFindNext:
+      return OnFindNext();
+    case Command::kFilter:
+      return frame_->ShowBar(frame_->FilterBar(), true);
+    case Command::kPosting:
+      return ShowPosting(!posting_shown_);
+    default:
+      return;
+  }
+}
+
+CommandState Desk::StateOf(Command command) {
+  switch (command) {
+    case Command::kNewBook:
+    case Command::kOpenBook:
+    case Command::kExit:
+    case Command::kAbout:
+      return {};
+    case Command::kReports:
+      return {.pressed = frame_->Reports().Open()};
+    default:
+      break;
+  }
+  const KjkmView* view = View();
+  const bool started = view != nullptr && view->Started();
+  if (!started) return {.enabled = false};
+  try {
+    return StateOnRow(view->State(), command);
+  } catch (const std::exception&) {  // a view that does not answer has no commands
+    return {.enabled = false};
+  }
+}
+
+CommandState Desk::StateOnRow(const ViewState& state, Command command) const {
+  switch (command) {
+    case Command::kAddSibling:
+      return {.enabled = state.row_selected || !state.has_rows};
+    case Command::kAddChild:
+      return {.enabled = state.row_selected || !state.has_rows, .shown = View()->OffersAddChild()};
+    case Command::kEdit:
+    case Command::kDelete:
+      return {.enabled = state.row_selected};
+    case Command::kRecordTop:
+    case Command::kRecordPrevious:
+    case Command::kRecordNext:
+    case Command::kRecordBottom:
+    case Command::kFindNext:
+      return {.enabled = state.has_rows};
+    case Command::kFind:
+      return {.enabled = state.has_rows, .pressed = frame_->FindBar().Shown()};
+    case Command::kFilter:
+      return {.enabled = state.has_rows, .pressed = frame_->FilterBar().Shown()};
+    case Command::kPosting:
+      return {.pressed = posting_shown_};
+    default:
+      return {};
+  }
+}
+
+void Desk::OnFind(const std::wstring& text) {
+  if (!View() || text.empty()) return;
+  frame_->FindBar().SetAnswer(View()->Find(text) ? L"" : L"没有找到");
+}
+
+void Desk::OnFindNext() {
+  if (!View()) return;
+  SearchStrip& bar = frame_->FindBar();
+  if (!bar.Shown() || bar.Text().empty()) return frame_->ShowBar(bar, true);
+  bar.SetAnswer(View()->Call(&IFormUI::FindNext) ? L"" : L"没有找到");
+}
+
+void Desk::OnFilter(const std::wstring& text) {
+  if (!View()) return;
+  const bool found = View()->Filter(text);
+  frame_->FilterBar().SetAnswer(found || text.empty() ? L"" : L"没有符合条件的科目");
+}
+
+void Desk::OnViewArea(const RECT& area) {
+  if (View()) View()->Container().SetArea(area);
+}
+
+void Desk::OnActivate(bool active) {
+  if (View()) View()->Container().OnFrameActivate(active);
+}
+
+bool Desk::OnFocusView() {
+  return View() != nullptr && View()->Container().Focus();
+}
+
+void Desk::OnStyle() {
+  posting_->SetStyle(frame_->CurrentStyle());
+  if (View()) View()->Container().OnAmbientChange();
+}
+
+bool Desk::OnClosing() {
+  settings_.Save(frame_->Hwnd());
+  settings_.SaveReportHeight(frame_->Reports().DesignHeight());
+  CloseBook();
+  return true;
+}
+
+void Desk::AskNew() {
+  const auto choice = AskNewBook(frame_->Hwnd(), folders_.books.wstring());
+  if (!choice) return;
+  Trapped(L"不能建立账簿：", [&] {
+    book::Book made =
+        book::Book::Create(Narrow(choice->file), book::LoadTemplate(ChartOf(*choice)));
+    made.SetSetting(kDeskSection, kCompanyKey, Narrow(choice->company));
+    Show(std::move(made), choice->file);
+  });
+}
+
+void Desk::AskOpen() {
+  const auto file = AskOpenBook(frame_->Hwnd(), folders_.books.wstring());
+  if (file) Open(*file);
+}
+
+void Desk::OpenRecent(std::size_t position) {
+  const std::vector<std::wstring> recent = settings_.Recent();
+  if (position >= recent.size()) return;
+  const std::wstring& file = recent[position];
+  if (!fs::exists(file)) {
+    settings_.Forget(file);
+    frame_->SetRecent(settings_.Recent());
+  }
+  Open(file);
+}
+
+void Desk::Open(const std::wstring& file) {
+  Trapped(L"不能打开账簿“" + fs::path(file).filename().wstring() + L"”：", [&] {
+    if (!fs::exists(file)) throw host::HostError("文件不存在");
+    Show(book::Book::Open(Narrow(fs::absolute(file).wstring())), fs::absolute(file).wstring());
+  });
+}
+
+void Desk::OpenSample() {
+  const fs::path file = folders_.books / kSampleFile;
+  if (fs::exists(file)) return Open(file.wstring());
+  Trapped(L"不能建立示例账簿：", [&] {
+    frame_->SetMessage(L"正在建立示例账簿...");
+    book::Book sample =
+        book::CreateSampleBook(Narrow(file.wstring()), book::StandardChart::kEnterprise);
+    sample.SetSetting(kDeskSection, kCompanyKey, kSampleCompany);
+    frame_->SetMessage({});
+    Show(std::move(sample), file.wstring());
+  });
+}
+
+void Desk::Show(book::Book book, const std::wstring& file) {
+  CloseBook();
+  book.Around().user_folder = Narrow(folders_.user.wstring());
+  book.Around().make_mouse_event = [] { return WindowWheel::Make(); };
+  open_.emplace(OpenBook{.book = std::move(book), .file = file, .view = nullptr});
+  settings_.Remember(file);
+  frame_->SetRecent(settings_.Recent());
+  TellBook();
+  if (!open_->book.Faults().empty()) {
+    Fail(L"账簿不完整：" + Wide(open_->book.Faults()));
+  }
+  Trapped({}, [&] { StartView(); });
+}
+
+void Desk::StartView() {
+  ContainerPlan plan;
+  plan.area = frame_->Area().Hwnd();
+  plan.frame = frame_->Hwnd();
+  plan.display_name = L"Kjkm1";
+  plan.status_text = [this](const std::wstring& text) { frame_->SetMessage(text); };
+  plan.tab_out = [this](bool backward) { frame_->FocusBeside(backward); };
+  ViewEvents events;
+  events.message = [this](const std::wstring& text) { frame_->SetMessage(text); };
+  events.report = [this](const std::wstring& text, long level, const std::wstring& title) {
+    frame_->AddReport({.text = text, .level = level, .title = title});
+  };
+  open_->view = std::make_unique<KjkmView>(std::move(plan), std::move(events));
+  const auto system = MakeObject<SystemFace>(open_->book.System());
+  open_->view->Start(system.Get());
+  OnFocusView();
+}
+
+void Desk::CloseBook() {
+  if (!open_) return;
+  open_->view.reset();
+  open_.reset();
+  if (!frame_->Alive()) return;
+  frame_->SetMessage({});
+  frame_->ResetBars();
+  TellBook();
+}
+
+void Desk::TellBook() {
+  if (!open_) {
+    frame_->SetTitle({});
+    frame_->SetBookTexts({}, {});
+    return;
+  }
+  const fs::path file = open_->file;
+  std::wstring company;
+  Trapped({}, [&] { company = Wide(open_->book.Setting(kDeskSection, kCompanyKey)); });
+  const std::wstring name = file.filename().wstring();
+  frame_->SetTitle(company.empty() ? file.stem().wstring() : company);
+  frame_->SetBookTexts(company, open_->book.ReadOnly() ? name + L"（只读）" : name);
+}
+
+PostingPlan Desk::MakePostingPlan() {
+  PostingPlan plan;
+  plan.account = [this](const std::wstring& code) -> std::optional<PostingAccount> {
+    if (!open_) return std::nullopt;
+    return FindPostingAccount(open_->book.GetSession(), Narrow(code));
+  };
+  plan.selected_code = [this] {
+    const auto account = View() ? View()->SelectedAccount() : std::nullopt;
+    return account ? account->code : std::wstring();
+  };
+  plan.post = [this](const book::Voucher& voucher) {
+    if (!open_) throw host::HostError("没有打开的账簿");
+    return book::Post(open_->book.GetSession(), voucher);
+  };
+  plan.close = [this] { ShowPosting(false); };
+  return plan;
+}
+
+void Desk::ShowPosting(bool shown) {
+  posting_shown_ = shown;
+  ShowWindow(posting_->Hwnd(), shown ? SW_SHOWNA : SW_HIDE);
+  frame_->Dock(shown ? posting_->Hwnd() : nullptr, PostingPane::kDesignHeight);
+  if (shown) return posting_->FocusFirst();
+  OnFocusView();
+}
+
+void Desk::About() {
+  MessageBoxW(frame_->Hwnd(), L"会计科目 1.0\n\n维护会计科目表的示例程序，使用 Tavrix 控件。",
+              L"关于", MB_OK | MB_ICONINFORMATION);
+}
+
+}  // namespace desk::app

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/frame/frame_window.h"
+#include "app/posting/posting_pane.h"
+#include "app/program/desk_settings.h"
+#include "app/program/kjkm_view.h"
+#include "book/book.h"
+
+namespace desk::app {
+
+/// The program: one frame, at most one open book, and the view on it.
+class Desk : private FrameOwner {
+ public:
+  Desk();
+  Desk(const Desk&) = delete;
+  Desk& operator=(const Desk&) = delete;
+  ~Desk() override;
+
+  /// Shows the frame and opens `book`; with an empty name the sample book, which is made when it is
+  /// not there yet.
+  void Start(const std::wstring& book, int show);
+  /// Runs until the frame is closed; gives the program's exit code.
+  int Run();
+
+ private:
+  /// An open book and the view on it. The view goes first.
+  struct OpenBook {
+    book::Book book;
+    std::wstring file;
+    std::unique_ptr<KjkmView> view;
+  };
+
+  // FrameOwner
+  void OnCommand(Command command) override;
+  [[nodiscard]] CommandState StateOf(Command command) override;
+  void OnFind(const std::wstring& text) override;
+  void OnFindNext() override;
+  void OnFilter(const std::wstring& text) override;
+  void OnViewArea(const RECT& area) override;
+  void OnActivate(bool active) override;
+  bool OnFocusView() override;
+  void OnStyle() override;
+  [[nodiscard]] bool OnClosing() override;
+
+  void Do(Command command);
+  void DoOnBook(Command command);
+  void AskNew();
+  void AskOpen();
+  void OpenRecent(std::size_t position);
+  void Open(const std::wstring& file);
+  void OpenSample();
+  void Show(book::Book book, const std::wstring& file);
+  void StartView();
+  void CloseBook();
+  void TellBook();
+  void ShowPosting(bool shown);
+  [[nodiscard]] PostingPlan MakePostingPlan();
+  void About();
+  /// Runs `body`; what it throws becomes a report, and the empty view area says it too.
+  template <class Body>
+  void Trapped(const std::wstring& context, Body&& body);
+  void Fail(const std::wstring& text);
+  [[nodiscard]] KjkmView* View() const { return open_ ? open_->view.get() : nullptr; }
+  [[nodiscard]] CommandState StateOnRow(const ViewState& state, Command command) const;
+
+  DeskFolders folders_;
+  DeskSettings settings_;
+  std::shared_ptr<FrameWindow> frame_;
+  std::shared_ptr<PostingPane> posting_;
+  bool posting_shown_ = false;
+  std::optional<OpenBook> open_;
+};
+
+}  // namespace desk::app

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "book/settings_file.h"
+
+namespace desk::app {
+
+/// The user's folders that the desk keeps its files in; they exist.
+struct DeskFolders {
+  std::filesystem::path user;   ///< layouts and the desk's own settings
+  std::filesystem::path books;  ///< where books are proposed to be kept
+
+  [[nodiscard]] static DeskFolders Find();
+};
+
+/// What the desk remembers of a user from one start to the next. Nothing here fails: what cannot be
+/// read or written is as if it had never been there.
+class DeskSettings {
+ public:
+  explicit DeskSettings(const DeskFolders& folders);
+
+  /// The newest first.
+  [[nodiscard]] const std::vector<std::wstring>& Recent() const { return recent_; }
+  /// Puts `book` first.
+  void Remember(const std::wstring& book);
+  void Forget(const std::wstring& book);
+
+  /// Puts the window where it was, as far as that place is on a screen; shows it.
+  void Restore(HWND window, int show);
+  void Save(HWND window);
+
+  [[nodiscard]] int ReportHeight();
+  void SaveReportHeight(int height);
+
+ private:
+  [[nodiscard]] long Number(const char* key, long fallback);
+  void Write(const std::string& key, const std::string& value);
+  void WriteRecent();
+
+  book::SharedSettingsFile file_;
+  std::vector<std::wstring> recent_;
+};
+
+}  // namespace desk::app

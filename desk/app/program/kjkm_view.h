@@ -1,0 +1,74 @@
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/container/control_container.h"
+#include "app/program/event_sink.h"
+#include "component/base/com_ptr.h"
+#include "qnDesignUI.h"
+#include "qnFormUI.h"
+#include "tavrix.h"
+
+namespace desk::app {
+
+/// Where the selection of the view stands, as far as commands depend on it.
+struct ViewState {
+  bool has_rows = false;
+  bool row_selected = false;
+};
+
+/// The account on a row of the view.
+struct RowAccount {
+  std::wstring code;
+  std::wstring name;
+};
+
+/// The chart-of-accounts view as this program uses it: the component's class, placed in the frame.
+class KjkmView {
+ public:
+  /// Creates the control and places it; throws `host::HostError` with a text for users.
+  KjkmView(ContainerPlan plan, ViewEvents events);
+  KjkmView(const KjkmView&) = delete;
+  KjkmView& operator=(const KjkmView&) = delete;
+  /// Saves the layout when the view was started, and ends the view.
+  ~KjkmView();
+
+  /// Hands the view its host, loads it and restores its layout. Throws what `Init` raises.
+  void Start(IDispatch* system);
+
+  /// The host's commands; failures have been reported through the events.
+  bool Call(HRESULT (STDMETHODCALLTYPE IFormUI::*command)(VARIANT_BOOL*));
+  bool Find(const std::wstring& text);
+  bool Filter(const std::wstring& text);
+
+  [[nodiscard]] bool Started() const { return started_; }
+  /// The view offers the command that adds below an account.
+  [[nodiscard]] bool OffersAddChild() const { return offers_add_child_; }
+  [[nodiscard]] ViewState State() const;
+  [[nodiscard]] std::optional<RowAccount> SelectedAccount() const;
+  [[nodiscard]] ControlContainer& Container() { return *container_; }
+  /// The grid of the page that is shown.
+  [[nodiscard]] IFlexGrid& CurrentGrid() const;
+
+ private:
+  void FindControls();
+  void ReadAttributes();
+
+  static constexpr int kPages = 7;
+
+  tavrix::component::ComPtr<IUnknown> control_;
+  tavrix::component::ComPtr<IFormUI> form_;
+  tavrix::component::ComPtr<ITabControl> tabs_;
+  std::array<tavrix::component::ComPtr<IFlexGrid>, kPages> grids_;
+  std::optional<EventSink> sink_;
+  std::unique_ptr<ControlContainer> container_;
+  bool started_ = false;
+  bool offers_add_child_ = false;
+};
+
+}  // namespace desk::app
