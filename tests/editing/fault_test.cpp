@@ -109,8 +109,7 @@ Outcome Play(const char* driver, const Scenario& scenario, int call, Fault fault
 }
 
 std::string PrefixOf(const std::string& report, Fault fault) {
-  const std::string text =
-      fault == Fault::kNull ? "主程序没有提供：" : test::Recorder::kFaultText;
+  const std::string text = fault == Fault::kNull ? "主程序没有提供：" : test::Recorder::kFaultText;
   const std::size_t at = report.find(text);
   return at == std::string::npos ? "no text of the fault: " + report : report.substr(0, at);
 }
