@@ -1,19 +1,9 @@
 #include "host/value.h"
 
+#include "host/overloaded.h"
 #include "host/text.h"
 
 namespace tavrix::host {
-
-namespace {
-
-template <class... Cases>
-struct Overloaded : Cases... {
-  using Cases::operator()...;
-};
-template <class... Cases>
-Overloaded(Cases...) -> Overloaded<Cases...>;
-
-}  // namespace
 
 Value::Value(std::shared_ptr<const ForeignValue> value) {
   if (value) data_ = std::move(value);

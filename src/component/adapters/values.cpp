@@ -9,6 +9,7 @@
 #include <limits>
 
 #include "component/base/failure.h"
+#include "host/overloaded.h"
 #include "host/text.h"
 
 namespace tavrix::component {
@@ -110,13 +111,6 @@ host::Value ToValue(const Variant& value) {
 
 namespace {
 
-template <class... Cases>
-struct Overloaded : Cases... {
-  using Cases::operator()...;
-};
-template <class... Cases>
-Overloaded(Cases...) -> Overloaded<Cases...>;
-
 Variant FromWhole(std::int64_t number) {
   const auto narrow = static_cast<std::int32_t>(number);
   return narrow == number ? Variant(narrow) : Variant(static_cast<double>(number));
@@ -131,14 +125,14 @@ Variant FromForeign(const host::ForeignValue& value) {
 
 Variant ToVariant(const host::Value& value) {
   return std::visit(
-      Overloaded{[](std::monostate) { return Variant::Null(); },
-                 [](bool flag) { return Variant(flag); },
-                 [](std::int64_t number) { return FromWhole(number); },
-                 [](double number) { return Variant(number); },
-                 [](const std::string& text) { return Variant(std::string_view(text)); },
-                 [](const std::shared_ptr<const host::ForeignValue>& foreign) {
-                   return FromForeign(*foreign);
-                 }},
+      host::Overloaded{[](std::monostate) { return Variant::Null(); },
+                       [](bool flag) { return Variant(flag); },
+                       [](std::int64_t number) { return FromWhole(number); },
+                       [](double number) { return Variant(number); },
+                       [](const std::string& text) { return Variant(std::string_view(text)); },
+                       [](const std::shared_ptr<const host::ForeignValue>& foreign) {
+                         return FromForeign(*foreign);
+                       }},
       value.Raw());
 }
 
