@@ -38,7 +38,9 @@ enum class SubtotalFunction {
   kMax = 6,
   kMin = 7
 };
-enum class SubtotalPosition { kAbove = 0, kBelow = 1 };
+/// Where rows of totals go: below their rows, so that the grand total is the grid's last row, or
+/// above them.
+enum class SubtotalPosition { kBelow = 0, kAbove = 1 };
 enum class Alignment {
   kLeftTop = 0,
   kLeftCenter = 1,
@@ -62,6 +64,29 @@ enum class ColumnType {
   kBoolean = 11
 };
 
+/// What a total is made over and how its row looks.
+struct SubtotalOptions {
+  /// Rows that follow one another with the same text in this column are a group and get a total of
+  /// their own; -1 makes one over the whole grid.
+  int group_on = -1;
+  /// The column that is totalled.
+  int total_on = 0;
+  /// The number's format as in `ColFormat`; empty for the plain number, which the column's own
+  /// format then displays.
+  std::string format;
+  Color back = color::kDefault;
+  Color fore = color::kDefault;
+  bool bold = false;
+  /// Stands in column `group_on`, that of the grand total in the first column that is not fixed.
+  /// "%s" gives the group's own text.
+  std::string caption = "%s";
+  /// The first of the columns, up to `group_on`, in which the rows of a group must agree. Without
+  /// it these are `group_on` itself and the columns that have been grouped on before.
+  std::optional<int> match_from;
+  /// The row does not repeat the texts of the other columns in which its group agrees.
+  bool total_only = false;
+};
+
 /// An outline grid (`VSFlexGrid`): fixed header rows above data rows, any of which may be a node of
 /// an outline. 100,000 rows are ordinary work for it.
 ///
@@ -70,6 +95,9 @@ enum class ColumnType {
 /// none is selected; so it is at first and after a load (`FixedRows` - 1). The outline: a row
 /// marked as subtotal is a node; its children are the rows below it up to the next node of the same
 /// or a lower level. Levels below 0 count as 0, levels above 32,767 as that.
+///
+/// Rows of totals, which `Subtotal` makes, are data rows like others to whoever asks for rows,
+/// texts and looks. They never count in a total, and sorting leaves them where they stand.
 ///
 /// A call changes the model, then tells the peer, then raises events; between `BeginUpdate` and
 /// `EndUpdate` all that waits for the last `EndUpdate`. A listener may change, reload or destroy
@@ -130,14 +158,21 @@ class FlexGrid : public Control, public host::Grid {
   [[nodiscard]] bool ColHidden(int col) const override;
   void SetColHidden(int col, bool hidden);
   [[nodiscard]] Alignment ColAlignment(int col) const;
+  /// A number that is no alignment is refused (`std::out_of_range`), also below.
   void SetColAlignment(int col, Alignment alignment);
   /// Alignment of the header cells of a column.
   [[nodiscard]] Alignment FixedAlignment(int col) const;
   void SetFixedAlignment(int col, Alignment alignment);
+  /// Decides how a column's texts are displayed, aligned and sorted; it never changes them.
   [[nodiscard]] ColumnType ColDataType(int col) const;
+  /// Any number that Automation has a simple type for (0 to 21); others are refused
+  /// (`std::out_of_range`).
   void SetColDataType(int col, ColumnType type);
   [[nodiscard]] const std::string& ColFormat(int col) const;
+  /// See `FormatNumber` and `FormatDate`. Numbers are formatted except in text columns, dates in
+  /// date columns and, where the format is one for dates, in columns without a type.
   void SetColFormat(int col, std::string format);
+  /// Equal texts in neighbouring shown rows are painted as one cell. Rows of totals stand alone.
   [[nodiscard]] bool MergeCol(int col) const;
   void SetMergeCol(int col, bool merge);
   /// Sizes a column to the widest of its shown and unshown cells, header and outline indent
@@ -155,14 +190,19 @@ class FlexGrid : public Control, public host::Grid {
   void SetRowHidden(int row, bool hidden) override;
 
   // --- outline
+  /// A node of the outline, or a row of totals.
   [[nodiscard]] bool IsSubtotal(int row) const override;
+  /// False also makes a row of totals a plain one.
   void SetIsSubtotal(int row, bool node);
+  /// Whether the row is a node: a row of totals below plain rows is none.
+  [[nodiscard]] bool IsNode(int row) const;
   [[nodiscard]] int RowOutlineLevel(int row) const override;
   void SetRowOutlineLevel(int row, int level);
   /// Expands everything and makes every data row a plain row of level 0.
   void ClearOutline();
   /// Makes every data row a node at once, on the level that the number in `col` less 1 gives. Gives
-  /// the deepest level, -1 without data rows.
+  /// the deepest level, -1 without data rows. Rows of totals take the level of the row that
+  /// follows.
   int SetOutlineFromColumn(int col);
   [[nodiscard]] bool IsCollapsed(int row) const override;
   /// False collapse expands. Ignored on a row that is no node.
@@ -194,11 +234,34 @@ class FlexGrid : public Control, public host::Grid {
   [[nodiscard]] int NextShownRow(int row) const;
   [[nodiscard]] int PreviousShownRow(int row) const;
 
+  // --- totals
+  /// Makes the rows of totals that `options` describes, one for each group, or one for the grid; or
+  /// fills one more column of them: totals of the same `group_on` share their rows. `kClear`
+  /// removes all rows that this has made and no other; `kNone` does nothing.
+  ///
+  /// Hidden rows count, empty cells do not; sums of decimal numbers are exact as long as 15 digits
+  /// hold them. Of several totals at one place those of the outer groups (less `group_on`) stand
+  /// outside. `back` and `fore` colour the cells that are not fixed. Where data rows are nodes, a
+  /// row of totals is a node of the level of the row that follows it, so that the outline stays as
+  /// it is; rows of totals above plain rows are their parents. Columns outside the grid are an
+  /// error. Time: one pass over the rows at most, mostly less.
+  void Subtotal(SubtotalFunction function, const SubtotalOptions& options = {});
+  /// Whether `Subtotal` has made this row.
+  [[nodiscard]] bool IsTotalRow(int row) const;
+  /// Where new rows of totals will go; below at first.
+  [[nodiscard]] viewkit::SubtotalPosition SubtotalPosition() const;
+  void SetSubtotalPosition(viewkit::SubtotalPosition position);
+
   // --- sorting, searching, summing
   /// Sorts the data rows `first` to `last` by column `col`, stably; none when `last` is less than
-  /// `first`. Everything a row has moves with it, the current row and the selection too.
+  /// `first`. Everything a row has moves with it, the current row and the selection too. The two
+  /// generic orders follow the column's type: numbers, dates, texts without case.
+  ///
+  /// Rows of totals stay, and no row passes one: each group is sorted for itself.
   void SortRows(int col, SortOrder order, int first, int last);
-  /// The `Sort` property: sorts all data rows by the current column, at each assignment anew.
+  /// The `Sort` property: sorts all data rows by the current column, at each assignment anew. What
+  /// was asked for while there were rows of totals is done over all rows as soon as these are
+  /// cleared. A number that is no order is refused (`std::out_of_range`).
   [[nodiscard]] SortOrder Sort() const;
   void SetSort(SortOrder order);
   /// First row from `start` on whose text in `col` equals `text`, or begins with it when
@@ -206,8 +269,8 @@ class FlexGrid : public Control, public host::Grid {
   /// the end finds nothing.
   [[nodiscard]] int FindRow(std::string_view text, int start, int col, bool case_sensitive = true,
                             bool full_match = true) const;
-  /// `function` over the numbers of the cells, empty ones left out; 0 over no cells. `kPercent` is
-  /// their share, in percent, of the sum over the same columns of all data rows.
+  /// `function` over the numbers of the cells, empty ones and rows of totals left out; 0 over none.
+  /// `kPercent` is their share, in percent, of the sum over the same columns of all data rows.
   [[nodiscard]] double Aggregate(SubtotalFunction function, int row1, int col1, int row2,
                                  int col2) const;
 
@@ -269,6 +332,8 @@ class FlexGrid : public Control, public host::Grid {
   [[nodiscard]] Color CellForeColor(int row, int col) const;
   [[nodiscard]] Color CellBackColor(int row, int col) const;
   [[nodiscard]] bool CellFontBold(int row, int col) const;
+  /// The colour that all cells between these two corners have; nothing where they differ.
+  [[nodiscard]] std::optional<Color> CellForeColor(int row1, int col1, int row2, int col2) const;
   void SetCellForeColor(int row, int col, Color color);
   void SetCellBackColor(int row, int col, Color color);
   void SetCellFontBold(int row, int col, bool bold);

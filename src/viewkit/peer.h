@@ -27,6 +27,8 @@ class Peer {
   virtual ~Peer() = default;
   [[nodiscard]] virtual std::intptr_t Handle() const = 0;
   virtual void Update(const Change& change) = 0;
+  /// Does at once what a notice made the peer put off, as far as it tells the model anything.
+  virtual void Settle() {}
   /// False when the window cannot take the focus (it is hidden or disabled).
   virtual bool TakeFocus() = 0;
 
