@@ -184,6 +184,8 @@ class FlexGrid : public Control, public host::Grid {
   [[nodiscard]] int RowHeight(int row) const;
   /// 0 and less give back the default height: that of a line of text.
   void SetRowHeight(int row, int height);
+  /// As `SetRowHeight` for each data row, at once; free where they all have it already.
+  void SetDataRowHeights(int height);
   [[nodiscard]] int RowHeightMin() const;
   void SetRowHeightMin(int height);
   [[nodiscard]] bool RowHidden(int row) const override;

@@ -12,14 +12,33 @@ int FlexGrid::RowHeight(int row) const {
   return state_->Height(row);
 }
 
-void FlexGrid::SetRowHeight(int row, int height) {
+namespace {
+
+std::uint16_t StoredHeight(int height) {
   constexpr int kHighest = 32'000;
+  return static_cast<std::uint16_t>(std::clamp(height, 0, kHighest));
+}
+
+}  // namespace
+
+void FlexGrid::SetRowHeight(int row, int height) {
   state_->CheckRow(row);
   const auto place = static_cast<std::size_t>(row);
-  const auto set = static_cast<std::uint16_t>(std::clamp(height, 0, kHighest));
+  const std::uint16_t set = StoredHeight(height);
   if (state_->heights.Get(place) == set) return;
   Update([&](State& s) {
     s.heights.Set(place, set);
+    s.ContentChanged();
+  });
+}
+
+void FlexGrid::SetDataRowHeights(int height) {
+  if (Rows() == FixedRows()) return;
+  const bool alike = state_->heights.IsBlank();
+  const std::uint16_t set = StoredHeight(height);
+  if (alike && (set == State::kDefaultHeightMark || set == RowHeight(FixedRows()))) return;
+  Update([&](State& s) {
+    std::ranges::fill(s.heights.All().subspan(s.header.size()), set);
     s.ContentChanged();
   });
 }
