@@ -7,6 +7,7 @@
 #include "picker/parameters.h"
 #include "picker/session.h"
 #include "picker/trap.h"
+#include "picker/tree_keys.h"
 #include "viewkit/grid_update.h"
 
 // Adding and changing accounts from within the picker.
@@ -28,25 +29,20 @@ void selKjkm::OpenForm() {
 
 std::shared_ptr<editing::FmBkmAdd> selKjkm::CreateForm(const std::shared_ptr<Session>& session) {
   auto form = std::make_shared<editing::FmBkmAdd>(user_);
-  // The open form may outlast the session and the picker itself; `Clear`, which both end with,
-  // takes the system object out of the session.
-  const auto runs = [weak = std::weak_ptr(session)] {
-    const auto held = weak.lock();
-    return held && held->m_System;
-  };
-  form->EvHasLoad.Add([this, runs](bool pNew, std::int32_t plID) {
-    if (runs()) mfrmKjkm_EvHasLoad(pNew, plID);
+  // The open form may outlast the session, and with it the picker itself.
+  const std::weak_ptr<Session> held = session;
+  form->EvHasLoad.Add([this, held](bool pNew, std::int32_t plID) {
+    if (Runs(held)) mfrmKjkm_EvHasLoad(pNew, plID);
   });
-  form->ErrMessage.Add([this, runs](const std::string& psMsg, std::int32_t, const std::string&) {
-    if (runs()) mfrmKjkm_ErrMessage(psMsg);
+  form->ErrMessage.Add([this, held](const std::string& psMsg, std::int32_t, const std::string&) {
+    if (Runs(held)) mfrmKjkm_ErrMessage(psMsg);
   });
   return form;
 }
 
 std::string selKjkm::CategoryOfNewAccount() const {
   const viewkit::TreeNode* node = TV_.SelectedItem();
-  const bool category_node = node != nullptr && node->Key().starts_with('r') && node->Key() != "r";
-  if (category_node) return node->Tag();
+  if (node != nullptr && tree_key::IsCategory(*node)) return node->Tag();
   const auto category = Parameter(parameter::kCategory);
   return category ? category->ToText() : std::string(host::kCategories[0]);
 }
@@ -81,14 +77,8 @@ void selKjkm::WriteRow(host::Recordset& account, bool is_new, const std::string&
     texts[col] = account.Field(kFields[col]).ToText();
 
   const viewkit::GridUpdate update(Vs_);
-  int row = Vs_.Row();
-  const bool in_place = row >= Vs_.FixedRows() && Vs_.TextMatrix(row, kId) == id;
-  if (!is_new && !in_place) {
-    // The host may have refreshed the picker while the form was open.
-    const int found = Vs_.FindRow(id, Vs_.FixedRows(), kId);
-    if (found >= 0) row = found;
-  }
-  if (is_new || row < Vs_.FixedRows()) row = Vs_.AddItem();
+  const int row = is_new ? Vs_.AddItem() : RowOfEdited(id);
+  if (row < Vs_.FixedRows()) return;
   for (int col = 0; col < kColumns; ++col) {
     Vs_.SetTextMatrix(row, col, texts[static_cast<std::size_t>(col)]);
   }
@@ -96,6 +86,13 @@ void selKjkm::WriteRow(host::Recordset& account, bool is_new, const std::string&
   Vs_.SetRow(row);
   Vs_.ShowRow(row);
   ShowSelectionCount();
+}
+
+int selKjkm::RowOfEdited(const std::string& id) const {
+  const int row = Vs_.Row();
+  if (row >= Vs_.FixedRows() && Vs_.TextMatrix(row, kId) == id) return row;
+  // The host has refreshed the picker while the form was open.
+  return Vs_.FindRow(id, Vs_.FixedRows(), kId);
 }
 
 void selKjkm::mfrmKjkm_ErrMessage(const std::string& psMsg) noexcept {

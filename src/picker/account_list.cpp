@@ -7,6 +7,7 @@
 #include "picker/parameters.h"
 #include "picker/session.h"
 #include "picker/trap.h"
+#include "picker/tree_keys.h"
 #include "viewkit/grid_update.h"
 
 // Which accounts the parameters allow, and the list that shows them.
@@ -51,12 +52,14 @@ void selKjkm::InitGrid() {
 
 bool selKjkm::Refresh() {
   lblMessage_.SetCaption("");
-  enter_ = Press::kNone;
   // A right that cannot be read is not granted, but is no reason to show no accounts.
-  Trapped([this] {
-    ShowFormButton(*Running());
+  bool may_maintain = false;
+  Trapped([&] {
+    may_maintain = MayMaintain(*Running());
     return true;
   });
+  Cmd_[3]->SetVisible(may_maintain);
+  Resize(width_, height_);
   Trapped([this] {
     const auto session = Running();
     Vs_.SetSelectionMode(ParameterIsOne(parameter::kSingle) ? viewkit::SelectionMode::kByRow
@@ -66,20 +69,17 @@ bool selKjkm::Refresh() {
       session->m_Loaded = false;
     }
     if (session->m_Loaded) return true;
-    const bool tree_stands = LoadCategoryTree();
+    session->tree_stands = LoadCategoryTree();
     if (session != session_) return true;  // the host has let go of the picker meanwhile
     ReloadAccountList();
-    session->m_Loaded = session->m_Loaded && tree_stands;
     return true;
   });
   return true;
 }
 
-void selKjkm::ShowFormButton(Session& session) {
-  viewkit::CommandButton& button = *Cmd_[3];
-  button.SetVisible(false);
+bool selKjkm::MayMaintain(Session& session) {
   const auto rights = host::Required(session.m_System->Rights(session.m_MaintainProgID), "Rights");
-  button.SetVisible(rights->CanAdd() || rights->CanEdit());
+  return rights->CanAdd() || rights->CanEdit();
 }
 
 std::string selKjkm::Fingerprint() const {
@@ -119,9 +119,9 @@ std::string selKjkm::ViewFilter() const {
   std::string filter;
   if (const viewkit::TreeNode* node = TV_.SelectedItem(); node != nullptr) {
     const std::string& key = node->Key();
-    if (key.starts_with('r') && key != "r") {
+    if (tree_key::IsCategory(*node)) {
       filter.append(" AND cclass='").append(node->Tag()).append("'");
-    } else if (key.starts_with('k')) {
+    } else if (key.starts_with(tree_key::kAccount)) {
       const std::string code = key.substr(1);
       filter.append(" AND ccode like '").append(code).append("%' and ccode<>'");
       filter.append(code).append("'");
@@ -135,7 +135,7 @@ void selKjkm::ReloadAccountList() noexcept {
   const auto session = session_;
   if (session) session->m_Loaded = false;
   const bool loaded = LoadAccountList();
-  if (session) session->m_Loaded = loaded;
+  if (session) session->m_Loaded = loaded && session->tree_stands;
 }
 
 bool selKjkm::LoadAccountList() noexcept {

@@ -5,6 +5,7 @@
 #include "picker/parameters.h"
 #include "picker/session.h"
 #include "picker/trap.h"
+#include "picker/tree_keys.h"
 #include "viewkit/flag_scope.h"
 
 namespace tavrix::picker {
@@ -12,8 +13,6 @@ namespace tavrix::picker {
 namespace {
 
 using viewkit::Relationship;
-
-constexpr const char* kRootKey = "r";
 
 /// Lets the tree paint again, whatever stopped the filling of it.
 class Painting {
@@ -34,7 +33,7 @@ struct Answer {
 };
 
 /// Runs a query whose failure does not end the routine.
-Answer Ask(host::SystemObject& system, const std::string& sql) {
+Answer Query(host::SystemObject& system, const std::string& sql) {
   Answer answer;
   const auto database = host::DatabaseOf(system);
   try {
@@ -48,66 +47,79 @@ Answer Ask(host::SystemObject& system, const std::string& sql) {
   return answer;
 }
 
+/// A node of an empty name would have the root's key, and is left out.
+void AddCategory(viewkit::cTreeView& tree, viewkit::TreeNode* root, const std::string& category) {
+  if (category.empty()) return;
+  tree.NodeAdd({.vRelative = root,
+                .eRelationship = Relationship::kChild,
+                .sKey = tree_key::kCategory + category,
+                .sText = category})
+      ->SetTag(category);
+}
+
+void AddAccounts(viewkit::cTreeView& tree, viewkit::TreeNode* root, const host::RowSet& accounts) {
+  for (std::size_t row = 0; row < accounts.Rows(); ++row) {
+    const std::string code(accounts.Text(row, 0));
+    tree.NodeAdd({.vRelative = root,
+                  .eRelationship = Relationship::kChild,
+                  .sKey = tree_key::kAccount + code,
+                  .sText = code + "  " + std::string(accounts.Text(row, 1))})
+        ->SetTag(std::string(accounts.Text(row, 3)));
+  }
+}
+
 }  // namespace
 
 bool selKjkm::LoadCategoryTree() noexcept {
   return Trapped([this] {
     const auto session = Running();
-    const viewkit::FlagScope filling(filling_tree_);
+    const auto tree = session->m_Tv;
+    const int load = ++session->tree_loads;
+    const auto codes = Parameter(parameter::kCodes);
+    const auto category = Parameter(parameter::kCategory);
+    const host::RowSet accounts =
+        codes ? AccountsOfCode(*session, codes->ToText()) : host::RowSet(0);
+    // While the host ran the query and the user read its error, the picker may have been loaded
+    // anew or let go.
+    if (session != session_ || load != session->tree_loads) return true;
     {
-      const Painting painting(*session->m_Tv);
-      session->m_Tv->ClearTreeView();  // the tree does not paint from here on
+      const viewkit::FlagScope filling(filling_tree_);
+      const Painting painting(*tree);
+      tree->ClearTreeView();  // the tree does not paint from here on
       viewkit::TreeNode* root =
-          session->m_Tv->NodeAdd({.sKey = kRootKey, .sText = "会计科目", .bExpanded = true});
-      if (const auto codes = Parameter(parameter::kCodes)) {
-        AddAccountNodes(*session, *codes, root);
-      } else if (const auto category = Parameter(parameter::kCategory)) {
-        AddCategoryNode(*session, root, category->ToText());
+          tree->NodeAdd({.sKey = tree_key::kRoot, .sText = "会计科目", .bExpanded = true});
+      if (codes) {
+        AddAccounts(*tree, root, accounts);
+      } else if (category) {
+        AddCategory(*tree, root, category->ToText());
       } else {
         for (const std::string_view name : host::kCategories) {
-          AddCategoryNode(*session, root, std::string(name));
+          AddCategory(*tree, root, std::string(name));
         }
       }
     }
-    session->m_Tv->ReSelectItem();
+    const viewkit::FlagScope filling(filling_tree_);
+    tree->ReSelectItem();
     return true;
   });
 }
 
-void selKjkm::AddCategoryNode(Session& session, viewkit::TreeNode* root,
-                              const std::string& category) {
-  viewkit::TreeNode* node = session.m_Tv->NodeAdd({.vRelative = root,
-                                                   .eRelationship = Relationship::kChild,
-                                                   .sKey = kRootKey + category,
-                                                   .sText = category});
-  node->SetTag(category);
-}
-
-void selKjkm::AddAccountNodes(Session& session, const host::Value& code, viewkit::TreeNode* root) {
+host::RowSet selKjkm::AccountsOfCode(Session& session, const std::string& code) {
   std::string where = " where 1=1";
   // The whole value in one pair of quotes, unlike the prefixes of the list: that is intended.
-  if (const std::string text = code.ToText(); !text.empty()) {
-    where.append(" and ccode in('").append(text).append("')");
-  }
-  const Answer answer = Ask(*session.m_System, "select ccode,ccode_name,cclass,i_id from gl_code " +
-                                                   where + " order by igrade,ccode");
+  if (!code.empty()) where.append(" and ccode in('").append(code).append("')");
+  const Answer answer =
+      Query(*session.m_System,
+            "select ccode,ccode_name,cclass,i_id from gl_code " + where + " order by igrade,ccode");
   if (!answer.error.empty()) {
     using viewkit::UserPort;
     (void)user_.Ask(answer.error, "FmMKjkm", UserPort::Icon::kCritical, UserPort::Buttons::kOk);
     answer.entry->Clear();
   }
-  if (!answer.rows || answer.rows->EndOfFile() || !session.m_Tv) return;
-  const host::RowSet accounts = answer.rows->GetRows();
+  if (!answer.rows || answer.rows->EndOfFile()) return host::RowSet(0);
+  host::RowSet accounts = answer.rows->GetRows();
   answer.rows->Close();
-  for (std::size_t row = 0; row < accounts.Rows(); ++row) {
-    const std::string account(accounts.Text(row, 0));
-    viewkit::TreeNode* node =
-        session.m_Tv->NodeAdd({.vRelative = root,
-                               .eRelationship = Relationship::kChild,
-                               .sKey = "k" + account,
-                               .sText = account + "  " + std::string(accounts.Text(row, 1))});
-    node->SetTag(std::string(accounts.Text(row, 3)));
-  }
+  return accounts;
 }
 
 void selKjkm::m_Tv_Selected() noexcept {

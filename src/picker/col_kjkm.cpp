@@ -11,11 +11,12 @@ namespace tavrix::picker {
 
 void clsKjkm::sbClear() {
   ID = 0;
-  for (std::string* text : {&ccode, &ccode_name, &chelp, &bpr, &cclass, &cbook_type}) {
+  for (std::string* text : {&ccode, &ccode_name, &chelp, &bpr, &cclass, &cbook_type, &sKey}) {
     text->clear();
   }
   bclose = false;
   bend = false;
+  Change = false;
 }
 
 std::shared_ptr<colKjkm> clsKjkm::Children() {

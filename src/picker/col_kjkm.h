@@ -31,7 +31,7 @@ class clsKjkm {
   bool Change = false;  ///< the caller's mark
   std::string sKey;     ///< under which it was added; changing it does not move the item
 
-  /// Resets the account's fields, not the mark, the key and the collection below.
+  /// Resets every field; the collection below stays.
   void sbClear();
 
   /// Accounts below this one, for the caller's use; made when it is first asked for.

@@ -16,4 +16,9 @@ namespace tavrix::picker {
   return value.ToNumber() != 0 || IsSet(std::string_view(value.ToText()));
 }
 
+/// The balance direction counts as debit for exactly 1, or true, as in the statements.
+[[nodiscard]] inline bool IsOne(const host::Value& value) {
+  return value.ToNumber() == 1 || host::EqualNoCase(value.ToText(), "True");
+}
+
 }  // namespace tavrix::picker

@@ -15,8 +15,10 @@ void selKjkm::ConnectKeys() {
       OnKeyDown(control, key, modifiers);
     });
     control.KeyUp.Add([this](Key key, viewkit::Modifiers) { OnKeyUp(key); });
-    control.GotFocus.Add([this] { key_from_elsewhere_ = true; });
-    control.LostFocus.Add([this] { enter_ = Press::kNone; });
+    control.GotFocus.Add([this] {
+      key_from_elsewhere_ = true;
+      enter_ = Press::kNone;
+    });
   }
 }
 
@@ -25,9 +27,12 @@ void selKjkm::OnKeyDown(const viewkit::Control& control, Key key, viewkit::Modif
   const bool in_grid = &control == &Vs_;
   if (key == Key::kB && modifiers.control) {
     (void)SearchBox1_.SetFocus();
-  } else if (key == Key::kEnter && enter_ == Press::kNone) {  // not a repetition of a held key
+  } else if (key == Key::kEnter && !modifiers.repeated) {
     enter_ = in_grid ? Press::kSpent : Press::kHeld;
     if (in_grid) FinishSelection();
+  } else if (key == Key::kProcessed) {
+    enter_ = Press::kSpent;
+    control_stepped_ = true;
   } else if (key == Key::kUp || key == Key::kDown) {
     control_stepped_ = in_grid || &control == &TV_;
   }

@@ -20,15 +20,15 @@ constexpr int kCountWidth = 170 * kTwipsPerPixel;
 constexpr int kLeastPane = 60 * kTwipsPerPixel;
 constexpr int kTreeShare = 30;  // per cent of the width, until the user drags the splitter
 
-/// Puts controls of fixed widths side by side; those that are not visible take no room.
+/// Puts controls of fixed widths side by side. Those that are not visible take no room: they stand
+/// where the next one does, for a host that shows them.
 struct Row {
   int left;
   int top;
   int height;
   void Place(viewkit::Control& control, int width) {
-    if (!control.Visible()) return;
     control.SetBounds({left, top, width, height});
-    left += width + kGap;
+    if (control.Visible()) left += width + kGap;
   }
 };
 

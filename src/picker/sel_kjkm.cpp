@@ -83,6 +83,7 @@ void selKjkm::ConnectControls() {
 
 bool selKjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t plProgID,
                    const std::string&) {
+  m_Parameters.reset();  // those of the host stay as they are
   Clear();
   const auto session = std::make_shared<Session>();
   session_ = session;
@@ -98,12 +99,12 @@ bool selKjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t pl
                  "item_code='mouseeventscrollrate'"));
   if (session->m_ScrollRate == 0) session->m_ScrollRate = kDefaultScrollRate;
 
-  session->m_Tv = std::make_unique<viewkit::cTreeView>(user_);
+  session->m_Tv = std::make_shared<viewkit::cTreeView>(user_);
   session->m_Tv->HookCtrl(TV_);
   session->m_Tv->Selected.Add([this](viewkit::TreeNode&) { m_Tv_Selected(); });
   session->mcMouseEvent = host::Required(system.CreateMouseEvent(), "MouseEvent");
-  session->mcMouseEvent->OnWheel([this, alive = std::weak_ptr(session)](std::int32_t value) {
-    if (!alive.expired()) OnWheel(value);
+  session->mcMouseEvent->OnWheel([this, held = std::weak_ptr(session)](std::int32_t value) {
+    if (Runs(held)) OnWheel(value);
   });
   InitGrid();
   SearchBox1_.SetToolTipText("提示：按回车键选择完毕！");
@@ -171,6 +172,11 @@ std::shared_ptr<selKjkm::Session> selKjkm::Running() const {
     throw host::HostError("控件尚未初始化");
   }
   return session_;
+}
+
+bool selKjkm::Runs(const std::weak_ptr<Session>& session) {
+  const auto held = session.lock();
+  return held && held->m_System;
 }
 
 std::optional<host::Value> selKjkm::Parameter(const char* key) const {

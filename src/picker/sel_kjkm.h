@@ -100,13 +100,16 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   void ShowError(const std::string& text);
   /// The running session, or a `HostError` when `Init` has not succeeded.
   [[nodiscard]] std::shared_ptr<Session> Running() const;
+  /// The session has neither ended nor is it about to: routines that hold it may outlast `Clear`.
+  [[nodiscard]] static bool Runs(const std::weak_ptr<Session>& session);
   /// The value of a parameter; nothing when its key does not exist.
   [[nodiscard]] std::optional<host::Value> Parameter(const char* key) const;
   [[nodiscard]] bool ParameterIsOne(const char* key) const;
 
   // Parameters and list
   void InitGrid();
-  void ShowFormButton(Session& session);
+  /// The user may add or change accounts.
+  [[nodiscard]] static bool MayMaintain(Session& session);
   [[nodiscard]] std::string Fingerprint() const;
   /// The conditions that list and typed text share, each with its leading blank.
   [[nodiscard]] std::string ParameterFilter() const;
@@ -119,15 +122,14 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
 
   // Category tree
   [[nodiscard]] bool LoadCategoryTree() noexcept;
-  void AddAccountNodes(Session& session, const host::Value& code, viewkit::TreeNode* root);
-  void AddCategoryNode(Session& session, viewkit::TreeNode* root, const std::string& category);
+  [[nodiscard]] host::RowSet AccountsOfCode(Session& session, const std::string& code);
   void m_Tv_Selected() noexcept;
 
   // Selection
   bool FinishSelection() noexcept;
   [[nodiscard]] bool CollectSelection();
   [[nodiscard]] bool RefusesRow(int row);
-  void AddAccount(Session& session, std::int32_t id);
+  static void AddAccount(Session& session, colKjkm& selected, std::int32_t id);
   static void AddResultRow(host::Recordset& account, colKjkm& selected);
   void Cancel() noexcept;
   void ShowSelectionCount();
@@ -148,6 +150,8 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   void mfrmKjkm_EvHasLoad(bool pNew, std::int32_t plID) noexcept;
   void mfrmKjkm_ErrMessage(const std::string& psMsg) noexcept;
   void WriteRow(host::Recordset& account, bool is_new, const std::string& id);
+  /// The row of the account that was edited; negative when the list no longer shows it.
+  [[nodiscard]] int RowOfEdited(const std::string& id) const;
 
   // Mouse wheel
   void SetWheelRange(Session& session);
@@ -190,7 +194,7 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   // One Enter gives one pick, one Down or Up one step, wherever the focus is.
   enum class Press { kNone, kHeld, kSpent };
   Press enter_ = Press::kNone;
-  bool control_stepped_ = false;     // the pressed arrow key has moved grid or tree by itself
+  bool control_stepped_ = false;     // the pressed arrow key has done its work already
   bool key_from_elsewhere_ = false;  // focus has come and no key since: a release belongs elsewhere
 };
 

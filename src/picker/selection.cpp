@@ -30,18 +30,20 @@ bool selKjkm::FinishSelection() noexcept {
 
 bool selKjkm::CollectSelection() {
   const auto session = Running();
+  // Held here: a host that runs statements may let the user validate or pick meanwhile.
   const auto selected = m_Selected = std::make_shared<colKjkm>();
   if (Vs_.SelectionMode() == viewkit::SelectionMode::kListBox) {
     for (int n = 0; n < Vs_.SelectedRows(); ++n) {
       const int row = Vs_.SelectedRow(n);
       if (RefusesRow(row)) return false;
-      AddAccount(*session, host::LeadingLong(Vs_.TextMatrix(row, kId)));
+      AddAccount(*session, *selected, host::LeadingLong(Vs_.TextMatrix(row, kId)));
     }
   } else {
     const int row = Vs_.Row();
     const bool none = Vs_.Rows() <= Vs_.FixedRows() || row < 1;
     if (!none && RefusesRow(row)) return false;
-    AddAccount(*session, none ? kNoAccount : host::LeadingLong(Vs_.TextMatrix(row, kId)));
+    AddAccount(*session, *selected,
+               none ? kNoAccount : host::LeadingLong(Vs_.TextMatrix(row, kId)));
   }
   const bool picked = selected->Count() > 0;
   m_Value = picked ? host::Value(std::int64_t{selected->At(0)->ID}) : host::Value("");
@@ -55,11 +57,11 @@ bool selKjkm::RefusesRow(int row) {
   return true;
 }
 
-void selKjkm::AddAccount(Session& session, std::int32_t id) {
+void selKjkm::AddAccount(Session& session, colKjkm& selected, std::int32_t id) {
   // The number follows the sign without a blank.
   const auto account =
       host::QueryRows(*session.m_System, "SELECT * FROM gl_code WHERE i_id =" + std::to_string(id));
-  AddResultRow(*account, *host::Required(m_Selected, "Objects"));
+  AddResultRow(*account, selected);
   account->Close();
 }
 
@@ -70,7 +72,7 @@ void selKjkm::AddResultRow(host::Recordset& account, colKjkm& selected) {
   const std::string key = std::to_string(id);
   (void)selected.Add(key, id, text("ccode"), text("ccode_name"), text("chelp"), text("cclass"));
   const auto item = selected.Item(host::Trimmed(key));
-  item->bpr = IsSet(account.Field("bproperty")) ? host::kDebit : host::kCredit;
+  item->bpr = IsOne(account.Field("bproperty")) ? host::kDebit : host::kCredit;
   item->bclose = IsSet(account.Field("bclose"));
   item->bend = IsSet(account.Field("bend"));
   item->cbook_type = text("cbook_type");

@@ -13,7 +13,7 @@ namespace tavrix::picker {
 
 struct selKjkm::Session {
   std::shared_ptr<host::SystemObject> m_System;
-  std::unique_ptr<viewkit::cTreeView> m_Tv;
+  std::shared_ptr<viewkit::cTreeView> m_Tv;
   std::shared_ptr<host::MouseEvent> mcMouseEvent;
   std::shared_ptr<editing::FmBkmAdd> mfrmKjkm;  // made when it is first opened
   double m_ScrollRate = 0;
@@ -21,6 +21,8 @@ struct selKjkm::Session {
   std::int32_t m_MaintainProgID = 0;  // of the account maintenance
   std::string m_ParamKey;             // the filtering parameters at the last load
   bool m_Loaded = false;              // tree and list show what `m_ParamKey` says
+  bool tree_stands = false;           // the tree shows it
+  int tree_loads = 0;                 // begun so far
 };
 
 }  // namespace tavrix::picker

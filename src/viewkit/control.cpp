@@ -48,6 +48,11 @@ void Control::NotifyFocus(bool focused) {
   (focused ? GotFocus : LostFocus).Raise();
 }
 
+void Control::SetPeer(Peer* peer) {
+  peer_ = peer;
+  if (peer == nullptr) focused_ = false;
+}
+
 void Control::Notify(const Change& change) const {
   if (peer_ != nullptr) peer_->Update(change);
 }

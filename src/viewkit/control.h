@@ -45,13 +45,14 @@ class Control : public virtual host::Control {
 
   Event<> GotFocus;
   Event<> LostFocus;
-  /// A key went down (repeats included) or up while the control has the focus. `KeyDown` comes
-  /// before the control itself acts on the key.
+  /// A key went down (repeats included, and marked) or up while the control has the focus.
+  /// `KeyDown` comes before the control itself acts on the key.
   Event<Key, Modifiers> KeyDown;
   Event<Key, Modifiers> KeyUp;
 
-  /// Set by the peer itself, null when its window goes away.
-  void SetPeer(Peer* peer) { peer_ = peer; }
+  /// Set by the peer itself, null when its window goes away: the focus goes with it,
+  /// without an event.
+  void SetPeer(Peer* peer);
   [[nodiscard]] Peer* GetPeer() const { return peer_; }
 
  protected:

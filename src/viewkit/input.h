@@ -24,12 +24,14 @@ enum class Key {
   kMultiply = 0x6A,
   kAdd = 0x6B,
   kSubtract = 0x6D,
+  kProcessed = 0xE5,  ///< an input method keeps the key for itself; its release comes as its own
 };
 
 struct Modifiers {
   bool shift = false;
   bool control = false;
   bool alt = false;
+  bool repeated = false;  ///< the key is being held; never set when it comes up
 };
 
 }  // namespace tavrix::viewkit

@@ -94,7 +94,9 @@ TEST(Keys, OneEnterGivesOnePickWhereverTheFocusIs) {
 
 TEST(Keys, AHeldEnterAndOneThatClickedAButtonDoNotPickAgain) {
   Loaded f;
-  for (int repeat = 0; repeat < 5; ++repeat) f.Vs().KeyDown.Raise(Key::kEnter, {});
+  f.picker.DoSelect.Add([&] { f.picker.Refresh(); });
+  f.Vs().KeyDown.Raise(Key::kEnter, {});
+  for (int times = 0; times < 5; ++times) f.Vs().KeyDown.Raise(Key::kEnter, {.repeated = true});
   f.Vs().KeyUp.Raise(Key::kEnter, {});
   EXPECT_EQ(f.picks, 1);
   f.Cmd(1).KeyDown.Raise(Key::kEnter, {});
@@ -109,15 +111,22 @@ TEST(Keys, AnEnterThatWasPressedElsewhereIsNotThePickers) {
   // The host opened the picker by Enter: the list got the focus, then the key came up.
   f.Vs().NotifyFocus(false);
   f.Vs().NotifyFocus(true);
+  f.Vs().KeyDown.Raise(Key::kEnter, {.repeated = true});
   f.Vs().KeyUp.Raise(Key::kEnter, {});
   EXPECT_EQ(f.picks, 0);
+  // It chose a word in the input method's list, as an arrow did before.
+  f.Search().KeyDown.Raise(Key::kProcessed, {});
+  f.Search().KeyUp.Raise(Key::kDown, {});
+  f.Search().KeyDown.Raise(Key::kProcessed, {});
+  f.Search().KeyUp.Raise(Key::kEnter, {});
+  EXPECT_EQ(f.picks, 0);
+  EXPECT_EQ(f.Current(), "");
   // A container kept the key's press for itself while one was typing.
   f.Search().KeyDown.Raise(Key::kC, {});
   f.Search().KeyUp.Raise(Key::kEnter, {});
   EXPECT_EQ(f.picks, 1);
   // The host closed the picker on Enter, so that its release never came.
   f.Vs().KeyDown.Raise(Key::kEnter, {});
-  f.picker.Refresh();
   f.Press(f.Vs(), Key::kEnter);
   EXPECT_EQ(f.picks, 3);
 }

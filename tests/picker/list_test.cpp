@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "picker/picker_support.h"
 
 namespace tavrix::picker {
@@ -69,6 +71,41 @@ TEST_P(ListTest, AQuoteInACodePrefixIsRemovedForTheListButBreaksTheTree) {
   EXPECT_EQ(f.user.questions[0].icon, viewkit::UserPort::Icon::kCritical);
   EXPECT_EQ(f.TV().Nodes().Count(), 1);
   EXPECT_EQ(f.recorder.Count("ErrorEntry.Clear"), 1);
+}
+
+TEST_P(ListTest, TheHostMayActWhileTheTreesErrorIsOnTheScreen) {
+  const std::function<void(PickerFixture&)> acts[] = {[](PickerFixture& f) { f.picker.Clear(); },
+                                                      [](PickerFixture& f) { f.Init(); },
+                                                      [](PickerFixture& f) {
+                                                        f.parameters->Set("科目编码", "1001");
+                                                        f.picker.Refresh();
+                                                      }};
+  for (const auto& act : acts) {
+    PickerFixture f(GetParam());
+    f.parameters->Set("科目编码", "10'01");
+    f.user.in_question = [&](const auto&) { act(f); };
+    f.picker.Refresh();
+    EXPECT_EQ(f.user.questions.size(), 1U);
+    const bool loaded_anew = f.TV().Nodes().Find("k1001") != nullptr;
+    EXPECT_EQ(f.TV().Nodes().Count(), loaded_anew ? 2 : 0);
+    EXPECT_TRUE(f.TV().Painting());
+    f.user.in_question = {};
+    f.Init();
+    f.parameters->Set("科目编码", "1001");
+    f.picker.Refresh();
+    EXPECT_EQ(f.TV().Nodes().Count(), 2);
+  }
+}
+
+TEST_P(ListTest, ASecondInitLeavesTheHostsParametersAlone) {
+  PickerFixture f(GetParam());
+  f.parameters->Set("科目类别", "");
+  f.Init();
+  EXPECT_TRUE(f.parameters->Exists("科目类别"));
+  f.picker.Refresh();
+  EXPECT_EQ(f.TV().Nodes().Count(), 1);  // a category without a name has no node
+  f.picker.Clear();
+  EXPECT_FALSE(f.parameters->Exists("科目类别"));
 }
 
 TEST_P(ListTest, ShowsTheAccountsInTheirColumns) {

@@ -150,7 +150,7 @@ TEST(PickedAccounts, AreFoundByPositionAndKey) {
   EXPECT_THROW((void)accounts.Item("a"), std::out_of_range);
 }
 
-TEST(PickedAccounts, AnItemIsClearedButForMarkKeyAndChildren) {
+TEST(PickedAccounts, AnItemIsClearedButForItsChildren) {
   colKjkm accounts;
   const auto item = accounts.Add("k", 1, "1001", "现金", "xj", "资产");
   item->bend = item->bclose = item->Change = true;
@@ -159,9 +159,8 @@ TEST(PickedAccounts, AnItemIsClearedButForMarkKeyAndChildren) {
   item->sbClear();
   EXPECT_EQ(item->ID, 0);
   EXPECT_EQ(item->ccode + item->ccode_name + item->chelp + item->cclass, "");
-  EXPECT_FALSE(item->bend || item->bclose);
-  EXPECT_TRUE(item->Change);
-  EXPECT_EQ(item->sKey, "k");
+  EXPECT_FALSE(item->bend || item->bclose || item->Change);
+  EXPECT_EQ(item->sKey, "");
   EXPECT_EQ(item->Children(), children);
 }
 

@@ -21,6 +21,7 @@ Item TakeFirst(std::deque<Item>& items) {
 viewkit::UserPort::Answer ScriptedUser::Ask(const std::string& text, const std::string& box_title,
                                             Icon icon, Buttons buttons) {
   questions.push_back({text, box_title, icon, buttons});
+  if (in_question) in_question(Question(questions.back()));
   if (!answers.empty()) return TakeFirst(answers);
   if (buttons == Buttons::kOk) return Answer::kOk;
   ADD_FAILURE() << "unexpected question: " << text;

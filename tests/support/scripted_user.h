@@ -25,6 +25,8 @@ class ScriptedUser : public viewkit::UserPort {
   std::deque<Answer> answers;
   /// The next texts typed at a prompt; then the user gives up.
   std::deque<std::string> inputs;
+  /// What happens while a question stands on the screen.
+  std::function<void(const Question&)> in_question;
   /// What the user does in a modal dialog; without it a dialog fails the test.
   std::function<void(viewkit::DialogModel&)> in_dialog;
   std::string title = "测试程序";
