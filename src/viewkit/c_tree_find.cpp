@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "host/text.h"
@@ -12,9 +14,26 @@ TreeNode& cTreeView::Found(TreeNode** result, TreeNode& node) {
   return node;
 }
 
-bool cTreeView::FindFrom(TreeNode* first, TreeNode** result, const std::string& text, bool select) {
+std::vector<TreeNode*> cTreeView::SearchOrder() const {
+  const TreeNodes& nodes = ctrl_->Nodes();
+  std::vector<TreeNode*> order;
+  std::vector<bool> taken(static_cast<std::size_t>(nodes.Count()) + 1);
+  for (int index = 1; index <= nodes.Count(); ++index) {
+    TreeNode* top = &nodes.Item(index);
+    for (TreeNode* node = top; node != nullptr; node = NextInOutline(*node, top)) {
+      const auto position = static_cast<std::size_t>(node->Index());
+      if (taken[position]) continue;
+      taken[position] = true;
+      order.push_back(node);
+    }
+  }
+  return order;
+}
+
+bool cTreeView::FindIn(std::span<TreeNode* const> nodes, TreeNode** result, const std::string& text,
+                       bool select) {
   const std::string wanted = host::UpperCase(text);
-  for (TreeNode* node = first; node != nullptr; node = NextInOutline(*node)) {
+  for (TreeNode* node : nodes) {
     if (host::UpperCase(node->Text()).find(wanted) == std::string::npos) continue;
     Found(result, *node);
     if (select) SelectAndShow(*node, true);
@@ -37,9 +56,7 @@ bool cTreeView::NodeFind(TreeNode** oResultNode, std::string NodeText, const std
     SelectAndShow(Found(oResultNode, *node), true);
     return true;
   }
-  // Taking the nodes by index and looking below each in turn meets every node first in the order in
-  // which the outline has it.
-  return FindFrom(ctrl_->Nodes().FirstRoot(), oResultNode, NodeText, bSelect);
+  return FindIn(SearchOrder(), oResultNode, NodeText, bSelect);
 }
 
 bool cTreeView::NodeFindNext(TreeNode** oResultNode, std::string NodeText,
@@ -50,7 +67,9 @@ bool cTreeView::NodeFindNext(TreeNode** oResultNode, std::string NodeText,
   const int from = FromNodeIndex.value_or(last_index_);
   if (NodeText.empty() || from < 1 || from > ctrl_->Nodes().Count()) return false;
   last_text_ = NodeText;
-  return FindFrom(NextInOutline(ctrl_->Nodes().Item(from)), oResultNode, NodeText, bSelect);
+  const std::vector<TreeNode*> order = SearchOrder();
+  const auto passed = std::find(order.begin(), order.end(), &ctrl_->Nodes().Item(from));
+  return FindIn({std::next(passed), order.end()}, oResultNode, NodeText, bSelect);
 }
 
 bool cTreeView::NodeFindTag(TreeNode** oResultNode, const std::string& NodeTag,

@@ -54,26 +54,20 @@ TreeNode* cTreeView::NodeLastViewable() const {
 }
 
 TreeNode* cTreeView::ScrollTarget(Scroll direction) const {
-  const auto walk = [](TreeNode* from, TreeNode* (*next)(const TreeNode&), int steps) {
-    TreeNode* at = from;
-    for (TreeNode* to = at; to != nullptr && steps >= 0; to = next(*to), --steps) at = to;
-    return at;
-  };
-  constexpr int kAllTheWay = 0x7FFFFFFF;
   TreeNode* first = ctrl_->FirstSeen();
   switch (direction) {
     case Scroll::kLineUp:
-      return walk(first, PreviousShown, 1);
+      return Walk(first, PreviousShown, 1);
     case Scroll::kLineDown:
-      return walk(first, NextShown, 1);
+      return Walk(first, NextShown, 1);
     case Scroll::kPageUp:
-      return walk(first, PreviousShown, ctrl_->Room());
+      return Walk(first, PreviousShown, ctrl_->Room());
     case Scroll::kPageDown:
-      return walk(first, NextShown, ctrl_->Room());
+      return Walk(first, NextShown, ctrl_->Room());
     case Scroll::kTop:
       return ctrl_->Nodes().FirstRoot();
     case Scroll::kBottom:
-      return walk(first, NextShown, kAllTheWay);
+      return Walk(first, NextShown, kAllTheWay);
   }
   return nullptr;
 }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -145,8 +146,10 @@ class cTreeView {
   [[nodiscard]] bool Owns(const TreeNode* node) const;
   void SelectAndShow(TreeNode& node, bool select);
   TreeNode& Found(TreeNode** result, TreeNode& node);
-  [[nodiscard]] bool FindFrom(TreeNode* first, TreeNode** result, const std::string& text,
-                              bool select);
+  /// Every node once: by index, each followed by those below it.
+  [[nodiscard]] std::vector<TreeNode*> SearchOrder() const;
+  [[nodiscard]] bool FindIn(std::span<TreeNode* const> nodes, TreeNode** result,
+                            const std::string& text, bool select);
   TreeNode* CopyOne(TreeNode& destination, const TreeNode& source);
   [[nodiscard]] TreeNode* ScrollTarget(Scroll direction) const;
 

@@ -94,4 +94,10 @@ TreeNode* PreviousShown(const TreeNode& node) {
   return at;
 }
 
+TreeNode* Walk(TreeNode* from, TreeNode* (*next)(const TreeNode&), int steps) {
+  TreeNode* at = from;
+  for (TreeNode* to = at; to != nullptr && steps >= 0; to = next(*to), --steps) at = to;
+  return at;
+}
+
 }  // namespace tavrix::viewkit

@@ -101,5 +101,9 @@ class TreeNode : public std::enable_shared_from_this<TreeNode> {
 /// As the two above over shown nodes, of which `node` is one.
 [[nodiscard]] TreeNode* NextShown(const TreeNode& node);
 [[nodiscard]] TreeNode* PreviousShown(const TreeNode& node);
+inline constexpr int kAllTheWay = 0x7FFFFFFF;
+/// Up to `steps` steps of one of the four above; ends early where there is no next node. Null only
+/// for null.
+[[nodiscard]] TreeNode* Walk(TreeNode* from, TreeNode* (*next)(const TreeNode&), int steps);
 
 }  // namespace tavrix::viewkit

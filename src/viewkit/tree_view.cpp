@@ -33,16 +33,9 @@ class TreeView::OwnAnswers : public NativeTree {
   }
 
   std::intptr_t SendRecord(unsigned message, const TreeItemRecord& record) override {
-    TreeNode* node = tree_.nodes_.FindId(record.item);
-    const bool understood = message == tree_message::kSetItem && node != nullptr &&
-                            record.mask == tree_message::kHandleAndState;
-    if (!understood) return 0;
-    if ((record.state_mask & tree_message::kCut) != 0) {
-      TreeNode::Look look = node->GetLook();
-      look.cut = (record.state & tree_message::kCut) != 0;
-      node->SetLook(look);
-    }
-    return 1;
+    const bool understood =
+        message == tree_message::kSetItem && record.mask == tree_message::kHandleAndState;
+    return understood && tree_.HandleNativeState(record.item, record) ? 1 : 0;
   }
 
  private:
@@ -79,6 +72,17 @@ bool TreeView::HandleNativeDelete(std::intptr_t id) {
   TreeNode* node = nodes_.FindId(id);
   if (node == nullptr) return false;
   nodes_.Drop(*node);
+  return true;
+}
+
+bool TreeView::HandleNativeState(std::intptr_t id, const TreeItemRecord& record) {
+  TreeNode* node = nodes_.FindId(id);
+  if (node == nullptr) return false;
+  if ((record.state_mask & tree_message::kCut) != 0) {
+    TreeNode::Look look = node->GetLook();
+    look.cut = (record.state & tree_message::kCut) != 0;
+    node->SetLook(look);
+  }
   return true;
 }
 
@@ -188,37 +192,26 @@ bool TreeView::IsMoveKey(Key key) {
 TreeNode* TreeView::KeyTarget(Key key) const {
   TreeNode* from = selected_ != nullptr ? selected_ : nodes_.FirstRoot();
   if (from == nullptr) return nullptr;
-  TreeNode* to = from;
-  const auto step = [&to](TreeNode* (*next)(const TreeNode&), int times) {
-    for (TreeNode* at = to; at != nullptr && times >= 0; at = next(*at), --times) to = at;
-  };
-  constexpr int kAllTheWay = 0x7FFFFFFF;
   switch (key) {
     case Key::kUp:
-      step(PreviousShown, 1);
-      break;
+      return Walk(from, PreviousShown, 1);
     case Key::kDown:
-      step(NextShown, 1);
-      break;
+      return Walk(from, NextShown, 1);
     case Key::kPageUp:
-      step(PreviousShown, Room() - 1);
-      break;
+      return Walk(from, PreviousShown, Room() - 1);
     case Key::kPageDown:
-      step(NextShown, Room() - 1);
-      break;
+      return Walk(from, NextShown, Room() - 1);
     case Key::kHome:
       return nodes_.FirstRoot();
     case Key::kEnd:
-      step(NextShown, kAllTheWay);
-      break;
+      return Walk(from, NextShown, kAllTheWay);
     case Key::kLeft:
       return from->Parent() != nullptr ? from->Parent() : from;
     case Key::kRight:
       return from->FirstChild() != nullptr ? from->FirstChild() : from;
     default:
-      break;
+      return from;
   }
-  return to;
 }
 
 bool TreeView::HandleKey(Key key, Modifiers modifiers) {

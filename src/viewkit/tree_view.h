@@ -51,6 +51,8 @@ class TreeView : public Control {
   void SetWindow(TreeWindow* window);
   /// The native control has deleted the item of the node with this id. False when the node is gone.
   bool HandleNativeDelete(std::intptr_t id);
+  /// A message has changed the state of that item. As above.
+  bool HandleNativeState(std::intptr_t id, const TreeItemRecord& record);
   /// Whether the window paints, as far as the model was told by a message.
   [[nodiscard]] bool Painting() const { return painting_; }
 

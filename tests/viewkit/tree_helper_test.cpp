@@ -27,15 +27,18 @@ TEST(TreeHelper, FindsWithoutCaseAndWalksTheMatchesOnce) {
   EXPECT_FALSE(f.helper.NodeFindNext(&found, "bank", 99));
 }
 
-TEST(TreeHelper, NodesAddedLaterAreFoundWhereTheyStand) {
+TEST(TreeHelper, NodesAddedLaterAreFoundBelowTheirParentsAndRootsByAge) {
   TreeFixture f;
+  f.tree.Nodes().Add(nullptr, Relationship::kFirst, "", "bank of banks");
   f.Add(f.assets->FirstChild(), "bank in the till");  // last by index, first in the outline
   TreeNode* found = nullptr;
   int matches = 0;
   for (bool more = f.helper.NodeFind(&found, "bank"); more; more = f.helper.NodeFindNext(&found)) {
-    EXPECT_EQ(matches++ == 0, found->Text() == "bank in the till");
+    ++matches;
+    EXPECT_EQ(matches == 1, found->Text() == "bank in the till");
+    EXPECT_EQ(matches == 4, found->Text() == "bank of banks");
   }
-  EXPECT_EQ(matches, 3);
+  EXPECT_EQ(matches, 4);
 }
 
 TEST(TreeHelper, AsksForAnEmptyText) {

@@ -87,7 +87,10 @@ std::intptr_t TreePeer::SendRecord(unsigned message, const TreeItemRecord& recor
   native.hItem = reinterpret_cast<HTREEITEM>(record.item);
   native.state = record.state;
   native.stateMask = record.state_mask;
-  return Tell(message, 0, reinterpret_cast<LPARAM>(&native));
+  const std::intptr_t result = Tell(message, 0, reinterpret_cast<LPARAM>(&native));
+  const TreeNode* node = result == 0 ? nullptr : NodeOf(native.hItem);
+  if (node != nullptr) (void)tree_.HandleNativeState(node->Id(), record);
+  return result;
 }
 
 void TreePeer::Insert(const TreeNode& node) {
