@@ -119,6 +119,12 @@ TEST_F(DialogWindowTest, TabGoesRoundAndPassesByWhatIsDisabled) {
   EXPECT_THAT(form.log, ElementsAre("category", "foreign", "save", "cancel", "name"));
 }
 
+TEST_F(DialogWindowTest, TheMnemonicOfALabelLeadsToTheBoxBehindIt) {
+  Show({[&] { form.save.SetFocus(); },
+        [&] { PostMessageW(Window(form.save), WM_SYSCHAR, L'n', 1 << 29); },
+        [&] { EXPECT_EQ(GetFocus(), Window(form.name)); }, Key(VK_ESCAPE)});
+}
+
 TEST_F(DialogWindowTest, AnOptionIsChosenByArrowsButNotByPassingIt) {
   form.debit.SetValue(true);
   Show({[&] { form.credit.SetFocus(); }, [&] { EXPECT_TRUE(form.debit.Value()); }, Key(VK_LEFT),
