@@ -1,37 +1,12 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
-#include <filesystem>
-#include <string>
 
 #include "editing_bench.h"
 #include "figures.h"
 #include "list_bench.h"
 #include "picker_bench.h"
-
-namespace {
-
-/// A folder that goes with its owner.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tavrix-bench-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) throw std::filesystem::filesystem_error(name, {});
-    path_ = name;
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  [[nodiscard]] const std::string& Path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
-}  // namespace
+#include "support/temp_folder.h"
 
 int main(int count, char** arguments) try {
   tavrix::bench::Figures figures;
@@ -47,7 +22,7 @@ int main(int count, char** arguments) try {
     std::fprintf(stderr, "usage: tavrix_bench [--book FILE]\n");
     return 2;
   }
-  const TemporaryFolder folder;
+  const tavrix::test::TempFolder folder;
   tavrix::bench::MeasureList(figures, folder.Path());
   tavrix::bench::MeasureMemory(figures, folder.Path());
   tavrix::bench::MeasureEditing(figures, folder.Path());

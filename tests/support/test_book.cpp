@@ -1,7 +1,5 @@
 #include "support/test_book.h"
 
-#include <atomic>
-#include <chrono>
 #include <utility>
 
 #include "book/identifiers.h"
@@ -9,29 +7,6 @@
 namespace tavrix::test {
 
 namespace book = desk::book;
-
-TempFolder::TempFolder() {
-  static std::atomic<int> count = 0;
-  const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
-  path_ = std::filesystem::temp_directory_path() /
-          ("tavrix-" + std::to_string(now) + "-" + std::to_string(++count));
-  std::filesystem::create_directories(path_);
-}
-
-TempFolder::~TempFolder() {
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
-}
-
-std::string TempFolder::Path() const {
-  const std::u8string text = path_.u8string();
-  return {text.begin(), text.end()};
-}
-
-std::string TempFolder::File(const std::string& name) const {
-  const std::u8string text = (path_ / std::u8string(name.begin(), name.end())).u8string();
-  return {text.begin(), text.end()};
-}
 
 std::vector<book::Account> FewAccounts() {
   return {{.code = "1001", .name = "库存现金", .category = "资产", .help = "kcxj", .cash = true},

@@ -1,27 +1,12 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "book/book.h"
+#include "support/temp_folder.h"
 
 namespace tavrix::test {
-
-/// A folder of its own under the system's temporary one, gone at the end.
-class TempFolder {
- public:
-  TempFolder();
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  ~TempFolder();
-  /// UTF-8, without a trailing separator.
-  [[nodiscard]] std::string Path() const;
-  [[nodiscard]] std::string File(const std::string& name) const;
-
- private:
-  std::filesystem::path path_;
-};
 
 /// The accounts that most tests want, in rule 4222:
 /// 1001 库存现金, 1002 银行存款 (100201 工行, 100202 建行), 2202 应付账款, 5001 生产成本

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace tavrix::test {
+
+/// A folder of its own under the system's temporary one, gone at the end.
+class TempFolder {
+ public:
+  TempFolder();
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  ~TempFolder();
+  /// UTF-8, without a trailing separator.
+  [[nodiscard]] std::string Path() const;
+  [[nodiscard]] std::string File(const std::string& name) const;
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace tavrix::test
