@@ -136,9 +136,10 @@ bool ComboBoxPeer::TakeFocus() {
 }
 
 LRESULT ComboBoxPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-  // The box's own notices of the focus cover the edit control inside it, these messages do not.
+  // The box's own notices of the focus cover the edit control inside it, these messages do not: they
+  // pass by what all controls do on them.
   if (message == WM_SETFOCUS || message == WM_KILLFOCUS) {
-    return Window::OnMessage(message, wparam, lparam);
+    return Window::OnMessage(message, wparam, lparam);  // NOLINT(bugprone-parent-virtual-call)
   }
   return NativePeer::OnMessage(message, wparam, lparam);
 }

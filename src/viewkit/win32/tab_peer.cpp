@@ -70,6 +70,7 @@ std::vector<RECT> TabPeer::Places() const {
   RECT client{};
   GetClientRect(Hwnd(), &client);
   std::vector<int> widths;
+  widths.reserve(static_cast<std::size_t>(strip_.Tabs()));
   for (int tab = 0; tab < strip_.Tabs(); ++tab) {
     widths.push_back(Context().fonts->Pixels(Wide(strip_.TabCaption(tab)), false) +
                      2 * Context().scale.Design(kPadding));
