@@ -23,7 +23,7 @@ void selKjkm::ConnectKeys() {
 }
 
 void selKjkm::OnKeyDown(const viewkit::Control& control, Key key, viewkit::Modifiers modifiers) {
-  key_from_elsewhere_ = false;
+  if (!modifiers.repeated) key_from_elsewhere_ = false;
   const bool in_grid = &control == &Vs_;
   if (key == Key::kB && modifiers.control) {
     (void)SearchBox1_.SetFocus();
