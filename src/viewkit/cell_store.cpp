@@ -71,11 +71,23 @@ void CellStore::Erase(std::size_t at, std::size_t count) {
     return cells_.Erase(at, count);
   }
   std::size_t bytes = 0;
-  for (std::size_t row = at; row < at + count; ++row) {
-    for (std::size_t col = 0; col < Columns(); ++col) bytes += cells_.Get(row, col).length;
-  }
+  for (std::size_t row = at; row < at + count; ++row) bytes += BytesOf(row);
   cells_.Erase(at, count);
   Waste(bytes);
+}
+
+void CellStore::EraseAt(std::span<const std::uint32_t> rows) {
+  ++version_;
+  std::size_t bytes = 0;
+  for (const std::uint32_t row : rows) bytes += BytesOf(row);
+  cells_.EraseAt(rows);
+  Waste(bytes);
+}
+
+std::size_t CellStore::BytesOf(std::size_t row) const {
+  std::size_t bytes = 0;
+  for (std::size_t col = 0; col < Columns(); ++col) bytes += cells_.Get(row, col).length;
+  return bytes;
 }
 
 void CellStore::Waste(std::size_t bytes) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -37,6 +38,12 @@ class CellStore {
   }
   /// Frees what the rows held; all of it when no row is left.
   void Erase(std::size_t at, std::size_t count);
+  /// As `RowArray` does.
+  void InsertAt(std::span<const std::uint32_t> before) {
+    ++version_;
+    cells_.InsertAt(before);
+  }
+  void EraseAt(std::span<const std::uint32_t> rows);
   /// Makes `to` the same as `from`. The two share their texts: before a cell of either is set, one
   /// of them must be overwritten in the same way or dropped by `DropCopy`.
   void CopyRow(std::size_t from, std::size_t to) {
@@ -54,6 +61,7 @@ class CellStore {
  private:
   using Cell = host::RowSet::Cell;
 
+  [[nodiscard]] std::size_t BytesOf(std::size_t row) const;
   void Waste(std::size_t bytes);
   void Compact();
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <stdexcept>
 #include <vector>
 
@@ -32,11 +33,23 @@ class CellStyles {
     numbers_.Set(row, NumberOf(style), col);
     return true;
   }
+  /// All cells of the row from `first_col` on.
+  void SetRow(std::size_t row, std::size_t first_col, const CellStyle& style) {
+    const std::uint16_t number = NumberOf(style);
+    for (std::size_t col = first_col; col < numbers_.Width(); ++col) numbers_.Set(row, number, col);
+  }
   [[nodiscard]] bool AllDefault() const { return numbers_.IsBlank(); }
 
   void SetColumns(std::size_t columns) { numbers_.SetWidth(columns); }
   void Insert(std::size_t at, std::size_t count) { numbers_.Insert(at, count); }
   void Erase(std::size_t at, std::size_t count) { numbers_.Erase(at, count); }
+  /// As `RowArray` does.
+  void InsertAt(std::span<const std::uint32_t> before, std::size_t offset) {
+    numbers_.InsertAt(before, offset);
+  }
+  void EraseAt(std::span<const std::uint32_t> rows, std::size_t offset) {
+    numbers_.EraseAt(rows, offset);
+  }
   void CopyRow(std::size_t from, std::size_t to) { numbers_.CopyRow(from, to); }
 
  private:

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "viewkit/date_format.h"
 #include "viewkit/flex_grid_state.h"
 #include "viewkit/number_format.h"
 
@@ -18,6 +19,20 @@ FlexGrid::FlexGrid(std::string name, std::optional<int> index)
 }
 
 FlexGrid::~FlexGrid() = default;
+
+namespace {
+
+std::string Formatted(std::string_view text, ColumnType type, const std::string& format) {
+  if (type == ColumnType::kString || type == ColumnType::kBoolean) return std::string(text);
+  if (type == ColumnType::kDate || (!IsNumeric(type) && IsDateFormat(format))) {
+    const auto date = type == ColumnType::kDate ? DateOf(text) : WrittenDate(text);
+    return date ? FormatDate(*date, format) : std::string(text);
+  }
+  const auto number = WholeNumber(text);
+  return number ? FormatNumber(*number, format) : std::string(text);
+}
+
+}  // namespace
 
 // --- the state's rows
 
@@ -99,10 +114,13 @@ void FlexGrid::State::RowsGone(int first, int count) {
   shift(anchor, -1);
   shift(top, first);
   SelectionChanged(selection.RowsErased(first, count));
-  if (!current) return;
+  if (current) GoOnFrom(first);
+}
+
+void FlexGrid::State::GoOnFrom(int place_of_lost_row) {
   // A row below a collapsed node, or a hidden one, is no place to go on from.
-  int next = grid.NextShownRow(first - 1);
-  if (next < 0) next = grid.PreviousShownRow(first);
+  int next = grid.NextShownRow(place_of_lost_row - 1);
+  if (next < 0) next = grid.PreviousShownRow(place_of_lost_row);
   MakeCurrent(next < 0 ? Fixed() - 1 : next, Pick::kOnly);
 }
 
@@ -188,8 +206,10 @@ void FlexGrid::SetFixedCols(int cols) {
   cols = std::clamp(cols, 0, Cols());
   if (cols == FixedCols()) return;
   Update([cols](State& s) {
+    const bool scrolled = s.left > s.FirstScrolledCol();
     s.fixed_cols = cols;
     s.frozen_cols = std::min(s.frozen_cols, s.Cols() - cols);
+    if (!scrolled) s.left = 0;
     s.StructureChanged();
   });
 }
@@ -202,7 +222,10 @@ void FlexGrid::SetFrozenCols(int cols) {
   cols = std::clamp(cols, 0, Cols() - FixedCols());
   if (cols == FrozenCols()) return;
   Update([cols](State& s) {
+    // Columns that scroll again shall not begin out of sight.
+    const bool scrolled = s.left > s.FirstScrolledCol();
     s.frozen_cols = cols;
+    if (!scrolled) s.left = 0;
     s.StructureChanged();
   });
 }
@@ -229,7 +252,9 @@ void FlexGrid::SetTextMatrix(int row, int col, std::string_view text) {
     if (row < s.Fixed()) {
       s.header[static_cast<std::size_t>(row)].texts[column] = text;
     } else {
+      const std::uint64_t version = s.cells.Version();
       s.cells.SetText(static_cast<std::size_t>(row - s.Fixed()), column, text);
+      if (s.outline.Total(row - s.Fixed()) != 0) s.totals.Follow(version);
     }
     s.RowChanged(row);
   });
@@ -238,11 +263,8 @@ void FlexGrid::SetTextMatrix(int row, int col, std::string_view text) {
 std::string FlexGrid::DisplayText(int row, int col) const {
   const std::string_view text = TextMatrix(row, col);
   const State::Column& column = state_->columns[static_cast<std::size_t>(col)];
-  const bool as_number = column.type != ColumnType::kString && column.type != ColumnType::kDate &&
-                         column.type != ColumnType::kBoolean;
-  if (row < state_->Fixed() || column.format.empty() || !as_number) return std::string(text);
-  const auto number = WholeNumber(text);
-  return number ? FormatNumber(*number, column.format) : std::string(text);
+  if (row < state_->Fixed() || column.format.empty()) return std::string(text);
+  return Formatted(text, column.type, column.format);
 }
 
 double FlexGrid::ValueMatrix(int row, int col) const {
@@ -256,6 +278,8 @@ void FlexGrid::LoadRows(host::RowSet&& rows) {
     s.cells.Take(std::move(rows), s.columns.size());
     const std::size_t count = s.cells.Rows();
     s.outline.Reset(static_cast<int>(count));
+    s.totals.Forget();
+    s.postponed_sorts.clear();
     s.styles.Erase(fixed, before);
     s.styles.Insert(fixed, count);
     s.heights.Erase(fixed, before);

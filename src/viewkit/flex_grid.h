@@ -64,6 +64,14 @@ enum class ColumnType {
   kBoolean = 11
 };
 
+/// Whether a column of this type holds numbers: one of the above, or another of Automation's.
+[[nodiscard]] constexpr bool IsNumeric(ColumnType type) {
+  constexpr int kDecimal = 14;
+  const int number = static_cast<int>(type);
+  return (number >= 2 && number <= static_cast<int>(ColumnType::kCurrency)) || number == kDecimal ||
+         (number >= 16 && number <= 21);
+}
+
 /// What a total is made over and how its row looks.
 struct SubtotalOptions {
   /// Rows that follow one another with the same text in this column are a group and get a total of
@@ -242,11 +250,12 @@ class FlexGrid : public Control, public host::Grid {
   /// removes all rows that this has made and no other; `kNone` does nothing.
   ///
   /// Hidden rows count, empty cells do not; sums of decimal numbers are exact as long as 15 digits
-  /// hold them. Of several totals at one place those of the outer groups (less `group_on`) stand
-  /// outside. `back` and `fore` colour the cells that are not fixed. Where data rows are nodes, a
-  /// row of totals is a node of the level of the row that follows it, so that the outline stays as
-  /// it is; rows of totals above plain rows are their parents. Columns outside the grid are an
-  /// error. Time: one pass over the rows at most, mostly less.
+  /// hold them. Of several totals at one place those of the groups made first stand outside, that
+  /// of the grid outermost. `back` and `fore` colour the cells that are not fixed. Where data rows
+  /// are nodes, a row of totals is a node of the level of the row that follows it, so that the
+  /// outline stays as it is. Above plain rows it is their parent, on level 0 for the grid, 1 for
+  /// the first groups, and so on. Columns outside the grid are an error. Time: one pass over the
+  /// rows at most, mostly less.
   void Subtotal(SubtotalFunction function, const SubtotalOptions& options = {});
   /// Whether `Subtotal` has made this row.
   [[nodiscard]] bool IsTotalRow(int row) const;

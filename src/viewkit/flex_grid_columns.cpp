@@ -1,6 +1,7 @@
 // Columns: widths, alignment, formats, sizing to the content; the header's format string.
 
 #include <algorithm>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -19,6 +20,12 @@ constexpr int kDeepestIndent = 100;
 
 /// Room beside the text: padding, and a pixel lost to rounding on the screen.
 constexpr int kBeside = 2 * grid_metrics::kCellPadding + kTwipsPerPixel;
+
+void CheckAlignment(Alignment alignment) {
+  if (alignment < Alignment::kLeftTop || alignment > Alignment::kGeneral) {
+    throw std::out_of_range("no such alignment");
+  }
+}
 
 Alignment AlignmentOf(char sign) {
   if (sign == '^') return Alignment::kCenterCenter;
@@ -57,6 +64,7 @@ Alignment FlexGrid::ColAlignment(int col) const {
 }
 
 void FlexGrid::SetColAlignment(int col, Alignment alignment) {
+  CheckAlignment(alignment);
   if (ColAlignment(col) == alignment) return;
   Update([&](State& s) {
     s.At(col).alignment = alignment;
@@ -69,6 +77,7 @@ Alignment FlexGrid::FixedAlignment(int col) const {
 }
 
 void FlexGrid::SetFixedAlignment(int col, Alignment alignment) {
+  CheckAlignment(alignment);
   if (FixedAlignment(col) == alignment) return;
   Update([&](State& s) {
     s.At(col).fixed_alignment = alignment;
@@ -81,6 +90,9 @@ ColumnType FlexGrid::ColDataType(int col) const {
 }
 
 void FlexGrid::SetColDataType(int col, ColumnType type) {
+  constexpr int kLast = 21;  // the last of the integers
+  const int number = static_cast<int>(type);
+  if (number < 0 || number > kLast) throw std::out_of_range("no such type of a column");
   if (ColDataType(col) == type) return;
   Update([&](State& s) {
     s.At(col).type = type;

@@ -1,5 +1,7 @@
 // Colours, fonts, measures.
 
+#include <algorithm>
+
 #include "viewkit/flex_grid_state.h"
 
 namespace tavrix::viewkit {
@@ -38,6 +40,21 @@ Color FlexGrid::CellBackColor(int row, int col) const {
 
 bool FlexGrid::CellFontBold(int row, int col) const {
   return state_->StyleAt(row, col).bold;
+}
+
+std::optional<Color> FlexGrid::CellForeColor(int row1, int col1, int row2, int col2) const {
+  const Color color = CellForeColor(row1, col1);
+  if (CellForeColor(row2, col2) != color) return std::nullopt;
+  const auto [top, bottom] = std::minmax(row1, row2);
+  const auto [left, right] = std::minmax(col1, col2);
+  for (int row = top; row <= bottom; ++row) {
+    for (int col = left; col <= right; ++col) {
+      const auto place = static_cast<std::size_t>(row);
+      if (state_->styles.Get(place, static_cast<std::size_t>(col)).fore != color)
+        return std::nullopt;
+    }
+  }
+  return color;
 }
 
 void FlexGrid::SetCellForeColor(int row, int col, Color color) {

@@ -39,7 +39,7 @@ void FlexGrid::SetDataRowHeights(int height) {
   if (alike && (set == State::kDefaultHeightMark || set == RowHeight(FixedRows()))) return;
   Update([&](State& s) {
     std::ranges::fill(s.heights.All().subspan(s.header.size()), set);
-    s.ContentChanged();
+    s.StructureChanged();
   });
 }
 
@@ -76,15 +76,24 @@ void FlexGrid::SetRowHidden(int row, bool hidden) {
 }
 
 bool FlexGrid::IsSubtotal(int row) const {
+  return IsNode(row) || IsTotalRow(row);
+}
+
+bool FlexGrid::IsNode(int row) const {
   state_->CheckRow(row);
   return row >= state_->Fixed() && state_->outline.IsNode(row - state_->Fixed());
 }
 
 void FlexGrid::SetIsSubtotal(int row, bool node) {
   state_->CheckDataRow(row);
-  if (IsSubtotal(row) == node) return;
+  const bool ends_total = !node && IsTotalRow(row);
+  if (IsNode(row) == node && !ends_total) return;
   Update([&](State& s) {
     s.outline.SetNode(row - s.Fixed(), node);
+    if (ends_total) {
+      s.outline.SetTotal(row - s.Fixed(), 0);
+      s.totals.RowsRedefined();
+    }
     s.ContentChanged();
   });
 }
@@ -114,11 +123,13 @@ int FlexGrid::SetOutlineFromColumn(int col) {
   Update([&](State& s) {
     const auto column = static_cast<std::size_t>(col);
     s.outline.MakeNodes([&](std::size_t row) {
+      if (s.outline.Total(static_cast<int>(row)) != 0) return 0;
       const double number = CellNumber(s.cells.Text(row, column)) - 1;
       const int level = static_cast<int>(std::clamp<double>(number, 0, OutlineRows::kDeepest));
       deepest = std::max(deepest, level);
       return level;
     });
+    s.outline.FitTotals(false);
     s.StructureChanged();
   });
   return deepest;

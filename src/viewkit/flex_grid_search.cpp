@@ -1,31 +1,17 @@
 // Sorting, searching, summing.
 
 #include <algorithm>
-#include <limits>
+#include <numeric>
+#include <stdexcept>
 #include <utility>
 
 #include "host/text.h"
 #include "viewkit/flex_grid_state.h"
-#include "viewkit/number_format.h"
 #include "viewkit/row_sort.h"
 
 namespace tavrix::viewkit {
 
 namespace {
-
-struct Totals {
-  double sum = 0;
-  double least = std::numeric_limits<double>::infinity();
-  double most = -std::numeric_limits<double>::infinity();
-  std::int64_t count = 0;
-
-  void Add(double number) {
-    sum += number;
-    least = std::min(least, number);
-    most = std::max(most, number);
-    ++count;
-  }
-};
 
 /// Rows and columns, both ends included.
 struct Block {
@@ -34,21 +20,6 @@ struct Block {
   int bottom;
   int right;
 };
-
-/// `text_of` gives the text at a row and column.
-template <class TextOf>
-void AddBlock(Totals& totals, const Block& block, const TextOf& text_of) {
-  for (int col = block.left; col <= block.right; ++col) {
-    for (int row = block.top; row <= block.bottom; ++row) {
-      const std::string_view text = text_of(row, col);
-      if (!text.empty()) totals.Add(CellNumber(text));
-    }
-  }
-}
-
-double Share(double part, double whole) {
-  return whole == 0 ? 0 : part / whole * 100;
-}
 
 }  // namespace
 
@@ -98,15 +69,38 @@ void FlexGrid::State::MoveRows(std::vector<std::uint32_t> order, int data_first)
   StructureChanged();
 }
 
+/// Rows of totals stay, and the rows between two of them are sorted for themselves.
+std::vector<std::uint32_t> FlexGrid::State::OrderBetweenTotals(int any_col, SortOrder order,
+                                                               int data_first, int count) const {
+  const auto column = static_cast<std::size_t>(any_col);
+  const ColumnType type = columns[column].type;
+  const auto first = static_cast<std::size_t>(data_first);
+  const auto end = static_cast<std::size_t>(data_first + count);
+  const auto marks = outline.Totals();
+  if (marks.empty()) return SortedOrder(cells, column, order, first, end - first, type);
+  std::vector<std::uint32_t> all(end - first);
+  std::iota(all.begin(), all.end(), 0U);
+  bool moves = false;
+  for (std::size_t from = first; from < end;) {
+    std::size_t to = from;
+    while (to < end && marks[to] == 0) ++to;
+    const auto part = SortedOrder(cells, column, order, from, to - from, type);
+    const auto offset = static_cast<std::uint32_t>(from - first);
+    for (std::size_t i = 0; i < part.size(); ++i) all[offset + i] = offset + part[i];
+    moves = moves || !part.empty();
+    from = to + 1;
+  }
+  if (!moves) all.clear();
+  return all;
+}
+
 void FlexGrid::SortRows(int col, SortOrder order, int first, int last) {
   state_->CheckCol(col);
   if (last < first) return;
   state_->CheckDataRow(first);
   state_->CheckDataRow(last);
   const int data_first = first - FixedRows();
-  std::vector<std::uint32_t> moves =
-      SortedOrder(state_->cells, static_cast<std::size_t>(col), order,
-                  static_cast<std::size_t>(data_first), static_cast<std::size_t>(last - first + 1));
+  auto moves = state_->OrderBetweenTotals(col, order, data_first, last - first + 1);
   if (moves.empty()) return;
   Update([&](State& s) { s.MoveRows(std::move(moves), data_first); });
 }
@@ -116,8 +110,17 @@ SortOrder FlexGrid::Sort() const {
 }
 
 void FlexGrid::SetSort(SortOrder order) {
+  if (order < SortOrder::kNone || order > SortOrder::kStringDescending) {
+    throw std::out_of_range("no such order of rows");
+  }
   state_->sort = order;
-  if (order != SortOrder::kNone && Col() >= 0) SortRows(Col(), order, FixedRows(), Rows() - 1);
+  if (order == SortOrder::kNone || Col() < 0) return;
+  auto& postponed = state_->postponed_sorts;
+  if (!state_->HasTotals())
+    postponed.clear();
+  else
+    postponed.emplace_back(Col(), order);
+  SortRows(Col(), order, FixedRows(), Rows() - 1);
 }
 
 int FlexGrid::FindRow(std::string_view text, int start, int col, bool case_sensitive,
@@ -148,34 +151,25 @@ double FlexGrid::Aggregate(SubtotalFunction function, int row1, int col1, int ro
   const Block block{std::min(row1, row2), std::min(col1, col2), std::max(row1, row2),
                     std::max(col1, col2)};
   const auto totals_of = [this](const Block& cells) {
-    Totals totals;
-    const int fixed = FixedRows();
-    AddBlock(totals, {cells.top, cells.left, std::min(cells.bottom, fixed - 1), cells.right},
-             [this](int row, int col) { return TextMatrix(row, col); });
-    AddBlock(totals, {std::max(cells.top, fixed), cells.left, cells.bottom, cells.right},
-             [this, fixed](int row, int col) { return state_->DataText(row - fixed, col); });
+    const State& s = *state_;
+    NumberTotals totals;
+    const auto add = [&](std::string_view text) {
+      if (!text.empty()) totals.Add(ReadDecimal(text));
+    };
+    for (int col = cells.left; col <= cells.right; ++col) {
+      int row = cells.top;
+      for (; row <= cells.bottom && row < s.Fixed(); ++row) add(TextMatrix(row, col));
+      for (int data = row - s.Fixed(); data <= cells.bottom - s.Fixed(); ++data) {
+        if (s.outline.Total(data) == 0) add(s.DataText(data, col));
+      }
+    }
     return totals;
   };
-  const Totals totals = totals_of(block);
-  if (totals.count == 0) return 0;
-  switch (function) {
-    case SubtotalFunction::kSum:
-      return totals.sum;
-    case SubtotalFunction::kPercent:
-      return Share(totals.sum, totals_of({FixedRows(), block.left, Rows() - 1, block.right}).sum);
-    case SubtotalFunction::kCount:
-      return static_cast<double>(totals.count);
-    case SubtotalFunction::kAverage:
-      return totals.sum / static_cast<double>(totals.count);
-    case SubtotalFunction::kMax:
-      return totals.most;
-    case SubtotalFunction::kMin:
-      return totals.least;
-    case SubtotalFunction::kNone:
-    case SubtotalFunction::kClear:
-      break;
+  Decimal whole;
+  if (function == SubtotalFunction::kPercent) {
+    whole = totals_of({FixedRows(), block.left, Rows() - 1, block.right}).Sum();
   }
-  return 0;
+  return totals_of(block).Result(function, whole).Value();
 }
 
 }  // namespace tavrix::viewkit

@@ -2,11 +2,13 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "viewkit/cell_store.h"
 #include "viewkit/cell_styles.h"
 #include "viewkit/flex_grid.h"
+#include "viewkit/grid_totals.h"
 #include "viewkit/outline_rows.h"
 #include "viewkit/row_array.h"
 #include "viewkit/row_selection.h"
@@ -52,10 +54,26 @@ struct FlexGrid::State {
   void InsertRows(int data_row, int count);
   void EraseRows(int data_row, int count);
   void MoveRows(std::vector<std::uint32_t> order, int data_first);
+  [[nodiscard]] std::vector<std::uint32_t> OrderBetweenTotals(int col, SortOrder order,
+                                                              int data_first, int count) const;
   void CopyRow(int data_from, int data_to);
+  /// `before` and `gone`, data rows, ascend; see `RowArray`.
+  void InsertRowsAt(const std::vector<std::uint32_t>& before);
+  void EraseRowsAt(const std::vector<std::uint32_t>& gone);
+  void GoOnFrom(int place_of_lost_row);
   void RowsGone(int first, int count);
   void RowsCame(int first, int count);
   void ForgetRows();
+
+  // --- totals (flex_grid_totals.cpp)
+  [[nodiscard]] bool HasTotals() const;
+  void ClearTotals();
+  void AddTotals(SubtotalFunction function, const SubtotalOptions& options);
+  [[nodiscard]] bool EnsureTotalRows(GridTotals::Level& level);
+  [[nodiscard]] int RowOfGroup(const GridTotals::Level& level, std::uint32_t data_row) const;
+  void WriteTotalTexts(const GridTotals::Level& level, const SubtotalOptions& options);
+  void WriteTotals(const GridTotals::Level& level, SubtotalFunction function,
+                   const SubtotalOptions& options);
 
   // --- heights, widths, scrolling (flex_grid_scroll.cpp)
   [[nodiscard]] int DefaultHeight() const;
@@ -116,6 +134,10 @@ struct FlexGrid::State {
   OutlineRows outline;                                  // data rows
   CellStyles styles;                                    // all rows
   RowArray<std::uint16_t> heights{kDefaultHeightMark};  // all rows
+  GridTotals totals{cells, outline};
+  viewkit::SubtotalPosition subtotal_position = viewkit::SubtotalPosition::kBelow;
+  /// Columns and orders of the sorts asked for while there are rows of totals.
+  std::vector<std::pair<int, SortOrder>> postponed_sorts;
   int fixed_cols = 0;
   int frozen_cols = 0;
   int outline_col = 0;

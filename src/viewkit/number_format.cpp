@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "host/text.h"
+#include "viewkit/decimal.h"
 
 namespace tavrix::viewkit {
 
@@ -28,17 +29,6 @@ std::optional<double> ShortWholeNumber(std::string_view text) {
     number = number * 10 + (c - '0');
   }
   return static_cast<double>(negative ? -number : number);
-}
-
-/// Without the separators that stand between digits.
-std::string WithoutSeparators(std::string_view text) {
-  std::string plain;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool between =
-        i > 0 && i + 1 < text.size() && IsDigit(text[i - 1]) && IsDigit(text[i + 1]);
-    if (text[i] != ',' || !between) plain.push_back(text[i]);
-  }
-  return plain;
 }
 
 struct NumberPattern {
@@ -162,9 +152,7 @@ std::string Digits(double number, const NumberPattern& pattern) {
 }  // namespace
 
 double LongCellNumber(std::string_view text) {
-  if (const auto number = ShortWholeNumber(text)) return *number;
-  if (text.find(',') == std::string_view::npos) return host::LeadingNumber(text);
-  return host::LeadingNumber(WithoutSeparators(text));
+  return ReadDecimal(text).Value();
 }
 
 std::optional<double> WholeNumber(std::string_view text) {

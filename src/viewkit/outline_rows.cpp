@@ -7,24 +7,70 @@ namespace tavrix::viewkit {
 void OutlineRows::Reset(int rows) {
   marks_.Reset(static_cast<std::size_t>(rows));
   flags_.Reset(static_cast<std::size_t>(rows));
+  totals_.Reset(static_cast<std::size_t>(rows));
   Invalidate();
 }
 
 void OutlineRows::Insert(int at, int count) {
   marks_.Insert(static_cast<std::size_t>(at), static_cast<std::size_t>(count));
   flags_.Insert(static_cast<std::size_t>(at), static_cast<std::size_t>(count));
+  totals_.Insert(static_cast<std::size_t>(at), static_cast<std::size_t>(count));
   Invalidate();
 }
 
 void OutlineRows::Erase(int at, int count) {
   marks_.Erase(static_cast<std::size_t>(at), static_cast<std::size_t>(count));
   flags_.Erase(static_cast<std::size_t>(at), static_cast<std::size_t>(count));
+  totals_.Erase(static_cast<std::size_t>(at), static_cast<std::size_t>(count));
   Invalidate();
 }
 
 void OutlineRows::CopyRow(int from, int to) {
   marks_.CopyRow(static_cast<std::size_t>(from), static_cast<std::size_t>(to));
   flags_.CopyRow(static_cast<std::size_t>(from), static_cast<std::size_t>(to));
+  totals_.CopyRow(static_cast<std::size_t>(from), static_cast<std::size_t>(to));
+  Invalidate();
+}
+
+void OutlineRows::InsertAt(std::span<const std::uint32_t> before) {
+  marks_.InsertAt(before);
+  flags_.InsertAt(before);
+  totals_.InsertAt(before);
+  Invalidate();
+}
+
+void OutlineRows::EraseAt(std::span<const std::uint32_t> rows) {
+  marks_.EraseAt(rows);
+  flags_.EraseAt(rows);
+  totals_.EraseAt(rows);
+  Invalidate();
+}
+
+bool OutlineRows::HasNodesBesideTotals() const {
+  const std::span<const std::uint16_t> marks = marks_.Existing();
+  const std::span<const std::uint16_t> totals = totals_.Existing();
+  for (std::size_t row = 0; row < marks.size(); ++row) {
+    if (marks[row] < kPlain && (totals.empty() || totals[row] == 0)) return true;
+  }
+  return false;
+}
+
+void OutlineRows::FitTotals(bool parents) {
+  const std::span<const std::uint16_t> totals = totals_.Existing();
+  if (totals.empty()) return;
+  const bool nodes = HasNodesBesideTotals();
+  const std::span<std::uint16_t> marks = marks_.All();
+  std::uint16_t following = 0;  // the end is no place below a node either
+  for (std::size_t row = marks.size(); row-- > 0;) {
+    if (totals[row] == 0) {
+      following = marks[row];
+    } else if (nodes) {
+      marks[row] = following;
+    } else {
+      const int level = Bounded(totals[row] - 1);
+      marks[row] = static_cast<std::uint16_t>(parents ? level : level | kPlain);
+    }
+  }
   Invalidate();
 }
 

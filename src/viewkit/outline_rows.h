@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <vector>
 
 #include "viewkit/row_array.h"
@@ -13,6 +14,8 @@ namespace tavrix::viewkit {
 /// A row is a node or a plain row. The parent of a node is the nearest node above it with a lower
 /// level, that of a plain row the nearest node above it. A row is shown unless it is hidden itself
 /// or lies below a collapsed node; hiding a node does not hide what is below it.
+///
+/// A row of totals carries a mark of its own, whatever it is in the outline.
 ///
 /// Rows count from 0 without the header and are not checked. The map of the shown rows is made when
 /// it is first asked for after a change, in one pass; nothing is allocated before the first row is
@@ -26,6 +29,9 @@ class OutlineRows {
   void Reset(int rows);
   void Insert(int at, int count);
   void Erase(int at, int count);
+  /// As `RowArray` does.
+  void InsertAt(std::span<const std::uint32_t> before);
+  void EraseAt(std::span<const std::uint32_t> rows);
   void CopyRow(int from, int to);
 
   [[nodiscard]] bool IsNode(int row) const { return (Mark(row) & kPlain) == 0; }
@@ -51,6 +57,20 @@ class OutlineRows {
   bool CollapseTo(int level);
   [[nodiscard]] bool IsHidden(int row) const { return (Flags(row) & kHidden) != 0; }
   bool SetHidden(int row, bool hidden);
+
+  /// What the row is a total of; 0 for a row that is none.
+  [[nodiscard]] std::uint16_t Total(int row) const {
+    return totals_.Get(static_cast<std::size_t>(row));
+  }
+  void SetTotal(int row, std::uint16_t total) { totals_.Set(static_cast<std::size_t>(row), total); }
+  /// `Total` of all rows, or nothing while no row has been one.
+  [[nodiscard]] std::span<const std::uint16_t> Totals() const { return totals_.Existing(); }
+  /// There is no row of totals any more.
+  void ForgetTotals() { totals_.Reset(totals_.Rows()); }
+  /// Gives all rows of totals a place in the outline that changes nothing for the others: where
+  /// there are nodes, that of the row that follows. Among plain rows they are plain too, or with
+  /// `parents` their nodes, on level `Total` - 1.
+  void FitTotals(bool parents);
 
   /// -1 for none.
   [[nodiscard]] int Parent(int row) const;
@@ -86,6 +106,7 @@ class OutlineRows {
   [[nodiscard]] static std::uint16_t Bounded(int level) {
     return static_cast<std::uint16_t>(level < 0 ? 0 : level > kDeepest ? kDeepest : level);
   }
+  [[nodiscard]] bool HasNodesBesideTotals() const;
   bool SetMark(int row, int mark);
   bool SetFlag(int row, std::uint8_t flag, bool on);
   void Invalidate() { map_ = Map::kUnknown; }
@@ -95,6 +116,7 @@ class OutlineRows {
 
   RowArray<std::uint16_t> marks_{kPlain};
   RowArray<std::uint8_t> flags_{0};
+  RowArray<std::uint16_t> totals_{0};
   enum class Map { kUnknown, kAll, kListed };
   mutable Map map_ = Map::kAll;
   mutable std::vector<std::int32_t> shown_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <utility>
 #include <vector>
@@ -61,6 +62,37 @@ class RowArray {
     rows_ -= count;
     if (rows_ == 0) return Reset(0);
     if (!values_.empty()) values_.erase(Place(at), Place(at + count));
+  }
+  /// One blank row in front of each of the rows `before`, in one pass. They are counted from row
+  /// `offset` as it is now and ascend; one may come several times, and the end counts as one too.
+  void InsertAt(std::span<const std::uint32_t> before, std::size_t offset = 0) {
+    if (!values_.empty()) {
+      GrowBy(values_, before.size() * width_);
+      values_.resize(values_.size() + before.size() * width_, blank_);
+      auto from_end = Place(rows_);
+      auto to_end = values_.end();
+      for (std::size_t i = before.size(); i-- > 0;) {
+        const auto from = Place(before[i] + offset);
+        const auto blank_end = std::move_backward(from, from_end, to_end);
+        to_end = blank_end - static_cast<std::ptrdiff_t>(width_);
+        std::fill(to_end, blank_end, blank_);
+        from_end = from;
+      }
+    }
+    rows_ += before.size();
+  }
+  /// `rows`, not none, ascend and are counted from row `offset`. In one pass.
+  void EraseAt(std::span<const std::uint32_t> rows, std::size_t offset = 0) {
+    if (rows_ == rows.size()) return Reset(0);
+    if (!values_.empty()) {
+      auto to = Place(rows.front() + offset);
+      for (std::size_t i = 0; i < rows.size(); ++i) {
+        const auto end = i + 1 < rows.size() ? Place(rows[i + 1] + offset) : values_.end();
+        to = std::move(Place(rows[i] + offset + 1), end, to);
+      }
+      values_.erase(to, values_.end());
+    }
+    rows_ -= rows.size();
   }
   void CopyRow(std::size_t from, std::size_t to) {
     if (!values_.empty()) std::copy_n(Place(from), width_, Place(to));

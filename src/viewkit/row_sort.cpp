@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <limits>
 #include <numeric>
+#include <optional>
 #include <string_view>
 
 #include "host/text.h"
+#include "viewkit/date_format.h"
 #include "viewkit/number_format.h"
 
 namespace tavrix::viewkit {
@@ -69,6 +71,14 @@ int CompareNumbers(double a, double b) {
   return a < b ? -1 : a > b ? 1 : 0;
 }
 
+/// What the generic orders put before the texts.
+std::optional<double> NumberOf(std::string_view text, ColumnType type) {
+  if (type == ColumnType::kString) return std::nullopt;
+  if (type != ColumnType::kDate) return WholeNumber(text);
+  const auto date = DateOf(text);
+  return date ? std::optional(SerialOf(*date)) : std::nullopt;
+}
+
 bool IsDescending(SortOrder order) {
   return static_cast<int>(order) % 2 == 0;
 }
@@ -76,7 +86,7 @@ bool IsDescending(SortOrder order) {
 }  // namespace
 
 std::vector<std::uint32_t> SortedOrder(const CellStore& cells, std::size_t col, SortOrder order,
-                                       std::size_t first, std::size_t count) {
+                                       std::size_t first, std::size_t count, ColumnType type) {
   const auto rows = static_cast<std::uint32_t>(count);
   const bool descending = IsDescending(order);
   const auto text = [&](std::uint32_t row) { return cells.Text(first + row, col); };
@@ -99,7 +109,7 @@ std::vector<std::uint32_t> SortedOrder(const CellStore& cells, std::size_t col, 
       constexpr double kText = std::numeric_limits<double>::infinity();  // behind all numbers
       std::vector<double> numbers(count);
       for (std::uint32_t row = 0; row < rows; ++row) {
-        numbers[row] = WholeNumber(text(row)).value_or(kText);
+        numbers[row] = NumberOf(text(row), type).value_or(kText);
       }
       const auto compare = [&](std::uint32_t a, std::uint32_t b) {
         const int by_number = CompareNumbers(numbers[a], numbers[b]);

@@ -53,13 +53,13 @@ std::vector<int> SelectionOf(const FlexGrid& grid) {
 namespace {
 
 bool Below(const FlexGrid& grid, int row, int node) {
-  if (!grid.IsSubtotal(row)) return true;
+  if (!grid.IsNode(row)) return true;
   return grid.RowOutlineLevel(row) > grid.RowOutlineLevel(node);
 }
 
 int PlainParent(const FlexGrid& grid, int row) {
   for (int node = row - 1; node >= grid.FixedRows(); --node) {
-    if (grid.IsSubtotal(node) && Below(grid, row, node)) return node;
+    if (grid.IsNode(node) && Below(grid, row, node)) return node;
   }
   return -1;
 }
@@ -74,20 +74,21 @@ bool PlainShown(const FlexGrid& grid, int row) {
 
 void CheckNode(const FlexGrid& grid, int row) {
   int last = row;
-  while (grid.IsSubtotal(row) && last + 1 < grid.Rows() && Below(grid, last + 1, row)) ++last;
+  while (grid.IsNode(row) && last + 1 < grid.Rows() && Below(grid, last + 1, row)) ++last;
   EXPECT_EQ(grid.LastRowOfNode(row), last) << row;
   EXPECT_EQ(grid.HasRowsBelow(row), last > row) << row;
   int first = -1;
   int children = 0;
   for (int child = last; child > row; --child) {
-    if (!grid.IsSubtotal(child) || PlainParent(grid, child) != row) continue;
+    if (!grid.IsNode(child) || PlainParent(grid, child) != row) continue;
     first = child;
     ++children;
   }
   EXPECT_EQ(grid.FirstChildRow(row), first) << row;
   EXPECT_EQ(grid.ChildCount(row), children) << row;
   EXPECT_EQ(grid.ParentRow(row), PlainParent(grid, row)) << row;
-  EXPECT_TRUE(grid.IsSubtotal(row) || !grid.IsCollapsed(row)) << row;
+  EXPECT_TRUE(grid.IsNode(row) || !grid.IsCollapsed(row)) << row;
+  EXPECT_EQ(grid.IsSubtotal(row), grid.IsNode(row) || grid.IsTotalRow(row)) << row;
 }
 
 void CheckScroll(const FlexGrid& grid) {

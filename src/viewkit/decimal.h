@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Numbers as they are written, so that sums of money come out to the last digit.
+namespace tavrix::viewkit {
+
+/// `units` times 10 to the power of -`decimals`. Exact where `units` is a whole number of up to 15
+/// digits; other numbers have `decimals` 0 and the nearest double.
+struct Decimal {
+  double units = 0;
+  int decimals = 0;
+
+  [[nodiscard]] double Value() const;
+};
+
+constexpr int kMostDecimals = 9;
+
+/// 10 to the power of 0 to 15.
+[[nodiscard]] double PowerOfTen(int exponent);
+
+/// The number at the start of `text`, thousands separators accepted; 0 when there is none. Beyond
+/// `kMostDecimals` the nearest double.
+[[nodiscard]] Decimal ReadDecimal(std::string_view text);
+
+/// `text` without the commas that stand between digits.
+[[nodiscard]] std::string WithoutSeparators(std::string_view text);
+
+/// All digits of an exact number, the first 15 of another; no zeros at the end of the decimals.
+[[nodiscard]] std::string DecimalText(const Decimal& number);
+
+}  // namespace tavrix::viewkit
