@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "component/foreign_container.h"
 #include "component/loaded_library.h"
@@ -101,6 +102,33 @@ TEST_F(Placed, KeysMoveTheRowThroughTheOutline) {
   EXPECT_EQ(RowOf(grid_), 5);
   container_.Press(VK_UP);
   EXPECT_EQ(RowOf(grid_), 4);
+}
+
+/// The container's own accelerators must not swallow what the outline uses.
+TEST_F(Placed, TheOutlinesKeysAreTheGridsAndOthersTheContainers) {
+  SetFocus(WindowOf(grid_));
+  container_.Press(VK_HOME);
+  container_.Press(VK_DOWN);
+  const auto collapsed = [&] {
+    VARIANT_BOOL is = VARIANT_FALSE;
+    EXPECT_EQ(grid_->get_IsCollapsed(2, &is), S_OK);
+    return is != VARIANT_FALSE;
+  };
+  for (const auto& [key, closed] :
+       {std::pair{VK_ADD, false}, {VK_SUBTRACT, true}, {VK_MULTIPLY, false}}) {
+    container_.Press(static_cast<WORD>(key));
+    EXPECT_EQ(collapsed(), closed) << key;
+  }
+  const auto active = container_.Control().As<IOleInPlaceActiveObject>();
+  for (const auto& [key, used] : {std::pair{VK_ADD, S_OK},
+                                  {VK_SUBTRACT, S_OK},
+                                  {VK_MULTIPLY, S_OK},
+                                  {VK_NEXT, S_OK},
+                                  {VK_ESCAPE, S_FALSE},
+                                  {VK_F2, S_FALSE}}) {
+    MSG message{GetFocus(), WM_KEYDOWN, static_cast<WPARAM>(key), 1, 0, {}};
+    EXPECT_EQ(active->TranslateAccelerator(&message), used) << key;
+  }
 }
 
 TEST_F(Placed, TheHostsWheelIsAttachedToTheGridsWindow) {

@@ -25,8 +25,9 @@ Class PropertySet
   End Function
 End Class
 
-' Holds an array (field, record), or nothing at all.
+' Holds an array (field, record), or nothing at all. `Names` are those of its fields.
 Class Recordset
+  Public Names
   Private records
   Private position
   Private last
@@ -63,15 +64,15 @@ Class Recordset
   End Sub
 
   Private Function ColumnOf(name)
-    Select Case LCase(name)
-      Case "ccode": ColumnOf = 0
-      Case "ccode_name": ColumnOf = 1
-      Case "cexch_name": ColumnOf = 2
-      Case "i_id": ColumnOf = 4
-      Case "igrade": ColumnOf = 5
-      Case "cclass": ColumnOf = 6
-      Case Else: ColumnOf = CInt(name)
-    End Select
+    Dim all, i
+    all = Split(Names, ",")
+    For i = 0 To UBound(all)
+      If LCase(all(i)) = LCase(name) Then
+        ColumnOf = i
+        Exit Function
+      End If
+    Next
+    ColumnOf = CInt(name)
   End Function
 End Class
 
@@ -96,9 +97,11 @@ Class Database
   Public Executed
   Public Failing
   Public Count
+  Public Source
 
   Private Sub Class_Initialize()
     Failing = "?"
+    Set Source = Nothing
   End Sub
   Public Sub Fill(source, number)
     Rows = source
@@ -121,8 +124,13 @@ Class Database
     Set ConnectionProperties = New PropertySet
   End Function
 
+  ' What a statement gives: rows of a view of its own, or those of `Source`.
   Public Function RowsFor(text)
     Dim category, start, chosen, found, i, j, answer
+    If Not Source Is Nothing Then
+      Set RowsFor = Source.RowsFor(text)
+      Exit Function
+    End If
     category = ""
     start = InStr(text, "cclass='")
     If start > 0 Then category = Mid(text, start + 8, InStr(start + 8, text, "'") - start - 8)
@@ -138,6 +146,7 @@ Class Database
     Next
     If found > 0 Then ReDim Preserve chosen(6, found - 1)
     Set answer = New Recordset
+    answer.Names = "ccode,ccode_name,cexch_name,,i_id,igrade,cclass"
     answer.Load chosen, found
     Set RowsFor = answer
   End Function
@@ -236,6 +245,11 @@ Class SettingsFile
   End Sub
 End Class
 
+Class RightsEntry
+  Public CanAdd
+  Public CanEdit
+End Class
+
 Class Folders
   Public Property Get UserFolder()
     UserFolder = "C:\users"
@@ -247,9 +261,11 @@ Class HostSystem
   Public Wheel
   Public Navigator
   Public Rate
+  Public MayEdit
 
   Private Sub Class_Initialize()
     Rate = "2"
+    MayEdit = True
     Set Database = New Database
     Set Wheel = New MouseEvent
     Set Navigator = New GridNavigator
@@ -269,6 +285,13 @@ Class HostSystem
     failure = ""
     NewIdentifier = 100
   End Function
+  Public Function Rights(program)
+    Dim entry
+    Set entry = New RightsEntry
+    entry.CanAdd = False
+    entry.CanEdit = MayEdit And program = 201
+    Set Rights = entry
+  End Function
   Public Function Folders()
     Set Folders = New Folders
   End Function
@@ -286,26 +309,42 @@ Class HostSystem
   End Function
 End Class
 
-' At most one entry.
+' A few entries.
 Class HostParameters
-  Private name
-  Private content
+  Private names
+  Private contents
+  Private count
+  Private Sub Class_Initialize()
+    Dim empty_names(9)
+    Dim empty_contents(9)
+    names = empty_names
+    contents = empty_contents
+    count = 0
+  End Sub
   Public Sub Add(key, value)
-    name = key
-    content = value
+    names(count) = key
+    contents(count) = value
+    count = count + 1
   End Sub
   Public Function Exists(key)
-    Exists = (Not IsEmpty(name)) And (name = key)
+    Exists = PositionOf(key) >= 0
   End Function
   Public Function Item(key)
     Dim entry
     Set entry = New ValueHolder
-    entry.Value = content
+    entry.Value = contents(PositionOf(key))
     Set Item = entry
   End Function
   Public Sub Clear()
-    name = Empty
+    count = 0
   End Sub
+  Private Function PositionOf(key)
+    Dim i
+    PositionOf = -1
+    For i = 0 To count - 1
+      If names(i) = key Then PositionOf = i
+    Next
+  End Function
 End Class
 
 Sub PutRow(rows, at, code, name, currency, id, level, category)

@@ -1,5 +1,6 @@
 #include "component/stub_host.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "component/base/failure.h"
@@ -48,13 +49,27 @@ Variant RowsOf(const StubHost& host, const std::string& category) {
   return records.empty() ? Variant() : RowArray(records);
 }
 
+/// A field of the first row by its name; null for a name that no column has.
+Variant FieldOf(const StubHost& host, const std::string& name) {
+  const auto found = std::ranges::find(host.columns, name);
+  if (found == host.columns.end() || host.rows.empty()) return Variant::Null();
+  return host.rows.front()[static_cast<std::size_t>(found - host.columns.begin())];
+}
+
 Variant Recordset(const Shared& host, const std::string& sql) {
   const bool given = host->whole_result.Type() != VT_EMPTY;
-  const Variant rows = given ? host->whole_result : RowsOf(*host, CategoryOf(sql));
+  const bool settings = sql.find(" xt_") != std::string::npos;  // there are none
+  const Variant rows = given      ? host->whole_result
+                       : settings ? Variant()
+                                  : RowsOf(*host, CategoryOf(sql));
   const bool none = rows.Type() == VT_EMPTY;
   return Variant(Object(host, {{L"EOF", [none](const StubCall&) { return Variant(none); }},
                                {L"BOF", [none](const StubCall&) { return Variant(none); }},
                                {L"GetRows", [rows](const StubCall&) { return rows; }},
+                               {L"Fields",
+                                [host](const StubCall& call) {
+                                  return ValueObject(host, FieldOf(*host, call.Text(0)));
+                                }},
                                {L"Close", [](const StubCall&) { return Variant(); }}}));
 }
 
@@ -69,6 +84,12 @@ Variant Statement(const Shared& host, const std::string& sql) {
 Variant Database(const Shared& host) {
   return Variant(Object(
       host, {{L"OpenSql", [host](const StubCall& call) { return Statement(host, call.Text(0)); }},
+             {L"ConnectionProperties",
+              [host](const StubCall&) {
+                return Variant(Object(host, {{L"Item", [host](const StubCall&) {
+                                                return ValueObject(host, Text("sqlite"));
+                                              }}}));
+              }},
              {L"LastError", [host](const StubCall&) {
                 return Variant(
                     Object(host, {{L"Description", [](const StubCall&) { return Text(""); }}}));
@@ -121,7 +142,14 @@ Variant Helper(const Shared& host, const std::string& name) {
   if (given != host->helpers.end()) return Variant(given->second);
   if (name == "MouseEvent") return Wheel(host);
   if (name == "GridNavigator") return Navigator(host);
-  return Variant(Object(host, {{L"SetDatabase", [](const StubCall&) { return Variant(); }}}));
+  return Variant(Object(host, {{L"SetDatabase", [](const StubCall&) { return Variant(); }},
+                               {L"Exists", [](const StubCall&) { return Variant(false); }},
+                               {L"Clear", [](const StubCall&) { return Variant(); }}}));
+}
+
+Variant Rights(const Shared& host) {
+  return Variant(Object(host, {{L"CanAdd", [](const StubCall&) { return Variant(true); }},
+                               {L"CanEdit", [](const StubCall&) { return Variant(true); }}}));
 }
 
 }  // namespace
@@ -132,6 +160,7 @@ ComPtr<IDispatch> StubHost::System(const Shared& host) {
                         [host](const StubCall& call) {
                           return ValueObject(host, Text(host->settings[call.Text(0)]));
                         }},
+                       {L"Rights", [host](const StubCall&) { return Rights(host); }},
                        {L"CreateHelper",
                         [host](const StubCall& call) { return Helper(host, call.Text(0)); }}});
 }

@@ -14,10 +14,13 @@ namespace tavrix::test {
 /// A host of a few lines: what its objects answer, and what they were asked. Every object knows its
 /// members by name only.
 struct StubHost {
-  /// The columns of the view's query: code, name, currency, '', identifier, level, category.
+  /// As wide as what the caller's query asks for.
   using Row = std::vector<Variant>;
 
   std::vector<Row> rows;
+  /// The names of their columns, for callers that ask by name.
+  std::vector<std::string> columns{"ccode", "ccode_name", "cexch_name", "",
+                                   "i_id",  "igrade",     "cclass"};
   /// Given by every `GetRows` instead of `rows`, when set.
   Variant whole_result;
   std::map<std::string, std::string> settings{{"kmbm", "4222"}, {"mouseeventscrollrate", "2.5"}};

@@ -47,13 +47,7 @@ class RaisedException {
     if (info_.pfnDeferredFillIn != nullptr) info_.pfnDeferredFillIn(&info_);
     const HRESULT code = Code();
     const std::string text = TextOf(info_.bstrDescription);
-    return text.empty() ? WithThreadText(code) : ComFailure(code, text);
-  }
-  [[nodiscard]] static ComFailure WithThreadText(HRESULT code) {
-    ComPtr<IErrorInfo> info;
-    Bstr text;
-    if (GetErrorInfo(0, info.Put()) == S_OK) info->GetDescription(text.Put());
-    return ViewOf(text.Get()).empty() ? ComFailure(code) : ComFailure(code, TextOf(text.Get()));
+    return text.empty() ? FailureOfCall(code) : ComFailure(code, text);
   }
 
  private:
@@ -98,7 +92,7 @@ Variant LateObject::Invoke(const wchar_t* member, WORD flags,
       keep->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
                    wanted ? result.Put() : nullptr, exception.Put(), &bad_argument);
   if (status == DISP_E_EXCEPTION) throw exception.Failure();
-  if (FAILED(status)) throw RaisedException::WithThreadText(status);
+  if (FAILED(status)) throw FailureOfCall(status);
   if ((result.Type() & VT_BYREF) == 0) return result;
   return Variant(result.Get());  // what a reference leads to may be gone after the next call
 }

@@ -1,7 +1,11 @@
 #include "component/base/failure.h"
 
+#include <oleauto.h>
+
 #include <memory>
 
+#include "component/base/bstr.h"
+#include "component/base/com_ptr.h"
 #include "viewkit/win32/wide.h"
 
 namespace tavrix::component {
@@ -30,8 +34,19 @@ std::string MeaningOf(HRESULT code) {
 
 ComFailure::ComFailure(HRESULT code) : ComFailure(code, MeaningOf(code)) {}
 
+ComFailure FailureOfCall(HRESULT code) {
+  ComPtr<IErrorInfo> info;
+  Bstr text;
+  if (GetErrorInfo(0, info.Put()) == S_OK) info->GetDescription(text.Put());
+  return ViewOf(text.Get()).empty() ? ComFailure(code) : ComFailure(code, TextOf(text.Get()));
+}
+
 void Check(HRESULT result) {
   if (FAILED(result)) throw ComFailure(result);
+}
+
+void CheckCall(HRESULT result) {
+  if (FAILED(result)) throw FailureOfCall(result);
 }
 
 }  // namespace tavrix::component

@@ -24,7 +24,13 @@ class ComFailure : public host::HostError {
 /// The system's text for a code, without the line end; the bare number when it has none.
 [[nodiscard]] std::string MeaningOf(HRESULT code);
 
+/// The failure of another object's member, with the text that it has left for the thread, else the
+/// meaning of the code. Whoever calls clears the thread's text before the call.
+[[nodiscard]] ComFailure FailureOfCall(HRESULT code);
+
 /// Throws `ComFailure` when `result` is a failure.
 void Check(HRESULT result);
+/// As `Check`, for the result of another object's member.
+void CheckCall(HRESULT result);
 
 }  // namespace tavrix::component

@@ -1,0 +1,207 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <ocidl.h>
+#include <olectl.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "component/base/bstr.h"
+#include "component/base/events.h"
+#include "component/event_sink.h"
+#include "component/stub_host.h"
+#include "qnDesignUI.h"
+#include "qnPickerUI.h"
+#include "qnSystem.h"
+#include "tavrix.h"
+
+namespace tavrix::test {
+namespace {
+
+using component::Bstr;
+using testing::ElementsAre;
+
+/// A wheel of the host that can be turned.
+class Wheel : public NamedObject {
+ public:
+  Wheel()
+      : NamedObject({{L"SetRange", [](const StubCall&) { return Variant(); }},
+                     {L"Attach", [](const StubCall&) { return Variant(); }},
+                     {L"AttachedTo", [](const StubCall&) { return Variant(std::int32_t{0}); }},
+                     {L"Position", [](const StubCall&) { return Variant(); }},
+                     {L"Detach", [](const StubCall&) { return Variant(); }}}) {
+    Publish(IID_IConnectionPointContainer, &container_);
+  }
+  void Turn(std::int32_t value) { events_.Fire(1, {Variant(value)}); }
+
+ private:
+  component::EventSource events_{*this, __uuidof(IHostMouseEvents)};
+  component::EventContainer container_{*this, events_};
+};
+
+StubHost::Row PickerRow(int id, std::string_view code, std::string_view name) {
+  const auto text = [](std::string_view content) { return Variant(content); };
+  const auto number = [](int content) { return Variant(std::int32_t{content}); };
+  return {number(id), text(code),   text(name), text(""),
+          number(1),  text("资产"), number(0),  number(1)};
+}
+
+/// The picker for a caller that knows its interfaces.
+class Picker : public testing::Test {
+ protected:
+  Picker() {
+    CLSID clsid{};
+    EXPECT_EQ(CLSIDFromProgID(L"tavrix.selKjkm", &clsid), S_OK);
+    EXPECT_EQ(
+        CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object_.PutVoid()),
+        S_OK);
+    picker_ = object_.As<IPickerUI>();
+    host_->columns = {"i_id",      "ccode",  "ccode_name", "chelp",
+                      "bproperty", "cclass", "bclose",     "bend"};
+    for (int i = 1; i <= 100; ++i) host_->rows.push_back(PickerRow(i, std::to_string(1000 + i), ""));
+  }
+
+  [[nodiscard]] HRESULT Init() {
+    ComPtr<IDispatch> system = StubHost::System(host_);
+    IDispatch* given = system.Get();
+    VARIANT_BOOL done = VARIANT_FALSE;
+    const HRESULT result = picker_->Init(&given, 1, nullptr, &done);
+    EXPECT_EQ(SUCCEEDED(result), done != VARIANT_FALSE);
+    return result;
+  }
+  void Refresh() {
+    VARIANT_BOOL done = VARIANT_FALSE;
+    EXPECT_EQ(picker_->Refresh(&done), S_OK);
+    EXPECT_EQ(done, VARIANT_TRUE);
+  }
+  [[nodiscard]] HRESULT Validate(const char* typed, BSTR* code, BSTR* name) {
+    const Bstr none;
+    VARIANT_BOOL result = VARIANT_TRUE;
+    const HRESULT status =
+        picker_->Validate(none.Get(), none.Get(), none.Get(), Bstr(std::string_view(typed)).Get(),
+                          code, name, &result);
+    EXPECT_EQ(result, VARIANT_FALSE);
+    return status;
+  }
+  template <class Interface>
+  [[nodiscard]] ComPtr<Interface> Child(const char* name) {
+    ComPtr<IDispatch> controls;
+    ComPtr<IDispatch> child;
+    EXPECT_EQ(object_.As<IDesignUI>()->get_Controls(controls.Put()), S_OK);
+    EXPECT_EQ(
+        controls.As<IChildControls>()->get_Item(Variant(std::string_view(name)).Get(), child.Put()),
+        S_OK);
+    return child.As<Interface>();
+  }
+  [[nodiscard]] std::string Message() {
+    Bstr caption;
+    EXPECT_EQ(Child<ILabelControl>("lblMessage")->get_Caption(caption.Put()), S_OK);
+    return component::TextOf(caption.Get());
+  }
+  void PickSecond() {
+    EXPECT_EQ(Child<IFlexGrid>("Vs")->put_IsSelected(2, VARIANT_TRUE), S_OK);
+    EXPECT_EQ(Child<IButtonControl>("Cmd(0)")->Click(), S_OK);
+  }
+  /// The text of the error that the last call left.
+  [[nodiscard]] static std::string ErrorText() {
+    ComPtr<IErrorInfo> info;
+    Bstr text;
+    if (GetErrorInfo(0, info.Put()) == S_OK) info->GetDescription(text.Put());
+    return component::TextOf(text.Get());
+  }
+
+  std::shared_ptr<StubHost> host_ = std::make_shared<StubHost>();
+  ComPtr<IUnknown> object_;
+  ComPtr<IPickerUI> picker_;
+};
+
+TEST_F(Picker, ReplacesTheStringsOfAnEarlyBoundCaller) {
+  ASSERT_EQ(Init(), S_OK);
+  Bstr code(std::string_view("what stood there before"));
+  Bstr name(std::string_view("too"));
+  BSTR code_given = code.Detach();
+  BSTR name_given = name.Detach();
+  EXPECT_EQ(Validate("1001", &code_given, &name_given), S_OK);
+  EXPECT_EQ(component::TextOf(code_given), "1");
+  EXPECT_EQ(component::TextOf(name_given), "1001");
+  EXPECT_EQ(host_->statements.back(),
+            "select * FROM gl_code where (ccode='1001' OR ccode_name='1001' or chelp='1001')");
+  host_->rows.clear();
+  EXPECT_EQ(Validate("1001", &code_given, &name_given), S_OK);
+  EXPECT_EQ(SysStringLen(code_given) + SysStringLen(name_given), 0U);
+  EXPECT_EQ(Validate("1001", nullptr, &name_given), E_POINTER);
+  SysFreeString(code_given);
+  SysFreeString(name_given);
+}
+
+TEST_F(Picker, TellsTheHostsOwnTextOfAFailure) {
+  ASSERT_EQ(Init(), S_OK);
+  Refresh();
+  host_->gate = [](const std::wstring& member) {
+    if (member == L"OpenSql") throw Raised{E_FAIL, "表被锁定"};
+  };
+  Bstr code(std::string_view("before"));
+  BSTR code_given = code.Detach();
+  BSTR name_given = nullptr;
+  EXPECT_EQ(Validate("1001", &code_given, &name_given), E_FAIL);
+  EXPECT_EQ(ErrorText(), "表被锁定");
+  EXPECT_EQ(SysStringLen(code_given), 0U) << "both are empty after a failure";
+  SysFreeString(code_given);
+  EXPECT_EQ(Child<IButtonControl>("Cmd(2)")->Click(), S_OK);
+  EXPECT_EQ(Message(), "表被锁定");
+  EXPECT_EQ(Init(), E_FAIL);
+  EXPECT_EQ(ErrorText(), "表被锁定");
+  host_->gate = {};
+  ASSERT_EQ(Init(), S_OK);
+  Refresh();
+  EXPECT_EQ(Message(), "");
+}
+
+TEST_F(Picker, FollowsTheHostsWheelUntilItIsCleared) {
+  const auto wheel = component::MakeObject<Wheel>();
+  host_->helpers["MouseEvent"] = wheel.As<IDispatch>();
+  auto& source = *static_cast<Wheel*>(wheel.As<IDispatch>().Get());
+  ASSERT_EQ(Init(), S_OK);
+  Refresh();
+  const auto grid = Child<IFlexGrid>("Vs");
+  const auto top = [&] {
+    long row = 0;
+    EXPECT_EQ(grid->get_TopRow(&row), S_OK);
+    return row;
+  };
+  source.Turn(4);  // below the rate of 5: the row itself
+  EXPECT_EQ(top(), 4);
+  source.Turn(5);
+  EXPECT_EQ(top(), 25);
+  EXPECT_EQ(picker_->Clear(), S_OK);
+  source.Turn(2);
+  EXPECT_EQ(top(), 25);
+}
+
+/// A host that closes its form when the pick is made.
+TEST_F(Picker, MayBeClearedAndLetGoOfInItsOwnEvent) {
+  ASSERT_EQ(Init(), S_OK);
+  Refresh();
+  std::vector<DISPID> heard;
+  ComPtr<IDispatch> objects;
+  EventSink sink(object_.Get(), __uuidof(__selKjkm), [&](DISPID event, const auto&) {
+    heard.push_back(event);
+    EXPECT_EQ(picker_->get_Objects(objects.Put()), S_OK);
+    EXPECT_EQ(picker_->Clear(), S_OK);
+    picker_ = nullptr;
+    object_ = nullptr;
+    return S_OK;
+  });
+  PickSecond();
+  EXPECT_THAT(heard, ElementsAre(1));
+  sink.Stop();
+  long count = 0;
+  EXPECT_EQ(objects.As<_colKjkm>()->get_Count(&count), S_OK);
+  EXPECT_EQ(count, 1);
+}
+
+}  // namespace
+}  // namespace tavrix::test
