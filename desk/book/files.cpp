@@ -7,9 +7,11 @@
 #include <system_error>
 
 #include "host/error.h"
+#include "host/path.h"
 
 #ifdef _WIN32
 #include <io.h>
+#include <process.h>
 #else
 #include <unistd.h>
 #endif
@@ -35,6 +37,14 @@ File OpenFile(const fs::path& path, Mode mode) {
 #endif
 }
 
+int ProcessId() {
+#ifdef _WIN32
+  return _getpid();
+#else
+  return getpid();
+#endif
+}
+
 /// The content is on the disk, not only on its way there.
 bool Flush(std::FILE* file) {
   if (std::fflush(file) != 0) return false;
@@ -46,8 +56,14 @@ bool Flush(std::FILE* file) {
 }
 
 [[noreturn]] void Fail(const fs::path& path) {
-  const std::u8string name = path.u8string();
-  throw tavrix::host::HostError("不能写入文件：" + std::string(name.begin(), name.end()));
+  throw tavrix::host::HostError("不能写入文件：" + tavrix::host::PathText(path));
+}
+
+/// Beside the file, where no other process writes: two of them that save at once must not mix.
+fs::path FreshName(const fs::path& path) {
+  fs::path fresh = path;
+  fresh += "." + std::to_string(ProcessId()) + ".new";
+  return fresh;
 }
 
 bool WriteWhole(const fs::path& path, std::string_view content) {
@@ -65,12 +81,19 @@ std::string ReadFile(const fs::path& path) {
 }
 
 void CheckWritable(const fs::path& path) {
-  if (!OpenFile(path, Mode::kAppend)) Fail(path);
+  std::error_code failed;
+  if (fs::exists(path, failed)) {
+    if (!OpenFile(path, Mode::kAppend)) Fail(path);
+    return;
+  }
+  const fs::path fresh = FreshName(path);
+  const bool made = OpenFile(fresh, Mode::kReplace) != nullptr;
+  fs::remove(fresh, failed);
+  if (!made) Fail(path);
 }
 
 void ReplaceFile(const fs::path& path, std::string_view content) {
-  fs::path fresh = path;
-  fresh += ".new";
+  const fs::path fresh = FreshName(path);
   std::error_code failed;
   if (WriteWhole(fresh, content)) {
     fs::rename(fresh, path, failed);

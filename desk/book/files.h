@@ -10,8 +10,8 @@ namespace desk::book {
 /// Empty when the file is missing or cannot be read.
 [[nodiscard]] std::string ReadFile(const std::filesystem::path& path);
 
-/// Throws `host::HostError` when a file at `path` could not be written; makes it when it is
-/// missing.
+/// Throws `host::HostError` when a file at `path` could not be written; leaves it as it is, also
+/// when it is missing.
 void CheckWritable(const std::filesystem::path& path);
 
 /// Puts `content` in place of the file in one step: after a crash at any moment the file is the

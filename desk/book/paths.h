@@ -1,14 +1,10 @@
 #pragma once
 
-#include <filesystem>
-#include <string>
-#include <string_view>
+#include "host/path.h"
 
 namespace desk::book {
 
-/// A file's path from UTF-8, on every system.
-[[nodiscard]] inline std::filesystem::path PathOf(std::string_view path) {
-  return std::filesystem::path(std::u8string(path.begin(), path.end()));
-}
+using tavrix::host::PathOf;
+using tavrix::host::PathText;
 
 }  // namespace desk::book

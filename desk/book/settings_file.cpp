@@ -1,10 +1,11 @@
 #include "book/settings_file.h"
 
+#include <cstdint>
 #include <exception>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
+#include <optional>
+#include <system_error>
 #include <utility>
 
 #include "book/files.h"
@@ -17,10 +18,37 @@ namespace desk::book {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+/// More than ten times what the layouts of all views come to. A file beyond it is none of ours:
+/// it is not read, and never written.
+constexpr std::uintmax_t kMostBytes = 1 << 20;
+
+/// Nothing when there is a file that cannot be read, or should not.
+std::optional<std::string> TextOfFile(const fs::path& path) {
+  std::error_code failed;
+  const fs::file_status status = fs::status(path, failed);
+  if (!fs::exists(status)) return std::string();
+  if (!fs::is_regular_file(status)) return {};
+  const std::uintmax_t size = fs::file_size(path, failed);
+  if (failed || size > kMostBytes) return {};
+  std::string text = ReadFile(path);
+  if (text.size() != size) return {};
+  return text;
+}
+
+}  // namespace
+
 /// The content of one file while somebody uses it.
 class SettingsDocument {
  public:
-  explicit SettingsDocument(fs::path path) : path_(std::move(path)), text_(ReadFile(path_)) {}
+  explicit SettingsDocument(fs::path path) : path_(std::move(path)) {
+    if (const auto text = TextOfFile(path_)) {
+      text_ = SettingsText(*text);
+    } else {
+      refused_ = true;
+    }
+  }
   SettingsDocument(const SettingsDocument&) = delete;
   SettingsDocument& operator=(const SettingsDocument&) = delete;
   ~SettingsDocument() {
@@ -34,13 +62,17 @@ class SettingsDocument {
   [[nodiscard]] const SettingsText& Text() const { return text_; }
 
   void Write(const std::string& section, const std::string& key, const std::string& value) {
-    if (!changed_) CheckWritable(path_);
+    if (refused_) throw host::HostError("不能读取设置文件：" + PathText(path_));
+    if (!checked_) CheckWritable(path_);
+    checked_ = true;
     if (text_.Write(section, key, value)) changed_ = true;
   }
 
  private:
   fs::path path_;
   SettingsText text_;
+  bool refused_ = false;
+  bool checked_ = false;
   bool changed_ = false;
 };
 
@@ -52,8 +84,7 @@ fs::path KeyOf(const std::string& path) {
   fs::path key = fs::weakly_canonical(PathOf(path), failed);
   if (failed) key = PathOf(path);
 #ifdef _WIN32
-  const std::u8string text = key.u8string();
-  key = PathOf(host::LowerCase(std::string(text.begin(), text.end())));
+  key = PathOf(host::LowerCase(PathText(key)));
 #endif
   return key;
 }

@@ -13,7 +13,8 @@ class SettingsDocument;
 
 /// A settings file. All objects of this program on one file share its content; the file is replaced
 /// as a whole when the last of them goes, and only when something has changed. A file that does not
-/// exist, or is not readable as settings, reads as empty.
+/// exist reads as empty; so does one that cannot be read or is larger than 1 MiB, and that one is
+/// never replaced.
 class SharedSettingsFile : public host::SettingsFile {
  public:
   /// Lets go of the file before.

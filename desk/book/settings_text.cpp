@@ -13,6 +13,7 @@ namespace host = tavrix::host;
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view kWideByteOrderMark = "\xFF\xFE";
 
 constexpr std::array<std::pair<char, char>, 5> kEscapes = {
     {{'\n', 'n'}, {'\r', 'r'}, {'\t', 't'}, {'"', '"'}, {'\\', '\\'}}};
@@ -60,116 +61,140 @@ std::string Decoded(std::string_view text) {
   return decoded;
 }
 
-/// Where a line's key ends: at the first "=" outside a quoted name.
-std::size_t EndOfKey(std::string_view line) {
-  if (!line.starts_with('"')) return line.find('=');
-  for (std::size_t i = 1; i < line.size(); ++i) {
-    if (line[i] == '\\') {
+/// Where a name ends: at the first `mark` outside quotes.
+std::size_t EndOfName(std::string_view text, char mark) {
+  if (!text.starts_with('"')) return text.find(mark);
+  for (std::size_t i = 1; i < text.size(); ++i) {
+    if (text[i] == '\\') {
       ++i;
-    } else if (line[i] == '"') {
-      return line.find('=', i);
+    } else if (text[i] == '"') {
+      return text.find(mark, i);
     }
   }
   return std::string_view::npos;
 }
 
+struct Line {
+  enum class Kind { kOther, kSection, kKey };
+  Kind kind = Kind::kOther;
+  std::string name;  ///< of a section or key, in lower case
+  std::string_view value;
+};
+
+Line Parse(std::string_view text) {
+  const std::string_view content = Stripped(text);
+  if (content.empty() || content.front() == ';' || content.front() == '#') return {};
+  if (content.front() == '[') {
+    const std::string_view rest = Stripped(content.substr(1));
+    const std::size_t end = EndOfName(rest, ']');
+    if (end == rest.npos) return {};
+    return {Line::Kind::kSection, host::LowerCase(Decoded(rest.substr(0, end))), {}};
+  }
+  const std::size_t end = EndOfName(content, '=');
+  if (end == content.npos) return {};
+  return {Line::Kind::kKey, host::LowerCase(Decoded(content.substr(0, end))),
+          content.substr(end + 1)};
+}
+
+std::string KeyLine(std::string_view key, std::string_view value) {
+  return (key.empty() ? "\"\"" : Encoded(key, "=[;#")) + "=" + Encoded(value, "");
+}
+
+/// Under which a key is found; both names in lower case.
+std::string FullName(std::string_view section, std::string_view key) {
+  return std::to_string(section.size()).append(":").append(section).append(key);
+}
+
+/// UTF-16 in the byte order of Windows.
+std::string Narrowed(std::string_view bytes) {
+  std::u16string text;
+  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+    const auto low = static_cast<unsigned char>(bytes[i]);
+    const auto high = static_cast<unsigned char>(bytes[i + 1]);
+    text.push_back(static_cast<char16_t>(high << 8 | low));
+  }
+  return host::ToUtf8(text);
+}
+
 }  // namespace
 
-SettingsText::Line SettingsText::ParseLine(std::string_view text) {
-  Line line;
-  line.text = text;
-  const std::string_view content = Stripped(text);
-  if (content.empty() || content.front() == ';' || content.front() == '#') return line;
-  if (content.front() == '[') {
-    const std::size_t end = content.rfind(']');
-    if (end == content.npos) return line;
-    line.kind = Line::Kind::kSection;
-    line.name = host::LowerCase(Decoded(content.substr(1, end - 1)));
-    return line;
-  }
-  const std::size_t end = EndOfKey(content);
-  if (end == content.npos) return line;
-  line.kind = Line::Kind::kKey;
-  line.name = host::LowerCase(Decoded(content.substr(0, end)));
-  line.value = Decoded(content.substr(end + 1));
-  return line;
-}
-
-SettingsText::Line SettingsText::KeyLine(std::string_view key, std::string_view value) {
-  return ParseLine((key.empty() ? "\"\"" : Encoded(key, "=[;#")) + "=" + Encoded(value, ""));
-}
-
-SettingsText::Line SettingsText::SectionLine(std::string_view section) {
-  return ParseLine("[" + Encoded(section, "") + "]");
-}
-
 SettingsText::SettingsText(std::string_view text) {
-  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  std::string narrowed;
+  if (text.starts_with(kWideByteOrderMark)) {
+    narrowed = Narrowed(text);
+    text = narrowed;
+  }
+  byte_order_mark_ = text.starts_with(kByteOrderMark);
+  if (byte_order_mark_) text.remove_prefix(kByteOrderMark.size());
   const std::size_t first_end = text.find('\n');
   if (first_end != text.npos && (first_end == 0 || text[first_end - 1] != '\r')) line_end_ = "\n";
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     std::string_view line = text.substr(0, end);
     if (line.ends_with('\r')) line.remove_suffix(1);
-    lines_.push_back(ParseLine(line));
+    AddLine(std::string(line));
     text.remove_prefix(std::min(end + 1, text.size()));
   }
 }
 
-std::optional<SettingsText::Range> SettingsText::FindSection(std::string_view section) const {
-  const std::string name = host::LowerCase(section);
-  const auto is_section = [](const Line& line) { return line.kind == Line::Kind::kSection; };
-  const auto found = std::ranges::find_if(
-      lines_, [&](const Line& line) { return is_section(line) && line.name == name; });
-  if (found == lines_.end()) return {};
-  const auto end = std::find_if(found + 1, lines_.end(), is_section);
-  return Range{static_cast<std::size_t>(found + 1 - lines_.begin()),
-               static_cast<std::size_t>(end - lines_.begin())};
+void SettingsText::AddLine(std::string text) {
+  const Line line = Parse(text);
+  if (line.kind == Line::Kind::kSection) return AddSection(std::move(text), line.name);
+  std::vector<std::string>& lines = sections_.back();
+  if (line.kind == Line::Kind::kKey && sections_.size() > 1) {
+    by_key_.try_emplace(FullName(current_, line.name), Place{sections_.size() - 1, lines.size()});
+  }
+  lines.push_back(std::move(text));
 }
 
-std::optional<std::size_t> SettingsText::FindKey(Range range, std::string_view key) const {
-  const std::string name = host::LowerCase(key);
-  for (std::size_t i = range.begin; i < range.end; ++i) {
-    if (lines_[i].kind == Line::Kind::kKey && lines_[i].name == name) return i;
-  }
-  return {};
+void SettingsText::AddSection(std::string line, const std::string& name) {
+  by_name_.try_emplace(name, sections_.size());
+  current_ = name;
+  sections_.push_back({std::move(line)});
+}
+
+const SettingsText::Place* SettingsText::Find(std::string_view section,
+                                              std::string_view key) const {
+  const auto found = by_key_.find(FullName(host::LowerCase(section), host::LowerCase(key)));
+  return found == by_key_.end() ? nullptr : &found->second;
 }
 
 std::optional<std::string> SettingsText::Read(std::string_view section,
                                               std::string_view key) const {
-  const auto range = FindSection(section);
-  if (!range) return {};
-  const auto line = FindKey(*range, key);
-  if (!line) return {};
-  return lines_[*line].value;
-}
-
-/// Behind the section's last line that is not blank, so that the gap to the next section stays.
-void SettingsText::Insert(Range range, Line line) {
-  while (range.end > range.begin && Stripped(lines_[range.end - 1].text).empty()) --range.end;
-  lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(range.end), std::move(line));
+  const Place* place = Find(section, key);
+  if (place == nullptr) return {};
+  return Decoded(Parse(sections_[place->section][place->line]).value);
 }
 
 bool SettingsText::Write(std::string_view section, std::string_view key, std::string_view value) {
-  auto range = FindSection(section);
-  if (!range) {
-    if (!lines_.empty() && !Stripped(lines_.back().text).empty()) lines_.emplace_back();
-    lines_.push_back(SectionLine(section));
-    range = Range{lines_.size(), lines_.size()};
-  }
-  const auto line = FindKey(*range, key);
-  if (!line) {
-    Insert(*range, KeyLine(key, value));
+  if (const Place* place = Find(section, key)) {
+    std::string& line = sections_[place->section][place->line];
+    if (Decoded(Parse(line).value) == value) return false;
+    line = KeyLine(key, value);
     return true;
   }
-  if (lines_[*line].value == value) return false;
-  lines_[*line] = KeyLine(key, value);
+  const std::string name = host::LowerCase(section);
+  if (!by_name_.contains(name)) {
+    std::vector<std::string>& last = sections_.back();
+    if (!last.empty() && !Stripped(last.back()).empty()) last.emplace_back();
+    AddSection("[" + Encoded(section, "]") + "]", name);
+  }
+  // Behind the section's last line that is not blank, so that the gap to the next section stays;
+  // no key stands behind that.
+  const std::size_t home = by_name_.at(name);
+  std::vector<std::string>& lines = sections_[home];
+  std::size_t end = lines.size();
+  while (Stripped(lines[end - 1]).empty()) --end;
+  lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(end), KeyLine(key, value));
+  by_key_[FullName(name, host::LowerCase(key))] = {home, end};
   return true;
 }
 
 std::string SettingsText::Text() const {
-  std::string text;
-  for (const Line& line : lines_) text.append(line.text).append(line_end_);
+  std::string text(byte_order_mark_ ? kByteOrderMark : std::string_view());
+  for (const std::vector<std::string>& lines : sections_) {
+    for (const std::string& line : lines) text.append(line).append(line_end_);
+  }
   return text;
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace desk::book {
@@ -15,7 +17,10 @@ namespace desk::book {
 ///
 /// Names compare without case; blanks around names and values do not count. What would be lost that
 /// way, and line breaks, are written in double quotes with \n, \r, \t, \" and \\. Any text can be
-/// read: lines that are nothing known stay where they are and as they are.
+/// read: lines that are nothing known stay where they are and as they are. Of a key that stands
+/// twice the first counts; sections of one name are one section. Byte order mark and kind of line
+/// ends stay; UTF-16, as some editors save it, becomes UTF-8. Reading a value takes no time that
+/// grows with the text.
 class SettingsText {
  public:
   SettingsText() = default;
@@ -28,27 +33,21 @@ class SettingsText {
   [[nodiscard]] std::string Text() const;
 
  private:
-  struct Line {
-    enum class Kind { kOther, kSection, kKey };
-    Kind kind = Kind::kOther;
-    std::string name;  ///< of a section or key, in lower case
-    std::string value;
-    std::string text;  ///< the line as it stands in the file
+  struct Place {
+    std::size_t section;
+    std::size_t line;
   };
-  static Line ParseLine(std::string_view text);
-  static Line KeyLine(std::string_view key, std::string_view value);
-  static Line SectionLine(std::string_view section);
-  struct Range {
-    std::size_t begin;
-    std::size_t end;
-  };
-  /// The lines of the first section of that name, without its header.
-  [[nodiscard]] std::optional<Range> FindSection(std::string_view section) const;
-  [[nodiscard]] std::optional<std::size_t> FindKey(Range range, std::string_view key) const;
-  void Insert(Range range, Line line);
+  void AddLine(std::string line);
+  void AddSection(std::string line, const std::string& name);
+  [[nodiscard]] const Place* Find(std::string_view section, std::string_view key) const;
 
-  std::vector<Line> lines_;
+  /// Each section's lines begin with its header; before the first stands what belongs to none.
+  std::vector<std::vector<std::string>> sections_{1};
+  std::string current_;                                   // name of the last section
+  std::unordered_map<std::string, std::size_t> by_name_;  // names in lower case
+  std::unordered_map<std::string, Place> by_key_;
   std::string line_end_ = "\r\n";
+  bool byte_order_mark_ = false;
 };
 
 }  // namespace desk::book

@@ -46,9 +46,26 @@ TEST(SettingsTextTest, ReadsWhatPeopleWrite) {
   const SettingsText settings(
       "\xEF\xBB\xBF[A]\r\nk=1\r\n[a]\r\nk=2\r\n[broken\r\n=x\r\n\"=\r\nlast=3");
   EXPECT_EQ(settings.Read("A", "k"), "1") << "the first of two counts";
-  EXPECT_EQ(settings.Read("A", ""), std::nullopt);
+  EXPECT_EQ(settings.Read("A", "last"), "3") << "sections of one name are one";
   EXPECT_EQ(settings.Read("nothing", "k"), std::nullopt);
   EXPECT_EQ(SettingsText("k=1\n").Read("", "k"), std::nullopt);
+  EXPECT_EQ(SettingsText("[ A ] ; see [B]\nk=1\n").Read("a", "K"), "1");
+}
+
+TEST(SettingsTextTest, KeepsHowTheFileWasSaved) {
+  const auto written = [](const std::string& text) {
+    SettingsText settings(text);
+    settings.Write("A", "k", "2");
+    return settings.Text();
+  };
+  EXPECT_EQ(written("[A]\nk=1\n\n"), "[A]\nk=2\n\n");
+  EXPECT_EQ(written("\xEF\xBB\xBF[A]\r\nk=1\r\n"), "\xEF\xBB\xBF[A]\r\nk=2\r\n");
+  const std::string wide("\xFF\xFE[\0A\0]\0\n\0;\0\xD1\x79\n\0k\0=\0\x31\0", 22);
+  EXPECT_EQ(written(wide), "\xEF\xBB\xBF[A]\n;科\nk=2\n");
+  EXPECT_EQ(written("[A]\n[B]\nx=1\n[a]\nk=1"), "[A]\n[B]\nx=1\n[a]\nk=2\n");
+  EXPECT_EQ(written("[A]\n[B]\n[a]\n"), "[A]\nk=2\n[B]\n[a]\n");
+  const std::string noise("\0\x1B\xC3(\n[A]\n\xB2\xE2\n", 12);
+  EXPECT_EQ(written(noise), noise + "k=2\n") << "bytes that are no text stay";
 }
 
 class SettingsFileTest : public testing::Test {
@@ -88,6 +105,38 @@ TEST_F(SettingsFileTest, SaysAtOnceWhenItCannotWrite) {
   file.SetFileName(folder_.File("missing/x.txt"));
   EXPECT_THROW(file.WriteValue("a", "b", "c"), host::HostError);
   EXPECT_EQ(file.ReadValue("a", "b", "none"), "none");
+}
+
+TEST_F(SettingsFileTest, LeavesAloneWhatItCannotRead) {
+  SharedSettingsFile file;
+  const std::string large = "[a]\nb=1\n" + std::string(1 << 20, ';');
+  std::ofstream(PathOf(path_), std::ios::binary) << large;
+  file.SetFileName(path_);
+  EXPECT_EQ(file.ReadValue("a", "b", "none"), "none");
+  EXPECT_THROW(file.WriteValue("a", "b", "2"), host::HostError);
+  file.SetFileName(folder_.Path());
+  EXPECT_THROW(file.WriteValue("a", "b", "2"), host::HostError);
+  file.SetFileName(folder_.File("x"));
+  EXPECT_TRUE(OnDisk() == large);
+}
+
+TEST_F(SettingsFileTest, AFileThatCannotBeReplacedStays) {
+  const std::string old = "[a]\r\nb=1\r\n";
+  std::ofstream(PathOf(path_), std::ios::binary) << old;
+  {
+    SharedSettingsFile file;
+    file.SetFileName(path_);
+    file.WriteValue("a", "b", "2");
+    EXPECT_EQ(OnDisk(), old);
+    std::filesystem::remove(PathOf(path_));
+    std::filesystem::create_directory(PathOf(path_));
+  }
+  std::size_t left = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(PathOf(folder_.Path()))) {
+    EXPECT_EQ(entry.path(), PathOf(path_)) << "nothing half written is left";
+    ++left;
+  }
+  EXPECT_EQ(left, 1U);
 }
 
 }  // namespace
