@@ -35,4 +35,13 @@ Result Trap(const Report& report, std::string_view prefix, std::int32_t level, R
   }
 }
 
+/// Runs one step of a routine that ignores every error: a step that fails does not stop the next.
+template <class Step>
+void Quietly(Step&& step) noexcept {
+  try {
+    std::forward<Step>(step)();
+  } catch (...) {  // nobody is told
+  }
+}
+
 }  // namespace tavrix::host

@@ -64,9 +64,8 @@ class Kjkm : public host::IFormUI, public host::IDesignUI {
   [[nodiscard]] std::int32_t GetID() const override { return 0; }
   [[nodiscard]] std::string ReturnPrintName() const override { return {}; }
   [[nodiscard]] std::string Attributes(const std::string& psName) const override;
-  // Layouts are not kept yet: both change nothing.
-  void DoSaveFormStatus() override {}
-  void DoGetFormStatus() override {}
+  void DoSaveFormStatus() override;
+  void DoGetFormStatus() override;
 
   // host::IDesignUI
   [[nodiscard]] viewkit::ControlList& Controls() override { return controls_; }
@@ -100,6 +99,10 @@ class Kjkm : public host::IFormUI, public host::IDesignUI {
   [[nodiscard]] viewkit::FlexGrid& CurrentGrid() { return Grid(current_tab_); }
 
   void ConnectEnter(viewkit::FlexGrid& grid);
+
+  // Status of the controls
+  void GetFormStatus(const std::string& psFile, bool pbWidthOnly);
+  void SaveFormStatus(const std::string& psFile, bool pbWidthOnly);
 
   // Account list
   [[nodiscard]] bool InitVsControl(viewkit::FlexGrid& grid) noexcept;

@@ -82,9 +82,10 @@ void selKjkm::WriteRow(host::Recordset& account, bool is_new, const std::string&
   for (int col = 0; col < kColumns; ++col) {
     Vs_.SetTextMatrix(row, col, texts[static_cast<std::size_t>(col)]);
   }
+  if (is_new) Vs_.SetRow(row);
+  RestoreTotals();
   if (!is_new) return;
-  Vs_.SetRow(row);
-  Vs_.ShowRow(row);
+  Vs_.ShowRow(Vs_.Row());  // the layout may have sorted it in
   ShowSelectionCount();
 }
 

@@ -176,10 +176,20 @@ void selKjkm::ShowRows(host::Recordset& accounts) {
   const viewkit::GridUpdate update(Vs_);
   Vs_.LoadRows(std::move(rows));
   Vs_.SetColHidden(kClosed, Chk_.Value() != viewkit::CheckBox::kChecked);
+  RestoreTotals();
 }
 
 void selKjkm::ShowRowCount() {
-  LblCount_.SetCaption("共:" + std::to_string(Vs_.Rows() - Vs_.FixedRows()) + "条");
+  LblCount_.SetCaption("共:" + std::to_string(AccountRows()) + "条");
+}
+
+int selKjkm::AccountRows() const {
+  const int rows = Vs_.Rows();
+  int accounts = rows - Vs_.FixedRows();
+  // Where there are totals at all, the last row is one.
+  if (accounts == 0 || !Vs_.IsTotalRow(rows - 1)) return accounts;
+  for (int row = Vs_.FixedRows(); row < rows; ++row) accounts -= Vs_.IsTotalRow(row) ? 1 : 0;
+  return accounts;
 }
 
 }  // namespace tavrix::picker

@@ -119,6 +119,14 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   bool LoadAccountList() noexcept;
   void ShowRows(host::Recordset& accounts);
   void ShowRowCount();
+  /// Rows of the list that are accounts and not totals of a layout.
+  [[nodiscard]] int AccountRows() const;
+
+  // Status of the controls
+  void GetFormStatus(const std::string& psFile, bool pbWidthOnly);
+  void SaveFormStatus(const std::string& psFile, bool pbWidthOnly);
+  /// Order and totals of the restored layout, again after a change of the list's rows.
+  void RestoreTotals();
 
   // Category tree
   [[nodiscard]] bool LoadCategoryTree() noexcept;

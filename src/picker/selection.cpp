@@ -35,12 +35,13 @@ bool selKjkm::CollectSelection() {
   if (Vs_.SelectionMode() == viewkit::SelectionMode::kListBox) {
     for (int n = 0; n < Vs_.SelectedRows(); ++n) {
       const int row = Vs_.SelectedRow(n);
+      if (Vs_.IsTotalRow(row)) continue;  // no account, whatever its texts
       if (RefusesRow(row)) return false;
       AddAccount(*session, *selected, host::LeadingLong(Vs_.TextMatrix(row, kId)));
     }
   } else {
     const int row = Vs_.Row();
-    const bool none = Vs_.Rows() <= Vs_.FixedRows() || row < 1;
+    const bool none = Vs_.Rows() <= Vs_.FixedRows() || row < 1 || Vs_.IsTotalRow(row);
     if (!none && RefusesRow(row)) return false;
     AddAccount(*session, *selected,
                none ? kNoAccount : host::LeadingLong(Vs_.TextMatrix(row, kId)));
@@ -87,7 +88,7 @@ void selKjkm::Cancel() noexcept {
 }
 
 void selKjkm::ShowSelectionCount() {
-  LblCount_.SetCaption("共:" + std::to_string(Vs_.Rows() - Vs_.FixedRows()) + "条，已选中" +
+  LblCount_.SetCaption("共:" + std::to_string(AccountRows()) + "条，已选中" +
                        std::to_string(Vs_.SelectedRows()) + "条");
 }
 

@@ -23,6 +23,7 @@ struct selKjkm::Session {
   bool m_Loaded = false;              // tree and list show what `m_ParamKey` says
   bool tree_stands = false;           // the tree shows it
   int tree_loads = 0;                 // begun so far
+  std::string status_file;            // restored from; empty before the first time
 };
 
 }  // namespace tavrix::picker

@@ -56,8 +56,14 @@ void Sweep(const Action& prepare, const Action& action, const Action& expect_fai
       if (n >= calls) break;  // all have had their turn
       if (!f.recorder.Fired()) continue;
       ++fired;
-      SCOPED_TRACE(f.recorder.Calls()[static_cast<std::size_t>(n)].name);
+      const std::string failed = f.recorder.Calls()[static_cast<std::size_t>(n)].name;
+      SCOPED_TRACE(failed);
       EXPECT_EQ(f.user.wait_depth, 0);
+      if (failed.starts_with("Folders")) {  // keeping the status fails in silence
+        EXPECT_EQ(Report(f), "");
+        ExpectSound(f);
+        continue;
+      }
       if (fault == Fault::kThrow) {
         EXPECT_THAT(Report(f),
                     testing::EndsWith(Recorder::kFaultText));  // the form adds its prefix

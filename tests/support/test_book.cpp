@@ -25,12 +25,14 @@ std::vector<book::Account> FewAccounts() {
 }
 
 book::Book MakeBook(std::vector<book::Account> accounts, const std::string& code_rule) {
-  return book::Book::Create(book::Book::kInMemory,
-                            {.title = "test",
-                             .code_rule = code_rule,
-                             .accounts = std::move(accounts),
-                             .currencies = {{"EUR", "欧元"}, {"USD", "美元"}},
-                             .units = {{"01", "千克"}, {"02", "台"}}});
+  book::Book made =
+      book::Book::Create(book::Book::kInMemory, {.title = "test",
+                                                 .code_rule = code_rule,
+                                                 .accounts = std::move(accounts),
+                                                 .currencies = {{"EUR", "欧元"}, {"USD", "美元"}},
+                                                 .units = {{"01", "千克"}, {"02", "台"}}});
+  made.Around().user_folder.clear();
+  return made;
 }
 
 void Run(const book::Book& book, const std::string& sql) {

@@ -13,8 +13,9 @@ namespace tavrix::test {
 /// (500101 基本生产成本 (50010101 直接材料)).
 [[nodiscard]] std::vector<desk::book::Account> FewAccounts();
 
-/// A fresh book in memory with `accounts`, two currencies, two units and code rule 4222. In the
-/// chart the accounts have the identifiers 1, 2, 3 ... in their order.
+/// A fresh book in memory, for a user without a folder of files, with `accounts`, two currencies,
+/// two units and code rule 4222. In the chart the accounts have the identifiers 1, 2, 3 ... in
+/// their order.
 [[nodiscard]] desk::book::Book MakeBook(std::vector<desk::book::Account> accounts = FewAccounts(),
                                         const std::string& code_rule = "4222");
 
