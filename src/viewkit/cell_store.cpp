@@ -55,10 +55,14 @@ void CellStore::SetText(std::size_t row, std::size_t col, std::string_view text)
   }
   if (text.size() > kMostText - text_.size())
     throw std::length_error("the grid's text is too long");
-  const std::string kept(text);  // growing the buffer would pull a part of it away
-  GrowBy(text_, kept.size());
-  const Cell now{static_cast<std::uint32_t>(text_.size()), static_cast<std::uint32_t>(kept.size())};
-  text_.append(kept);
+  const Cell now{static_cast<std::uint32_t>(text_.size()), static_cast<std::uint32_t>(text.size())};
+  if (text.size() > text_.capacity() - text_.size()) {
+    const std::string kept(text);  // growing the buffer would pull a part of it away
+    GrowBy(text_, kept.size());
+    text_.append(kept);
+  } else {
+    text_.append(text);
+  }
   cells_.Set(row, now, col);
   Waste(cell.length);
 }

@@ -1,5 +1,6 @@
 #include "viewkit/decimal.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -29,12 +30,6 @@ bool MayBeUncommon(char c) {
 }
 
 }  // namespace
-
-double PowerOfTen(int exponent) {
-  static constexpr std::array kPowers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                      1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  return kPowers[static_cast<std::size_t>(exponent)];
-}
 
 double Decimal::Value() const {
   return decimals == 0 ? units : units / PowerOfTen(decimals);
@@ -94,17 +89,22 @@ std::string DecimalText(const Decimal& number) {
                                    std::chars_format::general, kTrusted);
     return host::NumberText(host::LeadingNumber({text.data(), end.ptr}));
   }
-  const auto end = std::to_chars(text.data(), text.data() + text.size(),
-                                 std::abs(static_cast<std::int64_t>(number.units)));
-  std::string digits(text.data(), end.ptr);
-  const auto decimals = static_cast<std::size_t>(number.decimals);
-  if (digits.size() <= decimals) digits.insert(0, decimals + 1 - digits.size(), '0');
-  if (decimals > 0) {
-    digits.insert(digits.size() - decimals, 1, '.');
-    digits.erase(digits.find_last_not_of('0') + 1);
-    if (digits.back() == '.') digits.pop_back();
-  }
-  return number.units < 0 ? "-" + digits : digits;
+  const char* const begin = text.data();
+  const char* end = std::to_chars(text.data(), text.data() + text.size(),
+                                  std::abs(static_cast<std::int64_t>(number.units)))
+                        .ptr;
+  int decimals = number.decimals;
+  for (; decimals > 0 && end - begin > 1 && end[-1] == '0'; --decimals) --end;
+  const bool zero = *begin == '0';
+  const auto digits = static_cast<int>(end - begin);
+  const int whole = std::max(digits - decimals, 0);
+  std::string written(number.units < 0 ? "-" : "");
+  if (whole == 0 || zero) written += '0';
+  if (!zero) written.append(begin, static_cast<std::size_t>(whole));
+  if (decimals == 0 || zero) return written;
+  written += '.';
+  written.append(static_cast<std::size_t>(std::max(decimals - digits, 0)), '0');
+  return written.append(begin + whole, end);
 }
 
 }  // namespace tavrix::viewkit

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -17,8 +19,11 @@ struct Decimal {
 
 constexpr int kMostDecimals = 9;
 
-/// 10 to the power of 0 to 15.
-[[nodiscard]] double PowerOfTen(int exponent);
+/// 10 to the power of 0 to `kMostDecimals`.
+[[nodiscard]] inline double PowerOfTen(int exponent) {
+  constexpr std::array kPowers{1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
+  return kPowers[static_cast<std::size_t>(exponent)];
+}
 
 /// The number at the start of `text`, thousands separators accepted; 0 when there is none. Beyond
 /// `kMostDecimals` the nearest double.

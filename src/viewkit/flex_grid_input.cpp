@@ -140,7 +140,7 @@ bool FlexGrid::State::HandleArrow(Key key, Modifiers modifiers) {
 }
 
 bool FlexGrid::HandleKey(Key key, Modifiers modifiers) {
-  if (modifiers.alt || !Enabled()) return false;
+  if (modifiers.alt || !Enabled() || !state_->SettlePeer()) return false;
   bool used = false;
   Update([&](State& s) {
     used = s.HandleArrow(key, modifiers) || (key == Key::kSpace && s.HandleSpace(modifiers)) ||
@@ -165,14 +165,14 @@ bool FlexGrid::HandleTypeAhead(std::string_view character, std::int64_t now) {
   for (int step = 0; step < shown; ++step) {
     const int row = RowAtShownPosition((first + step) % shown);
     if (!host::LowerCase(DisplayText(row, s.outline_col)).starts_with(wanted)) continue;
-    Update([row](State& state) { state.Move(row, {}); });
+    if (s.SettlePeer()) Update([row](State& state) { state.Move(row, {}); });
     return true;
   }
   return false;
 }
 
 void FlexGrid::HandlePress(int row, int col, bool on_symbol, Modifiers modifiers) {
-  if (!state_->IsData(row) || !Enabled()) return;
+  if (!state_->IsData(row) || !Enabled() || !state_->SettlePeer()) return;
   Update([&](State& s) {
     if (on_symbol) return s.UserCollapses(row, !IsCollapsed(row));
     if (col >= 0 && col < s.Cols()) s.col = col;
@@ -186,6 +186,7 @@ void FlexGrid::HandlePress(int row, int col, bool on_symbol, Modifiers modifiers
 
 void FlexGrid::HandleDrag(int row) {
   if (!state_->IsData(row) || !Enabled() || !state_->SeveralRows()) return;
+  if (!state_->SettlePeer()) return;
   Update([&](State& s) { s.Move(row, {.shift = true}); });
 }
 

@@ -93,6 +93,7 @@ int FlexGrid::TopRow() const {
 }
 
 void FlexGrid::SetTopRow(int row) {
+  if (!state_->SettlePeer()) return;
   Update([row](State& s) { s.top = s.TopFor(row); });
 }
 
@@ -101,6 +102,7 @@ int FlexGrid::LeftCol() const {
 }
 
 void FlexGrid::SetLeftCol(int col) {
+  if (!state_->SettlePeer()) return;
   Update([col](State& s) { s.left = s.LeftFor(col); });
 }
 
@@ -115,6 +117,7 @@ bool FlexGrid::IsInView(int row) const {
 
 void FlexGrid::ShowRow(int row) {
   state_->CheckRow(row);
+  if (!state_->SettlePeer()) return;
   Update([row](State& s) { s.ScrollToShow(row); });
 }
 

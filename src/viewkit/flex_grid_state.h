@@ -119,6 +119,9 @@ struct FlexGrid::State {
   /// As `ContentChanged`, and what the user sees must be settled before the events.
   void StructureChanged() { pending.content = pending.settle = true; }
   void RowChanged(int changed);
+  /// Brings the viewport up to date before it is used to scroll. False when a listener has ended
+  /// the grid: nothing of it may be touched then.
+  [[nodiscard]] bool SettlePeer();
   void Settle();
   void Begin();
   void End();

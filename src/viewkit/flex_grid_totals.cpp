@@ -21,12 +21,6 @@ NumberTotals Over(const GridTotals::Numbers& numbers, std::uint32_t first, std::
   return totals;
 }
 
-std::string Replaced(const std::string& caption, std::string_view value) {
-  std::string text = caption;
-  const std::size_t sign = text.find("%s");
-  return sign == std::string::npos ? text : text.replace(sign, 2, value);
-}
-
 /// Rows of totals by their marks.
 template <class Wanted>
 RowList RowsWhere(const OutlineRows& outline, const Wanted& wanted) {
@@ -154,6 +148,8 @@ int FlexGrid::State::RowOfGroup(const GridTotals::Level& level, std::uint32_t da
 void FlexGrid::State::WriteTotalTexts(const GridTotals::Level& level,
                                       const SubtotalOptions& options) {
   const bool whole_grid = options.group_on < 0;
+  const std::size_t sign = std::min(options.caption.find("%s"), options.caption.size());
+  std::string caption;
   const int caption_col = whole_grid ? std::min(fixed_cols, Cols() - 1) : options.group_on;
   for (const std::uint32_t data_row : level.rows) {
     const int sample = RowOfGroup(level, data_row);
@@ -161,9 +157,12 @@ void FlexGrid::State::WriteTotalTexts(const GridTotals::Level& level,
       if (options.total_only || shared == options.group_on) continue;
       cells.SetText(data_row, static_cast<std::size_t>(shared), DataText(sample, shared));
     }
-    const std::string_view value = whole_grid ? "" : DataText(sample, options.group_on);
-    cells.SetText(data_row, static_cast<std::size_t>(caption_col),
-                  Replaced(options.caption, value));
+    caption.assign(options.caption, 0, sign);
+    if (sign < options.caption.size()) {
+      if (!whole_grid) caption += DataText(sample, options.group_on);
+      caption.append(options.caption, sign + 2);
+    }
+    cells.SetText(data_row, static_cast<std::size_t>(caption_col), caption);
   }
 }
 

@@ -43,6 +43,12 @@ void FlexGrid::State::Settle() {
   left = LeftFor(left);
 }
 
+bool FlexGrid::State::SettlePeer() {
+  const std::weak_ptr<State> alive = grid.state_;
+  if (Peer* peer = grid.GetPeer()) peer->Settle();
+  return !alive.expired();
+}
+
 void FlexGrid::State::Flush() {
   if (pending.settle) Settle();
   const std::weak_ptr<State> alive = grid.state_;
@@ -61,6 +67,7 @@ void FlexGrid::State::Flush() {
   const bool part = !done.content;
   tell(done.content, {Change::Kind::kContent});
   tell(part && done.columns, {Change::Kind::kColumns});
+  if (done.settle && !alive.expired() && !SettlePeer()) return;
   tell(part && done.first_row >= 0, {Change::Kind::kRows, done.first_row, done.last_row});
   tell(part && scrolled, {Change::Kind::kScroll});
   tell(part && (selected || cell_moved), {Change::Kind::kSelection});

@@ -113,21 +113,25 @@ void GridTotals::FindEnds(Level& level) const {
   const Level* outer = LevelWithin(level.cols);
   std::vector<int> cols = level.cols;
   if (outer != nullptr) std::erase_if(cols, [&](int col) { return Contains(outer->cols, col); });
-  const auto differ = [&](std::uint32_t row, std::uint32_t other) {
-    return std::any_of(cols.begin(), cols.end(), [&](int col) {
-      const auto column = static_cast<std::size_t>(col);
-      return cells_.Text(row, column) != cells_.Text(other, column);
-    });
+  std::vector<std::string_view> texts(cols.size());  // of the row before
+  const auto differs = [&](std::uint32_t row) {
+    bool other = false;
+    for (std::size_t i = 0; i < cols.size(); ++i) {
+      const std::string_view text = cells_.Text(row, static_cast<std::size_t>(cols[i]));
+      if (text == texts[i]) continue;
+      texts[i] = text;
+      other = true;
+    }
+    return other;
   };
   std::vector<std::uint32_t> ends;
   std::size_t known = 0;
-  std::uint32_t before = 0;
   std::uint32_t count = 0;
   ForEachRow([&](std::uint32_t row, std::uint32_t place) {
-    const bool outer_ends = place > 0 && outer != nullptr && outer->ends[known] == place;
-    if (outer_ends) ++known;
-    if (place > 0 && (outer_ends || differ(before, row))) ends.push_back(place);
-    before = row;
+    const bool own_end = differs(row);
+    const bool outer_end = place > 0 && outer != nullptr && outer->ends[known] == place;
+    if (outer_end) ++known;
+    if (place > 0 && (outer_end || own_end)) ends.push_back(place);
     count = place + 1;
   });
   if (count > 0) ends.push_back(count);

@@ -125,12 +125,11 @@ Hit GridLayout::HitTest(POINT point) const {
 }
 
 bool GridLayout::HasSymbol(int row) const {
-  return grid_.IsSubtotal(row) && grid_.HasRowsBelow(row);
+  return grid_.HasRowsBelow(row);
 }
 
 bool GridLayout::InOutline(int row, int col) const {
-  return grid_.GetLook().outline_bar != 0 && col == grid_.OutlineCol() &&
-         row >= grid_.FixedRows() && grid_.IsSubtotal(row);
+  return grid_.GetLook().outline_bar != 0 && col == grid_.OutlineCol() && grid_.IsNode(row);
 }
 
 RECT GridLayout::SymbolPlace(const RECT& cell, int level) const {

@@ -42,10 +42,11 @@ GridOutline::GridOutline(const FlexGrid& grid, const GridLayout& layout)
   // From the last row up: what is open below a row says where its lines go on.
   for (auto row = rows.end(); row != first;) {
     --row;
-    if (!grid.IsSubtotal(row->index)) continue;
-    const int level = layout.Level(row->index);
-    branches_.push_back({row->index, grid.PreviousShownRow(row->index) >= 0, open});
-    Mark(open, level);
+    if (!grid.IsNode(row->index)) continue;
+    // A row of totals hangs on no line; those of the nodes around it go past.
+    const bool total = grid.IsTotalRow(row->index) && !grid.HasRowsBelow(row->index);
+    branches_.push_back({row->index, grid.PreviousShownRow(row->index) >= 0, total, open});
+    if (!total) Mark(open, layout.Level(row->index));
   }
 }
 
@@ -53,8 +54,9 @@ std::vector<bool> GridOutline::OpenBelow(int last_row) const {
   std::vector<bool> open;
   std::vector<int> levels;
   for (int node = last_row; node >= 0; node = grid_.ParentRow(node)) {
-    const int next = grid_.LastRowOfNode(node) + 1;
-    if (next >= grid_.Rows() || !grid_.IsSubtotal(next)) continue;
+    int next = grid_.LastRowOfNode(node) + 1;
+    while (next < grid_.Rows() && grid_.IsTotalRow(next)) ++next;
+    if (next >= grid_.Rows() || !grid_.IsNode(next)) continue;
     if (layout_.Level(next) == layout_.Level(node)) levels.push_back(layout_.Level(node));
   }
   std::sort(levels.begin(), levels.end());
@@ -70,6 +72,7 @@ void GridOutline::Paint(HDC dc, const RECT& cell, int row) const {
   const SavedDc saved(dc);
   IntersectClipRect(dc, cell.left, cell.top, cell.right, cell.bottom);
   PaintLines(dc, cell, *branch, line);
+  if (branch->total) return;
   const RECT place = layout_.SymbolPlace(cell, layout_.Level(row));
   if (layout_.HasSymbol(row)) {
     PaintBox(dc, place, grid_.IsCollapsed(row), line);
@@ -82,12 +85,13 @@ void GridOutline::PaintLines(HDC dc, const RECT& cell, const Branch& branch, COL
   const int own = layout_.Level(branch.row);
   for (int level = 0; level <= own; ++level) {
     const bool below = Has(branch.goes_on, level);
-    if (!below && level < own) continue;
+    if (!below && (level < own || branch.total)) continue;
     const RECT middle = Centered(layout_.SymbolPlace(cell, level), 1);
     const LONG top = level == own && !branch.above ? middle.top : cell.top;
     const LONG bottom = below ? cell.bottom : middle.bottom;
     Fill(dc, {middle.left, top, middle.right, bottom}, color);
   }
+  if (branch.total) return;
   const RECT place = layout_.SymbolPlace(cell, own);
   const RECT middle = Centered(place, 1);
   Fill(dc, {middle.left, middle.top, place.right, middle.bottom}, color);

@@ -21,6 +21,7 @@ class GridOutline {
   struct Branch {
     int row = -1;
     bool above = false;         ///< a line comes from the row above
+    bool total = false;         ///< no part of the tree
     std::vector<bool> goes_on;  ///< by level: a later node of this level hangs on the same line
   };
   [[nodiscard]] std::vector<bool> OpenBelow(int last_row) const;

@@ -11,13 +11,9 @@ namespace {
 /// More than any screen is wide; a text of any length then paints at the same cost.
 constexpr std::size_t kLongestPainted = 2000;
 
-bool IsNumber(ColumnType type) {
-  return type == ColumnType::kLong || type == ColumnType::kDouble || type == ColumnType::kCurrency;
-}
-
 UINT DrawFlags(Alignment alignment, ColumnType type) {
   if (alignment == Alignment::kGeneral) {
-    return DT_VCENTER | (IsNumber(type) ? DT_RIGHT : DT_LEFT);
+    return DT_VCENTER | (IsNumeric(type) ? DT_RIGHT : DT_LEFT);
   }
   constexpr UINT kAcross[] = {DT_LEFT, DT_CENTER, DT_RIGHT};
   constexpr UINT kDown[] = {DT_TOP, DT_VCENTER, DT_BOTTOM};
@@ -75,19 +71,19 @@ void GridPainter::PaintRow(HDC dc, const RECT& area, const Span& row) const {
   }
 }
 
-COLORREF GridPainter::BackOf(int row, int col) const {
+COLORREF GridPainter::BackOf(int row, int col, bool selected) const {
   if (col < grid_.FixedCols()) return HeaderColor();
-  if (grid_.IsSelected(row)) return ToColorRef(grid_.GetLook().select_back, color::kHighlight);
+  if (selected) return ToColorRef(grid_.GetLook().select_back, color::kHighlight);
   return ToColorRef(grid_.CellBackColor(row, col), grid_.GetLook().back);
 }
 
-GridPainter::Text GridPainter::TextOf(const Span& row, const Span& column) const {
+GridPainter::Text GridPainter::TextOf(const Span& row, const Span& column, bool selected) const {
   const FlexGrid::Look& look = grid_.GetLook();
   RECT place = layout_.Cell(row, column);
   place.left = layout_.TextLeft(place, row.index, column.index);
   place.right -= layout_.Padding();
   const COLORREF ink = !grid_.Enabled() ? GetSysColor(COLOR_GRAYTEXT)
-                       : grid_.IsSelected(row.index)
+                       : selected
                            ? ToColorRef(look.select_fore, color::kHighlightText)
                            : ToColorRef(grid_.CellForeColor(row.index, column.index), look.fore);
   const UINT alignment =
@@ -98,9 +94,10 @@ GridPainter::Text GridPainter::TextOf(const Span& row, const Span& column) const
 
 void GridPainter::PaintCell(HDC dc, const Span& row, const Span& column) const {
   const RECT cell = layout_.Cell(row, column);
-  Fill(dc, cell, BackOf(row.index, column.index));
+  const bool selected = grid_.IsSelected(row.index);
+  Fill(dc, cell, BackOf(row.index, column.index, selected));
   if (layout_.InOutline(row.index, column.index)) outline_.Paint(dc, cell, row.index);
-  if (!grid_.MergeCol(column.index)) PaintText(dc, TextOf(row, column));
+  if (!grid_.MergeCol(column.index)) PaintText(dc, TextOf(row, column, selected));
   if (!grid_.GetLook().grid_lines) return;
   Fill(dc, {cell.right - 1, cell.top, cell.right, cell.bottom}, LineColor());
   Fill(dc, {cell.left, cell.bottom - 1, cell.right, cell.bottom}, LineColor());
@@ -120,23 +117,37 @@ void GridPainter::PaintHeaderCell(HDC dc, const Span& row, const Span& column) c
   PaintText(dc, text);
 }
 
-/// Equal texts in neighbouring rows stand once, across all of these rows that are seen.
+GridPainter::SpanIterator GridPainter::EndOfMerged(SpanIterator first, int col) const {
+  const auto stands_alone = [&](int row) {
+    return grid_.IsTotalRow(row) || layout_.InOutline(row, col);
+  };
+  const std::string text = grid_.DisplayText(first->index, col);
+  const auto after = first + 1;
+  if (text.empty() || stands_alone(first->index)) return after;
+  return std::find_if(after, layout_.Rows().end(), [&](const Span& row) {
+    return stands_alone(row.index) || grid_.DisplayText(row.index, col) != text;
+  });
+}
+
+/// Equal texts in neighbouring rows stand once, in the middle of these rows as far as they are
+/// seen. Such a cell is shown as selected when all of its rows are.
 void GridPainter::PaintMergedColumn(HDC dc, const RECT& area, const Span& column) const {
   const auto& rows = layout_.Rows();
-  for (auto row = rows.begin(); row != rows.end();) {
-    auto last = row + 1;
-    Text text = TextOf(*row, column);
-    const bool header = row->index < grid_.FixedRows();
-    while (!header && last != rows.end() && !text.content.empty() &&
-           grid_.DisplayText(last->index, column.index) == text.content) {
-      text.place.bottom = last++->end;
-    }
-    if (!header && Meets(text.place, area)) {
-      const RECT inner{column.begin, text.place.top + 1, column.end - 1, text.place.bottom - 1};
-      if (last - row > 1) Fill(dc, inner, BackOf(row->index, column.index));
+  const int line = grid_.GetLook().grid_lines ? 1 : 0;
+  auto row = std::find_if(rows.begin(), rows.end(),
+                          [this](const Span& span) { return span.index >= grid_.FixedRows(); });
+  while (row != rows.end()) {
+    const auto end = EndOfMerged(row, column.index);
+    const bool selected =
+        std::all_of(row, end, [this](const Span& span) { return grid_.IsSelected(span.index); });
+    Text text = TextOf(*row, column, selected);
+    text.place.bottom = (end - 1)->end;
+    if (Meets(text.place, area)) {
+      const RECT inner{column.begin, text.place.top, column.end - line, text.place.bottom - line};
+      if (end - row > 1) Fill(dc, inner, BackOf(row->index, column.index, selected));
       PaintText(dc, text);
     }
-    row = last;
+    row = end;
   }
 }
 

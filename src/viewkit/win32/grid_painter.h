@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 #include "viewkit/flex_grid.h"
 #include "viewkit/win32/fonts.h"
@@ -35,8 +36,11 @@ class GridPainter {
   void PaintFrozenEdge(HDC dc) const;
   void PaintFocus(HDC dc) const;
   void PaintText(HDC dc, const Text& text) const;
-  [[nodiscard]] Text TextOf(const Span& row, const Span& column) const;
-  [[nodiscard]] COLORREF BackOf(int row, int col) const;
+  [[nodiscard]] Text TextOf(const Span& row, const Span& column, bool selected) const;
+  [[nodiscard]] COLORREF BackOf(int row, int col, bool selected) const;
+  /// The row after the last one whose cell is one with that of `first`.
+  using SpanIterator = std::vector<Span>::const_iterator;
+  [[nodiscard]] SpanIterator EndOfMerged(SpanIterator first, int col) const;
 
   const FlexGrid& grid_;
   const GridLayout& layout_;

@@ -63,6 +63,8 @@ void GridPeer::Paint(HDC dc, const RECT& area) {
 }
 
 void GridPeer::OnPaint() {
+  Settle();
+  if (!Alive()) return;
   const PaintScope paint(Hwnd());
   if (IsRectEmpty(&paint.Area())) return;
   Context().buffer.Paint(paint.Dc(), paint.Area(), [&](HDC dc) { Paint(dc, paint.Area()); });
@@ -136,11 +138,22 @@ int GridPeer::ColumnsOnLastPage(const std::vector<int>& columns) const {
   return std::max(1, shown);
 }
 
+/// A host may hide thousands of rows one by one: they are arranged once, when they are painted or
+/// when the model must know what is seen.
+void GridPeer::Settle() {
+  if (!unsettled_) return;
+  unsettled_ = false;
+  Arrange();
+  if (Alive()) marks_ = RowMarks();
+}
+
 void GridPeer::OnContent(const Change& change) {
   if (change.kind == Change::Kind::kContent || change.kind == Change::Kind::kColumns) {
-    Arrange();
-    marks_ = RowMarks();
-    InvalidateRect(Hwnd(), nullptr, FALSE);
+    if (!std::exchange(unsettled_, true)) InvalidateRect(Hwnd(), nullptr, FALSE);
+    return;
+  }
+  if (unsettled_) {
+    if (change.kind == Change::Kind::kSelection) Announce();
     return;
   }
   // What the screen shows must be where the model says before single rows are repainted.
@@ -166,7 +179,8 @@ void GridPeer::FollowScroll() {
   const int shift = !vertical || height <= 0
                         ? height
                         : PixelsBetween(std::min(top, old_top), std::max(top, old_top), height);
-  if (shift >= height) return static_cast<void>(InvalidateRect(Hwnd(), nullptr, FALSE));
+  if (shift >= height || HasMergedColumns())
+    return static_cast<void>(InvalidateRect(Hwnd(), nullptr, FALSE));
   ScrollWindowEx(Hwnd(), 0, top > old_top ? -shift : shift, &body, &body, nullptr, nullptr,
                  SW_INVALIDATE);
 }
@@ -182,7 +196,15 @@ int GridPeer::PixelsBetween(int upper, int lower, int limit) const {
   return pixels;
 }
 
+/// The text of a merged cell stands in the middle of what is seen of it: it moves by itself.
+bool GridPeer::HasMergedColumns() const {
+  const GridLayout layout = Layout();
+  return std::any_of(layout.Columns().begin(), layout.Columns().end(),
+                     [this](const Span& column) { return grid_.MergeCol(column.index); });
+}
+
 void GridPeer::InvalidateRows(int first, int last) {
+  if (HasMergedColumns()) return static_cast<void>(InvalidateRect(Hwnd(), nullptr, FALSE));
   const GridLayout layout = Layout();
   for (const Span& row : layout.Rows()) {
     if (row.index < first || row.index > last) continue;

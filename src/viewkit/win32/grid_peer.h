@@ -21,6 +21,7 @@ class GridPeer : public ControlPeer {
   void Open() override;
   [[nodiscard]] bool WantsKey(Key key, Modifiers modifiers) const override;
   void OnFontChanged() override;
+  void Settle() override;
 
  protected:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
@@ -57,6 +58,7 @@ class GridPeer : public ControlPeer {
   void InvalidateRows(int first, int last);
   void InvalidateSelection();
   [[nodiscard]] std::vector<RowMark> RowMarks() const;
+  [[nodiscard]] bool HasMergedColumns() const;
   void Announce();
 
   // --- the mouse (grid_mouse.cpp)
@@ -88,6 +90,7 @@ class GridPeer : public ControlPeer {
   FlexGrid& grid_;
   std::optional<ToolTip> tip_;  // while the window is there
   bool arranging_ = false;
+  bool unsettled_ = false;  // changed as a whole, invalidated and not arranged yet
   int shown_top_ = -1;
   int shown_left_ = -1;
   std::vector<RowMark> marks_;
