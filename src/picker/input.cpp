@@ -39,6 +39,8 @@ void selKjkm::OnKeyDown(const viewkit::Control& control, Key key, viewkit::Modif
 }
 
 void selKjkm::OnKeyUp(Key key) {
+  // A modifier that came along is released too: it must not use up the mark of the key it was with.
+  if (key != Key::kEnter && key != Key::kUp && key != Key::kDown) return;
   const bool pressed_elsewhere = std::exchange(key_from_elsewhere_, false);
   if (key == Key::kEnter) {
     const bool spent = std::exchange(enter_, Press::kNone) == Press::kSpent;

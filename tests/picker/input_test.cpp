@@ -121,6 +121,11 @@ TEST(Keys, AnEnterThatWasPressedElsewhereIsNotThePickers) {
   f.Search().KeyUp.Raise(Key::kEnter, {});
   EXPECT_EQ(f.picks, 0);
   EXPECT_EQ(f.Current(), "");
+  // The host opened it by Alt and Down, and Alt came up first.
+  f.Search().NotifyFocus(true);
+  f.Search().KeyUp.Raise(Key{0x12}, {});
+  f.Search().KeyUp.Raise(Key::kDown, {});
+  EXPECT_EQ(f.Current(), "");
   // A container kept the key's press for itself while one was typing.
   f.Search().KeyDown.Raise(Key::kC, {});
   f.Search().KeyUp.Raise(Key::kEnter, {});
