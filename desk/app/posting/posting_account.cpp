@@ -20,6 +20,26 @@ constexpr std::array kFlags = {Flag{Partner::kDepartment, L"部门"}, Flag{Partn
                                Flag{Partner::kSupplier, L"供应商"},
                                Flag{Partner::kProject, L"项目"}};
 
+const std::string kSelect =
+    "select ccode,ccode_name,bend,bdept,bperson,bcus,bsup,bitem from gl_code where ";
+
+PostingAccount ReadAccount(const book::Rows& rows) {
+  using tavrix::viewkit::win32::Wide;
+  constexpr int kCode = 0;
+  constexpr int kName = 1;
+  constexpr int kLeaf = 2;
+  constexpr int kFirstFlag = 3;
+  PostingAccount account;
+  account.code = Wide(rows.Get(kCode).ToText());
+  account.name = Wide(rows.Get(kName).ToText());
+  account.leaf = rows.Get(kLeaf).ToNumber() != 0;
+  for (std::size_t i = 0; i < kFlags.size(); ++i) {
+    const int column = kFirstFlag + static_cast<int>(i);
+    if (rows.Get(column).ToNumber() != 0) account.wanted.push_back(kFlags[i].partner);
+  }
+  return account;
+}
+
 }  // namespace
 
 const wchar_t* NameOf(Partner partner) {
@@ -27,22 +47,20 @@ const wchar_t* NameOf(Partner partner) {
 }
 
 std::optional<PostingAccount> FindPostingAccount(book::Session& session, const std::string& code) {
-  constexpr int kName = 0;
-  constexpr int kLeaf = 1;
-  constexpr int kFirstFlag = 2;
   const host::Value key(code);
-  const auto rows = session.Own().Query(
-      "select ccode_name,bend,bdept,bperson,bcus,bsup,bitem from gl_code where ccode=?",
-      book::Origin::kDesk, {&key, 1});
+  const auto rows = session.Own().Query(kSelect + "ccode=?", book::Origin::kDesk, {&key, 1});
   if (!rows->Next()) return std::nullopt;
-  PostingAccount account;
-  account.name = tavrix::viewkit::win32::Wide(rows->Get(kName).ToText());
-  account.leaf = rows->Get(kLeaf).ToNumber() != 0;
-  for (std::size_t i = 0; i < kFlags.size(); ++i) {
-    const int column = kFirstFlag + static_cast<int>(i);
-    if (rows->Get(column).ToNumber() != 0) account.wanted.push_back(kFlags[i].partner);
-  }
-  return account;
+  return ReadAccount(*rows);
+}
+
+std::vector<PostingAccount> FindTypedAccounts(book::Session& session, const std::string& typed) {
+  const std::array<host::Value, 3> keys = {typed, typed, typed};
+  const auto rows =
+      session.Own().Query(kSelect + "ccode=? or ccode_name=? or chelp=? order by bend desc,ccode",
+                          book::Origin::kDesk, keys);
+  std::vector<PostingAccount> accounts;
+  while (rows->Next()) accounts.push_back(ReadAccount(*rows));
+  return accounts;
 }
 
 }  // namespace desk::app

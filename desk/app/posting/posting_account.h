@@ -13,6 +13,7 @@ enum class Partner { kDepartment, kPerson, kCustomer, kSupplier, kProject };
 
 /// An account as vouchers need it.
 struct PostingAccount {
+  std::wstring code;
   std::wstring name;
   bool leaf = false;
   std::vector<Partner> wanted;
@@ -24,5 +25,10 @@ struct PostingAccount {
 /// Nothing when there is no account of that code. Throws what the database raises.
 [[nodiscard]] std::optional<PostingAccount> FindPostingAccount(book::Session& session,
                                                                const std::string& code);
+
+/// All accounts with this code, name or mnemonic, leaf accounts first. Throws what the database
+/// raises.
+[[nodiscard]] std::vector<PostingAccount> FindTypedAccounts(book::Session& session,
+                                                            const std::string& typed);
 
 }  // namespace desk::app

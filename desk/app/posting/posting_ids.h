@@ -5,6 +5,8 @@ namespace desk::app {
 /// Identifiers of the posting pane's children; IDOK is the button that adds a line.
 enum PostingId {
   kPostingCode = 10,
+  kPostingDrop,
+  kPostingSeveral,
   kPostingTake,
   kPostingRemove,
   kPostingClear,
@@ -15,6 +17,8 @@ enum PostingId {
   kPostingCredit,
   kPostingPartner,
   kPostingList,
+  kPostingRange,
+  kPostingRangeCodes,
   kPostingLabel = 40,
 };
 

@@ -3,12 +3,14 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <windowsx.h>
 
 #include <algorithm>
 #include <array>
 
 #include "app/frame/icons.h"
 #include "app/frame/search_strip.h"
+#include "app/posting/account_range.h"
 #include "app/posting/posting_ids.h"
 #include "app/posting/posting_pane.h"
 #include "book/money_text.h"
@@ -50,8 +52,18 @@ void PostingPane::CreateParts() {
   DateTime_SetFormat(date_, L"yyyy-MM-dd");
   summary_label_ = Add(WC_STATICW, L"摘要", kLabel, kPostingLabel);
   summary_ = Add(WC_EDITW, L"", kBox, kPostingSummary);
+  range_label_ = Add(WC_STATICW, L"科目范围", kLabel, kPostingLabel);
+  range_ = Add(WC_COMBOBOXW, L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, kPostingRange);
+  for (const AccountRange& range : AccountRanges()) ComboBox_AddString(range_, range.title);
+  ComboBox_SetCurSel(range_, 0);
+  range_codes_ = Add(WC_EDITW, L"", kBox | WS_DISABLED, kPostingRangeCodes);
+  Edit_SetCueBannerText(range_codes_, L"如 1001,22");
   code_label_ = Add(WC_STATICW, L"科目", kLabel, kPostingLabel);
   code_ = Add(WC_EDITW, L"", kBox, kPostingCode);
+  Edit_SetCueBannerText(code_, L"编码、名称或助忆词");
+  // Its keys are F4 and Alt+Down in the box; the way of the Tab key leads past it.
+  drop_ = Add(WC_BUTTONW, L"▼", BS_PUSHBUTTON, kPostingDrop);
+  several_ = Add(WC_BUTTONW, L"多选(&M)", WS_TABSTOP | BS_PUSHBUTTON, kPostingSeveral);
   take_ = Add(WC_BUTTONW, L"取所选", WS_TABSTOP | BS_PUSHBUTTON, kPostingTake);
   name_ = Add(WC_STATICW, L"", kLabel | SS_ENDELLIPSIS, kPostingLabel);
   debit_label_ = Add(WC_STATICW, L"借方", kLabel, kPostingLabel);
@@ -87,6 +99,7 @@ void PostingPane::CreateList() {
 
 void PostingPane::SetStyle(SharedStyle style) {
   style_ = std::move(style);
+  field_.SetStyle(style_);
   const auto set_font = [](HWND child, LPARAM font) -> BOOL {
     SendMessageW(child, WM_SETFONT, static_cast<WPARAM>(font), TRUE);
     return TRUE;
@@ -111,7 +124,7 @@ void PostingPane::Arrange() {
   const int width = static_cast<int>(area.right);
   const int height = style_->fonts.LinePixels() + design(8);
   int top = style_->strip_height + design(4);
-  top = ArrangeHead(top, height);
+  top = ArrangeHead(top, height, width);
   top = ArrangeEntry(top, height, width);
   const int foot = static_cast<int>(area.bottom) - height - design(kGap);
   Place(list_, design(kMargin), top, width - 2 * design(kMargin), foot - top - design(kGap));
@@ -119,14 +132,24 @@ void PostingPane::Arrange() {
   InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
-int PostingPane::ArrangeHead(int top, int height) {
+int PostingPane::ArrangeHead(int top, int height, int width) {
   const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
   int left = design(kMargin);
-  Place(date_label_, left, top, design(32), height);
-  Place(date_, left + design(36), top, design(120), height);
-  left += design(36 + 120 + 20);
-  Place(summary_label_, left, top, design(32), height);
-  Place(summary_, left + design(36), top, design(360), height);
+  const auto put = [&](HWND window, int pixels, int gap) {
+    Place(window, left, top, pixels, height);
+    left += pixels + design(gap);
+  };
+  put(date_label_, design(32), 4);
+  put(date_, design(120), 16);
+  put(summary_label_, design(32), 4);
+  constexpr int kRangeWidth = 16 + 56 + 4 + 112 + 6 + 120 + kMargin;
+  put(summary_, std::clamp(width - left - design(kRangeWidth), design(120), design(360)), 16);
+  put(range_label_, design(56), 4);
+  // A list box of the system has its own idea of its height, unless its field is given one.
+  const LONG inner = height - design(6);
+  SendMessageW(range_, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), inner);
+  put(range_, design(112), 6);
+  put(range_codes_, design(120), 0);
   return top + height + design(6);
 }
 
@@ -138,9 +161,11 @@ int PostingPane::ArrangeEntry(int top, int height, int width) {
     left += design(units + gap);
   };
   put(code_label_, 32, 4);
-  put(code_, 120, 6);
+  put(code_, 140, 0);
+  put(drop_, 24, 6);
+  put(several_, 64, 6);
   put(take_, 60, 8);
-  put(name_, 168, 8);
+  put(name_, 120, 8);
   put(debit_label_, 32, 4);
   put(debit_, 100, 12);
   put(credit_label_, 32, 4);

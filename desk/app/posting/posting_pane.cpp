@@ -3,11 +3,13 @@
 #include <commctrl.h>
 #include <windowsx.h>
 
+#include <algorithm>
 #include <array>
 #include <exception>
 
 #include "app/frame/icons.h"
 #include "app/frame/search_strip.h"
+#include "app/posting/account_range.h"
 #include "app/posting/posting_ids.h"
 #include "book/money_text.h"
 #include "host/report.h"
@@ -21,6 +23,8 @@ namespace host = tavrix::host;
 namespace win32 = tavrix::viewkit::win32;
 using win32::Narrow;
 using win32::Wide;
+
+constexpr UINT kAccountLeft = WM_APP + 1;
 
 const win32::WindowClass& PaneClass() {
   static const win32::WindowClass pane(L"DeskPosting", CS_HREDRAW | CS_VREDRAW);
@@ -80,28 +84,58 @@ std::shared_ptr<PostingPane> PostingPane::Make(HWND parent, SharedStyle style, P
                              .extended_style = WS_EX_CONTROLPARENT,
                              .parent = parent});
   pane->CreateParts();
+  PostingPane& self = *pane;
+  self.field_.Attach(
+      self.code_, self.style_,
+      {.account = self.plan_.account,
+       .typed = self.plan_.typed,
+       .system = self.plan_.system,
+       .changed = [&self] { self.ShowAccount(); },
+       .several =
+           [&self](const std::vector<PostingAccount>& accounts) { self.AddAccounts(accounts); }});
   return pane;
 }
 
-void PostingPane::FocusFirst() {
-  SetFocus(code_);
+void PostingPane::OnEdit(int id) {
+  if (id == kPostingCode) field_.OnTextChanged();
+  if (id == kPostingRangeCodes) OnRange();
 }
 
-void PostingPane::OnCode() {
-  const std::string code = TrimmedText(code_);
-  account_ = code.empty() ? std::nullopt : plan_.account(Wide(code));
-  std::wstring text = code.empty() ? L"" : L"没有这个科目";
-  if (account_) text = account_->leaf ? account_->name : account_->name + L"（不是明细科目）";
-  SetWindowTextW(name_, text.c_str());
-  SetWindowTextW(partner_label_, PartnersLabel(account_).c_str());
-  EnableWindow(partner_, account_ && !account_->wanted.empty());
+void PostingPane::OnRange() {
+  const auto chosen = static_cast<std::size_t>(std::max(0, ComboBox_GetCurSel(range_)));
+  const AccountRange& range = AccountRanges()[chosen];
+  const bool typed = range.key != nullptr && range.value == nullptr;
+  EnableWindow(range_codes_, typed);
+  field_.SetRange(chosen, typed ? TrimmedText(range_codes_) : std::string());
+}
+
+void PostingPane::ShowAccount() {
+  if (refusal_) Answer({}, false);
+  const std::optional<PostingAccount>& account = field_.Account();
+  SetWindowTextW(name_, account ? account->name.c_str() : L"");
+  SetWindowTextW(partner_label_, PartnersLabel(account).c_str());
+  EnableWindow(partner_, account && !account->wanted.empty());
+}
+
+bool PostingPane::ResolveAccount() {
+  const std::wstring refusal = field_.Resolve();
+  if (!refusal.empty()) {
+    Answer(refusal, true);
+    return false;
+  }
+  return field_.Account().has_value();
 }
 
 void PostingPane::TakeSelected() {
   const std::wstring code = plan_.selected_code();
   if (code.empty()) return Answer(L"请先在科目表中选择科目", true);
+  field_.Clear();
   SetWindowTextW(code_, code.c_str());
-  SetFocus(debit_);
+  if (!ResolveAccount()) {
+    SetFocus(code_);
+    return;
+  }
+  Answer({}, false, debit_);
 }
 
 void PostingPane::FillPartners(const PostingAccount& account, book::Auxiliary& auxiliary) {
@@ -120,41 +154,91 @@ std::optional<PostingPane::Line> PostingPane::ReadLine() {
     Answer(text, true, box);
     return std::nullopt;
   };
-  if (!account_) return refuse(L"没有这个科目", code_);
-  if (!account_->leaf) return refuse(L"只能用明细科目", code_);
+  if (!ResolveAccount()) {
+    if (TrimmedText(code_).empty()) return refuse(L"请填写科目", code_);
+    SetFocus(code_);
+    return std::nullopt;
+  }
+  const PostingAccount& account = *field_.Account();
   if (!debit) return refuse(L"借方金额不正确", debit_);
   if (!credit) return refuse(L"贷方金额不正确", credit_);
   if ((*debit == 0) == (*credit == 0)) return refuse(L"请填写借方金额或贷方金额之一", debit_);
   Line line{.entry = {.summary = TrimmedText(summary_),
-                      .code = TrimmedText(code_),
+                      .code = Narrow(account.code),
                       .debit = *debit,
                       .credit = *credit},
-            .account_name = account_->name};
-  FillPartners(*account_, line.entry.auxiliary);
+            .account = account};
+  FillPartners(account, line.entry.auxiliary);
   return line;
 }
 
 void PostingPane::AddLine() {
   const auto line = ReadLine();
   if (!line) return;
-  lines_.push_back(*line);
-  for (const HWND box : {code_, debit_, credit_, partner_}) SetWindowTextW(box, L"");
-  ShowLines();
+  if (edited_) {
+    lines_[*edited_] = *line;
+  } else {
+    lines_.push_back(*line);
+  }
   Answer({}, false, code_);
+  if (const auto open = OpenLine()) return EditLine(*open);
+  EditNew();
+}
+
+void PostingPane::AddAccounts(const std::vector<PostingAccount>& accounts) {
+  for (const PostingAccount& account : accounts) {
+    lines_.push_back({.entry = {.summary = TrimmedText(summary_), .code = Narrow(account.code)},
+                      .account = account});
+  }
+  EditLine(*OpenLine());
+  Answer(L"加入了" + std::to_wstring(accounts.size()) + L"个科目，请逐行填写金额", false);
+}
+
+std::optional<std::size_t> PostingPane::OpenLine() const {
+  const auto open = std::ranges::find_if(lines_, &Line::Open);
+  if (open == lines_.end()) return std::nullopt;
+  return static_cast<std::size_t>(open - lines_.begin());
+}
+
+void PostingPane::EditLine(std::size_t row) {
+  const Line& line = lines_[row];
+  edited_ = row;
+  field_.Set(line.account);
+  SetWindowTextW(summary_, Wide(line.entry.summary).c_str());
+  SetWindowTextW(debit_, SideText(line.entry.debit).c_str());
+  SetWindowTextW(credit_, SideText(line.entry.credit).c_str());
+  SetWindowTextW(partner_, PartnersText(line.entry.auxiliary).c_str());
+  SetWindowTextW(add_, L"更新分录");
+  ShowLines();
+  SetFocus(debit_);
+}
+
+void PostingPane::EditNew() {
+  edited_.reset();
+  field_.Clear();
+  for (const HWND box : {debit_, credit_, partner_}) SetWindowTextW(box, L"");
+  SetWindowTextW(add_, L"加入分录");
+  ShowLines();
 }
 
 void PostingPane::RemoveLine() {
   const int row = ListView_GetNextItem(list_, -1, LVNI_SELECTED);
   if (row < 0) return Answer(L"请选择要删除的分录", true);
   lines_.erase(lines_.begin() + row);
-  ShowLines();
+  EditNew();
   Answer({}, false);
 }
 
 void PostingPane::Clear() {
   lines_.clear();
-  for (const HWND box : {summary_, code_, debit_, credit_, partner_}) SetWindowTextW(box, L"");
-  ShowLines();
+  SetWindowTextW(summary_, L"");
+  EditNew();
+}
+
+void PostingPane::ForgetBook() {
+  field_.ForgetBook();
+  Clear();
+  Answer({}, false);
 }
 
 book::Voucher PostingPane::ReadVoucher() const {
@@ -166,6 +250,10 @@ book::Voucher PostingPane::ReadVoucher() const {
 }
 
 void PostingPane::PostVoucher() {
+  if (const auto open = OpenLine()) {
+    EditLine(*open);
+    return Answer(L"“" + lines_[*open].account.name + L"”还没有金额", true);
+  }
   const book::Voucher voucher = ReadVoucher();
   const int number = plan_.post(voucher);
   Clear();
@@ -179,7 +267,7 @@ void PostingPane::ShowLines() {
   for (int row = 0; row < static_cast<int>(lines_.size()); ++row) {
     const Line& line = lines_[static_cast<std::size_t>(row)];
     const std::array<std::wstring, 6> cells = {
-        Wide(line.entry.code),       line.account_name,
+        line.account.code,           line.account.name,
         Wide(line.entry.summary),    SideText(line.entry.debit),
         SideText(line.entry.credit), PartnersText(line.entry.auxiliary)};
     LVITEMW item{};
@@ -192,7 +280,9 @@ void PostingPane::ShowLines() {
                            const_cast<wchar_t*>(cells[static_cast<std::size_t>(column)].c_str()));
     }
   }
-  ListView_EnsureVisible(list_, static_cast<int>(lines_.size()) - 1, FALSE);
+  const int shown = static_cast<int>(edited_.value_or(lines_.size() - 1));
+  if (edited_) ListView_SetItemState(list_, shown, LVIS_SELECTED, LVIS_SELECTED);
+  if (!lines_.empty()) ListView_EnsureVisible(list_, shown, FALSE);
   InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
@@ -203,22 +293,75 @@ void PostingPane::Answer(std::wstring text, bool refusal, HWND box) {
   if (box != nullptr) SetFocus(box);
 }
 
+void PostingPane::OnEnter() {
+  const HWND focus = GetFocus();
+  if (focus == list_) {
+    const int row = ListView_GetNextItem(list_, -1, LVNI_SELECTED);
+    if (row >= 0) EditLine(static_cast<std::size_t>(row));
+    return;
+  }
+  if (focus != code_) return AddLine();
+  // Enter in the account's box ends the typing there; an empty box goes on too.
+  if (ResolveAccount() || TrimmedText(code_).empty()) SetFocus(debit_);
+}
+
 void PostingPane::OnCommand(int id, int code) {
   try {
-    if (id == kPostingCode && code == EN_CHANGE) return OnCode();
-    if (code != BN_CLICKED) return;
-    if (id == IDOK) return AddLine();
-    if (id == IDCANCEL) return plan_.close();
-    if (id == kPostingTake) return TakeSelected();
-    if (id == kPostingRemove) return RemoveLine();
-    if (id == kPostingPost) return PostVoucher();
-    if (id == kPostingClear) {
-      Clear();
-      Answer({}, false, code_);
+    if (code == EN_CHANGE) return OnEdit(id);
+    if (id == kPostingRange && code == CBN_SELCHANGE) return OnRange();
+    // The focus is still on its way.
+    if (id == kPostingCode && code == EN_KILLFOCUS) {
+      PostMessageW(Hwnd(), kAccountLeft, 0, 0);
+      return;
     }
+    if (code != BN_CLICKED) return;
+    OnButton(id);
   } catch (const std::exception& error) {
     Answer(Wide(host::ErrorText(error)), true);
   }
+}
+
+void PostingPane::OnButton(int id) {
+  switch (id) {
+    case IDOK:
+      return OnEnter();
+    case IDCANCEL:
+      return plan_.close();
+    case kPostingDrop:
+      return field_.Open(false);
+    case kPostingSeveral:
+      return field_.Open(true);
+    case kPostingTake:
+      return TakeSelected();
+    case kPostingRemove:
+      return RemoveLine();
+    case kPostingPost:
+      return PostVoucher();
+    case kPostingClear:
+      Clear();
+      return Answer({}, false, code_);
+    default:
+      return;
+  }
+}
+
+/// The user has gone on from the account's box, unless to what belongs to it.
+void PostingPane::OnAccountLeft() {
+  const HWND focus = GetFocus();
+  const bool stays = field_.IsOpen() || focus == nullptr || focus == code_ || focus == drop_ ||
+                     focus == several_ || focus == range_ || focus == range_codes_;
+  if (stays) return;
+  try {
+    (void)ResolveAccount();
+  } catch (const std::exception& error) {
+    Answer(Wide(host::ErrorText(error)), true);
+  }
+}
+
+void PostingPane::OnNotice(const NMHDR& header) {
+  if (header.idFrom != kPostingList || header.code != NM_DBLCLK) return;
+  const int row = ListView_GetNextItem(list_, -1, LVNI_SELECTED);
+  if (row >= 0) EditLine(static_cast<std::size_t>(row));
 }
 
 LRESULT PostingPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -239,9 +382,17 @@ LRESULT PostingPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_COMMAND:
       OnCommand(LOWORD(wparam), HIWORD(wparam));
       return 0;
+    case WM_NOTIFY:
+      OnNotice(*reinterpret_cast<const NMHDR*>(lparam));
+      return 0;
     case WM_SETFOCUS:
       FocusFirst();
       return 0;
+    case kAccountLeft:
+      OnAccountLeft();
+      return 0;
+    case DM_GETDEFID:  // the button that looks like the one that Enter means
+      return MAKELRESULT(IDOK, DC_HASDEFID);
     default:
       return Window::OnMessage(message, wparam, lparam);
   }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/frame/style.h"
+#include "app/posting/account_field.h"
 #include "app/posting/posting_account.h"
 #include "book/posting.h"
 #include "viewkit/win32/handles.h"
@@ -20,6 +21,10 @@ namespace desk::app {
 struct PostingPlan {
   /// The account of a code; nothing when there is none.
   std::function<std::optional<PostingAccount>(const std::wstring& code)> account;
+  /// All accounts of this code, name or mnemonic.
+  std::function<std::vector<PostingAccount>(const std::wstring& typed)> typed;
+  /// The host's system object of the open book, for the account picker; null without one.
+  std::function<ComPtr<IDispatch>()> system;
   /// The code selected in the view; empty for none.
   std::function<std::wstring()> selected_code;
   /// Posts and gives the voucher's number. What it throws is shown in the pane.
@@ -37,12 +42,18 @@ class PostingPane : public tavrix::viewkit::win32::Window {
                                                          PostingPlan plan);
   void SetStyle(SharedStyle style);
   /// Focus to the account's box.
-  void FocusFirst();
+  void FocusFirst() { field_.Focus(); }
+  /// For the message loop: true when the account picker has used the message up.
+  [[nodiscard]] bool Translate(MSG& message) { return field_.Translate(message); }
+  /// The book closes: its lines and its picker go.
+  void ForgetBook();
 
  private:
   struct Line {
     book::Entry entry;
-    std::wstring account_name;
+    PostingAccount account;
+    /// Picked, but without an amount yet.
+    [[nodiscard]] bool Open() const { return entry.debit == 0 && entry.credit == 0; }
   };
 
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
@@ -50,15 +61,29 @@ class PostingPane : public tavrix::viewkit::win32::Window {
   void CreateList();
   [[nodiscard]] HWND Add(const wchar_t* class_name, const wchar_t* text, DWORD style, int id);
   void Arrange();
-  int ArrangeHead(int top, int height);
+  int ArrangeHead(int top, int height, int width);
   int ArrangeEntry(int top, int height, int width);
   void ArrangeFoot(int top, int height, int width);
   void Paint();
   void PaintFoot(HDC dc, const RECT& area) const;
   void OnCommand(int id, int code);
-  void OnCode();
+  void OnEdit(int id);
+  void OnNotice(const NMHDR& header);
+  void OnButton(int id);
+  void OnEnter();
+  void OnAccountLeft();
+  void OnRange();
+  void ShowAccount();
+  /// False, and the user knows why, when there is no account.
+  bool ResolveAccount();
   void TakeSelected();
   void AddLine();
+  /// A line for each account, whose amounts are still to be entered.
+  void AddAccounts(const std::vector<PostingAccount>& accounts);
+  void EditLine(std::size_t row);
+  /// The next line without an amount, or none.
+  [[nodiscard]] std::optional<std::size_t> OpenLine() const;
+  void EditNew();
   [[nodiscard]] std::optional<Line> ReadLine();
   void FillPartners(const PostingAccount& account, book::Auxiliary& auxiliary);
   void RemoveLine();
@@ -77,8 +102,13 @@ class PostingPane : public tavrix::viewkit::win32::Window {
   HWND date_ = nullptr;
   HWND summary_label_ = nullptr;
   HWND summary_ = nullptr;
+  HWND range_label_ = nullptr;
+  HWND range_ = nullptr;
+  HWND range_codes_ = nullptr;
   HWND code_label_ = nullptr;
   HWND code_ = nullptr;
+  HWND drop_ = nullptr;
+  HWND several_ = nullptr;
   HWND take_ = nullptr;
   HWND name_ = nullptr;
   HWND debit_label_ = nullptr;
@@ -93,8 +123,9 @@ class PostingPane : public tavrix::viewkit::win32::Window {
   HWND clear_ = nullptr;
   HWND post_ = nullptr;
   RECT foot_{};
+  AccountField field_;
   std::vector<Line> lines_;
-  std::optional<PostingAccount> account_;
+  std::optional<std::size_t> edited_;  ///< the line that the boxes hold; none: a new one
   std::wstring answer_;
   bool refusal_ = false;
 };

@@ -61,7 +61,7 @@ int Desk::Run() {
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
     KjkmView* view = View();
     const bool in_view = view != nullptr && view->Container().HasFocus();
-    const bool used = frame_->Translate(message, in_view) ||
+    const bool used = posting_->Translate(message) || frame_->Translate(message, in_view) ||
                       (in_view && View() == view && view->Container().Translate(message));
     if (!used) {
       TranslateMessage(&message);
@@ -331,6 +331,7 @@ void Desk::StartView() {
 
 void Desk::CloseBook() {
   if (!open_) return;
+  posting_->ForgetBook();
   open_->view.reset();
   open_.reset();
   if (!frame_->Alive()) return;
@@ -358,6 +359,14 @@ PostingPlan Desk::MakePostingPlan() {
   plan.account = [this](const std::wstring& code) -> std::optional<PostingAccount> {
     if (!open_) return std::nullopt;
     return FindPostingAccount(open_->book.GetSession(), Narrow(code));
+  };
+  plan.typed = [this](const std::wstring& typed) -> std::vector<PostingAccount> {
+    if (!open_) return {};
+    return FindTypedAccounts(open_->book.GetSession(), Narrow(typed));
+  };
+  plan.system = [this]() -> ComPtr<IDispatch> {
+    if (!open_) return nullptr;
+    return MakeObject<SystemFace>(open_->book.System());
   };
   plan.selected_code = [this] {
     const auto account = View() ? View()->SelectedAccount() : std::nullopt;

@@ -2,6 +2,7 @@
 
 #include "app/com/object.h"
 #include "app/com/values.h"
+#include "app/program/controls.h"
 #include "component/base/failure.h"
 
 namespace desk::app {
@@ -10,25 +11,29 @@ namespace {
 namespace host = tavrix::host;
 using tavrix::component::Bstr;
 using tavrix::component::Check;
+using tavrix::component::CheckCall;
 using tavrix::component::ComFailure;
 using tavrix::component::ViewOf;
 
-ComPtr<IUnknown> CreateControl() {
-  ComPtr<IUnknown> control;
-  const HRESULT result =
-      CoCreateInstance(CLSID_Kjkm, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, control.PutVoid());
-  if (SUCCEEDED(result)) return control;
-  throw host::HostError("找不到科目控件 tavrix.dll，它应当与程序在同一文件夹：" +
-                        tavrix::component::MeaningOf(result));
+constexpr DISPID kMessage = 1;
+constexpr DISPID kErrMessage = 2;
+
+std::wstring TextAt(const DISPPARAMS& arguments, UINT from_end) {
+  const Variant text = Variant(arguments.rgvarg[from_end]).As(VT_BSTR);
+  return std::wstring(ViewOf(text.Get().bstrVal));
 }
 
-template <class Interface>
-ComPtr<Interface> Part(IChildControls* controls, const std::string& name) {
-  ComPtr<IDispatch> found;
-  Check(controls->get_Item(Variant(std::string_view(name)).Get(), found.Put()));
-  ComPtr<Interface> part = found.As<Interface>();
-  if (!part) throw ComFailure(E_NOINTERFACE);
-  return part;
+HRESULT Tell(const ViewEvents& events, DISPID event, const DISPPARAMS& arguments) {
+  if (event == kMessage && arguments.cArgs == 1) {
+    events.message(TextAt(arguments, 0));
+    return S_OK;
+  }
+  if (event == kErrMessage && arguments.cArgs == 3) {
+    const Variant level = Variant(arguments.rgvarg[1]).As(VT_I4);
+    events.report(TextAt(arguments, 2), level.Get().lVal, TextAt(arguments, 0));
+    return S_OK;
+  }
+  return DISP_E_MEMBERNOTFOUND;
 }
 
 std::wstring CellText(IFlexGrid& grid, long row, long col) {
@@ -39,11 +44,14 @@ std::wstring CellText(IFlexGrid& grid, long row, long col) {
 
 }  // namespace
 
-KjkmView::KjkmView(ContainerPlan plan, ViewEvents events) : control_(CreateControl()) {
+KjkmView::KjkmView(ContainerPlan plan, ViewEvents events) : control_(CreateControl(CLSID_Kjkm)) {
   form_ = control_.As<IFormUI>();
   if (!form_) throw ComFailure(E_NOINTERFACE);
   FindControls();
-  sink_.emplace(control_.Get(), std::move(events));
+  sink_.emplace(control_.Get(), __uuidof(__Kjkm),
+                [events = std::move(events)](DISPID event, const DISPPARAMS& arguments) {
+                  return Tell(events, event, arguments);
+                });
   container_ = std::make_unique<ControlContainer>(control_.Get(), std::move(plan));
 }
 
@@ -54,12 +62,7 @@ KjkmView::~KjkmView() {
 }
 
 void KjkmView::FindControls() {
-  const auto design = control_.As<IDesignUI>();
-  if (!design) throw ComFailure(E_NOINTERFACE);
-  ComPtr<IDispatch> list;
-  Check(design->get_Controls(list.Put()));
-  const auto controls = list.As<IChildControls>();
-  if (!controls) throw ComFailure(E_NOINTERFACE);
+  const auto controls = ControlsOf(control_.Get());
   tabs_ = Part<ITabControl>(controls.Get(), "vxVSTab");
   for (int page = 0; page < kPages; ++page) {
     grids_[static_cast<std::size_t>(page)] =
@@ -70,7 +73,7 @@ void KjkmView::FindControls() {
 void KjkmView::Start(IDispatch* system) {
   constexpr long kNotUsed = 0;
   VARIANT_BOOL done = VARIANT_FALSE;
-  Check(form_->Init(&system, kNotUsed, kNotUsed, &done));
+  CheckCall(form_->Init(&system, kNotUsed, kNotUsed, &done));
   if (done == VARIANT_FALSE) throw host::HostError("科目控件不能启动");
   ReadAttributes();
   Call(&IFormUI::Refresh);

@@ -3,18 +3,24 @@
 #include <windows.h>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "app/com/event_sink.h"
 #include "app/container/control_container.h"
-#include "app/program/event_sink.h"
 #include "component/base/com_ptr.h"
-#include "qnDesignUI.h"
 #include "qnFormUI.h"
 #include "tavrix.h"
 
 namespace desk::app {
+
+/// What the view tells. Exceptions of these functions end in its sink.
+struct ViewEvents {
+  std::function<void(const std::wstring& text)> message;
+  std::function<void(const std::wstring& text, long level, const std::wstring& title)> report;
+};
 
 /// Where the selection of the view stands, as far as commands depend on it.
 struct ViewState {

@@ -1,0 +1,123 @@
+#include "app/posting/account_picker.h"
+
+#include <oleauto.h>
+
+#include "app/com/object.h"
+#include "app/com/values.h"
+#include "app/faces/helper_faces.h"
+#include "app/program/controls.h"
+#include "component/base/failure.h"
+#include "host/error.h"
+
+namespace desk::app {
+namespace {
+
+namespace host = tavrix::host;
+using tavrix::component::Bstr;
+using tavrix::component::Check;
+using tavrix::component::CheckCall;
+using tavrix::component::ComFailure;
+using tavrix::component::ViewOf;
+
+constexpr DISPID kDoSelect = 1;
+constexpr DISPID kDoCancel = 2;
+/// Part of the name of the file that keeps the picker's layout.
+constexpr long kPostingProgram = 202;
+
+HRESULT Tell(const PickerEvents& events, DISPID event) {
+  if (event == kDoSelect) events.selected();
+  if (event == kDoCancel) events.cancelled();
+  return S_OK;
+}
+
+std::wstring CodeOf(IDispatch* account) {
+  const auto picked = Query<_clsKjkm>(account);
+  if (!picked) throw ComFailure(E_NOINTERFACE);
+  Bstr code;
+  CheckCall(picked->get_ccode(code.Put()));
+  return std::wstring(ViewOf(code.Get()));
+}
+
+}  // namespace
+
+AccountPicker::AccountPicker(IDispatch* system, PickerEvents events)
+    : control_(CreateControl(CLSID_selKjkm)) {
+  picker_ = control_.As<IPickerUI>();
+  if (!picker_) throw ComFailure(E_NOINTERFACE);
+  search_ = Part<ISearchControl>(ControlsOf(control_.Get()).Get(), "SearchBox1");
+  sink_.emplace(control_.Get(), __uuidof(__selKjkm),
+                [events = std::move(events)](DISPID event, const DISPPARAMS&) {
+                  return Tell(events, event);
+                });
+  VARIANT_BOOL done = VARIANT_FALSE;
+  CheckCall(picker_->Init(&system, kPostingProgram, nullptr, &done));
+  if (done == VARIANT_FALSE) throw host::HostError("科目选择控件不能启动");
+}
+
+AccountPicker::~AccountPicker() {
+  sink_.reset();
+  if (container_) picker_->DoSaveFormStatus();
+  picker_->Clear();
+}
+
+void AccountPicker::SetParameters(const std::shared_ptr<book::ParameterList>& parameters) {
+  CheckCall(picker_->putref_Parameters(MakeObject<ParametersFace>(parameters).Get()));
+}
+
+void AccountPicker::Refresh(const std::wstring& sought) {
+  VARIANT_BOOL done = VARIANT_FALSE;
+  CheckCall(picker_->Refresh(&done));
+  CheckCall(picker_->put_Text(Bstr(std::wstring_view(sought)).Get()));
+}
+
+std::optional<std::wstring> AccountPicker::Resolve(const std::wstring& typed) {
+  const Bstr none;
+  const Bstr code_field(std::string_view("ccode"));
+  const Bstr text{std::wstring_view(typed)};
+  Bstr code;
+  Bstr name;
+  VARIANT_BOOL meaningless = VARIANT_FALSE;
+  SetErrorInfo(0, nullptr);
+  CheckCall(picker_->Validate(none.Get(), code_field.Get(), none.Get(), text.Get(), code.Put(),
+                              name.Put(), &meaningless));
+  if (ViewOf(code.Get()).empty()) return std::nullopt;
+  return std::wstring(ViewOf(code.Get()));
+}
+
+std::vector<std::wstring> AccountPicker::Picked() const {
+  ComPtr<IDispatch> objects;
+  Check(picker_->get_Objects(objects.Put()));
+  const auto accounts = objects.As<_colKjkm>();
+  if (!accounts) return {};
+  long count = 0;
+  Check(accounts->get_Count(&count));
+  std::vector<std::wstring> codes;
+  for (std::int32_t position = 1; position <= count; ++position) {
+    ComPtr<IDispatch> account;
+    Check(accounts->get_Item(Variant(position).Get(), account.Put()));
+    codes.push_back(CodeOf(account.Get()));
+  }
+  return codes;
+}
+
+bool AccountPicker::Filters() const {
+  VARIANT_BOOL filters = VARIANT_FALSE;
+  return SUCCEEDED(search_->get_FilterMode(&filters)) && filters != VARIANT_FALSE;
+}
+
+void AccountPicker::Place(ContainerPlan plan) {
+  container_ = std::make_unique<ControlContainer>(control_.Get(), std::move(plan));
+  // The layout's file is named after the container's name for the control, known from here on.
+  picker_->DoGetFormStatus();
+}
+
+void AccountPicker::FocusSearch() {
+  long window = 0;
+  const bool known = SUCCEEDED(search_->get_hWnd(&window)) && window != 0;
+  if (!known) return;
+  const HWND box = reinterpret_cast<HWND>(static_cast<INT_PTR>(window));
+  SetFocus(box);
+  SendMessageW(box, EM_SETSEL, 0, -1);  // typing replaces what stands there
+}
+
+}  // namespace desk::app

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/com/event_sink.h"
+#include "app/container/control_container.h"
+#include "book/parameters.h"
+#include "component/base/com_ptr.h"
+#include "qnPickerUI.h"
+#include "tavrix.h"
+
+namespace desk::app {
+
+/// What the picker tells. Exceptions of these functions end in its sink.
+struct PickerEvents {
+  std::function<void()> selected;
+  std::function<void()> cancelled;
+};
+
+/// The account picker as this program uses it: the component's class, driven through COM. Members
+/// throw `host::HostError` with a text for users.
+class AccountPicker {
+ public:
+  /// `system` is the host's system object of the open book.
+  AccountPicker(IDispatch* system, PickerEvents events);
+  AccountPicker(const AccountPicker&) = delete;
+  AccountPicker& operator=(const AccountPicker&) = delete;
+  ~AccountPicker();
+
+  /// Which accounts may be picked or typed; counts from the next `Refresh` or `Resolve` on.
+  void SetParameters(const std::shared_ptr<book::ParameterList>& parameters);
+  /// Shows the accounts that the parameters allow; `sought` goes to the search box.
+  void Refresh(const std::wstring& sought);
+  /// The code of the account that is typed as code, name or mnemonic; nothing when the parameters
+  /// allow none.
+  [[nodiscard]] std::optional<std::wstring> Resolve(const std::wstring& typed);
+  /// The codes that were picked, in the order of the list.
+  [[nodiscard]] std::vector<std::wstring> Picked() const;
+
+  /// The search hides what does not match; else it goes to the first match.
+  [[nodiscard]] bool Filters() const;
+
+  /// Opens the control in a window, in the layout that the user has left it in.
+  void Place(ContainerPlan plan);
+  /// The place in the window; null before `Place`.
+  [[nodiscard]] ControlContainer* Container() const { return container_.get(); }
+  /// Focus to the box in which the user searches.
+  void FocusSearch();
+
+ private:
+  tavrix::component::ComPtr<IUnknown> control_;
+  tavrix::component::ComPtr<IPickerUI> picker_;
+  tavrix::component::ComPtr<ISearchControl> search_;
+  std::optional<EventSink> sink_;
+  std::unique_ptr<ControlContainer> container_;
+};
+
+}  // namespace desk::app

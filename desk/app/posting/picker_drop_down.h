@@ -1,0 +1,67 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/frame/style.h"
+#include "app/posting/account_picker.h"
+#include "viewkit/win32/window.h"
+
+namespace desk::app {
+
+/// The account picker in a window that drops down from a field. It closes when accounts have been
+/// picked, when the user gives up, and when the user goes elsewhere. Its edges at the right and
+/// below can be dragged.
+class PickerDropDown : public tavrix::viewkit::win32::Window {
+ public:
+  struct Calls {
+    /// The drop-down has closed; no codes when nothing was picked.
+    std::function<void(const std::vector<std::wstring>& codes)> closed;
+  };
+
+  /// Hidden at first. `owner` is the top-level window; `system` the host's system object. Throws
+  /// `host::HostError`.
+  [[nodiscard]] static std::shared_ptr<PickerDropDown> Make(HWND owner, SharedStyle style,
+                                                            IDispatch* system, Calls calls);
+  PickerDropDown() = default;
+  PickerDropDown(const PickerDropDown&) = delete;
+  PickerDropDown& operator=(const PickerDropDown&) = delete;
+  /// The control goes before its window does.
+  ~PickerDropDown() override { picker_.reset(); }
+
+  void SetStyle(SharedStyle style);
+  /// For resolving typed text, and for what may be picked.
+  [[nodiscard]] AccountPicker& Picker() { return *picker_; }
+  /// Below the field, in screen pixels, or above it where there is more room; `sought` is searched.
+  void Open(const RECT& field, const std::wstring& sought);
+  [[nodiscard]] bool Shown() const { return shown_; }
+  /// Closes without a pick.
+  void Cancel() { Close({}); }
+  /// For the message loop: true when the message was for this window and has been dealt with.
+  [[nodiscard]] bool Translate(MSG& message);
+
+ private:
+  LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
+  void OnGone() override { picker_.reset(); }
+  void Close(const std::vector<std::wstring>& codes);
+  void SetModeless(bool modeless);
+  void Arrange();
+  void Paint();
+  [[nodiscard]] RECT ControlArea() const;
+  [[nodiscard]] LRESULT PartAt(POINT screen) const;
+  [[nodiscard]] bool ClosesBy(const MSG& message) const;
+
+  HWND owner_ = nullptr;
+  SharedStyle style_;
+  Calls calls_;
+  HWND area_ = nullptr;  // the control's place: a child, which goes with the window
+  std::unique_ptr<AccountPicker> picker_;
+  bool shown_ = false;
+  bool in_dialog_ = false;  // a dialog of the picker is open
+};
+
+}  // namespace desk::app

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "app/com/object.h"
+#include "app/com/values.h"
+#include "component/base/failure.h"
+#include "tavrix.h"
+
+/// Making the component's controls, and finding what is inside them.
+namespace desk::app {
+
+/// A new control of the component. Throws `host::HostError` with a text for users.
+[[nodiscard]] ComPtr<IUnknown> CreateControl(const CLSID& clsid);
+
+/// The child controls of a control. Throws `component::ComFailure`.
+[[nodiscard]] ComPtr<IChildControls> ControlsOf(IUnknown* control);
+
+/// One of them by its name. Throws `component::ComFailure`.
+template <class Interface>
+[[nodiscard]] ComPtr<Interface> Part(IChildControls* controls, const std::string& name) {
+  ComPtr<IDispatch> found;
+  tavrix::component::Check(controls->get_Item(Variant(std::string_view(name)).Get(), found.Put()));
+  ComPtr<Interface> part = found.As<Interface>();
+  if (!part) throw tavrix::component::ComFailure(E_NOINTERFACE);
+  return part;
+}
+
+}  // namespace desk::app
