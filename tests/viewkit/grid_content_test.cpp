@@ -217,6 +217,27 @@ TEST_F(GridContent, DisplaysNumbersInTheColumnsFormat) {
   EXPECT_EQ(grid.DisplayText(1, 0), "1234.5");
 }
 
+TEST_F(GridContent, DisplaysDatesInTheColumnsFormat) {
+  Fill(grid, {{"2024-01-31 00:00:00"}, {"45322"}, {"unknown"}});
+  grid.SetColFormat(0, "yyyy/M/d");
+  EXPECT_EQ(grid.DisplayText(1, 0), "2024/1/31");
+  EXPECT_EQ(grid.DisplayText(2, 0), "45322");  // a number, as long as nobody says it is a date
+  grid.SetColDataType(0, ColumnType::kDate);
+  EXPECT_EQ(grid.DisplayText(2, 0), "2024/1/31");
+  EXPECT_EQ(grid.DisplayText(3, 0), "unknown");
+}
+
+TEST_F(GridContent, RefusesNumbersThatNameNothing) {
+  Fill(grid, {{"1"}});
+  grid.SetCol(0);
+  EXPECT_THROW(grid.SetColAlignment(0, static_cast<Alignment>(10)), std::out_of_range);
+  EXPECT_THROW(grid.SetColDataType(0, static_cast<ColumnType>(-1)), std::out_of_range);
+  EXPECT_THROW(grid.SetSort(static_cast<SortOrder>(9)), std::out_of_range);
+  grid.SetColDataType(0, static_cast<ColumnType>(14));
+  grid.SetColFormat(0, "0.0");
+  EXPECT_EQ(grid.DisplayText(1, 0), "1.0");
+}
+
 TEST_F(GridContent, CountsContentVersions) {
   Fill(grid, {{"b"}, {"a"}});
   const auto loaded = grid.ContentVersion();

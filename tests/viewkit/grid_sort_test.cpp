@@ -8,11 +8,13 @@ namespace {
 
 using ::testing::ElementsAre;
 
-std::vector<std::string> Sorted(const std::vector<std::string>& texts, SortOrder order) {
+std::vector<std::string> Sorted(const std::vector<std::string>& texts, SortOrder order,
+                                ColumnType type = ColumnType::kEmpty) {
   FlexGrid grid("Vs");
   Texts rows;
   for (const auto& text : texts) rows.push_back({text});
   Fill(grid, rows);
+  grid.SetColDataType(0, type);
   grid.SetSort(order);
   EXPECT_EQ(grid.Sort(), order);
   return ColumnOf(grid);
@@ -36,6 +38,12 @@ TEST(GridSort, OrdersNumbersByValueAndMixedCellsNumbersFirst) {
   EXPECT_THAT(Sorted({"b", "10", "A", "9"}, SortOrder::kGenericDescending),
               ElementsAre("b", "A", "10", "9"));
   EXPECT_THAT(Sorted({"b", "a"}, SortOrder::kNone), ElementsAre("b", "a"));
+  // The generic orders go by the column's type.
+  EXPECT_THAT(Sorted({"10", "9"}, SortOrder::kGenericAscending, ColumnType::kString),
+              ElementsAre("10", "9"));
+  EXPECT_THAT(Sorted({"2024/10/1", "x", "2024-9-30", "45321"}, SortOrder::kGenericAscending,
+                     ColumnType::kDate),
+              ElementsAre("45321", "2024-9-30", "2024/10/1", "x"));
 }
 
 TEST(GridSort, IsStableHoweverManyRunsThereAre) {

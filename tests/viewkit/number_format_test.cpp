@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "viewkit/date_format.h"
+
 namespace tavrix::viewkit {
 namespace {
 
@@ -35,6 +37,38 @@ TEST(FormatNumberTest, WritesDigitsAsTheFormatSays) {
   EXPECT_EQ(FormatNumber(2.675, "0.00"), "2.68");
   EXPECT_EQ(FormatNumber(-0.001, "0.00"), "0.00");
   EXPECT_EQ(FormatNumber(1e20, "#,##0"), "100,000,000,000,000,000,000");
+}
+
+TEST(DateTest, ReadsWrittenAndStoredDates) {
+  EXPECT_EQ(DateOf("2024-2-29"), (Date{2024, 2, 29}));
+  EXPECT_EQ(DateOf(" 2024/12/31 23:59:58 "), (Date{2024, 12, 31, 23, 59, 58}));
+  EXPECT_EQ(DateOf("2024-01-05T07:08:09.5"), (Date{2024, 1, 5, 7, 8, 9}));
+  EXPECT_EQ(DateOf("20240131"), (Date{2024, 1, 31}));
+  EXPECT_EQ(DateOf("45322.25"), (Date{2024, 1, 31, 6, 0, 0}));
+  EXPECT_EQ(SerialOf({2024, 1, 31, 6, 0, 0}), 45322.25);
+  for (const char* none :
+       {"", "2023-02-29", "2024-13-01", "2024-1/2", "2024-01-01 24:00", "24-1-1", "2024-01-01 x",
+        "2024-01-01x", "0", "-1", "3000000", "20240132", "9e9"}) {
+    EXPECT_EQ(DateOf(none), std::nullopt) << none;
+  }
+  EXPECT_EQ(WrittenDate("20240131"), std::nullopt);
+}
+
+TEST(DateTest, WritesDatesAsTheFormatSays) {
+  const Date date{2024, 3, 5, 15, 4, 9};
+  const std::vector<std::pair<std::string, std::string>> kFormats{
+      {"yyyy-MM-dd", "2024-03-05"},
+      {"yyyy-mm-dd hh:mm:ss", "2024-03-05 15:04:09"},
+      {"yy/m/d h:nn AM/PM", "24/3/5 3:04 PM"},
+      {"yyyy年M月d日 dddd", "2024年3月5日 星期二"},
+      {R"(\d\"dd" day")", R"(d"05 day)"},
+      {"mm:ss", "04:09"},
+      {R"(MM")", "03"}};
+  for (const auto& [format, text] : kFormats) EXPECT_EQ(FormatDate(date, format), text) << format;
+  for (const char* format : {"yyyy-MM-dd", "dd"}) EXPECT_TRUE(IsDateFormat(format)) << format;
+  for (const char* format : {"", "#,##0.00", R"(0 "days")", "0d", R"("dd")"}) {
+    EXPECT_FALSE(IsDateFormat(format)) << format;
+  }
 }
 
 TEST(FormatNumberTest, KeepsTheTextAroundTheDigits) {

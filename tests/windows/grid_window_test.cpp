@@ -218,15 +218,72 @@ TEST_F(GridWindowTest, ScrollingByARowPaintsOnlyWhatComesIn) {
 TEST_F(GridWindowTest, WhatIsScrolledLooksAsIfPaintedAnew) {
   Load(100, 4);
   grid.SetFocus();
-  for (const int top : {2, 7, 5, 300, 1, 40}) {
-    grid.SetTopRow(top);
-    grid.SetRow(top + 3);
-    UpdateWindow(Window());
-    const Picture scrolled(Window());
-    InvalidateRect(Window(), nullptr, FALSE);
-    UpdateWindow(Window());
-    EXPECT_EQ(Picture(Window()), scrolled) << "top row " << top;
+  for (const bool merged : {false, true}) {
+    grid.SetMergeCol(1, merged);
+    for (const int top : {2, 7, 5, 300, 1, 40}) {
+      grid.SetTopRow(top);
+      grid.SetRow(top + 3);
+      UpdateWindow(Window());
+      const Picture scrolled(Window());
+      InvalidateRect(Window(), nullptr, FALSE);
+      UpdateWindow(Window());
+      EXPECT_EQ(Picture(Window()), scrolled) << "top row " << top;
+    }
   }
+}
+
+TEST_F(GridWindowTest, EqualNeighboursOfAMergedColumnArePaintedAsOneCell) {
+  const auto line_below = [&](int row) {
+    UpdateWindow(Window());
+    const RECT cell = Cell(row, 1);
+    const int x = static_cast<int>(cell.left + cell.right) / 2;
+    const Picture picture(Window());
+    return picture.At(x, static_cast<int>(cell.bottom) - 1) !=
+           picture.At(x, static_cast<int>(cell.bottom) - 2);
+  };
+  EXPECT_TRUE(line_below(2));
+  grid.SetMergeCol(1, true);  // the four rows below each head have one name
+  EXPECT_FALSE(line_below(2));
+  EXPECT_TRUE(line_below(5));
+  grid.SetRow(2);
+  UpdateWindow(Window());
+  EXPECT_EQ(Picture(Window()).Count(Cell(2, 1), 0x00F0F0), 0);  // a part only is selected
+}
+
+TEST_F(GridWindowTest, RowsOfTotalsStandInTheirColours) {
+  SubtotalOptions options;
+  options.group_on = 1;
+  options.total_on = 0;
+  options.fore = 128;
+  options.bold = true;
+  options.caption = "%s小计，比这一列宽得多的一行文字";
+  grid.SetColWidth(1, 1000);
+  grid.Subtotal(SubtotalFunction::kSum, options);
+  options = {};
+  options.back = 0xFFFF80;
+  grid.Subtotal(SubtotalFunction::kSum, options);
+  grid.SetColWidth(0, 3000);
+  grid.SetCols(4);
+  UpdateWindow(Window());
+  const Picture picture(Window());
+  EXPECT_GT(picture.Count(Cell(2, 0), 128), 10);
+  EXPECT_GT(picture.Count(Cell(2, 3), 128), 10);  // the caption runs on
+  EXPECT_EQ(picture.Count(Cell(3, 1), 128), 0);
+  const int last = grid.Rows() - 1;
+  if (const Span* row = Layout().RowOf(last); row != nullptr) {
+    EXPECT_GT(picture.Count(Cell(last, 1), 0xFFFF80), 500);
+  }
+}
+
+TEST_F(GridWindowTest, RowsHiddenOneByOneAreArrangedOnce) {
+  Load(100, 4);
+  for (int row = 1; row < 400; ++row) grid.SetRowHidden(row, true);
+  EXPECT_EQ(Bar(SB_VERT).nMax, 499);
+  UpdateWindow(Window());
+  EXPECT_EQ(Bar(SB_VERT).nMax, 100);
+  for (int row = 400; row < 490; ++row) grid.SetRowHidden(row, true);
+  grid.SetTopRow(495);  // whoever scrolls needs to know what is seen
+  EXPECT_EQ(Bar(SB_VERT).nMax, 10);
 }
 
 TEST_F(GridWindowTest, SelectedRowsStandInTheColoursOfTheLook) {
@@ -262,8 +319,22 @@ TEST_F(GridWindowTest, ColumnsScrollSidewaysPastTheFrozenOne) {
   EXPECT_EQ(grid.LeftCol(), 3);
   EXPECT_EQ(Layout().ColumnOf(1), nullptr);
   EXPECT_EQ(Layout().ColumnOf(3)->begin, Layout().ColumnOf(0)->end);
+  // Borders are where they are seen.
+  for (const int col : {0, 3}) {
+    const RECT header = Cell(0, col);
+    Mouse(WM_LBUTTONDOWN, header.right - 1, header.top + 5);
+    Mouse(WM_MOUSEMOVE, header.right + 15, header.top + 5);
+    Mouse(WM_LBUTTONUP, header.right + 15, header.top + 5);
+    EXPECT_EQ(Cell(0, col).right, header.right + 15);
+    EXPECT_EQ(Cell(0, col).left, header.left);
+  }
+  const RECT moved = Cell(2, 3);
+  test::Click(Window(), static_cast<int>(moved.left) + 5, static_cast<int>(moved.top) + 5);
+  EXPECT_EQ(grid.Col(), 3);
   SendMessageW(Window(), WM_HSCROLL, SB_LINEUP, 0);
   EXPECT_EQ(grid.LeftCol(), 1);
+  grid.SetFrozenCols(0);  // what scrolls again is seen again
+  EXPECT_EQ(grid.LeftCol(), 0);
 }
 
 TEST_F(GridWindowTest, TheWheelScrollsThreeRowsWhenNobodyElseTakesIt) {

@@ -69,6 +69,7 @@ void GridPainter::PaintRow(HDC dc, const RECT& area, const Span& row) const {
       PaintCell(dc, row, column);
     }
   }
+  if (grid_.IsTotalRow(row.index)) PaintTotalTexts(dc, row);
 }
 
 COLORREF GridPainter::BackOf(int row, int col, bool selected) const {
@@ -97,10 +98,32 @@ void GridPainter::PaintCell(HDC dc, const Span& row, const Span& column) const {
   const bool selected = grid_.IsSelected(row.index);
   Fill(dc, cell, BackOf(row.index, column.index, selected));
   if (layout_.InOutline(row.index, column.index)) outline_.Paint(dc, cell, row.index);
-  if (!grid_.MergeCol(column.index)) PaintText(dc, TextOf(row, column, selected));
+  const bool later = grid_.MergeCol(column.index) || grid_.IsTotalRow(row.index);
+  if (!later) PaintText(dc, TextOf(row, column, selected));
   if (!grid_.GetLook().grid_lines) return;
   Fill(dc, {cell.right - 1, cell.top, cell.right, cell.bottom}, LineColor());
   Fill(dc, {cell.left, cell.bottom - 1, cell.right, cell.bottom}, LineColor());
+}
+
+/// What a total is of must be readable in a narrow column too: its text runs on over the empty
+/// cells beside it.
+void GridPainter::PaintTotalTexts(HDC dc, const Span& row) const {
+  const bool selected = grid_.IsSelected(row.index);
+  const auto& columns = layout_.Columns();
+  for (auto column = columns.begin(); column != columns.end();) {
+    Text text = TextOf(row, *column, selected);
+    const int width = fonts_.Pixels(Wide(text.content), text.bold);
+    const bool left_aligned = (text.alignment & (DT_CENTER | DT_RIGHT)) == 0;
+    const LONG line = grid_.GetLook().grid_lines ? 1 : 0;
+    for (++column; column != columns.end() && left_aligned; ++column) {
+      const bool fits = text.place.left + width <= text.place.right;
+      if (fits || !grid_.TextMatrix(row.index, column->index).empty()) break;
+      const RECT border{column->begin - line, row.begin, column->begin, row.end - line};
+      Fill(dc, border, BackOf(row.index, column->index, selected));
+      text.place.right = column->end - layout_.Padding();
+    }
+    PaintText(dc, text);
+  }
 }
 
 void GridPainter::PaintHeaderCell(HDC dc, const Span& row, const Span& column) const {
@@ -142,7 +165,7 @@ void GridPainter::PaintMergedColumn(HDC dc, const RECT& area, const Span& column
         std::all_of(row, end, [this](const Span& span) { return grid_.IsSelected(span.index); });
     Text text = TextOf(*row, column, selected);
     text.place.bottom = (end - 1)->end;
-    if (Meets(text.place, area)) {
+    if (Meets(text.place, area) && !grid_.IsTotalRow(row->index)) {
       const RECT inner{column.begin, text.place.top, column.end - line, text.place.bottom - line};
       if (end - row > 1) Fill(dc, inner, BackOf(row->index, column.index, selected));
       PaintText(dc, text);
@@ -172,7 +195,8 @@ void GridPainter::PaintEmptyParts(HDC dc) const {
 void GridPainter::PaintFrozenEdge(HDC dc) const {
   if (grid_.FrozenCols() == 0) return;
   const LONG x = layout_.StillRight();
-  Fill(dc, {x - 1, layout_.HeaderBottom(), x, layout_.SheetBottom()}, LineColor());
+  const COLORREF edge = Blend(GetSysColor(COLOR_GRAYTEXT), GetSysColor(COLOR_WINDOW), 85);
+  Fill(dc, {x - 1, 0, x, layout_.SheetBottom()}, edge);
 }
 
 void GridPainter::PaintFocus(HDC dc) const {

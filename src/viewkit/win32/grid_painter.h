@@ -30,6 +30,7 @@ class GridPainter {
   };
   void PaintRow(HDC dc, const RECT& area, const Span& row) const;
   void PaintCell(HDC dc, const Span& row, const Span& column) const;
+  void PaintTotalTexts(HDC dc, const Span& row) const;
   void PaintHeaderCell(HDC dc, const Span& row, const Span& column) const;
   void PaintMergedColumn(HDC dc, const RECT& area, const Span& column) const;
   void PaintEmptyParts(HDC dc) const;
