@@ -18,7 +18,7 @@ template <class Container>
 void DropSlack(Container& container) {
   if (container.capacity() <= container.size() + container.size() / 8) return;
   Container fitting;
-  fitting.reserve(container.size() + container.size() / 64 + 64);
+  fitting.reserve(container.size() + container.size() / 12 + 64);
   fitting.insert(fitting.end(), container.begin(), container.end());
   container = std::move(fitting);
 }

@@ -77,7 +77,12 @@ void LayoutReader::TidySingleGroup() {
 }
 
 void LayoutReader::TidyGroups() {
-  for (int row = grid_.FixedRows(); row < grid_.Rows(); ++row) ClearRepeatedTexts(row);
+  const int rows = grid_.Rows();
+  const int last = grid_.Cols() - 1;
+  for (int row = grid_.FixedRows(); row < rows; ++row) {
+    const bool may_be_total = grid_.CellForeColor(row, last) == kGroupFore;  // most rows are none
+    if (may_be_total) ClearRepeatedTexts(row);
+  }
 }
 
 /// What a total repeats of its rows before the column of its group. Only the first group that fits
