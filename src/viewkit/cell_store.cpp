@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kMostText = 0x7FFFFFFF;
 /// Less than this is not worth a pass over all cells.
-constexpr std::size_t kLeastWaste = 64 * 1024;
+constexpr std::size_t kLeastWaste = std::size_t{64} * 1024;
 
 /// Gives back room that growing left over, but for a little: the next rows that are added one by
 /// one shall find a place without all of them moving.
