@@ -4,6 +4,7 @@
 
 #include "editing_bench.h"
 #include "figures.h"
+#include "layout_bench.h"
 #include "list_bench.h"
 #include "picker_bench.h"
 #include "support/temp_folder.h"
@@ -27,6 +28,7 @@ int main(int count, char** arguments) try {
   tavrix::bench::MeasureMemory(figures, folder.Path());
   tavrix::bench::MeasureEditing(figures, folder.Path());
   tavrix::bench::MeasurePicker(figures, folder.Path());
+  tavrix::bench::MeasureLayout(figures, folder.Path());
   return figures.Within() ? 0 : 1;
 } catch (const std::exception& error) {
   std::fprintf(stderr, "tavrix_bench: %s\n", error.what());

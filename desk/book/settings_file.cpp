@@ -90,14 +90,22 @@ fs::path KeyOf(const std::string& path) {
 }
 
 std::shared_ptr<SettingsDocument> DocumentFor(const std::string& path) {
+  // Under each spelling that was used, so that asking again by the same one costs nothing.
+  static std::map<std::string, std::weak_ptr<SettingsDocument>> spellings;
   static std::map<fs::path, std::weak_ptr<SettingsDocument>> open;
-  std::erase_if(open, [](const auto& entry) { return entry.second.expired(); });
+  if (const auto known = spellings.find(path); known != spellings.end()) {
+    if (auto document = known->second.lock()) return document;
+  }
+  const auto ended = [](const auto& entry) { return entry.second.expired(); };
+  std::erase_if(spellings, ended);
+  std::erase_if(open, ended);
   std::weak_ptr<SettingsDocument>& entry = open[KeyOf(path)];
   auto document = entry.lock();
   if (!document) {
     document = std::make_shared<SettingsDocument>(PathOf(path));
     entry = document;
   }
+  spellings[path] = document;
   return document;
 }
 

@@ -77,7 +77,7 @@ std::size_t EndOfName(std::string_view text, char mark) {
 struct Line {
   enum class Kind { kOther, kSection, kKey };
   Kind kind = Kind::kOther;
-  std::string name;  ///< of a section or key, in lower case
+  std::string_view name;  ///< of a section or key, as it is written
   std::string_view value;
 };
 
@@ -88,21 +88,15 @@ Line Parse(std::string_view text) {
     const std::string_view rest = Stripped(content.substr(1));
     const std::size_t end = EndOfName(rest, ']');
     if (end == rest.npos) return {};
-    return {Line::Kind::kSection, host::LowerCase(Decoded(rest.substr(0, end))), {}};
+    return {Line::Kind::kSection, rest.substr(0, end), {}};
   }
   const std::size_t end = EndOfName(content, '=');
   if (end == content.npos) return {};
-  return {Line::Kind::kKey, host::LowerCase(Decoded(content.substr(0, end))),
-          content.substr(end + 1)};
+  return {Line::Kind::kKey, content.substr(0, end), content.substr(end + 1)};
 }
 
 std::string KeyLine(std::string_view key, std::string_view value) {
   return (key.empty() ? "\"\"" : Encoded(key, "=[;#")) + "=" + Encoded(value, "");
-}
-
-/// Under which a key is found; both names in lower case.
-std::string FullName(std::string_view section, std::string_view key) {
-  return std::to_string(section.size()).append(":").append(section).append(key);
 }
 
 /// UTF-16 in the byte order of Windows.
@@ -128,71 +122,81 @@ SettingsText::SettingsText(std::string_view text) {
   if (byte_order_mark_) text.remove_prefix(kByteOrderMark.size());
   const std::size_t first_end = text.find('\n');
   if (first_end != text.npos && (first_end == 0 || text[first_end - 1] != '\r')) line_end_ = "\n";
+  Section* section = nullptr;
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     std::string_view line = text.substr(0, end);
     if (line.ends_with('\r')) line.remove_suffix(1);
-    AddLine(std::string(line));
+    section = AddLine(std::string(line), section);
     text.remove_prefix(std::min(end + 1, text.size()));
   }
 }
 
-void SettingsText::AddLine(std::string text) {
+SettingsText::Section* SettingsText::AddLine(std::string text, Section* section) {
   const Line line = Parse(text);
-  if (line.kind == Line::Kind::kSection) return AddSection(std::move(text), line.name);
-  std::vector<std::string>& lines = sections_.back();
-  if (line.kind == Line::Kind::kKey && sections_.size() > 1) {
-    by_key_.try_emplace(FullName(current_, line.name), Place{sections_.size() - 1, lines.size()});
+  if (line.kind == Line::Kind::kSection) {
+    std::string name = host::LowerCase(Decoded(line.name));
+    return &AddSection(std::move(text), std::move(name));
   }
-  lines.push_back(std::move(text));
+  if (line.kind == Line::Kind::kKey && section != nullptr) {
+    section->keys.try_emplace(host::LowerCase(Decoded(line.name)),
+                              Place{blocks_.size() - 1, blocks_.back().size()});
+  }
+  blocks_.back().push_back(std::move(text));
+  return section;
 }
 
-void SettingsText::AddSection(std::string line, const std::string& name) {
-  by_name_.try_emplace(name, sections_.size());
-  current_ = name;
-  sections_.push_back({std::move(line)});
+SettingsText::Section& SettingsText::AddSection(std::string line, std::string name) {
+  const auto [section, fresh] = sections_.try_emplace(std::move(name));
+  if (fresh) section->second.home = blocks_.size();
+  blocks_.push_back({std::move(line)});
+  return section->second;
 }
 
 const SettingsText::Place* SettingsText::Find(std::string_view section,
                                               std::string_view key) const {
-  const auto found = by_key_.find(FullName(host::LowerCase(section), host::LowerCase(key)));
-  return found == by_key_.end() ? nullptr : &found->second;
+  const auto named = sections_.find(host::LowerCase(section));
+  if (named == sections_.end()) return nullptr;
+  const auto found = named->second.keys.find(host::LowerCase(key));
+  return found == named->second.keys.end() ? nullptr : &found->second;
 }
 
 std::optional<std::string> SettingsText::Read(std::string_view section,
                                               std::string_view key) const {
   const Place* place = Find(section, key);
   if (place == nullptr) return {};
-  return Decoded(Parse(sections_[place->section][place->line]).value);
+  return Decoded(Parse(blocks_[place->block][place->line]).value);
 }
 
 bool SettingsText::Write(std::string_view section, std::string_view key, std::string_view value) {
   if (const Place* place = Find(section, key)) {
-    std::string& line = sections_[place->section][place->line];
+    std::string& line = blocks_[place->block][place->line];
     if (Decoded(Parse(line).value) == value) return false;
     line = KeyLine(key, value);
     return true;
   }
-  const std::string name = host::LowerCase(section);
-  if (!by_name_.contains(name)) {
-    std::vector<std::string>& last = sections_.back();
+  std::string name = host::LowerCase(section);
+  auto named = sections_.find(name);
+  if (named == sections_.end()) {
+    std::vector<std::string>& last = blocks_.back();
     if (!last.empty() && !Stripped(last.back()).empty()) last.emplace_back();
     AddSection("[" + Encoded(section, "]") + "]", name);
+    named = sections_.find(name);
   }
   // Behind the section's last line that is not blank, so that the gap to the next section stays;
   // no key stands behind that.
-  const std::size_t home = by_name_.at(name);
-  std::vector<std::string>& lines = sections_[home];
+  Section& home = named->second;
+  std::vector<std::string>& lines = blocks_[home.home];
   std::size_t end = lines.size();
   while (Stripped(lines[end - 1]).empty()) --end;
   lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(end), KeyLine(key, value));
-  by_key_[FullName(name, host::LowerCase(key))] = {home, end};
+  home.keys[host::LowerCase(key)] = {home.home, end};
   return true;
 }
 
 std::string SettingsText::Text() const {
   std::string text(byte_order_mark_ ? kByteOrderMark : std::string_view());
-  for (const std::vector<std::string>& lines : sections_) {
+  for (const std::vector<std::string>& lines : blocks_) {
     for (const std::string& line : lines) text.append(line).append(line_end_);
   }
   return text;

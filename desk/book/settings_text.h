@@ -34,18 +34,23 @@ class SettingsText {
 
  private:
   struct Place {
-    std::size_t section;
+    std::size_t block;
     std::size_t line;
   };
-  void AddLine(std::string line);
-  void AddSection(std::string line, const std::string& name);
+  /// All sections of one name.
+  struct Section {
+    std::size_t home;  ///< the first one's block, which new keys go to
+    std::unordered_map<std::string, Place> keys;
+  };
+  /// Adds a line at the end, below the header of `section` (null before the first one), and gives
+  /// the section that the next line belongs to.
+  Section* AddLine(std::string text, Section* section);
+  Section& AddSection(std::string line, std::string name);
   [[nodiscard]] const Place* Find(std::string_view section, std::string_view key) const;
 
-  /// Each section's lines begin with its header; before the first stands what belongs to none.
-  std::vector<std::vector<std::string>> sections_{1};
-  std::string current_;                                   // name of the last section
-  std::unordered_map<std::string, std::size_t> by_name_;  // names in lower case
-  std::unordered_map<std::string, Place> by_key_;
+  /// Each block begins with the header of a section; before the first stands what belongs to none.
+  std::vector<std::vector<std::string>> blocks_{1};
+  std::unordered_map<std::string, Section> sections_;  // names, as those of keys, in lower case
   std::string line_end_ = "\r\n";
   bool byte_order_mark_ = false;
 };

@@ -74,6 +74,7 @@ constexpr std::array kCaseRanges = {CaseRange{'A', 'Z', 32},     CaseRange{0xC0,
                                     CaseRange{0x400, 0x40F, 80}, CaseRange{0xFF21, 0xFF3A, 32}};
 
 char32_t Lower(char32_t point) {
+  if (point < 0x80) return point >= 'A' && point <= 'Z' ? point + 32 : point;
   for (const CaseRange& range : kCaseRanges) {
     if (point >= range.first && point <= range.last) return point + range.distance;
   }
@@ -81,6 +82,7 @@ char32_t Lower(char32_t point) {
 }
 
 char32_t Upper(char32_t point) {
+  if (point < 0x80) return point >= 'a' && point <= 'z' ? point - 32 : point;
   for (const CaseRange& range : kCaseRanges) {
     const bool inside =
         point >= range.first + range.distance && point <= range.last + range.distance;
@@ -119,7 +121,14 @@ template <class Map>
 std::string MapCase(std::string_view text, Map map) {
   std::string mapped;
   mapped.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) AppendUtf8(mapped, map(NextCodePoint(text, at)));
+  for (std::size_t at = 0; at < text.size();) {
+    const char32_t point = map(NextCodePoint(text, at));
+    if (point < 0x80) {
+      mapped.push_back(static_cast<char>(point));
+    } else {
+      AppendUtf8(mapped, point);
+    }
+  }
   return mapped;
 }
 

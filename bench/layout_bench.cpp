@@ -1,0 +1,203 @@
+#include "layout_bench.h"
+
+#include <array>
+#include <cmath>
+#include <filesystem>
+#include <functional>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "book/book.h"
+#include "book/files.h"
+#include "book/paths.h"
+#include "book/settings_file.h"
+#include "chart.h"
+#include "picker_view.h"
+#include "view.h"
+#include "viewkit/m_mode.h"
+#include "viewkit/number_format.h"
+
+namespace tavrix::bench {
+
+namespace {
+
+using desk::book::PathOf;
+
+constexpr int kRows = 100000;
+constexpr int kFirstTotal = 4;
+constexpr int kTotals = 4;
+constexpr double kTotalsLimit = 3;
+constexpr double kStatusLimit = 5;
+constexpr double kGrowthLimit = 1.3;  // none, but for the noise of short times
+
+/// Rows in order of three groups (6, 600 and 6,000 of them), a code, and four amounts.
+host::RowSet Ledger() {
+  host::RowSet rows(kFirstTotal + kTotals);
+  for (int row = 0; row < kRows; ++row) {
+    rows.AppendText("类别" + std::to_string(row * 6L / kRows));
+    rows.AppendText("部门" + std::to_string(row * 600L / kRows));
+    rows.AppendText("客户" + std::to_string(row * 6000L / kRows));
+    rows.AppendText(std::to_string(100000 + row));
+    for (int total = 0; total < kTotals; ++total) {
+      const long cents = (row * 7919L + total * 104729L) % 100000000;
+      const std::string part = std::to_string(100 + cents % 100);
+      rows.AppendText(std::to_string(cents / 100) + "." + part.substr(1));
+    }
+  }
+  return rows;
+}
+
+/// What the totals are made of, side by side in memory as the query left them.
+double SumCells(const host::RowSet& rows) {
+  std::array<double, kTotals> sums{};
+  for (std::size_t row = 0; row < rows.Rows(); ++row) {
+    for (std::size_t total = 0; total < kTotals; ++total) {
+      sums[total] += viewkit::CellNumber(rows.Text(row, kFirstTotal + total));
+    }
+  }
+  double sum = 0;
+  for (const double each : sums) sum += each;
+  return sum;
+}
+
+void MeasureTotals(Figures& figures, const std::string& folder) {
+  const std::string path = folder + "/totals.txt";
+  {
+    desk::book::SharedSettingsFile file;
+    file.SetFileName(path);
+    for (int col = 0; col < 3; ++col)
+      file.WriteValue("VsIsGroupOn", "VsCol" + std::to_string(col), "1");
+    for (int total = 0; total < kTotals; ++total) {
+      file.WriteValue("VsIsTotalOn", "VsCol" + std::to_string(kFirstTotal + total), "1");
+    }
+  }
+  const auto book = desk::book::Book::Create(desk::book::Book::kInMemory);
+  const auto system = book.System();
+  const host::RowSet rows = Ledger();
+  viewkit::FlexGrid grid("Vs");
+  grid.SetCols(kFirstTotal + kTotals);
+  double sum = 0;
+  std::vector<double> floors;
+  std::vector<double> times;
+  for (int round = 0; round < 9; ++round) {
+    grid.LoadRows(Ledger());
+    floors.push_back(Median(1, [&] { sum += SumCells(rows); }));
+    times.push_back(Median(1, [&] { viewkit::ApplyVsLayout(path, grid, false, *system); }));
+  }
+  const int last = grid.Rows() - 1;
+  double grand = 0;
+  for (int total = 0; total < kTotals; ++total) {
+    grand += grid.ValueMatrix(last, kFirstTotal + total);
+  }
+  if (grid.Rows() != 1 + kRows + 6606 + 1 || std::abs(sum / 9 - grand) > 1) {
+    throw std::runtime_error("the totals are wrong");
+  }
+  const double measured = MedianOf(times);
+  Figures::Tell("layout: three groups, four totals", kRows, measured, "ms");
+  figures.Print("layout: groups and totals over a pass that sums", kRows,
+                measured / MedianOf(floors), kTotalsLimit);
+}
+
+std::string Chart(const std::string& folder, int accounts) {
+  std::string path = folder + "/layout" + std::to_string(accounts) + ".book";
+  (void)desk::book::Book::Create(path);
+  FillChart(path, accounts);
+  return path;
+}
+
+/// A view whose status is saved and restored, with one column's width changed each time, so that
+/// there is something to write.
+class Kept {
+ public:
+  using Step = std::function<void()>;
+  Kept(host::SystemObject& system, const std::string& name, viewkit::FlexGrid& grid, Step save,
+       Step restore)
+      : path_(PathOf(viewkit::GetSelfFilePath(name, system))),
+        grid_(grid),
+        save_(std::move(save)),
+        restore_(std::move(restore)) {
+    Keep();
+    content_ = desk::book::ReadFile(path_);
+    if (content_.find(std::to_string(width_)) == std::string::npos) {
+      throw std::runtime_error("the status is not in its file");
+    }
+  }
+
+  void Round() {
+    floors_.push_back(Median(1, [&] {
+      desk::book::ReplaceFile(path_, content_);
+      if (desk::book::ReadFile(path_) != content_) throw std::runtime_error("a file is lost");
+    }));
+    times_.push_back(Median(1, [&] { Keep(); }));
+    if (grid_.ColWidth(1) != width_) throw std::runtime_error("the status is lost");
+  }
+  [[nodiscard]] Pair Medians() const { return {MedianOf(floors_), MedianOf(times_)}; }
+
+ private:
+  void Keep() {
+    grid_.SetColWidth(1, ++width_);
+    save_();
+    grid_.SetColWidth(1, 1);
+    restore_();
+  }
+
+  std::filesystem::path path_;
+  viewkit::FlexGrid& grid_;
+  Step save_;
+  Step restore_;
+  std::string content_;
+  int width_ = 1000;
+  std::vector<double> floors_;
+  std::vector<double> times_;
+};
+
+/// Few rows and many in turn, so that both see the same machine.
+void MeasureStatus(Figures& figures, const std::string& name, Kept few, Kept many) {
+  for (int round = 0; round < 151; ++round) {
+    few.Round();
+    many.Round();
+  }
+  const Pair small = few.Medians();
+  const Pair large = many.Medians();
+  Figures::Tell(name + ": saved and restored", kRows, large.measured, "ms");
+  const std::string figure = name + ": saved and restored over a write and a read";
+  figures.Print(figure, 10, small.Ratio(), kStatusLimit);
+  figures.Print(figure, kRows, large.Ratio(), kStatusLimit);
+  figures.Print(name + ": growth from 10 rows", kRows, large.measured / small.measured,
+                kGrowthLimit);
+}
+
+Kept KeptForm(const std::string& folder, View& view) {
+  view.Book().Around().user_folder = folder;
+  view.Refresh();
+  auto& form = view.Control();
+  return {view.System(), "Kjkm", view.Page(0), [&form] { form.DoSaveFormStatus(); },
+          [&form] { form.DoGetFormStatus(); }};
+}
+
+Kept KeptPicker(const std::string& folder, Picker& picker) {
+  picker.Book().Around().user_folder = folder;
+  picker.Refresh();
+  auto& view = picker.View();
+  return {picker.System(), view.StatusName(), picker.List(), [&view] { view.DoSaveFormStatus(); },
+          [&view] { view.DoGetFormStatus(); }};
+}
+
+}  // namespace
+
+void MeasureLayout(Figures& figures, const std::string& folder) {
+  MeasureTotals(figures, folder);
+  const std::string small = Chart(folder, 10);
+  const std::string large = Chart(folder, kRows);
+  {
+    View few(small);
+    View many(large);
+    MeasureStatus(figures, "status of the list", KeptForm(folder, few), KeptForm(folder, many));
+  }
+  Picker few(small);
+  Picker many(large);
+  MeasureStatus(figures, "status of the picker", KeptPicker(folder, few), KeptPicker(folder, many));
+}
+
+}  // namespace tavrix::bench
