@@ -113,7 +113,8 @@ void AccountField::Clear() {
 }
 
 void AccountField::OnTextChanged() {
-  if (showing_) return;
+  const bool same = account_ && Typed() == account_->code;
+  if (showing_ || same) return;
   account_.reset();
   plan_.changed();
 }

@@ -143,7 +143,7 @@ int PostingPane::ArrangeHead(int top, int height, int width) {
   put(date_, design(120), 16);
   put(summary_label_, design(32), 4);
   constexpr int kRangeWidth = 16 + 56 + 4 + 112 + 6 + 120 + kMargin;
-  put(summary_, std::clamp(width - left - design(kRangeWidth), design(120), design(360)), 16);
+  put(summary_, std::clamp(width - left - design(kRangeWidth), design(90), design(360)), 16);
   put(range_label_, design(56), 4);
   // A list box of the system has its own idea of its height, unless its field is given one.
   const LONG inner = height - design(6);
@@ -165,7 +165,16 @@ int PostingPane::ArrangeEntry(int top, int height, int width) {
   put(drop_, 24, 6);
   put(several_, 64, 6);
   put(take_, 60, 8);
-  put(name_, 120, 8);
+  // In a narrow window the amounts go to a line of their own.
+  constexpr int kName = 120;
+  constexpr int kAmounts = 8 + 36 + 112 + 36 + 112 + 68 + 60 + kGap + 84 + kMargin;
+  if (left + design(kName + kAmounts) > width) {
+    Place(name_, left, top, width - left - design(kMargin), height);
+    left = design(kMargin);
+    top += height + design(6);
+  } else {
+    put(name_, kName, 8);
+  }
   put(debit_label_, 32, 4);
   put(debit_, 100, 12);
   put(credit_label_, 32, 4);
