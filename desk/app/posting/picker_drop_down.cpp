@@ -180,6 +180,9 @@ LRESULT PickerDropDown::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       // The owner keeps its look of the active window: it is the one that the user works in.
       if (LOWORD(wparam) != WA_INACTIVE) SendMessageW(owner_, WM_NCACTIVATE, TRUE, 0);
       return 0;
+    case WM_CLOSE:
+      Cancel();
+      return 0;
     case WM_SETFOCUS:
       if (auto* container = picker_ ? picker_->Container() : nullptr) (void)container->Focus();
       return 0;
