@@ -380,6 +380,10 @@ Assert.Equal picks.Count, 1, "the old picks"
 Assert.True view.Objects Is Nothing, "Objects after Clear"
 view.Refresh
 Assert.True message.Caption <> "", "Refresh after Clear"
+' A wheel of a language without optional arguments, as the other view takes it, serves too.
+Set system.Wheel = New MouseEvent
 Assert.Equal view.Init(system, 77, "host"), True, "Init again"
 view.Refresh
+Assert.Equal message.Caption, "", "no message again"
+Assert.Equal system.Wheel.Maximum, 3, "the range of a wheel without a first row"
 Assert.Equal Codes(grid), "1001 1002 100201 1122 2202 2203 ", "the list again"

@@ -61,7 +61,8 @@ class Picker : public testing::Test {
     picker_ = object_.As<IPickerUI>();
     host_->columns = {"i_id",      "ccode",  "ccode_name", "chelp",
                       "bproperty", "cclass", "bclose",     "bend"};
-    for (int i = 1; i <= 100; ++i) host_->rows.push_back(PickerRow(i, std::to_string(1000 + i), ""));
+    for (int i = 1; i <= 100; ++i)
+      host_->rows.push_back(PickerRow(i, std::to_string(1000 + i), ""));
   }
 
   [[nodiscard]] HRESULT Init() {

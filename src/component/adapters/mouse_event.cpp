@@ -75,7 +75,13 @@ class AutomationMouseEvent : public Adapted<host::MouseEvent> {
 
   void SetRange(std::int32_t maximum) override { Object().Call(L"SetRange", {Variant(maximum)}); }
   void SetRange(std::int32_t maximum, std::int32_t first_row) override {
-    Object().Call(L"SetRange", {Variant(maximum), Variant(first_row)});
+    try {
+      Object().Call(L"SetRange", {Variant(maximum), Variant(first_row)});
+    } catch (const ComFailure&) {
+      // Not every language has optional arguments, nor do all name that failure alike. A source
+      // that fails for another reason does so again.
+      SetRange(maximum);
+    }
   }
   void Attach(std::intptr_t window) override {
     // Handles keep to 32 bits, on x64 too.
