@@ -26,7 +26,7 @@ void Kjkm::OnScrolled(int page) noexcept {
     if (page != current_tab_ || !session_ || !session_->mcMouseEvent) return true;
     const auto session = session_;
     const auto wheel = session->mcMouseEvent;
-    wheel->SetPosition(host::ToLong32(Grid(page).TopRow() / session->scroll_rate));
+    wheel->SetPosition(viewkit::WheelPositionOf(Grid(page).TopRow(), session->scroll_rate));
     return true;
   });
 }
