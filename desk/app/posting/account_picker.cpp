@@ -40,7 +40,7 @@ std::wstring CodeOf(IDispatch* account) {
 
 }  // namespace
 
-AccountPicker::AccountPicker(IDispatch* system, PickerEvents events)
+AccountPicker::AccountPicker(ContainerPlan plan, PickerEvents events)
     : control_(CreateControl(CLSID_selKjkm)) {
   picker_ = control_.As<IPickerUI>();
   if (!picker_) throw ComFailure(E_NOINTERFACE);
@@ -49,14 +49,20 @@ AccountPicker::AccountPicker(IDispatch* system, PickerEvents events)
                 [events = std::move(events)](DISPID event, const DISPPARAMS&) {
                   return Tell(events, event);
                 });
+  container_ = std::make_unique<ControlContainer>(control_.Get(), std::move(plan));
+}
+
+void AccountPicker::Start(IDispatch* system) {
   VARIANT_BOOL done = VARIANT_FALSE;
   CheckCall(picker_->Init(&system, kPostingProgram, nullptr, &done));
   if (done == VARIANT_FALSE) throw host::HostError("科目选择控件不能启动");
+  picker_->DoGetFormStatus();
+  started_ = true;
 }
 
 AccountPicker::~AccountPicker() {
   sink_.reset();
-  if (container_) picker_->DoSaveFormStatus();
+  if (started_) picker_->DoSaveFormStatus();
   picker_->Clear();
 }
 
@@ -103,12 +109,6 @@ std::vector<std::wstring> AccountPicker::Picked() const {
 bool AccountPicker::Filters() const {
   VARIANT_BOOL filters = VARIANT_FALSE;
   return SUCCEEDED(search_->get_FilterMode(&filters)) && filters != VARIANT_FALSE;
-}
-
-void AccountPicker::Place(ContainerPlan plan) {
-  container_ = std::make_unique<ControlContainer>(control_.Get(), std::move(plan));
-  // The layout's file is named after the container's name for the control, known from here on.
-  picker_->DoGetFormStatus();
 }
 
 void AccountPicker::FocusSearch() {

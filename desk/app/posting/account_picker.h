@@ -27,12 +27,16 @@ struct PickerEvents {
 /// throw `host::HostError` with a text for users.
 class AccountPicker {
  public:
-  /// `system` is the host's system object of the open book.
-  AccountPicker(IDispatch* system, PickerEvents events);
+  /// Creates the control and places it; the columns of its list take their widths from the fonts of
+  /// its window, so it has one from the first.
+  AccountPicker(ContainerPlan plan, PickerEvents events);
   AccountPicker(const AccountPicker&) = delete;
   AccountPicker& operator=(const AccountPicker&) = delete;
+  /// Saves the layout when the picker was started, and ends it.
   ~AccountPicker();
 
+  /// Hands the picker its host, the system object of the open book, and restores its layout.
+  void Start(IDispatch* system);
   /// Which accounts may be picked or typed; counts from the next `Refresh` or `Resolve` on.
   void SetParameters(const std::shared_ptr<book::ParameterList>& parameters);
   /// Shows the accounts that the parameters allow; `sought` goes to the search box.
@@ -46,10 +50,7 @@ class AccountPicker {
   /// The search hides what does not match; else it goes to the first match.
   [[nodiscard]] bool Filters() const;
 
-  /// Opens the control in a window, in the layout that the user has left it in.
-  void Place(ContainerPlan plan);
-  /// The place in the window; null before `Place`.
-  [[nodiscard]] ControlContainer* Container() const { return container_.get(); }
+  [[nodiscard]] ControlContainer& Container() const { return *container_; }
   /// Focus to the box in which the user searches.
   void FocusSearch();
 
@@ -59,6 +60,7 @@ class AccountPicker {
   tavrix::component::ComPtr<ISearchControl> search_;
   std::optional<EventSink> sink_;
   std::unique_ptr<ControlContainer> container_;
+  bool started_ = false;
 };
 
 }  // namespace desk::app

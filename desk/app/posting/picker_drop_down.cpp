@@ -11,7 +11,7 @@ namespace {
 
 namespace win32 = tavrix::viewkit::win32;
 
-constexpr int kDesignWidth = 720;
+constexpr int kDesignWidth = 760;
 constexpr int kDesignHeight = 360;
 constexpr int kLeastDesignWidth = 320;
 constexpr int kLeastDesignHeight = 240;
@@ -50,10 +50,6 @@ std::shared_ptr<PickerDropDown> PickerDropDown::Make(HWND owner, SharedStyle sty
   window->calls_ = std::move(calls);
   const auto design = [&](int pixels) { return window->style_->scale.Design(pixels); };
   PickerDropDown& self = *window;
-  // It ends its own life with the window, so plain references do.
-  self.picker_ = std::make_unique<AccountPicker>(
-      system, PickerEvents{.selected = [&self] { self.Close(self.picker_->Picked()); },
-                           .cancelled = [&self] { self.Close({}); }});
   self.Create(DropDownClass(), {.text = L"选择科目",
                                 .style = WS_POPUP | WS_BORDER | WS_CLIPCHILDREN,
                                 .extended_style = WS_EX_TOOLWINDOW,
@@ -63,17 +59,22 @@ std::shared_ptr<PickerDropDown> PickerDropDown::Make(HWND owner, SharedStyle sty
       CreateWindowExW(WS_EX_CONTROLPARENT, WC_STATICW, L"", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
                       0, 0, 0, 0, self.Hwnd(), nullptr, win32::ThisModule(), nullptr);
   self.Arrange();
-  self.picker_->Place({.area = self.area_,
-                       .frame = self.Hwnd(),
-                       .display_name = L"selKjkm1",
-                       .modeless = [&self](bool modeless) { self.SetModeless(modeless); },
-                       .tab_out = [&self](bool) { self.picker_->FocusSearch(); }});
+  // The picker ends with the window at the latest, so plain references do.
+  self.picker_ = std::make_unique<AccountPicker>(
+      ContainerPlan{.area = self.area_,
+                    .frame = self.Hwnd(),
+                    .display_name = L"selKjkm1",
+                    .modeless = [&self](bool modeless) { self.SetModeless(modeless); },
+                    .tab_out = [&self](bool) { self.picker_->FocusSearch(); }},
+      PickerEvents{.selected = [&self] { self.Close(self.picker_->Picked()); },
+                   .cancelled = [&self] { self.Close({}); }});
+  self.picker_->Start(system);
   return window;
 }
 
 void PickerDropDown::SetStyle(SharedStyle style) {
   style_ = std::move(style);
-  if (auto* container = picker_->Container()) container->OnAmbientChange();
+  picker_->Container().OnAmbientChange();
 }
 
 void PickerDropDown::Open(const RECT& field, const std::wstring& sought) {
@@ -113,7 +114,7 @@ void PickerDropDown::Arrange() {
   if (area_ == nullptr) return;
   const RECT place = ControlArea();
   MoveWindow(area_, 0, 0, place.right, place.bottom, TRUE);
-  if (auto* container = picker_->Container()) container->SetArea(place);
+  if (picker_) picker_->Container().SetArea(place);
   InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
@@ -146,7 +147,7 @@ bool PickerDropDown::ClosesBy(const MSG& message) const {
 bool PickerDropDown::Translate(MSG& message) {
   if (!shown_ || (message.hwnd != Hwnd() && !IsChild(Hwnd(), message.hwnd))) return false;
   const auto keep = shared_from_this();  // a pick may end it
-  if (picker_->Container()->Translate(message)) return true;
+  if (picker_->Container().Translate(message)) return true;
   if (ClosesBy(message)) {
     Cancel();
     return true;
@@ -173,9 +174,7 @@ LRESULT PickerDropDown::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
           style_->scale.Design(kLeastDesignWidth), style_->scale.Design(kLeastDesignHeight)};
       return 0;
     case WM_ACTIVATE:
-      if (auto* container = picker_ ? picker_->Container() : nullptr) {
-        container->OnFrameActivate(LOWORD(wparam) != WA_INACTIVE);
-      }
+      if (picker_) picker_->Container().OnFrameActivate(LOWORD(wparam) != WA_INACTIVE);
       if (LOWORD(wparam) == WA_INACTIVE && !in_dialog_) Cancel();
       // The owner keeps its look of the active window: it is the one that the user works in.
       if (LOWORD(wparam) != WA_INACTIVE) SendMessageW(owner_, WM_NCACTIVATE, TRUE, 0);
@@ -184,7 +183,7 @@ LRESULT PickerDropDown::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       Cancel();
       return 0;
     case WM_SETFOCUS:
-      if (auto* container = picker_ ? picker_->Container() : nullptr) (void)container->Focus();
+      if (picker_) static_cast<void>(picker_->Container().Focus());
       return 0;
     default:
       return Window::OnMessage(message, wparam, lparam);
