@@ -122,11 +122,12 @@ std::string MapCase(std::string_view text, Map map) {
   std::string mapped;
   mapped.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
-    const char32_t point = map(NextCodePoint(text, at));
-    if (point < 0x80) {
-      mapped.push_back(static_cast<char>(point));
+    const auto unit = static_cast<unsigned char>(text[at]);
+    if (unit < 0x80) {  // ASCII stays ASCII
+      mapped.push_back(static_cast<char>(map(unit)));
+      ++at;
     } else {
-      AppendUtf8(mapped, point);
+      AppendUtf8(mapped, map(NextCodePoint(text, at)));
     }
   }
   return mapped;
@@ -252,10 +253,10 @@ std::string_view Trimmed(std::string_view text) {
 }
 
 std::string LowerCase(std::string_view text) {
-  return MapCase(text, Lower);
+  return MapCase(text, [](char32_t point) { return Lower(point); });
 }
 std::string UpperCase(std::string_view text) {
-  return MapCase(text, Upper);
+  return MapCase(text, [](char32_t point) { return Upper(point); });
 }
 
 int CompareNoCase(std::string_view left, std::string_view right) {

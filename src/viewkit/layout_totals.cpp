@@ -130,7 +130,10 @@ void LayoutReader::ApplyHeights() {
   if (fixed == 0) return;
   Quietly([&] {
     const int height = file_.ReadNumber(layout::kGrid, layout::kFixedRowHeight, grid_.RowHeight(0));
-    for (int row = 0; row < fixed; ++row) grid_.SetRowHeight(row, height);
+    // A height of its own costs memory for all rows.
+    for (int row = 0; row < fixed; ++row) {
+      if (grid_.RowHeight(row) != height) grid_.SetRowHeight(row, height);
+    }
   });
 }
 
