@@ -236,12 +236,46 @@ Class MouseEvent
   End Property
 End Class
 
+' What all settings files hold, in memory.
+Class SettingsStore
+  Private names
+  Private contents
+  Public Count
+  Private Sub Class_Initialize()
+    Dim empty_names(999)
+    Dim empty_contents(999)
+    names = empty_names
+    contents = empty_contents
+    Count = 0
+  End Sub
+  Public Function ReadValue(name, fallback)
+    Dim i
+    ReadValue = fallback
+    For i = 0 To Count - 1
+      If names(i) = name Then ReadValue = contents(i)
+    Next
+  End Function
+  Public Sub WriteValue(name, content)
+    Dim i
+    For i = 0 To Count - 1
+      If names(i) = name Then Exit For
+    Next
+    names(i) = name
+    contents(i) = content
+    If i = Count Then Count = Count + 1
+  End Sub
+End Class
+
+Dim kept_settings
+Set kept_settings = New SettingsStore
+
 Class SettingsFile
   Public FileName
   Public Function ReadValue(section, key, fallback)
-    ReadValue = fallback
+    ReadValue = kept_settings.ReadValue(FileName & "|" & section & "|" & key, fallback)
   End Function
   Public Sub WriteValue(section, key, value)
+    kept_settings.WriteValue FileName & "|" & section & "|" & key, value
   End Sub
 End Class
 
