@@ -361,7 +361,8 @@ class FlexGrid : public Control, public host::Grid {
   /// tree. True when the key was used. `KeyDown` is raised by the caller, before.
   bool HandleKey(Key key, Modifiers modifiers = {});
   /// A character typed on the grid: seeks the next shown row whose outline column starts with the
-  /// characters typed in quick succession (`now` in milliseconds).
+  /// characters typed in quick succession (`now` in milliseconds). Where no shown row does, the
+  /// first one below closed nodes is shown.
   bool HandleTypeAhead(std::string_view character, std::int64_t now);
   /// A press of the mouse on a data row; `on_symbol` when it hit the +/- box. When the user
   /// collapses a node, a current row below it gives way to the node.
@@ -378,6 +379,8 @@ class FlexGrid : public Control, public host::Grid {
   Event<int> AfterUserResize;  ///< with the column
 
  private:
+  /// Opens the nodes above a row. False, and nothing is opened, when it would not be seen even so.
+  bool OpenAbove(int row);
   struct State;
   template <class Body>
   void Update(Body&& body);

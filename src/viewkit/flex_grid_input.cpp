@@ -162,13 +162,29 @@ bool FlexGrid::HandleTypeAhead(std::string_view character, std::int64_t now) {
   const int shown = ShownRows();
   const int current = s.IsData(s.row) ? s.outline.ShownBefore(s.row - s.Fixed()) : -1;
   const int first = std::max(repeated ? current + 1 : current, 0);
-  for (int step = 0; step < shown; ++step) {
-    const int row = RowAtShownPosition((first + step) % shown);
-    if (!host::LowerCase(DisplayText(row, s.outline_col)).starts_with(wanted)) continue;
+  const auto matches = [&](int row) {
+    return host::LowerCase(DisplayText(row, s.outline_col)).starts_with(wanted);
+  };
+  const auto take = [&](int row) {
     if (s.SettlePeer()) Update([row](State& state) { state.Move(row, {}); });
     return true;
+  };
+  for (int step = 0; step < shown; ++step) {
+    const int row = RowAtShownPosition((first + step) % shown);
+    if (matches(row)) return take(row);
+  }
+  for (int row = s.Fixed(); row < s.Rows(); ++row) {
+    if (!IsShown(row) && matches(row) && OpenAbove(row)) return take(row);
   }
   return false;
+}
+
+bool FlexGrid::OpenAbove(int row) {
+  bool hidden = RowHidden(row);
+  for (int node = ParentRow(row); node >= 0; node = ParentRow(node)) hidden |= RowHidden(node);
+  if (hidden) return false;
+  for (int node = ParentRow(row); node >= 0; node = ParentRow(node)) SetCollapsed(node, false);
+  return IsShown(row);
 }
 
 void FlexGrid::HandlePress(int row, int col, bool on_symbol, Modifiers modifiers) {

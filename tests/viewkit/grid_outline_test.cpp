@@ -48,6 +48,17 @@ TEST_F(GridOutline, OutlineShowsTheLevelsDownToOne) {
   CheckInvariants(grid);
 }
 
+TEST_F(GridOutline, TypingFindsWhatClosedNodesHide) {
+  FillOutline(grid, {0, 1, 2, 0, 1});
+  grid.Outline(0);
+  grid.SetRowHidden(4, true);
+  EXPECT_TRUE(grid.HandleTypeAhead("r2", 1000));
+  EXPECT_THAT(ShownColumn(grid), ElementsAre("r0", "r1", "r2"));
+  EXPECT_EQ(grid.Row(), 3);
+  EXPECT_FALSE(grid.HandleTypeAhead("r4", 9000));  // its parent is hidden by hand
+  EXPECT_EQ(grid.Row(), 3);
+}
+
 TEST_F(GridOutline, NodesAreMadeInAnyOrderOfCalls) {
   Fill(grid, {{"a"}, {"b"}});
   grid.SetRowOutlineLevel(2, 3);
