@@ -62,33 +62,41 @@ std::wstring Description(const std::wstring& file) {
 
 }  // namespace
 
-/// The owner is disabled, and the container knows of it, as long as this lives.
+/// The container knows of a modal window as long as this lives; then the focus goes back.
 class WindowsUser::Modal {
  public:
-  explicit Modal(const WindowsUser& user) : user_(user), owner_(user.Owner()), focus_(GetFocus()) {
+  explicit Modal(const WindowsUser& user) : user_(user), focus_(GetFocus()) {
     if (user_.options_.modal) user_.options_.modal(true);
-    enabled_ = owner_ != nullptr && IsWindowEnabled(owner_);
-    if (enabled_) EnableWindow(owner_, FALSE);
   }
   Modal(const Modal&) = delete;
   Modal& operator=(const Modal&) = delete;
   ~Modal() {
-    EnableOwner();
     if (IsWindow(focus_)) SetFocus(focus_);
     if (user_.options_.modal) user_.options_.modal(false);
   }
 
-  [[nodiscard]] HWND Owner() const { return owner_; }
-  /// Before the modal window goes: else the system would activate another program's window.
-  void EnableOwner() {
-    if (std::exchange(enabled_, false)) EnableWindow(owner_, TRUE);
+ private:
+  const WindowsUser& user_;
+  HWND focus_;
+};
+
+/// An owner that takes no input. It has to take it again before the modal window goes: else the
+/// system would activate another program's window.
+class WindowsUser::DisabledOwner {
+ public:
+  explicit DisabledOwner(HWND owner)
+      : owner_(owner), was_enabled_(owner != nullptr && IsWindowEnabled(owner)) {
+    if (was_enabled_) EnableWindow(owner_, FALSE);
+  }
+  DisabledOwner(const DisabledOwner&) = delete;
+  DisabledOwner& operator=(const DisabledOwner&) = delete;
+  ~DisabledOwner() {
+    if (was_enabled_) EnableWindow(owner_, TRUE);
   }
 
  private:
-  const WindowsUser& user_;
   HWND owner_;
-  HWND focus_;
-  bool enabled_ = false;
+  bool was_enabled_;
 };
 
 HWND WindowsUser::Owner() const {
@@ -104,8 +112,9 @@ UserPort::Answer WindowsUser::Ask(const std::string& text, const std::string& ti
                                   Buttons buttons) {
   const Modal modal(*this);
   const UINT kind = buttons == Buttons::kYesNo ? MB_YESNO : MB_OK;
+  // The box disables its owner itself, and enables only one that it has disabled.
   const int answer =
-      MessageBoxW(modal.Owner(), Wide(text).c_str(), Wide(title).c_str(), kind | IconFlag(icon));
+      MessageBoxW(Owner(), Wide(text).c_str(), Wide(title).c_str(), kind | IconFlag(icon));
   if (answer == IDYES) return Answer::kYes;
   return buttons == Buttons::kYesNo ? Answer::kNo : Answer::kOk;
 }
@@ -117,11 +126,12 @@ std::string WindowsUser::Input(const std::string& prompt, const std::string& tit
 }
 
 void WindowsUser::ShowModal(DialogModel& dialog) {
-  Modal modal(*this);
+  const Modal modal(*this);
+  const HWND owner = Owner();
   const auto window = std::make_shared<DialogWindow>(dialog);
-  window->Open(modal.Owner());
+  window->Open(owner);
+  const DisabledOwner disabled(owner);
   window->Run();
-  modal.EnableOwner();
 }
 
 void WindowsUser::SetWaitCursor(bool on) {

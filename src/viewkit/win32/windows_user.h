@@ -33,6 +33,7 @@ class WindowsUser : public UserPort {
 
  private:
   class Modal;
+  class DisabledOwner;
   [[nodiscard]] HWND Owner() const;
 
   Options options_;
