@@ -20,10 +20,10 @@ constexpr int kGap = 120;
 constexpr int kRowPitch = 420;
 constexpr int kControlHeight = 315;
 constexpr int kFrameTop = 330;  // from a frame's upper edge to its first row
-constexpr int kColumnWidth = 3960;
+constexpr int kColumnWidth = 4080;
 constexpr int kRightColumn = kMargin + kColumnWidth + kGap;
 constexpr int kFormWidth = kRightColumn + kColumnWidth + kMargin;
-constexpr int kLabelWidth = 1260;
+constexpr int kLabelWidth = 1380;
 constexpr int kFieldWidth = kColumnWidth - 2 * kMargin - kLabelWidth;
 constexpr int kButtonWidth = 1290;
 constexpr int kButtonHeight = 390;
@@ -48,7 +48,7 @@ struct Rows {
   }
   [[nodiscard]] Bounds Label(int row) const {
     // A label's text stands on the line of the text in the box beside it.
-    constexpr int kDrop = 60;
+    constexpr int kDrop = 45;
     Bounds bounds = At(row, 0, kLabelWidth);
     bounds.top += kDrop;
     bounds.height -= kDrop;
