@@ -4,6 +4,9 @@
 readonly screenshots=${TAVRIX_SCREENSHOTS:-$build/screenshots}
 steps=0 failed_steps=0 desk_process='' desk_window=''
 
+# The book that the desk has made in the prefix that is set, when it was first started there.
+sample_book() { compgen -G "$WINEPREFIX/drive_c/users/*/Documents/Tavrix/*.book" | head -n 1; }
+
 begin_walk() {
   rm -rf "$screenshots"
   mkdir -p "$screenshots"
@@ -72,6 +75,9 @@ find_window() {
   desk_window=$(xdotool search --onlyvisible --class 'desk.exe' 2>/dev/null | head -n 1)
   [[ -n $desk_window ]]
 }
+
+# The window manager loses the focus when two modal windows close at once; a user of it would click.
+back_to_window() { xdotool windowactivate --sync "$desk_window"; }
 
 keys() { changes_picture xdotool key --clearmodifiers --delay 60 "$@"; }
 
