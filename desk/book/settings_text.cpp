@@ -149,7 +149,10 @@ SettingsText::Section* SettingsText::AddLine(std::string text, Section* section)
 SettingsText::Section& SettingsText::AddSection(std::string line, std::string name) {
   const auto [section, fresh] = sections_.try_emplace(std::move(name));
   if (fresh) section->second.home = blocks_.size();
-  blocks_.push_back({std::move(line)});
+  constexpr std::size_t kUsualKeys = 7;
+  std::vector<std::string>& lines = blocks_.emplace_back();
+  lines.reserve(1 + kUsualKeys + 1);
+  lines.push_back(std::move(line));
   return section->second;
 }
 
