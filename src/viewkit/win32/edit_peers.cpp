@@ -11,6 +11,7 @@ namespace tavrix::viewkit::win32 {
 namespace {
 
 constexpr int kItemsDropped = 12;
+constexpr int kEdges = 8;  // pixels above and below the text of an edit control, at every scale
 
 /// Keys that move in a text or change it, before a container makes commands of them.
 bool IsEditingKey(Key key, Modifiers modifiers) {
@@ -34,6 +35,15 @@ constexpr WPARAM kControlA = 1;
 void EditPeer::Open() {
   OpenNative({.class_name = L"EDIT", .style = ES_AUTOHSCROLL, .extended_style = WS_EX_CLIENTEDGE});
   Tell(EM_SETLIMITTEXT, 0);
+}
+
+void EditPeer::ApplyBounds() {
+  // The control writes at its upper edge, however high it is.
+  const RECT place = PlaceOfModel();
+  const int room = static_cast<int>(place.bottom - place.top);
+  const int height = std::min(room, Context().fonts->LinePixels() + kEdges);
+  SetWindowPos(Hwnd(), nullptr, place.left, place.top + (room - height) / 2,
+               place.right - place.left, height, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 bool EditPeer::WantsKey(Key key, Modifiers modifiers) const {
@@ -85,8 +95,8 @@ void ComboBoxPeer::ApplyBounds() {
   // To the system a combo box is as high as its dropped list.
   SetWindowPos(Hwnd(), nullptr, place.left, place.top, place.right - place.left,
                height + static_cast<int>(item) * kItemsDropped, SWP_NOZORDER | SWP_NOACTIVATE);
-  const int frame = Context().scale.Design(6);
-  Tell(CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), std::max(height - frame, 1));
+  constexpr int kFrame = 6;  // pixels, at every scale
+  Tell(CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), std::max(height - kFrame, 1));
 }
 
 void ComboBoxPeer::OnContent(const Change& change) {
@@ -136,8 +146,8 @@ bool ComboBoxPeer::TakeFocus() {
 }
 
 LRESULT ComboBoxPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-  // The box's own notices of the focus cover the edit control inside it, these messages do not: they
-  // pass by what all controls do on them.
+  // The box's own notices of the focus cover the edit control inside it, these messages do not:
+  // they pass by what all controls do on them.
   if (message == WM_SETFOCUS || message == WM_KILLFOCUS) {
     return Window::OnMessage(message, wparam, lparam);  // NOLINT(bugprone-parent-virtual-call)
   }

@@ -22,6 +22,7 @@ class EditPeer : public NativePeer {
  protected:
   [[nodiscard]] virtual const std::string& ModelText() const = 0;
   virtual void SetModelText(std::string text) = 0;
+  void ApplyBounds() override;
   void OnContent(const Change& change) override;
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
 
