@@ -133,7 +133,7 @@ FmBkmAdd::EditCheck FmBkmAdd::IsCanEdit(const std::string& code, std::int32_t re
     const auto row =
         host::QueryRows(*session->pcSystem,
                         "Select bend,ccode from gl_code Where i_ID=" + std::to_string(record_id));
-    if (row->EndOfFile()) throw host::HostError("找不到该科目");
+    if (row->EndOfFile()) throw AccountMissing();
     EditCheck check{true, host::RequiredField(*row, "ccode").ToText()};
     if (*check.stored_code == code) return check;
     if (host::RequiredField(*row, "bend").ToNumber() == 0) {

@@ -7,13 +7,7 @@
 
 namespace tavrix::editing {
 
-namespace {
-
 using viewkit::UserPort;
-
-constexpr const char* kPromptTitle = "提示：";
-
-}  // namespace
 
 FmBkmAdd::FmBkmAdd(UserPort& user) : user_(user) {
   ConnectControls();
@@ -80,7 +74,7 @@ void FmBkmAdd::Cmd_Click(int Index) noexcept {
 bool FmBkmAdd::CloseForm() noexcept {
   return Trapped("CloseForm->", host::kCommandError, false, [this] {
     const auto agreed = [this](const char* question) {
-      return user_.Ask(question, kPromptTitle, UserPort::Icon::kInformation,
+      return user_.Ask(question, host::kPromptTitle, UserPort::Icon::kInformation,
                        UserPort::Buttons::kYesNo) == UserPort::Answer::kYes;
     };
     if (!session_ || !session_->changed) return true;

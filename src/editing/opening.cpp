@@ -126,7 +126,7 @@ bool FmBkmAdd::LoadData(std::int32_t plID) noexcept {
     const auto session = Current();
     const auto account = host::QueryRows(
         *session->pcSystem, "select * from gl_code where i_id=" + std::to_string(plID));
-    if (account->EndOfFile()) throw host::HostError("找不到该科目");
+    if (account->EndOfFile()) throw AccountMissing();
     FillControls(*account);
     ShowDependencies();
     return true;

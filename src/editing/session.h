@@ -4,6 +4,7 @@
 #include <string>
 
 #include "editing/fm_bkm_add.h"
+#include "host/error.h"
 #include "host/objects.h"
 #include "viewkit/ports.h"
 
@@ -23,6 +24,11 @@ struct FmBkmAdd::Session {
   bool changed = false;
   bool code_changed = false;
 };
+
+/// The record that the dialog works on is gone: someone else has deleted it.
+[[nodiscard]] inline host::HostError AccountMissing() {
+  return host::HostError("找不到该科目");
+}
 
 class FmBkmAdd::Busy {
  public:

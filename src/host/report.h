@@ -13,6 +13,9 @@ namespace tavrix::host {
 inline constexpr std::int32_t kLoadingError = 8;
 inline constexpr std::int32_t kCommandError = 2;
 
+/// Title of the boxes in which the views ask and warn.
+inline constexpr const char* kPromptTitle = "提示：";
+
 /// The text of an exception for a user.
 [[nodiscard]] std::string ErrorText(const std::exception& error);
 

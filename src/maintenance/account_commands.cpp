@@ -15,8 +15,6 @@ namespace {
 using viewkit::FlexGrid;
 using viewkit::UserPort;
 
-constexpr const char* kPromptTitle = "提示：";
-
 bool HasDataRows(const FlexGrid& grid) {
   return grid.Rows() > grid.FixedRows();
 }
@@ -170,7 +168,8 @@ bool Kjkm::FileDelete() {
         host::Required(session->code_rule, "CodeRule")->ParentCode(code, session->rule);
     const bool parent_becomes_leaf = !parent.empty() && CountBelow(*system, parent) <= 1;
     if (const char* refusal = UsageRefusal(*system, code)) {
-      (void)user_.Ask(refusal, kPromptTitle, UserPort::Icon::kWarning, UserPort::Buttons::kOk);
+      (void)user_.Ask(refusal, host::kPromptTitle, UserPort::Icon::kWarning,
+                      UserPort::Buttons::kOk);
       return false;
     }
     if (!ConfirmDelete(code, name)) return false;
@@ -187,7 +186,7 @@ bool Kjkm::ConfirmDelete(const std::string& code, const std::string& name) {
   const bool has_children =
       row >= CurrentGrid().FixedRows() && CurrentGrid().FirstChildRow(row) >= 0;
   const std::string question = has_children ? "是否删除当前及其下级科目：" : "是否删除当前科目：";
-  return user_.Ask(question + code + " " + name, kPromptTitle, UserPort::Icon::kInformation,
+  return user_.Ask(question + code + " " + name, host::kPromptTitle, UserPort::Icon::kInformation,
                    UserPort::Buttons::kYesNo) == UserPort::Answer::kYes;
 }
 

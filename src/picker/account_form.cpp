@@ -99,7 +99,8 @@ int selKjkm::RowOfEdited(const std::string& id) const {
 void selKjkm::mfrmKjkm_ErrMessage(const std::string& psMsg) noexcept {
   Trapped([&] {
     using viewkit::UserPort;
-    (void)user_.Ask(psMsg, "提示：", UserPort::Icon::kInformation, UserPort::Buttons::kOk);
+    (void)user_.Ask(psMsg, host::kPromptTitle, UserPort::Icon::kInformation,
+                    UserPort::Buttons::kOk);
     return true;
   });
 }
