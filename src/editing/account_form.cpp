@@ -48,7 +48,7 @@ struct Rows {
   }
   [[nodiscard]] Bounds Label(int row) const {
     // A label's text stands on the line of the text in the box beside it.
-    constexpr int kDrop = 45;
+    constexpr int kDrop = 30;
     Bounds bounds = At(row, 0, kLabelWidth);
     bounds.top += kDrop;
     bounds.height -= kDrop;

@@ -11,7 +11,6 @@ namespace tavrix::viewkit::win32 {
 namespace {
 
 constexpr int kItemsDropped = 12;
-constexpr int kEdges = 8;  // pixels above and below the text of an edit control, at every scale
 
 /// Keys that move in a text or change it, before a container makes commands of them.
 bool IsEditingKey(Key key, Modifiers modifiers) {
@@ -38,12 +37,9 @@ void EditPeer::Open() {
 }
 
 void EditPeer::ApplyBounds() {
-  // The control writes at its upper edge, however high it is.
-  const RECT place = PlaceOfModel();
-  const int room = static_cast<int>(place.bottom - place.top);
-  const int height = std::min(room, Context().fonts->LinePixels() + kEdges);
-  SetWindowPos(Hwnd(), nullptr, place.left, place.top + (room - height) / 2,
-               place.right - place.left, height, SWP_NOZORDER | SWP_NOACTIVATE);
+  const RECT place = PlaceOfLine();
+  SetWindowPos(Hwnd(), nullptr, place.left, place.top, place.right - place.left,
+               place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 bool EditPeer::WantsKey(Key key, Modifiers modifiers) const {
@@ -89,7 +85,7 @@ bool ComboBoxPeer::WantsKey(Key key, Modifiers modifiers) const {
 }
 
 void ComboBoxPeer::ApplyBounds() {
-  const RECT place = PlaceOfModel();
+  const RECT place = PlaceOfLine();
   const int height = static_cast<int>(place.bottom - place.top);
   const auto item = Tell(CB_GETITEMHEIGHT, 0);
   // To the system a combo box is as high as its dropped list.

@@ -19,6 +19,14 @@ void NativePeer::OnFontChanged() {
   ApplyBounds();
 }
 
+RECT NativePeer::PlaceOfLine() const {
+  constexpr int kEdges = 8;  // pixels above and below the text, at every scale
+  RECT place = PlaceOfModel();
+  const LONG spare = place.bottom - place.top - Context().fonts->LinePixels() - kEdges;
+  if (spare > 0) InflateRect(&place, 0, static_cast<int>(-spare / 2));
+  return place;
+}
+
 void NativePeer::OnGone() {
   tip_.reset();
   ControlPeer::OnGone();

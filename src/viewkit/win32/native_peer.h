@@ -27,6 +27,9 @@ class NativePeer : public ControlPeer {
   [[nodiscard]] std::string ShownText() const;
   /// Leaves a text alone that stands already, and with it the caret.
   void ShowText(const std::string& text);
+  /// The model's place, or its middle where it is higher than a line of text needs: the system's
+  /// boxes for one line write at their upper edge, however high they are.
+  [[nodiscard]] RECT PlaceOfLine() const;
   LRESULT Tell(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const;
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
   void OnGone() override;
