@@ -22,7 +22,8 @@ src/maintenance maintenance editing viewkit host
 src/picker picker editing viewkit host
 src/component component picker maintenance editing viewkit host
 desk/book book embedded host
-desk/app app component book viewkit host"
+desk/views views book embedded viewkit host
+desk/app app views component book viewkit host"
 
 # The rooms that may know Windows, and the suites of these rooms.
 readonly windows_rooms='^(src/viewkit/win32|src/component|desk/app|tests/component|tests/windows|bench/windows)/'

@@ -30,6 +30,9 @@ enum class Command : WORD {
   kFilter,
   kRefresh,
   kPosting,
+  kTrialBalance,
+  kColumns,
+  kPickerColumns,
   kReports,
   kAbout,
   kRecentFirst = 200,  ///< this and the next kRecentBooks - 1 numbers open a recent book

@@ -55,6 +55,8 @@ class AccountField {
   void Open(bool several);
   [[nodiscard]] bool IsOpen() const { return drop_down_ && drop_down_->Shown(); }
   void Focus();
+  /// The picker of the open book. Throws `host::HostError`, without a book too.
+  [[nodiscard]] AccountPicker& Picker() { return DropDown().Picker(); }
   /// For the message loop: the keys that open the picker, and all that the open picker gets.
   [[nodiscard]] bool Translate(MSG& message);
   /// The book closes: the picker goes, and the account with it.

@@ -8,6 +8,7 @@
 #include "app/program/controls.h"
 #include "component/base/failure.h"
 #include "host/error.h"
+#include "viewkit/win32/wide.h"
 
 namespace desk::app {
 namespace {
@@ -44,7 +45,9 @@ AccountPicker::AccountPicker(ContainerPlan plan, PickerEvents events)
     : control_(CreateControl(CLSID_selKjkm)) {
   picker_ = control_.As<IPickerUI>();
   if (!picker_) throw ComFailure(E_NOINTERFACE);
-  search_ = Part<ISearchControl>(ControlsOf(control_.Get()).Get(), "SearchBox1");
+  const auto controls = ControlsOf(control_.Get());
+  search_ = Part<ISearchControl>(controls.Get(), "SearchBox1");
+  grid_ = Part<IFlexGrid>(controls.Get(), "Vs");
   sink_.emplace(control_.Get(), __uuidof(__selKjkm),
                 [events = std::move(events)](DISPID event, const DISPPARAMS&) {
                   return Tell(events, event);
@@ -56,13 +59,25 @@ void AccountPicker::Start(IDispatch* system) {
   VARIANT_BOOL done = VARIANT_FALSE;
   CheckCall(picker_->Init(&system, kPostingProgram, nullptr, &done));
   if (done == VARIANT_FALSE) throw host::HostError("科目选择控件不能启动");
-  picker_->DoGetFormStatus();
+  RestoreLayout();
   started_ = true;
+}
+
+void AccountPicker::SaveLayout() {
+  picker_->DoSaveFormStatus();
+}
+
+void AccountPicker::RestoreLayout() {
+  picker_->DoGetFormStatus();
+}
+
+std::string AccountPicker::StatusName() {
+  return std::to_string(kPostingProgram) + tavrix::viewkit::win32::Narrow(kDisplayName);
 }
 
 AccountPicker::~AccountPicker() {
   sink_.reset();
-  if (started_) picker_->DoSaveFormStatus();
+  if (started_) SaveLayout();
   picker_->Clear();
 }
 

@@ -47,6 +47,16 @@ class AccountPicker {
   /// The codes that were picked, in the order of the list.
   [[nodiscard]] std::vector<std::wstring> Picked() const;
 
+  void SaveLayout();
+  /// Takes back what the layout file says.
+  void RestoreLayout();
+  /// The name of that file: the program's number and the container's display name.
+  [[nodiscard]] static std::string StatusName();
+  /// The name of the control in its container.
+  static constexpr wchar_t kDisplayName[] = L"selKjkm1";
+  /// The list of the accounts.
+  [[nodiscard]] IFlexGrid& Grid() const { return *grid_.Get(); }
+
   /// The search hides what does not match; else it goes to the first match.
   [[nodiscard]] bool Filters() const;
 
@@ -58,6 +68,7 @@ class AccountPicker {
   tavrix::component::ComPtr<IUnknown> control_;
   tavrix::component::ComPtr<IPickerUI> picker_;
   tavrix::component::ComPtr<ISearchControl> search_;
+  tavrix::component::ComPtr<IFlexGrid> grid_;
   std::optional<EventSink> sink_;
   std::unique_ptr<ControlContainer> container_;
   bool started_ = false;

@@ -63,7 +63,7 @@ std::shared_ptr<PickerDropDown> PickerDropDown::Make(HWND owner, SharedStyle sty
   self.picker_ = std::make_unique<AccountPicker>(
       ContainerPlan{.area = self.area_,
                     .frame = self.Hwnd(),
-                    .display_name = L"selKjkm1",
+                    .display_name = AccountPicker::kDisplayName,
                     .modeless = [&self](bool modeless) { self.SetModeless(modeless); },
                     .tab_out = [&self](bool) { self.picker_->FocusSearch(); }},
       PickerEvents{.selected = [&self] { self.Close(self.picker_->Picked()); },

@@ -45,6 +45,8 @@ class PostingPane : public tavrix::viewkit::win32::Window {
   void FocusFirst() { field_.Focus(); }
   /// For the message loop: true when the account picker has used the message up.
   [[nodiscard]] bool Translate(MSG& message) { return field_.Translate(message); }
+  /// The picker of the open book. Throws `host::HostError`, without a book too.
+  [[nodiscard]] AccountPicker& Picker() { return field_.Picker(); }
   /// The book closes: its lines and its picker go.
   void ForgetBook();
 

@@ -2,12 +2,14 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <string>
 
 #include "app/com/object.h"
 #include "app/com/values.h"
 #include "component/base/failure.h"
 #include "tavrix.h"
+#include "viewkit/flex_grid.h"
 
 /// Making the component's controls, and finding what is inside them.
 namespace desk::app {
@@ -27,5 +29,9 @@ template <class Interface>
   if (!part) throw tavrix::component::ComFailure(E_NOINTERFACE);
   return part;
 }
+
+/// A grid of the component's as a model of the desk's own: name, index, and what its columns are;
+/// it has a header and no data rows. Throws `component::ComFailure`.
+[[nodiscard]] std::unique_ptr<tavrix::viewkit::FlexGrid> CopyColumns(IFlexGrid& grid);
 
 }  // namespace desk::app

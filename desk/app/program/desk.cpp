@@ -7,6 +7,7 @@
 #include "app/faces/system_face.h"
 #include "app/faces/window_wheel.h"
 #include "app/frame/new_book_dialog.h"
+#include "app/program/view_layout.h"
 #include "book/posting.h"
 #include "book/sample.h"
 #include "host/report.h"
@@ -61,7 +62,8 @@ int Desk::Run() {
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
     KjkmView* view = View();
     const bool in_view = view != nullptr && view->Container().HasFocus();
-    const bool used = posting_->Translate(message) || frame_->Translate(message, in_view) ||
+    const bool used = (balance_ && balance_->Translate(message)) || posting_->Translate(message) ||
+                      frame_->Translate(message, in_view) ||
                       (in_view && View() == view && view->Container().Translate(message));
     if (!used) {
       TranslateMessage(&message);
@@ -143,7 +145,7 @@ void Desk::DoOnBook(Command command) {
       view.Call(&IFormUI::RecordBottom);
       return;
     case Command::kRefresh:
-      view.Call(&IFormUI::Refresh);
+      view.Reload();
       // Freshly read rows are all shown; the filter that the user sees in its bar holds on.
       if (frame_->FilterBar().Shown()) OnFilter(frame_->FilterBar().Text());
       return;
@@ -155,6 +157,12 @@ void Desk::DoOnBook(Command command) {
       return frame_->ShowBar(frame_->FilterBar(), true);
     case Command::kPosting:
       return ShowPosting(!posting_shown_);
+    case Command::kTrialBalance:
+      return ShowTrialBalance();
+    case Command::kColumns:
+      return AskViewLayout(view, *open_->book.System(), frame_->Hwnd());
+    case Command::kPickerColumns:
+      return AskPickerLayout(posting_->Picker(), *open_->book.System(), frame_->Hwnd());
     default:
       return;
   }
@@ -331,6 +339,7 @@ void Desk::StartView() {
 
 void Desk::CloseBook() {
   if (!open_) return;
+  CloseTrialBalance();
   posting_->ForgetBook();
   open_->view.reset();
   open_.reset();
@@ -374,7 +383,9 @@ PostingPlan Desk::MakePostingPlan() {
   };
   plan.post = [this](const book::Voucher& voucher) {
     if (!open_) throw host::HostError("没有打开的账簿");
-    return book::Post(open_->book.GetSession(), voucher);
+    const int number = book::Post(open_->book.GetSession(), voucher);
+    if (balance_) balance_->Reload();
+    return number;
   };
   plan.close = [this] { ShowPosting(false); };
   return plan;
@@ -386,6 +397,30 @@ void Desk::ShowPosting(bool shown) {
   frame_->Dock(shown ? posting_->Hwnd() : nullptr, PostingPane::kDesignHeight);
   if (shown) return posting_->FocusFirst();
   OnFocusView();
+}
+
+void Desk::ShowTrialBalance() {
+  if (!balance_) {
+    balance_ = TrialBalanceWindow::Make(frame_->Hwnd(), frame_->CurrentStyle(), open_->book,
+                                        {.modal = [this](bool modal) { SetBalanceModal(modal); },
+                                         .closed =
+                                             [this] {
+                                               balance_.reset();
+                                               SetActiveWindow(frame_->Hwnd());
+                                             }});
+  }
+  balance_->Open();
+}
+
+void Desk::CloseTrialBalance() {
+  if (const auto balance = balance_) balance->Destroy();
+}
+
+void Desk::SetBalanceModal(bool modal) {
+  balance_dialogs_ += modal ? 1 : -1;
+  if (modal && balance_dialogs_ == 1) frame_disabled_ = IsWindowEnabled(frame_->Hwnd());
+  if (!frame_disabled_) return;
+  if (balance_dialogs_ <= 1) EnableWindow(frame_->Hwnd(), balance_dialogs_ == 0);
 }
 
 void Desk::About() {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "app/balance/trial_balance_window.h"
 #include "app/frame/frame_window.h"
 #include "app/posting/posting_pane.h"
 #include "app/program/desk_settings.h"
@@ -61,6 +62,10 @@ class Desk : private FrameOwner {
   void TellBook();
   void ShowPosting(bool shown);
   [[nodiscard]] PostingPlan MakePostingPlan();
+  void ShowTrialBalance();
+  void CloseTrialBalance();
+  /// A dialog stands above the trial balance, or goes: the frame could close the book under it.
+  void SetBalanceModal(bool modal);
   void About();
   /// Runs `body`; what it throws becomes a report, and the empty view area says it too.
   template <class Body>
@@ -75,6 +80,9 @@ class Desk : private FrameOwner {
   std::shared_ptr<PostingPane> posting_;
   bool posting_shown_ = false;
   std::optional<OpenBook> open_;
+  std::shared_ptr<TrialBalanceWindow> balance_;  // null when it is closed; goes before the book
+  int balance_dialogs_ = 0;
+  bool frame_disabled_ = false;  // by these dialogs
 };
 
 }  // namespace desk::app

@@ -56,7 +56,7 @@ KjkmView::KjkmView(ContainerPlan plan, ViewEvents events) : control_(CreateContr
 }
 
 KjkmView::~KjkmView() {
-  if (started_) form_->DoSaveFormStatus();
+  if (started_) SaveLayout();
   VARIANT_BOOL meaningless = VARIANT_FALSE;
   form_->Clear(&meaningless);
 }
@@ -77,8 +77,24 @@ void KjkmView::Start(IDispatch* system) {
   if (done == VARIANT_FALSE) throw host::HostError("科目控件不能启动");
   ReadAttributes();
   Call(&IFormUI::Refresh);
-  form_->DoGetFormStatus();
+  RestoreLayout();
   started_ = true;
+}
+
+bool KjkmView::Reload() {
+  SaveLayout();
+  const bool done = Call(&IFormUI::Refresh);
+  RestoreLayout();
+  return done;
+}
+
+void KjkmView::SaveLayout() {
+  form_->DoSaveFormStatus();
+}
+
+// After each `Refresh`, which sizes the first column.
+void KjkmView::RestoreLayout() {
+  form_->DoGetFormStatus();
 }
 
 void KjkmView::ReadAttributes() {
@@ -106,10 +122,16 @@ bool KjkmView::Filter(const std::wstring& text) {
   return SUCCEEDED(form_->Filter(wanted.Get(), &done)) && done != VARIANT_FALSE;
 }
 
-IFlexGrid& KjkmView::CurrentGrid() const {
+int KjkmView::CurrentPage() const {
   long page = 0;
   Check(tabs_->get_CurrTab(&page));
-  return *grids_.at(static_cast<std::size_t>(page)).Get();
+  return static_cast<int>(page);
+}
+
+std::wstring KjkmView::PageCaption(int page) const {
+  Bstr caption;
+  Check(tabs_->get_TabCaption(page, caption.Put()));
+  return std::wstring(ViewOf(caption.Get()));
 }
 
 ViewState KjkmView::State() const {

@@ -47,6 +47,12 @@ class KjkmView {
   /// Hands the view its host, loads it and restores its layout. Throws what `Init` raises.
   void Start(IDispatch* system);
 
+  /// Reads everything again; columns stay as the user has them.
+  bool Reload();
+  void SaveLayout();
+  /// Takes back what the layout file says of the columns.
+  void RestoreLayout();
+
   /// The host's commands; failures have been reported through the events.
   bool Call(HRESULT (STDMETHODCALLTYPE IFormUI::*command)(VARIANT_BOOL*));
   bool Find(const std::wstring& text);
@@ -58,14 +64,18 @@ class KjkmView {
   [[nodiscard]] ViewState State() const;
   [[nodiscard]] std::optional<RowAccount> SelectedAccount() const;
   [[nodiscard]] ControlContainer& Container() { return *container_; }
-  /// The grid of the page that is shown.
-  [[nodiscard]] IFlexGrid& CurrentGrid() const;
+  static constexpr int kPages = 7;
+  /// The page that is shown.
+  [[nodiscard]] int CurrentPage() const;
+  [[nodiscard]] std::wstring PageCaption(int page) const;
+  [[nodiscard]] IFlexGrid& Grid(int page) const {
+    return *grids_.at(static_cast<std::size_t>(page)).Get();
+  }
+  [[nodiscard]] IFlexGrid& CurrentGrid() const { return Grid(CurrentPage()); }
 
  private:
   void FindControls();
   void ReadAttributes();
-
-  static constexpr int kPages = 7;
 
   tavrix::component::ComPtr<IUnknown> control_;
   tavrix::component::ComPtr<IFormUI> form_;

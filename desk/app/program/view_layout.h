@@ -1,0 +1,18 @@
+#pragma once
+
+#include <windows.h>
+
+#include "app/posting/account_picker.h"
+#include "app/program/kjkm_view.h"
+#include "host/objects.h"
+
+namespace desk::app {
+
+/// Asks, above `frame`, for the columns of the page that the view shows, and gives them to it.
+/// Throws what the view and the host raise.
+void AskViewLayout(KjkmView& view, tavrix::host::SystemObject& system, HWND frame);
+
+/// The same for the list of the account picker, which takes back all of its layout.
+void AskPickerLayout(AccountPicker& picker, tavrix::host::SystemObject& system, HWND frame);
+
+}  // namespace desk::app

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "viewkit/check_box.h"
+#include "viewkit/combo_box.h"
+#include "viewkit/dialog_model.h"
+#include "viewkit/flex_grid.h"
+#include "viewkit/frame_box.h"
+#include "viewkit/label.h"
+#include "viewkit/text_box.h"
+#include "views/column_layout.h"
+
+namespace desk::views {
+
+/// The dialog in which a user sets the columns of a grid: a list of them, and boxes for the chosen
+/// one. Space or a double click in the list shows and hides a column.
+class LayoutDialog : public viewkit::DialogModel {
+ public:
+  enum class Outcome { kCancelled, kAccepted, kDefaults };
+  struct Plan {
+    std::string subject = {};  ///< whose columns, for the caption
+    LayoutScope scope = LayoutScope::kEverything;
+    bool has_defaults = false;    ///< there is a layout to go back to
+    std::string for_others = {};  ///< caption of the box to set other grids alike; empty for none
+  };
+  LayoutDialog(Plan plan, LayoutChoice choice, viewkit::UserPort& user);
+
+  [[nodiscard]] Outcome Result() const { return outcome_; }
+  [[nodiscard]] const LayoutChoice& Choice() const { return choice_; }
+  [[nodiscard]] bool ForOthers() const { return others_.Value() == viewkit::CheckBox::kChecked; }
+
+ private:
+  void PlaceEverything();
+  void PlaceWidths();
+  int PlaceList(int width, int height);
+  void PlaceButtons(int width, int top);
+  void PutLabel(viewkit::Label& label, const char* caption, const host::Bounds& bounds);
+  void Put(viewkit::Control& control, const host::Bounds& bounds);
+  void FillLists();
+  void Listen();
+  void ShowRows();
+  void ShowRow(std::size_t position);
+  /// Fills the boxes from the chosen column.
+  void ShowColumn();
+  /// Takes the boxes' contents over into the chosen column.
+  void TakeColumn();
+  void Toggle();
+  void Accept();
+  [[nodiscard]] ColumnChoice* Chosen();
+  [[nodiscard]] bool WidthIsGood() const;
+
+  Plan plan_;
+  LayoutChoice choice_;
+  viewkit::UserPort& user_;
+  Outcome outcome_ = Outcome::kCancelled;
+  bool showing_ = false;  // the boxes are being filled: no edit of the user
+
+  viewkit::FlexGrid list_{"Vs"};
+  viewkit::FrameBox frame_{"Frame1"};
+  viewkit::CheckBox shown_{"Chk", 0};
+  viewkit::Label width_label_{"Lbl", 0};
+  viewkit::TextBox width_{"Txt", 0};
+  viewkit::Label alignment_label_{"Lbl", 1};
+  viewkit::ComboBox alignment_{viewkit::ComboBox::Style::kList, "Combo", 0};
+  viewkit::Label format_label_{"Lbl", 2};
+  viewkit::ComboBox format_{viewkit::ComboBox::Style::kEditable, "Combo", 1};
+  viewkit::Label decimals_label_{"Lbl", 3};
+  viewkit::ComboBox decimals_{viewkit::ComboBox::Style::kEditable, "Combo", 2};
+  viewkit::Label kind_label_{"Lbl", 4};
+  viewkit::ComboBox kind_{viewkit::ComboBox::Style::kList, "Combo", 3};
+  viewkit::Label sort_label_{"Lbl", 5};
+  viewkit::ComboBox sort_{viewkit::ComboBox::Style::kList, "Combo", 4};
+  viewkit::CheckBox group_{"Chk", 1};
+  viewkit::CheckBox total_{"Chk", 2};
+  viewkit::CheckBox merge_{"Chk", 3};
+  viewkit::Label frozen_label_{"Lbl", 6};
+  viewkit::ComboBox frozen_{viewkit::ComboBox::Style::kList, "Combo", 5};
+  viewkit::CheckBox others_{"Chk", 4};
+  viewkit::CommandButton defaults_{"Cmd", 2};
+  viewkit::CommandButton ok_{"Cmd", 0};
+  viewkit::CommandButton cancel_{"Cmd", 1};
+};
+
+}  // namespace desk::views

@@ -1,0 +1,284 @@
+#include "views/trial_balance_view.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "book/files.h"
+#include "book/money_text.h"
+#include "book/paths.h"
+#include "embedded/kTrialBalanceLayout.h"
+#include "host/report.h"
+#include "host/row_set.h"
+#include "viewkit/grid_update.h"
+#include "viewkit/m_mode.h"
+#include "views/layout_dialog.h"
+
+namespace desk::views {
+
+namespace fs = std::filesystem;
+using viewkit::Alignment;
+using viewkit::CheckBox;
+
+namespace {
+
+constexpr char kTitle[] = "试算平衡";
+constexpr char kLayoutName[] = "TrialBalance";
+constexpr char kAllMonths[] = "全部期间";
+constexpr char kMoneyFormat[] = "#,##0.00";
+
+struct ColumnPlan {
+  const char* heading;
+  int width;
+};
+constexpr int kAmountWidth = 1590;
+constexpr std::array<ColumnPlan, TrialBalanceView::kColumns> kPlans = {
+    {{"期间", 1200},
+     {"类别", 840},
+     {"一级科目", 2100},
+     {"科目编码", 1200},
+     {"科目名称", 2250},
+     {"期初借方", kAmountWidth},
+     {"期初贷方", kAmountWidth},
+     {"本期借方", kAmountWidth},
+     {"本期贷方", kAmountWidth},
+     {"期末借方", kAmountWidth},
+     {"期末贷方", kAmountWidth}}};
+
+constexpr int kFirstAmount = TrialBalanceView::kOpeningDebit;
+
+/// What a balance adds to a side: zero where it stands on the other one.
+std::int64_t OnDebit(std::int64_t balance) {
+  return std::max<std::int64_t>(balance, 0);
+}
+std::int64_t OnCredit(std::int64_t balance) {
+  return std::max<std::int64_t>(-balance, 0);
+}
+
+void AppendAmount(host::RowSet& rows, std::int64_t amount) {
+  rows.AppendText(amount == 0 ? std::string() : book::MoneyText(amount));
+}
+
+void AppendRow(host::RowSet& rows, const std::string& month, const book::TrialBalanceRow& row) {
+  rows.AppendText(month);
+  rows.AppendText(row.category);
+  rows.AppendText(row.first_level);
+  rows.AppendText(row.code);
+  rows.AppendText(row.name);
+  AppendAmount(rows, OnDebit(row.opening));
+  AppendAmount(rows, OnCredit(row.opening));
+  AppendAmount(rows, row.debit);
+  AppendAmount(rows, row.credit);
+  AppendAmount(rows, OnDebit(row.Closing()));
+  AppendAmount(rows, OnCredit(row.Closing()));
+}
+
+/// A user without a writable folder has no layout, and a table without totals.
+void WriteDefaultLayout(const std::string& path) {
+  std::string text;
+  for (const std::string_view line : embedded::kTrialBalanceLayout) {
+    text.append(line).append("\r\n");
+  }
+  host::Quietly([&] { book::ReplaceFile(book::PathOf(path), text); });
+}
+
+}  // namespace
+
+TrialBalanceView::TrialBalanceView(book::Session& session,
+                                   std::shared_ptr<host::SystemObject> system,
+                                   viewkit::UserPort& user)
+    : session_(session),
+      system_(std::move(system)),
+      user_(user),
+      layout_path_(viewkit::GetSelfFilePath(kLayoutName, *system_)) {
+  MakeStrip();
+  MakeGrid();
+  controls_.Add(summary_);
+  std::error_code error;
+  if (!fs::exists(book::PathOf(layout_path_), error)) WriteDefaultLayout(layout_path_);
+  ReadMonths();
+  Load();
+  ApplyLayout();
+}
+
+TrialBalanceView::~TrialBalanceView() {
+  viewkit::SaveVsLayout(layout_path_, grid_, false, *system_);
+}
+
+template <class Body>
+void TrialBalanceView::Trapped(Body&& body) {
+  try {
+    body();
+  } catch (const std::exception& error) {
+    static_cast<void>(user_.Ask(host::ErrorText(error), kTitle, viewkit::UserPort::Icon::kWarning,
+                                viewkit::UserPort::Buttons::kOk));
+  }
+}
+
+void TrialBalanceView::MakeStrip() {
+  month_label_.SetCaption("期间(&Q)");
+  by_first_level_.SetCaption("一级科目小计(&F)");
+  layout_.SetCaption("列布局(&L)...");
+  reload_.SetCaption("刷新(&R)");
+  for (viewkit::Control* control : std::initializer_list<viewkit::Control*>{
+           &month_label_, &month_, &by_first_level_, &layout_, &reload_}) {
+    controls_.Add(*control);
+  }
+  month_.Changed.Add([this] {
+    if (!filling_) Trapped([this] { Load(); });
+  });
+  by_first_level_.Clicked.Add([this] {
+    if (filling_) return;
+    Trapped([this] { SetByFirstLevel(by_first_level_.Value() == CheckBox::kChecked); });
+  });
+  layout_.Clicked.Add([this] { Trapped([this] { AskLayout(); }); });
+  reload_.Clicked.Add([this] { Reload(); });
+}
+
+void TrialBalanceView::MakeGrid() {
+  grid_.SetFixedRows(1);
+  grid_.SetFixedCols(0);
+  grid_.SetCols(kColumns);
+  for (int col = 0; col < kColumns; ++col) {
+    grid_.SetTextMatrix(0, col, kPlans.at(static_cast<std::size_t>(col)).heading);
+    grid_.SetFixedAlignment(col, Alignment::kCenterCenter);
+  }
+  ResetColumns();
+  grid_.SetSelectionMode(viewkit::SelectionMode::kByRow);
+  controls_.Add(grid_);
+}
+
+/// As they are without a layout.
+void TrialBalanceView::ResetColumns() {
+  for (int col = 0; col < kColumns; ++col) {
+    const bool amount = col >= kFirstAmount;
+    grid_.SetColWidth(col, kPlans.at(static_cast<std::size_t>(col)).width);
+    grid_.SetColDataType(col, amount ? viewkit::ColumnType::kDouble : viewkit::ColumnType::kString);
+    grid_.SetColAlignment(col, amount ? Alignment::kRightCenter : Alignment::kLeftCenter);
+    grid_.SetColFormat(col, amount ? kMoneyFormat : "");
+    grid_.SetMergeCol(col, false);
+  }
+  grid_.SetFrozenCols(0);
+}
+
+void TrialBalanceView::Resize(int width, int height) {
+  constexpr int kEdge = 120;
+  constexpr int kLine = 345;
+  constexpr int kLabelDrop = 60;
+  int left = kEdge;
+  const auto put = [&](viewkit::Control& control, int room, int gap, int drop = 0) {
+    control.SetBounds({left, kEdge + drop, room, kLine - drop});
+    left += room + gap;
+  };
+  put(month_label_, 780, 60, kLabelDrop);
+  put(month_, 1650, 240);
+  put(by_first_level_, 1950, 240);
+  put(layout_, 1350, 90);
+  put(reload_, 1050, 0);
+  const int top = 2 * kEdge + kLine;
+  const int bottom = std::max(top, height - kLine);
+  grid_.SetBounds({0, top, width, bottom - top});
+  summary_.SetBounds(
+      {kEdge, bottom + kLabelDrop, std::max(0, width - 2 * kEdge), kLine - kLabelDrop});
+}
+
+void TrialBalanceView::ReadMonths() {
+  const std::optional<book::Month> chosen = ChosenMonth();
+  months_ = book::PostedMonths(session_);
+  filling_ = true;
+  month_.Clear();
+  month_.AddItem(kAllMonths);
+  for (const book::Month& month : months_) month_.AddItem(book::MonthText(month));
+  month_.SetListIndex(0);
+  if (chosen) month_.SetText(book::MonthText(*chosen));
+  filling_ = false;
+}
+
+std::optional<book::Month> TrialBalanceView::ChosenMonth() const {
+  const int position = month_.ListIndex() - 1;
+  if (position < 0 || position >= static_cast<int>(months_.size())) return std::nullopt;
+  return months_[static_cast<std::size_t>(position)];
+}
+
+void TrialBalanceView::Load() {
+  const std::vector<book::TrialBalanceRow> balance =
+      book::ReadTrialBalance(session_, ChosenMonth());
+  host::RowSet rows(kColumns);
+  for (const book::TrialBalanceRow& row : balance) AppendRow(rows, month_.Text(), row);
+  const viewkit::GridUpdate update(grid_);
+  grid_.LoadRows(std::move(rows));
+  viewkit::ApplyVsRows(layout_path_, grid_, *system_);
+  Summarise(balance);
+}
+
+void TrialBalanceView::Reload() {
+  Trapped([this] {
+    ReadMonths();
+    Load();
+  });
+}
+
+void TrialBalanceView::Summarise(const std::vector<book::TrialBalanceRow>& rows) {
+  std::int64_t debit = 0;
+  std::int64_t credit = 0;
+  for (const book::TrialBalanceRow& row : rows) {
+    debit += OnDebit(row.Closing());
+    credit += OnCredit(row.Closing());
+  }
+  const std::string verdict =
+      debit == credit ? "借贷平衡" : "借贷不平，差额 " + book::MoneyText(debit - credit);
+  summary_.SetCaption(std::to_string(rows.size()) + " 个科目    期末借方余额 " +
+                      book::MoneyText(debit) + "    期末贷方余额 " + book::MoneyText(credit) +
+                      "    " + verdict);
+}
+
+void TrialBalanceView::ApplyLayout() {
+  viewkit::ApplyVsLayout(layout_path_, grid_, false, *system_);
+  ShowByFirstLevel();
+}
+
+/// The box says what the layout does, whoever has written it.
+void TrialBalanceView::ShowByFirstLevel() {
+  const LayoutChoice choice = ReadLayout(layout_path_, grid_, *system_);
+  filling_ = true;
+  const bool grouped = choice.columns.at(kFirstLevel).group;
+  by_first_level_.SetValue(grouped ? CheckBox::kChecked : CheckBox::kUnchecked);
+  filling_ = false;
+}
+
+void TrialBalanceView::SetByFirstLevel(bool wanted) {
+  viewkit::SaveVsLayout(layout_path_, grid_, false, *system_);
+  const LayoutChoice before = ReadLayout(layout_path_, grid_, *system_);
+  LayoutChoice after = before;
+  ColumnChoice& column = after.columns.at(kFirstLevel);
+  column.group = wanted;
+  column.shown = wanted;
+  WriteLayout(layout_path_, grid_, before, after, *system_);
+  ApplyLayout();
+}
+
+void TrialBalanceView::AskLayout() {
+  // The file holds what the mouse has changed before the dialog adds to it.
+  viewkit::SaveVsLayout(layout_path_, grid_, false, *system_);
+  const LayoutChoice before = ReadLayout(layout_path_, grid_, *system_);
+  LayoutDialog dialog({.subject = kTitle, .has_defaults = true}, before, user_);
+  user_.ShowModal(dialog);
+  if (dialog.Result() == LayoutDialog::Outcome::kDefaults) return RestoreDefaults();
+  if (dialog.Result() != LayoutDialog::Outcome::kAccepted) return;
+  WriteLayout(layout_path_, grid_, before, dialog.Choice(), *system_);
+  // An order of the rows that is wanted no longer goes with the rows alone.
+  Load();
+  ApplyLayout();
+}
+
+void TrialBalanceView::RestoreDefaults() {
+  WriteDefaultLayout(layout_path_);
+  ResetColumns();
+  Load();
+  ApplyLayout();
+}
+
+}  // namespace desk::views

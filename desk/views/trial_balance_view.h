@@ -1,0 +1,91 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "book/session.h"
+#include "book/trial_balance.h"
+#include "host/objects.h"
+#include "viewkit/check_box.h"
+#include "viewkit/combo_box.h"
+#include "viewkit/command_button.h"
+#include "viewkit/flex_grid.h"
+#include "viewkit/label.h"
+#include "views/column_layout.h"
+
+namespace desk::views {
+
+/// The trial balance of a book: one row for each account, subtotals by category and, if wanted, by
+/// first-level account. What is grouped and summed is the layout's to say; a user who has none gets
+/// the one that comes with the program.
+class TrialBalanceView {
+ public:
+  /// Columns of the grid. The months are hidden at first: they are for copying rows elsewhere.
+  enum Column {
+    kMonth,
+    kCategory,
+    kFirstLevel,
+    kCode,
+    kName,
+    kOpeningDebit,
+    kOpeningCredit,
+    kDebit,
+    kCredit,
+    kClosingDebit,
+    kClosingCredit,
+    kColumns
+  };
+
+  /// Book, host and user must outlive the view. Throws what the book and the host raise.
+  TrialBalanceView(book::Session& session, std::shared_ptr<host::SystemObject> system,
+                   viewkit::UserPort& user);
+  TrialBalanceView(const TrialBalanceView&) = delete;
+  TrialBalanceView& operator=(const TrialBalanceView&) = delete;
+  /// Saves the layout.
+  ~TrialBalanceView();
+
+  [[nodiscard]] const viewkit::ControlList& Controls() const { return controls_; }
+  /// Puts the controls where they belong in a window of this size (twips).
+  void Resize(int width, int height);
+  /// Reads the book again; what the user has chosen stays.
+  void Reload();
+  /// Asks for another layout.
+  void AskLayout();
+  [[nodiscard]] viewkit::FlexGrid& Grid() { return grid_; }
+
+ private:
+  void MakeGrid();
+  void ResetColumns();
+  void MakeStrip();
+  void ReadMonths();
+  void Load();
+  void Summarise(const std::vector<book::TrialBalanceRow>& rows);
+  void ApplyLayout();
+  void SetByFirstLevel(bool wanted);
+  void ShowByFirstLevel();
+  void RestoreDefaults();
+  [[nodiscard]] std::optional<book::Month> ChosenMonth() const;
+  /// Runs what the user has asked for; a failure is told to the user.
+  template <class Body>
+  void Trapped(Body&& body);
+
+  book::Session& session_;
+  std::shared_ptr<host::SystemObject> system_;
+  viewkit::UserPort& user_;
+  std::string layout_path_;
+  std::vector<book::Month> months_;
+  bool filling_ = false;  // the boxes are being set: no choice of the user
+
+  viewkit::Label month_label_{"Lbl", 0};
+  viewkit::ComboBox month_{viewkit::ComboBox::Style::kList, "Combo"};
+  viewkit::CheckBox by_first_level_{"Chk"};
+  viewkit::CommandButton layout_{"Cmd", 0};
+  viewkit::CommandButton reload_{"Cmd", 1};
+  viewkit::FlexGrid grid_{"Vs"};
+  viewkit::Label summary_{"Lbl", 1};
+  viewkit::ControlList controls_;
+};
+
+}  // namespace desk::views

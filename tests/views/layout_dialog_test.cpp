@@ -1,0 +1,133 @@
+#include "views/layout_dialog.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "book/files.h"
+#include "book/paths.h"
+#include "support/scripted_user.h"
+#include "support/test_book.h"
+#include "views/column_layout.h"
+
+namespace desk::views {
+namespace {
+
+using tavrix::viewkit::Alignment;
+using tavrix::viewkit::ColumnType;
+using tavrix::viewkit::SortOrder;
+using testing::HasSubstr;
+
+/// The dialog's controls as a user finds them: by name and index.
+template <class Kind>
+Kind& Find(LayoutDialog& dialog, const std::string& name, int index = 0) {
+  for (std::size_t i = 0; i < dialog.Controls().Count(); ++i) {
+    auto& control = dialog.Controls().At(i);
+    if (control.Name() != name || control.Index().value_or(0) != index) continue;
+    return dynamic_cast<Kind&>(control);
+  }
+  throw std::out_of_range(name);
+}
+
+class LayoutDialogTest : public testing::Test {
+ protected:
+  LayoutDialogTest() {
+    grid_.SetFixedRows(1);
+    grid_.SetCols(4);
+    const char* titles[] = {"编码", "名称", "标识", "余额"};
+    for (int col = 0; col < 4; ++col) {
+      grid_.SetTextMatrix(0, col, titles[col]);
+      grid_.SetColWidth(col, 1507);
+    }
+    grid_.SetColHidden(2, true);
+    grid_.SetColDataType(1, ColumnType::kString);
+    grid_.SetColFormat(3, "#,##0.00");
+  }
+  [[nodiscard]] LayoutChoice Read() const { return ReadLayout(path_, grid_, *book_.System()); }
+  void Write(const LayoutChoice& before, const LayoutChoice& after) const {
+    WriteLayout(path_, grid_, before, after, *book_.System());
+  }
+  [[nodiscard]] std::string OnDisk() const { return book::ReadFile(book::PathOf(path_)); }
+
+  tavrix::test::TempFolder folder_;
+  std::string path_ = folder_.File("布局.txt");
+  book::Book book_ = tavrix::test::MakeBook();
+  viewkit::FlexGrid grid_{"Vs", 3};
+  tavrix::test::ScriptedUser user_;
+};
+
+TEST_F(LayoutDialogTest, WritesWhatHasChangedAndNothingElse) {
+  std::ofstream(book::PathOf(path_), std::ios::binary)
+      << "; mine\n[VsColFormat_Xs_3]\nVsCol3= 3 \n[Other]\nx=1\n";
+  const LayoutChoice before = Read();
+  ASSERT_EQ(before.columns.size(), 3u);  // the view itself hides one
+  EXPECT_EQ(before.columns[2].decimals, "3");
+
+  LayoutDialog dialog({.subject = "测试"}, before, user_);
+  auto& list = Find<viewkit::FlexGrid>(dialog, "Vs");
+  list.HandleDoubleClick(1);
+  list.SetRow(3);
+  Find<viewkit::TextBox>(dialog, "Txt").SetText("120");
+  Find<viewkit::ComboBox>(dialog, "Combo", 3).SetListIndex(4);
+  Find<viewkit::ComboBox>(dialog, "Combo", 4).SetListIndex(2);
+  Find<viewkit::CheckBox>(dialog, "Chk", 2).Click();
+  list.SetRow(2);
+  EXPECT_FALSE(Find<viewkit::ComboBox>(dialog, "Combo", 3).Enabled());  // a column of texts
+  Find<viewkit::CheckBox>(dialog, "Chk", 1).Click();
+  Find<viewkit::ComboBox>(dialog, "Combo", 0).SetListIndex(2);
+  Find<viewkit::ComboBox>(dialog, "Combo", 5).SetListIndex(1);
+  Find<viewkit::CommandButton>(dialog, "Cmd", 0).Click();
+  ASSERT_EQ(dialog.Result(), LayoutDialog::Outcome::kAccepted);
+
+  Write(before, dialog.Choice());
+  EXPECT_EQ(
+      OnDisk(),
+      "; mine\n[VsColFormat_Xs_3]\nVsCol3= 3 \n[Other]\nx=1\n"
+      "\n[VsIsHidden_3]\nVsCol0=1\n\n[VsColAlignment_3]\nVsCol1=4\n\n[VsIsGroupOn_3]\nVsCol1=1\n\n"
+      "[VsColWidth_3]\nVsCol3=1800\n\n[VsColValDataType_3]\nVsCol3=4\n\n[VsIsSort_3]\nVsCol3=2\n\n"
+      "[VsIsTotalOn_3]\nVsCol3=1\n\n[Vs_3]\nVsFixedCols=1\n");
+}
+
+// A width is not rounded by being looked at, and a column that comes back gets one.
+TEST_F(LayoutDialogTest, WidthsOfColumnsThatComeAndGo) {
+  grid_.SetColWidth(0, 0);
+  const LayoutChoice before = Read();
+  LayoutDialog dialog({.scope = LayoutScope::kWidths, .for_others = "同样"}, before, user_);
+  auto& list = Find<viewkit::FlexGrid>(dialog, "Vs");
+  for (int row = 1; row <= 3; ++row) list.SetRow(row);
+  EXPECT_EQ(dialog.Choice(), before);
+  list.SetRow(1);
+  list.KeyDown.Raise(viewkit::Key::kSpace, {});
+  Write(before, dialog.Choice());
+  EXPECT_EQ(OnDisk(), "[VsIsHidden_3]\r\nVsCol0=0\r\n\r\n[VsColWidth_3]\r\nVsCol0=1440\r\n");
+}
+
+TEST_F(LayoutDialogTest, RefusesWhatNoGridCanShow) {
+  LayoutDialog dialog({.subject = "测试"}, Read(), user_);
+  auto& ok = Find<viewkit::CommandButton>(dialog, "Cmd", 0);
+  auto& width = Find<viewkit::TextBox>(dialog, "Txt");
+  for (const char* typed : {"", "0", "2001", "-5", "1.5", "宽", "99999999999"}) {
+    width.SetText(typed);
+    ok.Click();
+    EXPECT_EQ(dialog.Result(), LayoutDialog::Outcome::kCancelled) << typed;
+  }
+  width.SetText(" 80 ");
+  for (int row = 1; row <= 3; ++row) Find<viewkit::FlexGrid>(dialog, "Vs").HandleDoubleClick(row);
+  auto& list = Find<viewkit::FlexGrid>(dialog, "Vs");
+  for (int row = 1; row <= 3; ++row) {
+    list.SetRow(row);
+    auto& shown = Find<viewkit::CheckBox>(dialog, "Chk", 0);
+    if (shown.Value() == viewkit::CheckBox::kChecked) shown.Click();
+  }
+  ok.Click();
+  EXPECT_EQ(dialog.Result(), LayoutDialog::Outcome::kCancelled);
+  EXPECT_EQ(user_.questions.size(), 8u);
+  Find<viewkit::CheckBox>(dialog, "Chk", 0).Click();
+  ok.Click();
+  EXPECT_EQ(dialog.Result(), LayoutDialog::Outcome::kAccepted);
+}
+
+}  // namespace
+}  // namespace desk::views

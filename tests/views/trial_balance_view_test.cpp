@@ -1,0 +1,149 @@
+#include "views/trial_balance_view.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "book/files.h"
+#include "book/paths.h"
+#include "book/posting.h"
+#include "book/sample.h"
+#include "support/scripted_user.h"
+#include "support/temp_folder.h"
+#include "support/test_book.h"
+#include "views/layout_dialog.h"
+
+namespace desk::views {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using View = TrialBalanceView;
+
+class TrialBalanceViewTest : public testing::Test {
+ protected:
+  TrialBalanceViewTest() {
+    book_.Around().user_folder = folder_.File("");
+    book_.Around().user_folder.pop_back();
+    Post(1, "100201", "2202", 10'000);
+    Post(2, "1001", "100201", 2'550);
+  }
+  void Post(int month, const char* debit, const char* credit, std::int64_t amount) const {
+    const std::vector<book::Entry> entries = {{.code = debit, .debit = amount},
+                                              {.code = credit, .credit = amount}};
+    book::Post(book_.GetSession(), {.year = 2024, .month = month, .day = 1, .entries = entries});
+  }
+  [[nodiscard]] std::string Path() const { return folder_.File("selfbb/TrialBalance.txt"); }
+  [[nodiscard]] std::unique_ptr<View> Open() {
+    return std::make_unique<View>(book_.GetSession(), book_.System(), user_);
+  }
+  /// The shown columns of each row, as displayed.
+  [[nodiscard]] static std::vector<std::string> Lines(View& view) {
+    std::vector<std::string> lines;
+    const viewkit::FlexGrid& grid = view.Grid();
+    for (int row = 1; row < grid.Rows(); ++row) {
+      std::string line;
+      for (int col = 0; col < grid.Cols(); ++col) {
+        if (grid.ColWidth(col) > 0) line += grid.DisplayText(row, col) + "|";
+      }
+      lines.push_back(std::move(line));
+    }
+    return lines;
+  }
+  template <class Kind>
+  static Kind& Find(const View& view, const std::string& name, int index = 0) {
+    for (std::size_t i = 0; i < view.Controls().Count(); ++i) {
+      auto& control = view.Controls().At(i);
+      if (control.Name() != name || control.Index().value_or(0) != index) continue;
+      return dynamic_cast<Kind&>(control);
+    }
+    throw std::out_of_range(name);
+  }
+
+  tavrix::test::TempFolder folder_;
+  book::Book book_ = tavrix::test::MakeBook({{.code = "1001", .name = "现金", .category = "资产"},
+                                             {.code = "1002", .name = "银行", .category = "资产"},
+                                             {.code = "100201", .name = "工行", .category = "资产"},
+                                             {.code = "2202", .name = "应付", .category = "负债"}});
+  tavrix::test::ScriptedUser user_;
+};
+
+TEST_F(TrialBalanceViewTest, SubtotalsOfEachCategoryAtFirst) {
+  const auto view = Open();
+  EXPECT_THAT(Lines(*view), ElementsAre("资产|1001|现金|||25.50||25.50||",
+                                        "资产|100201|工行|||100.00|25.50|74.50||",
+                                        "资产小计|||0.00|0.00|125.50|25.50|100.00|0.00|",
+                                        "负债|2202|应付||||100.00||100.00|",
+                                        "负债小计|||0.00|0.00|0.00|100.00|0.00|100.00|",
+                                        "合计|||0.00|0.00|125.50|125.50|100.00|100.00|"));
+  EXPECT_THAT(Find<viewkit::Label>(*view, "Lbl", 1).Caption(), HasSubstr("借贷平衡"));
+  Find<viewkit::ComboBox>(*view, "Combo").SetText("2024-02");
+  EXPECT_EQ(Lines(*view).back(), "合计|||100.00|100.00|25.50|25.50|100.00|100.00|");
+  Post(3, "1001", "2202", 100);
+  view->Reload();
+  EXPECT_EQ(Find<viewkit::ComboBox>(*view, "Combo").Text(), "2024-02");
+  EXPECT_EQ(Find<viewkit::ComboBox>(*view, "Combo").ListCount(), 4);
+}
+
+TEST_F(TrialBalanceViewTest, SubtotalsOfFirstLevelAccountsComeBack) {
+  {
+    const auto view = Open();
+    Find<viewkit::CheckBox>(*view, "Chk").Click();
+    view->Grid().SetColWidth(View::kName, 3333);
+  }
+  const auto view = Open();
+  EXPECT_EQ(Find<viewkit::CheckBox>(*view, "Chk").Value(), viewkit::CheckBox::kChecked);
+  EXPECT_EQ(view->Grid().ColWidth(View::kName), 3333);
+  EXPECT_EQ(view->Grid().FrozenCols(), 4);
+  const auto lines = Lines(*view);
+  ASSERT_EQ(lines.size(), 9u);
+  EXPECT_THAT(lines[1], HasSubstr("1001 现金小计"));
+  EXPECT_THAT(lines[4], HasSubstr("资产小计"));
+  Find<viewkit::CheckBox>(*view, "Chk").Click();
+  EXPECT_EQ(Lines(*view).size(), 6u);
+  EXPECT_EQ(view->Grid().ColWidth(View::kFirstLevel), 0);
+}
+
+TEST_F(TrialBalanceViewTest, TheDialogSetsAnyLayoutAndTakesItBack) {
+  const auto view = Open();
+  const auto before = Lines(*view);
+  user_.in_dialog = [&](viewkit::DialogModel& dialog) {
+    auto& layout = dynamic_cast<LayoutDialog&>(dialog);
+    for (std::size_t i = 0; i < layout.Controls().Count(); ++i) {
+      auto* list = dynamic_cast<viewkit::FlexGrid*>(&layout.Controls().At(i));
+      if (list == nullptr) continue;
+      list->SetRow(1 + View::kCategory);
+      list->HandleDoubleClick(list->Row());
+    }
+    layout.DefaultButton()->Click();
+  };
+  view->AskLayout();
+  EXPECT_EQ(view->Grid().ColWidth(View::kCategory), 0);
+  EXPECT_THAT(Lines(*view).back(), HasSubstr("合计"));  // in the first column that is seen
+  user_.in_dialog = [&](viewkit::DialogModel& dialog) {
+    for (std::size_t i = 0; i < dialog.Controls().Count(); ++i) {
+      auto* button = dynamic_cast<viewkit::CommandButton*>(&dialog.Controls().At(i));
+      if (button != nullptr && button->Caption() == "恢复默认(&R)") button->Click();
+    }
+  };
+  view->AskLayout();
+  EXPECT_EQ(Lines(*view), before);
+}
+
+TEST_F(TrialBalanceViewTest, OpensWithoutAWordOnAnyLayoutFile) {
+  std::filesystem::create_directory(book::PathOf(folder_.File("selfbb")));
+  const std::string damaged[] = {std::string("\0\xFF[VsIsGroupOn", 15), "[VsIsTotalOn]\nVsCol5=x\n",
+                                 std::string((1 << 20) + 1, 'a')};
+  for (const std::string& text : damaged) {
+    std::ofstream(book::PathOf(Path()), std::ios::binary) << text;
+    EXPECT_EQ(Lines(*Open()).size(), 3u);
+  }
+  EXPECT_EQ(book::ReadFile(book::PathOf(Path())).size(), damaged[2].size());
+  EXPECT_THAT(user_.questions, IsEmpty());
+}
+
+}  // namespace
+}  // namespace desk::views
