@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "viewkit/flag_scope.h"
+
 namespace desk::book {
 
 std::int32_t WheelSource::Held(std::int64_t position) const {
@@ -29,7 +31,7 @@ void WheelSource::Detach() {
 }
 
 void WheelSource::SetPosition(std::int32_t position) {
-  position_ = Held(position);
+  if (!*turning_) position_ = Held(position);
 }
 
 void WheelSource::OnWheel(std::function<void(std::int32_t value)> handler) {
@@ -46,6 +48,8 @@ void WheelSource::Turn(int delta) {
   position_ = next;
   // The handler may end itself, or this source.
   const auto handler = handler_;
+  const auto turning = turning_;
+  const tavrix::viewkit::FlagScope scope(*turning);
   if (handler) handler(next);
 }
 

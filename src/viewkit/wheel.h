@@ -10,8 +10,4 @@ namespace tavrix::viewkit {
 /// row itself, deliberately unscaled; any other one is a multiple of `rate`, held to the last row.
 void ScrollByWheel(host::Grid& grid, std::int32_t value, double rate);
 
-/// The value from which the source has to go on when a grid stands at `top_row`, however it came
-/// there: the one after it scrolls further down, the one before it further up.
-[[nodiscard]] std::int32_t WheelPositionOf(int top_row, double rate);
-
 }  // namespace tavrix::viewkit
