@@ -9,8 +9,8 @@ namespace desk::book {
 
 namespace {
 
-std::int32_t SegmentLength(char c) {
-  return c >= '0' && c <= '9' ? c - '0' : 0;
+std::int32_t SegmentLength(char16_t c) {
+  return c >= u'0' && c <= u'9' ? c - u'0' : 0;
 }
 
 std::int32_t Bounded(std::size_t number) {
@@ -21,9 +21,10 @@ std::int32_t Bounded(std::size_t number) {
 }  // namespace
 
 std::int32_t CodeRuleArithmetic::LengthAtLevel(std::int32_t level, const std::string& rule) {
-  const auto levels = std::min(static_cast<std::size_t>(std::max(level, 0)), rule.size());
+  const std::u16string segments = host::ToUtf16(rule);
+  const auto levels = static_cast<std::size_t>(std::max(level, 0));
   std::size_t length = 0;
-  for (const char c : std::string_view(rule).substr(0, levels)) {
+  for (const char16_t c : segments.substr(0, levels)) {
     length += static_cast<std::size_t>(SegmentLength(c));
   }
   return Bounded(length);
@@ -32,9 +33,10 @@ std::int32_t CodeRuleArithmetic::LengthAtLevel(std::int32_t level, const std::st
 std::int32_t CodeRuleArithmetic::LevelOf(const std::string& code, const std::string& rule) {
   if (code.empty()) return 0;
   const std::int32_t length = Bounded(host::TextLength(code));
+  const std::u16string segments = host::ToUtf16(rule);
   std::int32_t total = 0;
-  for (std::size_t i = 0; i < rule.size() && total < length; ++i) {
-    total += SegmentLength(rule[i]);
+  for (std::size_t i = 0; i < segments.size() && total < length; ++i) {
+    total += SegmentLength(segments[i]);
     if (total == length) return Bounded(i + 1);
   }
   return 0;
