@@ -67,8 +67,9 @@ bool Kjkm::Refresh() {
   return Trapped("刷新数据时出错：", host::kLoadingError, [this] {
     const auto session = Running();
     for (int tab = 0; tab < kPages; ++tab) {
-      if (!DoRefresh(*session, Grid(tab), CategoryOf(tab))) break;  // it has reported
+      const bool loaded = DoRefresh(*session, Grid(tab), CategoryOf(tab));
       if (session_ != session) return false;  // the host has let go of the view meanwhile
+      if (!loaded) break;                     // it has reported
     }
     ArmWheel(session);
     return true;

@@ -60,7 +60,7 @@ bool Kjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t, std:
   session_ = std::make_shared<Session>();
   const auto session = session_;
   session->pcSystem = host::Required(std::move(pcSystem), "pcSystem");
-  host::SystemObject& system = *session->pcSystem;
+  host::SystemObject& system = *session->pcSystem;  // the session is held to the end
 
   session->code_rule = host::Required(system.CreateCodeRule(), "CodeRule");
   session->log_helper = host::Required(system.CreateLogHelper(), "LogHelper");
@@ -68,13 +68,14 @@ bool Kjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t, std:
   session->data_helper = host::Required(system.CreateDataHelper(), "DataHelper");
   session->data_helper->SetDatabase(host::DatabaseOf(system));
   session->mcMouseEvent = host::Required(system.CreateMouseEvent(), "MouseEvent");
-  session->mcMouseEvent->OnWheel([this, alive = std::weak_ptr(session)](std::int32_t value) {
-    if (!alive.expired()) OnWheel(value);
+  session->mcMouseEvent->OnWheel([this, held = std::weak_ptr(session)](std::int32_t value) {
+    if (Runs(held)) OnWheel(value);
   });
 
   // A negative rate is kept as it is; only 0 stands for "not set".
   session->scroll_rate = host::LeadingNumber(host::SettingText(system, host::kScrollRateSetting));
   if (session->scroll_rate == 0) session->scroll_rate = kDefaultScrollRate;
+  if (session_ != session) return false;  // the host has cleared the view meanwhile
 
   vxVSTab_.Activate("key1");
   for (const auto& grid : Vs_) {
@@ -83,21 +84,27 @@ bool Kjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t, std:
   current_tab_ = 0;
   session->mFrmBmAdd = CreateEditDialog();
   session->rule = host::SettingText(system, host::kCodeRuleSetting);
-  return true;
+  return session_ == session;
+}
+
+bool Kjkm::Runs(const std::weak_ptr<Session>& session) {
+  const auto held = session.lock();
+  return held && !held->ended;
 }
 
 std::shared_ptr<editing::FmBkmAdd> Kjkm::CreateEditDialog() {
   auto dialog = std::make_shared<editing::FmBkmAdd>(user_);
-  dialog->EvHasLoad.Add([this, alive = std::weak_ptr(session_)](bool pNew, std::int32_t plID) {
-    if (!alive.expired()) OnAccountSaved(pNew, plID);
+  // The open dialog may outlast the session, and with it the view itself.
+  const std::weak_ptr<Session> held = session_;
+  dialog->EvHasLoad.Add([this, held](bool pNew, std::int32_t plID) {
+    if (Runs(held)) OnAccountSaved(pNew, plID);
   });
-  dialog->ErrMessage.Add([this, alive = std::weak_ptr(session_)](const std::string& text,
-                                                                 std::int32_t level,
-                                                                 const std::string& title) {
-    if (!alive.expired()) ErrMessage.Raise(text, level, title);
-  });
-  dialog->Message.Add([this, alive = std::weak_ptr(session_)](const std::string& text) {
-    if (!alive.expired()) Message.Raise(text);
+  dialog->ErrMessage.Add(
+      [this, held](const std::string& text, std::int32_t level, const std::string& title) {
+        if (Runs(held)) ErrMessage.Raise(text, level, title);
+      });
+  dialog->Message.Add([this, held](const std::string& text) {
+    if (Runs(held)) Message.Raise(text);
   });
   return dialog;
 }
@@ -105,23 +112,11 @@ std::shared_ptr<editing::FmBkmAdd> Kjkm::CreateEditDialog() {
 bool Kjkm::Clear() {
   const auto session = std::exchange(session_, nullptr);
   if (!session) return false;
-  const auto quietly = [](auto&& step) {
-    try {
-      step();
-    } catch (...) {  // a failing step does not stop the next
-    }
-  };
+  session->ended = true;
   if (const auto wheel = session->mcMouseEvent) {  // missing after a failed `Init`
-    quietly([&] { wheel->OnWheel({}); });
-    quietly([&] { wheel->Detach(); });
+    host::Quietly([&] { wheel->OnWheel({}); });
+    host::Quietly([&] { wheel->Detach(); });
   }
-  session->mcMouseEvent.reset();
-  session->mFrmBmAdd.reset();
-  session->pcSystem.reset();
-  session->data_helper.reset();
-  session->code_rule.reset();
-  session->log_helper.reset();
-  session->navigator.reset();
   return false;  // deliberately: the result carries no meaning
 }
 

@@ -95,6 +95,8 @@ class Kjkm : public host::IFormUI, public host::IDesignUI {
   bool Trapped(std::string_view prefix, std::int32_t level, Body&& body) noexcept;
   /// The running session, or a `HostError` when `Init` has not succeeded.
   [[nodiscard]] std::shared_ptr<Session> Running() const;
+  /// `Clear` has not ended the session.
+  [[nodiscard]] static bool Runs(const std::weak_ptr<Session>& session);
   [[nodiscard]] viewkit::FlexGrid& Grid(int page) { return *Vs_[static_cast<std::size_t>(page)]; }
   [[nodiscard]] viewkit::FlexGrid& CurrentGrid() { return Grid(current_tab_); }
 
@@ -129,7 +131,7 @@ class Kjkm : public host::IFormUI, public host::IDesignUI {
   [[nodiscard]] static int RowOf(const viewkit::FlexGrid& grid, const std::string& code);
 
   // Mouse wheel
-  void ArmWheel(const std::shared_ptr<Session>& session);
+  void ArmWheel(std::shared_ptr<Session> session);
   void OnWheel(std::int32_t value) noexcept;
   void OnScrolled(int page) noexcept;
   void OnGridFocused(int page) noexcept;

@@ -9,6 +9,8 @@
 
 namespace tavrix::maintenance {
 
+/// `Clear` lets go of it; a routine that is running then holds it, and all that it uses, to its
+/// end.
 struct Kjkm::Session {
   std::shared_ptr<host::SystemObject> pcSystem;
   std::shared_ptr<host::CodeRule> code_rule;
@@ -18,7 +20,8 @@ struct Kjkm::Session {
   std::shared_ptr<host::MouseEvent> mcMouseEvent;
   std::shared_ptr<editing::FmBkmAdd> mFrmBmAdd;
   double scroll_rate = 0;
-  std::string rule;  // setting "kmbm": one digit for each level
+  bool ended = false;  // by `Clear`
+  std::string rule;    // setting "kmbm": one digit for each level
 };
 
 }  // namespace tavrix::maintenance

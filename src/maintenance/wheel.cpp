@@ -7,7 +7,7 @@
 
 namespace tavrix::maintenance {
 
-void Kjkm::ArmWheel(const std::shared_ptr<Session>& session) {
+void Kjkm::ArmWheel(std::shared_ptr<Session> session) {
   const auto wheel = host::Required(session->mcMouseEvent, "MouseEvent");
   const viewkit::FlexGrid& grid = CurrentGrid();
   wheel->SetRange(host::ToLong32((grid.Rows() - 1) / session->scroll_rate));
@@ -26,7 +26,7 @@ void Kjkm::OnScrolled(int page) noexcept {
     if (page != current_tab_ || !session_ || !session_->mcMouseEvent) return true;
     const auto session = session_;
     const auto wheel = session->mcMouseEvent;
-    wheel->SetPosition(viewkit::WheelPositionOf(Grid(page).TopRow(), session->scroll_rate));
+    wheel->SetPosition(host::ToLong32(Grid(page).TopRow() / session->scroll_rate));
     return true;
   });
 }

@@ -98,6 +98,7 @@ bool selKjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t pl
                  "select item_value from xt_accinformation where system_code='system' and "
                  "item_code='mouseeventscrollrate'"));
   if (session->m_ScrollRate == 0) session->m_ScrollRate = kDefaultScrollRate;
+  if (session_ != session) return false;  // the host has cleared the picker meanwhile
 
   session->m_Tv = std::make_shared<viewkit::cTreeView>(user_);
   session->m_Tv->HookCtrl(TV_);
@@ -111,30 +112,22 @@ bool selKjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t pl
   SearchBox1_.SetFilterMode(Check_.Value() == viewkit::CheckBox::kChecked);
   session->m_MaintainProgID =
       host::LeadingLong(FirstField(system, "select progID from xt_objects where billitem=2015"));
-  return true;
+  return session_ == session;
 }
 
 void selKjkm::Clear() {
   const auto session = std::exchange(session_, nullptr);
   if (!session) return;
-  const auto quietly = [](auto&& step) {
-    try {
-      step();
-    } catch (...) {  // a failing step does not stop the next
-    }
-  };
+  session->ended = true;
   if (session->m_Tv) session->m_Tv->UnHookCtrl();
-  session->m_Tv.reset();
   // Objects are missing after a failed `Init`, parameters also when the host has set null.
-  if (m_Parameters) quietly([&] { m_Parameters->Clear(); });
-  m_Parameters.reset();
+  const auto parameters = std::exchange(m_Parameters, nullptr);
   m_Selected.reset();
-  if (const auto wheel = std::exchange(session->mcMouseEvent, nullptr)) {
-    quietly([&] { wheel->OnWheel({}); });
-    quietly([&] { wheel->Detach(); });
+  if (parameters) host::Quietly([&] { parameters->Clear(); });
+  if (const auto wheel = session->mcMouseEvent) {
+    host::Quietly([&] { wheel->OnWheel({}); });
+    host::Quietly([&] { wheel->Detach(); });
   }
-  session->mfrmKjkm.reset();
-  session->m_System.reset();
 }
 
 void selKjkm::SetPickerParameters(std::shared_ptr<host::Parameters> parameters) {
@@ -176,7 +169,7 @@ std::shared_ptr<selKjkm::Session> selKjkm::Running() const {
 
 bool selKjkm::Runs(const std::weak_ptr<Session>& session) {
   const auto held = session.lock();
-  return held && held->m_System;
+  return held && !held->ended;
 }
 
 std::optional<host::Value> selKjkm::Parameter(const char* key) const {

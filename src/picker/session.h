@@ -11,11 +11,14 @@
 
 namespace tavrix::picker {
 
+/// `Clear` lets go of it; a routine that is running then holds it, and all that it uses, to its
+/// end.
 struct selKjkm::Session {
   std::shared_ptr<host::SystemObject> m_System;
   std::shared_ptr<viewkit::cTreeView> m_Tv;
   std::shared_ptr<host::MouseEvent> mcMouseEvent;
   std::shared_ptr<editing::FmBkmAdd> mfrmKjkm;  // made when it is first opened
+  bool ended = false;                           // by `Clear`
   double m_ScrollRate = 0;
   std::int32_t program_id = 0;        // of the picker, as the host gave it
   std::int32_t m_MaintainProgID = 0;  // of the account maintenance

@@ -21,8 +21,8 @@ void selKjkm::OnWheel(std::int32_t value) noexcept {
 void selKjkm::OnScrolled() noexcept {
   Trapped([this] {
     if (!session_ || !session_->mcMouseEvent) return true;
-    session_->mcMouseEvent->SetPosition(
-        viewkit::WheelPositionOf(Vs_.TopRow(), session_->m_ScrollRate));
+    const auto session = session_;
+    session->mcMouseEvent->SetPosition(host::ToLong32(Vs_.TopRow() / session->m_ScrollRate));
     return true;
   });
 }

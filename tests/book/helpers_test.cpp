@@ -17,6 +17,7 @@ TEST(CodeRuleTest, FindsTheLevelByLength) {
   EXPECT_EQ(rule.LevelOf("1001", ""), 0);
   EXPECT_EQ(rule.LevelOf("1001", "x4"), 2) << "no digit counts as a segment of no length";
   EXPECT_EQ(rule.LevelOf("", "04"), 0);
+  EXPECT_EQ(rule.LevelOf("100101", "4二2"), 3) << "a character is one level, whatever its bytes";
 }
 
 TEST(CodeRuleTest, CutsTheParent) {
@@ -74,6 +75,16 @@ TEST_F(WheelTest, StartsFromWhereTheViewIs) {
   wheel_.SetRange(-1);
   wheel_.Turn(-WheelSource::kNotch);
   EXPECT_EQ(seen_, (std::vector{6, 1}));
+}
+
+TEST_F(WheelTest, GoesOnFromItsOwnPositionWhateverTheViewAnswersMeanwhile) {
+  wheel_.SetRange(10);
+  wheel_.OnWheel([this](std::int32_t value) {
+    seen_.push_back(value);
+    wheel_.SetPosition(value / 5);  // as a view does that scrolls to the row of that number
+  });
+  for (int notch = 0; notch < 3; ++notch) wheel_.Turn(-WheelSource::kNotch);
+  EXPECT_EQ(seen_, (std::vector{1, 2, 3}));
 }
 
 TEST_F(WheelTest, KnowsItsWindow) {

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <stdexcept>
 
 #include "picker/picker_support.h"
@@ -104,6 +105,41 @@ TEST(Selection, TheHostMayClearThePickerInItsEvent) {
   f.Init();
   f.picker.Refresh();
   EXPECT_EQ(f.Message(), "");
+}
+
+/// Parameters of a host that does something when it is asked for them.
+class MeddlingParameters : public desk::book::ParameterList {
+ public:
+  bool Exists(const std::string& key) override {
+    if (act) act();
+    return ParameterList::Exists(key);
+  }
+  std::function<void()> act;
+};
+
+TEST(Selection, TheHostMayClearThePickerWhileItIsAsked) {
+  const std::function<void(PickerFixture&)> routines[] = {
+      [](PickerFixture& f) { f.picker.Refresh(); }, [](PickerFixture& f) { f.Cmd(0).Click(); },
+      [](PickerFixture& f) { f.Cmd(2).Click(); },
+      [](PickerFixture& f) {
+        std::string code;
+        std::string name;
+        f.picker.Validate("", "", "", "1001", code, name);
+      }};
+  for (const auto& routine : routines) {
+    PickerFixture f;
+    const auto meddling = std::make_shared<MeddlingParameters>();
+    f.picker.SetPickerParameters(meddling);
+    f.picker.Refresh();
+    f.SelectRows({"1001", "1002"});
+    meddling->act = [&] { f.picker.Clear(); };
+    routine(f);
+    EXPECT_EQ(f.picker.Objects(), nullptr);
+    f.Init();
+    f.picker.Refresh();
+    EXPECT_EQ(f.Message(), "");
+    EXPECT_EQ(f.Column().size(), 8U);
+  }
 }
 
 TEST(Selection, ValueAndTextAreTheHosts) {
