@@ -48,6 +48,7 @@ constexpr std::array<ColumnPlan, TrialBalanceView::kColumns> kPlans = {
      {"期末借方", kAmountWidth},
      {"期末贷方", kAmountWidth}}};
 
+constexpr int kRowHeight = 330;
 constexpr int kFirstAmount = TrialBalanceView::kOpeningDebit;
 
 /// What a balance adds to a side: zero where it stands on the other one.
@@ -141,6 +142,7 @@ void TrialBalanceView::MakeStrip() {
 void TrialBalanceView::MakeGrid() {
   grid_.SetFixedRows(1);
   grid_.SetFixedCols(0);
+  grid_.SetRowHeightMin(kRowHeight);
   grid_.SetCols(kColumns);
   for (int col = 0; col < kColumns; ++col) {
     grid_.SetTextMatrix(0, col, kPlans.at(static_cast<std::size_t>(col)).heading);

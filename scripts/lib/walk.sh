@@ -10,6 +10,11 @@ sample_book() { compgen -G "$WINEPREFIX/drive_c/users/*/Documents/Tavrix/*.book"
 begin_walk() {
   rm -rf "$screenshots"
   mkdir -p "$screenshots"
+  start_desk "$@"
+}
+
+# Also for a walk that has closed the desk and goes on.
+start_desk() {
   "$root/scripts/wine" "$build/win64/bin/desk.exe" "$@" </dev/null >"$screenshots/desk.log" 2>&1 &
   desk_process=$!
 }
