@@ -40,6 +40,24 @@ function(tavrix_tests target folder)
   tavrix_suite(${target})
 endfunction()
 
+# The suite `target` once more on another engine (tests/support/test_book.h), but for the cases
+# `without`, a filter of GoogleTest. For a server the environment's TAVRIX_ODBC names it.
+function(tavrix_suite_on target engine without)
+  if(NOT TARGET ${target})
+    return()
+  endif()
+  set(name ${target}_${engine})
+  set(results ${TAVRIX_RESULTS}/${name}.xml)
+  if(CMAKE_CROSSCOMPILING)
+    set(results Z:${results})
+  endif()
+  add_test(NAME ${name} COMMAND ${target} --gtest_output=xml:${results} --gtest_filter=-${without})
+  get_test_property(${target} ENVIRONMENT environment)
+  set_tests_properties(${name} PROPERTIES
+    TIMEOUT 300 ENVIRONMENT "${environment};TAVRIX_ENGINE=${engine}")
+  set_property(GLOBAL APPEND PROPERTY TAVRIX_SUITES ${name})
+endfunction()
+
 # Writes down which suites there are, so that one whose results are missing is noticed.
 function(tavrix_list_suites)
   get_property(suites GLOBAL PROPERTY TAVRIX_SUITES)

@@ -1,10 +1,9 @@
 #include "book/book.h"
 
-#include <filesystem>
 #include <utility>
 
+#include "book/connection_string.h"
 #include "book/identifiers.h"
-#include "book/paths.h"
 #include "book/schema.h"
 #include "book/settings.h"
 #include "host/account.h"
@@ -55,13 +54,6 @@ void Fill(Session& session, const Template& content) {
   transaction.Commit();
 }
 
-void RemoveFiles(const std::string& path) {
-  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
-    std::error_code ignored;
-    std::filesystem::remove(PathOf(path + suffix), ignored);
-  }
-}
-
 }  // namespace
 
 Book::Book(std::unique_ptr<Connection> connection)
@@ -69,13 +61,15 @@ Book::Book(std::unique_ptr<Connection> connection)
       surroundings_(std::make_shared<Surroundings>()) {}
 
 Book Book::Create(const std::string& path, const Template& content) {
-  auto connection = EngineFor(path).Open({.path = path, .access = Access::kCreate});
+  const Engine& engine = EngineFor(path);
+  const Place place = {.path = path, .access = Access::kCreate};
+  auto connection = engine.Open(place);
   try {
     Book book(std::move(connection));
     Fill(*book.session_, content);
     return book;
   } catch (...) {
-    RemoveFiles(path);
+    engine.Discard(place);
     throw;
   }
 }
@@ -86,7 +80,7 @@ Book Book::Open(const std::string& path) {
 
 Book Book::Open(const Place& place) {
   Book book(EngineFor(place.path).Open(place));
-  book.faults_ = CheckSchema(book.session_->Own(), place.path);
+  book.faults_ = CheckSchema(book.session_->Own(), ShownPlace(place.path));
   return book;
 }
 

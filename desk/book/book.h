@@ -12,7 +12,8 @@ namespace desk::book {
 /// An open book. Objects that it gave out keep its database open after it has gone.
 class Book {
  public:
-  /// Makes a new book at a place where nothing is. Nothing is left there when it fails.
+  /// Makes a new book at a place where nothing is: no file, or the database of a connection string
+  /// that holds no book. Nothing is left there when it fails.
   /// `DatabaseError`, as for all members that reach the database.
   [[nodiscard]] static Book Create(const std::string& path, const Template& content = {});
   /// Opens an existing book. A book that lacks something opens all the same: see `Faults`.
@@ -31,7 +32,8 @@ class Book {
   /// What `System` tells of the application; changes count at once.
   [[nodiscard]] Surroundings& Around() { return *surroundings_; }
 
-  /// Overrides the connection property "driver": "jet", or the engine's name ("sqlite").
+  /// Overrides the connection property "driver": "jet", or the engine's name ("sqlite",
+  /// "postgresql").
   void SetDriver(const std::string& driver) { session_->SetDriver(driver); }
   [[nodiscard]] const std::string& Driver() const { return session_->Driver(); }
 

@@ -1,5 +1,9 @@
 #include "book/database.h"
 
+#include "book/connection_string.h"
+#include "book/odbc_engine.h"
+#include "book/sqlite_engine.h"
+
 namespace desk::book {
 
 void PassCell(const host::Value& value, CellSink& sink) {
@@ -7,6 +11,13 @@ void PassCell(const host::Value& value, CellSink& sink) {
   if (const auto* whole = std::get_if<std::int64_t>(&value.Raw())) return sink.OnWhole(*whole);
   if (const auto* number = std::get_if<double>(&value.Raw())) return sink.OnNumber(*number);
   sink.OnText(value.ToText());
+}
+
+const Engine& EngineFor(std::string_view path) {
+  static const SqliteEngine files;
+  static const OdbcEngine servers;
+  if (IsConnectionString(path)) return servers;
+  return files;
 }
 
 }  // namespace desk::book

@@ -26,6 +26,7 @@ enum class Trouble {
   kDuplicate,  ///< a key of the schema forbids the row
   kRefused,    ///< a statement that the desk does not pass on
   kDamaged,    ///< the file is no database, no book, or broken
+  kGone,       ///< the server does not answer; the next statement tries to reach it again
 };
 
 /// A refusal with a text for users, in which the engine's own words stand too.
@@ -38,6 +39,9 @@ class DatabaseError : public host::HostError {
  private:
   Trouble trouble_;
 };
+
+/// Engines as far as their statements for making tables differ.
+enum class Flavor { kSqlite, kPostgres, kSqlServer, kAccess, kMariaDb, kOther };
 
 /// Whose statement it is. A caller's statement is exactly one SELECT, INSERT, UPDATE or DELETE on
 /// the tables of the schema; the desk's own statements may be anything.
@@ -104,6 +108,7 @@ class Connection {
   virtual void Rollback() noexcept = 0;
   /// The engine's name, as the connection property "driver" gives it.
   [[nodiscard]] virtual std::string Driver() const = 0;
+  [[nodiscard]] virtual Flavor Makes() const = 0;
   [[nodiscard]] virtual bool ReadOnly() const = 0;
   [[nodiscard]] virtual bool HasTable(std::string_view table) = 0;
   /// Whether the table has the column; names without regard to case.
@@ -122,7 +127,9 @@ enum class Access { kCreate, kReadWrite, kReadOnly };
 
 /// What a book is opened with.
 struct Place {
-  std::string path;  ///< a file, or ":memory:" for a book that lives as long as its connection
+  /// A file, ":memory:" for a book that lives as long as its connection, or an ODBC connection
+  /// string (see `IsConnectionString`).
+  std::string path;
   Access access = Access::kReadWrite;
   std::chrono::milliseconds patience{5000};  ///< how long to wait for other users
 };
@@ -130,8 +137,11 @@ struct Place {
 class Engine {
  public:
   virtual ~Engine() = default;
-  /// With `Access::kCreate` the place must be free; it is an empty database afterwards.
+  /// With `Access::kCreate` the place must be free: no file, or a database without a book. It has
+  /// no tables of a book afterwards.
   [[nodiscard]] virtual std::unique_ptr<Connection> Open(const Place& place) const = 0;
+  /// Takes away what `Open` made for a book that then could not be filled.
+  virtual void Discard(const Place& place) const noexcept = 0;
 
  protected:
   Engine() = default;

@@ -1,6 +1,8 @@
 #include "book/schema.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 #include "host/text.h"
 
@@ -133,30 +135,85 @@ constexpr Table kTables[] = {
 
 // The desk's own: the last identifier that was given for a table. Callers cannot reach it.
 constexpr Column kIdentifierColumns[] = {{"table_name", kKeyText}, {"last_id", kWhole}};
-constexpr Table kIdentifierTable = {"desk_identifier", kIdentifierColumns, {}};
+constexpr Table kIdentifierTable = {kIdentifierTableName, kIdentifierColumns, {}};
 
-std::string_view TypeOf(ColumnKind kind) {
-  switch (kind) {
-    case kKey:
-      return "integer primary key";
-    case kWhole:
-      return "integer default 0";
-    case kOptional:
-      return "integer";
-    case kFlag:
-      return "smallint default 0";
-    case kCode:
-      return "text collate nocase";
-    case kMoney:
-      return "bigint default 0";
-    case kNumber:
-      return "double precision default 0";
-    case kKeyText:
-      return "text not null collate nocase";
-    case kText:
+/// How an engine writes each kind of column, in the order of `ColumnKind`.
+using Types = std::array<std::string_view, 9>;
+
+constexpr Types kSqliteTypes = {"integer primary key",
+                                "integer default 0",
+                                "integer",
+                                "smallint default 0",
+                                "text default ''",
+                                "text collate nocase",
+                                "bigint default 0",
+                                "double precision default 0",
+                                "text not null collate nocase"};
+// In the collation "C" an index serves a prefix search, and codes stand in the order of their
+// digits.
+constexpr Types kPostgresTypes = {
+    "integer primary key", "integer default 0",  "integer",          "smallint default 0",
+    "text default ''",     "text collate \"C\"", "bigint default 0", "double precision default 0",
+    "text not null"};
+constexpr Types kSqlServerTypes = {"int not null primary key",
+                                   "int default 0",
+                                   "int",
+                                   "smallint default 0",
+                                   "nvarchar(255) default ''",
+                                   "nvarchar(40)",
+                                   "bigint default 0",
+                                   "float default 0",
+                                   "nvarchar(60) not null"};
+constexpr Types kAccessTypes = {
+    "long not null primary key", "long default 0",       "long",
+    "short default 0",           "text(255) default ''", "text(40)",
+    "double default 0",          "double default 0",     "text(60) not null"};
+constexpr Types kMariaDbTypes = {
+    "int not null primary key", "int default 0",           "int",
+    "smallint default 0",       "varchar(255) default ''", "varchar(40)",
+    "bigint default 0",         "double default 0",        "varchar(60) not null"};
+
+const Types& TypesOf(Flavor flavor) {
+  switch (flavor) {
+    case Flavor::kSqlite:
+      return kSqliteTypes;
+    case Flavor::kPostgres:
+      return kPostgresTypes;
+    case Flavor::kSqlServer:
+      return kSqlServerTypes;
+    case Flavor::kAccess:
+      return kAccessTypes;
+    case Flavor::kMariaDb:
+      return kMariaDbTypes;
+    case Flavor::kOther:
       break;
   }
-  return "text default ''";
+  throw DatabaseError(Trouble::kRefused, "不知道这种数据库怎样建立账簿的表");
+}
+
+/// For two servers a second null is a duplicate unless the index leaves nulls out.
+std::string IndexText(std::string_view index, Flavor flavor) {
+  std::string text(index);
+  if (index != kVoucherIndexes[1]) return text;
+  if (flavor == Flavor::kSqlServer) text += " where voucher_number is not null";
+  if (flavor == Flavor::kAccess) text += " with ignore null";
+  return text;
+}
+
+/// What statements need and the server lacks. `len` counts UTF-16 units.
+std::vector<std::string> Additions(Flavor flavor) {
+  switch (flavor) {
+    case Flavor::kPostgres:
+      return {"create unique index gl_code_nocase on gl_code(lower(ccode))",
+              "create function len(text) returns integer language sql immutable strict as $$select "
+              "case when octet_length($1)=char_length($1) then char_length($1) else "
+              "char_length($1)+char_length(regexp_replace($1,'[^\\U00010000-\\U0010FFFF]','',"
+              "'g')) end$$"};
+    case Flavor::kMariaDb:
+      return {"create function len(t text) returns int deterministic return char_length(t)"};
+    default:
+      return {};
+  }
 }
 
 void Append(std::string& list, std::string_view item) {
@@ -164,22 +221,26 @@ void Append(std::string& list, std::string_view item) {
   list += item;
 }
 
-std::string CreateText(const Table& table) {
+std::string CreateText(const Table& table, Flavor flavor) {
+  const Types& types = TypesOf(flavor);
   std::string columns;
   std::string key;
   for (const Column& column : table.columns) {
-    Append(columns, std::string(column.name) + " " + std::string(TypeOf(column.kind)));
+    Append(columns, std::string(column.name) + " " +
+                        std::string(types[static_cast<std::size_t>(column.kind)]));
     if (column.kind == kKeyText) Append(key, column.name);
   }
   if (!key.empty()) columns += ",primary key(" + key + ")";
   return "create table " + std::string(table.name) + "(" + columns + ")";
 }
 
-void CreateTable(Connection& connection, const Table& table) {
-  connection.Execute(CreateText(table), Origin::kDesk);
-  for (const std::string_view index : table.indexes) {
-    connection.Execute(std::string(index), Origin::kDesk);
-  }
+void AppendTable(std::vector<std::string>& script, const Table& table, Flavor flavor) {
+  script.push_back(CreateText(table, flavor));
+  for (const std::string_view index : table.indexes) script.push_back(IndexText(index, flavor));
+}
+
+void Run(Connection& connection, const std::vector<std::string>& script) {
+  for (const std::string& statement : script) connection.Execute(statement, Origin::kDesk);
 }
 
 /// The columns of the chart that the library reads and writes; the book of another maker must have
@@ -208,14 +269,28 @@ const Table* FindSchemaTable(std::string_view name) {
   return found == std::end(kTables) ? nullptr : &*found;
 }
 
+const Table& IdentifierTable() {
+  return kIdentifierTable;
+}
+
+std::vector<std::string> SchemaScript(Flavor flavor) {
+  std::vector<std::string> script;
+  for (const Table& table : kTables) AppendTable(script, table, flavor);
+  AppendTable(script, kIdentifierTable, flavor);
+  for (std::string& addition : Additions(flavor)) script.push_back(std::move(addition));
+  return script;
+}
+
 void CreateSchema(Connection& connection) {
-  for (const Table& table : kTables) CreateTable(connection, table);
-  CreateTable(connection, kIdentifierTable);
+  Run(connection, SchemaScript(connection.Makes()));
   connection.SetSchemaVersion(kSchemaVersion);
 }
 
 void EnsureIdentifierTable(Connection& connection) {
-  if (!connection.HasTable(kIdentifierTable.name)) CreateTable(connection, kIdentifierTable);
+  if (connection.HasTable(kIdentifierTableName)) return;
+  std::vector<std::string> script;
+  AppendTable(script, kIdentifierTable, connection.Makes());
+  Run(connection, script);
 }
 
 std::string CheckSchema(Connection& connection, const std::string& path) {

@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "book/database.h"
 
@@ -42,7 +43,16 @@ struct Table {
 /// Null when callers may not use a table of that name (without regard to case).
 [[nodiscard]] const Table* FindSchemaTable(std::string_view name);
 
-/// Makes all tables in an empty database; runs inside the caller's transaction.
+/// The desk's own table, which callers cannot reach.
+inline constexpr std::string_view kIdentifierTableName = "desk_identifier";
+
+[[nodiscard]] const Table& IdentifierTable();
+
+/// The statements that make all tables of a book in an empty database, as `flavor` writes them.
+[[nodiscard]] std::vector<std::string> SchemaScript(Flavor flavor);
+
+/// Makes all tables in an empty database; runs inside the caller's transaction. `DatabaseError`
+/// when it is not known how the engine makes tables.
 void CreateSchema(Connection& connection);
 
 /// Makes the desk's own table of given identifiers in a book that has none.

@@ -97,9 +97,11 @@ std::unique_ptr<Connection> SqliteEngine::Open(const Place& place) const {
   }
 }
 
-const Engine& EngineFor(std::string_view) {
-  static const SqliteEngine engine;
-  return engine;
+void SqliteEngine::Discard(const Place& place) const noexcept {
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
+    std::error_code ignored;
+    std::filesystem::remove(PathOf(place.path + suffix), ignored);
+  }
 }
 
 }  // namespace desk::book

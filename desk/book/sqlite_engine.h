@@ -8,6 +8,7 @@ namespace desk::book {
 class SqliteEngine : public Engine {
  public:
   [[nodiscard]] std::unique_ptr<Connection> Open(const Place& place) const override;
+  void Discard(const Place& place) const noexcept override;
 };
 
 inline constexpr const char* kInMemory = ":memory:";

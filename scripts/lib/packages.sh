@@ -5,11 +5,14 @@
 readonly packages=(
   # building
   g++ cmake ninja-build ccache faketime googletest
+  unixodbc-dev
   mingw-w64 mingw-w64-tools libwine-dev
   # judging
   clang-format-14 clang-tidy-14 clang-14 libclang-rt-14-dev
   # running what is built for Windows, and looking at it
   wine wine64 fonts-wqy-zenhei xvfb openbox xdotool imagemagick x11-utils sqlite3
+  # a database server for the tests, and the driver that reaches it
+  postgresql odbc-postgresql
 )
 
 missing_packages() {

@@ -10,7 +10,7 @@ namespace {
 using host::kCommandError;
 
 class CodeChecksTest : public EditorTest {};
-INSTANTIATE_TEST_SUITE_P(Dialects, CodeChecksTest, testing::Values("sqlite", "jet"), DialectName);
+INSTANTIATE_TEST_SUITE_P(Dialects, CodeChecksTest, testing::ValuesIn(test::Engines()), DialectName);
 
 struct RuleCase {
   const char* code;
@@ -55,7 +55,7 @@ TEST(CodeChecks, TheRuleMayBeEmptyOrHoldCharactersThatCountNothing) {
   const std::pair<const char*, const char*> rules[] = {{"", "本软件仅支持 0 级编码"},
                                                        {"4二2", "本软件仅支持 3 级编码"}};
   for (const auto& [rule, refusal] : rules) {
-    Editor editor("sqlite", test::MakeBook(test::FewAccounts(), rule));
+    Editor editor(test::MakeBook(test::FewAccounts(), rule));
     editor.Open(Edit(1), [&] {
       EXPECT_EQ(editor.dialog->BmIsTrue("10010101", 0), std::nullopt);
       EXPECT_EQ(editor.reports, (Reports{{refusal, kCommandError}}));

@@ -50,9 +50,8 @@ inline Opening Edit(std::int32_t id) {
 /// The dialog over a book of its own; the user does what a script says.
 class Editor {
  public:
-  explicit Editor(const std::string& driver = "sqlite", desk::book::Book chart = test::MakeBook())
+  explicit Editor(desk::book::Book chart = test::MakeBook())
       : book(std::move(chart)), recorder(book.System()) {
-    book.SetDriver(driver);
     dialog->ErrMessage.Add(
         [this](const std::string& text, std::int32_t level, const std::string& title) {
           EXPECT_EQ(title, user.title);
@@ -107,7 +106,7 @@ inline Texts Look(Editor& editor) {
 class EditorTest : public testing::TestWithParam<const char*> {
  protected:
   [[nodiscard]] bool Jet() const { return std::string(GetParam()) == "jet"; }
-  Editor editor_{GetParam()};
+  Editor editor_{test::MakeBookOn(GetParam())};
 };
 
 inline std::string DialectName(const testing::TestParamInfo<const char*>& info) {

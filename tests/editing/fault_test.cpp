@@ -78,7 +78,7 @@ struct Outcome {
 /// Runs the scenario; `call` < 0: without a fault.
 Outcome Play(const char* driver, const Scenario& scenario, int call, Fault fault) {
   Outcome outcome;
-  outcome.editor = std::make_unique<Editor>(driver);
+  outcome.editor = std::make_unique<Editor>(test::MakeBookOn(driver));
   Editor& editor = *outcome.editor;
   PostEverywhere(editor);
   const auto plan = [&] {
@@ -159,7 +159,7 @@ Texts Sweep(const char* driver, const Scenario& scenario, Fault fault) {
 }
 
 TEST(FaultSweep, EachFailingCallOfTheHostIsReportedOnceAndChangesNothingMore) {
-  for (const char* driver : {"sqlite", "jet"}) {
+  for (const char* driver : test::Engines()) {
     for (const Scenario& scenario : kScenarios) {
       SCOPED_TRACE(std::string(driver) + " " + scenario.name);
       EXPECT_EQ(Sweep(driver, scenario, Fault::kThrow), scenario.prefixes);

@@ -12,7 +12,7 @@ using desk::book::Account;
 using host::kCommandError;
 
 class NextCodeTest : public EditorTest {};
-INSTANTIATE_TEST_SUITE_P(Dialects, NextCodeTest, testing::Values("sqlite", "jet"), DialectName);
+INSTANTIATE_TEST_SUITE_P(Dialects, NextCodeTest, testing::ValuesIn(test::Engines()), DialectName);
 
 struct NextCase {
   const char* reference;
@@ -22,16 +22,16 @@ struct NextCase {
 };
 
 TEST_P(NextCodeTest, CountsFromTheHighestCodeOfItsLevelAndCategory) {
-  Editor editor(GetParam(), test::MakeBook({{.code = "0101", .name = "a", .category = "共同"},
-                                            {.code = "1001", .name = "b", .category = "资产"},
-                                            {.code = "1002", .name = "c", .category = "资产"},
-                                            {.code = "100201", .name = "d", .category = "资产"},
-                                            {.code = "100207", .name = "e", .category = "资产"},
-                                            {.code = "100209", .name = "f", .category = "负债"},
-                                            {.code = "1003", .name = "g", .category = "资产"},
-                                            {.code = "100399", .name = "h", .category = "资产"},
-                                            {.code = "10A1", .name = "i", .category = "损益"},
-                                            {.code = "9999", .name = "j", .category = "成本"}}));
+  Editor editor(test::MakeBookOn(GetParam(), {{.code = "0101", .name = "a", .category = "共同"},
+                                              {.code = "1001", .name = "b", .category = "资产"},
+                                              {.code = "1002", .name = "c", .category = "资产"},
+                                              {.code = "100201", .name = "d", .category = "资产"},
+                                              {.code = "100207", .name = "e", .category = "资产"},
+                                              {.code = "100209", .name = "f", .category = "负债"},
+                                              {.code = "1003", .name = "g", .category = "资产"},
+                                              {.code = "100399", .name = "h", .category = "资产"},
+                                              {.code = "10A1", .name = "i", .category = "损益"},
+                                              {.code = "9999", .name = "j", .category = "成本"}}));
   const NextCase cases[] = {
       {"1001", true, "100101", ""},
       {"1002", true, "100208", ""},  // 100209 is of another category
@@ -77,8 +77,7 @@ TEST_P(NextCodeTest, AsksTheChartInTheDialectOfTheDatabase) {
 
 TEST(NextCode, CountsExactlyWhateverTheLength) {
   // 9007199254740993 is the first whole number that a double cannot hold.
-  Editor editor("sqlite",
-                test::MakeBook({{.code = "900719925474099299", .category = "资产"}}, "99"));
+  Editor editor(test::MakeBook({{.code = "900719925474099299", .category = "资产"}}, "99"));
   editor.Open(Edit(1), [&] {
     EXPECT_EQ(editor.dialog->NextBm("900719925474099299", "资产", false), "900719925474099300");
   });

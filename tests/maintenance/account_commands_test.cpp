@@ -15,11 +15,10 @@ constexpr const char* kUsedInTotals = "该科目或其下级已在总帐表中�
 
 class Commands : public testing::TestWithParam<const char*> {
  protected:
-  Commands() { t.book.SetDriver(GetParam()); }
   [[nodiscard]] bool Jet() const { return std::string(GetParam()) == "jet"; }
-  ViewTest t;
+  ViewTest t{MakeBookOn(GetParam())};
 };
-INSTANTIATE_TEST_SUITE_P(Dialects, Commands, testing::Values("sqlite", "jet"));
+INSTANTIATE_TEST_SUITE_P(Dialects, Commands, testing::ValuesIn(test::Engines()));
 
 TEST_P(Commands, DeletingOneOfTwoChildrenSendsTheseStatementsInThisOrder) {
   t.Start();
@@ -112,8 +111,7 @@ void PrepareSweep(ViewTest& t) {
 }
 
 TEST_P(Commands, EveryFailingCallOfADeleteIsReportedOnceAndKeepsTheRow) {
-  ViewTest whole;
-  whole.book.SetDriver(GetParam());
+  ViewTest whole(MakeBookOn(GetParam()));
   PrepareSweep(whole);
   ASSERT_TRUE(whole.view.FileDelete());
   const auto calls = whole.host.Calls();
@@ -125,8 +123,7 @@ TEST_P(Commands, EveryFailingCallOfADeleteIsReportedOnceAndKeepsTheRow) {
       if (failing.name.starts_with("MouseEvent.")) continue;  // the focus comes after the deed
       if (fault == Fault::kNull && failing.name == "Property.Value")
         continue;  // a server's dialect
-      ViewTest swept;
-      swept.book.SetDriver(GetParam());
+      ViewTest swept(MakeBookOn(GetParam()));
       PrepareSweep(swept);
       swept.host.FailAt(call, fault);
       EXPECT_FALSE(swept.view.FileDelete()) << failing.name << " " << call;
@@ -192,8 +189,7 @@ TEST_P(Commands, AddingAndEditingOpenTheDialogInTheirMode) {
 }
 
 TEST_P(Commands, AnEmptyPageOpensTheDialogWithItsCategoryAndNoReference) {
-  ViewTest empty(MakeBook({}));
-  empty.book.SetDriver(GetParam());
+  ViewTest empty(MakeBookOn(GetParam(), {}));
   empty.Start();
   Texts captions;
   empty.user.in_dialog = [&](viewkit::DialogModel& dialog) {

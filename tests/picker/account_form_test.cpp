@@ -40,7 +40,7 @@ class FormTest : public testing::TestWithParam<const char*> {
 
   PickerFixture f{GetParam()};
 };
-INSTANTIATE_TEST_SUITE_P(Dialects, FormTest, testing::Values("sqlite", "jet"));
+INSTANTIATE_TEST_SUITE_P(Dialects, FormTest, testing::ValuesIn(test::Engines()));
 
 TEST_P(FormTest, AChangedAccountIsShownInItsRow) {
   f.Vs().SetRow(f.RowOf("2202"));

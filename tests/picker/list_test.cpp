@@ -20,7 +20,7 @@ std::string ListQuery(const std::string& driver, const std::string& where) {
 }
 
 class ListTest : public testing::TestWithParam<const char*> {};
-INSTANTIATE_TEST_SUITE_P(Dialects, ListTest, testing::Values("sqlite", "jet"));
+INSTANTIATE_TEST_SUITE_P(Dialects, ListTest, testing::ValuesIn(test::Engines()));
 
 TEST_P(ListTest, SendsExactlyWhatTheParametersAllow) {
   struct Case {

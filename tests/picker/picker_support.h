@@ -15,10 +15,9 @@ namespace tavrix::picker {
 /// A picker over a fresh book, initialised but not refreshed. Names are the contract's.
 class PickerFixture {
  public:
-  explicit PickerFixture(const std::string& driver = "sqlite",
+  explicit PickerFixture(const std::string& engine = test::DefaultEngine(),
                          std::vector<desk::book::Account> accounts = test::FewAccounts())
-      : book(test::MakeBook(std::move(accounts))) {
-    book.SetDriver(driver);
+      : book(test::MakeBookOn(engine, std::move(accounts))) {
     picker.DoSelect.Add([this] { ++picks; });
     picker.DoCancel.Add([this] { ++cancels; });
     Init();

@@ -24,7 +24,7 @@ Answer Validate(PickerFixture& f, const std::string& text, const std::string& co
 }
 
 class TypedText : public testing::TestWithParam<const char*> {};
-INSTANTIATE_TEST_SUITE_P(Dialects, TypedText, testing::Values("sqlite", "jet"));
+INSTANTIATE_TEST_SUITE_P(Dialects, TypedText, testing::ValuesIn(test::Engines()));
 
 TEST_P(TypedText, IsSoughtAsCodeNameAndMnemonic) {
   PickerFixture f(GetParam());
@@ -68,7 +68,7 @@ TEST(TypedTextRules, LeafAndClosedAccounts) {
   auto accounts = test::FewAccounts();
   accounts[0].closed = true;
   accounts[2].help = "1001";  // a mnemonic like another one's code
-  PickerFixture f("sqlite", accounts);
+  PickerFixture f(test::DefaultEngine(), accounts);
   f.picker.Refresh();
   f.SelectNode("r负债");  // narrows the list only
   EXPECT_EQ(Validate(f, "kcxj").name, "1001");

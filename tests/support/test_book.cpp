@@ -1,5 +1,10 @@
 #include "support/test_book.h"
 
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <memory>
 #include <utility>
 
 #include "book/identifiers.h"
@@ -24,13 +29,68 @@ std::vector<book::Account> FewAccounts() {
           {.code = "50010101", .name = "直接材料", .category = "成本", .help = "zjcl"}};
 }
 
+namespace {
+
+std::string FromEnvironment(const char* name) {
+  const char* text = std::getenv(name);
+  return text == nullptr ? std::string() : text;
+}
+
+/// Says once, for all cases, that there is no server to run them on.
+class ServerNeeded : public testing::Environment {
+ public:
+  void SetUp() override {
+    if (DefaultEngine() == "postgresql" && ServerPlace().empty()) {
+      GTEST_SKIP() << "TAVRIX_ODBC names no server";
+    }
+  }
+};
+[[maybe_unused]] const auto* const kServerNeeded =
+    testing::AddGlobalTestEnvironment(std::make_unique<ServerNeeded>().release());
+
+}  // namespace
+
+const std::string& DefaultEngine() {
+  static const std::string engine = [] {
+    std::string named = FromEnvironment("TAVRIX_ENGINE");
+    return named.empty() ? "sqlite" : named;
+  }();
+  return engine;
+}
+
+std::vector<const char*> Engines() {
+  if (FromEnvironment("TAVRIX_ENGINE").empty()) return {"sqlite", "jet"};
+  return {DefaultEngine().c_str()};
+}
+
+std::string ServerPlace() {
+  return FromEnvironment("TAVRIX_ODBC");
+}
+
+std::string NewServerPlace() {
+  static int count = 0;
+  // Suites run side by side on one server.
+  static const auto run = std::chrono::system_clock::now().time_since_epoch().count();
+  const std::string schema = "book_" + std::to_string(run) + "_" + std::to_string(++count);
+  static const auto connection = book::EngineFor(ServerPlace()).Open({.path = ServerPlace()});
+  connection->Execute("create schema " + schema, book::Origin::kDesk);
+  return ServerPlace() + "ConnSettings={set search_path to " + schema + "};";
+}
+
 book::Book MakeBook(std::vector<book::Account> accounts, const std::string& code_rule) {
-  book::Book made =
-      book::Book::Create(book::Book::kInMemory, {.title = "test",
-                                                 .code_rule = code_rule,
-                                                 .accounts = std::move(accounts),
-                                                 .currencies = {{"EUR", "欧元"}, {"USD", "美元"}},
-                                                 .units = {{"01", "千克"}, {"02", "台"}}});
+  return MakeBookOn(DefaultEngine(), std::move(accounts), code_rule);
+}
+
+book::Book MakeBookOn(const std::string& engine, std::vector<book::Account> accounts,
+                      const std::string& code_rule) {
+  const bool server = engine == "postgresql";
+  book::Book made = book::Book::Create(server ? NewServerPlace() : book::Book::kInMemory,
+                                       {.title = "test",
+                                        .code_rule = code_rule,
+                                        .accounts = std::move(accounts),
+                                        .currencies = {{"EUR", "欧元"}, {"USD", "美元"}},
+                                        .units = {{"01", "千克"}, {"02", "台"}}});
+  if (!server) made.SetDriver(engine);
   made.Around().user_folder.clear();
   return made;
 }

@@ -13,11 +13,29 @@ namespace tavrix::test {
 /// (500101 基本生产成本 (50010101 直接材料)).
 [[nodiscard]] std::vector<desk::book::Account> FewAccounts();
 
-/// A fresh book in memory, for a user without a folder of files, with `accounts`, two currencies,
-/// two units and code rule 4222. In the chart the accounts have the identifiers 1, 2, 3 ... in
-/// their order.
+/// Which engine and dialect the suite runs on, by the environment's TAVRIX_ENGINE: "sqlite" (when
+/// it says nothing), "jet" (the Jet dialect on SQLite), or "postgresql" (the server that
+/// TAVRIX_ODBC names by its connection string; without one all cases are skipped).
+[[nodiscard]] const std::string& DefaultEngine();
+
+/// The engines for the cases that are run for each dialect: both dialects on SQLite, or the one
+/// engine that the environment asks for.
+[[nodiscard]] std::vector<const char*> Engines();
+
+/// The connection string of a place for a new book on the server of TAVRIX_ODBC.
+[[nodiscard]] std::string NewServerPlace();
+
+/// The server's connection string; empty where there is none.
+[[nodiscard]] std::string ServerPlace();
+
+/// A fresh book in memory or on the server, for a user without a folder of files, with `accounts`,
+/// two currencies, two units and code rule 4222. In the chart the accounts have the identifiers 1,
+/// 2, 3 ... in their order.
 [[nodiscard]] desk::book::Book MakeBook(std::vector<desk::book::Account> accounts = FewAccounts(),
                                         const std::string& code_rule = "4222");
+[[nodiscard]] desk::book::Book MakeBookOn(const std::string& engine,
+                                          std::vector<desk::book::Account> accounts = FewAccounts(),
+                                          const std::string& code_rule = "4222");
 
 /// Runs a statement of the test's own on the book, past the checks on callers' statements.
 void Run(const desk::book::Book& book, const std::string& sql);

@@ -1,0 +1,10 @@
+# The system's ODBC: a part of Windows; elsewhere unixODBC.
+add_library(tavrix_odbc INTERFACE)
+if(WIN32)
+  target_link_libraries(tavrix_odbc INTERFACE odbc32)
+else()
+  find_library(TAVRIX_ODBC_LIBRARY odbc REQUIRED)
+  find_path(TAVRIX_ODBC_HEADERS sqlext.h REQUIRED)
+  target_include_directories(tavrix_odbc SYSTEM INTERFACE ${TAVRIX_ODBC_HEADERS})
+  target_link_libraries(tavrix_odbc INTERFACE ${TAVRIX_ODBC_LIBRARY})
+endif()

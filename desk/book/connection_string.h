@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace desk::book {
+
+/// Whether a book's place is an ODBC connection string ("Driver=...", "DSN=...", "FileDSN=...",
+/// also behind "ODBC;") and not a file.
+[[nodiscard]] bool IsConnectionString(std::string_view place);
+
+/// The connection string as the driver manager takes it: without a leading "ODBC;".
+[[nodiscard]] std::string_view DriverManagerText(std::string_view place);
+
+/// A book's place for a message or a title: passwords are hidden.
+[[nodiscard]] std::string ShownPlace(std::string_view place);
+
+}  // namespace desk::book

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <set>
+#include <string>
+
+#include "book/odbc_link.h"
+
+namespace desk::book {
+
+/// A book on a server. When the server has gone away the statement under way fails with
+/// `Trouble::kGone`, and the next one outside a transaction connects anew. No statement is sent
+/// twice: whether one that failed so has been carried out, nobody knows.
+class OdbcConnection : public Connection {
+ public:
+  explicit OdbcConnection(const Place& place);
+
+  [[nodiscard]] std::unique_ptr<Rows> Query(const std::string& sql, Origin origin,
+                                            Values parameters) override;
+  void Execute(const std::string& sql, Origin origin, Values parameters) override;
+  void Begin() override;
+  void Commit() override;
+  void Rollback() noexcept override;
+  [[nodiscard]] std::string Driver() const override;
+  [[nodiscard]] Flavor Makes() const override { return link_->Server(); }
+  [[nodiscard]] bool ReadOnly() const override { return read_only_; }
+  [[nodiscard]] bool HasTable(std::string_view table) override;
+  [[nodiscard]] bool HasColumn(std::string_view table, std::string_view column) override;
+  [[nodiscard]] int SchemaVersion() override;
+  void SetSchemaVersion(int version) override;
+
+ private:
+  void Connect();
+  void MakeReady();
+  [[nodiscard]] OdbcHandle Run(const std::string& sql, Values parameters);
+  [[nodiscard]] std::int64_t Change(const std::string& sql, Values parameters);
+  [[nodiscard]] bool FindTable(const std::string& table);
+  void TakeWriteLock();
+
+  Place place_;
+  std::shared_ptr<OdbcLink> link_;
+  bool read_only_ = false;
+  bool in_transaction_ = false;
+  bool failed_ = false;           ///< a statement of the transaction under way has failed
+  std::set<std::string> tables_;  ///< known to be there
+};
+
+}  // namespace desk::book

@@ -1,0 +1,106 @@
+#include "book/odbc_error.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "book/odbc_text.h"
+#include "host/text.h"
+
+namespace desk::book {
+
+namespace {
+
+struct Diagnosis {
+  std::string state;
+  SQLINTEGER number = 0;  ///< the server's own
+  std::string message;
+};
+
+Diagnosis FirstDiagnosis(SQLSMALLINT kind, SQLHANDLE handle) {
+  std::array<SQLWCHAR, 6> state{};
+  std::array<SQLWCHAR, 1024> text{};
+  Diagnosis diagnosis;
+  SQLSMALLINT length = 0;
+  const SQLRETURN result =
+      SQLGetDiagRecW(kind, handle, 1, state.data(), &diagnosis.number, text.data(),
+                     static_cast<SQLSMALLINT>(text.size()), &length);
+  if (!SQL_SUCCEEDED(result)) return diagnosis;
+  diagnosis.state = FromWide(state.data(), 5);
+  const auto most = static_cast<SQLSMALLINT>(text.size() - 1);
+  diagnosis.message = FromWide(text.data(), static_cast<std::size_t>(std::min(length, most)));
+  return diagnosis;
+}
+
+struct Meaning {
+  Trouble trouble = Trouble::kOther;
+  std::string_view text;
+};
+
+constexpr Meaning kGoneMeaning = {Trouble::kGone, "与数据库服务器的连接已断开"};
+constexpr Meaning kLockedMeaning = {Trouble::kLocked, "账簿正被其他用户使用，请稍后再试"};
+
+bool IsLock(const Diagnosis& diagnosis, Flavor flavor) {
+  constexpr std::array<std::string_view, 5> kStates = {"55P03", "40001", "40P01", "HYT00", "HYT01"};
+  if (std::ranges::find(kStates, diagnosis.state) != kStates.end()) return true;
+  if (flavor == Flavor::kSqlServer) return diagnosis.number == 1222 || diagnosis.number == 1205;
+  return flavor == Flavor::kMariaDb && (diagnosis.number == 1205 || diagnosis.number == 1213);
+}
+
+bool IsDuplicate(const Diagnosis& diagnosis, Flavor flavor) {
+  if (diagnosis.state == "23505") return true;
+  switch (flavor) {
+    case Flavor::kSqlServer:
+      return diagnosis.number == 2627 || diagnosis.number == 2601;
+    case Flavor::kMariaDb:
+      return diagnosis.number == 1062;
+    case Flavor::kAccess:
+      return diagnosis.number == -1605;
+    default:
+      return false;
+  }
+}
+
+Meaning MeaningOf(const Diagnosis& diagnosis, Flavor flavor) {
+  const std::string_view state = diagnosis.state;
+  if (state.starts_with("08") || state.starts_with("57P")) return kGoneMeaning;
+  if (IsLock(diagnosis, flavor)) return kLockedMeaning;
+  if (IsDuplicate(diagnosis, flavor)) {
+    const bool code = diagnosis.message.find("gl_code_code") != std::string::npos ||
+                      diagnosis.message.find("gl_code_nocase") != std::string::npos;
+    return {Trouble::kDuplicate, code ? "科目编码重复" : "数据重复"};
+  }
+  if (state.starts_with("23")) return {Trouble::kOther, "数据不符合账簿的规定"};
+  if (state == "25006") return {Trouble::kReadOnly, "账簿是只读的，不能写入"};
+  if (state == "42501") return {Trouble::kReadOnly, "没有使用账簿的权限"};
+  if (state == "53100") return {Trouble::kFull, "服务器的磁盘已满，数据没有保存"};
+  if (state == "42P01" || state == "42S02") return {Trouble::kOther, "账簿中没有这个表"};
+  if (state == "42703" || state == "42S22") return {Trouble::kOther, "账簿中没有这个列"};
+  if (state == "42601") return {Trouble::kOther, "语句有语法错误"};
+  if (state == "IM002" || state == "IM003" || state == "01000")
+    return {Trouble::kOther, "没有这个 ODBC 数据源或驱动程序"};
+  if (state.starts_with("28")) return {Trouble::kOther, "用户名或密码不正确"};
+  return {};
+}
+
+}  // namespace
+
+Flavor FlavorOf(const std::string& server_name) {
+  const std::string name = host::LowerCase(server_name);
+  if (name.starts_with("postgres")) return Flavor::kPostgres;
+  if (name == "microsoft sql server") return Flavor::kSqlServer;
+  if (name == "access") return Flavor::kAccess;
+  if (name == "mariadb" || name == "mysql") return Flavor::kMariaDb;
+  return Flavor::kOther;
+}
+
+DatabaseError OdbcError(SQLSMALLINT kind, SQLHANDLE handle, Flavor flavor) {
+  const Diagnosis diagnosis = FirstDiagnosis(kind, handle);
+  const Meaning meaning = MeaningOf(diagnosis, flavor);
+  std::string text(meaning.text.empty() ? "数据库报告错误" : meaning.text);
+  if (!diagnosis.message.empty()) text += "：" + diagnosis.message;
+  return {meaning.trouble, text};
+}
+
+}  // namespace desk::book

@@ -1,0 +1,18 @@
+create table gl_code(i_id long not null primary key,cclass text(255) default '',cclass_engl text(255) default '',cclassany text(255) default '',cclassany_engl text(255) default '',ccode text(40),ccode_name text(255) default '',ccode_engl text(255) default '',igrade long default 0,bproperty short default 0,cbook_type text(255) default '',cbook_type_engl text(255) default '',chelp text(255) default '',cexch_name text(255) default '',cmeasure text(255) default '',bperson short default 0,bcus short default 0,bsup short default 0,bdept short default 0,bitem short default 0,cass_item text(255) default '',br short default 0,be short default 0,cgather text(255) default '',bend short default 0,bexchange short default 0,bcash short default 0,bbank short default 0,bused short default 0,bd_c short default 0,dbegin long default 0,dend long default 0,itrans long default 0,bclose short default 0,cother text(255) default '',iotherused long default 0,bcashitem short default 0);
+create unique index gl_code_code on gl_code(ccode);
+create index gl_code_class on gl_code(cclass,ccode);
+create index gl_code_name on gl_code(ccode_name);
+create index gl_code_help on gl_code(chelp);
+create table gl_accvouch(i_id long not null primary key,fiscal_year long,fiscal_period long,voucher_number long,line_number long,entry_date text(255) default '',summary text(255) default '',ccode text(40),debit double default 0,credit double default 0,currency_name text(255) default '',foreign_amount double default 0,quantity double default 0,department text(255) default '',person text(255) default '',customer text(255) default '',supplier text(255) default '',project text(255) default '',prepared_by text(255) default '');
+create index gl_accvouch_code on gl_accvouch(ccode);
+create unique index gl_accvouch_line on gl_accvouch(fiscal_year,fiscal_period,voucher_number,line_number) with ignore null;
+create table gl_accass(i_id long not null primary key,ccode text(40),fiscal_year long,fiscal_period long,department text(255) default '',person text(255) default '',customer text(255) default '',supplier text(255) default '',project text(255) default '',debit double default 0,credit double default 0);
+create index gl_accass_code on gl_accass(ccode,fiscal_year,fiscal_period);
+create table gl_accsum(i_id long not null primary key,ccode text(40),fiscal_year long,fiscal_period long,debit double default 0,credit double default 0);
+create index gl_accsum_code on gl_accsum(ccode,fiscal_year,fiscal_period);
+create table tvxbz(币种ID long not null primary key,外币名称 text(255) default '',外币代号 text(255) default '');
+create table tvxjldw(单位ID long not null primary key,名称 text(255) default '',代码 text(255) default '');
+create table xt_accinformation(system_code text(60) not null,item_code text(60) not null,item_value text(255) default '',primary key(system_code,item_code));
+create table xt_objects(progid long not null primary key,billitem long default 0,title text(255) default '');
+create index xt_objects_item on xt_objects(billitem);
+create table desk_identifier(table_name text(60) not null,last_id long default 0,primary key(table_name));

@@ -1,0 +1,18 @@
+create table gl_code(i_id int not null primary key,cclass nvarchar(255) default '',cclass_engl nvarchar(255) default '',cclassany nvarchar(255) default '',cclassany_engl nvarchar(255) default '',ccode nvarchar(40),ccode_name nvarchar(255) default '',ccode_engl nvarchar(255) default '',igrade int default 0,bproperty smallint default 0,cbook_type nvarchar(255) default '',cbook_type_engl nvarchar(255) default '',chelp nvarchar(255) default '',cexch_name nvarchar(255) default '',cmeasure nvarchar(255) default '',bperson smallint default 0,bcus smallint default 0,bsup smallint default 0,bdept smallint default 0,bitem smallint default 0,cass_item nvarchar(255) default '',br smallint default 0,be smallint default 0,cgather nvarchar(255) default '',bend smallint default 0,bexchange smallint default 0,bcash smallint default 0,bbank smallint default 0,bused smallint default 0,bd_c smallint default 0,dbegin int default 0,dend int default 0,itrans int default 0,bclose smallint default 0,cother nvarchar(255) default '',iotherused int default 0,bcashitem smallint default 0);
+create unique index gl_code_code on gl_code(ccode);
+create index gl_code_class on gl_code(cclass,ccode);
+create index gl_code_name on gl_code(ccode_name);
+create index gl_code_help on gl_code(chelp);
+create table gl_accvouch(i_id int not null primary key,fiscal_year int,fiscal_period int,voucher_number int,line_number int,entry_date nvarchar(255) default '',summary nvarchar(255) default '',ccode nvarchar(40),debit bigint default 0,credit bigint default 0,currency_name nvarchar(255) default '',foreign_amount bigint default 0,quantity float default 0,department nvarchar(255) default '',person nvarchar(255) default '',customer nvarchar(255) default '',supplier nvarchar(255) default '',project nvarchar(255) default '',prepared_by nvarchar(255) default '');
+create index gl_accvouch_code on gl_accvouch(ccode);
+create unique index gl_accvouch_line on gl_accvouch(fiscal_year,fiscal_period,voucher_number,line_number) where voucher_number is not null;
+create table gl_accass(i_id int not null primary key,ccode nvarchar(40),fiscal_year int,fiscal_period int,department nvarchar(255) default '',person nvarchar(255) default '',customer nvarchar(255) default '',supplier nvarchar(255) default '',project nvarchar(255) default '',debit bigint default 0,credit bigint default 0);
+create index gl_accass_code on gl_accass(ccode,fiscal_year,fiscal_period);
+create table gl_accsum(i_id int not null primary key,ccode nvarchar(40),fiscal_year int,fiscal_period int,debit bigint default 0,credit bigint default 0);
+create index gl_accsum_code on gl_accsum(ccode,fiscal_year,fiscal_period);
+create table tvxbz(币种ID int not null primary key,外币名称 nvarchar(255) default '',外币代号 nvarchar(255) default '');
+create table tvxjldw(单位ID int not null primary key,名称 nvarchar(255) default '',代码 nvarchar(255) default '');
+create table xt_accinformation(system_code nvarchar(60) not null,item_code nvarchar(60) not null,item_value nvarchar(255) default '',primary key(system_code,item_code));
+create table xt_objects(progid int not null primary key,billitem int default 0,title nvarchar(255) default '');
+create index xt_objects_item on xt_objects(billitem);
+create table desk_identifier(table_name nvarchar(60) not null,last_id int default 0,primary key(table_name));

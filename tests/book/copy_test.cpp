@@ -1,0 +1,107 @@
+#include "book/copy.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "book/identifiers.h"
+#include "book/paths.h"
+#include "book/sample.h"
+#include "support/test_book.h"
+
+namespace desk::book {
+namespace {
+
+using tavrix::test::Scalar;
+using tavrix::test::TempFolder;
+using testing::HasSubstr;
+
+class CopyTest : public testing::Test {
+ protected:
+  [[nodiscard]] std::string File(const std::string& name) const { return folder_.File(name); }
+  static std::int64_t RowsOf(const std::vector<CopiedTable>& tables, const std::string& name) {
+    for (const CopiedTable& table : tables) {
+      if (table.name == name) return table.rows;
+    }
+    return -1;
+  }
+  static std::string Failure(const std::string& from, const std::string& to) {
+    try {
+      (void)CopyBook(from, to);
+      return {};
+    } catch (const DatabaseError& error) {
+      return error.what();
+    }
+  }
+  /// The postings that reports would be made of.
+  static std::vector<std::string> Totals(const Book& book) {
+    return tavrix::test::AllRows(book,
+                                 "select ccode,fiscal_year,fiscal_period,sum(debit),sum(credit) "
+                                 "from gl_accvouch group by ccode,fiscal_year,fiscal_period order "
+                                 "by ccode,fiscal_year,fiscal_period");
+  }
+  /// Copies the sample book to `there` and from there into a file again.
+  void GoAndReturn(const std::string& there) {
+    const std::string home = File("示例.book");
+    int next = 0;
+    std::vector<std::string> totals;
+    {
+      const Book sample = CreateSampleBook(home, StandardChart::kEnterprise);
+      tavrix::test::Run(sample, "update gl_code set chelp='a\"b|😀', bproperty=-1 where i_id=1");
+      next = NewIdentifier(sample.GetSession(), "gl_code", "i_id") + 1;
+      totals = Totals(sample);
+    }
+    const auto copied = CopyBook(home, there);
+    EXPECT_GT(RowsOf(copied, "gl_code"), 150);
+    EXPECT_GT(RowsOf(copied, "gl_accvouch"), 50);
+    const std::string again = File("再次.book");
+    EXPECT_EQ(RowsOf(CopyBook(there, again), "gl_accvouch"), RowsOf(copied, "gl_accvouch"));
+    for (const std::string& place : {there, again}) {
+      const Book book = Book::Open(place);
+      EXPECT_EQ(book.Faults(), "");
+      EXPECT_EQ(Totals(book), totals);
+      EXPECT_EQ(Scalar(book, "select chelp from gl_code where i_id=1"), "a\"b|😀");
+      EXPECT_EQ(book.Setting("system", "kmbm"), "4222");
+      EXPECT_EQ(NewIdentifier(book.GetSession(), "gl_code", "i_id"), next);
+    }
+    EXPECT_NE(Failure(home, there), "") << "a book is there already";
+  }
+  TempFolder folder_;
+};
+
+TEST_F(CopyTest, AFileComesWholeIntoAnother) {
+  GoAndReturn(File("b.book"));
+}
+
+TEST_F(CopyTest, AFileComesWholeToTheServerAndBack) {
+  if (tavrix::test::ServerPlace().empty()) GTEST_SKIP() << "TAVRIX_ODBC names no server";
+  GoAndReturn(tavrix::test::NewServerPlace());
+}
+
+TEST_F(CopyTest, ARowThatTheServerRefusesIsNamedAndNothingStays) {
+  if (tavrix::test::ServerPlace().empty()) GTEST_SKIP() << "TAVRIX_ODBC names no server";
+  const std::string place = tavrix::test::NewServerPlace();
+  {
+    const Book book = Book::Create(File("a.book"), {.accounts = tavrix::test::FewAccounts()});
+    tavrix::test::Run(book, "update gl_code set igrade='二' where i_id=4");
+  }
+  EXPECT_THAT(Failure(File("a.book"), place), HasSubstr("gl_code 中 i_id=4"));
+  EXPECT_NE(Failure(File("none.book"), place), "");
+  tavrix::test::Run(Book::Open(File("a.book")), "update gl_code set igrade=2 where i_id=4");
+  EXPECT_EQ(Failure(File("a.book"), place), "");
+}
+
+TEST_F(CopyTest, AFailedCopyLeavesNoFile) {
+  {
+    const Book book = Book::Create(File("a.book"), {.accounts = tavrix::test::FewAccounts()});
+    // The copy's key refuses what this book lets in.
+    tavrix::test::Run(book, "drop index gl_code_code");
+    tavrix::test::Run(book, "update gl_code set ccode='1001'");
+  }
+  EXPECT_THAT(Failure(File("a.book"), File("b.book")), HasSubstr("科目编码重复"));
+  EXPECT_FALSE(std::filesystem::exists(PathOf(File("b.book"))));
+}
+
+}  // namespace
+}  // namespace desk::book

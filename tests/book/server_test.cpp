@@ -1,0 +1,305 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <thread>
+
+#include "book/connection_string.h"
+#include "book/identifiers.h"
+#include "book/posting.h"
+#include "book/schema.h"
+#include "host/calls.h"
+#include "support/server_user.h"
+#include "support/test_book.h"
+
+namespace desk::book {
+namespace {
+
+using tavrix::test::MakeBookOn;
+using tavrix::test::Scalar;
+using testing::HasSubstr;
+
+TEST(ConnectionString, IsToldFromAFileAndShownWithoutItsPassword) {
+  for (const char* text : {"Driver={X};Server=y", "dsn=books", "ODBC;DSN=books", "FileDSN=a.dsn"}) {
+    EXPECT_TRUE(IsConnectionString(text)) << text;
+  }
+  for (const char* text : {"", ":memory:", "C:\\账簿\\driver.book", "dsn.book", "/tmp/odbc"}) {
+    EXPECT_FALSE(IsConnectionString(text)) << text;
+  }
+  EXPECT_EQ(DriverManagerText("odbc;DSN=books"), "DSN=books");
+  EXPECT_EQ(ShownPlace("ODBC;Driver={a;b};Uid=me;PWD={s;=e};Password=x;Port=1"),
+            "ODBC;Driver={a;b};Uid=me;PWD=***;Password=***;Port=1");
+  EXPECT_EQ(ShownPlace("C:\\pwd=x.book"), "C:\\pwd=x.book");
+}
+
+/// What the script of an engine in docs/schema must hold.
+std::string ScriptText(Flavor flavor) {
+  std::string text;
+  for (const std::string& statement : SchemaScript(flavor)) text += statement + ";\n";
+  return text;
+}
+
+TEST(SchemaScriptTest, TheDocumentedScriptsMakeTheTablesThatTheDeskMakes) {
+  const std::pair<const char*, Flavor> scripts[] = {{"postgresql", Flavor::kPostgres},
+                                                    {"sqlserver", Flavor::kSqlServer},
+                                                    {"access", Flavor::kAccess},
+                                                    {"mariadb", Flavor::kMariaDb}};
+  for (const auto& [name, flavor] : scripts) {
+    std::ifstream file(std::string(TAVRIX_SOURCE "/docs/schema/") + name + ".sql",
+                       std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_EQ(text, ScriptText(flavor)) << name;
+  }
+  EXPECT_THROW((void)SchemaScript(Flavor::kOther), DatabaseError);
+}
+
+/// On the server that the environment names.
+class ServerTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (tavrix::test::ServerPlace().empty()) GTEST_SKIP() << "TAVRIX_ODBC names no server";
+    place_ = tavrix::test::NewServerPlace();
+  }
+  [[nodiscard]] Book CreateBook() const {
+    return Book::Create(place_, {.accounts = tavrix::test::FewAccounts()});
+  }
+  [[nodiscard]] Book OpenHasty(Access access = Access::kReadWrite) const {
+    return Book::Open(
+        {.path = place_, .access = access, .patience = std::chrono::milliseconds(50)});
+  }
+  static std::string Failure(const std::function<void()>& action, Trouble* reason = nullptr) {
+    try {
+      action();
+      return {};
+    } catch (const DatabaseError& error) {
+      if (reason != nullptr) *reason = error.Reason();
+      return error.what();
+    }
+  }
+  std::string place_;
+};
+
+TEST_F(ServerTest, ABookIsMadeOnceAndComesBack) {
+  EXPECT_THAT(Failure([&] { (void)Book::Open(place_); }), HasSubstr("gl_code"));
+  {
+    Book book = CreateBook();
+    book.SetSetting("system", "kmbm", "422");
+  }
+  EXPECT_THAT(Failure([&] { (void)CreateBook(); }), HasSubstr("已经有账簿"));
+  Book book = Book::Open(place_);
+  EXPECT_EQ(book.Faults(), "");
+  EXPECT_EQ(book.Driver(), "postgresql");
+  EXPECT_FALSE(book.ReadOnly());
+  EXPECT_EQ(host::SettingText(*book.System(), "kmbm"), "422");
+  EXPECT_EQ(Scalar(book, "select count(*) from gl_code"), "8");
+  book.SetDriver("jet");
+  EXPECT_EQ(host::QueryScalar(*book.System(),
+                              "Select TOP 1 ccode From gl_code Where ccode Like '1002*' ORDER BY "
+                              "ccode desc")
+                .ToText(),
+            "100202");
+}
+
+TEST_F(ServerTest, AFailedCreationLeavesNothing) {
+  const Account twice = {.code = "1001", .name = "a", .category = "资产"};
+  Trouble reason = Trouble::kOther;
+  EXPECT_THAT(Failure(
+                  [&] {
+                    (void)Book::Create(place_, {.accounts = {twice, twice}});
+                  },
+                  &reason),
+              HasSubstr("科目编码重复"));
+  EXPECT_EQ(reason, Trouble::kDuplicate);
+  EXPECT_EQ(Scalar(CreateBook(), "select count(*) from gl_code"), "8");
+}
+
+TEST_F(ServerTest, AnUnreachableServerIsNamedWithoutThePassword) {
+  const std::string text = Failure([] {
+    (void)Book::Open(
+        "Driver={PostgreSQL Unicode};Server=127.0.0.1;Port=1;Database=x;Uid=u;Pwd=p9;");
+  });
+  EXPECT_THAT(text, testing::AllOf(HasSubstr("连接已断开"), HasSubstr("Pwd=***")));
+  EXPECT_THAT(text, testing::Not(HasSubstr("p9")));
+  EXPECT_THAT(Failure([] { (void)Book::Open("Driver={no such};"); }), HasSubstr("ODBC 数据源"));
+}
+
+TEST_F(ServerTest, ValuesOfEveryKindPassUnharmed) {
+  const Book book = CreateBook();
+  Connection& connection = book.GetSession().Own();
+  std::string text = "'\\%_?😀";
+  for (int i = 0; i < 3000; ++i) text += i % 7 == 0 ? "😀" : "科目";
+  const host::Value values[] = {9'007'199'254'740'993, -0.125, host::Value(), text};
+  connection.Execute(
+      "insert into gl_accvouch(i_id,debit,quantity,fiscal_year,summary)values(1,?,?,?,?)",
+      Origin::kDesk, values);
+  const auto rows = connection.Query(
+      "select debit,quantity,fiscal_year,summary,sum(debit)over(),'' from gl_accvouch where "
+      "summary=?",
+      Origin::kDesk, Values(values).last(1));
+  ASSERT_TRUE(rows->Next());
+  EXPECT_EQ(std::get<std::int64_t>(rows->Get(0).Raw()), 9'007'199'254'740'993);
+  EXPECT_EQ(std::get<double>(rows->Get(1).Raw()), -0.125);
+  EXPECT_TRUE(rows->Get(2).IsNull());
+  EXPECT_EQ(rows->Get(3).ToText(), text);
+  EXPECT_EQ(std::get<std::int64_t>(rows->Get(4).Raw()), 9'007'199'254'740'993);
+  EXPECT_EQ(rows->Get(5).ToText(), "");
+  host::RowSet set(6);
+  rows->AppendRest(set);
+  EXPECT_EQ(set.Rows(), 1U);
+  EXPECT_EQ(set.Text(0, 3), text);
+  EXPECT_TRUE(set.IsNull(0, 2));
+}
+
+TEST_F(ServerTest, ErrorsAreTextsAndTheBookGoesOn) {
+  const Book book = CreateBook();
+  const auto error_of = [&](const std::string& sql) {
+    return host::ExecuteSql(*book.System(), sql);
+  };
+  EXPECT_THAT(error_of("insert into gl_code(i_id,ccode)values(99,'1001')"),
+              HasSubstr("科目编码重复"));
+  EXPECT_THAT(error_of("update gl_code set ccode_name='a'b' where i_id=1"),
+              HasSubstr("不允许的写法"));
+  EXPECT_THAT(error_of("update gl_code set ccode_name=where i_id=1"), HasSubstr("语法错误"));
+  EXPECT_THAT(error_of("update gl_code set nothing=1"), HasSubstr("没有这个列"));
+  EXPECT_EQ(error_of("delete from gl_code where i_id=99"), "");
+  EXPECT_EQ(error_of("delete from gl_code where i_id=1;"), "");
+  tavrix::test::Run(book, "drop table tvxbz");
+  EXPECT_THAT(Failure([&] { (void)host::QueryRows(*book.System(), "select 币种ID from tvxbz"); }),
+              HasSubstr("没有这个表"));
+  EXPECT_THAT(Failure([&] { (void)host::QueryRows(*book.System(), "delete from gl_code"); }),
+              HasSubstr("不是查询"));
+  EXPECT_EQ(Scalar(book, "select count(*) from gl_code"), "7");
+}
+
+TEST_F(ServerTest, LenCountsAsTheOtherServersDo) {
+  const Book book = CreateBook();
+  EXPECT_EQ(Scalar(book, "select len('科目a')"), "3");
+  EXPECT_EQ(Scalar(book, "select len('😀a')"), "3");
+  EXPECT_EQ(Scalar(book, "select len('')"), "0");
+  EXPECT_EQ(Scalar(book, "select len(null)"), "(null)");
+}
+
+TEST_F(ServerTest, CodesAreUniqueWithoutCaseAndAPrefixSearchUsesTheKey) {
+  const Book book = CreateBook();
+  EXPECT_EQ(host::ExecuteSql(*book.System(), "update gl_code set ccode='a1' where i_id=1"), "");
+  EXPECT_THAT(host::ExecuteSql(*book.System(), "update gl_code set ccode='A1' where i_id=2"),
+              HasSubstr("科目编码重复"));
+  tavrix::test::Run(book, "set enable_seqscan=off");
+  EXPECT_THAT(tavrix::test::AllRows(
+                  book, "explain select count(i_id) from gl_code where ccode like '1002%'"),
+              testing::Contains(HasSubstr("ccode >= '1002'")));
+}
+
+TEST_F(ServerTest, AReadOnlyBookReadsAndSaysWhyItDoesNotWrite) {
+  (void)CreateBook();
+  const Book book = OpenHasty(Access::kReadOnly);
+  EXPECT_TRUE(book.ReadOnly());
+  EXPECT_EQ(host::QueryScalar(*book.System(), "select count(*) from gl_code").ToLong(), 8);
+  EXPECT_THAT(host::ExecuteSql(*book.System(), "delete from gl_code"), HasSubstr("只读"));
+  EXPECT_THAT(book.System()->NewIdentifier("gl_code", "i_ID").error, HasSubstr("只读"));
+  EXPECT_THAT(Failure([&] { tavrix::test::Run(book, "delete from gl_code"); }), HasSubstr("只读"));
+}
+
+TEST_F(ServerTest, ALockedBookSaysSoAndWorksAgain) {
+  const Book other = CreateBook();
+  const Book book = OpenHasty();
+  const std::string sql = "update gl_code set chelp='x' where i_id=1";
+  {
+    const Transaction transaction(other.GetSession());
+    tavrix::test::Run(other, sql);
+    EXPECT_THAT(host::ExecuteSql(*book.System(), sql), HasSubstr("正被其他用户使用"));
+    EXPECT_THAT(book.System()->NewIdentifier("gl_code", "i_id").error, HasSubstr("其他用户"));
+    EXPECT_EQ(host::QueryScalar(*book.System(), "select count(*) from gl_code").ToLong(), 8);
+  }
+  EXPECT_EQ(host::ExecuteSql(*book.System(), sql), "");
+  EXPECT_EQ(book.System()->NewIdentifier("gl_code", "i_id").id, 9);
+}
+
+TEST_F(ServerTest, ATransactionWithAFailedStatementIsNeverCommitted) {
+  const Book book = CreateBook();
+  {
+    Transaction transaction(book.GetSession());
+    tavrix::test::Run(book, "delete from gl_code where i_id=1");
+    EXPECT_NE(Failure([&] { tavrix::test::Run(book, "delete from nothing"); }), "");
+    EXPECT_NE(Failure([&] { transaction.Commit(); }), "");
+  }
+  EXPECT_EQ(Scalar(book, "select count(*) from gl_code"), "8");
+  EXPECT_EQ(book.System()->NewIdentifier("gl_code", "i_id").id, 9);
+}
+
+TEST_F(ServerTest, TwoDesksGetDifferentIdentifiers) {
+  (void)CreateBook();
+  constexpr int kEach = 40;
+  const auto draw = [this](std::vector<int>& ids) {
+    const Book book = Book::Open(place_);
+    for (int i = 0; i < kEach; ++i) {
+      ids.push_back(NewIdentifier(book.GetSession(), "gl_code", "i_id"));
+    }
+  };
+  std::vector<int> mine;
+  std::vector<int> theirs;
+  std::thread other([&] { draw(theirs); });
+  draw(mine);
+  other.join();
+  mine.insert(mine.end(), theirs.begin(), theirs.end());
+  std::ranges::sort(mine);
+  EXPECT_EQ(std::ranges::adjacent_find(mine), mine.end());
+  EXPECT_EQ(mine.size(), 2U * kEach);
+}
+
+TEST_F(ServerTest, ABookOfOthersGetsTheDesksTableWhenItIsNeeded) {
+  tavrix::test::Run(CreateBook(), "drop table desk_identifier");
+  const Book book = Book::Open(place_);
+  EXPECT_EQ(book.Faults(), "");
+  EXPECT_EQ(book.System()->NewIdentifier("gl_code", "i_ID").id, 9);
+  EXPECT_EQ(book.System()->NewIdentifier("gl_code", "i_ID").id, 10);
+}
+
+TEST_F(ServerTest, AVoucherIsPostedWholeOrNotAtAll) {
+  const Book book = CreateBook();
+  const Voucher voucher = {.year = 2026,
+                           .month = 1,
+                           .day = 5,
+                           .prepared_by = "a",
+                           .entries = {{.summary = "s", .code = "1001", .debit = 100},
+                                       {.summary = "s", .code = "100201", .credit = 100}}};
+  EXPECT_EQ(Post(book.GetSession(), voucher), 1);
+  EXPECT_EQ(Post(book.GetSession(), voucher), 2);
+  EXPECT_EQ(Scalar(book, "select debit from gl_accsum where ccode='1001'"), "200");
+  Voucher wrong = voucher;
+  wrong.entries[1].code = "1002";
+  EXPECT_NE(Failure([&] { (void)Post(book.GetSession(), wrong); }), "");
+  EXPECT_EQ(Scalar(book, "select count(*) from gl_accvouch"), "4");
+}
+
+TEST_F(ServerTest, AfterTheServerWentAwayTheNextStatementsConnectAnew) {
+  (void)CreateBook();
+  tavrix::test::ServerUser user(place_);
+  const Book book = Book::Open(user.Place());
+  const std::string sql = "update gl_code set chelp=chelp||'x' where i_id=1";
+  user.Away();
+  EXPECT_THAT(host::ExecuteSql(*book.System(), sql), HasSubstr("连接已断开"));
+  EXPECT_THAT(host::ExecuteSql(*book.System(), sql), HasSubstr("没有响应"));
+  EXPECT_THAT(book.System()->NewIdentifier("gl_code", "i_id").error, HasSubstr("没有响应"));
+  user.Back();
+  EXPECT_EQ(host::ExecuteSql(*book.System(), sql), "");
+  EXPECT_EQ(Scalar(book, "select chelp from gl_code where i_id=1"), "kcxjx");
+  {
+    Transaction transaction(book.GetSession());
+    tavrix::test::Run(book, sql);
+    user.Away();
+    user.Back();
+    Trouble reason = Trouble::kOther;
+    EXPECT_NE(Failure([&] { tavrix::test::Run(book, sql); }, &reason), "");
+    EXPECT_EQ(reason, Trouble::kGone);
+    EXPECT_NE(Failure([&] { tavrix::test::Run(book, sql); }), "") << "half a transaction";
+    EXPECT_NE(Failure([&] { transaction.Commit(); }), "");
+  }
+  EXPECT_EQ(Scalar(book, "select chelp from gl_code where i_id=1"), "kcxjx");
+  EXPECT_EQ(book.System()->NewIdentifier("gl_code", "i_id").id, 9);
+}
+
+}  // namespace
+}  // namespace desk::book
