@@ -18,7 +18,7 @@ void selKjkm::OpenForm() {
   if (!session->mfrmKjkm) session->mfrmKjkm = CreateForm(session);
   const auto form = session->mfrmKjkm;
   const int row = Vs_.Row();
-  if (row < Vs_.FixedRows()) {
+  if (row < Vs_.FixedRows() || Vs_.IsTotalRow(row)) {
     form->py_SubProgram(session->m_System, CategoryOfNewAccount(), true);
     return;
   }
@@ -90,10 +90,12 @@ void selKjkm::WriteRow(host::Recordset& account, bool is_new, const std::string&
 }
 
 int selKjkm::RowOfEdited(const std::string& id) const {
-  const int row = Vs_.Row();
+  int row = Vs_.Row();
   if (row >= Vs_.FixedRows() && Vs_.TextMatrix(row, kId) == id) return row;
-  // The host has refreshed the picker while the form was open.
-  return Vs_.FindRow(id, Vs_.FixedRows(), kId);
+  // The host has refreshed the picker while the form was open. A total may read as an id does.
+  row = Vs_.FindRow(id, Vs_.FixedRows(), kId);
+  while (row >= 0 && Vs_.IsTotalRow(row)) row = Vs_.FindRow(id, row + 1, kId);
+  return row;
 }
 
 void selKjkm::mfrmKjkm_ErrMessage(const std::string& psMsg) noexcept {

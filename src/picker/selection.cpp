@@ -88,8 +88,14 @@ void selKjkm::Cancel() noexcept {
 }
 
 void selKjkm::ShowSelectionCount() {
-  LblCount_.SetCaption("共:" + std::to_string(AccountRows()) + "条，已选中" +
-                       std::to_string(Vs_.SelectedRows()) + "条");
+  const int accounts = AccountRows();
+  int selected = Vs_.SelectedRows();
+  const bool totals = accounts != Vs_.Rows() - Vs_.FixedRows();
+  for (int row = Vs_.FixedRows(); totals && row < Vs_.Rows(); ++row) {
+    selected -= Vs_.IsTotalRow(row) && Vs_.IsSelected(row) ? 1 : 0;
+  }
+  LblCount_.SetCaption("共:" + std::to_string(accounts) + "条，已选中" + std::to_string(selected) +
+                       "条");
 }
 
 }  // namespace tavrix::picker

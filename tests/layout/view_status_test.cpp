@@ -4,6 +4,8 @@
 #include "picker/sel_kjkm.h"
 #include "support/scripted_user.h"
 #include "viewkit/check_box.h"
+#include "viewkit/command_button.h"
+#include "viewkit/dialog_model.h"
 #include "viewkit/label.h"
 #include "viewkit/tree_view.h"
 
@@ -211,6 +213,15 @@ TEST_F(PickerStatusTest, ATotalIsNoAccount) {
   ASSERT_TRUE(view.Selected());
   ASSERT_EQ(view.Selected()->Count(), 1);
   EXPECT_EQ(view.Selected()->At(0)->ccode, "1002");
+  EXPECT_EQ(Control<viewkit::Label>(view, "LblCount").Caption(), "共:8条，已选中1条");
+
+  grid.SetRow(9);
+  user_.in_dialog = [](viewkit::DialogModel& dialog) {
+    EXPECT_EQ(dialog.Caption(), "新增同级") << "no account that could be changed";
+    dialog.Unload();
+  };
+  Control<viewkit::CommandButton>(view, "Cmd", 3).Click();
+  EXPECT_EQ(user_.dialogs, 1);
 }
 
 }  // namespace
