@@ -175,8 +175,10 @@ std::string FormatNumber(double number, std::string_view format) {
   bool sign = number < 0;
   if (sign && semicolon != std::string_view::npos) {
     const std::string_view rest = format.substr(semicolon + 1);
-    section = rest.substr(0, rest.find(';'));
-    sign = false;
+    const std::string_view negative = rest.substr(0, rest.find(';'));
+    // An empty section stands for the first one.
+    if (!negative.empty()) section = negative;
+    sign = negative.empty();
   }
   const NumberPattern pattern = PatternReader(section).Read();
   if (!pattern.has_digits) return pattern.before + pattern.after;

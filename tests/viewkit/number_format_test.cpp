@@ -36,6 +36,8 @@ TEST(FormatNumberTest, WritesDigitsAsTheFormatSays) {
   EXPECT_EQ(FormatNumber(999.995, "0.00"), "1000.00");
   EXPECT_EQ(FormatNumber(2.675, "0.00"), "2.68");
   EXPECT_EQ(FormatNumber(-0.001, "0.00"), "0.00");
+  EXPECT_EQ(FormatNumber(-5, "0.00;(0.00)"), "(5.00)");
+  EXPECT_EQ(FormatNumber(-5, "0.00;"), "-5.00") << "money never disappears";
   EXPECT_EQ(FormatNumber(1e20, "#,##0"), "100,000,000,000,000,000,000");
 }
 
