@@ -82,7 +82,7 @@ std::string ReadFile(const fs::path& path) {
 
 void CheckWritable(const fs::path& path) {
   std::error_code failed;
-  if (fs::exists(path, failed)) {
+  if (fs::status(path, failed).type() != fs::file_type::not_found) {
     if (!OpenFile(path, Mode::kAppend)) Fail(path);
     return;
   }

@@ -28,7 +28,7 @@ constexpr std::uintmax_t kMostBytes = 1 << 20;
 std::optional<std::string> TextOfFile(const fs::path& path) {
   std::error_code failed;
   const fs::file_status status = fs::status(path, failed);
-  if (!fs::exists(status)) return std::string();
+  if (status.type() == fs::file_type::not_found) return std::string();
   if (!fs::is_regular_file(status)) return {};
   const std::uintmax_t size = fs::file_size(path, failed);
   if (failed || size > kMostBytes) return {};
@@ -42,7 +42,7 @@ std::optional<std::string> TextOfFile(const fs::path& path) {
 /// The content of one file while somebody uses it.
 class SettingsDocument {
  public:
-  explicit SettingsDocument(fs::path path) : path_(std::move(path)) {
+  explicit SettingsDocument(const fs::path& path) : path_(Target(path)) {
     if (const auto text = TextOfFile(path_)) {
       text_ = SettingsText(*text);
     } else {
@@ -63,12 +63,23 @@ class SettingsDocument {
 
   void Write(const std::string& section, const std::string& key, const std::string& value) {
     if (refused_) throw host::HostError("不能读取设置文件：" + PathText(path_));
-    if (!checked_) CheckWritable(path_);
-    checked_ = true;
+    if (!checked_) {
+      refused_ = true;  // should it not be writable: every key would find that out again
+      CheckWritable(path_);
+      refused_ = false;
+      checked_ = true;
+    }
     if (text_.Write(section, key, value)) changed_ = true;
   }
 
  private:
+  /// What a link leads to: replacing the link itself would leave its target behind.
+  static fs::path Target(const fs::path& path) {
+    std::error_code failed;
+    const fs::path target = fs::weakly_canonical(path, failed);
+    return failed ? path : target;
+  }
+
   fs::path path_;
   SettingsText text_;
   bool refused_ = false;

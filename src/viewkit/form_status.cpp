@@ -129,9 +129,9 @@ void Restore(const Walk& walk, const std::string& key, ListView& list) {
   const double number = host::LeadingNumber(stored);
   const int index = host::ToLong32(number);
   if (index != number || index < 1 || index > list.Count()) return;
-  list.SetSelectedItem(index);
-  list.SetSelected(index, true);
-  list.EnsureVisible(index);
+  Quietly([&] { list.SetSelectedItem(index); });
+  Quietly([&] { list.SetSelected(index, true); });
+  Quietly([&] { list.EnsureVisible(index); });
 }
 
 void Save(const Walk& walk, const std::string& key, vxGrid& grid) {
