@@ -23,9 +23,9 @@ Class PickerBook
   Public Function RowsFor(text)
     Asked = Asked & text & vbLf
     If InStr(text, "xt_accinformation") > 0 Then
-      Set RowsFor = OneValue("item_value", "2")
+      Set RowsFor = OneValue("2")
     ElseIf InStr(text, "xt_objects") > 0 Then
-      Set RowsFor = OneValue("progID", 201)
+      Set RowsFor = OneValue(201)
     ElseIf InStr(text, "select ccode,") = 1 Then
       Set RowsFor = Chosen("ccode,ccode_name,cclass,i_id", text)
     ElseIf InStr(text, "*") > 0 Then
@@ -35,13 +35,9 @@ Class PickerBook
     End If
   End Function
 
-  Private Function OneValue(name, value)
-    Dim answer, rows(0, 0)
-    rows(0, 0) = value
-    Set answer = New Recordset
-    answer.Names = name
-    answer.Load rows, 1
-    Set OneValue = answer
+  Private Function OneValue(value)
+    Set OneValue = New OneRecord
+    OneValue.Value = value
   End Function
 
   Private Function Chosen(names, text)
@@ -93,6 +89,22 @@ Class PickerBook
     from = InStr(text, start)
     If from > 0 Then Between = Mid(text, from + Len(start), InStr(from + Len(start), text, "'") - from - Len(start))
   End Function
+End Class
+
+' One field of one record, reached through a property that takes no argument.
+Class OneRecord
+  Public Value
+  Public Property Get EOF()
+    EOF = False
+  End Property
+  Public Property Get Fields()
+    Set Fields = Me
+  End Property
+  Public Function Item(key)
+    Set Item = Me
+  End Function
+  Public Sub Close()
+  End Sub
 End Class
 
 Class PickerWheel
@@ -164,6 +176,7 @@ Assert.True view.Objects Is Nothing, "Objects before Init"
 Assert.Equal view.Init(system, 77), True, "Init, the host's name left out"
 Assert.Equal book.Asked, "select item_value from xt_accinformation where system_code='system' and item_code='mouseeventscrollrate'" & vbLf & "select progID from xt_objects where billitem=2015" & vbLf, "what Init asks"
 Assert.Equal view.Objects.Count, 0, "no picks yet"
+Assert.True IsEmpty(view.Value), "no value yet"
 
 ' Parameters: the picker's and the designer's, by all their names.
 Assert.True Not view.Parameters Is Nothing, "the host's own collection"
@@ -202,7 +215,8 @@ Assert.True InStr(book.Asked, "iif(bproperty=1,'借','贷')") > 0, "the dialect 
 ' Several rows, one by one and from one end to the other.
 grid.IsSelected(1) = True
 grid.IsSelected(4) = True
-Assert.Equal grid.SelectedRows, 2, "SelectedRows"
+grid.Row = grid.Row
+Assert.Equal grid.SelectedRows, 2, "SelectedRows: the row that stands changes nothing"
 Assert.Equal counter.Caption, "共:4条，已选中2条", "the counter of selected rows"
 controls("Cmd(0)").Click
 Assert.Equal ears.Heard, "select 1001 2;", "DoSelect"
@@ -299,7 +313,8 @@ others.Add "ismx", 1
 others.Add "bcus", 0
 Set others = New HostParameters
 Set view.Parameters = others
-code = "before"
+code = Null
+name = Empty
 Assert.Equal view.Validate("", "", "", "1001", code, name), False, "Validate"
 Assert.Equal code & "|" & name, "1|1001", "by code"
 view.Validate "ignored", "ccode", "ccode_name", "预收账款", code, name
@@ -339,6 +354,8 @@ Assert.Equal Codes(grid), "1122 2203 ", "and loads"
 ' Values of every kind are kept as they are.
 view.Value = Null
 Assert.True IsNull(view.Value), "Null"
+view.Value = Empty
+Assert.True IsEmpty(view.Value), "Empty"
 view.Value = #2024-03-05#
 Assert.Equal VarType(view.Value), 7, "a date"
 view.Value = CCur("1.25")

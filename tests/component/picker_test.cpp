@@ -5,6 +5,7 @@
 #include <ocidl.h>
 #include <olectl.h>
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "component/base/bstr.h"
 #include "component/base/events.h"
 #include "component/event_sink.h"
+#include "component/foreign_container.h"
 #include "component/stub_host.h"
 #include "qnDesignUI.h"
 #include "qnPickerUI.h"
@@ -87,14 +89,15 @@ class Picker : public testing::Test {
     EXPECT_EQ(result, VARIANT_FALSE);
     return status;
   }
+  [[nodiscard]] ComPtr<IChildControls> Controls() {
+    ComPtr<IDispatch> controls;
+    EXPECT_EQ(object_.As<IDesignUI>()->get_Controls(controls.Put()), S_OK);
+    return controls.As<IChildControls>();
+  }
   template <class Interface>
   [[nodiscard]] ComPtr<Interface> Child(const char* name) {
-    ComPtr<IDispatch> controls;
     ComPtr<IDispatch> child;
-    EXPECT_EQ(object_.As<IDesignUI>()->get_Controls(controls.Put()), S_OK);
-    EXPECT_EQ(
-        controls.As<IChildControls>()->get_Item(Variant(std::string_view(name)).Get(), child.Put()),
-        S_OK);
+    EXPECT_EQ(Controls()->get_Item(Variant(std::string_view(name)).Get(), child.Put()), S_OK);
     return child.As<Interface>();
   }
   [[nodiscard]] std::string Message() {
@@ -180,6 +183,42 @@ TEST_F(Picker, FollowsTheHostsWheelUntilItIsCleared) {
   EXPECT_EQ(picker_->Clear(), S_OK);
   source.Turn(2);
   EXPECT_EQ(top(), 25);
+}
+
+/// Whether the click is a call or the user's, who holds no reference.
+TEST_F(Picker, LivesToTheEndOfAClickInWhichItsLastHolderLetsGo) {
+  for (const bool by_user : {false, true}) {
+    std::optional<ForeignContainer> container;
+    if (by_user) {
+      object_ = container.emplace(L"tavrix.selKjkm", 300, 400).Control();
+      picker_ = object_.As<IPickerUI>();
+    }
+    ASSERT_EQ(Init(), S_OK);
+    const auto controls = Controls();
+    const auto ended = [&controls] {
+      long count = 0;
+      return FAILED(controls->get_Count(&count));
+    };
+    const auto refresh = Child<IButtonControl>("Cmd(2)");
+    long window = 0;
+    EXPECT_EQ(refresh->get_hWnd(&window), S_OK);
+    int asked = 0;
+    host_->gate = [&](const std::wstring& member) {
+      if (member != L"OpenSql" || asked++ > 0) return;
+      picker_ = nullptr;
+      object_ = nullptr;
+      if (container) container->Close();
+      EXPECT_FALSE(ended()) << by_user;
+    };
+    if (by_user) {
+      SendMessageW(reinterpret_cast<HWND>(static_cast<INT_PTR>(window)), BM_CLICK, 0, 0);
+    } else {
+      EXPECT_EQ(refresh->Click(), S_OK);
+    }
+    EXPECT_GT(asked, 0) << by_user;
+    EXPECT_TRUE(ended()) << by_user;
+    host_->gate = {};
+  }
 }
 
 /// A host that closes its form when the pick is made.

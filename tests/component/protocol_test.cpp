@@ -78,6 +78,25 @@ TEST(Identity, TellsItsClassItsEventsAndItsErrors) {
   EXPECT_EQ(errors->InterfaceSupportsErrorInfo(__uuidof(IDesignUI)), S_OK);
   EXPECT_EQ(errors->InterfaceSupportsErrorInfo(__uuidof(_Kjkm)), S_OK);
   EXPECT_EQ(errors->InterfaceSupportsErrorInfo(IID_IOleObject), S_FALSE);
+  ComPtr<IDispatch> controls;
+  ComPtr<IDispatch> child;
+  ASSERT_EQ(view.As<IDesignUI>()->get_Controls(controls.Put()), S_OK);
+  ASSERT_EQ(controls.As<IChildControls>()->get_Item(Variant(std::int32_t{1}).Get(), child.Put()),
+            S_OK);
+  EXPECT_EQ(child.As<ISupportErrorInfo>()->InterfaceSupportsErrorInfo(__uuidof(IChildControl)),
+            S_OK);
+}
+
+TEST(Identity, AnswersEveryNameItIsAskedFor) {
+  const auto view = CreateView().As<IDispatch>();
+  std::wstring member = L"IDesignUI_Parameters";
+  std::wstring argument = L"parameters";
+  LPOLESTR names[] = {member.data(), argument.data()};
+  DISPID ids[] = {4711, 4711};
+  EXPECT_EQ(view->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, ids), S_OK);
+  const DISPID known = ids[0];
+  EXPECT_EQ(view->GetIDsOfNames(IID_NULL, names, 2, LOCALE_USER_DEFAULT, ids), DISP_E_UNKNOWNNAME);
+  EXPECT_THAT(ids, ElementsAre(known, DISPID_UNKNOWN));
 }
 
 /// A view that raises a report at each `Refresh`, because nobody has initialised it.
@@ -144,6 +163,23 @@ TEST_F(Events, NestAndOutliveTheirObject) {
   });
   Raise();
   EXPECT_EQ(heard_.back(), "letting go");
+}
+
+TEST_F(Events, ReachASinkThatKnowsNoneOfTheirInterfaces) {
+  const auto note = [this](const StubCall&) {
+    heard_.emplace_back("by number");
+    return Variant();
+  };
+  const auto sink = NamedObject::Make({{L"Message", note}, {L"ErrMessage", note}});
+  ComPtr<IConnectionPoint> point;
+  ASSERT_EQ(
+      view_.As<IConnectionPointContainer>()->FindConnectionPoint(__uuidof(__Kjkm), point.Put()),
+      S_OK);
+  DWORD cookie = 0;
+  ASSERT_EQ(point->Advise(sink.Get(), &cookie), S_OK);
+  Raise();
+  EXPECT_THAT(heard_, ElementsAre("by number"));
+  EXPECT_EQ(point->Unadvise(cookie), S_OK);
 }
 
 TEST_F(Events, WaitWhileFrozen) {

@@ -59,6 +59,11 @@ Assert.Equal controls("Vs(6)").Rows, 1, "no rows of 损益"
 
 ' Tabs: what is set here has the effect of the user's click.
 Set tabs = controls("vxVSTab")
+On Error Resume Next
+i = tabs.Index
+failed = Err.Description
+On Error GoTo 0
+Assert.Equal failed, "控件不在控件数组中", "the text of a failure that looks like a missing member"
 Assert.Equal tabs.Tabs, 7, "Tabs"
 Assert.Equal tabs.TabKey(0) & tabs.TabKey(6), "key1key7", "TabKey"
 Assert.Equal tabs.TabCaption(2), "负债", "TabCaption"

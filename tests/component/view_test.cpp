@@ -91,9 +91,12 @@ TEST_F(View, AnswersEarlyBoundCallers) {
   VARIANT_BOOL result = VARIANT_FALSE;
   EXPECT_EQ(form_->Find(Variant(1.5).Get(), &result), S_OK);
   EXPECT_EQ(form_->Filter(Variant(std::string_view("现金")).Get(), &result), S_OK);
+  EXPECT_EQ(form_->Filter(Variant().Get(), &result), S_OK);
+  EXPECT_EQ(form_->Filter(Variant::Null().Get(), &result), S_OK);
   EXPECT_THAT(host_->navigator_calls,
               ElementsAre("MoveTop grid", "MovePrevious grid", "MoveNext grid", "MoveBottom grid",
-                          "FindNext grid", "Find grid 1.5", "Filter grid 现金"));
+                          "FindNext grid", "Find grid 1.5", "Filter grid 现金",
+                          "Filter grid (empty)", "Filter grid (null)"));
   Bstr name;
   EXPECT_EQ(form_->get_Attributes(Bstr(std::string_view("isVisibleNewNext")).Get(), name.Put()),
             S_OK);
@@ -269,6 +272,23 @@ TEST_F(View, LivesToTheEndOfACallInWhichItsLastHolderLetsGo) {
   };
   VARIANT_BOOL done = VARIANT_FALSE;
   EXPECT_EQ(bare->Refresh(&done), S_OK);
+  EXPECT_FALSE(object_);
+}
+
+TEST_F(View, LivesToTheEndOfReadingParametersInWhichItsLastHolderLetsGo) {
+  ComPtr<IDispatch> controls;
+  ASSERT_EQ(design_->get_Controls(controls.Put()), S_OK);
+  IDesignUI* const bare = design_.Get();
+  const auto parameters =
+      NamedObject::Make({{L"Exists", [&](const StubCall&) {
+                            form_ = nullptr;
+                            design_ = nullptr;
+                            object_ = nullptr;
+                            long count = 0;
+                            EXPECT_EQ(controls.As<IChildControls>()->get_Count(&count), S_OK);
+                            return Variant(false);
+                          }}});
+  EXPECT_EQ(bare->putref_Parameters(parameters.Get()), S_OK);
   EXPECT_FALSE(object_);
 }
 

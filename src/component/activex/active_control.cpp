@@ -23,8 +23,9 @@ ActiveControl::ActiveControl(IUnknown* outer, const ControlFacts& facts,
       facts_(facts),
       events_(*this, facts.source),
       view_(std::move(view)),
+      owner_(std::make_shared<ViewOwner>(Controlling())),
       children_(std::make_shared<ChildObjects>(
-          std::shared_ptr<viewkit::ControlList>(view_, &view_->Controls()))),
+          std::shared_ptr<viewkit::ControlList>(view_, &view_->Controls()), owner_)),
       in_place_(*this),
       extent_(kDefaultExtent),
       errors_(*this),
@@ -40,9 +41,20 @@ ActiveControl::ActiveControl(IUnknown* outer, const ControlFacts& facts,
       storage_(*this) {
   PublishFaces();
   view_->Resize(ToTwips(extent_.cx), ToTwips(extent_.cy));
+  ListenToView();
+}
+
+ActiveControl::~ActiveControl() {
+  // Whoever is at work on the view may keep it for a while.
+  listening_.End();
+  view_->SetModalHooks({});
+  owner_->End();
+}
+
+void ActiveControl::ListenToView() {
   view_->SetModalHooks({.owner = [this] { return in_place_.ModalOwner(); },
                         .modal = [this](bool open) { in_place_.SetModal(open); }});
-  view_->BackColorChanged().Add([this] {
+  listening_.To(view_->BackColorChanged(), [this] {
     if (!applying_ambients_) own_back_color_ = true;
     if (auto* window = in_place_.Window()) window->SetBackColor(view_->BackColor());
   });

@@ -8,6 +8,7 @@
 #include "component/activex/class_info.h"
 #include "component/activex/embedded_view.h"
 #include "component/activex/in_place.h"
+#include "component/activex/listening.h"
 #include "component/activex/ole_control.h"
 #include "component/activex/ole_in_place_active_object.h"
 #include "component/activex/ole_in_place_object.h"
@@ -62,15 +63,20 @@ class ActiveControl : public Identity {
  protected:
   /// `view` is the control's own from now on.
   ActiveControl(IUnknown* outer, const ControlFacts& facts, std::shared_ptr<EmbeddedView> view);
-  ~ActiveControl() override = default;
+  ~ActiveControl() override;
+  /// For listeners to the view, which may outlive the control.
+  [[nodiscard]] Listening& Listeners() { return listening_; }
 
  private:
   void PublishFaces();
+  void ListenToView();
 
   ControlFacts facts_;
-  EventSource events_;  // before the view, which may raise events to its very end
+  EventSource events_;
   Site site_;
   std::shared_ptr<EmbeddedView> view_;
+  Listening listening_;  // after the view, whose events it listens to
+  std::shared_ptr<ViewOwner> owner_;
   std::shared_ptr<ChildObjects> children_;
   InPlace in_place_;  // after the view: its window must go first
   SIZEL extent_;

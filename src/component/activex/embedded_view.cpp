@@ -3,10 +3,15 @@
 namespace tavrix::component {
 
 EmbeddedView::EmbeddedView()
-    : user_({.owner = [this]() -> HWND { return hooks_.owner ? hooks_.owner() : nullptr; },
+    // The hooks may be taken away while they are at work.
+    : user_({.owner = [this]() -> HWND {
+               const auto owner = hooks_.owner;
+               return owner ? owner() : nullptr;
+             },
              .modal =
                  [this](bool open) {
-                   if (hooks_.modal) hooks_.modal(open);
+                   const auto modal = hooks_.modal;
+                   if (modal) modal(open);
                  }}) {}
 
 }  // namespace tavrix::component

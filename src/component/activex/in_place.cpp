@@ -60,6 +60,8 @@ void InPlace::CreateViewWindow(HWND parent, const RECT& position) {
   options.resized = [this](int width, int height) { control_.View().Resize(width, height); };
   options.focus_changed = [this](bool focused) { FocusChanged(focused); };
   options.destroyed = [this] { WindowGone(); };
+  // A host may let go of the control while it handles the user's click or key.
+  options.keep = [this] { return std::make_shared<ComPtr<IUnknown>>(&control_.Controlling()); };
   try {
     window_ = std::make_unique<ViewWindow>(control_.View().Controls(), std::move(options));
   } catch (...) {
@@ -162,6 +164,7 @@ HWND InPlace::ModalOwner() const {
 }
 
 void InPlace::SetModal(bool open) {
+  const ComPtr<IUnknown> keep_now(&control_.Controlling());
   if (const auto frame = frame_) frame->EnableModeless(open ? FALSE : TRUE);
   // The container may let go of the control while its dialog stands; the view that has opened the
   // dialog is still at work then.

@@ -8,13 +8,6 @@ namespace tavrix::component {
 
 namespace {
 
-/// Whether a call failed because the member takes other arguments than were given.
-bool IsAboutArguments(HRESULT code) {
-  return code == DISP_E_BADPARAMCOUNT || code == DISP_E_MEMBERNOTFOUND ||
-         code == DISP_E_PARAMNOTFOUND || code == DISP_E_TYPEMISMATCH ||
-         code == DISP_E_PARAMNOTOPTIONAL;
-}
-
 class AutomationRecordset : public Adapted<host::Recordset> {
  public:
   using Adapted::Adapted;
@@ -41,9 +34,17 @@ class AutomationRecordset : public Adapted<host::Recordset> {
   [[nodiscard]] ComPtr<IDispatch> FieldObject(const Variant& key) const {
     try {
       if (auto field = Object().ObjectOf(L"Fields", {key})) return field;
-    } catch (const ComFailure& failure) {
-      if (!IsAboutArguments(failure.Code())) throw;
+    } catch (const ComFailure&) {
+      // Languages do not name the failure of a property that takes no argument alike.
+      try {
+        if (auto field = ItemObject(key)) return field;
+      } catch (const ComFailure&) {  // then it was not about the argument: the first one tells why
+      }
+      throw;
     }
+    return ItemObject(key);
+  }
+  [[nodiscard]] ComPtr<IDispatch> ItemObject(const Variant& key) const {
     const auto fields = Object().ObjectOf(L"Fields");
     return fields ? LateObject(fields).ObjectOf(L"Item", {key}) : nullptr;
   }

@@ -109,6 +109,10 @@ host::Value ToValue(const Variant& value) {
   }
 }
 
+host::Value Carried(Variant value) {
+  return host::Value(std::make_shared<ForeignVariant>(std::move(value)));
+}
+
 namespace {
 
 Variant FromWhole(std::int64_t number) {
@@ -125,7 +129,7 @@ Variant FromForeign(const host::ForeignValue& value) {
 
 Variant ToVariant(const host::Value& value) {
   return std::visit(
-      host::Overloaded{[](std::monostate) { return Variant::Null(); },
+      host::Overloaded{[](std::monostate) { return Variant(); },
                        [](bool flag) { return Variant(flag); },
                        [](std::int64_t number) { return FromWhole(number); },
                        [](double number) { return Variant(number); },

@@ -9,7 +9,10 @@ namespace tavrix::component {
 /// An Automation value as the library knows values. What the library has no type for (dates,
 /// decimals, currency, objects, arrays) is carried through unchanged.
 [[nodiscard]] host::Value ToValue(const Variant& value);
-/// And back. Whole numbers become a Long where they fit, which every language understands.
+/// A value that the library only hands on: it comes back from `ToVariant` just as it was.
+[[nodiscard]] host::Value Carried(Variant value);
+/// And back; null as Empty. Whole numbers become a Long where they fit, which every language
+/// understands.
 [[nodiscard]] Variant ToVariant(const host::Value& value);
 
 /// A host's flag: as `Value::ToNumber` counts, anything but 0.

@@ -39,7 +39,10 @@ HRESULT Dispatcher::GetIDsOfNames(LPOLESTR* names, UINT count, DISPID* ids) cons
   }
   for (const Part& part : parts_) {
     LPOLESTR member = WithoutPrefix(names[0], part.members->Name());
-    if (member != nullptr && SUCCEEDED(part.members->IdsOfNames(&member, 1, ids))) return S_OK;
+    if (member == nullptr || FAILED(part.members->IdsOfNames(&member, 1, ids))) continue;
+    if (count == 1) return S_OK;
+    std::fill_n(ids + 1, count - 1, DISPID_UNKNOWN);  // names of arguments are not looked up here
+    return DISP_E_UNKNOWNNAME;
   }
   std::fill_n(ids, count, DISPID_UNKNOWN);
   return DISP_E_UNKNOWNNAME;
@@ -54,7 +57,7 @@ HRESULT Dispatcher::Call(DISPID id, LCID locale, WORD flags, DISPPARAMS* argumen
     const ComPtr<IDispatch> keep(part.face);
     return InvokeMember(part.face, *member, {flags, locale, arguments, result, bad_argument});
   }
-  return DISP_E_MEMBERNOTFOUND;
+  throw ComFailure(DISP_E_MEMBERNOTFOUND);
 }
 
 HRESULT Dispatcher::Invoke(DISPID id, LCID locale, WORD flags, DISPPARAMS* arguments,
@@ -66,8 +69,8 @@ HRESULT Dispatcher::Invoke(DISPID id, LCID locale, WORD flags, DISPPARAMS* argum
   HRESULT failure = S_OK;
   try {
     failure = Call(id, locale, flags, arguments, result, bad_argument);
-    // The member's own failure travels as an exception, with its text.
-    if (SUCCEEDED(failure) || failure == DISP_E_MEMBERNOTFOUND) return failure;
+    // The member's own failure travels as an exception, with its text, whatever its code.
+    if (SUCCEEDED(failure)) return failure;
   } catch (const ComFailure& mismatch) {
     return mismatch.Code();
   } catch (...) {
@@ -79,9 +82,8 @@ HRESULT Dispatcher::Invoke(DISPID id, LCID locale, WORD flags, DISPPARAMS* argum
 }
 
 bool Dispatcher::Has(const IID& iid) const {
-  return std::any_of(parts_.begin(), parts_.end(), [&](const Part& part) {
-    return IsEqualGUID(part.members->Iid(), iid) != FALSE;
-  });
+  return std::any_of(parts_.begin(), parts_.end(),
+                     [&](const Part& part) { return part.members->Covers(iid); });
 }
 
 }  // namespace tavrix::component

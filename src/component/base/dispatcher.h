@@ -22,7 +22,7 @@ class Dispatcher {
   [[nodiscard]] HRESULT Invoke(DISPID id, LCID locale, WORD flags, DISPPARAMS* arguments,
                                VARIANT* result, EXCEPINFO* exception,
                                UINT* bad_argument) const noexcept;
-  /// Whether `iid` is one of the dual interfaces added.
+  /// Whether `iid` is one of the dual interfaces added, or one that such an interface inherits.
   [[nodiscard]] bool Has(const IID& iid) const;
 
  private:
@@ -30,6 +30,7 @@ class Dispatcher {
     const MemberTable* members;
     IDispatch* face;
   };
+  /// Throws `ComFailure` when there is no such member or the arguments do not fit.
   [[nodiscard]] HRESULT Call(DISPID id, LCID locale, WORD flags, DISPPARAMS* arguments,
                              VARIANT* result, UINT* bad_argument) const;
 

@@ -15,8 +15,10 @@ bool EventSource::Advised(DWORD cookie) const {
 }
 
 DWORD EventSource::Advise(IUnknown* sink) {
-  // A sink may answer the source interface only, as those of scripts do.
-  const auto wanted = ComPtr<IUnknown>(sink).As<IDispatch>(source_);
+  // A sink may answer the source interface only, as those of scripts do, or IDispatch only.
+  const ComPtr<IUnknown> given(sink);
+  auto wanted = given.As<IDispatch>(source_);
+  if (!wanted) wanted = given.As<IDispatch>();
   if (!wanted) throw ComFailure(CONNECT_E_CANNOTCONNECT);
   sinks_.push_back({++last_cookie_, wanted});
   return last_cookie_;

@@ -115,7 +115,11 @@ const VARIANT* Arguments::Given(std::size_t position) const {
 
 Variant Arguments::Converted(const Parameter& parameter, const VARIANT& given) const {
   const auto type = static_cast<VARTYPE>(parameter.type & ~VT_BYREF);
-  return ToType(Variant(given), type, call_.locale);
+  const Variant value(given);
+  // A variable that is to be filled with a text need not hold one yet.
+  const bool none = value.Type() == VT_EMPTY || value.Type() == VT_NULL;
+  if (none && parameter.type == (VT_BYREF | VT_BSTR)) return Variant(std::string_view());
+  return ToType(value, type, call_.locale);
 }
 
 void Arguments::Prepare(std::size_t position) {

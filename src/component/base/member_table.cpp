@@ -91,7 +91,7 @@ const MemberTable& MemberTable::Of(const IID& iid) {
   return *table;
 }
 
-MemberTable::MemberTable(const IID& iid) : iid_(iid), info_(TypeInfoOf(iid)) {
+MemberTable::MemberTable(const IID& iid) : info_(TypeInfoOf(iid)) {
   Bstr name;
   Check(info_->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr));
   name_ = ViewOf(name.Get());
@@ -107,6 +107,7 @@ void MemberTable::Read(ITypeInfo& methods) {
   LentType type(methods);
   Check(methods.GetTypeAttr(type.Put()));
   if (IsEqualGUID(type->guid, IID_IDispatch) != FALSE) return;
+  iids_.push_back(type->guid);
   for (UINT i = 0; i < type->cFuncs; ++i) {
     LentFunction function(methods);
     Check(methods.GetFuncDesc(i, function.Put()));
@@ -138,6 +139,11 @@ const Member* MemberTable::Find(DISPID id, WORD flags) const {
 bool MemberTable::Knows(DISPID id) const {
   return std::any_of(members_.begin(), members_.end(),
                      [id](const Member& member) { return member.id == id; });
+}
+
+bool MemberTable::Covers(const IID& iid) const {
+  return std::any_of(iids_.begin(), iids_.end(),
+                     [&](const IID& own) { return IsEqualGUID(own, iid) != FALSE; });
 }
 
 HRESULT MemberTable::IdsOfNames(LPOLESTR* names, UINT count, DISPID* ids) const {

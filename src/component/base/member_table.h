@@ -47,7 +47,8 @@ class MemberTable {
   [[nodiscard]] bool Knows(DISPID id) const;
   /// As IDispatch::GetIDsOfNames; case does not matter.
   [[nodiscard]] HRESULT IdsOfNames(LPOLESTR* names, UINT count, DISPID* ids) const;
-  [[nodiscard]] const IID& Iid() const { return iid_; }
+  /// Whether `iid` is the interface itself or one that it inherits.
+  [[nodiscard]] bool Covers(const IID& iid) const;
   /// The interface's own name.
   [[nodiscard]] std::wstring_view Name() const { return name_; }
   [[nodiscard]] const ComPtr<ITypeInfo>& Info() const { return info_; }
@@ -56,7 +57,7 @@ class MemberTable {
   void Read(ITypeInfo& methods);
   void ReadInherited(ITypeInfo& methods);
 
-  IID iid_;
+  std::vector<IID> iids_;  // its own, then those it inherits
   ComPtr<ITypeInfo> info_;
   std::wstring name_;
   std::vector<Member> members_;

@@ -1,23 +1,23 @@
 #include "component/base/release_later.h"
 
+#include <map>
 #include <mutex>
-#include <unordered_map>
 #include <utility>
 
 namespace tavrix::component {
 
 namespace {
 
-/// What waits, by the timer that will come for it.
+/// What waits, by the timer that will come for it. Threads number their timers alike.
 class Waiting {
  public:
   void Add(UINT_PTR timer, ComPtr<IUnknown> object) {
     const std::lock_guard lock(mutex_);
-    objects_.emplace(timer, std::move(object));
+    objects_.emplace(Here(timer), std::move(object));
   }
   [[nodiscard]] ComPtr<IUnknown> Take(UINT_PTR timer) {
     const std::lock_guard lock(mutex_);
-    const auto found = objects_.find(timer);
+    const auto found = objects_.find(Here(timer));
     if (found == objects_.end()) return {};
     ComPtr<IUnknown> object = std::move(found->second);
     objects_.erase(found);
@@ -25,8 +25,11 @@ class Waiting {
   }
 
  private:
+  using Key = std::pair<DWORD, UINT_PTR>;
+  [[nodiscard]] static Key Here(UINT_PTR timer) { return {GetCurrentThreadId(), timer}; }
+
   std::mutex mutex_;
-  std::unordered_map<UINT_PTR, ComPtr<IUnknown>> objects_;
+  std::map<Key, ComPtr<IUnknown>> objects_;
 };
 
 Waiting& AllWaiting() {
@@ -43,7 +46,10 @@ void CALLBACK OnTimer(HWND, UINT, UINT_PTR timer, DWORD) {
 
 void ReleaseLater(ComPtr<IUnknown> object) {
   const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, &OnTimer);
-  if (timer != 0) AllWaiting().Add(timer, std::move(object));
+  if (timer != 0) return AllWaiting().Add(timer, std::move(object));
+  // The system has no timer left: an object too many is better than one that ends under its own
+  // code.
+  static_cast<void>(object.Detach());
 }
 
 }  // namespace tavrix::component

@@ -21,8 +21,10 @@ HRESULT DesignUi::get_Parameters(IDispatch** result) noexcept {
 }
 
 HRESULT DesignUi::putref_Parameters(IDispatch* parameters) noexcept {
-  return Guarded(IID_IDesignUI,
-                 [&] { view_.SetParameters(AdaptParameters(ComPtr<IDispatch>(parameters))); });
+  return Guarded(IID_IDesignUI, [&] {
+    const ComPtr<IUnknown> keep(&control_.Controlling());
+    view_.SetParameters(AdaptParameters(ComPtr<IDispatch>(parameters)));
+  });
 }
 
 }  // namespace tavrix::component

@@ -13,10 +13,17 @@ FormUi::FormUi(ActiveControl& control, host::IFormUI& view)
     : DualFace(control), control_(control), view_(view) {}
 
 template <class Body>
-HRESULT FormUi::Answer(VARIANT_BOOL* result, Body&& body) noexcept {
+HRESULT FormUi::Run(Body&& body) noexcept {
   return Guarded(IID_IFormUI, [&] {
-    Out(result) = VARIANT_FALSE;
     const ComPtr<IUnknown> keep(&control_.Controlling());
+    body();
+  });
+}
+
+template <class Body>
+HRESULT FormUi::Answer(VARIANT_BOOL* result, Body&& body) noexcept {
+  return Run([&] {
+    Out(result) = VARIANT_FALSE;
     *result = Flag(body());
   });
 }
@@ -98,11 +105,11 @@ HRESULT FormUi::DoPrint(VARIANT_BOOL pbRealPrint, VARIANT_BOOL* result) noexcept
 }
 
 HRESULT FormUi::Find(VARIANT pvData, VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.Find(ToValue(Variant(pvData))); });
+  return Answer(result, [&] { return view_.Find(Carried(Variant(pvData))); });
 }
 
 HRESULT FormUi::Filter(VARIANT pvData, VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.Filter(ToValue(Variant(pvData))); });
+  return Answer(result, [&] { return view_.Filter(Carried(Variant(pvData))); });
 }
 
 HRESULT FormUi::DoSetStatus(BSTR psStatusName, VARIANT_BOOL pbStatus,
@@ -120,23 +127,23 @@ HRESULT FormUi::get_IsDirty(VARIANT_BOOL* result) noexcept {
 }
 
 HRESULT FormUi::get_GetID(long* result) noexcept {
-  return Guarded(IID_IFormUI, [&] { Out(result) = view_.GetID(); });
+  return Run([&] { Out(result) = view_.GetID(); });
 }
 
 HRESULT FormUi::get_ReturnPrintName(BSTR* result) noexcept {
-  return Guarded(IID_IFormUI, [&] { GiveText(result, view_.ReturnPrintName()); });
+  return Run([&] { GiveText(result, view_.ReturnPrintName()); });
 }
 
 HRESULT FormUi::get_Attributes(BSTR psName, BSTR* result) noexcept {
-  return Guarded(IID_IFormUI, [&] { GiveText(result, view_.Attributes(TextOf(psName))); });
+  return Run([&] { GiveText(result, view_.Attributes(TextOf(psName))); });
 }
 
 HRESULT FormUi::DoSaveFormStatus() noexcept {
-  return Guarded(IID_IFormUI, [&] { view_.DoSaveFormStatus(); });
+  return Run([&] { view_.DoSaveFormStatus(); });
 }
 
 HRESULT FormUi::DoGetFormStatus() noexcept {
-  return Guarded(IID_IFormUI, [&] { view_.DoGetFormStatus(); });
+  return Run([&] { view_.DoGetFormStatus(); });
 }
 
 }  // namespace tavrix::component

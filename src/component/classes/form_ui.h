@@ -46,7 +46,10 @@ class FormUi : public DualFace<IFormUI> {
   STDMETHODIMP DoGetFormStatus() noexcept override;
 
  private:
-  /// Runs `body` while the control stays, and gives its flag to the caller.
+  /// Runs `body` while the control stays.
+  template <class Body>
+  [[nodiscard]] HRESULT Run(Body&& body) noexcept;
+  /// As `Run`, and gives the body's flag to the caller.
   template <class Body>
   [[nodiscard]] HRESULT Answer(VARIANT_BOOL* result, Body&& body) noexcept;
 

@@ -47,12 +47,12 @@ void KjkmControl::PublishInterfaces() {
 }
 
 void KjkmControl::ForwardEvents(KjkmView& view) {
-  view.Model().Message.Add(
-      [this](const std::string& text) { Events().Fire(kMessage, {Text(text)}); });
-  view.Model().ErrMessage.Add(
-      [this](const std::string& text, std::int32_t level, const std::string& title) {
-        Events().Fire(kErrMessage, {Text(text), Variant(level), Text(title)});
-      });
+  Listeners().To(view.Model().Message,
+                 [this](const std::string& text) { Events().Fire(kMessage, {Text(text)}); });
+  Listeners().To(view.Model().ErrMessage,
+                 [this](const std::string& text, std::int32_t level, const std::string& title) {
+                   Events().Fire(kErrMessage, {Text(text), Variant(level), Text(title)});
+                 });
 }
 
 }  // namespace tavrix::component

@@ -115,7 +115,7 @@ HRESULT PickerUi::get_Value(VARIANT* result) noexcept {
 }
 
 HRESULT PickerUi::put_Value(VARIANT value) noexcept {
-  return Run([&] { view_.SetValue(ToValue(Variant(value))); });
+  return Run([&] { view_.SetValue(Carried(Variant(value))); });
 }
 
 }  // namespace tavrix::component

@@ -46,8 +46,8 @@ void SelKjkmControl::PublishInterfaces() {
 }
 
 void SelKjkmControl::ForwardEvents(SelKjkmView& view) {
-  view.Model().DoSelect.Add([this] { Events().Fire(kDoSelect, {}); });
-  view.Model().DoCancel.Add([this] { Events().Fire(kDoCancel, {}); });
+  Listeners().To(view.Model().DoSelect, [this] { Events().Fire(kDoSelect, {}); });
+  Listeners().To(view.Model().DoCancel, [this] { Events().Fire(kDoCancel, {}); });
 }
 
 }  // namespace tavrix::component

@@ -3,10 +3,12 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "component/base/abi.h"
 #include "component/base/error_support.h"
 #include "component/base/identity.h"
+#include "component/controls/model_reference.h"
 #include "tavrix.h"
 #include "viewkit/control.h"
 
@@ -24,8 +26,10 @@ inline void GiveText(BSTR* result, std::string_view text) {
 template <class Interface, class Model>
 class ChildFace : public Identity, public DualFace<Interface> {
  public:
-  explicit ChildFace(const std::shared_ptr<Model>& model)
-      : DualFace<Interface>(static_cast<Identity&>(*this)), model_(model), errors_(*this) {
+  explicit ChildFace(ModelReference<Model> model)
+      : DualFace<Interface>(static_cast<Identity&>(*this)),
+        model_(std::move(model)),
+        errors_(*this) {
     PublishDual(__uuidof(Interface), this);
     Publish(__uuidof(IChildControl), this);
     Publish(IID_ISupportErrorInfo, &errors_);
@@ -82,16 +86,16 @@ class ChildFace : public Identity, public DualFace<Interface> {
   }
 
  protected:
-  /// Runs `body` on the model, which lives at least until it ends.
+  /// Runs `body` on the model, which lives at least until it ends, as does the view's own object.
   template <class Body>
   [[nodiscard]] HRESULT With(Body&& body) noexcept {
     return Guarded(__uuidof(Interface), [&] {
-      const std::shared_ptr<Model> model = model_.lock();
+      const auto model = model_.Lock();
       if (!model) throw ComFailure(CO_E_OBJNOTCONNECTED, "控件所在的视图已经关闭");
       body(*model);
     });
   }
-  [[nodiscard]] const std::weak_ptr<Model>& ModelReference() const { return model_; }
+  [[nodiscard]] const ModelReference<Model>& Reference() const { return model_; }
 
  private:
   [[nodiscard]] HRESULT Get(int host::Bounds::*side, long* result) noexcept {
@@ -105,7 +109,7 @@ class ChildFace : public Identity, public DualFace<Interface> {
     });
   }
 
-  std::weak_ptr<Model> model_;
+  ModelReference<Model> model_;
   ErrorSupport errors_;
 };
 

@@ -16,12 +16,15 @@ namespace {
 
 /// Makes a face for the control when it is a `Model`.
 template <class Face, class Model>
-ComPtr<IDispatch> MakeIf(const std::shared_ptr<viewkit::Control>& control) {
+ComPtr<IDispatch> MakeIf(const std::shared_ptr<viewkit::Control>& control,
+                         const std::shared_ptr<const ViewOwner>& owner) {
   const auto model = std::dynamic_pointer_cast<Model>(control);
-  return model ? MakeObject<Face>(model).template As<IDispatch>() : nullptr;
+  if (!model) return nullptr;
+  return MakeObject<Face>(ModelReference<Model>(model, owner)).template As<IDispatch>();
 }
 
-using MakeFace = ComPtr<IDispatch> (*)(const std::shared_ptr<viewkit::Control>& control);
+using MakeFace = ComPtr<IDispatch> (*)(const std::shared_ptr<viewkit::Control>& control,
+                                       const std::shared_ptr<const ViewOwner>& owner);
 struct Kind {
   std::string_view type_name;
   MakeFace make;
@@ -106,8 +109,9 @@ std::shared_ptr<viewkit::ControlList> ChildObjects::Controls() const {
   return controls;
 }
 
-ChildObjects::ChildObjects(const std::shared_ptr<viewkit::ControlList>& controls)
-    : controls_(controls) {
+ChildObjects::ChildObjects(const std::shared_ptr<viewkit::ControlList>& controls,
+                           std::shared_ptr<const ViewOwner> owner)
+    : controls_(controls), owner_(std::move(owner)) {
   for (std::size_t i = 0; i < controls->Count(); ++i) {
     viewkit::Control& control = controls->At(i);
     if (KindOf(control) != nullptr) children_.push_back({&control, nullptr});
@@ -119,7 +123,7 @@ ComPtr<IDispatch> ChildObjects::At(std::size_t position) {
   Child& child = children_[position];
   if (!child.object) {
     const std::shared_ptr<viewkit::Control> control(Controls(), child.control);
-    child.object = KindOf(*control)->make(control);
+    child.object = KindOf(*control)->make(control, owner_);
   }
   return child.object;
 }

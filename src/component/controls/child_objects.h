@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "component/base/com_ptr.h"
+#include "component/controls/model_reference.h"
 #include "viewkit/control.h"
 
 namespace tavrix::component {
@@ -18,8 +19,10 @@ namespace tavrix::component {
 /// controls for callers, such as a splitter, are left out.
 class ChildObjects : public std::enable_shared_from_this<ChildObjects> {
  public:
-  /// The list lives as long as the view does, whose life `controls` shares.
-  explicit ChildObjects(const std::shared_ptr<viewkit::ControlList>& controls);
+  /// The list lives as long as the view does, whose life `controls` shares. A member of the objects
+  /// that is called keeps the view's `owner` until it has ended.
+  ChildObjects(const std::shared_ptr<viewkit::ControlList>& controls,
+               std::shared_ptr<const ViewOwner> owner);
 
   [[nodiscard]] std::size_t Count() const { return children_.size(); }
   /// `position` counts from 0. Throws `ComFailure` outside, or when the view is gone.
@@ -39,6 +42,7 @@ class ChildObjects : public std::enable_shared_from_this<ChildObjects> {
     ComPtr<IDispatch> object;
   };
   std::weak_ptr<viewkit::ControlList> controls_;
+  std::shared_ptr<const ViewOwner> owner_;
   std::vector<Child> children_;
 };
 

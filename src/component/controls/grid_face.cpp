@@ -52,7 +52,10 @@ HRESULT GridFace::get_Row(long* result) noexcept {
 }
 
 HRESULT GridFace::put_Row(long value) noexcept {
-  return With([&](FlexGrid& grid) { grid.SetRow(Number(value)); });
+  return With([&](FlexGrid& grid) {
+    // The value that stands changes nothing: not the other rows selected either.
+    if (grid.Row() != Number(value)) grid.SetRow(Number(value));
+  });
 }
 
 HRESULT GridFace::get_Col(long* result) noexcept {

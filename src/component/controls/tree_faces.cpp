@@ -15,12 +15,12 @@ using viewkit::TreeView;
   throw ComFailure(CO_E_OBJNOTCONNECTED, "树节点已不存在");
 }
 
-ComPtr<IDispatch> NodeObject(const std::weak_ptr<TreeView>& tree, TreeNode* node);
+ComPtr<IDispatch> NodeObject(const ModelReference<TreeView>& tree, TreeNode* node);
 
 /// A node for callers; fails once the node is out of its tree.
 class NodeFace : public Identity, public DualFace<ITreeNode> {
  public:
-  NodeFace(std::weak_ptr<TreeView> tree, TreeNode& node)
+  NodeFace(ModelReference<TreeView> tree, TreeNode& node)
       : DualFace<ITreeNode>(static_cast<Identity&>(*this)),
         tree_(std::move(tree)),
         node_(node.weak_from_this()),
@@ -64,25 +64,25 @@ class NodeFace : public Identity, public DualFace<ITreeNode> {
   template <class Body>
   [[nodiscard]] HRESULT With(Body&& body) noexcept {
     return Guarded(IID_ITreeNode, [&] {
-      const auto tree = tree_.lock();
+      const auto tree = tree_.Lock();
       const auto node = node_.lock();
       if (!tree || !node || !node->InTree()) ThrowGone();
       body(*node);
     });
   }
 
-  std::weak_ptr<TreeView> tree_;
+  ModelReference<TreeView> tree_;
   std::weak_ptr<TreeNode> node_;
   ErrorSupport errors_;
 };
 
-ComPtr<IDispatch> NodeObject(const std::weak_ptr<TreeView>& tree, TreeNode* node) {
+ComPtr<IDispatch> NodeObject(const ModelReference<TreeView>& tree, TreeNode* node) {
   return node == nullptr ? nullptr : MakeObject<NodeFace>(tree, *node).As<IDispatch>();
 }
 
 class NodesFace : public Identity, public DualFace<ITreeNodes> {
  public:
-  explicit NodesFace(std::weak_ptr<TreeView> tree)
+  explicit NodesFace(ModelReference<TreeView> tree)
       : DualFace<ITreeNodes>(static_cast<Identity&>(*this)),
         tree_(std::move(tree)),
         errors_(*this) {
@@ -118,13 +118,13 @@ class NodesFace : public Identity, public DualFace<ITreeNodes> {
   template <class Body>
   [[nodiscard]] HRESULT With(Body&& body) noexcept {
     return Guarded(IID_ITreeNodes, [&] {
-      const auto tree = tree_.lock();
+      const auto tree = tree_.Lock();
       if (!tree) ThrowGone();
       body(*tree);
     });
   }
 
-  std::weak_ptr<TreeView> tree_;
+  ModelReference<TreeView> tree_;
   ErrorSupport errors_;
 };
 
@@ -133,14 +133,14 @@ class NodesFace : public Identity, public DualFace<ITreeNodes> {
 HRESULT TreeFace::get_Nodes(IDispatch** result) noexcept {
   return With([&](TreeView&) {
     Out(result) = nullptr;
-    *result = MakeObject<NodesFace>(ModelReference()).As<IDispatch>().Detach();
+    *result = MakeObject<NodesFace>(Reference()).As<IDispatch>().Detach();
   });
 }
 
 HRESULT TreeFace::get_SelectedItem(IDispatch** result) noexcept {
   return With([&](TreeView& tree) {
     Out(result) = nullptr;
-    *result = NodeObject(ModelReference(), tree.SelectedItem()).Detach();
+    *result = NodeObject(Reference(), tree.SelectedItem()).Detach();
   });
 }
 

@@ -23,6 +23,9 @@ struct ViewContext : std::enable_shared_from_this<ViewContext> {
   /// A control's window has got (true) or lost the focus, before its model hears of it; with the
   /// window on the other side of the change.
   std::function<void(bool, HWND)> focus_moved;
+  /// Gives what is held while a message is handled; may be empty.
+  std::function<std::shared_ptr<void>()> keep;
+  [[nodiscard]] std::shared_ptr<void> Held() const { return keep ? keep() : nullptr; }
 };
 
 /// What all peers share: the model's place, state, tool tip and focus.
@@ -62,6 +65,7 @@ class ControlPeer : public Window, public Peer {
   /// The control has got or lost the focus; `other` is the window on the other side.
   void FocusChanged(bool focused, HWND other);
 
+  [[nodiscard]] std::shared_ptr<void> Held() const override { return context_->Held(); }
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
   void OnGone() override;
 

@@ -43,6 +43,7 @@ class PeerHost : public Window {
 
   /// The client area has another size or another resolution.
   virtual void OnResized() = 0;
+  [[nodiscard]] std::shared_ptr<void> Held() const override { return context_->Held(); }
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:

@@ -40,6 +40,7 @@ class ViewWindow::State : public PeerHost {
 };
 
 void ViewWindow::State::Open(const ControlList& controls) {
+  Context().keep = options_.keep;
   Context().focus_moved = [this](bool focused, HWND other) { FocusMoved(focused, other); };
   Create(ViewClass(), {.style = WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
                        .extended_style = WS_EX_CONTROLPARENT,
@@ -55,6 +56,7 @@ void ViewWindow::State::Close() {
   options_.resized = {};
   options_.focus_changed = {};
   options_.destroyed = {};
+  Context().keep = {};
   Destroy();
   ClosePeers();
 }

@@ -35,6 +35,8 @@ struct ViewWindowOptions {
   std::function<void(int width, int height)> resized{};
   /// The focus has entered (true) or left (false) the window and its children.
   std::function<void(bool)> focus_changed{};
+  /// Gives what is held while a message to the window or to one of its controls is handled.
+  std::function<std::shared_ptr<void>()> keep{};
   /// The window is gone, destroyed by its parent; `Handle` is null from now on.
   std::function<void()> destroyed{};
 };

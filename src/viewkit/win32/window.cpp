@@ -101,8 +101,10 @@ LRESULT CALLBACK Window::Entry(HWND hwnd, UINT message, WPARAM wparam, LPARAM lp
 LRESULT Window::Dispatch(UINT message, WPARAM wparam, LPARAM lparam) noexcept {
   // Null while the object is being destroyed: then only the class's own answer is left.
   const std::shared_ptr<Window> keep = weak_from_this().lock();
+  std::shared_ptr<void> held;
   LRESULT result = 0;
   try {
+    if (keep) held = Held();
     result = keep ? OnMessage(message, wparam, lparam) : Window::OnMessage(message, wparam, lparam);
   } catch (...) {
     // Nothing may unwind through the system. Views report their own errors before this.

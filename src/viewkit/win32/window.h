@@ -59,6 +59,8 @@ class Window : public std::enable_shared_from_this<Window> {
 
   /// Handles a message; the base class answers as the window's class does.
   virtual LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam);
+  /// What must live besides this object until a message has been handled; null for nothing.
+  [[nodiscard]] virtual std::shared_ptr<void> Held() const { return nullptr; }
   /// The window has gone; called once, also when its parent took it along.
   virtual void OnGone() {}
 

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "component/base/com_ptr.h"
+
+namespace tavrix::component {
+
+/// The object that a view belongs to, for those who may outlive it. Its thread's alone.
+class ViewOwner {
+ public:
+  explicit ViewOwner(IUnknown& object) : object_(&object) {}
+  /// Keeps the object while its view is at work; null once it has ended.
+  [[nodiscard]] ComPtr<IUnknown> Keep() const { return ComPtr<IUnknown>(object_); }
+  void End() { object_ = nullptr; }
+
+ private:
+  IUnknown* object_;
+};
+
+/// A part of a view, which does not keep the view alive until it is used.
+template <class Model>
+class ModelReference {
+ public:
+  /// One use: the model, its view and the object around it live at least as long.
+  class Use {
+   public:
+    Use(ComPtr<IUnknown> owner, std::shared_ptr<Model> model)
+        : owner_(std::move(owner)), model_(std::move(model)) {}
+    explicit operator bool() const { return model_ != nullptr; }
+    Model& operator*() const { return *model_; }
+
+   private:
+    ComPtr<IUnknown> owner_;  // goes last
+    std::shared_ptr<Model> model_;
+  };
+
+  ModelReference(const std::shared_ptr<Model>& model, std::shared_ptr<const ViewOwner> owner)
+      : model_(model), owner_(std::move(owner)) {}
+  /// Nothing once the view is gone.
+  [[nodiscard]] Use Lock() const { return {owner_->Keep(), model_.lock()}; }
+
+ private:
+  std::weak_ptr<Model> model_;
+  std::shared_ptr<const ViewOwner> owner_;
+};
+
+}  // namespace tavrix::component
