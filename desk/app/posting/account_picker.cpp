@@ -59,16 +59,19 @@ void AccountPicker::Start(IDispatch* system) {
   VARIANT_BOOL done = VARIANT_FALSE;
   CheckCall(picker_->Init(&system, kPostingProgram, nullptr, &done));
   if (done == VARIANT_FALSE) throw host::HostError("科目选择控件不能启动");
-  RestoreLayout();
-  started_ = true;
 }
 
 void AccountPicker::SaveLayout() {
-  picker_->DoSaveFormStatus();
+  if (restored_) picker_->DoSaveFormStatus();
 }
 
 void AccountPicker::RestoreLayout() {
   picker_->DoGetFormStatus();
+  restored_ = true;
+}
+
+void AccountPicker::Reload() {
+  CheckCall(Part<IButtonControl>(ControlsOf(control_.Get()).Get(), "Cmd(2)")->Click());
 }
 
 std::string AccountPicker::StatusName() {
@@ -77,7 +80,7 @@ std::string AccountPicker::StatusName() {
 
 AccountPicker::~AccountPicker() {
   sink_.reset();
-  if (started_) SaveLayout();
+  SaveLayout();
   picker_->Clear();
 }
 
@@ -88,6 +91,7 @@ void AccountPicker::SetParameters(const std::shared_ptr<book::ParameterList>& pa
 void AccountPicker::Refresh(const std::wstring& sought) {
   VARIANT_BOOL done = VARIANT_FALSE;
   CheckCall(picker_->Refresh(&done));
+  if (!restored_) RestoreLayout();
   CheckCall(picker_->put_Text(Bstr(std::wstring_view(sought)).Get()));
 }
 

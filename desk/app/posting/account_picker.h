@@ -32,14 +32,15 @@ class AccountPicker {
   AccountPicker(ContainerPlan plan, PickerEvents events);
   AccountPicker(const AccountPicker&) = delete;
   AccountPicker& operator=(const AccountPicker&) = delete;
-  /// Saves the layout when the picker was started, and ends it.
+  /// Saves the layout when there is one, and ends the picker.
   ~AccountPicker();
 
-  /// Hands the picker its host, the system object of the open book, and restores its layout.
+  /// Hands the picker its host, the system object of the open book.
   void Start(IDispatch* system);
   /// Which accounts may be picked or typed; counts from the next `Refresh` or `Resolve` on.
   void SetParameters(const std::shared_ptr<book::ParameterList>& parameters);
-  /// Shows the accounts that the parameters allow; `sought` goes to the search box.
+  /// Shows the accounts that the parameters allow; `sought` goes to the search box. The first time
+  /// it restores the layout: only now has the tree the node that was selected.
   void Refresh(const std::wstring& sought);
   /// The code of the account that is typed as code, name or mnemonic; nothing when the parameters
   /// allow none.
@@ -47,9 +48,12 @@ class AccountPicker {
   /// The codes that were picked, in the order of the list.
   [[nodiscard]] std::vector<std::wstring> Picked() const;
 
+  /// Nothing happens before a layout was restored: the one that is kept would be lost.
   void SaveLayout();
   /// Takes back what the layout file says.
   void RestoreLayout();
+  /// Reads the accounts again, as the user's own button does.
+  void Reload();
   /// The name of that file: the program's number and the container's display name.
   [[nodiscard]] static std::string StatusName();
   /// The name of the control in its container.
@@ -71,7 +75,7 @@ class AccountPicker {
   tavrix::component::ComPtr<IFlexGrid> grid_;
   std::optional<EventSink> sink_;
   std::unique_ptr<ControlContainer> container_;
-  bool started_ = false;
+  bool restored_ = false;
 };
 
 }  // namespace desk::app

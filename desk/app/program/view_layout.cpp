@@ -72,6 +72,7 @@ void AskPickerLayout(AccountPicker& picker, host::SystemObject& system, HWND fra
   if (dialog.Result() != LayoutDialog::Outcome::kAccepted) return;
   views::WriteLayout(path, *columns, before, dialog.Choice(), system);
   picker.RestoreLayout();
+  picker.Reload();  // totals and an order that are no longer wanted go with the old rows
 }
 
 }  // namespace desk::app
