@@ -32,11 +32,11 @@ std::unique_ptr<Rows> QueryTotals(Connection& connection, const Range& range) {
   const host::Value bounds[] = {range.first, range.first, range.first, range.last};
   return connection.Query(
       "select a.cclass,a.ccode,a.ccode_name,a.igrade,s.opening,s.debit,s.credit from gl_code a "
-      "left join(select ccode,sum(case when month<? then debit-credit else 0 end)as opening,"
-      "sum(case when month<? then 0 else debit end)as debit,"
-      "sum(case when month<? then 0 else credit end)as credit "
-      "from(select ccode,debit,credit,coalesce(fiscal_year*12+fiscal_period,0)as month "
-      "from gl_accsum)where month<=? group by ccode)s on s.ccode=a.ccode order by a.ccode",
+      "left join(select ccode,sum(case when m<? then debit-credit else 0 end)as opening,"
+      "sum(case when m<? then 0 else debit end)as debit,"
+      "sum(case when m<? then 0 else credit end)as credit "
+      "from(select ccode,debit,credit,coalesce(fiscal_year*12+fiscal_period,0)as m "
+      "from gl_accsum)t where m<=? group by ccode)s on s.ccode=a.ccode order by a.ccode",
       Origin::kDesk, bounds);
 }
 

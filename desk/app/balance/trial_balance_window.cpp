@@ -39,7 +39,7 @@ std::shared_ptr<TrialBalanceWindow> TrialBalanceWindow::Make(HWND frame, SharedS
   self.view_ =
       std::make_unique<views::TrialBalanceView>(book.GetSession(), book.System(), self.user_);
   self.Create(BalanceClass(), {.text = L"试算平衡", .style = kStyle});
-  for (const WPARAM size : {ICON_SMALL, ICON_BIG}) {  // the frame's pictures, which outlive this
+  for (const UINT size : {UINT{ICON_SMALL}, UINT{ICON_BIG}}) {  // the frame's, which outlive this
     SendMessageW(self.Hwnd(), WM_SETICON, size, SendMessageW(frame, WM_GETICON, size, 0));
   }
   self.Place(frame);
@@ -71,7 +71,7 @@ void TrialBalanceWindow::Place(HWND frame_window) {
 
 void TrialBalanceWindow::Open() {
   if (IsIconic(Hwnd())) ShowWindow(Hwnd(), SW_RESTORE);
-  ShowWindow(Hwnd(), SW_SHOW);
+  SetWindowPos(Hwnd(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
   SetForegroundWindow(Hwnd());
   controls_->FocusFirst();
 }
@@ -95,7 +95,7 @@ bool TrialBalanceWindow::Translate(MSG& message) {
   if (!Alive() || (message.hwnd != Hwnd() && !IsChild(Hwnd(), message.hwnd))) return false;
   const auto keep = shared_from_this();
   if (controls_->TranslateAccelerator(message)) return true;
-  // An open list box keeps Escape for itself; letters with Alt are the captions' mnemonics.
+  // Letters with Alt are the captions' mnemonics.
   const bool mnemonic = message.message == WM_SYSCHAR;
   if (mnemonic && IsDialogMessageW(controls_->Handle(), &message)) return true;
   if (UseKey(message)) return true;

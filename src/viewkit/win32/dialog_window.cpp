@@ -145,14 +145,6 @@ LRESULT DialogWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_SETFOCUS:
       RestoreFocus();
       return 0;
-    case WM_NEXTDLGCTL:
-      // A label's mnemonic gives the window that follows the label; see "WM_NEXTDLGCTL".
-      if (LOWORD(lparam) != FALSE) {
-        ::SetFocus(reinterpret_cast<HWND>(wparam));
-      } else {
-        MoveFocus(wparam != FALSE);
-      }
-      return 0;
     case WM_DPICHANGED: {
       const auto* place = reinterpret_cast<const RECT*>(lparam);
       const SIZE size = SizeOf(*place);

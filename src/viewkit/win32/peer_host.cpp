@@ -167,6 +167,14 @@ LRESULT PeerHost::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_THEMECHANGED:
       PassOn(message, wparam, lparam);
       return 0;
+    case WM_NEXTDLGCTL:
+      // A label's mnemonic gives the window that follows the label; see "WM_NEXTDLGCTL".
+      if (LOWORD(lparam) != FALSE) {
+        ::SetFocus(reinterpret_cast<HWND>(wparam));
+      } else {
+        MoveFocus(wparam != FALSE);
+      }
+      return 0;
     case WM_COMMAND:
     case WM_NOTIFY:
       if (const auto answer = Reflect(message, wparam, lparam)) return *answer;
