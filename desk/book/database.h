@@ -26,6 +26,7 @@ enum class Trouble {
   kDuplicate,  ///< a key of the schema forbids the row
   kRefused,    ///< a statement that the desk does not pass on
   kDamaged,    ///< the file is no database, no book, or broken
+  kMissing,    ///< the row to change is not there any more
   kGone,       ///< the server does not answer; the next statement tries to reach it again
 };
 
@@ -98,8 +99,9 @@ class Connection {
   virtual ~Connection() = default;
   [[nodiscard]] virtual std::unique_ptr<Rows> Query(const std::string& sql, Origin origin,
                                                     Values parameters = {}) = 0;
-  /// Runs a statement to its end; rows that it gives are dropped.
-  virtual void Execute(const std::string& sql, Origin origin, Values parameters = {}) = 0;
+  /// Runs a statement to its end; rows that it gives are dropped. How many rows an INSERT, UPDATE
+  /// or DELETE met; no meaning for others.
+  virtual std::int64_t Execute(const std::string& sql, Origin origin, Values parameters = {}) = 0;
   /// Starts a transaction that will write. It waits for other writers, within the connection's
   /// patience; once it has begun, nobody else writes.
   virtual void Begin() = 0;

@@ -178,14 +178,14 @@ std::unique_ptr<Rows> OdbcConnection::Query(const std::string& sql, Origin origi
   return std::make_unique<OdbcRows>(link_, Run(sql, parameters));
 }
 
-void OdbcConnection::Execute(const std::string& sql, Origin origin, Values parameters) {
+std::int64_t OdbcConnection::Execute(const std::string& sql, Origin origin, Values parameters) {
   if (origin == Origin::kCaller) {
     CheckCallerStatement(sql);
     CheckCallerTables(sql);
     if (read_only_) throw DatabaseError(Trouble::kReadOnly, "账簿是只读的，不能写入");
   }
   MakeReady();
-  (void)Run(sql, parameters);
+  return Change(sql, parameters);
 }
 
 std::int64_t OdbcConnection::Change(const std::string& sql, Values parameters) {

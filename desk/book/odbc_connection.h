@@ -17,7 +17,7 @@ class OdbcConnection : public Connection {
 
   [[nodiscard]] std::unique_ptr<Rows> Query(const std::string& sql, Origin origin,
                                             Values parameters) override;
-  void Execute(const std::string& sql, Origin origin, Values parameters) override;
+  std::int64_t Execute(const std::string& sql, Origin origin, Values parameters) override;
   void Begin() override;
   void Commit() override;
   void Rollback() noexcept override;

@@ -19,7 +19,10 @@ std::unique_ptr<Rows> Session::Query(const std::string& sql) {
 
 void Session::Execute(const std::string& sql) {
   KeepResults();
-  connection_->Execute(Translated(sql), Origin::kCaller);
+  const std::int64_t changed = connection_->Execute(Translated(sql), Origin::kCaller);
+  if (changed == 0 && ChangesRowByKey(sql)) {
+    throw DatabaseError(Trouble::kMissing, "这条记录已被其他用户删除，没有保存");
+  }
 }
 
 void Session::KeepResults() noexcept {

@@ -34,6 +34,7 @@ class Session {
 
   /// A caller's statement. `DatabaseError` when it fails.
   [[nodiscard]] std::unique_ptr<Rows> Query(const std::string& sql);
+  /// A change of one row by its key fails when the row is gone: the caller would believe it saved.
   void Execute(const std::string& sql);
 
   /// For the desk's own statements. Those that write belong inside a `Transaction`.

@@ -158,6 +158,15 @@ void CheckCallerStatement(std::string_view sql) {
   if (!allowed) Refuse("只允许执行 SELECT、INSERT、UPDATE、DELETE 语句");
 }
 
+bool ChangesRowByKey(std::string_view sql) {
+  std::vector<SqlToken> tokens = SqlTokens(sql);
+  while (!tokens.empty() && IsSymbol(tokens.back(), ';')) tokens.pop_back();
+  if (tokens.size() < 5 || !IsWord(tokens.front(), "update")) return false;
+  const auto last = tokens.end() - 4;
+  return IsWord(last[0], "where") && IsWord(last[1], "i_id") && IsSymbol(last[2], '=') &&
+         last[3].kind == Kind::kNumber;
+}
+
 std::string FromJet(std::string_view sql) {
   const std::vector<SqlToken> tokens = SqlTokens(sql);
   std::vector<Edit> edits;

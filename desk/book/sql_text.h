@@ -25,6 +25,9 @@ struct SqlToken {
 /// semicolon and comments may follow it.
 void CheckCallerStatement(std::string_view sql);
 
+/// Whether the statement is an UPDATE of the one row that has a given `i_id`.
+[[nodiscard]] bool ChangesRowByKey(std::string_view sql);
+
 /// A statement in the Jet dialect as the other engines take it: "top n" becomes a limit at the end
 /// of the same select, and in a text after LIKE the wildcard "*" becomes "%". "%" and "_" match as
 /// they always do, and the words True and False are known to the engines.

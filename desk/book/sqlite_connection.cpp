@@ -77,10 +77,11 @@ std::unique_ptr<Rows> SqliteConnection::Query(const std::string& sql, Origin ori
   return std::make_unique<SqliteRows>(std::move(statement));
 }
 
-void SqliteConnection::Execute(const std::string& sql, Origin origin, Values parameters) {
+std::int64_t SqliteConnection::Execute(const std::string& sql, Origin origin, Values parameters) {
   SqliteRows rows(Prepare(sql, origin, parameters));
   while (rows.Next()) {
   }
+  return sqlite3_changes64(database_.get());
 }
 
 void SqliteConnection::Begin() {

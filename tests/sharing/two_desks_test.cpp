@@ -1,0 +1,152 @@
+#include <gmock/gmock.h>
+
+#include "editing/editor_test.h"
+#include "host/calls.h"
+#include "maintenance/view_test.h"
+#include "sharing/shared_book.h"
+#include "support/server_user.h"
+
+namespace tavrix::sharing {
+namespace {
+
+using editing::Beside;
+using editing::Edit;
+using editing::Editor;
+using editing::kNameBox;
+using test::Scalar;
+using testing::HasSubstr;
+using namespace std::chrono_literals;
+
+class TwoDesks : public testing::TestWithParam<const char*> {
+ protected:
+  TwoDesks() : shared_(GetParam()), mine_(shared_.Open(100ms)), theirs_(shared_.Open()) {}
+  void Theirs(const std::string& sql) const { test::Run(theirs_, sql); }
+  /// What they do when my dialog has checked everything and begins to write.
+  void BeforeMyWrite(std::function<void()> deed) {
+    mine_.dialog->Message.Add([deed = std::move(deed)](const std::string& text) {
+      if (text == "正在保存数据") deed();
+    });
+  }
+  /// The one report that the dialog has raised.
+  std::string Report() {
+    EXPECT_EQ(mine_.reports.size(), 1U);
+    const std::string text = mine_.reports.empty() ? "" : mine_.reports.back().text;
+    mine_.reports.clear();
+    return text;
+  }
+  SharedBook shared_;
+  Editor mine_;
+  desk::book::Book theirs_;
+};
+INSTANTIATE_TEST_SUITE_P(Engines, TwoDesks, testing::ValuesIn(SharedEngines()));
+
+TEST_P(TwoDesks, ACodeTakenAfterItWasCheckedIsRefusedByTheKey) {
+  mine_.Open(Beside("1001"), [&] {
+    mine_.SetName("我的");
+    mine_.SetCode("1005");
+    bool done = false;
+    BeforeMyWrite([&] {
+      if (std::exchange(done, true)) return;
+      const int id = theirs_.System()->NewIdentifier("gl_code", "i_id").id;
+      Theirs("insert into gl_code(i_id,cclass,ccode,ccode_name,igrade,bend)values(" +
+             std::to_string(id) + ",'资产','1005','他们的',1,1)");
+    });
+    mine_.Save();
+    EXPECT_THAT(Report(), HasSubstr("科目编码重复"));
+    EXPECT_TRUE(mine_.dialog->IsOpen());
+    EXPECT_EQ(mine_.dialog->Txt(kNameBox).Text(), "我的");
+    mine_.SetCode("1006");
+    mine_.Save();
+    EXPECT_FALSE(mine_.dialog->IsOpen());
+  });
+  EXPECT_EQ(test::AllRows(theirs_,
+                          "select ccode,ccode_name from gl_code where igrade=1 and "
+                          "cclass='资产' order by ccode"),
+            (editing::Texts{"1001|库存现金", "1002|银行存款", "1005|他们的", "1006|我的"}));
+  EXPECT_EQ(FaultsOf(theirs_), editing::Texts());
+}
+
+TEST_P(TwoDesks, ARowDeletedMeanwhileIsNotBelievedSaved) {
+  mine_.Open(Edit(3), [&] {
+    mine_.SetName("新名");
+    BeforeMyWrite([&] { Theirs("delete from gl_code where i_id=3"); });
+    mine_.Save();
+    EXPECT_THAT(Report(), HasSubstr("找不到该科目"));
+    EXPECT_TRUE(mine_.dialog->IsOpen());
+    EXPECT_EQ(mine_.dialog->Txt(kNameBox).Text(), "新名");
+  });
+  EXPECT_TRUE(mine_.saved.empty());
+  // And where the row goes between the dialog's last look and its write:
+  EXPECT_THAT(host::ExecuteSql(*mine_.book.System(),
+                               "update gl_code set cclass='资产',ccode_name='a' where i_id=3"),
+              HasSubstr("已被其他用户删除"));
+  EXPECT_EQ(
+      host::ExecuteSql(*mine_.book.System(), "update gl_accsum set ccode='1' where ccode='2'"), "");
+  EXPECT_EQ(Scalar(theirs_, "select count(*) from gl_code"), "5");
+}
+
+TEST_P(TwoDesks, ABookLockedForAMomentTakesTheSaveAfterwards) {
+  mine_.Open(Edit(3), [&] {
+    mine_.SetName("新名");
+    {
+      const desk::book::Transaction transaction(theirs_.GetSession());
+      Theirs("update gl_code set chelp='x' where i_id=3");
+      mine_.Save();
+      EXPECT_THAT(Report(), HasSubstr("正被其他用户使用"));
+      EXPECT_TRUE(mine_.dialog->IsOpen());
+    }
+    mine_.Save();
+    EXPECT_FALSE(mine_.dialog->IsOpen());
+  });
+  EXPECT_EQ(Scalar(theirs_, "select ccode_name from gl_code where i_id=3"), "新名");
+}
+
+TEST_P(TwoDesks, AnAccountDeletedMeanwhileIsDeletedOnlyOnce) {
+  test::ViewTest t(shared_.Open());
+  t.Start();
+  t.Select("10020001");
+  t.user.answers = {viewkit::UserPort::Answer::kYes};
+  t.user.in_question = [&](const auto&) { Theirs("delete from gl_code where i_id=3"); };
+  EXPECT_TRUE(t.view.FileDelete());
+  EXPECT_EQ(t.reports, test::Texts());
+  EXPECT_EQ(Scalar(theirs_, "select bend from gl_code where ccode='1002'"), "0");
+  EXPECT_EQ(FaultsOf(theirs_), editing::Texts());
+}
+
+TEST(ServerGone, TheReportNamesItTheViewKeepsItsRowsAndTheNextCommandWorks) {
+  if (test::ServerPlace().empty()) GTEST_SKIP() << "TAVRIX_ODBC names no server";
+  const SharedBook shared("postgresql");
+  test::ServerUser me(shared.Place());
+  test::ViewTest t(desk::book::Book::Open(me.Place()));
+  t.Start();
+  const auto before = t.Codes();
+  t.Select("10020001");
+  t.user.answers = {viewkit::UserPort::Answer::kYes, viewkit::UserPort::Answer::kYes};
+  t.user.in_question = [&](const auto&) { me.Away(); };  // between the checks and the deletion
+  EXPECT_FALSE(t.view.FileDelete());
+  ASSERT_EQ(t.reports.size(), 1U);
+  EXPECT_THAT(t.reports[0], testing::StartsWith("FileDelete->与数据库服务器的连接已断开"));
+  EXPECT_EQ(t.Codes(), before);
+  EXPECT_FALSE(t.view.FileDelete());
+  EXPECT_THAT(t.reports.back(), HasSubstr("数据库服务器没有响应"));
+  EXPECT_EQ(t.Codes(), before);
+  me.Back();
+  t.reports.clear();
+  t.user.in_question = nullptr;
+  EXPECT_TRUE(t.view.FileDelete());
+  // A load empties its page before it asks; the pages behind the one that failed keep their rows.
+  me.Away();
+  EXPECT_TRUE(t.view.Refresh());
+  ASSERT_EQ(t.reports.size(), 1U);
+  EXPECT_THAT(t.reports[0], testing::StartsWith("DoRefresh与数据库服务器的连接已断开"));
+  EXPECT_EQ(t.Codes(1).size(), 4U);
+  EXPECT_EQ(t.user.wait_depth, 0);
+  me.Back();
+  t.reports.clear();
+  EXPECT_TRUE(t.view.Refresh());
+  EXPECT_EQ(t.reports, test::Texts());
+  EXPECT_EQ(t.Codes().size(), before.size() - 1);
+}
+
+}  // namespace
+}  // namespace tavrix::sharing
