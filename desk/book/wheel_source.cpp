@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "viewkit/flag_scope.h"
+#include "host/flag_scope.h"
 
 namespace desk::book {
 
@@ -49,7 +49,7 @@ void WheelSource::Turn(int delta) {
   // The handler may end itself, or this source.
   const auto handler = handler_;
   const auto turning = turning_;
-  const tavrix::viewkit::FlagScope scope(*turning);
+  const host::FlagScope scope(*turning);
   if (handler) handler(next);
 }
 

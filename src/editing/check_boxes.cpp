@@ -6,7 +6,7 @@
 #include "editing/session.h"
 #include "editing/trap.h"
 #include "host/account.h"
-#include "viewkit/flag_scope.h"
+#include "host/flag_scope.h"
 
 namespace tavrix::editing {
 
@@ -99,7 +99,7 @@ void FmBkmAdd::FillGatherList() noexcept {
       above.push_back(parent);
       code = std::move(parent);
     }
-    const viewkit::FlagScope filling(filling_);
+    const host::FlagScope filling(filling_);
     viewkit::ComboBox& list = Combo(kGatherList);
     list.Clear();
     for (std::string& code : above) list.AddItem(std::move(code));

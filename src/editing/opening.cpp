@@ -5,8 +5,8 @@
 #include "editing/trap.h"
 #include "host/account.h"
 #include "host/calls.h"
+#include "host/flag_scope.h"
 #include "host/text.h"
-#include "viewkit/flag_scope.h"
 
 namespace tavrix::editing {
 
@@ -73,7 +73,7 @@ void FmBkmAdd::StartSession(std::shared_ptr<host::SystemObject> pcSystem, const 
 // What cannot be read whole is not shown: saving it would write the missing part as empty.
 bool FmBkmAdd::Prepare(bool pbNew, bool pnNewNext, std::int32_t plID) {
   const auto session = session_;
-  const viewkit::FlagScope filling(filling_);
+  const host::FlagScope filling(filling_);
   ResetControls();
   if (!InitBaseValue()) return false;
   if (pbNew) {

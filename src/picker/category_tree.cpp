@@ -2,11 +2,11 @@
 
 #include "host/account.h"
 #include "host/calls.h"
+#include "host/flag_scope.h"
 #include "picker/parameters.h"
 #include "picker/session.h"
 #include "picker/trap.h"
 #include "picker/tree_keys.h"
-#include "viewkit/flag_scope.h"
 
 namespace tavrix::picker {
 
@@ -83,7 +83,7 @@ bool selKjkm::LoadCategoryTree() noexcept {
     // anew or let go.
     if (session != session_ || load != session->tree_loads) return true;
     {
-      const viewkit::FlagScope filling(filling_tree_);
+      const host::FlagScope filling(filling_tree_);
       const Painting painting(*tree);
       tree->ClearTreeView();  // the tree does not paint from here on
       viewkit::TreeNode* root =
@@ -98,7 +98,7 @@ bool selKjkm::LoadCategoryTree() noexcept {
         }
       }
     }
-    const viewkit::FlagScope filling(filling_tree_);
+    const host::FlagScope filling(filling_tree_);
     tree->ReSelectItem();
     return true;
   });

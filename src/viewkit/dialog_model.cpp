@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "viewkit/flag_scope.h"
+#include "host/flag_scope.h"
 
 namespace tavrix::viewkit {
 
@@ -31,7 +31,7 @@ void DialogModel::Opened() {
 bool DialogModel::Close() {
   if (!open_ || closing_) return false;
   {
-    const FlagScope asking(closing_);
+    const host::FlagScope asking(closing_);
     if (!QueryUnload()) return false;
   }
   Unload();

@@ -7,15 +7,15 @@
 #include "app/posting/account_range.h"
 #include "app/posting/posting_ids.h"
 #include "host/error.h"
+#include "host/flag_scope.h"
 #include "host/text.h"
-#include "viewkit/flag_scope.h"
 #include "viewkit/win32/wide.h"
 
 namespace desk::app {
 namespace {
 
 namespace host = tavrix::host;
-using tavrix::viewkit::FlagScope;
+using tavrix::host::FlagScope;
 using tavrix::viewkit::win32::Narrow;
 using tavrix::viewkit::win32::Wide;
 

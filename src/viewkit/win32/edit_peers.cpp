@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "viewkit/flag_scope.h"
+#include "host/flag_scope.h"
 #include "viewkit/win32/wide.h"
 
 namespace tavrix::viewkit::win32 {
@@ -47,7 +47,7 @@ bool EditPeer::WantsKey(Key key, Modifiers modifiers) const {
 }
 
 void EditPeer::OnContent(const Change&) {
-  const FlagScope showing(showing_);
+  const host::FlagScope showing(showing_);
   ShowText(ModelText());
 }
 
@@ -120,7 +120,7 @@ std::optional<LRESULT> ComboBoxPeer::OnNotify(UINT message, WPARAM wparam, LPARA
       box_.SetListIndex(static_cast<int>(Tell(CB_GETCURSEL)));
       return 0;
     case CBN_EDITCHANGE: {
-      const FlagScope editing(editing_);
+      const host::FlagScope editing(editing_);
       box_.SetText(ShownText());
       return 0;
     }

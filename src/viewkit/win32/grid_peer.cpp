@@ -4,7 +4,7 @@
 #include <iterator>
 #include <utility>
 
-#include "viewkit/flag_scope.h"
+#include "host/flag_scope.h"
 #include "viewkit/win32/grid_painter.h"
 #include "viewkit/win32/wide.h"
 
@@ -72,7 +72,7 @@ void GridPeer::OnPaint() {
 
 void GridPeer::Arrange() {
   if (arranging_) return;
-  const FlagScope arranging(arranging_);
+  const host::FlagScope arranging(arranging_);
   for (int pass = 0; pass < kPasses && Alive(); ++pass) {
     const SIZE before = ClientSize();
     const Scale& scale = Context().scale;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "viewkit/flag_scope.h"
+#include "host/flag_scope.h"
 #include "viewkit/win32/wide.h"
 
 namespace tavrix::viewkit::win32 {
@@ -113,7 +113,7 @@ void TreePeer::InsertWithAllBelow(const TreeNode& node) {
 }
 
 void TreePeer::NodeAdded(const TreeNode& node) {
-  const FlagScope following(following_);
+  const host::FlagScope following(following_);
   Insert(node);
   // Only now can the control expand a parent that had no child before.
   const TreeNode* parent = node.Parent();
@@ -123,14 +123,14 @@ void TreePeer::NodeAdded(const TreeNode& node) {
 }
 
 void TreePeer::NodeMoved(const TreeNode& node) {
-  const FlagScope following(following_);
+  const host::FlagScope following(following_);
   DeleteItem(ItemOf(&node));
   InsertWithAllBelow(node);
   SelectionChanged();
 }
 
 void TreePeer::NodeRemoving(const TreeNode& node) {
-  const FlagScope following(following_);
+  const host::FlagScope following(following_);
   const TreeNode* selected = tree_.SelectedItem();
   const bool with_it = selected != nullptr && (selected == &node || selected->IsBelow(node));
   // Else the control would select a neighbour.
@@ -147,7 +147,7 @@ void TreePeer::NodeChanged(const TreeNode& node) {
 }
 
 void TreePeer::ShowNode(const TreeNode& node) {
-  const FlagScope following(following_);
+  const host::FlagScope following(following_);
   std::wstring text = Wide(node.Text());
   TVITEMW item{};
   item.mask = TVIF_HANDLE | TVIF_TEXT | TVIF_STATE;
@@ -169,17 +169,17 @@ void TreePeer::ShowExpanded(const TreeNode& node) {
 }
 
 void TreePeer::SelectionChanged() {
-  const FlagScope following(following_);
+  const host::FlagScope following(following_);
   Tell(TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(ItemOf(tree_.SelectedItem())));
 }
 
 void TreePeer::EnsureVisible(const TreeNode& node) {
-  const FlagScope following(following_);
+  const host::FlagScope following(following_);
   Tell(TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(ItemOf(&node)));
 }
 
 void TreePeer::ScrollTo(const TreeNode& node) {
-  const FlagScope following(following_);
+  const host::FlagScope following(following_);
   Tell(TVM_SELECTITEM, TVGN_FIRSTVISIBLE, reinterpret_cast<LPARAM>(ItemOf(&node)));
 }
 
