@@ -7,6 +7,7 @@
 #include "layout_bench.h"
 #include "list_bench.h"
 #include "picker_bench.h"
+#include "server_bench.h"
 #include "support/temp_folder.h"
 
 int main(int count, char** arguments) try {
@@ -19,8 +20,12 @@ int main(int count, char** arguments) try {
     tavrix::bench::PrintPeak(arguments[2]);
     return 0;
   }
+  if (count == 3 && std::strcmp(arguments[1], "--server") == 0) {
+    tavrix::bench::MeasureServer(figures, arguments[2]);
+    return figures.Within() ? 0 : 1;
+  }
   if (count != 1) {
-    std::fprintf(stderr, "usage: tavrix_bench [--book FILE]\n");
+    std::fprintf(stderr, "usage: tavrix_bench [--book FILE | --server CONNECTION]\n");
     return 2;
   }
   const tavrix::test::TempFolder folder;
