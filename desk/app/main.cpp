@@ -7,7 +7,9 @@
 #include <exception>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "app/program/copy_command.h"
 #include "app/program/desk.h"
 
 namespace {
@@ -16,12 +18,13 @@ struct LocalMemory {
   void operator()(wchar_t** memory) const noexcept { LocalFree(memory); }
 };
 
-/// The book that the command line names; empty for none.
-std::wstring BookArgument() {
+/// What the command line says behind the program's name.
+std::vector<std::wstring> Arguments() {
   int count = 0;
   const std::unique_ptr<wchar_t*, LocalMemory> arguments(
       CommandLineToArgvW(GetCommandLineW(), &count));
-  return arguments && count > 1 ? std::wstring(arguments.get()[1]) : std::wstring();
+  if (!arguments || count < 2) return {};
+  return {arguments.get() + 1, arguments.get() + count};
 }
 
 /// COM and OLE on this thread, from before the first object to after the last.
@@ -39,13 +42,17 @@ class OleScope {
 };
 
 int RunDesk(int show) {
+  const std::vector<std::wstring> arguments = Arguments();
+  if (arguments.size() == 3 && arguments[0] == L"--copy") {
+    return desk::app::CopyByCommand(arguments[1], arguments[2]);
+  }
   const OleScope ole;
   INITCOMMONCONTROLSEX controls{};
   controls.dwSize = sizeof controls;
   controls.dwICC = ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES;
   InitCommonControlsEx(&controls);
   desk::app::Desk desk;
-  desk.Start(BookArgument(), show);
+  desk.Start(arguments.empty() ? std::wstring() : arguments[0], show);
   return desk.Run();
 }
 

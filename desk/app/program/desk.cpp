@@ -8,6 +8,7 @@
 #include "app/faces/window_wheel.h"
 #include "app/frame/new_book_dialog.h"
 #include "app/program/view_layout.h"
+#include "book/connection_string.h"
 #include "book/posting.h"
 #include "book/sample.h"
 #include "host/report.h"
@@ -30,6 +31,21 @@ constexpr char kSampleCompany[] = "示例商贸有限公司";
 book::StandardChart ChartOf(const NewBookChoice& choice) {
   return choice.small_enterprise ? book::StandardChart::kSmallEnterprise
                                  : book::StandardChart::kEnterprise;
+}
+
+bool IsOnServer(const std::wstring& place) {
+  return book::IsConnectionString(Narrow(place));
+}
+
+/// Whether the book may be there; a server tells only when it is asked to open it.
+bool MayBeThere(const std::wstring& place) {
+  return IsOnServer(place) || fs::exists(place);
+}
+
+/// The book's place as it is shown: the file's name, or the connection without its password.
+std::wstring NameOf(const std::wstring& place) {
+  if (IsOnServer(place)) return Wide(book::ShownPlace(Narrow(place)));
+  return fs::path(place).filename().wstring();
 }
 
 }  // namespace
@@ -278,7 +294,7 @@ void Desk::OpenRecent(std::size_t position) {
   const std::vector<std::wstring> recent = settings_.Recent();
   if (position >= recent.size()) return;
   const std::wstring& file = recent[position];
-  if (!fs::exists(file)) {
+  if (!MayBeThere(file)) {
     settings_.Forget(file);
     frame_->SetRecent(settings_.Recent());
   }
@@ -286,9 +302,10 @@ void Desk::OpenRecent(std::size_t position) {
 }
 
 void Desk::Open(const std::wstring& file) {
-  Trapped(L"不能打开账簿“" + fs::path(file).filename().wstring() + L"”：", [&] {
-    if (!fs::exists(file)) throw host::HostError("文件不存在");
-    Show(book::Book::Open(Narrow(fs::absolute(file).wstring())), fs::absolute(file).wstring());
+  Trapped(L"不能打开账簿“" + NameOf(file) + L"”：", [&] {
+    if (!MayBeThere(file)) throw host::HostError("文件不存在");
+    const std::wstring place = IsOnServer(file) ? file : fs::absolute(file).wstring();
+    Show(book::Book::Open(Narrow(place)), place);
   });
 }
 
@@ -310,7 +327,9 @@ void Desk::Show(book::Book book, const std::wstring& file) {
   book.Around().user_folder = Narrow(folders_.user.wstring());
   book.Around().make_mouse_event = [] { return WindowWheel::Make(); };
   open_.emplace(OpenBook{.book = std::move(book), .file = file, .view = nullptr});
-  settings_.Remember(file);
+  // A connection with a password in it is not written down.
+  const bool secret = IsOnServer(file) && NameOf(file) != file;
+  if (!secret) settings_.Remember(file);
   frame_->SetRecent(settings_.Recent());
   TellBook();
   if (!open_->book.Faults().empty()) {
@@ -355,11 +374,12 @@ void Desk::TellBook() {
     frame_->SetBookTexts({}, {});
     return;
   }
-  const fs::path file = open_->file;
+  const std::wstring& file = open_->file;
   std::wstring company;
   Trapped({}, [&] { company = Wide(open_->book.Setting(kDeskSection, kCompanyKey)); });
-  const std::wstring name = file.filename().wstring();
-  frame_->SetTitle(company.empty() ? file.stem().wstring() : company);
+  const std::wstring name = NameOf(file);
+  const std::wstring title = IsOnServer(file) ? name : fs::path(file).stem().wstring();
+  frame_->SetTitle(company.empty() ? title : company);
   frame_->SetBookTexts(company, open_->book.ReadOnly() ? name + L"（只读）" : name);
 }
 
