@@ -286,7 +286,8 @@ TEST_P(Processes, ADeskKilledAtAnyMomentLosesNothingThatItReportedAsSaved) {
 }
 
 TEST_P(Processes, TwoDesksAtOnceKeepTheBookSound) {
-  const auto end = std::chrono::steady_clock::now() + (Long() ? 60s : 2s);
+  if (!Long()) GTEST_SKIP() << "takes a minute";
+  const auto end = std::chrono::steady_clock::now() + 60s;
   const auto work = [&](unsigned seed) {
     return [this, end, seed](int out) {
       Worker worker(shared_, out, seed);
