@@ -4,8 +4,15 @@
 readonly screenshots=${TAVRIX_SCREENSHOTS:-$build/screenshots}
 steps=0 failed_steps=0 desk_process='' desk_window=''
 
-# The book that the desk has made in the prefix that is set, when it was first started there.
-sample_book() { compgen -G "$WINEPREFIX/drive_c/users/*/Documents/Tavrix/*.book" | head -n 1; }
+readonly sample_book=$build/sample.book
+
+# Keeps the book that the desk has made in the prefix that is set, when it was first started there.
+keep_sample_book() {
+  local made
+  made=$(compgen -G "$WINEPREFIX/drive_c/users/*/Documents/Tavrix/*.book" | head -n 1)
+  rm -f "$sample_book"
+  sqlite3 "$made" ".backup '$sample_book'"
+}
 
 begin_walk() {
   rm -rf "$screenshots"
