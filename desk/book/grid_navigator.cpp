@@ -29,6 +29,7 @@ class Pattern {
     }
   }
   [[nodiscard]] bool Matches(const host::Grid& grid, int row) const {
+    if (grid.IsTotalRow(row)) return false;
     return std::ranges::any_of(columns_, [&](int col) {
       const std::string_view cell = grid.TextMatrix(row, col);
       return cell.size() >= text_.size() && host::LowerCase(cell).find(text_) != std::string::npos;
@@ -94,7 +95,7 @@ int ShowMatches(host::Grid& grid, const Pattern& pattern) {
   for (int row = grid.Rows() - 1; row >= grid.FixedRows(); --row) {
     const int level = LevelOf(grid, row);
     const bool match = pattern.Matches(grid, row);
-    const bool ancestor = level < wanted_below;
+    const bool ancestor = level < wanted_below && !grid.IsTotalRow(row);
     grid.SetRowHidden(row, !match && !ancestor);
     if (ancestor) grid.SetCollapsed(row, false);
     if (match) first_match = row;

@@ -57,6 +57,8 @@ class Grid : public virtual Control {
   virtual void SetRowHidden(int row, bool hidden) = 0;
   [[nodiscard]] virtual int RowOutlineLevel(int row) const = 0;
   [[nodiscard]] virtual bool IsSubtotal(int row) const = 0;
+  /// The row sums up others and is no find: never, in a grid that has no totals.
+  [[nodiscard]] virtual bool IsTotalRow(int /*row*/) const { return false; }
   [[nodiscard]] virtual bool IsCollapsed(int row) const = 0;
   virtual void SetCollapsed(int row, bool collapsed) = 0;
   [[nodiscard]] virtual bool ColHidden(int col) const = 0;

@@ -77,25 +77,32 @@ void selKjkm::WriteRow(host::Recordset& account, bool is_new, const std::string&
     texts[col] = account.Field(kFields[col]).ToText();
 
   const viewkit::GridUpdate update(Vs_);
+  const bool totals = HasTotals();
   const int row = is_new ? Vs_.AddItem() : RowOfEdited(id);
   if (row < Vs_.FixedRows()) return;
   for (int col = 0; col < kColumns; ++col) {
     Vs_.SetTextMatrix(row, col, texts[static_cast<std::size_t>(col)]);
   }
   if (is_new) Vs_.SetRow(row);
+  if (totals) SortInto();
   RestoreTotals();
   if (!is_new) return;
   Vs_.ShowRow(Vs_.Row());  // the layout may have sorted it in
   ShowSelectionCount();
 }
 
+/// Among rows of its group, where the next load would put it: at the end of the list it would be a
+/// second group of the same name.
+void selKjkm::SortInto() {
+  Vs_.Subtotal(viewkit::SubtotalFunction::kClear);
+  Vs_.SortRows(kCode, viewkit::SortOrder::kStringAscending, Vs_.FixedRows(), Vs_.Rows() - 1);
+}
+
 int selKjkm::RowOfEdited(const std::string& id) const {
-  int row = Vs_.Row();
-  if (row >= Vs_.FixedRows() && Vs_.TextMatrix(row, kId) == id) return row;
-  // The host has refreshed the picker while the form was open. A total may read as an id does.
-  row = Vs_.FindRow(id, Vs_.FixedRows(), kId);
-  while (row >= 0 && Vs_.IsTotalRow(row)) row = Vs_.FindRow(id, row + 1, kId);
-  return row;
+  const int row = Vs_.Row();
+  if (row >= Vs_.FixedRows() && !Vs_.IsTotalRow(row) && Vs_.TextMatrix(row, kId) == id) return row;
+  // The host has refreshed the picker while the form was open.
+  return Vs_.FindRow(id, Vs_.FixedRows(), kId);
 }
 
 void selKjkm::mfrmKjkm_ErrMessage(const std::string& psMsg) noexcept {

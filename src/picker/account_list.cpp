@@ -183,11 +183,15 @@ void selKjkm::ShowRowCount() {
   LblCount_.SetCaption("共:" + std::to_string(AccountRows()) + "条");
 }
 
+/// Where there are totals at all, the last row is one.
+bool selKjkm::HasTotals() const {
+  return Vs_.Rows() > Vs_.FixedRows() && Vs_.IsTotalRow(Vs_.Rows() - 1);
+}
+
 int selKjkm::AccountRows() const {
   const int rows = Vs_.Rows();
   int accounts = rows - Vs_.FixedRows();
-  // Where there are totals at all, the last row is one.
-  if (accounts == 0 || !Vs_.IsTotalRow(rows - 1)) return accounts;
+  if (!HasTotals()) return accounts;
   for (int row = Vs_.FixedRows(); row < rows; ++row) accounts -= Vs_.IsTotalRow(row) ? 1 : 0;
   return accounts;
 }

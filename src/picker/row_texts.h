@@ -18,7 +18,7 @@ class RowTexts {
   /// Takes the texts from `grid`, unless they are those taken last.
   void Update(const viewkit::FlexGrid& grid);
   /// The first data row from `from` on (0 is the first one) that contains `wanted`, which is in
-  /// lower case; -1 for none. Every row contains the empty text.
+  /// lower case; -1 for none. Every row contains the empty text, and a row of totals nothing else.
   [[nodiscard]] int Find(std::string_view wanted, int from) const;
 
  private:

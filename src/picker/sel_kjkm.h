@@ -120,6 +120,7 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   void ShowRows(host::Recordset& accounts);
   void ShowRowCount();
   /// Rows of the list that are accounts and not totals of a layout.
+  [[nodiscard]] bool HasTotals() const;
   [[nodiscard]] int AccountRows() const;
 
   // Status of the controls
@@ -159,6 +160,7 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   void mfrmKjkm_ErrMessage(const std::string& psMsg) noexcept;
   void WriteRow(host::Recordset& account, bool is_new, const std::string& id);
   /// The row of the account that was edited; negative when the list no longer shows it.
+  void SortInto();
   [[nodiscard]] int RowOfEdited(const std::string& id) const;
 
   // Mouse wheel

@@ -105,7 +105,8 @@ struct SubtotalOptions {
 /// or a lower level. Levels below 0 count as 0, levels above 32,767 as that.
 ///
 /// Rows of totals, which `Subtotal` makes, are data rows like others to whoever asks for rows,
-/// texts and looks. They never count in a total, and sorting leaves them where they stand.
+/// texts and looks. They never count in a total, no search finds them, and sorting leaves them
+/// where they stand.
 ///
 /// A call changes the model, then tells the peer, then raises events; between `BeginUpdate` and
 /// `EndUpdate` all that waits for the last `EndUpdate`. A listener may change, reload or destroy
@@ -258,7 +259,7 @@ class FlexGrid : public Control, public host::Grid {
   /// rows at most, mostly less.
   void Subtotal(SubtotalFunction function, const SubtotalOptions& options = {});
   /// Whether `Subtotal` has made this row.
-  [[nodiscard]] bool IsTotalRow(int row) const;
+  [[nodiscard]] bool IsTotalRow(int row) const override;
   /// Where new rows of totals will go; below at first.
   [[nodiscard]] viewkit::SubtotalPosition SubtotalPosition() const;
   void SetSubtotalPosition(viewkit::SubtotalPosition position);

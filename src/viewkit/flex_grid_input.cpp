@@ -163,7 +163,7 @@ bool FlexGrid::HandleTypeAhead(std::string_view character, std::int64_t now) {
   const int current = s.IsData(s.row) ? s.outline.ShownBefore(s.row - s.Fixed()) : -1;
   const int first = std::max(repeated ? current + 1 : current, 0);
   const auto matches = [&](int row) {
-    return host::LowerCase(DisplayText(row, s.outline_col)).starts_with(wanted);
+    return !IsTotalRow(row) && host::LowerCase(DisplayText(row, s.outline_col)).starts_with(wanted);
   };
   const auto take = [&](int row) {
     if (s.SettlePeer()) Update([row](State& state) { state.Move(row, {}); });

@@ -139,7 +139,8 @@ int FlexGrid::FindRow(std::string_view text, int start, int col, bool case_sensi
   }
   const int rows = Rows();
   for (int row = std::max(first, fixed); row < rows; ++row) {
-    if (matches(state_->DataText(row - fixed, col))) return row;
+    const int data = row - fixed;
+    if (state_->outline.Total(data) == 0 && matches(state_->DataText(data, col))) return row;
   }
   return -1;
 }

@@ -189,7 +189,10 @@ void FlexGrid::State::AddTotals(SubtotalFunction function, const SubtotalOptions
   GridTotals::Level& level =
       totals.LevelOf(options, subtotal_position == viewkit::SubtotalPosition::kAbove);
   const bool fresh = level.rows.empty() && EnsureTotalRows(level);
-  if (fresh || !SameTexts(level.options, options)) WriteTotalTexts(level, options);
+  if (fresh || !level.texts_stand || !SameTexts(level.options, options)) {
+    WriteTotalTexts(level, options);
+    level.texts_stand = true;
+  }
   if (fresh || !SameLook(level.options, options)) {
     const CellStyle style{options.fore, options.back, options.bold};
     for (const std::uint32_t data_row : level.rows) {

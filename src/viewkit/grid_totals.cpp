@@ -72,6 +72,7 @@ void GridTotals::Refresh() {
   for (Level& level : levels_) {
     level.ends.clear();
     level.rows.clear();
+    level.texts_stand = false;
   }
 }
 

@@ -59,6 +59,7 @@ class GridTotals {
     std::vector<std::uint32_t> ends;  ///< the place after the last row of each group
     std::vector<std::uint32_t> rows;  ///< the row of totals of each group; none as long as unknown
     std::uint16_t mark = kWholeGrid;  ///< of its rows in the outline; greater for inner groups
+    bool texts_stand = false;         ///< its rows show the groups' texts as they are now
   };
   /// The numbers of one column by their places, empty cells as NaN.
   struct Numbers {

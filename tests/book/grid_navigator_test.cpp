@@ -102,5 +102,16 @@ TEST_F(NavigatorTest, FilterKeepsAncestors) {
   EXPECT_EQ(Shown().size(), 6U);
 }
 
+TEST_F(NavigatorTest, FindsNoTotals) {
+  tavrix::viewkit::SubtotalOptions options;
+  options.caption = "合计";
+  grid_.Subtotal(tavrix::viewkit::SubtotalFunction::kSum, options);
+  ASSERT_TRUE(grid_.IsTotalRow(7));
+  EXPECT_FALSE(search_.Find(grid_, "合计"));
+  EXPECT_FALSE(search_.Filter(grid_, "合计"));
+  EXPECT_TRUE(search_.Filter(grid_, "1"));
+  EXPECT_TRUE(grid_.RowHidden(7)) << "it does not sum up what is shown now";
+}
+
 }  // namespace
 }  // namespace desk::book

@@ -102,6 +102,20 @@ TEST(GridSearch, FindsRows) {
   EXPECT_EQ(grid.FindRow("1001", 99, 0), -1);
 }
 
+TEST(GridSearch, PassesTotalsOver) {
+  FlexGrid grid("Vs");
+  Fill(grid, {{"a", "1"}, {"b", "2"}});
+  SubtotalOptions options;
+  options.group_on = 0;
+  options.total_on = 1;
+  grid.Subtotal(SubtotalFunction::kSum, options);
+  ASSERT_EQ(grid.TextMatrix(2, 0), "a");
+  EXPECT_EQ(grid.FindRow("a", 2, 0), -1);
+  EXPECT_TRUE(grid.HandleTypeAhead("a", 1000));
+  EXPECT_TRUE(grid.HandleTypeAhead("a", 1100));
+  EXPECT_EQ(grid.Row(), 1);
+}
+
 TEST(GridSearch, Aggregates) {
   FlexGrid grid("Vs");
   Fill(grid, {{"1", "x"}, {"", "2"}, {"1,003", "-4.5 kg"}});

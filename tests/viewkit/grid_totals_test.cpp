@@ -102,6 +102,14 @@ TEST_F(GridTotalsTest, GroupsLieWithinTheGroupsMadeBefore) {
               ElementsAre("", "人民币小计", "美元小计", "美元", "美元", "美元"));
 }
 
+TEST_F(GridTotalsTest, CaptionsFollowTheGroupsNames) {
+  Fill(grid, {{"资产", "1"}, {"资产", "2"}, {"负债", "3"}});
+  Add(0, 1);
+  grid.SetTextMatrix(4, 0, "权益");
+  Add(0, 1);
+  EXPECT_THAT(ColumnOf(grid, 0), ElementsAre("资产", "资产", "资产小计", "权益", "权益小计"));
+}
+
 TEST_F(GridTotalsTest, MatchFromNamesTheColumnsThatMustAgree) {
   FillAccounts();
   SubtotalOptions options = Sum(1, 2, "%s");
