@@ -139,7 +139,8 @@ void LayoutReader::ApplyHeights() {
 
 void LayoutReader::ApplyFrozenCols() {
   Quietly([&] {
-    grid_.SetFrozenCols(file_.ReadNumber(layout::kGrid, layout::kFrozenCols, grid_.FrozenCols()));
+    const int cols = file_.ReadNumber(layout::kGrid, layout::kFrozenCols, grid_.FrozenCols());
+    if (cols >= 0) grid_.SetFrozenCols(cols);  // less than none is damage rather than a wish
   });
 }
 

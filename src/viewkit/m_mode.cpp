@@ -32,9 +32,10 @@ int GetCtrlIndex(const host::Control& ctrl) {
 
 void ApplyVsLayout(const std::string& psFile, FlexGrid& grid, bool pbWidthOnly,
                    host::SystemObject& pcSystem) {
+  // Its end raises the grid's events, and a listener may end the grid: nothing comes after it.
+  const GridUpdate update(grid);
   Quietly([&] {
     const LayoutFile file(OpenSettingsFile(pcSystem, psFile), grid);
-    const GridUpdate update(grid);
     LayoutReader reader(file, grid, pcSystem);
     reader.ApplyColumns(pbWidthOnly);
     if (pbWidthOnly) return;

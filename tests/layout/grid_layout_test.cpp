@@ -254,6 +254,15 @@ TEST_F(LayoutTest, AMissingFileIsWrittenByAFullRestoreAlone) {
   EXPECT_EQ(Stored("VsColWidth", "VsCol0"), std::to_string(grid.ColWidth(0)));
 }
 
+TEST_F(LayoutTest, AGridThatEndsInAListenerHasItsFileByThen) {
+  auto grid = std::make_unique<FlexGrid>("Vs");
+  Fill(*grid, {{"a", "b"}});
+  grid->RowColChange.Add([&] { grid.reset(); });
+  Apply(*grid);
+  EXPECT_EQ(grid, nullptr);
+  EXPECT_TRUE(Exists());
+}
+
 TEST_F(LayoutTest, AFailingHostIsLeftOut) {
   book_.SetSetting("system", "xsprice", "1");
   Write(
@@ -291,6 +300,7 @@ TEST_F(LayoutTest, BadFiles) {
       "[VsColWidth]\n=5\nVsCol0\nVsCol1=1e999\n",
       "[VsColWidth]\nVsCol0=99999999999999999999\n",
       "[VsColWidth]\nVsCol0=-1e300\n[Vs]\nVsRowHeight=1e10\nVsFixedCols=-99999999\n",
+      "[Vs]\nVsFixedCols=-1\n",
       "[VsColWidth]\n" + std::string(200'000, 'x') + "=5\n" + "VsCol0=" + std::string(9000, '9'),
       endless};
   for (const std::string& text : cases) {
@@ -299,9 +309,10 @@ TEST_F(LayoutTest, BadFiles) {
     FlexGrid grid("Vs");
     Fill(grid, {{"a", "b"}});
     grid.SetColWidth(0, 700);
+    grid.SetFrozenCols(1);
     Apply(grid);
     EXPECT_EQ(grid.ColWidth(0), 700);
-    EXPECT_EQ(grid.FrozenCols(), 0);
+    EXPECT_EQ(grid.FrozenCols(), 1);
     Save(grid);
     EXPECT_EQ(Stored("VsColWidth", "VsCol0"), "700") << "and what it holds now can be kept";
   }
