@@ -13,7 +13,8 @@ namespace host = tavrix::host;
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::string_view kWideByteOrderMark = "\xFF\xFE";
+constexpr std::string_view kLowByteFirst = "\xFF\xFE";  // UTF-16
+constexpr std::string_view kHighByteFirst = "\xFE\xFF";
 
 constexpr std::array<std::pair<char, char>, 5> kEscapes = {
     {{'\n', 'n'}, {'\r', 'r'}, {'\t', 't'}, {'"', '"'}, {'\\', '\\'}}};
@@ -99,13 +100,25 @@ std::string KeyLine(std::string_view key, std::string_view value) {
   return (key.empty() ? "\"\"" : Encoded(key, "=[;#")) + "=" + Encoded(value, "");
 }
 
-/// UTF-16 in the byte order of Windows.
+/// What a person has noted behind a number, from its mark on. Behind other values nothing is a note
+/// for sure: a format has parts with ";" between.
+std::string_view NoteBehind(std::string_view value) {
+  value = Stripped(value);
+  const std::size_t end = value.find_first_not_of("+-.0123456789");
+  if (end == 0 || end == value.npos || (value[end] != ' ' && value[end] != '\t')) return {};
+  const std::string_view note = Stripped(value.substr(end));
+  return note.starts_with(';') || note.starts_with('#') ? note : std::string_view();
+}
+
+/// UTF-16 with its byte order mark as UTF-8 with its own.
 std::string Narrowed(std::string_view bytes) {
+  const std::size_t low = bytes.starts_with(kLowByteFirst) ? 0 : 1;
   std::u16string text;
+  text.reserve(bytes.size() / 2);
   for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    const auto low = static_cast<unsigned char>(bytes[i]);
-    const auto high = static_cast<unsigned char>(bytes[i + 1]);
-    text.push_back(static_cast<char16_t>(high << 8 | low));
+    const auto low_byte = static_cast<unsigned char>(bytes[i + low]);
+    const auto high_byte = static_cast<unsigned char>(bytes[i + 1 - low]);
+    text.push_back(static_cast<char16_t>(high_byte << 8 | low_byte));
   }
   return host::ToUtf8(text);
 }
@@ -114,7 +127,7 @@ std::string Narrowed(std::string_view bytes) {
 
 SettingsText::SettingsText(std::string_view text) {
   std::string narrowed;
-  if (text.starts_with(kWideByteOrderMark)) {
+  if (text.starts_with(kLowByteFirst) || text.starts_with(kHighByteFirst)) {
     narrowed = Narrowed(text);
     text = narrowed;
   }
@@ -149,10 +162,7 @@ SettingsText::Section* SettingsText::AddLine(std::string text, Section* section)
 SettingsText::Section& SettingsText::AddSection(std::string line, std::string name) {
   const auto [section, fresh] = sections_.try_emplace(std::move(name));
   if (fresh) section->second.home = blocks_.size();
-  constexpr std::size_t kUsualKeys = 7;
-  std::vector<std::string>& lines = blocks_.emplace_back();
-  lines.reserve(1 + kUsualKeys + 1);
-  lines.push_back(std::move(line));
+  blocks_.emplace_back().push_back(std::move(line));
   return section->second;
 }
 
@@ -172,15 +182,14 @@ std::optional<std::string> SettingsText::Read(std::string_view section,
 }
 
 bool SettingsText::Write(std::string_view section, std::string_view key, std::string_view value) {
-  if (const Place* place = Find(section, key)) {
-    std::string& line = blocks_[place->block][place->line];
-    if (Decoded(Parse(line).value) == value) return false;
-    line = KeyLine(key, value);
-    return true;
-  }
   std::string name = host::LowerCase(section);
   auto named = sections_.find(name);
-  if (named == sections_.end()) {
+  if (named != sections_.end()) {
+    const auto found = named->second.keys.find(host::LowerCase(key));
+    if (found != named->second.keys.end()) {
+      return Replace(named->second, found->second, KeyLine(key, value), value);
+    }
+  } else {
     std::vector<std::string>& last = blocks_.back();
     if (!last.empty() && !Stripped(last.back()).empty()) last.emplace_back();
     AddSection("[" + Encoded(section, "]") + "]", name);
@@ -194,6 +203,22 @@ bool SettingsText::Write(std::string_view section, std::string_view key, std::st
   while (Stripped(lines[end - 1]).empty()) --end;
   lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(end), KeyLine(key, value));
   home.keys[host::LowerCase(key)] = {home.home, end};
+  return true;
+}
+
+bool SettingsText::Replace(Section& section, Place place, std::string line,
+                           std::string_view value) {
+  std::vector<std::string>& lines = blocks_[place.block];
+  const std::string_view before = Parse(lines[place.line]).value;
+  if (Decoded(before) == value) return false;
+  std::string note(NoteBehind(before));
+  lines[place.line] = std::move(line);
+  if (note.empty()) return true;
+  // On a line of its own: behind the new value it could be read as a part of it.
+  for (auto& [name, other] : section.keys) {
+    if (other.block == place.block && other.line >= place.line) ++other.line;
+  }
+  lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(place.line), std::move(note));
   return true;
 }
 

@@ -18,9 +18,10 @@ namespace desk::book {
 /// Names compare without case; blanks around names and values do not count. What would be lost that
 /// way, and line breaks, are written in double quotes with \n, \r, \t, \" and \\. Any text can be
 /// read: lines that are nothing known stay where they are and as they are. Of a key that stands
-/// twice the first counts; sections of one name are one section. Byte order mark and kind of line
-/// ends stay; UTF-16, as some editors save it, becomes UTF-8. Reading a value takes no time that
-/// grows with the text.
+/// twice the first counts; sections of one name are one section. What stands behind a value is a
+/// part of it; when a number is replaced that a note follows (" ; note"), the note gets a line of
+/// its own above. Byte order mark and kind of line ends stay; UTF-16, as some editors save it,
+/// becomes UTF-8. Reading a value takes no time that grows with the text.
 class SettingsText {
  public:
   SettingsText() = default;
@@ -46,6 +47,8 @@ class SettingsText {
   /// the section that the next line belongs to.
   Section* AddLine(std::string text, Section* section);
   Section& AddSection(std::string line, std::string name);
+  /// Puts `line`, which holds `value`, in place of the one there. Gives whether that is a change.
+  bool Replace(Section& section, Place place, std::string line, std::string_view value);
   [[nodiscard]] const Place* Find(std::string_view section, std::string_view key) const;
 
   /// Each block begins with the header of a section; before the first stands what belongs to none.

@@ -28,6 +28,18 @@ TEST(SettingsTextTest, KeepsWhatItDoesNotKnow) {
             "[Form]\n\n[New]\nk=v\n");
 }
 
+TEST(SettingsTextTest, NotesBehindNumbersGetALineOfTheirOwn) {
+  SettingsText settings("[A]\nw=100 ; wide\nx=1\nf=0.00;(0.00)\ng=0# ;x\n[B]\nw = -2\t# two\n");
+  EXPECT_TRUE(settings.Write("A", "w", "200"));
+  EXPECT_TRUE(settings.Write("A", "x", "2"));
+  EXPECT_TRUE(settings.Write("A", "w", "300"));
+  EXPECT_TRUE(settings.Write("A", "f", "0"));
+  EXPECT_TRUE(settings.Write("A", "g", "0.0 ; x"));
+  EXPECT_TRUE(settings.Write("B", "w", "3"));
+  EXPECT_EQ(settings.Text(), "[A]\n; wide\nw=300\nx=2\nf=0\ng=0.0 ; x\n[B]\n# two\nw=3\n");
+  EXPECT_EQ(settings.Read("A", "g"), "0.0 ; x");
+}
+
 TEST(SettingsTextTest, AnyTextComesBack) {
   const std::string values[] = {"",        " blank ", "a\r\nb\tc", "\"quoted\"", "\"",
                                 "C:\\new", "\\n",     "[x]",       ";x",         "a=b",
@@ -62,6 +74,9 @@ TEST(SettingsTextTest, KeepsHowTheFileWasSaved) {
   EXPECT_EQ(written("\xEF\xBB\xBF[A]\r\nk=1\r\n"), "\xEF\xBB\xBF[A]\r\nk=2\r\n");
   const std::string wide("\xFF\xFE[\0A\0]\0\n\0;\0\xD1\x79\n\0k\0=\0\x31\0", 22);
   EXPECT_EQ(written(wide), "\xEF\xBB\xBF[A]\n;科\nk=2\n");
+  std::string swapped;
+  for (std::size_t i = 0; i < wide.size(); i += 2) swapped += {wide[i + 1], wide[i]};
+  EXPECT_EQ(written(swapped + '\0'), written(wide)) << "the other byte order, and half a unit";
   EXPECT_EQ(written("[A]\n[B]\nx=1\n[a]\nk=1"), "[A]\n[B]\nx=1\n[a]\nk=2\n");
   EXPECT_EQ(written("[A]\n[B]\n[a]\n"), "[A]\nk=2\n[B]\n[a]\n");
   const std::string noise("\0\x1B\xC3(\n[A]\n\xB2\xE2\n", 12);
