@@ -103,7 +103,8 @@ void Kjkm::FormatOutline(FlexGrid& grid, bool reset) {
   constexpr int kDeepest = 64;  // an absurd level shall not make the loop long
   const int deepest = grid.SetOutlineFromColumn(kLevel);
   for (int level = std::min(deepest, kDeepest); level >= 0; --level) grid.Outline(level);
-  grid.AutoSize(kCode);
+  // A column that the user has hidden stays so.
+  if (grid.ColWidth(kCode) > 0) grid.AutoSize(kCode);
 }
 
 void Kjkm::OnAccountSaved(bool pNew, std::int32_t plID) noexcept {

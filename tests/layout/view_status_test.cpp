@@ -1,4 +1,5 @@
 #include "book/parameters.h"
+#include "editing/fm_bkm_add.h"
 #include "layout/layout_support.h"
 #include "maintenance/kjkm.h"
 #include "picker/sel_kjkm.h"
@@ -103,6 +104,23 @@ TEST_F(KjkmStatusTest, RestoringNeitherWritesNorSorts) {
   EXPECT_FALSE(std::filesystem::exists(host::PathOf(FileOf("Kjkm"))));
 }
 
+TEST_F(KjkmStatusTest, AHiddenFirstColumnStaysHidden) {
+  Write("Kjkm", "[VsIsHidden_0]\nVsCol0=1\n");
+  maintenance::Kjkm view(user_);
+  Start(view);
+  view.DoGetFormStatus();
+  auto& page = Control<FlexGrid>(view, "Vs", 0);
+  page.SetRow(1);
+  user_.in_dialog = [](viewkit::DialogModel& dialog) {
+    dynamic_cast<editing::FmBkmAdd&>(dialog).EvHasLoad.Raise(false, 1);
+    dialog.Unload();
+  };
+  EXPECT_TRUE(view.FileEdit());
+  EXPECT_EQ(page.ColWidth(0), 0);
+  EXPECT_TRUE(view.Refresh());
+  EXPECT_EQ(page.ColWidth(0), 0);
+}
+
 TEST_F(KjkmStatusTest, NothingIsReported) {
   maintenance::Kjkm view(user_);
   view.ErrMessage.Add([this](const std::string& text, std::int32_t, const std::string&) {
@@ -197,6 +215,30 @@ TEST_F(PickerStatusTest, TotalsOutliveEachLoad) {
   view.Clear();
   Start(view);
   EXPECT_EQ(CodesAndTotals(view).size(), 8U) << "a picker begun anew has no status yet";
+}
+
+TEST_F(PickerStatusTest, ANewAccountJoinsItsGroup) {
+  Write(kName, "[VsIsGroupOn]\nVsCol5=1\n[VsIsTotalOn]\nVsCol7=1\n");
+  picker::selKjkm view(user_);
+  Start(view);
+  view.DoGetFormStatus();
+  test::Run(book_,
+            "insert into gl_code(i_id,ccode,ccode_name,cclass,bclose,bend)"
+            "values(77,'1003','备用金','资产',0,1)");
+  user_.in_dialog = [](viewkit::DialogModel& dialog) {
+    dynamic_cast<editing::FmBkmAdd&>(dialog).EvHasLoad.Raise(true, 77);
+    dialog.Unload();
+  };
+  Control<viewkit::CommandButton>(view, "Cmd", 3).Click();
+  EXPECT_EQ(CodesAndTotals(view),
+            (Lines{"1001|1", "1002|0", "100201|1", "100202|1", "1003|1", "|4", "2202|1", "|1",
+                   "5001|0", "500101|0", "50010101|1", "|1", "|6"}));
+  auto& grid = Control<FlexGrid>(view, "Vs");
+  EXPECT_EQ(grid.Row(), 5);
+  auto& search = Control<viewkit::SearchBox>(view, "SearchBox1");
+  search.SetText("资产小计");
+  search.Search();
+  EXPECT_EQ(grid.Row(), 5) << "a total is no find";
 }
 
 TEST_F(PickerStatusTest, ATotalIsNoAccount) {
