@@ -16,6 +16,12 @@ namespace {
 constexpr int kDefaultWidth = 1440;
 constexpr int kMostValueKind = 8;
 
+/// A width or a height of the file that a screen can show.
+int Twips(const LayoutFile& file, std::string_view section, const std::string& key, int fallback) {
+  const std::string stored = file.Read(section, key, std::to_string(fallback));
+  return static_cast<int>(std::clamp(host::LeadingNumber(stored), 0.0, 32'767.0));
+}
+
 /// A number of the file as one of the numbers from 0 to `most`; 0 for any other.
 int Choice(const LayoutFile& file, std::string_view section, const std::string& key, int most) {
   const double number = host::LeadingNumber(file.Read(section, key, "0"));
@@ -29,12 +35,10 @@ ColumnChoice ReadColumn(const LayoutFile& file, const viewkit::FlexGrid& grid, i
   column.shown = width > 0;
   column.width = width;
   if (!column.shown) {
-    const auto stored = static_cast<int>(
-        std::clamp(host::LeadingNumber(file.Read(layout::kWidth, key, "0")), 0.0, 32'767.0));
+    const int stored = Twips(file, layout::kWidth, key, 0);
     column.width = stored > 0 ? stored : kDefaultWidth;
   }
-  const viewkit::ColumnType type = grid.ColDataType(col);
-  column.numeric = type == viewkit::ColumnType::kEmpty || type == viewkit::ColumnType::kDouble;
+  column.type = grid.ColDataType(col);
   column.format = grid.ColFormat(col);
   column.decimals = std::string(host::Trimmed(file.Read(layout::kDecimals, key, "")));
   column.value_kind = Choice(file, layout::kValueKind, key, kMostValueKind);
@@ -70,6 +74,7 @@ void WriteColumn(const LayoutFile& file, const ColumnChoice& before, const Colum
   // A column that comes back needs a width, which the file may not hold.
   const bool comes_back = after.shown && !before.shown;
   writer.Number(layout::kWidth, comes_back ? 0 : before.width, after.width);
+  writer.Number(layout::kDataType, static_cast<int>(before.type), static_cast<int>(after.type));
   writer.Text(layout::kFormat, before.format, after.format);
   writer.Text(layout::kDecimals, before.decimals, after.decimals);
   writer.Number(layout::kValueKind, before.value_kind, after.value_kind);
@@ -87,6 +92,12 @@ LayoutChoice ReadLayout(const std::string& path, const viewkit::FlexGrid& grid,
                         host::SystemObject& system) {
   const LayoutFile file(viewkit::OpenSettingsFile(system, path), grid);
   LayoutChoice choice{.frozen = grid.FrozenCols()};
+  const int fixed = grid.FixedRows();
+  choice.header_height =
+      Twips(file, layout::kGrid, layout::kFixedRowHeight, fixed > 0 ? grid.RowHeight(0) : 0);
+  choice.row_height = Twips(file, layout::kGrid, layout::kRowHeight,
+                            grid.Rows() > fixed ? grid.RowHeight(fixed) : 0);
+  choice.clear_totals = file.ReadFlag(layout::kGrid, layout::kClearTotals, false);
   for (int col = 0; col < grid.Cols(); ++col) {
     if (!grid.ColHidden(col)) choice.columns.push_back(ReadColumn(file, grid, col));
   }
@@ -98,8 +109,13 @@ void WriteLayout(const std::string& path, const viewkit::FlexGrid& grid, const L
   const LayoutFile file(viewkit::OpenSettingsFile(system, path), grid);
   const std::size_t count = std::min(before.columns.size(), after.columns.size());
   for (std::size_t i = 0; i < count; ++i) WriteColumn(file, before.columns[i], after.columns[i]);
-  if (before.frozen == after.frozen) return;
-  file.Write(layout::kGrid, layout::kFrozenCols, std::to_string(after.frozen));
+  const auto write = [&](const char* key, int was, int is) {
+    if (was != is) file.Write(layout::kGrid, key, std::to_string(is));
+  };
+  write(layout::kFrozenCols, before.frozen, after.frozen);
+  write(layout::kFixedRowHeight, before.header_height, after.header_height);
+  write(layout::kRowHeight, before.row_height, after.row_height);
+  write(layout::kClearTotals, before.clear_totals ? 1 : 0, after.clear_totals ? 1 : 0);
 }
 
 }  // namespace desk::views

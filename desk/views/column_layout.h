@@ -18,7 +18,7 @@ struct ColumnChoice {
   std::string title = {};
   bool shown = true;
   int width = 0;  ///< also of a hidden column: what it gets when it is shown again
-  bool numeric = false;
+  viewkit::ColumnType type = viewkit::ColumnType::kEmpty;
   std::string format = {};
   std::string decimals = {};  ///< decimal places instead of those of the format; empty for none
   int value_kind = 0;         ///< 1 to 8: decimal places from the host's settings; 0 for none
@@ -32,7 +32,10 @@ struct ColumnChoice {
 
 struct LayoutChoice {
   std::vector<ColumnChoice> columns = {};
-  int frozen = 0;  ///< leading columns that do not scroll
+  int frozen = 0;             ///< leading columns that do not scroll
+  int header_height = 0;      ///< twips; 0 for that of a line of text
+  int row_height = 0;         ///< of all other rows
+  bool clear_totals = false;  ///< totals that stand go even where the layout has none of its own
   friend bool operator==(const LayoutChoice&, const LayoutChoice&) = default;
 };
 

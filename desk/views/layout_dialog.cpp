@@ -6,34 +6,46 @@
 
 #include "host/row_set.h"
 #include "host/text.h"
+#include "viewkit/form_rows.h"
 
 namespace desk::views {
 
 using host::Bounds;
 using viewkit::Alignment;
 using viewkit::CheckBox;
+using viewkit::ColumnType;
 using viewkit::kTwipsPerPixel;
 using viewkit::SortOrder;
+using viewkit::form::FrameHeight;
+using viewkit::form::kBoxHeight;
+using viewkit::form::kButtonHeight;
+using viewkit::form::kGap;
+using viewkit::form::kMargin;
+using viewkit::form::kRowPitch;
+using viewkit::form::Rows;
 
 namespace {
 
-// The arrangement, in twips.
-constexpr int kMargin = 180;
-constexpr int kGap = 120;
-constexpr int kRowPitch = 420;
-constexpr int kBoxHeight = 315;
-constexpr int kFrameTop = 330;
-constexpr int kButtonWidth = 1290;
-constexpr int kButtonHeight = 390;
-constexpr int kLabelDrop = 45;  // a label's text stands on the line of the text in its box
+// The arrangement, in twips. The frames hold three columns of labels and boxes.
+constexpr int kThird = 3300;
+constexpr int kBetween = 240;
+constexpr int kFormWidth = 3 * kThird + 2 * kBetween + 4 * kMargin;
+constexpr int kLabelWidth = 1170;
 
-constexpr int kMostWidthPixels = 2000;
+constexpr int kMostWidth = 2000;  // pixels
+constexpr int kMostHeight = 500;
+
+Rows ThirdOf(int frame_top, int third) {
+  return Rows::InFrame(kMargin + third * (kThird + kBetween), frame_top, kLabelWidth,
+                       kThird - kLabelWidth);
+}
 
 /// Columns of the list.
 enum ListColumn {
   kTitle,
   kShown,
   kWidth,
+  kType,
   kFormat,
   kDecimals,
   kKind,
@@ -53,11 +65,12 @@ constexpr std::array<ListColumnPlan, kListColumns> kPlans = {
     {{"列", 1650, Alignment::kLeftCenter},
      {"显示", 600, Alignment::kCenterCenter},
      {"宽度", 660, Alignment::kRightCenter},
+     {"数据类型", 900, Alignment::kLeftCenter},
      {"格式", 1200, Alignment::kLeftCenter},
      {"小数位", 750, Alignment::kLeftCenter},
-     {"数值类型", 1020, Alignment::kLeftCenter},
+     {"取位依据", 900, Alignment::kLeftCenter},
      {"对齐", 660, Alignment::kLeftCenter},
-     {"排序", 1020, Alignment::kLeftCenter},
+     {"排序", 1350, Alignment::kLeftCenter},
      {"合并", 600, Alignment::kCenterCenter},
      {"小计", 600, Alignment::kCenterCenter},
      {"合计", 600, Alignment::kCenterCenter}}};
@@ -68,6 +81,35 @@ constexpr std::array<const char*, 9> kKinds = {
 constexpr std::array<const char*, 9> kSorts = {"不排序",   "升序",           "降序",
                                                "数值升序", "数值降序",       "文字升序",
                                                "文字降序", "区分大小写升序", "区分大小写降序"};
+
+struct TypeName {
+  const char* name;
+  ColumnType type;
+};
+constexpr std::array<TypeName, 7> kTypes = {{{"自动", ColumnType::kEmpty},
+                                             {"文字", ColumnType::kString},
+                                             {"数值", ColumnType::kDouble},
+                                             {"整数", ColumnType::kLong},
+                                             {"货币", ColumnType::kCurrency},
+                                             {"日期", ColumnType::kDate},
+                                             {"逻辑", ColumnType::kBoolean}}};
+
+/// The place in `kTypes`; -1 for a type that only a file names.
+int PlaceOf(ColumnType type) {
+  const auto found = std::ranges::find(kTypes, type, &TypeName::type);
+  return found == kTypes.end() ? -1 : static_cast<int>(found - kTypes.begin());
+}
+
+std::string NameOf(ColumnType type) {
+  const int place = PlaceOf(type);
+  if (place < 0) return std::to_string(static_cast<int>(type));
+  return kTypes.at(static_cast<std::size_t>(place)).name;
+}
+
+/// Only these formats take their decimal places from elsewhere.
+bool TakesDecimals(ColumnType type) {
+  return type == ColumnType::kEmpty || type == ColumnType::kDouble;
+}
 
 struct AlignmentName {
   const char* name;
@@ -101,6 +143,8 @@ std::string CellOf(const ColumnChoice& column, ListColumn cell) {
       return Mark(column.shown);
     case kWidth:
       return std::to_string(ToPixels(column.width));
+    case kType:
+      return NameOf(column.type);
     case kFormat:
       return column.format;
     case kDecimals:
@@ -131,14 +175,28 @@ bool IsSet(const CheckBox& box) {
   return box.Value() == CheckBox::kChecked;
 }
 
-/// Pixels that a user has typed; 0 when it is no width.
-int TypedWidth(const std::string& typed) {
+/// Pixels that a user has typed; 0 when it is no number from 1 to `most`.
+int TypedPixels(const std::string& typed, int most) {
   const std::string_view text = host::Trimmed(typed);
   constexpr std::size_t kMostDigits = 4;
   const bool digits = !text.empty() && text.size() <= kMostDigits &&
                       text.find_first_not_of("0123456789") == std::string_view::npos;
   const int pixels = digits ? static_cast<int>(host::LeadingNumber(text)) : 0;
-  return pixels <= kMostWidthPixels ? pixels : 0;
+  return pixels <= most ? pixels : 0;
+}
+
+/// A height may be left to the grid.
+std::string HeightText(int twips) {
+  const int pixels = ToPixels(twips);
+  return pixels == 0 ? std::string() : std::to_string(pixels);
+}
+bool HeightIsGood(const viewkit::TextBox& box) {
+  return host::Trimmed(box.Text()).empty() || TypedPixels(box.Text(), kMostHeight) != 0;
+}
+/// What the box shows is rounded: only another number is another height.
+void TakeHeight(const viewkit::TextBox& box, int& twips) {
+  const int pixels = TypedPixels(box.Text(), kMostHeight);
+  if (HeightIsGood(box) && pixels != ToPixels(twips)) twips = pixels * kTwipsPerPixel;
 }
 
 }  // namespace
@@ -165,7 +223,7 @@ void LayoutDialog::Put(viewkit::Control& control, const Bounds& bounds) {
 
 void LayoutDialog::PutLabel(viewkit::Label& label, const char* caption, const Bounds& bounds) {
   label.SetCaption(caption);
-  Put(label, {bounds.left, bounds.top + kLabelDrop, bounds.width, bounds.height - kLabelDrop});
+  Put(label, bounds);
 }
 
 int LayoutDialog::PlaceList(int width, int height) {
@@ -190,45 +248,57 @@ int LayoutDialog::PlaceList(int width, int height) {
 }
 
 void LayoutDialog::PlaceEverything() {
-  constexpr int kListHeight = 3900;
-  constexpr int kThird = 3180;
-  constexpr int kWidthAll = 3 * kThird + 4 * kMargin;
-  constexpr int kLabel = 1140;
-  constexpr int kField = kThird - kLabel - kMargin;
-  const int top = PlaceList(kWidthAll, kListHeight);
-  frame_.SetCaption("所选列");
-  constexpr int kFrameHeight = kFrameTop + 4 * kRowPitch;
-  Put(frame_, {kMargin, top, kWidthAll - 2 * kMargin, kFrameHeight});
-  const auto at = [&](int third, int row, int offset, int width) -> Bounds {
-    return {2 * kMargin + third * (kThird + kMargin / 2) + offset,
-            top + kFrameTop + row * kRowPitch, width, kBoxHeight};
-  };
-  const auto label = [&](int third, int row) { return at(third, row, 0, kLabel); };
-  const auto field = [&](int third, int row) { return at(third, row, kLabel, kField); };
+  constexpr int kListHeight = 3750;
+  constexpr int kColumnRows = 4;
+  constexpr int kGridRows = 2;
+  const int top = PlaceList(kFormWidth, kListHeight);
+  Put(frame_, {kMargin, top, kFormWidth - 2 * kMargin, FrameHeight(kColumnRows)});
+  PlaceColumn(top);
+  const int grid_top = top + FrameHeight(kColumnRows) + kGap;
+  grid_frame_.SetCaption("整个表格");
+  Put(grid_frame_, {kMargin, grid_top, kFormWidth - 2 * kMargin, FrameHeight(kGridRows)});
+  PlaceGrid(grid_top);
+  PlaceButtons(kFormWidth, grid_top + FrameHeight(kGridRows) + kMargin);
+}
+
+void LayoutDialog::PlaceColumn(int top) {
+  const Rows left = ThirdOf(top, 0);
+  const Rows middle = ThirdOf(top, 1);
+  const Rows right = ThirdOf(top, 2);
   shown_.SetCaption("显示(&S)");
-  Put(shown_, at(0, 0, 0, kThird - kMargin));
-  PutLabel(width_label_, "宽度(&W)", label(0, 1));
-  Put(width_, field(0, 1));
-  PutLabel(alignment_label_, "对齐(&A)", label(0, 2));
-  Put(alignment_, field(0, 2));
-  PutLabel(format_label_, "格式(&F)", label(1, 0));
-  Put(format_, field(1, 0));
-  PutLabel(decimals_label_, "小数位(&X)", label(1, 1));
-  Put(decimals_, field(1, 1));
-  PutLabel(kind_label_, "数值类型(&T)", label(1, 2));
-  Put(kind_, field(1, 2));
-  PutLabel(sort_label_, "排序(&P)", label(2, 0));
-  Put(sort_, field(2, 0));
+  Put(shown_, left.Whole(0));
+  PutLabel(width_label_, "宽度(&W)", left.Label(1));
+  Put(width_, left.Field(1));
+  PutLabel(alignment_label_, "对齐(&A)", left.Label(2));
+  Put(alignment_, left.Field(2));
+  PutLabel(sort_label_, "排序(&P)", left.Label(3));
+  Put(sort_, left.Field(3));
+  PutLabel(type_label_, "数据类型(&D)", middle.Label(0));
+  Put(type_, middle.Field(0));
+  PutLabel(format_label_, "格式(&F)", middle.Label(1));
+  Put(format_, middle.Field(1));
+  PutLabel(decimals_label_, "小数位(&X)", middle.Label(2));
+  Put(decimals_, middle.Field(2));
+  PutLabel(kind_label_, "取位依据(&T)", middle.Label(3));
+  Put(kind_, middle.Field(3));
   group_.SetCaption("按此列分组小计(&G)");
-  Put(group_, at(2, 1, 0, kThird - kMargin));
+  Put(group_, right.Whole(0));
   total_.SetCaption("合计此列(&Z)");
-  Put(total_, at(2, 2, 0, kThird - kMargin));
+  Put(total_, right.Whole(1));
   merge_.SetCaption("合并相同的相邻值(&M)");
-  Put(merge_, at(2, 3, 0, kThird - kMargin));
-  const int bottom = top + kFrameHeight + kMargin;
-  PutLabel(frozen_label_, "冻结(&L)", {kMargin, bottom + kLabelDrop, 720, kBoxHeight});
-  Put(frozen_, {kMargin + 720, bottom + kLabelDrop, 1500, kBoxHeight});
-  PlaceButtons(kWidthAll, bottom);
+  Put(merge_, right.Whole(2));
+}
+
+void LayoutDialog::PlaceGrid(int top) {
+  const Rows left = ThirdOf(top, 0);
+  PutLabel(frozen_label_, "冻结(&L)", left.Label(0));
+  Put(frozen_, left.Field(0));
+  PutLabel(header_height_label_, "标题行高(&H)", ThirdOf(top, 1).Label(0));
+  Put(header_height_, ThirdOf(top, 1).Field(0));
+  PutLabel(row_height_label_, "数据行高(&B)", ThirdOf(top, 2).Label(0));
+  Put(row_height_, ThirdOf(top, 2).Field(0));
+  clear_totals_.SetCaption("没有要合计的列时，清除原有的小计和合计(&C)");
+  Put(clear_totals_, left.At(1, 0, 2 * kThird + kBetween));
 }
 
 void LayoutDialog::PlaceWidths() {
@@ -238,8 +308,9 @@ void LayoutDialog::PlaceWidths() {
   int top = PlaceList(kWidthAll, kListHeight);
   shown_.SetCaption("显示(&S)");
   Put(shown_, {kMargin, top, 1500, kBoxHeight});
-  PutLabel(width_label_, "宽度(&W)", {kWidthAll / 2, top, kLabel, kBoxHeight});
-  Put(width_, {kWidthAll / 2 + kLabel, top, kWidthAll / 2 - kLabel - kMargin, kBoxHeight});
+  const Rows right{kWidthAll / 2, top, kLabel, kWidthAll / 2 - kLabel - kMargin};
+  PutLabel(width_label_, "宽度(&W)", right.Label(0));
+  Put(width_, right.Field(0));
   top += kRowPitch;
   if (!plan_.for_others.empty()) {
     others_.SetCaption(plan_.for_others);
@@ -250,20 +321,20 @@ void LayoutDialog::PlaceWidths() {
 }
 
 void LayoutDialog::PlaceButtons(int width, int top) {
-  int left = width - kMargin - 2 * kButtonWidth - kGap;
   if (plan_.has_defaults) {
     defaults_.SetCaption("恢复默认(&R)");
-    Put(defaults_, {left - kButtonWidth - kGap, top, kButtonWidth, kButtonHeight});
+    Put(defaults_, {kMargin, top, viewkit::form::kButtonWidth, kButtonHeight});
   }
   ok_.SetCaption("确定");
-  Put(ok_, {left, top, kButtonWidth, kButtonHeight});
+  Put(ok_, viewkit::form::Button(width, 1, top));
   cancel_.SetCaption("取消");
-  Put(cancel_, {left + kButtonWidth + kGap, top, kButtonWidth, kButtonHeight});
+  Put(cancel_, viewkit::form::Button(width, 0, top));
   SetSize(width, top + kButtonHeight + kMargin);
 }
 
 void LayoutDialog::FillLists() {
   for (const AlignmentName& entry : kAlignments) alignment_.AddItem(entry.name);
+  for (const TypeName& entry : kTypes) type_.AddItem(entry.name);
   for (const char* format : {"#,##0.00", "#,##0", "0.00", "0.00%", "yyyy-MM-dd"}) {
     format_.AddItem(format);
   }
@@ -277,6 +348,9 @@ void LayoutDialog::FillLists() {
     frozen_.AddItem("前 " + std::to_string(count) + " 列");
   }
   frozen_.SetListIndex(std::min(choice_.frozen, last));
+  header_height_.SetText(HeightText(choice_.header_height));
+  row_height_.SetText(HeightText(choice_.row_height));
+  Check(clear_totals_, choice_.clear_totals);
 }
 
 void LayoutDialog::Listen() {
@@ -287,11 +361,14 @@ void LayoutDialog::Listen() {
     if (key == viewkit::Key::kSpace && !modifiers.control && !modifiers.alt) Toggle();
   });
   for (CheckBox* box : {&shown_, &group_, &total_, &merge_}) box->Clicked.Add(take);
-  for (viewkit::ComboBox* box : {&alignment_, &format_, &decimals_, &kind_, &sort_}) {
+  for (viewkit::ComboBox* box : {&alignment_, &type_, &format_, &decimals_, &kind_, &sort_}) {
     box->Changed.Add(take);
   }
   width_.Changed.Add(take);
-  frozen_.Changed.Add([this] { choice_.frozen = std::max(0, frozen_.ListIndex()); });
+  const auto take_grid = [this] { TakeGrid(); };
+  frozen_.Changed.Add(take_grid);
+  for (viewkit::TextBox* box : {&header_height_, &row_height_}) box->Changed.Add(take_grid);
+  clear_totals_.Clicked.Add(take_grid);
   ok_.Clicked.Add([this] { Accept(); });
   cancel_.Clicked.Add([this] { Close(); });
   defaults_.Clicked.Add([this] {
@@ -332,6 +409,7 @@ void LayoutDialog::ShowColumn() {
   Check(shown_, column->shown);
   width_.SetText(std::to_string(ToPixels(column->width)));
   alignment_.SetListIndex(PlaceOf(column->alignment));
+  type_.SetListIndex(PlaceOf(column->type));
   format_.SetText(column->format);
   decimals_.SetText(column->decimals);
   kind_.SetListIndex(column->value_kind);
@@ -339,21 +417,33 @@ void LayoutDialog::ShowColumn() {
   Check(group_, column->group);
   Check(total_, column->total);
   Check(merge_, column->merge);
-  for (viewkit::Control* box : std::initializer_list<viewkit::Control*>{&decimals_, &kind_}) {
-    box->SetEnabled(column->numeric);
-  }
+  EnableBoxes(*column);
   showing_ = false;
+}
+
+void LayoutDialog::EnableBoxes(const ColumnChoice& column) {
+  for (viewkit::ComboBox* box : {&decimals_, &kind_}) box->SetEnabled(TakesDecimals(column.type));
+}
+
+void LayoutDialog::TakeGrid() {
+  choice_.frozen = std::max(0, frozen_.ListIndex());
+  TakeHeight(header_height_, choice_.header_height);
+  TakeHeight(row_height_, choice_.row_height);
+  choice_.clear_totals = IsSet(clear_totals_);
 }
 
 void LayoutDialog::TakeColumn() {
   ColumnChoice* column = Chosen();
   if (showing_ || column == nullptr) return;
   column->shown = IsSet(shown_);
-  const int pixels = TypedWidth(width_.Text());
+  const int pixels = TypedPixels(width_.Text(), kMostWidth);
   // What the box shows is rounded: only another number is another width.
   if (pixels != 0 && pixels != ToPixels(column->width)) column->width = pixels * kTwipsPerPixel;
   if (const int place = alignment_.ListIndex(); place >= 0 && place != PlaceOf(column->alignment)) {
     column->alignment = kAlignments.at(static_cast<std::size_t>(place)).alignment;
+  }
+  if (const int place = type_.ListIndex(); place >= 0) {
+    column->type = kTypes.at(static_cast<std::size_t>(place)).type;
   }
   column->format = std::string(host::Trimmed(format_.Text()));
   column->decimals = std::string(host::Trimmed(decimals_.Text()));
@@ -362,15 +452,12 @@ void LayoutDialog::TakeColumn() {
   column->group = IsSet(group_);
   column->total = IsSet(total_);
   column->merge = IsSet(merge_);
+  EnableBoxes(*column);
   ShowRow(static_cast<std::size_t>(column - choice_.columns.data()));
 }
 
 void LayoutDialog::Toggle() {
   if (Chosen() != nullptr) shown_.Click();
-}
-
-bool LayoutDialog::WidthIsGood() const {
-  return TypedWidth(width_.Text()) != 0;
 }
 
 void LayoutDialog::Accept() {
@@ -379,7 +466,11 @@ void LayoutDialog::Accept() {
                                 viewkit::UserPort::Buttons::kOk));
     control.SetFocus();
   };
-  if (!WidthIsGood()) return refuse("列宽应当是 1 到 2000 的整数！", width_);
+  if (TypedPixels(width_.Text(), kMostWidth) == 0)
+    return refuse("列宽应当是 1 到 2000 的整数！", width_);
+  for (viewkit::TextBox* box : {&header_height_, &row_height_}) {
+    if (!HeightIsGood(*box)) return refuse("行高应当是 1 到 500 的整数，或者不填！", *box);
+  }
   const bool any = std::ranges::any_of(choice_.columns, &ColumnChoice::shown);
   if (!any) return refuse("至少要显示一列！", shown_);
   outcome_ = Outcome::kAccepted;

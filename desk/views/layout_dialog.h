@@ -33,6 +33,8 @@ class LayoutDialog : public viewkit::DialogModel {
 
  private:
   void PlaceEverything();
+  void PlaceColumn(int top);
+  void PlaceGrid(int top);
   void PlaceWidths();
   int PlaceList(int width, int height);
   void PlaceButtons(int width, int top);
@@ -46,10 +48,13 @@ class LayoutDialog : public viewkit::DialogModel {
   void ShowColumn();
   /// Takes the boxes' contents over into the chosen column.
   void TakeColumn();
+  /// Boxes that mean nothing for the column's type are grey.
+  void EnableBoxes(const ColumnChoice& column);
+  /// Takes the boxes' contents over into what counts for the whole grid.
+  void TakeGrid();
   void Toggle();
   void Accept();
   [[nodiscard]] ColumnChoice* Chosen();
-  [[nodiscard]] bool WidthIsGood() const;
 
   Plan plan_;
   LayoutChoice choice_;
@@ -58,12 +63,14 @@ class LayoutDialog : public viewkit::DialogModel {
   bool showing_ = false;  // the boxes are being filled: no edit of the user
 
   viewkit::FlexGrid list_{"Vs"};
-  viewkit::FrameBox frame_{"Frame1"};
+  viewkit::FrameBox frame_{"Frame", 0};
   viewkit::CheckBox shown_{"Chk", 0};
   viewkit::Label width_label_{"Lbl", 0};
   viewkit::TextBox width_{"Txt", 0};
   viewkit::Label alignment_label_{"Lbl", 1};
   viewkit::ComboBox alignment_{viewkit::ComboBox::Style::kList, "Combo", 0};
+  viewkit::Label type_label_{"Lbl", 7};
+  viewkit::ComboBox type_{viewkit::ComboBox::Style::kList, "Combo", 6};
   viewkit::Label format_label_{"Lbl", 2};
   viewkit::ComboBox format_{viewkit::ComboBox::Style::kEditable, "Combo", 1};
   viewkit::Label decimals_label_{"Lbl", 3};
@@ -75,8 +82,14 @@ class LayoutDialog : public viewkit::DialogModel {
   viewkit::CheckBox group_{"Chk", 1};
   viewkit::CheckBox total_{"Chk", 2};
   viewkit::CheckBox merge_{"Chk", 3};
+  viewkit::FrameBox grid_frame_{"Frame", 1};
   viewkit::Label frozen_label_{"Lbl", 6};
   viewkit::ComboBox frozen_{viewkit::ComboBox::Style::kList, "Combo", 5};
+  viewkit::Label header_height_label_{"Lbl", 8};
+  viewkit::TextBox header_height_{"Txt", 1};
+  viewkit::Label row_height_label_{"Lbl", 9};
+  viewkit::TextBox row_height_{"Txt", 2};
+  viewkit::CheckBox clear_totals_{"Chk", 5};
   viewkit::CheckBox others_{"Chk", 4};
   viewkit::CommandButton defaults_{"Cmd", 2};
   viewkit::CommandButton ok_{"Cmd", 0};

@@ -164,6 +164,7 @@ void TrialBalanceView::ResetColumns() {
     grid_.SetMergeCol(col, false);
   }
   grid_.SetFrozenCols(0);
+  grid_.SetRowHeight(0, 0);
 }
 
 void TrialBalanceView::Resize(int width, int height) {

@@ -1,11 +1,18 @@
 #include "editing/account_form.h"
 
+#include "viewkit/form_rows.h"
+
 namespace tavrix::editing {
 
 namespace {
 
 using host::Bounds;
 using viewkit::ComboBox;
+using viewkit::form::FrameHeight;
+using viewkit::form::kButtonHeight;
+using viewkit::form::kGap;
+using viewkit::form::kMargin;
+using viewkit::form::Rows;
 
 // First window identifier of each control array.
 constexpr int kTextId = 100;
@@ -14,23 +21,12 @@ constexpr int kOptionId = 300;
 constexpr int kListId = 400;
 constexpr int kButtonId = 500;
 
-// The arrangement, in twips. Two columns of equal width; rows have one pitch throughout.
-constexpr int kMargin = 180;
-constexpr int kGap = 120;
-constexpr int kRowPitch = 420;
-constexpr int kControlHeight = 315;
-constexpr int kFrameTop = 330;  // from a frame's upper edge to its first row
+// The arrangement, in twips: two columns of equal width.
 constexpr int kColumnWidth = 4080;
 constexpr int kRightColumn = kMargin + kColumnWidth + kGap;
 constexpr int kFormWidth = kRightColumn + kColumnWidth + kMargin;
 constexpr int kLabelWidth = 1380;
 constexpr int kFieldWidth = kColumnWidth - 2 * kMargin - kLabelWidth;
-constexpr int kButtonWidth = 1290;
-constexpr int kButtonHeight = 390;
-
-constexpr int FrameHeight(int rows) {
-  return kFrameTop + rows * kRowPitch;
-}
 
 constexpr int kAccountTop = kMargin;
 constexpr int kKindsTop = kAccountTop + FrameHeight(3) + kGap;
@@ -39,31 +35,18 @@ constexpr int kButtonsTop = kFlagsTop + FrameHeight(1) + kMargin;
 constexpr int kFormHeight = kButtonsTop + kButtonHeight + kMargin;
 
 /// The rows inside a frame that starts at `left` and `top`.
-struct Rows {
-  int left;
-  int top;
-
-  [[nodiscard]] Bounds At(int row, int offset, int width) const {
-    return {left + kMargin + offset, top + kFrameTop + row * kRowPitch, width, kControlHeight};
-  }
-  [[nodiscard]] Bounds Label(int row) const {
-    // A label's text stands on the line of the text in the box beside it.
-    constexpr int kDrop = 30;
-    Bounds bounds = At(row, 0, kLabelWidth);
-    bounds.top += kDrop;
-    bounds.height -= kDrop;
-    return bounds;
-  }
-  [[nodiscard]] Bounds Lead(int row) const { return At(row, 0, kLabelWidth); }
-  [[nodiscard]] Bounds Field(int row) const { return At(row, kLabelWidth, kFieldWidth); }
-  [[nodiscard]] Bounds HalfField(int row, int half) const {
-    return At(row, kLabelWidth + half * kFieldWidth / 2, kFieldWidth / 2);
-  }
-  [[nodiscard]] Bounds Half(int row, int half) const {
-    constexpr int kHalf = kColumnWidth / 2 - kMargin;
-    return At(row, half * kHalf, kHalf);
-  }
-};
+constexpr Rows RowsIn(int left, int top) {
+  return Rows::InFrame(left, top, kLabelWidth, kFieldWidth);
+}
+/// Two options in the place of one box.
+constexpr Bounds HalfField(const Rows& rows, int row, int half) {
+  return rows.At(row, kLabelWidth + half * kFieldWidth / 2, kFieldWidth / 2);
+}
+/// Two boxes beside one another, without labels.
+constexpr Bounds Half(const Rows& rows, int row, int half) {
+  constexpr int kHalf = kColumnWidth / 2 - kMargin;
+  return rows.At(row, half * kHalf, kHalf);
+}
 
 }  // namespace
 
@@ -93,8 +76,8 @@ void AccountForm::CreateControls() {
 
 void AccountForm::PlaceAccount() {
   PlaceFrame("科目", {kMargin, kAccountTop, kFormWidth - 2 * kMargin, FrameHeight(3)});
-  const Rows left{kMargin, kAccountTop};
-  const Rows right{kRightColumn, kAccountTop};
+  const Rows left = RowsIn(kMargin, kAccountTop);
+  const Rows right = RowsIn(kRightColumn, kAccountTop);
   PlaceLabel("编码(&B)", left.Label(0));
   PlaceText(kCodeBox, left.Field(0));
   PlaceLabel("名称(&N)", right.Label(0));
@@ -106,13 +89,13 @@ void AccountForm::PlaceAccount() {
   PlaceLabel("类别(&L)", left.Label(2));
   PlaceList(kCategoryList, left.Field(2));
   PlaceLabel("余额方向", right.Label(2));
-  PlaceOption(kDebitOption, "借方(&J)", right.HalfField(2, 0));
-  PlaceOption(kCreditOption, "贷方(&D)", right.HalfField(2, 1));
+  PlaceOption(kDebitOption, "借方(&J)", HalfField(right, 2, 0));
+  PlaceOption(kCreditOption, "贷方(&D)", HalfField(right, 2, 1));
 }
 
 void AccountForm::PlaceKinds() {
   PlaceFrame("核算方式", {kMargin, kKindsTop, kColumnWidth, FrameHeight(4)});
-  const Rows rows{kMargin, kKindsTop};
+  const Rows rows = RowsIn(kMargin, kKindsTop);
   PlaceCheck(kCurrencyCheck, "外币核算(&W)", rows.Lead(0));
   PlaceList(kCurrencyList, rows.Field(0));
   PlaceCheck(kQuantityCheck, "数量核算(&Q)", rows.Lead(1));
@@ -125,18 +108,18 @@ void AccountForm::PlaceKinds() {
 
 void AccountForm::PlaceAuxiliary() {
   PlaceFrame("辅助核算", {kRightColumn, kKindsTop, kColumnWidth, FrameHeight(4)});
-  const Rows rows{kRightColumn, kKindsTop};
-  PlaceCheck(kDepartmentCheck, "部门核算(&1)", rows.Half(0, 0));
-  PlaceCheck(kPersonCheck, "个人往来(&2)", rows.Half(0, 1));
-  PlaceCheck(kCustomerCheck, "客户往来(&3)", rows.Half(1, 0));
-  PlaceCheck(kSupplierCheck, "供应商往来(&4)", rows.Half(1, 1));
-  PlaceCheck(kProjectCheck, "项目核算(&5)", rows.Half(2, 0));
+  const Rows rows = RowsIn(kRightColumn, kKindsTop);
+  PlaceCheck(kDepartmentCheck, "部门核算(&1)", Half(rows, 0, 0));
+  PlaceCheck(kPersonCheck, "个人往来(&2)", Half(rows, 0, 1));
+  PlaceCheck(kCustomerCheck, "客户往来(&3)", Half(rows, 1, 0));
+  PlaceCheck(kSupplierCheck, "供应商往来(&4)", Half(rows, 1, 1));
+  PlaceCheck(kProjectCheck, "项目核算(&5)", Half(rows, 2, 0));
 }
 
 void AccountForm::PlaceFlags() {
   PlaceFrame("标志", {kMargin, kFlagsTop, kFormWidth - 2 * kMargin, FrameHeight(1)});
-  const Rows left{kMargin, kFlagsTop};
-  const Rows right{kRightColumn, kFlagsTop};
+  const Rows left = RowsIn(kMargin, kFlagsTop);
+  const Rows right = RowsIn(kRightColumn, kFlagsTop);
   constexpr int kThird = (kColumnWidth - 2 * kMargin) / 3;
   PlaceCheck(kJournalCheck, "日记账(&R)", left.At(0, 0, kThird));
   PlaceCheck(kBankBookCheck, "银行账(&K)", left.At(0, kThird, kThird));
@@ -146,10 +129,8 @@ void AccountForm::PlaceFlags() {
 }
 
 void AccountForm::PlaceButtons() {
-  constexpr int kRight = kFormWidth - kMargin - kButtonWidth;
-  PlaceButton(kSaveButton, "保存(&S)",
-              {kRight - kGap - kButtonWidth, kButtonsTop, kButtonWidth, kButtonHeight});
-  PlaceButton(kCancelButton, "取消(&C)", {kRight, kButtonsTop, kButtonWidth, kButtonHeight});
+  PlaceButton(kSaveButton, "保存(&S)", viewkit::form::Button(kFormWidth, 1, kButtonsTop));
+  PlaceButton(kCancelButton, "取消(&C)", viewkit::form::Button(kFormWidth, 0, kButtonsTop));
 }
 
 void AccountForm::PlaceFrame(const char* caption, const Bounds& bounds) {

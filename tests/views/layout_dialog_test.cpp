@@ -75,9 +75,14 @@ TEST_F(LayoutDialogTest, WritesWhatHasChangedAndNothingElse) {
   Find<viewkit::CheckBox>(dialog, "Chk", 2).Click();
   list.SetRow(2);
   EXPECT_FALSE(Find<viewkit::ComboBox>(dialog, "Combo", 3).Enabled());  // a column of texts
+  Find<viewkit::ComboBox>(dialog, "Combo", 6).SetListIndex(2);          // now of numbers
+  EXPECT_TRUE(Find<viewkit::ComboBox>(dialog, "Combo", 3).Enabled());
   Find<viewkit::CheckBox>(dialog, "Chk", 1).Click();
   Find<viewkit::ComboBox>(dialog, "Combo", 0).SetListIndex(2);
   Find<viewkit::ComboBox>(dialog, "Combo", 5).SetListIndex(1);
+  Find<viewkit::TextBox>(dialog, "Txt", 1).SetText("");
+  Find<viewkit::TextBox>(dialog, "Txt", 2).SetText("30");
+  Find<viewkit::CheckBox>(dialog, "Chk", 5).Click();
   Find<viewkit::CommandButton>(dialog, "Cmd", 0).Click();
   ASSERT_EQ(dialog.Result(), LayoutDialog::Outcome::kAccepted);
 
@@ -85,9 +90,11 @@ TEST_F(LayoutDialogTest, WritesWhatHasChangedAndNothingElse) {
   EXPECT_EQ(
       OnDisk(),
       "; mine\n[VsColFormat_Xs_3]\nVsCol3= 3 \n[Other]\nx=1\n"
-      "\n[VsIsHidden_3]\nVsCol0=1\n\n[VsColAlignment_3]\nVsCol1=4\n\n[VsIsGroupOn_3]\nVsCol1=1\n\n"
+      "\n[VsIsHidden_3]\nVsCol0=1\n\n[VsColDataType_3]\nVsCol1=5\n\n[VsColAlignment_3]\n"
+      "VsCol1=4\n\n[VsIsGroupOn_3]\nVsCol1=1\n\n"
       "[VsColWidth_3]\nVsCol3=1800\n\n[VsColValDataType_3]\nVsCol3=4\n\n[VsIsSort_3]\nVsCol3=2\n\n"
-      "[VsIsTotalOn_3]\nVsCol3=1\n\n[Vs_3]\nVsFixedCols=1\n");
+      "[VsIsTotalOn_3]\nVsCol3=1\n\n[Vs_3]\nVsFixedCols=1\nVsFixedRowHeight=0\nVsRowHeight=450\n"
+      "VsTotalSave=1\n");
 }
 
 // A width is not rounded by being looked at, and a column that comes back gets one.
@@ -114,6 +121,13 @@ TEST_F(LayoutDialogTest, RefusesWhatNoGridCanShow) {
     EXPECT_EQ(dialog.Result(), LayoutDialog::Outcome::kCancelled) << typed;
   }
   width.SetText(" 80 ");
+  for (const int box : {1, 2}) {
+    auto& height = Find<viewkit::TextBox>(dialog, "Txt", box);
+    height.SetText("501");
+    ok.Click();
+    EXPECT_EQ(dialog.Result(), LayoutDialog::Outcome::kCancelled);
+    height.SetText("");
+  }
   for (int row = 1; row <= 3; ++row) Find<viewkit::FlexGrid>(dialog, "Vs").HandleDoubleClick(row);
   auto& list = Find<viewkit::FlexGrid>(dialog, "Vs");
   for (int row = 1; row <= 3; ++row) {
@@ -123,7 +137,7 @@ TEST_F(LayoutDialogTest, RefusesWhatNoGridCanShow) {
   }
   ok.Click();
   EXPECT_EQ(dialog.Result(), LayoutDialog::Outcome::kCancelled);
-  EXPECT_EQ(user_.questions.size(), 8u);
+  EXPECT_EQ(user_.questions.size(), 10u);
   Find<viewkit::CheckBox>(dialog, "Chk", 0).Click();
   ok.Click();
   EXPECT_EQ(dialog.Result(), LayoutDialog::Outcome::kAccepted);

@@ -113,6 +113,8 @@ TEST_F(TrialBalanceViewTest, TheDialogSetsAnyLayoutAndTakesItBack) {
   user_.in_dialog = [&](viewkit::DialogModel& dialog) {
     auto& layout = dynamic_cast<LayoutDialog&>(dialog);
     for (std::size_t i = 0; i < layout.Controls().Count(); ++i) {
+      auto* height = dynamic_cast<viewkit::TextBox*>(&layout.Controls().At(i));
+      if (height != nullptr && height->Index() != 0) height->SetText("60");
       auto* list = dynamic_cast<viewkit::FlexGrid*>(&layout.Controls().At(i));
       if (list == nullptr) continue;
       list->SetRow(1 + View::kCategory);
@@ -123,6 +125,8 @@ TEST_F(TrialBalanceViewTest, TheDialogSetsAnyLayoutAndTakesItBack) {
   view->AskLayout();
   EXPECT_EQ(view->Grid().ColWidth(View::kCategory), 0);
   EXPECT_THAT(Lines(*view).back(), HasSubstr("合计"));  // in the first column that is seen
+  EXPECT_EQ(view->Grid().RowHeight(0), 900);
+  EXPECT_EQ(view->Grid().RowHeight(1), 900);
   user_.in_dialog = [&](viewkit::DialogModel& dialog) {
     for (std::size_t i = 0; i < dialog.Controls().Count(); ++i) {
       auto* button = dynamic_cast<viewkit::CommandButton*>(&dialog.Controls().At(i));
@@ -131,6 +135,8 @@ TEST_F(TrialBalanceViewTest, TheDialogSetsAnyLayoutAndTakesItBack) {
   };
   view->AskLayout();
   EXPECT_EQ(Lines(*view), before);
+  EXPECT_LT(view->Grid().RowHeight(0), 900);
+  EXPECT_LT(view->Grid().RowHeight(1), 900);
 }
 
 TEST_F(TrialBalanceViewTest, OpensWithoutAWordOnAnyLayoutFile) {
