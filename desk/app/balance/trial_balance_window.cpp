@@ -70,8 +70,9 @@ void TrialBalanceWindow::Place(HWND frame_window) {
 }
 
 void TrialBalanceWindow::Open() {
+  if (!IsWindowVisible(Hwnd())) calls_.show(Hwnd());
   if (IsIconic(Hwnd())) ShowWindow(Hwnd(), SW_RESTORE);
-  SetWindowPos(Hwnd(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
+  SetWindowPos(Hwnd(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
   SetForegroundWindow(Hwnd());
   controls_->FocusFirst();
 }
@@ -135,6 +136,9 @@ LRESULT TrialBalanceWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam
       return 0;
     case WM_CLOSE:
       Destroy();
+      return 0;
+    case WM_DESTROY:
+      calls_.closing(Hwnd());
       return 0;
     default:
       return Window::OnMessage(message, wparam, lparam);

@@ -20,13 +20,17 @@ namespace desk::app {
 class TrialBalanceWindow : public tavrix::viewkit::win32::Window {
  public:
   struct Calls {
+    /// The window comes up for the first time: to be put where it belongs and shown.
+    std::function<void(HWND)> show;
+    /// The window is about to go; its place can still be asked for.
+    std::function<void(HWND)> closing;
     /// A dialog above the window has opened (true) or closed.
     std::function<void(bool)> modal;
     /// The window has been closed; the layout is saved.
     std::function<void()> closed;
   };
-  /// Hidden at first, to come up in the middle of `frame`. `book` must outlive the window. Throws
-  /// what book and host raise.
+  /// Hidden at first; it stands in the middle of `frame` unless `Calls::show` moves it. `book` must
+  /// outlive the window. Throws what book and host raise.
   [[nodiscard]] static std::shared_ptr<TrialBalanceWindow> Make(HWND frame, SharedStyle style,
                                                                 const book::Book& book,
                                                                 Calls calls);

@@ -265,7 +265,7 @@ LRESULT FrameWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_ERASEBKGND: {
       RECT area{};
       GetClientRect(Hwnd(), &area);
-      FillBox(reinterpret_cast<HDC>(wparam), area, GetSysColor(COLOR_BTNFACE));
+      FillBox(reinterpret_cast<HDC>(wparam), area, FaceColor());
       return 1;
     }
     case WM_GETMINMAXINFO: {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/frame/icon_canvas.h"
+#include "app/frame/style.h"
 
 namespace desk::app {
 namespace {
@@ -14,10 +15,10 @@ namespace win32 = tavrix::viewkit::win32;
 constexpr COLORREF kInk = RGB(72, 86, 104);
 constexpr COLORREF kSoft = RGB(160, 172, 186);
 constexpr COLORREF kPaper = RGB(240, 244, 249);
-constexpr COLORREF kBlue = RGB(40, 110, 190);
+constexpr COLORREF kBlue = kLinkColor;
 constexpr COLORREF kGreen = RGB(46, 150, 92);
-constexpr COLORREF kRed = RGB(205, 66, 56);
-constexpr COLORREF kAmber = RGB(226, 150, 30);
+constexpr COLORREF kRed = kErrorColor;
+constexpr COLORREF kAmber = kWarningColor;
 constexpr COLORREF kWhite = RGB(255, 255, 255);
 
 void Plus(IconCanvas& c, IconPoint center) {

@@ -83,7 +83,7 @@ void Notice::Paint() {
   HDC dc = paint.Dc();
   RECT area{};
   GetClientRect(Hwnd(), &area);
-  const COLORREF edge = loading_ ? RGB(205, 66, 56) : RGB(226, 150, 30);
+  const COLORREF edge = loading_ ? kErrorColor : kWarningColor;
   FillBox(dc, area, edge);
   InflateRect(&area, -design(1), -design(1));
   area.left += design(3);

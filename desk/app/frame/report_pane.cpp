@@ -153,8 +153,7 @@ void ReportPane::PaintHeading() {
 
 void ReportPane::DrawHeading(HDC dc, const RECT& area) const {
   const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
-  FillBox(dc, area, GetSysColor(COLOR_BTNFACE));
-  FillBox(dc, {0, 0, area.right, design(1)}, kLineColor);
+  FillPane(dc, area, *style_);
   const int icon = style_->small_icon_pixels;
   const int top = (area.bottom - icon) / 2;
   PaintIcon(dc, open_ ? Icon::kCollapse : Icon::kExpand, design(8), top, icon);
@@ -162,7 +161,7 @@ void ReportPane::DrawHeading(HDC dc, const RECT& area) const {
   const std::wstring title =
       count_ == 0 ? L"错误报告" : L"错误报告（" + std::to_wstring(count_) + L"）";
   const RECT title_area{design(30), 0, area.right, area.bottom};
-  DrawLine(dc, title.c_str(), title_area, GetSysColor(COLOR_BTNTEXT));
+  DrawLine(dc, title.c_str(), title_area, TextColor());
   if (count_ == 0) return;
   const win32::Selected plain(dc, style_->Font());
   DrawLine(dc, L"清除", ClearButton(), kLinkColor, DT_CENTER);

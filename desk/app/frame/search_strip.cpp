@@ -116,16 +116,14 @@ void SearchStrip::Paint() {
   HDC dc = paint.Dc();
   RECT area{};
   GetClientRect(Hwnd(), &area);
-  FillBox(dc, area, GetSysColor(COLOR_BTNFACE));
-  FillBox(dc, {0, 0, area.right, design(1)}, kLineColor);
+  FillPane(dc, area, *style_);
   const int icon = style_->small_icon_pixels;
   const int top = (area.bottom - icon) / 2;
   PaintIcon(dc, plan_.icon, design(10), top, icon);
   const win32::Selected font(dc, style_->Font());
-  DrawLine(dc, plan_.label, {design(34), 0, area.right, area.bottom}, GetSysColor(COLOR_BTNTEXT));
+  DrawLine(dc, plan_.label, {design(34), 0, area.right, area.bottom}, TextColor());
   const RECT close = CloseButton();
-  DrawLine(dc, answer_.c_str(), {answer_left_, 0, close.left, area.bottom},
-           GetSysColor(COLOR_GRAYTEXT));
+  DrawLine(dc, answer_.c_str(), {answer_left_, 0, close.left, area.bottom}, FaintColor());
   PaintIcon(dc, Icon::kClose, close.left + (close.right - close.left - icon) / 2, top, icon);
 }
 

@@ -20,9 +20,26 @@ win32::FontSpec DeskFont() {
   return spec;
 }
 
+COLORREF FaceColor() {
+  return GetSysColor(COLOR_BTNFACE);
+}
+
+COLORREF TextColor() {
+  return GetSysColor(COLOR_BTNTEXT);
+}
+
+COLORREF FaintColor() {
+  return GetSysColor(COLOR_GRAYTEXT);
+}
+
 void FillBox(HDC dc, const RECT& area, COLORREF color) {
   SetDCBrushColor(dc, color);
   FillRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+}
+
+void FillPane(HDC dc, const RECT& area, const Style& style) {
+  FillBox(dc, area, FaceColor());
+  FillBox(dc, {area.left, area.top, area.right, area.top + style.scale.Design(1)}, kLineColor);
 }
 
 void DrawLine(HDC dc, const wchar_t* text, RECT area, COLORREF color, UINT flags) {

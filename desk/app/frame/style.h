@@ -32,8 +32,22 @@ using SharedStyle = std::shared_ptr<const Style>;
 inline constexpr COLORREF kLineColor = RGB(204, 210, 218);
 /// A text that can be clicked.
 inline constexpr COLORREF kLinkColor = RGB(40, 110, 190);
+/// An error, and a warning, as the pictures and edges beside it show them.
+inline constexpr COLORREF kErrorColor = RGB(205, 66, 56);
+inline constexpr COLORREF kWarningColor = RGB(226, 150, 30);
+/// A text that says that something was refused, or has been done: darker, to be read.
+inline constexpr COLORREF kRefusedColor = RGB(190, 40, 34);
+inline constexpr COLORREF kDoneColor = RGB(34, 120, 72);
+
+/// The user's own colours: strips and panes, texts on them, and texts that stand back.
+[[nodiscard]] COLORREF FaceColor();
+[[nodiscard]] COLORREF TextColor();
+[[nodiscard]] COLORREF FaintColor();
 
 void FillBox(HDC dc, const RECT& area, COLORREF color);
+
+/// The background of a strip or pane that a line parts from what stands above it.
+void FillPane(HDC dc, const RECT& area, const Style& style);
 
 /// One line of text, centred vertically, cut with an ellipsis; in the device context's font.
 void DrawLine(HDC dc, const wchar_t* text, RECT area, COLORREF color, UINT flags = DT_LEFT);

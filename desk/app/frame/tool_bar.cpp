@@ -116,7 +116,7 @@ LRESULT ToolBar::Paint(const NMHDR& header) const {
   if (draw.dwDrawStage != CDDS_PREPAINT) return CDRF_DODEFAULT;
   RECT area{};
   GetClientRect(Handle(), &area);
-  FillBox(draw.hdc, area, GetSysColor(COLOR_BTNFACE));
+  FillBox(draw.hdc, area, FaceColor());
   return CDRF_DODEFAULT;
 }
 

@@ -51,7 +51,7 @@ void ViewArea::Paint() {
   DrawLine(dc, headline_.c_str(), text, GetSysColor(COLOR_WINDOWTEXT), DT_CENTER);
   const win32::Selected plain(dc, style_->Font());
   OffsetRect(&text, 0, line * 3 / 2);
-  DrawLine(dc, advice_.c_str(), text, GetSysColor(COLOR_GRAYTEXT), DT_CENTER);
+  DrawLine(dc, advice_.c_str(), text, FaintColor(), DT_CENTER);
 }
 
 LRESULT ViewArea::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {

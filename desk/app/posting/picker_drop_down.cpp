@@ -122,7 +122,7 @@ void PickerDropDown::Paint() {
   const win32::PaintScope paint(Hwnd());
   RECT area{};
   GetClientRect(Hwnd(), &area);
-  FillBox(paint.Dc(), area, GetSysColor(COLOR_BTNFACE));
+  FillBox(paint.Dc(), area, FaceColor());
 }
 
 LRESULT PickerDropDown::PartAt(POINT screen) const {

@@ -210,16 +210,14 @@ void PostingPane::Paint() {
   HDC dc = paint.Dc();
   RECT area{};
   GetClientRect(Hwnd(), &area);
-  FillBox(dc, area, GetSysColor(COLOR_BTNFACE));
-  FillBox(dc, {0, 0, area.right, design(1)}, kLineColor);
+  FillPane(dc, area, *style_);
   const int icon = style_->small_icon_pixels;
   const int top = (style_->strip_height - icon) / 2;
   PaintIcon(dc, Icon::kVoucher, design(8), top, icon);
   const RECT close = CloseButton();
   PaintIcon(dc, Icon::kClose, close.left + (close.right - close.left - icon) / 2, top, icon);
   const win32::Selected font(dc, style_->BoldFont());
-  DrawLine(dc, L"录入凭证", {design(30), 0, close.left, style_->strip_height},
-           GetSysColor(COLOR_BTNTEXT));
+  DrawLine(dc, L"录入凭证", {design(30), 0, close.left, style_->strip_height}, TextColor());
   PaintFoot(dc, foot_);
 }
 
@@ -234,12 +232,10 @@ void PostingPane::PaintFoot(HDC dc, const RECT& area) const {
                       win32::Wide(book::MoneyText(credit));
   if (debit != credit) sums += L"    差额 " + win32::Wide(book::MoneyText(debit - credit));
   const win32::Selected font(dc, style_->Font());
-  DrawLine(dc, sums.c_str(), area, GetSysColor(COLOR_BTNTEXT));
+  DrawLine(dc, sums.c_str(), area, TextColor());
   RECT rest = area;
   rest.left += style_->fonts.Pixels(sums, false) + style_->scale.Design(24);
-  constexpr COLORREF kRefusal = RGB(190, 40, 34);
-  constexpr COLORREF kDone = RGB(34, 120, 72);
-  DrawLine(dc, answer_.c_str(), rest, refusal_ ? kRefusal : kDone);
+  DrawLine(dc, answer_.c_str(), rest, refusal_ ? kRefusedColor : kDoneColor);
 }
 
 }  // namespace desk::app

@@ -62,7 +62,7 @@ Desk::~Desk() {
 }
 
 void Desk::Start(const std::wstring& book, int show) {
-  settings_.Restore(frame_->Hwnd(), show);
+  settings_.Restore(frame_->Hwnd(), DeskSettings::kFrame, show);
   UpdateWindow(frame_->Hwnd());
   if (book.empty()) {
     OpenSample();
@@ -268,7 +268,7 @@ void Desk::OnStyle() {
 }
 
 bool Desk::OnClosing() {
-  settings_.Save(frame_->Hwnd());
+  settings_.Save(frame_->Hwnd(), DeskSettings::kFrame);
   settings_.SaveReportHeight(frame_->Reports().DesignHeight());
   CloseBook();
   return true;
@@ -421,13 +421,19 @@ void Desk::ShowPosting(bool shown) {
 
 void Desk::ShowTrialBalance() {
   if (!balance_) {
-    balance_ = TrialBalanceWindow::Make(frame_->Hwnd(), frame_->CurrentStyle(), open_->book,
-                                        {.modal = [this](bool modal) { SetBalanceModal(modal); },
-                                         .closed =
-                                             [this] {
-                                               balance_.reset();
-                                               SetActiveWindow(frame_->Hwnd());
-                                             }});
+    balance_ = TrialBalanceWindow::Make(
+        frame_->Hwnd(), frame_->CurrentStyle(), open_->book,
+        {.show =
+             [this](HWND window) {
+               settings_.Restore(window, DeskSettings::kTrialBalance, SW_SHOWNORMAL);
+             },
+         .closing = [this](HWND window) { settings_.Save(window, DeskSettings::kTrialBalance); },
+         .modal = [this](bool modal) { SetBalanceModal(modal); },
+         .closed =
+             [this] {
+               balance_.reset();
+               SetActiveWindow(frame_->Hwnd());
+             }});
   }
   balance_->Open();
 }

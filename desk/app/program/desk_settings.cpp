@@ -19,7 +19,6 @@ namespace fs = std::filesystem;
 using tavrix::viewkit::win32::Narrow;
 using tavrix::viewkit::win32::Wide;
 
-constexpr char kSection[] = "Desk";
 constexpr wchar_t kProgramFolder[] = L"Tavrix";
 
 struct TaskMemory {
@@ -64,21 +63,22 @@ DeskFolders DeskFolders::Find() {
 DeskSettings::DeskSettings(const DeskFolders& folders) {
   file_.SetFileName(Narrow((folders.user / L"desk.txt").wstring()));
   for (std::size_t i = 0; i < kRecentBooks; ++i) {
-    const std::string path = file_.ReadValue(kSection, "Recent" + std::to_string(i), "");
+    const std::string path = file_.ReadValue(kFrame, "Recent" + std::to_string(i), "");
     if (!path.empty()) recent_.push_back(Wide(path));
   }
 }
 
-void DeskSettings::Write(const std::string& key, const std::string& value) {
+void DeskSettings::Write(const char* section, const std::string& key, const std::string& value) {
   try {
-    file_.WriteValue(kSection, key, value);
+    file_.WriteValue(section, key, value);
   } catch (const std::exception&) {  // a user without a writable folder works all the same
   }
 }
 
 void DeskSettings::WriteRecent() {
   for (std::size_t i = 0; i < kRecentBooks; ++i) {
-    Write("Recent" + std::to_string(i), i < recent_.size() ? Narrow(recent_[i]) : std::string());
+    Write(kFrame, "Recent" + std::to_string(i),
+          i < recent_.size() ? Narrow(recent_[i]) : std::string());
   }
 }
 
@@ -94,43 +94,44 @@ void DeskSettings::Forget(const std::wstring& book) {
   WriteRecent();
 }
 
-long DeskSettings::Number(const char* key, long fallback) {
-  const std::string text = file_.ReadValue(kSection, key, "");
+long DeskSettings::Number(const char* section, const char* key, long fallback) {
+  const std::string text = file_.ReadValue(section, key, "");
   return text.empty() ? fallback : tavrix::host::LeadingLong(text);
 }
 
-void DeskSettings::Restore(HWND window, int show) {
+void DeskSettings::Restore(HWND window, const char* name, int show) {
   WINDOWPLACEMENT placement{};
   placement.length = sizeof placement;
   GetWindowPlacement(window, &placement);
-  const RECT saved{Number("Left", 0), Number("Top", 0), Number("Right", 0), Number("Bottom", 0)};
+  const RECT saved{Number(name, "Left", 0), Number(name, "Top", 0), Number(name, "Right", 0),
+                   Number(name, "Bottom", 0)};
   if (saved.right > saved.left && saved.bottom > saved.top && OnScreen(saved)) {
     placement.rcNormalPosition = saved;
   }
-  const bool maximized = Number("Maximized", 0) != 0 && show != SW_SHOWMINNOACTIVE;
+  const bool maximized = Number(name, "Maximized", 0) != 0 && show != SW_SHOWMINNOACTIVE;
   placement.showCmd = maximized ? static_cast<UINT>(SW_SHOWMAXIMIZED) : static_cast<UINT>(show);
   SetWindowPlacement(window, &placement);
 }
 
-void DeskSettings::Save(HWND window) {
+void DeskSettings::Save(HWND window, const char* name) {
   WINDOWPLACEMENT placement{};
   placement.length = sizeof placement;
   if (!GetWindowPlacement(window, &placement)) return;
   const RECT& place = placement.rcNormalPosition;
-  Write("Left", std::to_string(place.left));
-  Write("Top", std::to_string(place.top));
-  Write("Right", std::to_string(place.right));
-  Write("Bottom", std::to_string(place.bottom));
-  Write("Maximized", placement.showCmd == SW_SHOWMAXIMIZED ? "1" : "0");
+  Write(name, "Left", std::to_string(place.left));
+  Write(name, "Top", std::to_string(place.top));
+  Write(name, "Right", std::to_string(place.right));
+  Write(name, "Bottom", std::to_string(place.bottom));
+  Write(name, "Maximized", placement.showCmd == SW_SHOWMAXIMIZED ? "1" : "0");
 }
 
 int DeskSettings::ReportHeight() {
   constexpr long kDefault = 150;
-  return static_cast<int>(Number("ReportHeight", kDefault));
+  return static_cast<int>(Number(kFrame, "ReportHeight", kDefault));
 }
 
 void DeskSettings::SaveReportHeight(int height) {
-  Write("ReportHeight", std::to_string(height));
+  Write(kFrame, "ReportHeight", std::to_string(height));
 }
 
 }  // namespace desk::app

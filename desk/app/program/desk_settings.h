@@ -30,16 +30,19 @@ class DeskSettings {
   void Remember(const std::wstring& book);
   void Forget(const std::wstring& book);
 
+  /// The desk's windows, each with a section of its own.
+  static constexpr char kFrame[] = "Desk";
+  static constexpr char kTrialBalance[] = "TrialBalance";
   /// Puts the window where it was, as far as that place is on a screen; shows it.
-  void Restore(HWND window, int show);
-  void Save(HWND window);
+  void Restore(HWND window, const char* name, int show);
+  void Save(HWND window, const char* name);
 
   [[nodiscard]] int ReportHeight();
   void SaveReportHeight(int height);
 
  private:
-  [[nodiscard]] long Number(const char* key, long fallback);
-  void Write(const std::string& key, const std::string& value);
+  [[nodiscard]] long Number(const char* section, const char* key, long fallback);
+  void Write(const char* section, const std::string& key, const std::string& value);
   void WriteRecent();
 
   book::SharedSettingsFile file_;
