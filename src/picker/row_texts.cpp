@@ -43,7 +43,8 @@ void RowTexts::Update(const viewkit::FlexGrid& grid) {
   ends_.clear();
   const int cols = grid.Cols();
   for (int row = grid.FixedRows(); row < grid.Rows(); ++row) {
-    for (int col = 0; col < cols && !grid.IsTotalRow(row); ++col) {
+    const int searched = grid.IsTotalRow(row) ? 0 : cols;
+    for (int col = 0; col < searched; ++col) {
       AppendLower(texts_, grid.TextMatrix(row, col));
       texts_.push_back('%');
     }
