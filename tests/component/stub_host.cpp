@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <string_view>
 
+#include "component/base/bstr.h"
 #include "component/base/failure.h"
+#include "component/base/identity.h"
+#include "qnSystem.h"
 
 namespace tavrix::test {
 
@@ -56,6 +59,28 @@ Variant FieldOf(const StubHost& host, const std::string& name) {
   return host.rows.front()[static_cast<std::size_t>(found - host.columns.begin())];
 }
 
+/// A recordset that also hands out its rows in one piece.
+class TextRecordset : public NamedObject, public component::Face<IHostRowTexts> {
+ public:
+  TextRecordset(Members members, StubHost::RowTexts texts)
+      : NamedObject(std::move(members)),
+        Face<IHostRowTexts>(static_cast<Identity&>(*this)),
+        texts_(std::move(texts)) {
+    Publish(IID_IHostRowTexts, static_cast<IHostRowTexts*>(this));
+  }
+
+  STDMETHODIMP GetRowTexts(long* fields, SAFEARRAY** ends, BSTR* text) noexcept override {
+    *fields = texts_.fields;
+    *ends = SafeArrayCreateVector(VT_I4, 0, static_cast<ULONG>(texts_.ends.size()));
+    std::ranges::copy(texts_.ends, static_cast<LONG*>((*ends)->pvData));
+    *text = component::Bstr(std::wstring_view(texts_.text)).Detach();
+    return texts_.status;
+  }
+
+ private:
+  StubHost::RowTexts texts_;
+};
+
 Variant Recordset(const Shared& host, const std::string& sql) {
   const bool given = host->whole_result.Type() != VT_EMPTY;
   const bool settings = sql.find(" xt_") != std::string::npos;  // there are none
@@ -63,6 +88,12 @@ Variant Recordset(const Shared& host, const std::string& sql) {
                        : settings ? Variant()
                                   : RowsOf(*host, CategoryOf(sql));
   const bool none = rows.Type() == VT_EMPTY;
+  if (host->row_texts) {
+    Members members{{L"EOF", [](const StubCall&) { return Variant(false); }},
+                    {L"Close", [](const StubCall&) { return Variant(); }}};
+    return Variant(
+        component::MakeObject<TextRecordset>(std::move(members), *host->row_texts).As<IDispatch>());
+  }
   return Variant(Object(host, {{L"EOF", [none](const StubCall&) { return Variant(none); }},
                                {L"BOF", [none](const StubCall&) { return Variant(none); }},
                                {L"GetRows", [rows](const StubCall&) { return rows; }},

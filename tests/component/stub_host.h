@@ -4,6 +4,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,14 @@ struct StubHost {
   /// Given by every `GetRows` instead of `rows`, when set.
   Variant whole_result;
   std::map<std::string, std::string> settings{{"kmbm", "4222"}, {"mouseeventscrollrate", "2.5"}};
+  /// What a recordset hands out in one piece; only when set does it offer that.
+  struct RowTexts {
+    long fields = 0;
+    std::vector<LONG> ends;
+    std::wstring text;
+    HRESULT status = S_OK;
+  };
+  std::optional<RowTexts> row_texts;
   /// Called with the name of each member before it answers.
   NamedObject::Gate gate;
   /// Other things that `CreateHelper` shall give, by name.

@@ -234,6 +234,29 @@ TEST_F(View, TakesTypedArraysAndRefusesWhatIsNone) {
   EXPECT_THAT(log.Errors(), ElementsAre(StartsWith("DoRefresh")));
 }
 
+/// Rows in one piece are taken in preference; pieces that do not fit together are refused whole.
+TEST_F(View, TakesRowsAsOnePieceOfText) {
+  const std::wstring text = L"1001\xD83D\xDE00 x1资产";
+  host_->row_texts = StubHost::RowTexts{7, {4, 8, -1, 8, 8, 9, 11}, text};
+  const EventLog log(object_.Get());
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_TRUE(Refresh());
+  EXPECT_THAT(log.Errors(), testing::IsEmpty());
+  EXPECT_EQ(Cell(Grid(), 1, 0), "1001");
+  EXPECT_EQ(Cell(Grid(), 1, 1), "\xF0\x9F\x98\x80 x");
+  for (const StubHost::RowTexts& broken :
+       {StubHost::RowTexts{7, {4, 8, -1, 8, 8, 9, 12}, text},
+        StubHost::RowTexts{7, {4, 8, -1, 7, 8, 9, 11}, text},
+        StubHost::RowTexts{7, {4, 8, -1, 8, 8, 9}, text}, StubHost::RowTexts{0, {4}, text},
+        StubHost::RowTexts{7, {}, text},
+        StubHost::RowTexts{7, {4, 8, -1, 8, 8, 9, 11}, text, E_ACCESSDENIED}}) {
+    host_->row_texts = broken;
+    EXPECT_TRUE(Refresh());
+  }
+  EXPECT_EQ(log.Errors().size(), 6U);
+  EXPECT_THAT(log.Errors(), testing::Each(StartsWith("DoRefresh")));
+}
+
 TEST_F(View, ObjectsHandedOutOutliveItSafely) {
   ASSERT_EQ(Init(), S_OK);
   EXPECT_TRUE(Refresh());

@@ -3,6 +3,7 @@
 #include "app/com/variant_enum.h"
 #include "app/faces/give.h"
 #include "app/faces/row_array.h"
+#include "app/faces/row_texts.h"
 #include "host/text.h"
 
 namespace desk::app {
@@ -41,6 +42,19 @@ STDMETHODIMP RecordsetFace::GetRows(VARIANT, VARIANT, VARIANT, VARIANT* result) 
   return Guarded([&] {
     result->parray = ArrayOfRows(*rows_);
     result->vt = VT_ARRAY | VT_VARIANT;
+  });
+}
+
+STDMETHODIMP RecordsetFace::GetRowTexts(long* fields, SAFEARRAY** ends, BSTR* text) {
+  if (fields == nullptr || ends == nullptr || text == nullptr) return E_POINTER;
+  *fields = 0;
+  *ends = nullptr;
+  *text = nullptr;
+  return Guarded([&] {
+    const RowTexts texts = TextsOfRows(*rows_);
+    *fields = static_cast<long>(rows_->ColumnNames().size());
+    *ends = texts.ends;
+    *text = texts.text;
   });
 }
 

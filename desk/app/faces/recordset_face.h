@@ -8,8 +8,8 @@
 
 namespace desk::app {
 
-/// A recordset with the members of ADO's that callers use.
-class RecordsetFace : public DispatchObject<IHostRecordset> {
+/// A recordset with the members of ADO's that callers use, and its rows in one piece.
+class RecordsetFace : public DispatchObject<IHostRecordset, IHostRowTexts> {
  public:
   explicit RecordsetFace(std::shared_ptr<book::SnapshotRecordset> rows) : rows_(std::move(rows)) {}
 
@@ -22,6 +22,9 @@ class RecordsetFace : public DispatchObject<IHostRecordset> {
   STDMETHODIMP get_Fields(IDispatch** result) override;
   STDMETHODIMP MoveFirst() override;
   STDMETHODIMP Close() override;
+
+  /// As `GetRows`.
+  STDMETHODIMP GetRowTexts(long* fields, SAFEARRAY** ends, BSTR* text) override;
 
  private:
   std::shared_ptr<book::SnapshotRecordset> rows_;

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/com/fast_bstr.h"
+#include "app/com/wide_text.h"
 
 namespace desk::app {
 namespace {

@@ -13,7 +13,11 @@ class AutomationRecordset : public Adapted<host::Recordset> {
   using Adapted::Adapted;
   [[nodiscard]] bool EndOfFile() override { return ToFlag(Object().Get(L"EOF")); }
   [[nodiscard]] bool BeginningOfFile() override { return ToFlag(Object().Get(L"BOF")); }
-  [[nodiscard]] host::RowSet GetRows() override { return ToRowSet(Object().Get(L"GetRows")); }
+  [[nodiscard]] host::RowSet GetRows() override {
+    if (const auto texts = Object().Dispatch().As<IHostRowTexts>())
+      return TakeRowTexts(*texts.Get());
+    return ToRowSet(Object().Get(L"GetRows"));
+  }
   void Find(const std::string& criteria) override {
     Object().Call(L"Find", {Variant(std::string_view(criteria))});
   }

@@ -2,7 +2,9 @@
 
 #include <oleauto.h>
 
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "component/adapters/values.h"
 #include "component/base/failure.h"
@@ -31,22 +33,21 @@ class LockedArray {
 class TextConverter {
  public:
   explicit TextConverter(host::RowSet& rows) : rows_(rows) {}
-  void Append(BSTR text);
+  void Append(std::wstring_view text);
 
  private:
   host::RowSet& rows_;
   std::string buffer_;  // grows to the longest text and stays
 };
 
-void TextConverter::Append(BSTR text) {
+void TextConverter::Append(std::wstring_view text) {
   constexpr std::size_t kMostBytes = 3;  // of one unit in UTF-8
-  const std::wstring_view view = ViewOf(text);
-  if (buffer_.size() < view.size() * kMostBytes) buffer_.resize(view.size() * kMostBytes);
+  if (buffer_.size() < text.size() * kMostBytes) buffer_.resize(text.size() * kMostBytes);
   // Malformed text becomes U+FFFD, as everywhere.
   const int length =
-      view.empty()
+      text.empty()
           ? 0
-          : WideCharToMultiByte(CP_UTF8, 0, view.data(), static_cast<int>(view.size()),
+          : WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
                                 buffer_.data(), static_cast<int>(buffer_.size()), nullptr, nullptr);
   rows_.AppendText(std::string_view(buffer_).substr(0, static_cast<std::size_t>(length)));
 }
@@ -54,7 +55,7 @@ void TextConverter::Append(BSTR text) {
 void AppendCell(host::RowSet& rows, TextConverter& text, const VARIANT& cell) {
   switch (cell.vt) {
     case VT_BSTR:
-      return text.Append(cell.bstrVal);
+      return text.Append(ViewOf(cell.bstrVal));
     case VT_EMPTY:
     case VT_NULL:
       return rows.AppendNull();
@@ -97,6 +98,31 @@ host::RowSet Read(SAFEARRAY& array, VARTYPE type) {
   return rows;
 }
 
+ComFailure NoRowTexts() {
+  return {DISP_E_TYPEMISMATCH, "GetRowTexts 给出的行不完整"};
+}
+
+host::RowSet ReadTexts(std::size_t fields, SAFEARRAY& ends, std::wstring_view text) {
+  const std::size_t cells = ends.cDims == 1 ? Extent(ends, 1) : 0;
+  if (cells == 0 || cells % fields != 0) throw NoRowTexts();
+  const LockedArray data(ends);
+  host::RowSet rows(fields);
+  rows.Reserve(cells / fields, text.size());
+  TextConverter converter(rows);
+  std::size_t start = 0;
+  for (const LONG end : std::span(static_cast<const LONG*>(data.Data()), cells)) {
+    if (end < 0) {
+      rows.AppendNull();
+      continue;
+    }
+    const auto behind = static_cast<std::size_t>(end);
+    if (behind < start || behind > text.size()) throw NoRowTexts();
+    converter.Append(text.substr(start, behind - start));
+    start = behind;
+  }
+  return rows;
+}
+
 SAFEARRAY* ArrayOf(const VARIANT& value) {
   if ((value.vt & VT_ARRAY) == 0) return nullptr;
   return (value.vt & VT_BYREF) != 0 ? *value.pparray : value.parray;
@@ -111,6 +137,18 @@ host::RowSet ToRowSet(const Variant& rows) {
     throw ComFailure(DISP_E_TYPEMISMATCH, "GetRows 没有返回二维数组");
   }
   return Read(*array, static_cast<VARTYPE>(value.vt & ~(VT_ARRAY | VT_BYREF)));
+}
+
+host::RowSet TakeRowTexts(IHostRowTexts& recordset) {
+  long fields = 0;
+  Variant ends;
+  Bstr text;
+  SetErrorInfo(0, nullptr);
+  const HRESULT status = recordset.GetRowTexts(&fields, &ends.InPlace()->parray, text.Put());
+  if (ends.Get().parray != nullptr) ends.InPlace()->vt = VT_ARRAY | VT_I4;
+  CheckCall(status);
+  if (ends.Type() == VT_EMPTY || fields < 1) throw NoRowTexts();
+  return ReadTexts(static_cast<std::size_t>(fields), *ends.Get().parray, ViewOf(text.Get()));
 }
 
 }  // namespace tavrix::component

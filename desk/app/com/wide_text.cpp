@@ -1,9 +1,10 @@
-#include "app/com/fast_bstr.h"
+#include "app/com/wide_text.h"
 
 #include <cstddef>
 #include <new>
 
 #include "app/com/values.h"
+#include "viewkit/win32/wide.h"
 
 namespace desk::app {
 namespace {
@@ -67,6 +68,15 @@ bool Decode(std::string_view text, wchar_t* target) {
 }
 
 }  // namespace
+
+void AppendWide(std::wstring& target, std::string_view text) {
+  const std::size_t start = target.size();
+  const Shape shape = ShapeOf(text);
+  target.resize(start + shape.units);
+  if (shape.two_or_three && Decode(text, target.data() + start)) return;
+  target.resize(start);
+  target += tavrix::viewkit::win32::Wide(text);
+}
 
 BSTR NewBstrDirectly(std::string_view text) {
   if (text.empty()) return nullptr;
