@@ -54,6 +54,14 @@ void Fill(Session& session, const Template& content) {
   transaction.Commit();
 }
 
+/// A book held by others, or on a server where only its maker may change it, serves as it is.
+void Renew(Session& session) {
+  try {
+    RenewSchema(session);
+  } catch (const DatabaseError&) {  // the next who opens it tries again
+  }
+}
+
 }  // namespace
 
 Book::Book(std::unique_ptr<Connection> connection)
@@ -81,6 +89,7 @@ Book Book::Open(const std::string& path) {
 Book Book::Open(const Place& place) {
   Book book(EngineFor(place.path).Open(place));
   book.faults_ = CheckSchema(book.session_->Own(), ShownPlace(place.path));
+  Renew(*book.session_);
   return book;
 }
 

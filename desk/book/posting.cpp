@@ -57,8 +57,8 @@ std::array<Partner, 5> Partners(const Auxiliary& auxiliary) {
 
 AccountFlags FlagsOf(Connection& connection, const std::string& code, const std::string& where) {
   const host::Value key(code);
-  // On a server this keeps others from giving the account its first sub-account, and its postings
-  // to that, before the voucher stands.
+  // On a server this keeps others from deleting the account, and from giving it its first
+  // sub-account and its postings to that, before the voucher stands.
   connection.Execute("update gl_code set bend=bend where ccode=?", Origin::kDesk, {&key, 1});
   const auto rows = connection.Query(
       "select bend,bclose,bdept,bperson,bcus,bsup,bitem from gl_code where ccode=?", Origin::kDesk,

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "book/ledger_rules.h"
 #include "host/text.h"
 
 namespace desk::book {
@@ -278,12 +279,27 @@ std::vector<std::string> SchemaScript(Flavor flavor) {
   for (const Table& table : kTables) AppendTable(script, table, flavor);
   AppendTable(script, kIdentifierTable, flavor);
   for (std::string& addition : Additions(flavor)) script.push_back(std::move(addition));
+  for (std::string& rule : LedgerRules(flavor)) script.push_back(std::move(rule));
   return script;
 }
 
 void CreateSchema(Connection& connection) {
   Run(connection, SchemaScript(connection.Makes()));
   connection.SetSchemaVersion(kSchemaVersion);
+}
+
+void RenewSchema(Session& session) {
+  Connection& connection = session.Own();
+  const auto old = [&] {
+    const int version = connection.SchemaVersion();
+    return version > 0 && version < kSchemaVersion;
+  };
+  if (connection.ReadOnly() || !old()) return;
+  Transaction transaction(session);
+  if (!old()) return;  // another desk was quicker
+  Run(connection, LedgerRules(connection.Makes()));
+  connection.SetSchemaVersion(kSchemaVersion);
+  transaction.Commit();
 }
 
 void EnsureIdentifierTable(Connection& connection) {

@@ -6,12 +6,12 @@
 #include <string_view>
 #include <vector>
 
-#include "book/database.h"
+#include "book/session.h"
 
 /// The tables of a book.
 namespace desk::book {
 
-inline constexpr int kSchemaVersion = 1;
+inline constexpr int kSchemaVersion = 2;
 
 /// How a column is kept.
 enum class ColumnKind {
@@ -54,6 +54,11 @@ inline constexpr std::string_view kIdentifierTableName = "desk_identifier";
 /// Makes all tables in an empty database; runs inside the caller's transaction. `DatabaseError`
 /// when it is not known how the engine makes tables.
 void CreateSchema(Connection& connection);
+
+/// Brings a book that an earlier desk has made up to this version; does nothing to others, nor
+/// where nothing can be written. Version 2 has the rules of `LedgerRules`. `DatabaseError` when the
+/// engine refuses: the book is as it was.
+void RenewSchema(Session& session);
 
 /// Makes the desk's own table of given identifiers in a book that has none.
 void EnsureIdentifierTable(Connection& connection);

@@ -97,7 +97,7 @@ TEST_F(CopyTest, AFailedCopyLeavesNoFile) {
     const Book book = Book::Create(File("a.book"), {.accounts = tavrix::test::FewAccounts()});
     // The copy's key refuses what this book lets in.
     tavrix::test::Run(book, "drop index gl_code_code");
-    tavrix::test::Run(book, "update gl_code set ccode='1001'");
+    tavrix::test::Run(book, "update gl_code set ccode='1001' where ccode='2202'");
   }
   EXPECT_THAT(Failure(File("a.book"), File("b.book")), HasSubstr("科目编码重复"));
   EXPECT_FALSE(std::filesystem::exists(PathOf(File("b.book"))));

@@ -79,8 +79,26 @@ TEST_F(OpenTest, RefusesWhatIsNoBook) {
 }
 
 TEST_F(OpenTest, RefusesABookOfALaterVersion) {
-  tavrix::test::Run(CreateBook(), "pragma user_version=2");
+  tavrix::test::Run(CreateBook(), "pragma user_version=99");
   EXPECT_THAT(Failure(), HasSubstr("更新的版本"));
+}
+
+TEST_F(OpenTest, ABookOfAnEarlierDeskGetsTheRulesOfItsLedgersOnce) {
+  const auto rules = [](const Book& book) {
+    return tavrix::test::Scalar(book, "select count(*) from sqlite_master where type='trigger'");
+  };
+  std::string all;
+  {
+    const Book book = CreateBook();
+    all = rules(book);
+    for (const std::string& name :
+         tavrix::test::AllRows(book, "select name from sqlite_master where type='trigger'")) {
+      tavrix::test::Run(book, "drop trigger " + name);
+    }
+    tavrix::test::Run(book, "pragma user_version=1");
+  }
+  EXPECT_NE(all, "0");
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(rules(Book::Open(File())), all);
 }
 
 TEST_F(OpenTest, NeverReplacesAFile) {

@@ -99,7 +99,8 @@ class Worker {
       : editor_(shared.Open()), view_(shared.Open()), out_(out), random_(seed) {}
 
   void Add() {
-    const std::string parent = AnyCode("igrade<3");
+    const std::string parent = AnyCode(Below(2) == 0 ? "igrade<3" : "igrade=2 and bend=1");
+    if (parent.empty()) return;
     Tell("try add 0");
     editor_.saved.clear();
     std::string code;
@@ -268,13 +269,8 @@ TEST_P(Processes, ADeskKilledAtAnyMomentLosesNothingThatItReportedAsSaved) {
     ASSERT_FALSE(ledger.twice) << round;
     ASSERT_EQ(Missing(book, ledger), std::vector<std::string>()) << round;
     Settle(book, ledger);
-    // A voucher is one transaction; a save of an account is not, so its flags are not looked at.
-    ASSERT_EQ(test::AllRows(book,
-                            "select voucher_number from gl_accvouch group by voucher_number "
-                            "having sum(debit)<>sum(credit) or count(*)<>2"),
-              std::vector<std::string>());
-    ASSERT_EQ(test::Scalar(book, "select sum(debit) from gl_accvouch"),
-              test::Scalar(book, "select sum(debit) from gl_accsum"));
+    // A save of an account is several statements: the flag of a parent may be late.
+    ASSERT_EQ(LedgerFaultsOf(book), std::vector<std::string>()) << round;
   }
   EXPECT_GT(survived, 0);
   for (const char* deed : {"add", "move", "delete", "post"}) {
@@ -286,12 +282,13 @@ TEST_P(Processes, ADeskKilledAtAnyMomentLosesNothingThatItReportedAsSaved) {
 }
 
 TEST_P(Processes, TwoDesksAtOnceKeepTheBookSound) {
-  if (!Long()) GTEST_SKIP() << "takes a minute";
-  const auto end = std::chrono::steady_clock::now() + 60s;
+  // However slow the machine is: enough for both to meet.
+  constexpr int kLeast = 12;
+  const auto end = std::chrono::steady_clock::now() + (Long() ? 60s : 0s);
   const auto work = [&](unsigned seed) {
     return [this, end, seed](int out) {
       Worker worker(shared_, out, seed);
-      while (std::chrono::steady_clock::now() < end) {
+      for (int i = 0; i < kLeast || std::chrono::steady_clock::now() < end; ++i) {
         worker.Add();
         worker.Post();
       }

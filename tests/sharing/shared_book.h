@@ -44,8 +44,11 @@ inline std::vector<const char*> SharedEngines() {
   return {"sqlite", "postgresql"};
 }
 
-/// What is wrong with the chart and its ledgers, one line for each fault: codes, levels, parents,
-/// leaf flags, postings on leaf accounts alone, balance, totals that equal the vouchers.
+/// What is wrong with the ledgers, one line for each fault: postings on leaf accounts alone,
+/// balance, totals that equal the vouchers.
+[[nodiscard]] std::vector<std::string> LedgerFaultsOf(const desk::book::Book& book);
+
+/// And with the chart: codes, levels, parents, leaf flags.
 [[nodiscard]] std::vector<std::string> FaultsOf(const desk::book::Book& book);
 
 }  // namespace tavrix::sharing

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "book/posting.h"
 #include "editing/editor_test.h"
 #include "host/calls.h"
 #include "maintenance/view_test.h"
@@ -13,9 +14,18 @@ using editing::Beside;
 using editing::Edit;
 using editing::Editor;
 using editing::kNameBox;
+using editing::Opening;
 using test::Scalar;
 using testing::HasSubstr;
 using namespace std::chrono_literals;
+
+void PostBoth(const desk::book::Book& book, const std::string& debit, const std::string& credit) {
+  (void)desk::book::Post(book.GetSession(),
+                         {.year = 2026,
+                          .month = 1,
+                          .day = 1,
+                          .entries = {{.code = debit, .debit = 5}, {.code = credit, .credit = 5}}});
+}
 
 class TwoDesks : public testing::TestWithParam<const char*> {
  protected:
@@ -99,6 +109,78 @@ TEST_P(TwoDesks, ABookLockedForAMomentTakesTheSaveAfterwards) {
     EXPECT_FALSE(mine_.dialog->IsOpen());
   });
   EXPECT_EQ(Scalar(theirs_, "select ccode_name from gl_code where i_id=3"), "新名");
+}
+
+// Between any two statements of one save the other desk saves an account below or beside.
+TEST_P(TwoDesks, PostingsEndTogetherOnOneLeafWhateverTheOtherAddsDuringASave) {
+  struct Case {
+    Opening mine;
+    const char* code;
+    const char* theirs;  ///< adds below this account
+  };
+  const Case cases[] = {{editing::Below("5001", "成本"), "50010001", "50010001"},
+                        {editing::Below("5001", "成本"), "50010001", "5001"},
+                        {Edit(3), "50010001", "50010001"}};
+  for (const Case& c : cases) {
+    bool reached = true;
+    int gap = 0;
+    for (; reached; ++gap) {
+      const SharedBook shared(GetParam());
+      Editor mine(shared.Open());
+      Editor theirs(shared.Open());
+      for (const char* code : {"1001", "10020001"}) PostBoth(theirs.book, code, "5001");
+      reached = false;
+      mine.Open(c.mine, [&] {
+        mine.SetName("甲");
+        mine.SetCode(c.code);
+        int statement = -gap;
+        mine.recorder.BeforeEach([&](const std::string&) {
+          const bool there =
+              Scalar(theirs.book, std::string("select i_id from gl_code where ccode='") + c.theirs +
+                                      "'") != "(none)";
+          if (!there || statement++ != 0) return;
+          reached = true;
+          theirs.Open(editing::Below(c.theirs), [&] {
+            theirs.SetName("乙");
+            theirs.Save();
+          });
+        });
+        mine.Save();
+      });
+      EXPECT_EQ(FaultsOf(mine.book), editing::Texts()) << c.code << " " << c.theirs << " " << gap;
+    }
+    EXPECT_GT(gap, 5) << c.code;
+  }
+}
+
+TEST_P(TwoDesks, AnAccountThatGetsAPostingWhileTheUserIsAskedIsNotDeleted) {
+  test::ViewTest t(shared_.Open());
+  t.Start();
+  const auto before = t.Codes();
+  t.Select("10020001");
+  t.user.answers = {viewkit::UserPort::Answer::kYes};
+  t.user.in_question = [&](const auto&) { PostBoth(theirs_, "10020001", "1001"); };
+  EXPECT_FALSE(t.view.FileDelete());
+  ASSERT_EQ(t.reports.size(), 1U);
+  EXPECT_THAT(t.reports[0], HasSubstr("科目已经记账，不能删除"));
+  EXPECT_EQ(t.Codes(), before);
+  EXPECT_EQ(FaultsOf(theirs_), editing::Texts());
+}
+
+TEST_P(TwoDesks, AnAccountThatGetsASubAccountMeanwhileKeepsItsCode) {
+  mine_.Open(Edit(3), [&] {
+    mine_.SetCode("10020009");
+    mine_.dialog->Message.Add([&](const std::string& text) {
+      if (text != "正在保存数据") return;
+      Theirs(
+          "insert into gl_code(i_id,cclass,ccode,ccode_name,igrade,bend)values(90,'资产',"
+          "'100200010001','他们的',3,1)");
+    });
+    mine_.Save();
+    EXPECT_THAT(Report(), HasSubstr("科目已有下级，不能修改编码"));
+    mine_.SetCode("10020001");
+  });
+  EXPECT_EQ(Scalar(theirs_, "select ccode from gl_code where i_id=3"), "10020001");
 }
 
 TEST_P(TwoDesks, AnAccountDeletedMeanwhileIsDeletedOnlyOnce) {

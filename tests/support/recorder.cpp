@@ -76,17 +76,17 @@ class RecordedStatement : public host::Statement {
   RecordedStatement(std::shared_ptr<host::Statement> inner, Log log, std::string sql)
       : inner_(std::move(inner)), log_(std::move(log)), sql_(std::move(sql)) {}
   void Execute() override {
-    log_->statements.push_back(sql_);
+    log_->Statement(sql_);
     (void)log_->Note({.name = "Statement.Execute"});
     inner_->Execute();
   }
   host::Value ScalarValue() override {
-    log_->statements.push_back(sql_);
+    log_->Statement(sql_);
     if (log_->Note({.name = "Statement.ScalarValue", .can_give_null = true})) return {};
     return inner_->ScalarValue();
   }
   std::shared_ptr<host::Recordset> OpenRecordset() override {
-    log_->statements.push_back(sql_);
+    log_->Statement(sql_);
     if (log_->Note({.name = "Statement.Recordset", .can_give_null = true})) return nullptr;
     auto rows = inner_->OpenRecordset();
     if (!rows) return nullptr;
@@ -367,6 +367,10 @@ void Recorder::FailAt(int n, Fault fault, std::string text) {
 void Recorder::FailNext(const std::string& name, Fault fault, std::string text) {
   log_->planned = {.calls_left = {}, .name = name, .fault = fault, .text = std::move(text)};
   log_->fired = false;
+}
+
+void Recorder::BeforeEach(std::function<void(const std::string&)> deed) {
+  log_->before = std::move(deed);
 }
 
 bool Recorder::Fired() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -48,6 +49,9 @@ class Recorder {
   [[nodiscard]] int Count(const std::string& name) const;
   /// Forgets statements, calls and a planned fault. Objects that were given out stay wrapped.
   void Clear();
+
+  /// Calls `deed` with each statement, just before it runs.
+  void BeforeEach(std::function<void(const std::string&)> deed);
 
   /// Lets the n-th call from now on fail (0: the next), once. A call that does not allow the fault
   /// passes unharmed; `Fired` tells.

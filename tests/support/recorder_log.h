@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -23,6 +24,11 @@ struct RecorderLog {
   };
   std::optional<Planned> planned;
   bool fired = false;
+  std::function<void(const std::string&)> before;  ///< called with each statement that is to run
+  void Statement(const std::string& sql) {
+    statements.push_back(sql);
+    if (before) before(sql);
+  }
 
   /// Notes a call and gives the fault that it shall show, `kThrow` excepted, which throws here.
   std::optional<Planned> Note(HostCall call) {
