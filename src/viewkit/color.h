@@ -15,6 +15,7 @@ inline constexpr Color kHighlight = 0x8000000D;
 inline constexpr Color kHighlightText = 0x8000000E;
 inline constexpr Color kButtonFace = 0x8000000F;
 inline constexpr Color kGrayText = 0x80000011;
+inline constexpr Color kButtonText = 0x80000012;
 inline constexpr Color kInfoBackground = 0x80000018;
 /// The widget's own default.
 inline constexpr Color kDefault = 0xFFFFFFFF;

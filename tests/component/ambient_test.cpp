@@ -24,6 +24,7 @@ using component::Face;
 /// The properties that a container offers to all its controls.
 struct Ambients {
   long back_color = 0x00C0D0E0;
+  long fore_color = 0x00403020;
   std::wstring face = viewkit::win32::FontSpec::System().face;  // one that is there
   int points = 15;
 };
@@ -102,6 +103,8 @@ class Site : public component::Identity,
                       UINT*) noexcept override {
     if (id == DISPID_AMBIENT_FONT) {
       *result = Variant(FontOf(ambients_)).Detach();
+    } else if (id == DISPID_AMBIENT_FORECOLOR) {
+      *result = Variant(std::int32_t{ambients_.fore_color}).Detach();
     } else if (id == DISPID_AMBIENT_BACKCOLOR) {
       *result = Variant(std::int32_t{ambients_.back_color}).Detach();
     } else {
@@ -132,6 +135,17 @@ LOGFONTW FontOfChild(const ComPtr<IUnknown>& control, const char* name) {
   return facts;
 }
 
+/// In which colour the view has its labels drawn.
+COLORREF TextColorOf(HWND view) {
+  const HDC dc = GetDC(view);
+  const HWND label = GetWindow(view, GW_CHILD);
+  SendMessageW(view, WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
+               reinterpret_cast<LPARAM>(label));
+  const COLORREF color = GetTextColor(dc);
+  ReleaseDC(view, dc);
+  return color;
+}
+
 TEST(AmbientProperties, GiveTheControlItsFontAndColourAndChangeThem) {
   const viewkit::win32::OwnedWindow window(CreateWindowExW(
       0, L"STATIC", L"", WS_POPUP, 0, 0, 400, 300, nullptr, nullptr, nullptr, nullptr));
@@ -157,11 +171,15 @@ TEST(AmbientProperties, GiveTheControlItsFontAndColourAndChangeThem) {
   const auto pixels = [&] { return MulDiv(ambients.points, GetDpiForWindow(window.Get()), 72); };
   EXPECT_NEAR(-font.lfHeight, pixels(), 1);
   EXPECT_EQ(font.lfWeight, FW_BOLD);
+  const HWND view = GetWindow(window.Get(), GW_CHILD);
+  EXPECT_EQ(TextColorOf(view), 0x00403020U);
   ambients.points = 11;
   ambients.back_color = 0x00102030;
+  ambients.fore_color = 0x00FFF0F0;
   EXPECT_EQ(control.As<IOleControl>()->OnAmbientPropertyChange(DISPID_UNKNOWN), S_OK);
   font = FontOfChild(control, "SearchBox1");
   EXPECT_NEAR(-font.lfHeight, pixels(), 1);
+  EXPECT_EQ(TextColorOf(view), 0x00FFF0F0U);
   EXPECT_EQ(control.As<_selKjkm>()->get_BackColor(&color), S_OK);
   EXPECT_EQ(color, ambients.back_color);
   // A colour that a caller has set counts more than the container's.

@@ -1,5 +1,7 @@
 #include "component/named_object.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cwchar>
 #include <exception>
 
@@ -71,8 +73,10 @@ HRESULT NamedObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
 
 HRESULT NamedObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments,
                             VARIANT* result, EXCEPINFO* exception, UINT*) noexcept {
-  const auto position = static_cast<std::size_t>(id - 1);
-  if (id < 1 || position >= members_.size()) return DISP_E_MEMBERNOTFOUND;
+  const auto unnamed = std::ranges::find(members_, L"", &Members::value_type::first);
+  const auto position = static_cast<std::size_t>(id == DISPID_VALUE ? unnamed - members_.begin()
+                                                                    : std::ptrdiff_t{id} - 1);
+  if (position >= members_.size()) return DISP_E_MEMBERNOTFOUND;
   const ComPtr<IDispatch> keep(this);
   try {
     const auto& [name, function] = members_[position];

@@ -46,8 +46,8 @@ class StubCall {
   const DISPPARAMS& arguments_;
 };
 
-/// An Automation object whose members are functions, found by name and by nothing else. Members
-/// that are properties look at `Puts`.
+/// An Automation object whose members are functions, found by name and by nothing else; the one
+/// without a name is the default member. Members that are properties look at `Puts`.
 class NamedObject : public component::Identity, public component::Face<IDispatch> {
  public:
   using Function = std::function<Variant(const StubCall& call)>;

@@ -377,6 +377,10 @@ Set view.Parameters = view
 view.Refresh
 Assert.True InStr(message.Caption, "Exists") > 0, "an object that is no collection: " & message.Caption
 Err.Clear
+Set view.Parameters = New RaisingParameters
+i = view.Parameters("any")
+Assert.True Err.Number <> 0 And Err.Description <> "", "the collection's default member fails"
+Err.Clear
 view.Parameters = 5
 Assert.True Err.Number <> 0, "a number is no collection"
 Err.Clear
@@ -404,3 +408,9 @@ view.Refresh
 Assert.Equal message.Caption, "", "no message again"
 Assert.Equal system.Wheel.Maximum, 3, "the range of a wheel without a first row"
 Assert.Equal Codes(grid), "1001 1002 100201 1122 2202 2203 ", "the list again"
+
+Class RaisingParameters
+  Public Default Function Item(key)
+    Err.Raise vbObjectError + 513, "host", "参数读不出"
+  End Function
+End Class

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "component/adapters/late_object.h"
 #include "component/base/bstr.h"
 #include "component/base/events.h"
 #include "component/event_sink.h"
@@ -121,6 +122,22 @@ class Picker : public testing::Test {
   ComPtr<IUnknown> object_;
   ComPtr<IPickerUI> picker_;
 };
+
+TEST_F(Picker, TellsWhatTheDefaultMemberOfACollectionRaises) {
+  ASSERT_EQ(Init(), S_OK);
+  const auto collection = NamedObject::Make({{L"", [](const StubCall&) -> Variant {
+                                                throw Raised{E_ACCESSDENIED, "参数读不出"};
+                                              }}});
+  EXPECT_EQ(picker_->putref_Parameters(collection.Get()), S_OK);
+  try {
+    (void)component::LateObject(object_.As<IDispatch>())
+        .Get(L"Parameters", {Variant(std::string_view("any"))});
+    FAIL() << "it gave a value";
+  } catch (const component::ComFailure& failure) {
+    EXPECT_STREQ(failure.what(), "参数读不出");
+    EXPECT_EQ(failure.Code(), E_ACCESSDENIED);
+  }
+}
 
 TEST_F(Picker, ReplacesTheStringsOfAnEarlyBoundCaller) {
   ASSERT_EQ(Init(), S_OK);

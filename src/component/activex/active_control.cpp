@@ -92,7 +92,10 @@ void ActiveControl::ApplyAmbients() {
     view_->SetBackColor(*color);
     applying_ambients_ = false;
   }
-  if (auto* window = in_place_.Window()) window->SetFont(site_.Font());
+  if (auto* window = in_place_.Window()) {
+    window->SetForeColor(site_.ForeColor());
+    window->SetFont(site_.Font());
+  }
 }
 
 void ActiveControl::SetExtent(const SIZEL& extent) {

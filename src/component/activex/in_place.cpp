@@ -56,6 +56,7 @@ void InPlace::CreateViewWindow(HWND parent, const RECT& position) {
   options.parent = parent;
   options.place = position;
   options.back_color = control_.View().BackColor();
+  options.fore_color = control_.ClientSite().ForeColor();
   options.font = control_.ClientSite().Font();
   options.resized = [this](int width, int height) { control_.View().Resize(width, height); };
   options.focus_changed = [this](bool focused) { FocusChanged(focused); };

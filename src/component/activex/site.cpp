@@ -24,10 +24,18 @@ std::optional<Variant> Site::Ambient(DISPID id) const {
   return value;
 }
 
-std::optional<viewkit::Color> Site::BackColor() const {
-  const auto value = Ambient(DISPID_AMBIENT_BACKCOLOR);
+std::optional<viewkit::Color> Site::AmbientColor(DISPID id) const {
+  const auto value = Ambient(id);
   if (!value || (value->Type() != VT_I4 && value->Type() != VT_UI4)) return {};
   return value->Get().ulVal;
+}
+
+std::optional<viewkit::Color> Site::BackColor() const {
+  return AmbientColor(DISPID_AMBIENT_BACKCOLOR);
+}
+
+viewkit::Color Site::ForeColor() const {
+  return AmbientColor(DISPID_AMBIENT_FORECOLOR).value_or(viewkit::color::kButtonText);
 }
 
 viewkit::win32::FontSpec Site::Font() const {

@@ -24,6 +24,8 @@ class Site {
   [[nodiscard]] ComPtr<IOleControlSite> Control() const { return client_.As<IOleControlSite>(); }
 
   [[nodiscard]] std::optional<viewkit::Color> BackColor() const;
+  /// Of texts on the background; the system's when the container has none.
+  [[nodiscard]] viewkit::Color ForeColor() const;
   /// The system's font when the container has none.
   [[nodiscard]] viewkit::win32::FontSpec Font() const;
   /// Empty when the container gives none.
@@ -32,6 +34,7 @@ class Site {
  private:
   /// An ambient property; nothing when the container does not know it.
   [[nodiscard]] std::optional<Variant> Ambient(DISPID id) const;
+  [[nodiscard]] std::optional<viewkit::Color> AmbientColor(DISPID id) const;
 
   ComPtr<IOleClientSite> client_;
 };

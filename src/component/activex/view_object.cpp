@@ -38,6 +38,7 @@ void ViewObject::DrawWithoutWindow(HDC dc, const RECT& area) {
   options.parent = parent.Get();
   options.place = {0, 0, width, height};
   options.back_color = control_.View().BackColor();
+  options.fore_color = control_.ClientSite().ForeColor();
   options.font = control_.ClientSite().Font();
   options.resized = [this](int wide, int high) { control_.View().Resize(wide, high); };
   const ViewWindow window(control_.View().Controls(), std::move(options));

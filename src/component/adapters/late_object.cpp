@@ -6,6 +6,7 @@
 #include <oleauto.h>
 
 #include "component/base/failure.h"
+#include "component/base/raised_exception.h"
 #include "viewkit/win32/wide.h"
 
 namespace tavrix::component {
@@ -29,37 +30,6 @@ DISPID FindMember(IDispatch& object, const wchar_t* member) {
   }
   return id;
 }
-
-/// An exception that an object has raised, with the ownership of its texts.
-class RaisedException {
- public:
-  RaisedException() = default;
-  RaisedException(const RaisedException&) = delete;
-  RaisedException& operator=(const RaisedException&) = delete;
-  ~RaisedException() {
-    SysFreeString(info_.bstrSource);
-    SysFreeString(info_.bstrDescription);
-    SysFreeString(info_.bstrHelpFile);
-  }
-  [[nodiscard]] EXCEPINFO* Put() { return &info_; }
-
-  [[nodiscard]] ComFailure Failure() {
-    if (info_.pfnDeferredFillIn != nullptr) info_.pfnDeferredFillIn(&info_);
-    const HRESULT code = Code();
-    const std::string text = TextOf(info_.bstrDescription);
-    return text.empty() ? FailureOfCall(code) : ComFailure(code, text);
-  }
-
- private:
-  [[nodiscard]] HRESULT Code() const {
-    if (FAILED(info_.scode)) return info_.scode;
-    // Visual Basic's own way to number an error.
-    if (info_.wCode != 0) return MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, info_.wCode);
-    return DISP_E_EXCEPTION;
-  }
-
-  EXCEPINFO info_{};
-};
 
 std::vector<VARIANT> Reversed(LateObject::Values arguments) {
   std::vector<VARIANT> reversed;

@@ -5,7 +5,9 @@
 #include <utility>
 #include <vector>
 
+#include "component/base/abi.h"
 #include "component/base/failure.h"
+#include "component/base/raised_exception.h"
 
 namespace tavrix::component {
 
@@ -203,9 +205,14 @@ HRESULT InvokeDefaultMember(void* object, const Member& member, const LateCall& 
   const ComPtr<IDispatch> target = owner.Object();
   if (!target) throw ComFailure(DISP_E_BADPARAMCOUNT);
   DISPPARAMS arguments = *call.arguments;
+  RaisedException raised;
   const HRESULT status = target->Invoke(DISPID_VALUE, IID_NULL, call.locale, call.flags, &arguments,
-                                        call.result, nullptr, call.bad_argument);
-  return status;
+                                        call.result, raised.Put(), call.bad_argument);
+  if (SUCCEEDED(status)) return status;
+  // Its text becomes the thread's, where the caller's exception is filled from.
+  return Guarded(IID_IDispatch, [&] {
+    throw status == DISP_E_EXCEPTION ? raised.Failure() : FailureOfCall(status);
+  });
 }
 
 }  // namespace

@@ -40,6 +40,15 @@ void PeerHost::SetFont(const FontSpec& font) {
 void PeerHost::SetBackColor(Color color) {
   context_->back_color = color;
   context_->back_brush.reset(CreateSolidBrush(ToColorRef(color, color::kButtonFace)));
+  RedrawAll();
+}
+
+void PeerHost::SetForeColor(Color color) {
+  context_->fore_color = color;
+  RedrawAll();
+}
+
+void PeerHost::RedrawAll() {
   if (Alive()) RedrawWindow(Hwnd(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
@@ -142,6 +151,7 @@ std::optional<LRESULT> PeerHost::Paint(UINT message, WPARAM wparam) {
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORBTN:
       SetBkColor(dc, ToColorRef(context_->back_color, color::kButtonFace));
+      SetTextColor(dc, ToColorRef(context_->fore_color, color::kButtonText));
       return reinterpret_cast<LRESULT>(context_->back_brush.get());
     default:
       return {};

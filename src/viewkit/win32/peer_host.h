@@ -13,6 +13,7 @@ namespace tavrix::viewkit::win32 {
 class PeerHost : public Window {
  public:
   void SetBackColor(Color color);
+  void SetForeColor(Color color);
   void SetFont(const FontSpec& font);
   [[nodiscard]] const Scale& GetScale() const { return context_->scale; }
   /// Draws the window with its controls; `area` is the target in `dc`.
@@ -47,6 +48,7 @@ class PeerHost : public Window {
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:
+  void RedrawAll();
   void Erase(HDC dc) const;
   void PassOn(UINT message, WPARAM wparam, LPARAM lparam);
   std::optional<LRESULT> Reflect(UINT message, WPARAM wparam, LPARAM lparam);

@@ -131,7 +131,8 @@ void TabPeer::PaintTab(HDC dc, const RECT& place, int tab) const {
     Fill(dc, {place.left, place.top, place.right, place.bottom - 1},
          Blend(GetSysColor(COLOR_WINDOW), back, 50));
   }
-  SetTextColor(dc, GetSysColor(strip_.Enabled() ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
+  const Color fore = current ? color::kWindowText : Context().fore_color;
+  SetTextColor(dc, ToColorRef(strip_.Enabled() ? fore : color::kGrayText));
   const std::wstring caption = Wide(strip_.TabCaption(tab));
   DrawTextW(dc, caption.c_str(), static_cast<int>(caption.size()), &text,
             DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);

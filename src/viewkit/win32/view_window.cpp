@@ -47,6 +47,7 @@ void ViewWindow::State::Open(const ControlList& controls) {
                        .place = options_.place,
                        .parent = options_.parent});
   Prepare(options_.back_color, options_.font);
+  SetForeColor(options_.fore_color);
   OnResized();
   OpenPeers(controls);
   ShowWindow(Hwnd(), SW_SHOWNA);
@@ -143,6 +144,10 @@ void ViewWindow::SetShown(bool shown) {
 
 void ViewWindow::SetBackColor(Color color) {
   state_->SetBackColor(color);
+}
+
+void ViewWindow::SetForeColor(Color color) {
+  state_->SetForeColor(color);
 }
 
 void ViewWindow::SetFont(const FontSpec& font) {

@@ -29,6 +29,7 @@ struct ViewWindowOptions {
   HWND parent = nullptr;
   RECT place{};  ///< in pixels of the parent's client area
   Color back_color = color::kButtonFace;
+  Color fore_color = color::kButtonText;  ///< of the texts that lie on the view itself
   FontSpec font = FontSpec::System();
   /// The client area has another size (twips): the view lays its controls out. Also called once
   /// on creation, before any control has a window, and when the resolution changes.
@@ -60,6 +61,7 @@ class ViewWindow {
   void SetPlace(const RECT& place);
   void SetShown(bool shown);
   void SetBackColor(Color color);
+  void SetForeColor(Color color);
   void SetFont(const FontSpec& font);
 
   /// Dots per inch of the monitor the window is on, and the conversions that follow from it.
