@@ -139,7 +139,8 @@ SettingsText::SettingsText(std::string_view text) {
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     std::string_view line = text.substr(0, end);
-    if (line.ends_with('\r')) line.remove_suffix(1);
+    // Where line ends are plain a carriage return is a part of its line, and stays with it.
+    if (line_end_.size() > 1 && line.ends_with('\r')) line.remove_suffix(1);
     section = AddLine(std::string(line), section);
     text.remove_prefix(std::min(end + 1, text.size()));
   }

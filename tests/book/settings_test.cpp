@@ -77,6 +77,7 @@ TEST(SettingsTextTest, KeepsHowTheFileWasSaved) {
   std::string swapped;
   for (std::size_t i = 0; i < wide.size(); i += 2) swapped += {wide[i + 1], wide[i]};
   EXPECT_EQ(written(swapped + '\0'), written(wide)) << "the other byte order, and half a unit";
+  EXPECT_EQ(written("[A]\nk=1\nx\r\r\n"), "[A]\nk=2\nx\r\r\n");
   EXPECT_EQ(written("[A]\n[B]\nx=1\n[a]\nk=1"), "[A]\n[B]\nx=1\n[a]\nk=2\n");
   EXPECT_EQ(written("[A]\n[B]\n[a]\n"), "[A]\nk=2\n[B]\n[a]\n");
   const std::string noise("\0\x1B\xC3(\n[A]\n\xB2\xE2\n", 12);
