@@ -175,7 +175,21 @@ std::unique_ptr<Rows> OdbcConnection::Query(const std::string& sql, Origin origi
     if (!IsQuery(sql)) throw DatabaseError(Trouble::kRefused, "这条语句不是查询");
   }
   MakeReady();
-  return std::make_unique<OdbcRows>(link_, Run(sql, parameters));
+  return std::make_unique<OdbcRows>(link_, RunQuery(sql, parameters));
+}
+
+OdbcHandle OdbcConnection::RunQuery(const std::string& sql, Values parameters) {
+  try {
+    return Run(sql, parameters);
+  } catch (const DatabaseError&) {
+    if (!link_->Dead() || in_transaction_) throw;
+    try {
+      MakeReady();
+    } catch (const DatabaseError&) {  // the caller reports that the connection was lost
+    }
+    if (link_->Dead()) throw;
+  }
+  return Run(sql, parameters);
 }
 
 std::int64_t OdbcConnection::Execute(const std::string& sql, Origin origin, Values parameters) {

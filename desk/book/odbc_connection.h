@@ -33,6 +33,8 @@ class OdbcConnection : public Connection {
   void Connect();
   void MakeReady();
   [[nodiscard]] OdbcHandle Run(const std::string& sql, Values parameters);
+  /// A query whose connection has gone is sent once more over a new one: it changes nothing.
+  [[nodiscard]] OdbcHandle RunQuery(const std::string& sql, Values parameters);
   [[nodiscard]] std::int64_t Change(const std::string& sql, Values parameters);
   [[nodiscard]] bool FindTable(const std::string& table);
   void TakeWriteLock();

@@ -285,6 +285,9 @@ TEST_F(ServerTest, AfterTheServerWentAwayTheNextStatementsConnectAnew) {
   EXPECT_THAT(book.System()->NewIdentifier("gl_code", "i_id").error, HasSubstr("没有响应"));
   user.Back();
   EXPECT_EQ(host::ExecuteSql(*book.System(), sql), "");
+  // A query can be sent again; a change that may have been carried out cannot.
+  user.Away();
+  user.Back();
   EXPECT_EQ(Scalar(book, "select chelp from gl_code where i_id=1"), "kcxjx");
   {
     Transaction transaction(book.GetSession());
