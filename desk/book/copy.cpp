@@ -48,6 +48,7 @@ Part PartOf(Connection& source, const Table& table) {
 
 std::vector<host::Value> RowOf(const Rows& rows) {
   std::vector<host::Value> row;
+  row.reserve(static_cast<std::size_t>(rows.Columns()));
   for (int column = 0; column < rows.Columns(); ++column) row.push_back(rows.Get(column));
   return row;
 }

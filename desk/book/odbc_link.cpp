@@ -73,7 +73,7 @@ void OdbcLink::Check(SQLRETURN result) {
 }
 
 void OdbcLink::Fail(SQLSMALLINT kind, SQLHANDLE handle) {
-  const DatabaseError error = OdbcError(kind, handle, flavor_);
+  const auto error = OdbcError(kind, handle, flavor_);
   SQLUINTEGER dead = SQL_CD_FALSE;
   SQLGetConnectAttrW(Get(), SQL_ATTR_CONNECTION_DEAD, &dead, SQL_IS_UINTEGER, nullptr);
   if (error.Reason() == Trouble::kGone) dead_ = true;
@@ -81,7 +81,7 @@ void OdbcLink::Fail(SQLSMALLINT kind, SQLHANDLE handle) {
     dead_ = true;
     throw DatabaseError(Trouble::kGone, std::string("与数据库服务器的连接已断开：") + error.what());
   }
-  throw error;
+  throw DatabaseError(error);
 }
 
 }  // namespace desk::book

@@ -7,6 +7,8 @@
 
 namespace tavrix::maintenance {
 
+// A copy: the host may start the view anew in these calls, and the session with it.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void Kjkm::ArmWheel(std::shared_ptr<Session> session) {
   const auto wheel = host::Required(session->mcMouseEvent, "MouseEvent");
   const viewkit::FlexGrid& grid = CurrentGrid();

@@ -77,23 +77,18 @@ RECT Notice::Place() const {
   return {dialog.left, top, dialog.right, top + height};
 }
 
-void Notice::Paint() {
+void Notice::Paint(HDC dc, const RECT& area) {
   const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
-  const win32::PaintScope paint(Hwnd());
-  HDC dc = paint.Dc();
-  RECT area{};
-  GetClientRect(Hwnd(), &area);
-  const COLORREF edge = loading_ ? kErrorColor : kWarningColor;
-  FillBox(dc, area, edge);
-  InflateRect(&area, -design(1), -design(1));
-  area.left += design(3);
-  FillBox(dc, area, loading_ ? RGB(253, 240, 238) : RGB(255, 248, 230));
+  FillBox(dc, area, loading_ ? kErrorColor : kWarningColor);
+  const RECT inside{area.left + design(4), area.top + design(1), area.right - design(1),
+                    area.bottom - design(1)};
+  FillBox(dc, inside, loading_ ? RGB(253, 240, 238) : RGB(255, 248, 230));
   const int icon = design(20);
   PaintIcon(dc, loading_ ? Icon::kError : Icon::kWarning, design(14), design(9), icon);
   const win32::Selected font(dc, style_->Font());
   SetBkMode(dc, TRANSPARENT);
   SetTextColor(dc, RGB(40, 40, 40));
-  RECT text{design(44), design(10), area.right - design(12), area.bottom};
+  RECT text{design(44), design(10), inside.right - design(12), inside.bottom};
   DrawTextW(dc, text_.c_str(), -1, &text, kTextFlags);
 }
 
@@ -108,11 +103,6 @@ void Notice::OnTimer() {
 
 LRESULT Notice::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
-    case WM_PAINT:
-      Paint();
-      return 0;
-    case WM_ERASEBKGND:
-      return 1;
     case WM_MOUSEACTIVATE:
       return MA_NOACTIVATE;
     case WM_LBUTTONUP:
@@ -122,7 +112,7 @@ LRESULT Notice::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       OnTimer();
       return 0;
     default:
-      return Window::OnMessage(message, wparam, lparam);
+      return Pane::OnMessage(message, wparam, lparam);
   }
 }
 

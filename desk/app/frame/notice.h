@@ -5,15 +5,15 @@
 #include <memory>
 #include <string>
 
+#include "app/frame/pane.h"
 #include "app/frame/report_pane.h"
 #include "app/frame/style.h"
-#include "viewkit/win32/window.h"
 
 namespace desk::app {
 
 /// A report shown at the foot of an open dialog, above it, without taking the focus: while a dialog
 /// is open nobody looks at the frame behind it. It goes with the dialog, on a click, or in time.
-class Notice : public tavrix::viewkit::win32::Window {
+class Notice : public Pane {
  public:
   [[nodiscard]] static std::shared_ptr<Notice> Show(HWND dialog, const Report& report);
   /// Shows another report in its place.
@@ -25,7 +25,7 @@ class Notice : public tavrix::viewkit::win32::Window {
   [[nodiscard]] RECT Place() const;
   void MoveToPlace();
   [[nodiscard]] int TextHeight(int width) const;
-  void Paint();
+  void Paint(HDC dc, const RECT& area) override;
   void OnTimer();
 
   HWND dialog_ = nullptr;

@@ -129,11 +129,9 @@ void ReportPane::SetDesignHeight(int height) {
 }
 
 void ReportPane::Arrange() {
-  RECT area{};
-  GetClientRect(Hwnd(), &area);
+  const RECT area = Client();
   MoveWindow(list_.Get(), 0, style_->strip_height, area.right,
              std::max(0L, area.bottom - style_->strip_height), TRUE);
-  InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
 RECT ReportPane::ClearButton() const {
@@ -143,12 +141,9 @@ RECT ReportPane::ClearButton() const {
   return {area.right - width, 0, area.right, style_->strip_height};
 }
 
-void ReportPane::PaintHeading() {
-  const win32::PaintScope paint(Hwnd());
-  RECT area{};
-  GetClientRect(Hwnd(), &area);
-  area.bottom = style_->strip_height;
-  back_buffer_.Paint(paint.Dc(), area, [&](HDC dc) { DrawHeading(dc, area); });
+void ReportPane::Paint(HDC dc, const RECT& area) {
+  const RECT heading{0, 0, area.right, style_->strip_height};
+  back_buffer_.Paint(dc, heading, [&](HDC buffer) { DrawHeading(buffer, heading); });
 }
 
 void ReportPane::DrawHeading(HDC dc, const RECT& area) const {
@@ -221,14 +216,6 @@ void ReportPane::CopySelected() const {
 LRESULT ReportPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   const POINT at{GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)};
   switch (message) {
-    case WM_SIZE:
-      Arrange();
-      return 0;
-    case WM_ERASEBKGND:
-      return 1;
-    case WM_PAINT:
-      PaintHeading();
-      return 0;
     case WM_LBUTTONDOWN:
       OnClick(at);
       return 0;
@@ -251,7 +238,7 @@ LRESULT ReportPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     default:
       break;
   }
-  return Window::OnMessage(message, wparam, lparam);
+  return Pane::OnMessage(message, wparam, lparam);
 }
 
 }  // namespace desk::app

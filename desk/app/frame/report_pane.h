@@ -7,10 +7,10 @@
 #include <string>
 
 #include "app/frame/icons.h"
+#include "app/frame/pane.h"
 #include "app/frame/style.h"
 #include "viewkit/win32/back_buffer.h"
 #include "viewkit/win32/handles.h"
-#include "viewkit/win32/window.h"
 
 namespace desk::app {
 
@@ -23,7 +23,7 @@ struct Report {
 
 /// The list of error reports at the bottom of the frame: a heading that opens and closes it, and
 /// the reports below, the newest last.
-class ReportPane : public tavrix::viewkit::win32::Window {
+class ReportPane : public Pane {
  public:
   /// `layout_changed`: the pane wants another height than it has.
   [[nodiscard]] static std::shared_ptr<ReportPane> Make(HWND parent, SharedStyle style,
@@ -43,8 +43,8 @@ class ReportPane : public tavrix::viewkit::win32::Window {
  private:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
   void CreateList();
-  void Arrange();
-  void PaintHeading();
+  void Arrange() override;
+  void Paint(HDC dc, const RECT& area) override;
   void DrawHeading(HDC dc, const RECT& area) const;
   [[nodiscard]] RECT ClearButton() const;
   [[nodiscard]] bool OnSplitter(int y) const;

@@ -105,17 +105,12 @@ void SearchStrip::Arrange() {
 }
 
 RECT SearchStrip::CloseButton() const {
-  RECT area{};
-  GetClientRect(Hwnd(), &area);
-  return {area.right - style_->scale.Design(32), 0, area.right, area.bottom};
+  const RECT area = Client();
+  return CrossArea(area, area.bottom, *style_);
 }
 
-void SearchStrip::Paint() {
+void SearchStrip::Paint(HDC dc, const RECT& area) {
   const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
-  const win32::PaintScope paint(Hwnd());
-  HDC dc = paint.Dc();
-  RECT area{};
-  GetClientRect(Hwnd(), &area);
   FillPane(dc, area, *style_);
   const int icon = style_->small_icon_pixels;
   const int top = (area.bottom - icon) / 2;
@@ -124,7 +119,7 @@ void SearchStrip::Paint() {
   DrawLine(dc, plan_.label, {design(34), 0, area.right, area.bottom}, TextColor());
   const RECT close = CloseButton();
   DrawLine(dc, answer_.c_str(), {answer_left_, 0, close.left, area.bottom}, FaintColor());
-  PaintIcon(dc, Icon::kClose, close.left + (close.right - close.left - icon) / 2, top, icon);
+  PaintCross(dc, close, *style_);
 }
 
 void SearchStrip::OnCommand(int id) {
@@ -135,15 +130,6 @@ void SearchStrip::OnCommand(int id) {
 
 LRESULT SearchStrip::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
-    case WM_SIZE:
-      Arrange();
-      InvalidateRect(Hwnd(), nullptr, FALSE);
-      return 0;
-    case WM_ERASEBKGND:
-      return 1;
-    case WM_PAINT:
-      Paint();
-      return 0;
     case WM_LBUTTONDOWN: {
       const RECT close = CloseButton();
       if (PtInRect(&close, {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)})) plan_.on_close();
@@ -156,7 +142,7 @@ LRESULT SearchStrip::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       SetFocus(box_);
       return 0;
     default:
-      return Window::OnMessage(message, wparam, lparam);
+      return Pane::OnMessage(message, wparam, lparam);
   }
 }
 

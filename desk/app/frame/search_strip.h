@@ -7,9 +7,9 @@
 #include <string>
 
 #include "app/frame/icons.h"
+#include "app/frame/pane.h"
 #include "app/frame/style.h"
 #include "viewkit/win32/handles.h"
-#include "viewkit/win32/window.h"
 
 namespace desk::app {
 
@@ -26,7 +26,7 @@ struct SearchStripPlan {
 };
 
 /// A strip above the view with a box for one text: the find bar and the filter bar.
-class SearchStrip : public tavrix::viewkit::win32::Window {
+class SearchStrip : public Pane {
  public:
   [[nodiscard]] static std::shared_ptr<SearchStrip> Make(HWND parent, SharedStyle style,
                                                          SearchStripPlan plan);
@@ -46,8 +46,8 @@ class SearchStrip : public tavrix::viewkit::win32::Window {
  private:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
   [[nodiscard]] HWND AddChild(const wchar_t* class_name, const wchar_t* text, DWORD style, int id);
-  void Arrange();
-  void Paint();
+  void Arrange() override;
+  void Paint(HDC dc, const RECT& area) override;
   void OnCommand(int id);
   [[nodiscard]] RECT CloseButton() const;
 

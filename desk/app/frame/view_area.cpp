@@ -35,12 +35,8 @@ void ViewArea::SetEmptyText(std::wstring headline, std::wstring advice) {
   InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
-void ViewArea::Paint() {
+void ViewArea::Paint(HDC dc, const RECT& area) {
   const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
-  const win32::PaintScope paint(Hwnd());
-  HDC dc = paint.Dc();
-  RECT area{};
-  GetClientRect(Hwnd(), &area);
   FillBox(dc, area, GetSysColor(COLOR_WINDOW));
   const int line = style_->fonts.LinePixels();
   const int icon = design(48);
@@ -55,24 +51,9 @@ void ViewArea::Paint() {
 }
 
 LRESULT ViewArea::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-  switch (message) {
-    case WM_SIZE: {
-      RECT area{};
-      GetClientRect(Hwnd(), &area);
-      calls_.resized(area);
-      return 0;
-    }
-    case WM_ERASEBKGND:
-      return 1;
-    case WM_PAINT:
-      Paint();
-      return 0;
-    case WM_SETFOCUS:
-      calls_.focused();
-      return 0;
-    default:
-      return Window::OnMessage(message, wparam, lparam);
-  }
+  if (message != WM_SETFOCUS) return Pane::OnMessage(message, wparam, lparam);
+  calls_.focused();
+  return 0;
 }
 
 }  // namespace desk::app

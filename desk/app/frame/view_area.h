@@ -6,13 +6,13 @@
 #include <memory>
 #include <string>
 
+#include "app/frame/pane.h"
 #include "app/frame/style.h"
-#include "viewkit/win32/window.h"
 
 namespace desk::app {
 
 /// The middle of the frame, in which the view's control lives. Without one it says why.
-class ViewArea : public tavrix::viewkit::win32::Window {
+class ViewArea : public Pane {
  public:
   struct Calls {
     std::function<void(const RECT&)> resized;
@@ -26,7 +26,8 @@ class ViewArea : public tavrix::viewkit::win32::Window {
 
  private:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
-  void Paint();
+  void Arrange() override { calls_.resized(Client()); }
+  void Paint(HDC dc, const RECT& area) override;
 
   SharedStyle style_;
   Calls calls_;

@@ -115,14 +115,10 @@ void PickerDropDown::Arrange() {
   const RECT place = ControlArea();
   MoveWindow(area_, 0, 0, place.right, place.bottom, TRUE);
   if (picker_) picker_->Container().SetArea(place);
-  InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
-void PickerDropDown::Paint() {
-  const win32::PaintScope paint(Hwnd());
-  RECT area{};
-  GetClientRect(Hwnd(), &area);
-  FillBox(paint.Dc(), area, FaceColor());
+void PickerDropDown::Paint(HDC dc, const RECT& area) {
+  FillBox(dc, area, FaceColor());
 }
 
 LRESULT PickerDropDown::PartAt(POINT screen) const {
@@ -159,14 +155,6 @@ bool PickerDropDown::Translate(MSG& message) {
 
 LRESULT PickerDropDown::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
-    case WM_SIZE:
-      Arrange();
-      return 0;
-    case WM_ERASEBKGND:
-      return 1;
-    case WM_PAINT:
-      Paint();
-      return 0;
     case WM_NCHITTEST:
       return PartAt({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
     case WM_GETMINMAXINFO:
@@ -186,7 +174,7 @@ LRESULT PickerDropDown::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       if (picker_) static_cast<void>(picker_->Container().Focus());
       return 0;
     default:
-      return Window::OnMessage(message, wparam, lparam);
+      return Pane::OnMessage(message, wparam, lparam);
   }
 }
 

@@ -7,16 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "app/frame/pane.h"
 #include "app/frame/style.h"
 #include "app/posting/account_picker.h"
-#include "viewkit/win32/window.h"
 
 namespace desk::app {
 
 /// The account picker in a window that drops down from a field. It closes when accounts have been
 /// picked, when the user gives up, and when the user goes elsewhere. Its edges at the right and
 /// below can be dragged.
-class PickerDropDown : public tavrix::viewkit::win32::Window {
+class PickerDropDown : public Pane {
  public:
   struct Calls {
     /// The drop-down has closed; no codes when nothing was picked.
@@ -49,8 +49,8 @@ class PickerDropDown : public tavrix::viewkit::win32::Window {
   void OnGone() override { picker_.reset(); }
   void Close(const std::vector<std::wstring>& codes);
   void SetModeless(bool modeless);
-  void Arrange();
-  void Paint();
+  void Arrange() override;
+  void Paint(HDC dc, const RECT& area) override;
   [[nodiscard]] RECT ControlArea() const;
   [[nodiscard]] LRESULT PartAt(POINT screen) const;
   [[nodiscard]] bool ClosesBy(const MSG& message) const;

@@ -119,8 +119,7 @@ void PostingPane::Place(HWND window, int left, int top, int width, int height) {
 void PostingPane::Arrange() {
   if (post_ == nullptr) return;
   const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
-  RECT area{};
-  GetClientRect(Hwnd(), &area);
+  const RECT area = Client();
   const int width = static_cast<int>(area.right);
   const int height = style_->fonts.LinePixels() + design(8);
   int top = style_->strip_height + design(4);
@@ -199,23 +198,17 @@ void PostingPane::ArrangeFoot(int top, int height, int width) {
 }
 
 RECT PostingPane::CloseButton() const {
-  RECT area{};
-  GetClientRect(Hwnd(), &area);
-  return {area.right - style_->scale.Design(32), 0, area.right, style_->strip_height};
+  return CrossArea(Client(), style_->strip_height, *style_);
 }
 
-void PostingPane::Paint() {
+void PostingPane::Paint(HDC dc, const RECT& area) {
   const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
-  const win32::PaintScope paint(Hwnd());
-  HDC dc = paint.Dc();
-  RECT area{};
-  GetClientRect(Hwnd(), &area);
   FillPane(dc, area, *style_);
   const int icon = style_->small_icon_pixels;
   const int top = (style_->strip_height - icon) / 2;
   PaintIcon(dc, Icon::kVoucher, design(8), top, icon);
   const RECT close = CloseButton();
-  PaintIcon(dc, Icon::kClose, close.left + (close.right - close.left - icon) / 2, top, icon);
+  PaintCross(dc, close, *style_);
   const win32::Selected font(dc, style_->BoldFont());
   DrawLine(dc, L"录入凭证", {design(30), 0, close.left, style_->strip_height}, TextColor());
   PaintFoot(dc, foot_);

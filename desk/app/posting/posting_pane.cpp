@@ -366,14 +366,6 @@ void PostingPane::OnNotice(const NMHDR& header) {
 
 LRESULT PostingPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
-    case WM_SIZE:
-      Arrange();
-      return 0;
-    case WM_ERASEBKGND:
-      return 1;
-    case WM_PAINT:
-      Paint();
-      return 0;
     case WM_LBUTTONDOWN: {
       const RECT close = CloseButton();
       if (PtInRect(&close, {GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)})) plan_.close();
@@ -394,7 +386,7 @@ LRESULT PostingPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     case DM_GETDEFID:  // the button that looks like the one that Enter means
       return MAKELRESULT(IDOK, DC_HASDEFID);
     default:
-      return Window::OnMessage(message, wparam, lparam);
+      return Pane::OnMessage(message, wparam, lparam);
   }
 }
 

@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "app/frame/pane.h"
 #include "app/frame/style.h"
 #include "app/posting/account_field.h"
 #include "app/posting/posting_account.h"
 #include "book/posting.h"
 #include "viewkit/win32/handles.h"
-#include "viewkit/win32/window.h"
 
 namespace desk::app {
 
@@ -34,7 +34,7 @@ struct PostingPlan {
 
 /// The pane in which vouchers are entered: a date and a summary, lines of accounts and amounts, and
 /// their sums.
-class PostingPane : public tavrix::viewkit::win32::Window {
+class PostingPane : public Pane {
  public:
   static constexpr int kDesignHeight = 264;
 
@@ -62,11 +62,11 @@ class PostingPane : public tavrix::viewkit::win32::Window {
   void CreateParts();
   void CreateList();
   [[nodiscard]] HWND Add(const wchar_t* class_name, const wchar_t* text, DWORD style, int id);
-  void Arrange();
+  void Arrange() override;
   int ArrangeHead(int top, int height, int width);
   int ArrangeEntry(int top, int height, int width);
   void ArrangeFoot(int top, int height, int width);
-  void Paint();
+  void Paint(HDC dc, const RECT& area) override;
   void PaintFoot(HDC dc, const RECT& area) const;
   void OnCommand(int id, int code);
   void OnEdit(int id);
