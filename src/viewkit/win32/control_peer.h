@@ -19,7 +19,7 @@ struct ViewContext : std::enable_shared_from_this<ViewContext> {
   std::unique_ptr<FontSet> fonts;
   BackBuffer buffer;
   Color back_color = color::kButtonFace;
-  Brush back_brush;  ///< of that colour
+  Brush back_brush;                       ///< of that colour
   Color fore_color = color::kButtonText;  ///< of the texts that lie on it
   /// A control's window has got (true) or lost the focus, before its model hears of it; with the
   /// window on the other side of the change.
