@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <vector>
 
 #include "host/text.h"
 
@@ -27,9 +28,27 @@ std::size_t EndOfValue(std::string_view text, std::size_t at) {
 }
 
 bool IsSecret(std::string_view key) {
-  using tavrix::host::EqualNoCase;
-  return EqualNoCase(tavrix::host::Trimmed(key), "pwd") ||
-         EqualNoCase(tavrix::host::Trimmed(key), "password");
+  return tavrix::host::EqualNoCase(key, "pwd") || tavrix::host::EqualNoCase(key, "password");
+}
+
+struct Part {
+  std::string_view text;   ///< all of it, up to the semicolon
+  std::string_view key;    ///< without blanks around it
+  std::string_view value;  ///< empty where there is no "="
+};
+
+std::vector<Part> PartsOf(std::string_view place) {
+  std::vector<Part> parts;
+  for (std::size_t at = 0; at < place.size();) {
+    const std::size_t sign = std::min(place.find_first_of("=;", at), place.size());
+    const bool has_value = sign < place.size() && place[sign] == '=';
+    const std::size_t end = has_value ? EndOfValue(place, sign + 1) : sign;
+    parts.push_back({.text = place.substr(at, end - at),
+                     .key = tavrix::host::Trimmed(place.substr(at, sign - at)),
+                     .value = has_value ? place.substr(sign + 1, end - sign - 1) : ""});
+    at = end + 1;
+  }
+  return parts;
 }
 
 }  // namespace
@@ -47,17 +66,30 @@ std::string_view DriverManagerText(std::string_view place) {
 std::string ShownPlace(std::string_view place) {
   if (!IsConnectionString(place)) return std::string(place);
   std::string shown;
-  for (std::size_t at = 0; at < place.size();) {
-    const std::size_t sign = place.find_first_of("=;", at);
-    const bool has_value = sign != std::string_view::npos && place[sign] == '=';
-    const std::size_t end = has_value ? EndOfValue(place, sign + 1) : std::min(sign, place.size());
-    const bool secret = has_value && IsSecret(place.substr(at, sign - at));
-    shown.append(secret ? place.substr(at, sign + 1 - at) : place.substr(at, end - at));
-    if (secret) shown += "***";
-    if (end < place.size()) shown += ';';
-    at = end + 1;
+  for (const Part& part : PartsOf(place)) {
+    if (!shown.empty()) shown += ';';
+    shown += part.text.substr(0, part.text.size() - part.value.size());
+    shown += IsSecret(part.key) ? "***" : part.value;
   }
-  return shown;
+  return place.ends_with(';') ? shown + ';' : shown;
+}
+
+std::string ShortPlace(std::string_view place) {
+  const std::vector<Part> parts = PartsOf(place);
+  const auto value = [&](std::string_view key) -> std::string_view {
+    const auto found = std::ranges::find_if(
+        parts, [&](const Part& part) { return tavrix::host::EqualNoCase(part.key, key); });
+    if (found == parts.end()) return {};
+    const std::string_view text = found->value;
+    return text.starts_with('{') && text.ends_with('}') ? text.substr(1, text.size() - 2) : text;
+  };
+  for (const char* key : {"database", "dsn", "dbq"}) {
+    const std::string_view name = value(key);
+    if (name.empty()) continue;
+    const std::string server(value("server"));
+    return std::string(name) + (server.empty() ? "" : "（" + server + "）");
+  }
+  return ShownPlace(place);
 }
 
 }  // namespace desk::book

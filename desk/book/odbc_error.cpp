@@ -64,6 +64,7 @@ bool IsDuplicate(const Diagnosis& diagnosis, Flavor flavor) {
 
 Meaning MeaningOf(const Diagnosis& diagnosis, Flavor flavor) {
   const std::string_view state = diagnosis.state;
+  if (state == "08001") return {Trouble::kGone, "不能连接数据库服务器"};
   if (state.starts_with("08") || state.starts_with("57P")) return kGoneMeaning;
   if (IsLock(diagnosis, flavor)) return kLockedMeaning;
   if (IsDuplicate(diagnosis, flavor)) {

@@ -32,6 +32,9 @@ TEST(ConnectionString, IsToldFromAFileAndShownWithoutItsPassword) {
   EXPECT_EQ(ShownPlace("ODBC;Driver={a;b};Uid=me;PWD={s;=e};Password=x;Port=1"),
             "ODBC;Driver={a;b};Uid=me;PWD=***;Password=***;Port=1");
   EXPECT_EQ(ShownPlace("C:\\pwd=x.book"), "C:\\pwd=x.book");
+  EXPECT_EQ(ShortPlace("Driver={a};SERVER=b.c; Database ={d;e};Pwd=x;"), "d;e（b.c）");
+  EXPECT_EQ(ShortPlace("DSN=books;Pwd=x"), "books");
+  EXPECT_EQ(ShortPlace("Driver={a;b};Pwd=x;"), "Driver={a;b};Pwd=***;");
 }
 
 /// What the script of an engine in docs/schema must hold.
@@ -120,7 +123,7 @@ TEST_F(ServerTest, AnUnreachableServerIsNamedWithoutThePassword) {
     (void)Book::Open(
         "Driver={PostgreSQL Unicode};Server=127.0.0.1;Port=1;Database=x;Uid=u;Pwd=p9;");
   });
-  EXPECT_THAT(text, testing::AllOf(HasSubstr("连接已断开"), HasSubstr("Pwd=***")));
+  EXPECT_THAT(text, testing::AllOf(HasSubstr("不能连接数据库服务器"), HasSubstr("Pwd=***")));
   EXPECT_THAT(text, testing::Not(HasSubstr("p9")));
   EXPECT_THAT(Failure([] { (void)Book::Open("Driver={no such};"); }), HasSubstr("ODBC 数据源"));
 }

@@ -42,9 +42,9 @@ bool MayBeThere(const std::wstring& place) {
   return IsOnServer(place) || fs::exists(place);
 }
 
-/// The book's place as it is shown: the file's name, or the connection without its password.
+/// The book's name as it is shown: the file's, or that of the database and its server.
 std::wstring NameOf(const std::wstring& place) {
-  if (IsOnServer(place)) return Wide(book::ShownPlace(Narrow(place)));
+  if (IsOnServer(place)) return Wide(book::ShortPlace(Narrow(place)));
   return fs::path(place).filename().wstring();
 }
 
@@ -328,7 +328,7 @@ void Desk::Show(book::Book book, const std::wstring& file) {
   book.Around().make_mouse_event = [] { return WindowWheel::Make(); };
   open_.emplace(OpenBook{.book = std::move(book), .file = file, .view = nullptr});
   // A connection with a password in it is not written down.
-  const bool secret = IsOnServer(file) && NameOf(file) != file;
+  const bool secret = IsOnServer(file) && book::ShownPlace(Narrow(file)) != Narrow(file);
   if (!secret) settings_.Remember(file);
   frame_->SetRecent(settings_.Recent());
   TellBook();
