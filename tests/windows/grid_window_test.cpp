@@ -333,6 +333,11 @@ TEST_F(GridWindowTest, ColumnsScrollSidewaysPastTheFrozenOne) {
   EXPECT_EQ(grid.Col(), 3);
   SendMessageW(Window(), WM_HSCROLL, SB_LINEUP, 0);
   EXPECT_EQ(grid.LeftCol(), 1);
+  grid.SetColWidth(3, 0);  // as a layout hides a column
+  SendMessageW(Window(), WM_HSCROLL, SB_LINEDOWN, 0);
+  EXPECT_EQ(grid.LeftCol(), 4);
+  SendMessageW(Window(), WM_HSCROLL, SB_LINEUP, 0);
+  EXPECT_EQ(grid.LeftCol(), 1);
   grid.SetFrozenCols(0);  // what scrolls again is seen again
   EXPECT_EQ(grid.LeftCol(), 0);
 }
