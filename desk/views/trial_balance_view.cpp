@@ -133,7 +133,14 @@ void TrialBalanceView::MakeStrip() {
   });
   by_first_level_.Clicked.Add([this] {
     if (filling_) return;
-    Trapped([this] { SetByFirstLevel(by_first_level_.Value() == CheckBox::kChecked); });
+    Trapped([this] {
+      try {
+        SetByFirstLevel(by_first_level_.Value() == CheckBox::kChecked);
+      } catch (...) {
+        ShowByFirstLevel();
+        throw;
+      }
+    });
   });
   layout_.Clicked.Add([this] { Trapped([this] { AskLayout(); }); });
   reload_.Clicked.Add([this] { Reload(); });

@@ -149,6 +149,11 @@ TEST_F(TrialBalanceViewTest, OpensWithoutAWordOnAnyLayoutFile) {
   }
   EXPECT_EQ(book::ReadFile(book::PathOf(Path())).size(), damaged[2].size());
   EXPECT_THAT(user_.questions, IsEmpty());
+  const auto view = Open();
+  Find<viewkit::CheckBox>(*view, "Chk").Click();
+  EXPECT_EQ(user_.questions.size(), 1u);
+  EXPECT_EQ(Find<viewkit::CheckBox>(*view, "Chk").Value(), viewkit::CheckBox::kUnchecked)
+      << "what cannot be kept is not so";
 }
 
 }  // namespace
