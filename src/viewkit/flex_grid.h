@@ -162,7 +162,7 @@ class FlexGrid : public Control, public host::Grid {
 
   // --- columns
   [[nodiscard]] int ColWidth(int col) const;
-  /// 0 hides the column; a negative width gives the default one.
+  /// 0 hides the column; a negative width gives the default one, and 1,000,000 twips is the most.
   void SetColWidth(int col, int width);
   [[nodiscard]] bool ColHidden(int col) const override;
   void SetColHidden(int col, bool hidden);

@@ -14,7 +14,8 @@ namespace tavrix::viewkit {
 
 namespace {
 
-constexpr int kWidestColumn = 30'000;
+constexpr int kWidestColumn = 30'000;  // by sizing to the content
+constexpr int kMostWidth = 1'000'000;  // at all, so that the widths can be added up
 /// Deeper levels are drawn no further to the right.
 constexpr int kDeepestIndent = 100;
 
@@ -39,7 +40,7 @@ int FlexGrid::ColWidth(int col) const {
 }
 
 void FlexGrid::SetColWidth(int col, int width) {
-  if (width < 0) width = State::kDefaultColWidth;
+  width = width < 0 ? State::kDefaultColWidth : std::min(width, kMostWidth);
   if (ColWidth(col) == width) return;
   Update([&](State& s) {
     s.At(col).width = width;

@@ -17,6 +17,8 @@ namespace {
 
 /// Decimal places that a number can show; more is damage.
 constexpr int kMostDecimals = 30;
+/// Bytes of a format that somebody has written; a longer one would be gone through for each cell.
+constexpr std::size_t kLongestFormat = 255;
 
 /// The settings that hold the decimal places of the value kinds 1 to 8.
 constexpr std::array<std::string_view, 8> kDecimalSettings = {
@@ -98,16 +100,22 @@ void LayoutReader::ApplyFormat(int col) {
     if (type == ColumnType::kDouble || type == ColumnType::kEmpty) {
       return grid_.SetColFormat(col, NumberFormat(col));
     }
-    const std::string stored =
-        file_.Read(layout::kFormat, LayoutFile::ColumnKey(col), grid_.ColFormat(col));
+    const std::string stored = StoredFormat(col);
     const bool of_number = stored.find("###") != std::string::npos;
     grid_.SetColFormat(col, of_number ? std::string() : std::string(host::Trimmed(stored)));
   });
 }
 
+std::string LayoutReader::StoredFormat(int col) const {
+  std::string stored =
+      file_.Read(layout::kFormat, LayoutFile::ColumnKey(col), grid_.ColFormat(col));
+  if (stored.size() > kLongestFormat) throw std::length_error("a format that nobody means");
+  return stored;
+}
+
 std::string LayoutReader::NumberFormat(int col) const {
   const std::string key = LayoutFile::ColumnKey(col);
-  const std::string stored = file_.Read(layout::kFormat, key, grid_.ColFormat(col));
+  const std::string stored = StoredFormat(col);
   const std::string_view format = host::Trimmed(stored);
   if (format.empty()) return {};
   const std::string_view whole = format.substr(0, format.find('.'));

@@ -34,6 +34,7 @@ class LayoutReader {
   void ApplyFormat(int col);
   void ApplyAlignment(int col);
   void NoteTotals(int col);
+  [[nodiscard]] std::string StoredFormat(int col) const;
   [[nodiscard]] std::string NumberFormat(int col) const;
 
   void ApplyTotals();

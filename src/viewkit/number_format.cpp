@@ -120,13 +120,28 @@ std::string Fixed(double number, int decimals) {
   return {digits.data(), end.ptr};
 }
 
+/// `Fixed` for more digits than a number holds: zeros stand behind its own ones, not the noise of
+/// its binary form.
+std::string FixedBeyond(double number, int decimals) {
+  std::array<char, 400> digits;
+  const auto end =
+      std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed);
+  std::string text(digits.data(), end.ptr);
+  const std::size_t point = text.find('.');
+  const std::size_t own = point == std::string::npos ? 0 : text.size() - point - 1;
+  const auto wanted = static_cast<std::size_t>(decimals);
+  if (own > wanted) return Fixed(number, decimals);
+  if (own == 0 && wanted > 0) text += '.';
+  return text.append(wanted - own, '0');
+}
+
 /// Away from zero at the half, as people round: the shortest decimal form of the number decides,
 /// not its binary one, so that 2.675 becomes 2.68.
 std::string Rounded(double number, int decimals) {
   const double scale = std::pow(10.0, decimals);
   const double scaled = number * scale;
   constexpr double kExact = 1e15;
-  if (scaled >= kExact) return Fixed(number, decimals);
+  if (scaled >= kExact) return FixedBeyond(number, decimals);
   const double nudged = std::floor(scaled * (1 + 4e-16) + 0.5);
   return Fixed(nudged / scale, decimals);
 }

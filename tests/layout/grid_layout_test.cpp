@@ -301,6 +301,7 @@ TEST_F(LayoutTest, BadFiles) {
       "[VsColWidth]\nVsCol0=99999999999999999999\n",
       "[VsColWidth]\nVsCol0=-1e300\n[Vs]\nVsRowHeight=1e10\nVsFixedCols=-99999999\n",
       "[Vs]\nVsFixedCols=-1\n",
+      "[VsColFormat]\nVsCol0=" + std::string(9000, '0'),
       "[VsColWidth]\n" + std::string(200'000, 'x') + "=5\n" + "VsCol0=" + std::string(9000, '9'),
       endless};
   for (const std::string& text : cases) {
@@ -309,9 +310,11 @@ TEST_F(LayoutTest, BadFiles) {
     FlexGrid grid("Vs");
     Fill(grid, {{"a", "b"}});
     grid.SetColWidth(0, 700);
+    grid.SetColFormat(0, "0.0");
     grid.SetFrozenCols(1);
     Apply(grid);
     EXPECT_EQ(grid.ColWidth(0), 700);
+    EXPECT_EQ(grid.ColFormat(0), "0.0");
     EXPECT_EQ(grid.FrozenCols(), 1);
     Save(grid);
     EXPECT_EQ(Stored("VsColWidth", "VsCol0"), "700") << "and what it holds now can be kept";

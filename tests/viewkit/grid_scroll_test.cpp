@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "viewkit/grid_support.h"
 
 namespace tavrix::viewkit {
@@ -106,6 +108,8 @@ TEST_F(GridScroll, ColumnsScrollPastTheStillOnes) {
   grid.SetFixedCols(9);
   EXPECT_EQ(grid.FixedCols(), 4);
   EXPECT_EQ(grid.FrozenCols(), 0);
+  for (int col = 0; col < 4; ++col) grid.SetColWidth(col, std::numeric_limits<int>::max());
+  EXPECT_EQ(grid.LeftCol(), 3);  // there is room for none, and the widths add up all the same
 }
 
 }  // namespace

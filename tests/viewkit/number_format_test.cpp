@@ -39,6 +39,10 @@ TEST(FormatNumberTest, WritesDigitsAsTheFormatSays) {
   EXPECT_EQ(FormatNumber(-5, "0.00;(0.00)"), "(5.00)");
   EXPECT_EQ(FormatNumber(-5, "0.00;"), "-5.00") << "money never disappears";
   EXPECT_EQ(FormatNumber(1e20, "#,##0"), "100,000,000,000,000,000,000");
+  EXPECT_EQ(FormatNumber(1234.56789, "0.####################"), "1234.56789");
+  EXPECT_EQ(FormatNumber(0.1, "0.00000000000000000"), "0.10000000000000000");
+  EXPECT_EQ(FormatNumber(4e15, "0.00"), "4000000000000000.00");
+  EXPECT_EQ(FormatNumber(1234567890123.4567, "0.00#"), "1234567890123.457");
 }
 
 TEST(DateTest, ReadsWrittenAndStoredDates) {
