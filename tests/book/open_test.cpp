@@ -3,13 +3,11 @@
 
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 #ifndef _WIN32
 #include <unistd.h>
 #endif
 
-#include "book/identifiers.h"
 #include "book/paths.h"
 #include "host/calls.h"
 #include "support/test_book.h"
@@ -210,26 +208,6 @@ TEST(IdentifierTest, RefusesWhatHasNoneToGive) {
   tavrix::test::Run(book, "insert into gl_code(i_id,ccode)values(2147483646,'9')");
   EXPECT_EQ(book.System()->NewIdentifier("gl_code", "i_ID").id, 2147483647);
   EXPECT_THAT(book.System()->NewIdentifier("gl_code", "i_ID").error, HasSubstr("用完"));
-}
-
-TEST_F(OpenTest, TwoDesksGetDifferentIdentifiers) {
-  (void)CreateBook();
-  constexpr int kEach = 40;
-  const auto draw = [this](std::vector<int>& ids) {
-    const Book book = Book::Open(File());
-    for (int i = 0; i < kEach; ++i) {
-      ids.push_back(NewIdentifier(book.GetSession(), "gl_code", "i_id"));
-    }
-  };
-  std::vector<int> mine;
-  std::vector<int> theirs;
-  std::thread other([&] { draw(theirs); });
-  draw(mine);
-  other.join();
-  mine.insert(mine.end(), theirs.begin(), theirs.end());
-  std::ranges::sort(mine);
-  EXPECT_EQ(std::ranges::adjacent_find(mine), mine.end());
-  EXPECT_EQ(mine.size(), 2U * kEach);
 }
 
 }  // namespace

@@ -1,13 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <thread>
 
 #include "book/connection_string.h"
-#include "book/identifiers.h"
 #include "book/posting.h"
 #include "book/schema.h"
 #include "host/calls.h"
@@ -230,26 +227,6 @@ TEST_F(ServerTest, ATransactionWithAFailedStatementIsNeverCommitted) {
   }
   EXPECT_EQ(Scalar(book, "select count(*) from gl_code"), "8");
   EXPECT_EQ(book.System()->NewIdentifier("gl_code", "i_id").id, 9);
-}
-
-TEST_F(ServerTest, TwoDesksGetDifferentIdentifiers) {
-  (void)CreateBook();
-  constexpr int kEach = 40;
-  const auto draw = [this](std::vector<int>& ids) {
-    const Book book = Book::Open(place_);
-    for (int i = 0; i < kEach; ++i) {
-      ids.push_back(NewIdentifier(book.GetSession(), "gl_code", "i_id"));
-    }
-  };
-  std::vector<int> mine;
-  std::vector<int> theirs;
-  std::thread other([&] { draw(theirs); });
-  draw(mine);
-  other.join();
-  mine.insert(mine.end(), theirs.begin(), theirs.end());
-  std::ranges::sort(mine);
-  EXPECT_EQ(std::ranges::adjacent_find(mine), mine.end());
-  EXPECT_EQ(mine.size(), 2U * kEach);
 }
 
 TEST_F(ServerTest, ABookOfOthersGetsTheDesksTableWhenItIsNeeded) {
