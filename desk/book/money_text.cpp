@@ -6,12 +6,10 @@ namespace desk::book {
 
 namespace {
 
+using tavrix::host::IsDigit;
+
 constexpr std::int64_t kMostWhole = 10'000'000'000'000;
 constexpr std::size_t kPlaces = 2;
-
-bool IsDigit(char unit) {
-  return unit >= '0' && unit <= '9';
-}
 
 /// The digits of `text`, of which there may be none; nothing when it holds anything else.
 std::optional<std::int64_t> Whole(std::string_view text) {

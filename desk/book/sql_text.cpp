@@ -11,13 +11,11 @@ namespace desk::book {
 
 namespace {
 
+using tavrix::host::IsDigit;
 using Kind = SqlToken::Kind;
 
 bool IsBlank(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
-}
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
 }
 /// Letters of every script: all bytes of a UTF-8 sequence count.
 bool IsWordPart(char c) {

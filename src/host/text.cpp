@@ -14,10 +14,6 @@ namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 /// One code point of UTF-8 text from `at` on, which moves behind it. A bad unit counts as one.
 char32_t NextCodePoint(std::string_view text, std::size_t& at) {
   const auto unit = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };

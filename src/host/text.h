@@ -24,6 +24,10 @@ namespace tavrix::host {
 [[nodiscard]] std::u16string ToUtf16(std::string_view text);
 [[nodiscard]] std::string ToUtf8(std::u16string_view text);
 
+[[nodiscard]] constexpr bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
 /// Length of `text` in UTF-16 units: what every rule on the length of a code or a name means.
 [[nodiscard]] std::size_t TextLength(std::string_view text);
 

@@ -12,12 +12,10 @@ namespace tavrix::viewkit {
 
 namespace {
 
+using host::IsDigit;
+
 /// Every whole number up to this is a double.
 constexpr double kExact = 9007199254740992.0;
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 /// What the plain way of reading does not know: blanks before the number, exponents, many digits.
 double ReadUncommon(std::string_view text) {

@@ -13,9 +13,7 @@ namespace tavrix::viewkit {
 
 namespace {
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
+using host::IsDigit;
 
 /// Most cells hold a short whole number: nothing but digits, maybe after a minus.
 std::optional<double> ShortWholeNumber(std::string_view text) {
