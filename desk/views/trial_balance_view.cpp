@@ -77,13 +77,12 @@ void AppendRow(host::RowSet& rows, const std::string& month, const book::TrialBa
   AppendAmount(rows, OnCredit(row.Closing()));
 }
 
-/// A user without a writable folder has no layout, and a table without totals.
 void WriteDefaultLayout(const std::string& path) {
   std::string text;
   for (const std::string_view line : embedded::kTrialBalanceLayout) {
     text.append(line).append("\r\n");
   }
-  host::Quietly([&] { book::ReplaceFile(book::PathOf(path), text); });
+  book::ReplaceFile(book::PathOf(path), text);
 }
 
 }  // namespace
@@ -99,7 +98,10 @@ TrialBalanceView::TrialBalanceView(book::Session& session,
   MakeGrid();
   controls_.Add(summary_);
   std::error_code error;
-  if (!fs::exists(book::PathOf(layout_path_), error)) WriteDefaultLayout(layout_path_);
+  if (!fs::exists(book::PathOf(layout_path_), error)) {
+    // Without a folder to write in there is no layout, and a table without totals.
+    host::Quietly([this] { WriteDefaultLayout(layout_path_); });
+  }
   ReadMonths();
   Load();
   ApplyLayout();

@@ -121,10 +121,14 @@ int GridPeer::RowsOnLastPage() const {
 }
 
 /// A column without width is passed over: it can never be the leftmost one that is seen.
+bool GridPeer::Seen(int col) const {
+  return !grid_.ColHidden(col) && grid_.ColWidth(col) > 0;
+}
+
 std::vector<int> GridPeer::ScrolledColumns() const {
   std::vector<int> columns;
   for (int col = grid_.FixedCols() + grid_.FrozenCols(); col < grid_.Cols(); ++col) {
-    if (!grid_.ColHidden(col) && grid_.ColWidth(col) > 0) columns.push_back(col);
+    if (Seen(col)) columns.push_back(col);
   }
   return columns;
 }
@@ -239,7 +243,7 @@ void GridPeer::Announce() {
   const int row = grid_.Row();
   std::string text;
   for (int col = 0; row >= grid_.FixedRows() && row < grid_.Rows() && col < grid_.Cols(); ++col) {
-    if (grid_.ColHidden(col)) continue;
+    if (!Seen(col)) continue;
     text += (text.empty() ? "" : " ") + grid_.DisplayText(row, col);
   }
   SetWindowTextW(Hwnd(), Wide(text).c_str());

@@ -51,6 +51,7 @@ class GridPeer : public ControlPeer {
   void SetBar(int bar, int count, int page, int position);
   [[nodiscard]] int TopPosition() const;
   [[nodiscard]] int RowsOnLastPage() const;
+  [[nodiscard]] bool Seen(int col) const;
   [[nodiscard]] std::vector<int> ScrolledColumns() const;
   [[nodiscard]] int ColumnsOnLastPage(const std::vector<int>& columns) const;
   void FollowScroll();
