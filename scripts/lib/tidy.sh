@@ -40,7 +40,7 @@ list_tidy_units() {
       file = value($0)
       if (index(file, root) != 1) next
       file = substr(file, length(root) + 1)
-      if (file !~ /^(src|desk|bench)\//) next
+      if (file !~ /^(src|desk|bench)\/.*\.cpp$/) next
       object = command; sub(/^.* -o /, "", object); sub(/ .*$/, "", object)
       print file "\t" object "\t" command
     }' "$build/$1/compile_commands.json" | sort -u -t $'\t' -k 1,1
