@@ -119,8 +119,8 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   bool LoadAccountList() noexcept;
   void ShowRows(host::Recordset& accounts);
   void ShowRowCount();
-  /// Rows of the list that are accounts and not totals of a layout.
   [[nodiscard]] bool HasTotals() const;
+  /// Rows of the list that are accounts and not totals of a layout.
   [[nodiscard]] int AccountRows() const;
 
   // Status of the controls
@@ -159,8 +159,8 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   void mfrmKjkm_EvHasLoad(bool pNew, std::int32_t plID) noexcept;
   void mfrmKjkm_ErrMessage(const std::string& psMsg) noexcept;
   void WriteRow(host::Recordset& account, bool is_new, const std::string& id);
-  /// The row of the account that was edited; negative when the list no longer shows it.
   void SortInto();
+  /// The row of the account that was edited; negative when the list no longer shows it.
   [[nodiscard]] int RowOfEdited(const std::string& id) const;
 
   // Mouse wheel

@@ -120,11 +120,11 @@ int GridPeer::RowsOnLastPage() const {
   return std::max(1, rows);
 }
 
-/// A column without width is passed over: it can never be the leftmost one that is seen.
 bool GridPeer::Seen(int col) const {
   return !grid_.ColHidden(col) && grid_.ColWidth(col) > 0;
 }
 
+/// A column without width is passed over: it can never be the leftmost one that is seen.
 std::vector<int> GridPeer::ScrolledColumns() const {
   std::vector<int> columns;
   for (int col = grid_.FixedCols() + grid_.FrozenCols(); col < grid_.Cols(); ++col) {
