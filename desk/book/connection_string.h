@@ -6,7 +6,7 @@
 namespace desk::book {
 
 /// Whether a book's place is an ODBC connection string ("Driver=...", "DSN=...", "FileDSN=...",
-/// also behind "ODBC;") and not a file.
+/// also behind "ODBC;", or anything with a password) and not a file.
 [[nodiscard]] bool IsConnectionString(std::string_view place);
 
 /// The connection string as the driver manager takes it: without a leading "ODBC;".
