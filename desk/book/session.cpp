@@ -10,7 +10,9 @@ Session::Session(std::unique_ptr<Connection> connection)
     : connection_(std::move(connection)), driver_(connection_->Driver()) {}
 
 std::string Session::Translated(const std::string& sql) const {
-  return driver_ == "jet" ? FromJet(sql) : sql;
+  if (driver_ != "jet") return sql;
+  const Flavor flavor = connection_->Makes();
+  return FromJet(sql, flavor == Flavor::kAccess || flavor == Flavor::kSqlServer);
 }
 
 std::unique_ptr<Rows> Session::Query(const std::string& sql) {
@@ -19,10 +21,11 @@ std::unique_ptr<Rows> Session::Query(const std::string& sql) {
 
 void Session::Execute(const std::string& sql) {
   KeepResults();
-  const std::int64_t changed = connection_->Execute(Translated(sql), Origin::kCaller);
-  if (changed == 0 && ChangesRowByKey(sql)) {
-    throw DatabaseError(Trouble::kMissing, "这条记录已被其他用户删除，没有保存");
-  }
+  if (connection_->Execute(Translated(sql), Origin::kCaller) > 0) return;
+  // MariaDB does not count a row that stays as it was.
+  const std::string row = QueryForChangedRow(sql);
+  if (row.empty() || connection_->Query(row, Origin::kCaller)->Next()) return;
+  throw DatabaseError(Trouble::kMissing, "这条记录已被其他用户删除，没有保存");
 }
 
 void Session::KeepResults() noexcept {

@@ -156,20 +156,23 @@ void CheckCallerStatement(std::string_view sql) {
   if (!allowed) Refuse("只允许执行 SELECT、INSERT、UPDATE、DELETE 语句");
 }
 
-bool ChangesRowByKey(std::string_view sql) {
+std::string QueryForChangedRow(std::string_view sql) {
   std::vector<SqlToken> tokens = SqlTokens(sql);
   while (!tokens.empty() && IsSymbol(tokens.back(), ';')) tokens.pop_back();
-  if (tokens.size() < 5 || !IsWord(tokens.front(), "update")) return false;
+  if (tokens.size() < 6 || !IsWord(tokens.front(), "update")) return {};
   const auto last = tokens.end() - 4;
-  return IsWord(last[0], "where") && IsWord(last[1], "i_id") && IsSymbol(last[2], '=') &&
-         last[3].kind == Kind::kNumber;
+  const bool by_key = IsWord(last[0], "where") && IsWord(last[1], "i_id") &&
+                      IsSymbol(last[2], '=') && last[3].kind == Kind::kNumber;
+  if (!by_key) return {};
+  return "select i_id from " + std::string(tokens[1].text) +
+         " where i_id=" + std::string(last[3].text);
 }
 
-std::string FromJet(std::string_view sql) {
+std::string FromJet(std::string_view sql, bool has_top) {
   const std::vector<SqlToken> tokens = SqlTokens(sql);
   std::vector<Edit> edits;
   for (std::size_t i = 0; i < tokens.size(); ++i) {
-    if (IsWord(tokens[i], "select")) LimitTop(tokens, i, edits);
+    if (!has_top && IsWord(tokens[i], "select")) LimitTop(tokens, i, edits);
     const bool pattern = i > 0 && tokens[i].kind == Kind::kText && IsWord(tokens[i - 1], "like");
     if (!pattern) continue;
     std::string text(tokens[i].text);

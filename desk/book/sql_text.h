@@ -25,12 +25,13 @@ struct SqlToken {
 /// semicolon and comments may follow it.
 void CheckCallerStatement(std::string_view sql);
 
-/// Whether the statement is an UPDATE of the one row that has a given `i_id`.
-[[nodiscard]] bool ChangesRowByKey(std::string_view sql);
+/// For an UPDATE of the one row that has a given `i_id`: the query that finds this row. Empty for
+/// every other statement.
+[[nodiscard]] std::string QueryForChangedRow(std::string_view sql);
 
-/// A statement in the Jet dialect as the other engines take it: "top n" becomes a limit at the end
-/// of the same select, and in a text after LIKE the wildcard "*" becomes "%". "%" and "_" match as
-/// they always do, and the words True and False are known to the engines.
-[[nodiscard]] std::string FromJet(std::string_view sql);
+/// A statement in the Jet dialect as an engine takes it: "top n" becomes a limit at the end of the
+/// same select, unless the engine knows it (`has_top`), and in a text after LIKE the wildcard "*"
+/// becomes "%". "%" and "_" match as they always do, and SQLite knows the words True and False.
+[[nodiscard]] std::string FromJet(std::string_view sql, bool has_top = false);
 
 }  // namespace desk::book

@@ -127,6 +127,8 @@ TEST(StatementTest, TranslatesJetByTokens) {
   EXPECT_EQ(FromJet("select x from (select distinct TOP 1 y from t) where x like '1*' ;"),
             "select x from (select distinct  y from t LIMIT 1) where x like '1%' ;");
   EXPECT_EQ(FromJet("select top from t"), "select top from t");
+  EXPECT_EQ(FromJet("select TOP 1 x from t where x like '1*' order by x", true),
+            "select TOP 1 x from t where x like '1%' order by x");
 }
 
 TEST(StatementTest, StarIsAWildcardInJetAlone) {
