@@ -139,8 +139,8 @@ struct Place {
 class Engine {
  public:
   virtual ~Engine() = default;
-  /// With `Access::kCreate` the place must be free: no file, or a database without a book. It has
-  /// no tables of a book afterwards.
+  /// With `Access::kCreate` the place must be free: no file, or a database without a book. Tables
+  /// of a book that are all there and all empty count as none.
   [[nodiscard]] virtual std::unique_ptr<Connection> Open(const Place& place) const = 0;
   /// Takes away what `Open` made for a book that then could not be filled.
   virtual void Discard(const Place& place) const noexcept = 0;

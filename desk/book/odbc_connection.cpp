@@ -134,7 +134,23 @@ void OdbcConnection::Connect() {
   link_ = std::make_shared<OdbcLink>(std::string(DriverManagerText(place_.path)), kSeconds,
                                      place_.access == Access::kReadOnly);
   tables_.clear();
-  for (const std::string& sql : FirstStatements(link_->Server(), place_)) (void)Run(sql, {});
+  try {
+    for (const std::string& sql : FirstStatements(link_->Server(), place_)) (void)Run(sql, {});
+    CheckTexts();
+  } catch (...) {
+    link_->GiveUp();  // nothing may be sent over a connection that is not set up
+    throw;
+  }
+}
+
+/// Some drivers cut texts behind certain characters, and a database in another character set loses
+/// them: what is read there must not be saved again. "付" ends in a byte that one driver takes for
+/// the first half of a pair.
+void OdbcConnection::CheckTexts() {
+  if (link_->Server() == Flavor::kOther) return;
+  OdbcRows rows(link_, Run("select '应付款'", {}));
+  if (rows.Next() && rows.Get(0).ToText() == "应付款") return;
+  throw DatabaseError(Trouble::kRefused, "数据库或其 ODBC 驱动程序不能正确传送中文");
 }
 
 void OdbcConnection::MakeReady() {
@@ -227,12 +243,12 @@ void OdbcConnection::Begin() {
 }
 
 /// Whoever changes this row first goes first; all others wait for its transaction to end. Servers
-/// have no other lock in common.
+/// have no other lock in common. MariaDB does not count a row that stays as it was.
 void OdbcConnection::TakeWriteLock() {
   const host::Value row(kVersionRow);
   if (Change("update desk_identifier set last_id=last_id where table_name=?", {&row, 1}) > 0)
     return;
-  SetSchemaVersion(0);
+  if (!StoredVersion()) SetSchemaVersion(0);
 }
 
 void OdbcConnection::Commit() {
@@ -244,12 +260,17 @@ void OdbcConnection::Commit() {
     throw;
   }
   in_transaction_ = false;
-  link_->SetAutocommit(true);
+  try {
+    link_->SetAutocommit(true);
+  } catch (const DatabaseError&) {
+    link_->GiveUp();  // what was committed stays
+  }
 }
 
 void OdbcConnection::Rollback() noexcept {
   if (!in_transaction_) return;
   in_transaction_ = false;
+  tables_.clear();  // tables that the transaction has made are gone
   try {
     link_->End(SQL_ROLLBACK);
     link_->SetAutocommit(true);
@@ -309,18 +330,23 @@ bool OdbcConnection::HasColumn(std::string_view table, std::string_view column) 
   return false;
 }
 
-int OdbcConnection::SchemaVersion() {
-  if (!HasTable(kIdentifierTableName)) return 0;
+std::optional<int> OdbcConnection::StoredVersion() {
   const host::Value row(kVersionRow);
   const auto rows =
       Query("select last_id from desk_identifier where table_name=?", Origin::kDesk, {&row, 1});
-  return rows->Next() ? rows->Get(0).ToLong() : 0;
+  if (!rows->Next()) return {};
+  return rows->Get(0).ToLong();
+}
+
+int OdbcConnection::SchemaVersion() {
+  return HasTable(kIdentifierTableName) ? StoredVersion().value_or(0) : 0;
 }
 
 void OdbcConnection::SetSchemaVersion(int version) {
   MakeReady();
   const host::Value values[] = {version, kVersionRow};
   if (Change("update desk_identifier set last_id=? where table_name=?", values) > 0) return;
+  if (StoredVersion()) return;
   (void)Change("insert into desk_identifier(last_id,table_name)values(?,?)", values);
 }
 

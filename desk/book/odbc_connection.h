@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -31,6 +32,7 @@ class OdbcConnection : public Connection {
 
  private:
   void Connect();
+  void CheckTexts();
   void MakeReady();
   [[nodiscard]] OdbcHandle Run(const std::string& sql, Values parameters);
   /// A query whose connection has gone is sent once more over a new one: it changes nothing.
@@ -38,6 +40,8 @@ class OdbcConnection : public Connection {
   [[nodiscard]] std::int64_t Change(const std::string& sql, Values parameters);
   [[nodiscard]] bool FindTable(const std::string& table);
   void TakeWriteLock();
+  /// Nothing where the version was never set.
+  [[nodiscard]] std::optional<int> StoredVersion();
 
   Place place_;
   std::shared_ptr<OdbcLink> link_;

@@ -11,8 +11,9 @@ namespace desk::book {
 std::unique_ptr<Connection> OdbcEngine::Open(const Place& place) const {
   try {
     auto connection = std::make_unique<OdbcConnection>(place);
-    const bool free = !connection->HasTable(SchemaTables().front().name);
-    if (place.access == Access::kCreate && !free) {
+    if (place.access != Access::kCreate) return connection;
+    const bool made = connection->HasTable(SchemaTables().front().name);
+    if (made && !HasEmptySchema(*connection)) {
       throw DatabaseError(Trouble::kOther, "数据库中已经有账簿");
     }
     return connection;

@@ -42,7 +42,7 @@ constexpr Meaning kGoneMeaning = {Trouble::kGone, "与数据库服务器的连�
 constexpr Meaning kLockedMeaning = {Trouble::kLocked, "账簿正被其他用户使用，请稍后再试"};
 
 bool IsLock(const Diagnosis& diagnosis, Flavor flavor) {
-  constexpr std::array<std::string_view, 5> kStates = {"55P03", "40001", "40P01", "HYT00", "HYT01"};
+  constexpr std::array<std::string_view, 4> kStates = {"55P03", "40001", "40P01", "HYT00"};
   if (std::ranges::find(kStates, diagnosis.state) != kStates.end()) return true;
   if (flavor == Flavor::kSqlServer) return diagnosis.number == 1222 || diagnosis.number == 1205;
   return flavor == Flavor::kMariaDb && (diagnosis.number == 1205 || diagnosis.number == 1213);
@@ -62,10 +62,11 @@ bool IsDuplicate(const Diagnosis& diagnosis, Flavor flavor) {
   }
 }
 
-Meaning MeaningOf(const Diagnosis& diagnosis, Flavor flavor) {
+Meaning MeaningOf(const Diagnosis& diagnosis, Flavor flavor, bool connecting) {
   const std::string_view state = diagnosis.state;
-  if (state == "08001") return {Trouble::kGone, "不能连接数据库服务器"};
-  if (state.starts_with("08") || state.starts_with("57P")) return kGoneMeaning;
+  const bool late = connecting && state == "HYT00";  // of a statement it means a lock
+  if (state == "08001" || late) return {Trouble::kGone, "不能连接数据库服务器"};
+  if (state.starts_with("08") || state.starts_with("57P") || state == "HYT01") return kGoneMeaning;
   if (IsLock(diagnosis, flavor)) return kLockedMeaning;
   if (IsDuplicate(diagnosis, flavor)) {
     const bool code = diagnosis.message.find("gl_code_code") != std::string::npos ||
@@ -79,7 +80,7 @@ Meaning MeaningOf(const Diagnosis& diagnosis, Flavor flavor) {
   if (state == "42P01" || state == "42S02") return {Trouble::kOther, "账簿中没有这个表"};
   if (state == "42703" || state == "42S22") return {Trouble::kOther, "账簿中没有这个列"};
   if (state == "42601") return {Trouble::kOther, "语句有语法错误"};
-  if (state == "IM002" || state == "IM003" || state == "01000")
+  if (state == "IM002" || state == "IM003" || (connecting && state == "01000"))
     return {Trouble::kOther, "没有这个 ODBC 数据源或驱动程序"};
   if (state.starts_with("28")) return {Trouble::kOther, "用户名或密码不正确"};
   return {};
@@ -98,7 +99,7 @@ Flavor FlavorOf(const std::string& server_name) {
 
 DatabaseError OdbcError(SQLSMALLINT kind, SQLHANDLE handle, Flavor flavor) {
   const Diagnosis diagnosis = FirstDiagnosis(kind, handle);
-  const Meaning meaning = MeaningOf(diagnosis, flavor);
+  const Meaning meaning = MeaningOf(diagnosis, flavor, kind == SQL_HANDLE_DBC);
   std::string text(meaning.text.empty() ? "数据库报告错误" : meaning.text);
   if (!diagnosis.message.empty()) text += "：" + diagnosis.message;
   return {meaning.trouble, text};

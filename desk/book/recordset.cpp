@@ -47,7 +47,7 @@ void SnapshotRecordset::CheckRow() {
 }
 
 std::size_t SnapshotRecordset::KeptRows() const {
-  return kept_.size() / names_.size();
+  return names_.empty() ? 0 : kept_.size() / names_.size();
 }
 
 const host::Value& SnapshotRecordset::Kept(std::size_t row, std::size_t column) const {

@@ -283,8 +283,17 @@ std::vector<std::string> SchemaScript(Flavor flavor) {
   return script;
 }
 
+bool HasEmptySchema(Connection& connection) {
+  return std::ranges::all_of(kTables, [&](const Table& table) {
+    const std::string name(table.name);
+    if (!connection.HasTable(name)) return false;
+    const auto rows = connection.Query("select count(*) from " + name, Origin::kDesk);
+    return rows->Next() && rows->Get(0).ToLong() == 0;
+  });
+}
+
 void CreateSchema(Connection& connection) {
-  Run(connection, SchemaScript(connection.Makes()));
+  if (!HasEmptySchema(connection)) Run(connection, SchemaScript(connection.Makes()));
   connection.SetSchemaVersion(kSchemaVersion);
 }
 

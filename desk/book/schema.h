@@ -51,8 +51,12 @@ inline constexpr std::string_view kIdentifierTableName = "desk_identifier";
 /// The statements that make all tables of a book in an empty database, as `flavor` writes them.
 [[nodiscard]] std::vector<std::string> SchemaScript(Flavor flavor);
 
-/// Makes all tables in an empty database; runs inside the caller's transaction. `DatabaseError`
-/// when it is not known how the engine makes tables.
+/// Whether all tables of a book are there without a row, as an administrator has made them, or as
+/// a server keeps them that cannot undo their making.
+[[nodiscard]] bool HasEmptySchema(Connection& connection);
+
+/// Makes all tables in a database without a book, where they are not there yet; runs inside the
+/// caller's transaction. `DatabaseError` when it is not known how the engine makes tables.
 void CreateSchema(Connection& connection);
 
 /// Brings a book that an earlier desk has made up to this version; does nothing to others, nor

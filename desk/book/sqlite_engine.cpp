@@ -93,6 +93,7 @@ std::unique_ptr<Connection> SqliteEngine::Open(const Place& place) const {
     }
     return std::make_unique<SqliteConnection>(std::move(database), place);
   } catch (const DatabaseError& error) {
+    if (place.access == Access::kCreate) Discard(place);
     throw WithPath(error, place);
   }
 }

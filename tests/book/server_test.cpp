@@ -29,6 +29,13 @@ TEST(ConnectionString, IsToldFromAFileAndShownWithoutItsPassword) {
   EXPECT_EQ(ShownPlace("ODBC;Driver={a;b};Uid=me;PWD={s;=e};Password=x;Port=1"),
             "ODBC;Driver={a;b};Uid=me;PWD=***;Password=***;Port=1");
   EXPECT_EQ(ShownPlace("C:\\pwd=x.book"), "C:\\pwd=x.book");
+  for (const char* text :
+       {"DSN=a;Pwd={x}}y;z;zy};Port=1", "DSN=a; Pwd = {x;y};Port=1", "DSN=a;Pwd=x;y z;Port=1",
+        "DSN=a;pqopt={sslpassword=xyz};Port=1", "Server=a;Uid=b;Pwd=xyz;Port=1",
+        " Driver={a};SslPwd=xyz;Port=1", "odbc;UserPassword={x;y;z;Port=1"}) {
+    EXPECT_TRUE(IsConnectionString(text)) << text;
+    EXPECT_THAT(ShownPlace(text), testing::Not(testing::ContainsRegex("[xyz]"))) << text;
+  }
   EXPECT_EQ(ShortPlace("Driver={a};SERVER=b.c; Database ={d;e};Pwd=x;"), "d;e（b.c）");
   EXPECT_EQ(ShortPlace("DSN=books;Pwd=x"), "books");
   EXPECT_EQ(ShortPlace("Driver={a;b};Pwd=x;"), "Driver={a;b};Pwd=***;");
@@ -102,6 +109,16 @@ TEST_F(ServerTest, ABookIsMadeOnceAndComesBack) {
             "100202");
 }
 
+TEST_F(ServerTest, TablesThatAnAdministratorHasMadeAreFilledOnce) {
+  const auto administrator = EngineFor(place_).Open({.path = place_});
+  for (const std::string& statement : SchemaScript(Flavor::kPostgres)) {
+    administrator->Execute(statement, Origin::kDesk);
+  }
+  EXPECT_EQ(Scalar(CreateBook(), "select count(*) from gl_code"), "8");
+  EXPECT_THAT(Failure([&] { (void)CreateBook(); }), HasSubstr("已经有账簿"));
+  EXPECT_EQ(Book::Open(place_).System()->NewIdentifier("gl_code", "i_id").id, 9);
+}
+
 TEST_F(ServerTest, AFailedCreationLeavesNothing) {
   const Account twice = {.code = "1001", .name = "a", .category = "资产"};
   Trouble reason = Trouble::kOther;
@@ -152,6 +169,16 @@ TEST_F(ServerTest, ValuesOfEveryKindPassUnharmed) {
   EXPECT_TRUE(set.IsNull(0, 2));
 }
 
+TEST_F(ServerTest, WhatLooksLikeAMarkOfOdbcInATextIsText) {
+  const Book book = CreateBook();
+  EXPECT_EQ(host::ExecuteSql(*book.System(),
+                             "update gl_code set ccode_name='付{fn now()}?$1\\',"
+                             "chelp='-- /* ?' where i_id=1"),
+            "");
+  EXPECT_EQ(Scalar(book, "select ccode_name||chelp from gl_code where i_id=1"),
+            "付{fn now()}?$1\\-- /* ?");
+}
+
 TEST_F(ServerTest, ErrorsAreTextsAndTheBookGoesOn) {
   const Book book = CreateBook();
   const auto error_of = [&](const std::string& sql) {
@@ -170,6 +197,7 @@ TEST_F(ServerTest, ErrorsAreTextsAndTheBookGoesOn) {
               HasSubstr("没有这个表"));
   EXPECT_THAT(Failure([&] { (void)host::QueryRows(*book.System(), "delete from gl_code"); }),
               HasSubstr("不是查询"));
+  EXPECT_TRUE(host::QueryRows(*book.System(), "select from gl_code")->EndOfFile());
   EXPECT_EQ(Scalar(book, "select count(*) from gl_code"), "7");
 }
 
@@ -230,9 +258,19 @@ TEST_F(ServerTest, ATransactionWithAFailedStatementIsNeverCommitted) {
 }
 
 TEST_F(ServerTest, ABookOfOthersGetsTheDesksTableWhenItIsNeeded) {
-  tavrix::test::Run(CreateBook(), "drop table desk_identifier");
+  {
+    const Book made = CreateBook();
+    tavrix::test::Run(made, "drop trigger gl_code_turn on gl_code");
+    tavrix::test::Run(made, "drop table desk_identifier");
+  }
   const Book book = Book::Open(place_);
   EXPECT_EQ(book.Faults(), "");
+  const Voucher refused = {
+      .year = 2026,
+      .month = 1,
+      .day = 5,
+      .entries = {{.code = "1001", .debit = 1}, {.code = "1002", .credit = 1}}};
+  EXPECT_THAT(Failure([&] { (void)Post(book.GetSession(), refused); }), HasSubstr("不是明细科目"));
   EXPECT_EQ(book.System()->NewIdentifier("gl_code", "i_ID").id, 9);
   EXPECT_EQ(book.System()->NewIdentifier("gl_code", "i_ID").id, 10);
 }
