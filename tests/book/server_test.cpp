@@ -34,7 +34,7 @@ TEST(ConnectionString, IsToldFromAFileAndShownWithoutItsPassword) {
         "DSN=a;pqopt={sslpassword=xyz};Port=1", "Server=a;Uid=b;Pwd=xyz;Port=1",
         " Driver={a};SslPwd=xyz;Port=1", "odbc;UserPassword={x;y;z;Port=1"}) {
     EXPECT_TRUE(IsConnectionString(text)) << text;
-    EXPECT_THAT(ShownPlace(text), testing::Not(testing::ContainsRegex("[xyz]"))) << text;
+    EXPECT_EQ(ShownPlace(text).find_first_of("xyz"), std::string::npos) << ShownPlace(text);
   }
   EXPECT_EQ(ShortPlace("Driver={a};SERVER=b.c; Database ={d;e};Pwd=x;"), "d;e（b.c）");
   EXPECT_EQ(ShortPlace("DSN=books;Pwd=x"), "books");
