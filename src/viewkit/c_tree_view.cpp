@@ -63,26 +63,27 @@ void cTreeView::SelectAndShow(TreeNode& node, bool select) {
   if (select) Selected.Raise(*keep);
 }
 
-TreeNode* cTreeView::NodeAdd(const NewNode& spec) {
+TreeNode* cTreeView::NodeAdd(const NewNode& wanted) {
   if (ctrl_ == nullptr) return nullptr;
-  TreeNode& node = ctrl_->Nodes().Add(spec.vRelative, spec.eRelationship, spec.sKey, spec.sText);
+  TreeNode& node =
+      ctrl_->Nodes().Add(wanted.vRelative, wanted.eRelationship, wanted.sKey, wanted.sText);
   TreeNode::Look look;
-  look.image = spec.vImage;
-  look.selected_image = spec.vSelectedImage;
-  look.bold = spec.bBold;
-  look.checked = spec.bChecked;
+  look.image = wanted.vImage;
+  look.selected_image = wanted.vSelectedImage;
+  look.bold = wanted.bBold;
+  look.checked = wanted.bChecked;
   node.SetLook(look);
-  if (spec.bEnsureVisible) node.EnsureVisible();
-  node.SetExpanded(spec.bExpanded);
-  if (spec.bSelected) {
+  if (wanted.bEnsureVisible) node.EnsureVisible();
+  node.SetExpanded(wanted.bExpanded);
+  if (wanted.bSelected) {
     const Quiet quiet(*this);
     node.SetSelected(true);
   }
-  look.fore = spec.lForeColor;
-  look.back = spec.lBackColor;
-  look.expanded_image = spec.vExpandedImage;
+  look.fore = wanted.lForeColor;
+  look.back = wanted.lBackColor;
+  look.expanded_image = wanted.vExpandedImage;
   node.SetLook(look);
-  if (spec.bVisible) node.EnsureVisible();
+  if (wanted.bVisible) node.EnsureVisible();
   return &node;
 }
 

@@ -53,7 +53,7 @@ class cTreeView {
     std::string vExpandedImage = {};
   };
   /// Throws `std::invalid_argument` when the key stands already.
-  TreeNode* NodeAdd(const NewNode& spec);
+  TreeNode* NodeAdd(const NewNode& wanted);
   /// Removes every node through the native window, which does not paint afterwards.
   void ClearTreeView();
   /// With `bSelect` the next sibling, else the previous one, else the parent is selected.

@@ -21,15 +21,15 @@ HRESULT GiveNone(Pointer** result, HRESULT answer) {
 }
 
 ComPtr<IDispatch> MakeFont() {
-  const tavrix::viewkit::win32::FontSpec spec = DeskFont();
+  const tavrix::viewkit::win32::FontSpec wanted = DeskFont();
   FONTDESC description{};
   description.cbSizeofstruct = sizeof description;
-  std::wstring face = spec.face;
+  std::wstring face = wanted.face;
   description.lpstrName = face.data();
   // Currency counts ten-thousandths of a point.
   constexpr int kTwipsPerPoint = 20;
-  description.cySize.int64 = 10000LL * spec.height / kTwipsPerPoint;
-  description.sWeight = spec.bold ? FW_BOLD : FW_NORMAL;
+  description.cySize.int64 = 10000LL * wanted.height / kTwipsPerPoint;
+  description.sWeight = wanted.bold ? FW_BOLD : FW_NORMAL;
   description.sCharset = DEFAULT_CHARSET;
   ComPtr<IDispatch> font;
   OleCreateFontIndirect(&description, IID_IDispatch, font.PutVoid());

@@ -15,9 +15,9 @@ Style::Style(int dpi)
 
 win32::FontSpec DeskFont() {
   constexpr int kNinePoints = 180;
-  win32::FontSpec spec = win32::FontSpec::System();
-  spec.height = std::max(spec.height, kNinePoints);
-  return spec;
+  win32::FontSpec wanted = win32::FontSpec::System();
+  wanted.height = std::max(wanted.height, kNinePoints);
+  return wanted;
 }
 
 COLORREF FaceColor() {

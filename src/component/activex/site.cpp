@@ -39,7 +39,7 @@ viewkit::Color Site::ForeColor() const {
 }
 
 viewkit::win32::FontSpec Site::Font() const {
-  auto spec = viewkit::win32::FontSpec::System();
+  auto wanted = viewkit::win32::FontSpec::System();
   const auto value = Ambient(DISPID_AMBIENT_FONT);
   const auto font = value ? value->Object().As<IFont>() : nullptr;
   Bstr name;
@@ -49,12 +49,12 @@ viewkit::win32::FontSpec Site::Font() const {
   const bool known = font && SUCCEEDED(font->get_Name(name.Put())) &&
                      SUCCEEDED(font->get_Size(&size)) && SUCCEEDED(font->get_Bold(&bold)) &&
                      SUCCEEDED(font->get_Italic(&italic));
-  if (!known || size.int64 <= 0) return spec;
-  spec.face = ViewOf(name.Get());
-  spec.height = static_cast<int>(size.int64 * kTwipsPerPoint / 10'000);  // currency: 1/10000
-  spec.bold = bold != FALSE;
-  spec.italic = italic != FALSE;
-  return spec;
+  if (!known || size.int64 <= 0) return wanted;
+  wanted.face = ViewOf(name.Get());
+  wanted.height = static_cast<int>(size.int64 * kTwipsPerPoint / 10'000);  // currency: 1/10000
+  wanted.bold = bold != FALSE;
+  wanted.italic = italic != FALSE;
+  return wanted;
 }
 
 std::string Site::DisplayName() const {

@@ -10,14 +10,14 @@ namespace {
 constexpr std::size_t kRememberedWidths = 1024;
 constexpr int kSmallest = 180;  // twips; Chinese characters are not legible below
 
-Font MakeFont(const FontSpec& spec, Scale scale, bool bold) {
+Font MakeFont(const FontSpec& wanted, Scale scale, bool bold) {
   LOGFONTW font{};
-  font.lfHeight = -scale.ToPixels(spec.height);
+  font.lfHeight = -scale.ToPixels(wanted.height);
   font.lfWeight = bold ? FW_BOLD : FW_NORMAL;
-  font.lfItalic = spec.italic ? TRUE : FALSE;
+  font.lfItalic = wanted.italic ? TRUE : FALSE;
   font.lfCharSet = DEFAULT_CHARSET;
   font.lfQuality = CLEARTYPE_QUALITY;
-  spec.face.copy(font.lfFaceName, LF_FACESIZE - 1);
+  wanted.face.copy(font.lfFaceName, LF_FACESIZE - 1);
   return Font(CreateFontIndirectW(&font));
 }
 
@@ -26,24 +26,24 @@ Font MakeFont(const FontSpec& spec, Scale scale, bool bold) {
 FontSpec FontSpec::System() {
   NONCLIENTMETRICSW metrics{};
   metrics.cbSize = sizeof metrics;
-  FontSpec spec{.face = L"Microsoft YaHei UI"};
+  FontSpec wanted{.face = L"Microsoft YaHei UI"};
   if (!SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, 96)) {
-    return spec;
+    return wanted;
   }
   const LOGFONTW& font = metrics.lfMessageFont;
-  spec.face = font.lfFaceName;
+  wanted.face = font.lfFaceName;
   if (font.lfHeight < 0) {
-    spec.height = std::max(kSmallest, static_cast<int>(-font.lfHeight) * kTwipsPerPixel);
+    wanted.height = std::max(kSmallest, static_cast<int>(-font.lfHeight) * kTwipsPerPixel);
   }
-  spec.italic = font.lfItalic != 0;
-  spec.bold = font.lfWeight >= FW_BOLD;
-  return spec;
+  wanted.italic = font.lfItalic != 0;
+  wanted.bold = font.lfWeight >= FW_BOLD;
+  return wanted;
 }
 
-FontSet::FontSet(const FontSpec& spec, Scale scale)
+FontSet::FontSet(const FontSpec& wanted, Scale scale)
     : scale_(scale),
-      regular_(MakeFont(spec, scale, spec.bold)),
-      bold_(MakeFont(spec, scale, true)) {
+      regular_(MakeFont(wanted, scale, wanted.bold)),
+      bold_(MakeFont(wanted, scale, true)) {
   const Selected font(dc_.Get(), regular_.get());
   TEXTMETRICW metrics{};
   GetTextMetricsW(dc_.Get(), &metrics);

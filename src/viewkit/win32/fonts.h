@@ -13,7 +13,7 @@ namespace tavrix::viewkit::win32 {
 /// A view's font at one resolution, regular and bold, and the measure of texts in it.
 class FontSet : public TextMeasure {
  public:
-  FontSet(const FontSpec& spec, Scale scale);
+  FontSet(const FontSpec& wanted, Scale scale);
 
   [[nodiscard]] HFONT Get(bool bold) const { return bold ? bold_.get() : regular_.get(); }
   [[nodiscard]] int Width(std::string_view text, bool bold) const override;
