@@ -3,6 +3,7 @@
 #include "book/connection_string.h"
 #include "book/odbc_engine.h"
 #include "book/sqlite_engine.h"
+#include "host/text.h"
 
 namespace desk::book {
 
@@ -11,6 +12,10 @@ void PassCell(const host::Value& value, CellSink& sink) {
   if (const auto* whole = std::get_if<std::int64_t>(&value.Raw())) return sink.OnWhole(*whole);
   if (const auto* number = std::get_if<double>(&value.Raw())) return sink.OnNumber(*number);
   sink.OnText(value.ToText());
+}
+
+void RowSetSink::OnNumber(double number) {
+  rows_.AppendText(host::NumberText(number));
 }
 
 const Engine& EngineFor(std::string_view path) {

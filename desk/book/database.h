@@ -67,6 +67,20 @@ class CellSink {
 /// Passes `value` to `sink`; what has no kind of its own there goes as text.
 void PassCell(const host::Value& value, CellSink& sink);
 
+/// Appends the cells to a row set, which must have their columns: numbers as texts.
+class RowSetSink : public CellSink {
+ public:
+  /// `rows` must outlive it.
+  explicit RowSetSink(host::RowSet& rows) : rows_(rows) {}
+  void OnNull() override { rows_.AppendNull(); }
+  void OnWhole(std::int64_t number) override { rows_.AppendWhole(number); }
+  void OnNumber(double number) override;
+  void OnText(std::string_view text) override { rows_.AppendText(text); }
+
+ private:
+  host::RowSet& rows_;
+};
+
 /// The rows of a running query, read forward once. It stands before its first row at the start.
 /// All of it may throw `DatabaseError`.
 class Rows {
@@ -78,10 +92,7 @@ class Rows {
   [[nodiscard]] virtual std::string ColumnName(int column) const = 0;
   /// A column of the current row, from 0.
   [[nodiscard]] virtual host::Value Get(int column) const = 0;
-  /// Appends the current row and all that follow, whose columns `rows` must have; the fast way to
-  /// read a whole result.
-  virtual void AppendRest(host::RowSet& rows) = 0;
-  /// As `AppendRest`, with the kinds kept.
+  /// Passes the current row and all that follow: the fast way to read a whole result.
   virtual void PassRest(CellSink& sink) = 0;
 
  protected:

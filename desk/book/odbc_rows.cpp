@@ -132,22 +132,6 @@ host::Value OdbcRows::Get(int column) const {
   return cell.real;
 }
 
-void OdbcRows::AppendRest(host::RowSet& rows) {
-  do {
-    for (const Cell& cell : cells_) {
-      if (cell.null) {
-        rows.AppendNull();
-      } else if (cell.whole) {
-        rows.AppendWhole(cell.number);
-      } else if (cell.kind == Kind::kText) {
-        rows.AppendText(cell.text);
-      } else {
-        rows.AppendText(host::NumberText(cell.real));
-      }
-    }
-  } while (Next());
-}
-
 void OdbcRows::PassRest(CellSink& sink) {
   do {
     for (const Cell& cell : cells_) {

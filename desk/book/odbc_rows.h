@@ -17,7 +17,6 @@ class OdbcRows : public Rows {
   [[nodiscard]] int Columns() const override { return static_cast<int>(cells_.size()); }
   [[nodiscard]] std::string ColumnName(int column) const override { return CellAt(column).name; }
   [[nodiscard]] host::Value Get(int column) const override;
-  void AppendRest(host::RowSet& rows) override;
   void PassRest(CellSink& sink) override;
 
  private:

@@ -10,16 +10,6 @@
 
 namespace desk::book {
 
-namespace {
-
-void AppendValue(host::RowSet& rows, const host::Value& value) {
-  if (value.IsNull()) return rows.AppendNull();
-  if (const auto* whole = std::get_if<std::int64_t>(&value.Raw())) return rows.AppendWhole(*whole);
-  rows.AppendText(value.ToText());
-}
-
-}  // namespace
-
 SnapshotRecordset::SnapshotRecordset(std::shared_ptr<Session> session, std::string sql)
     : session_(std::move(session)), sql_(std::move(sql)), rows_(session_->Query(sql_)) {
   for (int column = 0; column < rows_->Columns(); ++column) {
@@ -94,22 +84,10 @@ void SnapshotRecordset::Keep() noexcept {
   }
 }
 
-host::RowSet SnapshotRecordset::KeptRest() {
-  host::RowSet rows(names_.size());
-  for (std::size_t cell = row_ * names_.size(); cell < kept_.size(); ++cell) {
-    AppendValue(rows, kept_[cell]);
-  }
-  row_ = KeptRows();
-  return rows;
-}
-
 host::RowSet SnapshotRecordset::GetRows() {
-  CheckRow();
-  if (state_ == State::kKept) return KeptRest();
   host::RowSet rows(names_.size());
-  rows_->AppendRest(rows);
-  rows_.reset();
-  state_ = State::kDrained;
+  RowSetSink sink(rows);
+  PassRows(sink);
   return rows;
 }
 

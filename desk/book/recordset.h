@@ -52,7 +52,6 @@ class SnapshotRecordset : public host::Recordset, private LiveResult {
   [[nodiscard]] std::size_t KeptRows() const;
   [[nodiscard]] int PositionOf(const std::string& name) const;
   [[nodiscard]] const host::Value& Kept(std::size_t row, std::size_t column) const;
-  [[nodiscard]] host::RowSet KeptRest();
 
   std::shared_ptr<Session> session_;
   std::string sql_;

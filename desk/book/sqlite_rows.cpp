@@ -4,7 +4,6 @@
 #include <string_view>
 
 #include "book/sqlite_error.h"
-#include "host/text.h"
 
 namespace desk::book {
 
@@ -48,27 +47,6 @@ host::Value SqliteRows::Get(int column) const {
     default:
       return TextOf(cell);
   }
-}
-
-void SqliteRows::AppendCell(host::RowSet& rows, int column) const {
-  sqlite3_value* cell = CellAt(column);
-  switch (sqlite3_value_type(cell)) {
-    case SQLITE_NULL:
-      return rows.AppendNull();
-    case SQLITE_INTEGER:
-      return rows.AppendWhole(sqlite3_value_int64(cell));
-    case SQLITE_FLOAT:
-      return rows.AppendText(host::NumberText(sqlite3_value_double(cell)));
-    default:
-      return rows.AppendText(TextOf(cell));
-  }
-}
-
-void SqliteRows::AppendRest(host::RowSet& rows) {
-  const int columns = Columns();
-  do {
-    for (int column = 0; column < columns; ++column) AppendCell(rows, column);
-  } while (Next());
 }
 
 void SqliteRows::PassCell(CellSink& sink, int column) const {

@@ -22,11 +22,9 @@ class SqliteRows : public Rows {
   [[nodiscard]] int Columns() const override { return sqlite3_column_count(statement_.get()); }
   [[nodiscard]] std::string ColumnName(int column) const override;
   [[nodiscard]] host::Value Get(int column) const override;
-  void AppendRest(host::RowSet& rows) override;
   void PassRest(CellSink& sink) override;
 
  private:
-  void AppendCell(host::RowSet& rows, int column) const;
   void PassCell(CellSink& sink, int column) const;
   [[nodiscard]] sqlite3_value* CellAt(int column) const;
 

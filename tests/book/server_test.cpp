@@ -163,7 +163,8 @@ TEST_F(ServerTest, ValuesOfEveryKindPassUnharmed) {
   EXPECT_EQ(std::get<std::int64_t>(rows->Get(4).Raw()), 9'007'199'254'740'993);
   EXPECT_EQ(rows->Get(5).ToText(), "");
   host::RowSet set(6);
-  rows->AppendRest(set);
+  RowSetSink sink(set);
+  rows->PassRest(sink);
   EXPECT_EQ(set.Rows(), 1U);
   EXPECT_EQ(set.Text(0, 3), text);
   EXPECT_TRUE(set.IsNull(0, 2));
