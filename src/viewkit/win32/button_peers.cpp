@@ -6,6 +6,12 @@ void LabelPeer::Open() {
   OpenNative({.class_name = L"STATIC", .style = SS_LEFT | SS_CENTERIMAGE | SS_ENDELLIPSIS});
 }
 
+/// The system leaves a text where it was, and cut as it was.
+void LabelPeer::ApplyBounds() {
+  CaptionPeer::ApplyBounds();
+  InvalidateRect(Hwnd(), nullptr, TRUE);
+}
+
 void FramePeer::Open() {
   OpenNative({.class_name = L"BUTTON", .style = BS_GROUPBOX});
 }

@@ -17,6 +17,9 @@ class LabelPeer : public CaptionPeer {
   void Open() override;
   [[nodiscard]] bool TabStop() const override { return false; }
   bool TakeFocus() override { return false; }
+
+ protected:
+  void ApplyBounds() override;
 };
 
 class FramePeer : public CaptionPeer {

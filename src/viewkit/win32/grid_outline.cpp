@@ -19,10 +19,11 @@ RECT Centered(const RECT& place, int size) {
   return {x - half, y - half, x + half + 1, y + half + 1};
 }
 
-void Mark(std::vector<bool>& levels, int level) {
+/// The deeper levels end where a row of this one stands.
+void Set(std::vector<bool>& levels, int level, bool value) {
   const auto place = static_cast<std::size_t>(level);
   levels.resize(place + 1, false);
-  levels[place] = true;
+  levels[place] = value;
 }
 
 bool Has(const std::vector<bool>& levels, int level) {
@@ -34,34 +35,32 @@ bool Has(const std::vector<bool>& levels, int level) {
 
 GridOutline::GridOutline(const FlexGrid& grid, const GridLayout& layout)
     : grid_(grid), layout_(layout) {
-  const auto& rows = layout.Rows();
-  const auto first = std::find_if(rows.begin(), rows.end(),
-                                  [&](const Span& row) { return row.index >= grid.FixedRows(); });
-  if (first == rows.end()) return;
-  std::vector<bool> open = OpenBelow(rows.back().index);
-  // From the last row up: what is open below a row says where its lines go on.
-  for (auto row = rows.end(); row != first;) {
-    --row;
-    if (!grid.IsNode(row->index)) continue;
+  std::vector<bool> lines;
+  for (const Span& row : layout.Rows()) {
+    if (row.index < grid.FixedRows() || !grid.IsNode(row.index)) continue;
+    if (branches_.empty()) lines = LinesAround(row.index);
+    Set(lines, layout.Level(row.index), LineGoesOn(row.index));
     // A row of totals hangs on no line; those of the nodes around it go past.
-    const bool total = grid.IsTotalRow(row->index) && !grid.HasRowsBelow(row->index);
-    branches_.push_back({row->index, grid.PreviousShownRow(row->index) >= 0, total, open});
-    if (!total) Mark(open, layout.Level(row->index));
+    const bool total = grid.IsTotalRow(row.index) && !grid.HasRowsBelow(row.index);
+    branches_.push_back({row.index, grid.PreviousShownRow(row.index) >= 0, total, lines});
   }
 }
 
-std::vector<bool> GridOutline::OpenBelow(int last_row) const {
-  std::vector<bool> open;
-  std::vector<int> levels;
-  for (int node = last_row; node >= 0; node = grid_.ParentRow(node)) {
-    int next = grid_.LastRowOfNode(node) + 1;
-    while (next < grid_.Rows() && grid_.IsTotalRow(next)) ++next;
-    if (next >= grid_.Rows() || !grid_.IsNode(next)) continue;
-    if (layout_.Level(next) == layout_.Level(node)) levels.push_back(layout_.Level(node));
+std::vector<bool> GridOutline::LinesAround(int row) const {
+  std::vector<int> nodes;
+  while (layout_.Level(row) > 0 && (row = grid_.ParentRow(row)) >= 0) nodes.push_back(row);
+  std::vector<bool> lines;
+  for (auto node = nodes.rbegin(); node != nodes.rend(); ++node) {
+    // No line begins at a hidden row.
+    Set(lines, layout_.Level(*node), grid_.IsShown(*node) && LineGoesOn(*node));
   }
-  std::sort(levels.begin(), levels.end());
-  for (const int level : levels) Mark(open, level);
-  return open;
+  return lines;
+}
+
+bool GridOutline::LineGoesOn(int node) const {
+  int next = grid_.NextShownRow(grid_.LastRowOfNode(node));
+  while (next >= 0 && grid_.IsTotalRow(next)) next = grid_.NextShownRow(next);
+  return next >= 0 && grid_.IsNode(next) && layout_.Level(next) == layout_.Level(node);
 }
 
 void GridOutline::Paint(HDC dc, const RECT& cell, int row) const {

@@ -11,7 +11,8 @@ namespace tavrix::viewkit::win32 {
 /// The tree beside the texts of the outline column: lines, +/- boxes and leaf marks.
 class GridOutline {
  public:
-  /// Looks at the seen rows only, and at the ends of the nodes that hold the last of them.
+  /// Looks at the seen rows and at the ends of the nodes that hold them. What it paints into a row
+  /// does not depend on which other rows are seen.
   GridOutline(const FlexGrid& grid, const GridLayout& layout);
 
   /// Paints the tree of one row into its cell of the outline column.
@@ -24,7 +25,9 @@ class GridOutline {
     bool total = false;         ///< no part of the tree
     std::vector<bool> goes_on;  ///< by level: a later node of this level hangs on the same line
   };
-  [[nodiscard]] std::vector<bool> OpenBelow(int last_row) const;
+  /// The lines beside a row, but for its own: those of the nodes that hold it.
+  [[nodiscard]] std::vector<bool> LinesAround(int row) const;
+  [[nodiscard]] bool LineGoesOn(int node) const;
   void PaintLines(HDC dc, const RECT& cell, const Branch& branch, COLORREF color) const;
   void PaintBox(HDC dc, const RECT& place, bool collapsed, COLORREF color) const;
   void PaintLeaf(HDC dc, const RECT& place, COLORREF color) const;

@@ -187,9 +187,10 @@ void GridPainter::PaintEmptyParts(HDC dc) const {
   Fill(dc, {right, header - 1, client_.cx, header},
        Blend(GetSysColor(COLOR_BTNSHADOW), HeaderColor(), 60));
   if (look.sheet_border == look.back_empty) return;
+  // Where rows or columns go on outside the window the sheet has no edge in it.
   const COLORREF border = ToColorRef(look.sheet_border);
-  Fill(dc, {right - 1, header, right, bottom}, border);
-  Fill(dc, {0, bottom - 1, right, bottom}, border);
+  if (right < client_.cx) Fill(dc, {right - 1, header, right, bottom}, border);
+  if (bottom < client_.cy) Fill(dc, {0, bottom - 1, right, bottom}, border);
 }
 
 void GridPainter::PaintFrozenEdge(HDC dc) const {

@@ -164,20 +164,18 @@ void GridPeer::OnContent(const Change& change) {
   // What the screen shows must be where the model says before single rows are repainted.
   FollowScroll();
   if (change.kind == Change::Kind::kRows) InvalidateRows(change.first, change.last);
-  if (change.kind == Change::Kind::kSelection) {
-    InvalidateSelection();
-    Announce();
-  }
+  InvalidateSelection();
+  if (change.kind == Change::Kind::kSelection) Announce();
 }
 
-/// Moves the picture as far as the top row has moved, and repaints what comes in.
+/// Moves the picture as far as the top row has moved, and repaints what comes in. `marks_` still
+/// say what the rows that have moved look like.
 void GridPeer::FollowScroll() {
   const int top = grid_.TopRow();
   if (top == shown_top_ && grid_.LeftCol() == shown_left_) return;
   const bool vertical = grid_.LeftCol() == shown_left_;
   const int old_top = shown_top_;
   Arrange();
-  marks_ = RowMarks();
   const SIZE client = ClientSize();
   const RECT body{0, Layout().HeaderBottom(), client.cx, client.cy};
   const int height = static_cast<int>(body.bottom - body.top);
@@ -230,6 +228,7 @@ std::vector<GridPeer::RowMark> GridPeer::RowMarks() const {
 
 void GridPeer::InvalidateSelection() {
   std::vector<RowMark> now = RowMarks();
+  if (now == marks_) return;
   std::vector<RowMark> changed;
   std::set_symmetric_difference(marks_.begin(), marks_.end(), now.begin(), now.end(),
                                 std::back_inserter(changed));
