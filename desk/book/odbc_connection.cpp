@@ -9,8 +9,6 @@
 #include "book/odbc_rows.h"
 #include "book/odbc_text.h"
 #include "book/schema.h"
-#include "book/sql_guard.h"
-#include "book/sql_text.h"
 #include "host/text.h"
 
 namespace desk::book {
@@ -186,9 +184,8 @@ OdbcHandle OdbcConnection::Run(const std::string& sql, Values parameters) {
 std::unique_ptr<Rows> OdbcConnection::Query(const std::string& sql, Origin origin,
                                             Values parameters) {
   if (origin == Origin::kCaller) {
-    CheckCallerStatement(sql);
-    CheckCallerTables(sql);
-    if (!IsQuery(sql)) throw DatabaseError(Trouble::kRefused, "这条语句不是查询");
+    const bool query = statements_.Check(sql) == StatementKind::kQuery;
+    if (!query) throw DatabaseError(Trouble::kRefused, "这条语句不是查询");
   }
   MakeReady();
   return std::make_unique<OdbcRows>(link_, RunQuery(sql, parameters));
@@ -210,8 +207,7 @@ OdbcHandle OdbcConnection::RunQuery(const std::string& sql, Values parameters) {
 
 std::int64_t OdbcConnection::Execute(const std::string& sql, Origin origin, Values parameters) {
   if (origin == Origin::kCaller) {
-    CheckCallerStatement(sql);
-    CheckCallerTables(sql);
+    statements_.Check(sql);
     if (read_only_) throw DatabaseError(Trouble::kReadOnly, "账簿是只读的，不能写入");
   }
   MakeReady();

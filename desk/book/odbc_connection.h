@@ -6,6 +6,7 @@
 #include <string>
 
 #include "book/odbc_link.h"
+#include "book/sql_guard.h"
 
 namespace desk::book {
 
@@ -49,6 +50,7 @@ class OdbcConnection : public Connection {
   bool in_transaction_ = false;
   bool failed_ = false;           ///< a statement of the transaction under way has failed
   std::set<std::string> tables_;  ///< known to be there
+  StatementGuard statements_{*this};
 };
 
 }  // namespace desk::book

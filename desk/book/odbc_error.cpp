@@ -75,7 +75,8 @@ Meaning MeaningOf(const Diagnosis& diagnosis, Flavor flavor, bool connecting) {
   }
   if (state.starts_with("23")) return {Trouble::kOther, "数据不符合账簿的规定"};
   if (state == "25006") return {Trouble::kReadOnly, "账簿是只读的，不能写入"};
-  if (state == "42501") return {Trouble::kReadOnly, "没有使用账簿的权限"};
+  // 3F000: none of the schemas may be used.
+  if (state == "42501" || state == "3F000") return {Trouble::kReadOnly, "没有使用账簿的权限"};
   if (state == "53100") return {Trouble::kFull, "服务器的磁盘已满，数据没有保存"};
   if (state == "42P01" || state == "42S02") return {Trouble::kOther, "账簿中没有这个表"};
   if (state == "42703" || state == "42S22") return {Trouble::kOther, "账簿中没有这个列"};

@@ -1,162 +1,284 @@
 #include "book/sql_guard.h"
 
-#include <algorithm>
-#include <array>
-#include <string>
-#include <vector>
+#include <utility>
 
-#include "book/database.h"
-#include "book/schema.h"
-#include "book/sql_text.h"
-#include "host/text.h"
+#include "book/sql_expressions.h"
+#include "book/sql_words.h"
 
 namespace desk::book {
 
 namespace {
 
-using Kind = SqlToken::Kind;
-
-[[noreturn]] void Refuse(const std::string& text) {
-  throw DatabaseError(Trouble::kRefused, text);
-}
-
-template <std::size_t size>
-bool IsOneOf(const SqlToken& token, const std::array<std::string_view, size>& words) {
-  return token.kind == Kind::kWord && std::ranges::any_of(words, [&](std::string_view word) {
-           return host::EqualNoCase(token.text, word);
-         });
-}
-
-bool IsSymbol(const SqlToken& token, char symbol) {
-  return token.kind == Kind::kSymbol && token.text.front() == symbol;
-}
-
-/// What may stand before a parenthesis without being the name of a function, and the functions.
-constexpr std::array<std::string_view, 34> kBeforeParenthesis = {
-    "select", "distinct", "all", "from", "join", "where", "and", "or", "not", "in", "exists", "on",
-    "case", "when", "then", "else", "by", "having", "values", "set", "like", "union", "between",
-    "as", "is", "null", "limit",
-    // functions
-    "count", "max", "min", "sum", "len", "left", "iif"};
-
-/// Behind these stands a table.
-constexpr std::array<std::string_view, 6> kBeforeTable = {"from",  "join",  "into",
-                                                          "using", "table", "update"};
-/// These end a list of tables.
-constexpr std::array<std::string_view, 14> kBehindTables = {
-    "where", "group", "order",     "having", "union", "except", "intersect",
-    "set",   "limit", "returning", "select", "for",   "offset", "values"};
-/// Words that open ways that no caller needs.
-constexpr std::array<std::string_view, 4> kRefused = {"with", "lateral", "only", "window"};
-
-std::string Unquoted(const SqlToken& token) {
-  if (token.kind != Kind::kQuotedName || token.text.size() < 2) return std::string(token.text);
-  return std::string(token.text.substr(1, token.text.size() - 2));
-}
-
-/// Walks through the tokens of one statement.
-class TableCheck {
+/// Reads one statement by recursive descent: one routine for each rule of the grammar. What a rule
+/// does not expect is refused where it stands; names are judged when all that a select reads from
+/// is known.
+class Grammar final : private SqlExpressions {
  public:
-  explicit TableCheck(std::string_view sql) : sql_(sql), tokens_(SqlTokens(sql)) {}
+  Grammar(std::string_view sql, const ColumnQuestion& question)
+      : SqlExpressions(sql), question_(question) {}
 
-  void Run() {
-    lists_.push_back(false);
-    std::size_t end = 0;
-    for (at_ = 0; at_ < tokens_.size(); ++at_) {
-      CheckGap(end, tokens_[at_].start);
-      end = tokens_[at_].End();
-      CheckToken(tokens_[at_]);
+  StatementKind Statement() {
+    const bool query = Reader().IsWord("select");
+    NameUses unknown;
+    if (query) {
+      (void)Query(unknown);
+    } else if (Reader().TakeWord("insert")) {
+      Insert(unknown);
+    } else {
+      Change(unknown);
     }
-    CheckGap(end, sql_.size());
-    if (expected_) Refuse("语句中缺少表名");
+    if (!Reader().Ended()) Reader().RefuseNext();
+    RefuseUnknown(unknown, Reader());
+    return query ? StatementKind::kQuery : StatementKind::kChange;
   }
 
  private:
-  /// A comment may end for the server where it does not end for us.
-  void CheckGap(std::size_t start, std::size_t end) {
-    const std::string_view gap = sql_.substr(start, end - start);
-    if (gap.find_first_not_of(" \t\r\n\v\f") != std::string_view::npos) {
-      Refuse("语句中不允许有注释");
+  void Close(const SqlScope& scope, NameUses& unknown) const {
+    const NameUses rest = scope.Resolve(Reader(), question_);
+    unknown.insert(unknown.end(), rest.begin(), rest.end());
+  }
+
+  // SELECT
+
+  RowShape Query(NameUses& unknown) {
+    const Level level(*this);
+    SqlScope scope;
+    const Inside inside(*this, scope);
+    Select();
+    while (TakeUnion()) {
+      SqlScope other;
+      {
+        const Inside inside_other(*this, other);
+        Select();
+      }
+      Close(other, unknown);
+    }
+    scope.MindOutputs();
+    if (Reader().TakeWord("order")) Order();
+    if (Reader().TakeWord("limit")) {
+      Reader().ExpectNumber();
+      if (Reader().TakeWord("offset")) Reader().ExpectNumber();
+    }
+    Close(scope, unknown);
+    return scope.Result();
+  }
+
+  bool TakeUnion() {
+    const std::string_view word = Reader().TakeOneOf({"union", "except", "intersect"});
+    if (word == "union") Reader().TakeWord("all");
+    return !word.empty();
+  }
+
+  void Select() {
+    Reader().ExpectWord("select");
+    if (!Reader().TakeWord("distinct")) Reader().TakeWord("all");
+    if (Reader().TakeWord("top")) Reader().ExpectNumber();
+    List([this] { Output(); });
+    if (Reader().TakeWord("from")) List([this] { Source(); });
+    Where();
+    Scope().MindOutputs();
+    if (Reader().TakeWord("group")) {
+      Reader().ExpectWord("by");
+      List([this] { Expression(); });
+    }
+    if (Reader().TakeWord("having")) Expression();
+  }
+
+  void Order() {
+    Reader().ExpectWord("by");
+    List([this] {
+      Expression();
+      (void)Reader().TakeOneOf({"asc", "desc"});
+    });
+  }
+
+  void Where() {
+    if (Reader().TakeWord("where")) Expression();
+  }
+
+  void Output() {
+    NameUse output;
+    const std::size_t at = Reader().At();
+    if (Reader().TakeSymbol("*")) {
+      output = {.qualifier = {}, .name = "*", .at = at};
+      Scope().Use(output);
+    } else if (Reader().IsName() && Reader().IsSymbol(".", 1) && Reader().IsSymbol("*", 2)) {
+      output = {.qualifier = Reader().ExpectName(), .name = "*", .at = at};
+      Reader().ExpectSymbol(".");
+      Reader().ExpectSymbol("*");
+      Scope().Use(output);
+    } else {
+      output.name = OutputValue();
+    }
+    if (output.name != "*" && Reader().TakeWord("as")) output.name = ExpectAlias();
+    if (!output.name.empty()) Scope().AddOutput(output);
+  }
+
+  /// The column's name when the value is nothing but a column.
+  std::string_view OutputValue() {
+    const std::size_t first = Reader().At();
+    Expression();
+    const NameUse& name = LastName();
+    const std::size_t tokens = name.qualifier.empty() ? 1 : 3;
+    const bool plain = name.at == first && Reader().At() == first + tokens;
+    return plain ? name.name : std::string_view();
+  }
+
+  void Source() {
+    const Level level(*this);
+    JoinedSource();
+    while (true) {
+      const bool cross = Reader().IsWord("cross");
+      if (!TakeJoin()) return;
+      JoinedSource();
+      if (cross) continue;
+      Reader().ExpectWord("on");
+      Expression();
     }
   }
 
-  void CheckToken(const SqlToken& token) {
-    CheckSpelling(token);
-    if (token.kind == Kind::kSymbol) return CheckSymbol(token);
-    if (expected_) return TakeTable(token);
-    if (IsOneOf(token, kRefused)) Refuse("不允许使用 " + std::string(token.text));
-    if (IsOneOf(token, kBeforeTable)) {
-      expected_ = true;
-      lists_.back() = true;
-    } else if (IsOneOf(token, kBehindTables)) {
-      lists_.back() = false;
+  bool TakeJoin() {
+    const std::string_view kind = Reader().TakeOneOf({"inner", "left", "right", "full", "cross"});
+    if (kind == "left" || kind == "right" || kind == "full") Reader().TakeWord("outer");
+    if (kind.empty()) return Reader().TakeWord("join");
+    Reader().ExpectWord("join");
+    return true;
+  }
+
+  void JoinedSource() {
+    if (!Reader().TakeSymbol("(")) {
+      const std::string_view name = Reader().NextText();
+      const Table& table = ExpectTable();
+      RowShape shape;
+      shape.Add(table);
+      const std::string_view alias = Alias();
+      Scope().AddSource(alias.empty() ? name : alias, std::move(shape));
+      return;
     }
-    const bool name = token.kind == Kind::kWord || token.kind == Kind::kQuotedName;
-    if (name && IsBefore('(') && !IsOneOf(token, kBeforeParenthesis)) {
-      Refuse("不允许使用函数：" + std::string(token.text));
+    if (!Reader().IsWord("select")) {
+      Source();
+      return Reader().ExpectSymbol(")");
     }
+    NameUses unknown;
+    RowShape shape = Query(unknown);
+    RefuseUnknown(unknown, Reader());  // it cannot see what stands beside it
+    Reader().ExpectSymbol(")");
+    const std::string_view alias = Alias();
+    if (alias.empty()) Reader().RefuseNext();
+    Scope().AddSource(alias, std::move(shape));
   }
 
-  void CheckSymbol(const SqlToken& token) {
-    if (IsSymbol(token, '(')) {
-      // A list of tables in parentheses, or a select that says itself what it reads.
-      lists_.push_back(expected_);
-      const bool select =
-          at_ + 1 < tokens_.size() && host::EqualNoCase(tokens_[at_ + 1].text, "select");
-      if (select) expected_ = false;
-    } else if (IsSymbol(token, ')')) {
-      if (lists_.size() < 2 || expected_) Refuse("语句中的括号不成对");
-      lists_.pop_back();
-    } else if (expected_) {
-      Refuse("语句中缺少表名");
-    } else if (IsSymbol(token, ',')) {
-      expected_ = lists_.back();
+  std::string_view Alias() {
+    if (Reader().TakeWord("as")) return ExpectAlias();
+    if (!Reader().IsName() || IsSqlWord(Reader().NextText())) return {};
+    return Reader().ExpectName();
+  }
+
+  std::string_view ExpectAlias() {
+    const std::size_t at = Reader().At();
+    const std::string_view name = Reader().ExpectName();
+    if (IsSqlWord(name)) Reader().Refuse("别名不能是 SQL 的词：", at);
+    return name;
+  }
+
+  // INSERT, UPDATE, DELETE
+
+  void Insert(NameUses& unknown) {
+    Reader().ExpectWord("into");
+    RowShape shape;
+    shape.Add(ExpectTable());
+    if (Reader().TakeSymbol("(")) {
+      List([&] { ExpectColumn(shape); });
+      Reader().ExpectSymbol(")");
     }
+    if (!Reader().TakeWord("values")) return (void)Query(unknown);
+    SqlScope nothing;
+    {
+      const Inside inside(*this, nothing);
+      List([this] {
+        Reader().ExpectSymbol("(");
+        List([this] { Expression(); });
+        Reader().ExpectSymbol(")");
+      });
+    }
+    Close(nothing, unknown);
   }
 
-  void TakeTable(const SqlToken& token) {
-    const std::string name = Unquoted(token);
-    if (FindSchemaTable(name) == nullptr || IsBefore('.')) Refuse("不允许访问表：" + name);
-    expected_ = false;
+  void Change(NameUses& unknown) {
+    const bool update = Reader().TakeWord("update");
+    if (!update) {
+      Reader().ExpectWord("delete");
+      Reader().ExpectWord("from");
+    }
+    const std::string_view name = Reader().NextText();
+    RowShape shape;
+    shape.Add(ExpectTable());
+    SqlScope scope;
+    scope.AddSource(name, shape);
+    {
+      const Inside inside(*this, scope);
+      if (update) Set(shape);
+      Where();
+    }
+    Close(scope, unknown);
   }
 
-  /// What a server may read in another way than we do.
-  void CheckSpelling(const SqlToken& token) {
-    const char first = token.text.front();
-    const char last = token.text.back();
-    bool odd = token.kind == Kind::kSymbol &&
-               std::string_view("#{}\\@:&").find(first) != std::string_view::npos;
-    odd = odd || (token.kind == Kind::kQuotedName && first != '"');
-    odd = odd || ((token.kind == Kind::kWord || token.kind == Kind::kNumber) &&
-                  token.text.find('$') != std::string_view::npos);
-    const bool quoted = token.kind == Kind::kText || token.kind == Kind::kQuotedName;
-    odd = odd || (quoted && (token.text.size() < 2 || last != first));
-    // E'..', N'..', B'..': only plain texts mean the same everywhere.
-    odd = odd || (quoted && at_ > 0 && tokens_[at_ - 1].kind == Kind::kWord &&
-                  tokens_[at_ - 1].End() == token.start && tokens_[at_ - 1].text.size() == 1);
-    if (odd) Refuse("语句中有不允许的写法：" + std::string(token.text));
+  void Set(const RowShape& shape) {
+    Reader().ExpectWord("set");
+    List([&] {
+      ExpectColumn(shape);
+      Reader().ExpectSymbol("=");
+      Expression();
+    });
   }
 
-  [[nodiscard]] bool IsBefore(char symbol) const {
-    return at_ + 1 < tokens_.size() && IsSymbol(tokens_[at_ + 1], symbol);
+  void ExpectColumn(const RowShape& shape) {
+    const std::size_t at = Reader().At();
+    const std::string_view name = Reader().ExpectName();
+    if (!shape.Has(name, question_))
+      RefuseUnknown({{.qualifier = {}, .name = name, .at = at}}, Reader());
   }
 
-  std::string_view sql_;
-  std::vector<SqlToken> tokens_;
-  std::size_t at_ = 0;
-  bool expected_ = false;    ///< a table must come next
-  std::vector<bool> lists_;  ///< for each open parenthesis, whether a comma leads to another table
+  const Table& ExpectTable() {
+    const std::size_t at = Reader().At();
+    const Table* table = FindSchemaTable(Reader().ExpectName());
+    if (table == nullptr) Reader().Refuse("不允许访问表：", at);
+    return *table;
+  }
+
+  /// Its names may come from what stands around it.
+  void Subselect() override {
+    NameUses unknown;
+    (void)Query(unknown);
+    for (const NameUse& use : unknown) Scope().Use(use);
+  }
+
+  const ColumnQuestion& question_;
 };
 
 }  // namespace
 
-void CheckCallerTables(std::string_view sql) {
-  TableCheck(sql).Run();
+StatementKind CheckCallerStatement(std::string_view sql, const ColumnQuestion& question) {
+  return Grammar(sql, question).Statement();
 }
 
-bool IsQuery(std::string_view sql) {
-  const std::vector<SqlToken> tokens = SqlTokens(sql);
-  return !tokens.empty() && host::EqualNoCase(tokens.front().text, "select");
+StatementKind StatementGuard::Check(std::string_view sql) {
+  // Nobody knows what an unknown server makes of a backslash in a text.
+  if (connection_.Makes() == Flavor::kOther && sql.find('\\') != std::string_view::npos) {
+    throw DatabaseError(Trouble::kRefused, "语句中有不允许的写法：\\");
+  }
+  return CheckCallerStatement(sql, [this](std::string_view table, std::string_view column) {
+    return HasColumn(table, column);
+  });
+}
+
+bool StatementGuard::HasColumn(std::string_view table, std::string_view column) {
+  std::string name(table);
+  name.append(".").append(column);
+  if (known_.contains(name)) return true;
+  if (!connection_.HasColumn(table, column)) return false;
+  known_.insert(std::move(name));
+  return true;
 }
 
 }  // namespace desk::book

@@ -1,16 +1,36 @@
 #pragma once
 
+#include <set>
+#include <string>
 #include <string_view>
 
+#include "book/database.h"
+#include "book/sql_names.h"
+
+/// Which statements of callers reach a database.
 namespace desk::book {
 
-/// Refuses, with `DatabaseError`, a caller's statement that could reach more than the tables of the
-/// schema: for engines that cannot be asked which tables a statement touches. It knows what the
-/// callers need and refuses all else: other functions, comments, quoting and escapes of one server.
-/// `CheckCallerStatement` comes first.
-void CheckCallerTables(std::string_view sql);
+enum class StatementKind { kQuery, kChange };
 
-/// Whether a caller's statement reads.
-[[nodiscard]] bool IsQuery(std::string_view sql);
+/// Refuses, with a `DatabaseError` that names the place, all but one SELECT, INSERT, UPDATE or
+/// DELETE of the grammar that docs/books.md gives: on the tables of the schema, with their columns,
+/// names that the statement itself declares, and the functions of a list. A semicolon may follow.
+/// The verdict is the same on every engine.
+StatementKind CheckCallerStatement(std::string_view sql, const ColumnQuestion& question = {});
+
+/// `CheckCallerStatement` for one connection, whose database may have columns of its own in the
+/// tables of the schema.
+class StatementGuard {
+ public:
+  /// `connection` must outlive it.
+  explicit StatementGuard(Connection& connection) : connection_(connection) {}
+  StatementKind Check(std::string_view sql);
+
+ private:
+  [[nodiscard]] bool HasColumn(std::string_view table, std::string_view column);
+
+  Connection& connection_;
+  std::set<std::string> known_;  ///< columns that were found, each behind its table
+};
 
 }  // namespace desk::book

@@ -1,13 +1,13 @@
 #include "book/sql_text.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
-#include "book/database.h"
 #include "host/text.h"
 
 namespace desk::book {
+
+namespace host = tavrix::host;
 
 namespace {
 
@@ -112,7 +112,8 @@ void LimitTop(const std::vector<SqlToken>& tokens, std::size_t select, std::vect
   if (top + 1 >= tokens.size() || !IsWord(tokens[top], "top")) return;
   const SqlToken& count = tokens[top + 1];
   if (count.kind != Kind::kNumber) return;
-  edits.push_back({tokens[top].start, count.End(), ""});
+  edits.push_back(
+      {tokens[top].start, count.End(), std::string(count.End() - tokens[top].start, ' ')});
   const std::size_t end = EndOfSelect(tokens, select);
   edits.push_back({end, end, " LIMIT " + std::string(count.text)});
 }
@@ -128,10 +129,6 @@ std::string Apply(std::string_view sql, std::vector<Edit> edits) {
   return text.append(sql.substr(at));
 }
 
-[[noreturn]] void Refuse(const char* text) {
-  throw DatabaseError(Trouble::kRefused, text);
-}
-
 }  // namespace
 
 std::vector<SqlToken> SqlTokens(std::string_view sql) {
@@ -139,21 +136,6 @@ std::vector<SqlToken> SqlTokens(std::string_view sql) {
   Scanner scanner(sql);
   while (scanner.Skip()) tokens.push_back(scanner.Take());
   return tokens;
-}
-
-void CheckCallerStatement(std::string_view sql) {
-  // The engines end a text at its first NUL: what follows would escape the checks.
-  if (sql.find('\0') != std::string_view::npos) Refuse("语句中有不允许的字符");
-  const std::vector<SqlToken> tokens = SqlTokens(sql);
-  if (tokens.empty()) Refuse("语句为空");
-  const auto end = std::ranges::find_if(tokens, [](const auto& t) { return IsSymbol(t, ';'); });
-  if (std::any_of(end, tokens.end(), [](const auto& t) { return !IsSymbol(t, ';'); })) {
-    Refuse("一次只能执行一条语句");
-  }
-  constexpr std::array<std::string_view, 4> kAllowed = {"select", "insert", "update", "delete"};
-  const bool allowed = std::ranges::any_of(
-      kAllowed, [&](std::string_view word) { return IsWord(tokens.front(), word); });
-  if (!allowed) Refuse("只允许执行 SELECT、INSERT、UPDATE、DELETE 语句");
 }
 
 std::string QueryForChangedRow(std::string_view sql) {

@@ -21,10 +21,6 @@ struct SqlToken {
 /// closed runs to the end.
 [[nodiscard]] std::vector<SqlToken> SqlTokens(std::string_view sql);
 
-/// Refuses, with `DatabaseError`, what is not exactly one SELECT, INSERT, UPDATE or DELETE. A
-/// semicolon and comments may follow it.
-void CheckCallerStatement(std::string_view sql);
-
 /// For an UPDATE of the one row that has a given `i_id`: the query that finds this row. Empty for
 /// every other statement.
 [[nodiscard]] std::string QueryForChangedRow(std::string_view sql);
@@ -32,6 +28,7 @@ void CheckCallerStatement(std::string_view sql);
 /// A statement in the Jet dialect as an engine takes it: "top n" becomes a limit at the end of the
 /// same select, unless the engine knows it (`has_top`), and in a text after LIKE the wildcard "*"
 /// becomes "%". "%" and "_" match as they always do, and SQLite knows the words True and False.
+/// What stands before the limit keeps its place.
 [[nodiscard]] std::string FromJet(std::string_view sql, bool has_top = false);
 
 }  // namespace desk::book

@@ -3,7 +3,6 @@
 #include <string_view>
 #include <utility>
 
-#include "book/sql_text.h"
 #include "book/sqlite_error.h"
 #include "book/sqlite_functions.h"
 
@@ -33,7 +32,7 @@ void SqliteConnection::SetUp(const Place& place) {
 
 SqliteStatement SqliteConnection::Prepare(const std::string& sql, Origin origin,
                                           Values parameters) {
-  if (origin == Origin::kCaller) CheckCallerStatement(sql);
+  if (origin == Origin::kCaller) statements_.Check(sql);
   const SqliteGuard::Watch watch(guard_, origin == Origin::kCaller);
   sqlite3_stmt* raw = nullptr;
   const int result = sqlite3_prepare_v3(database_.get(), sql.data(), static_cast<int>(sql.size()),

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "book/database.h"
+#include "book/sql_guard.h"
 #include "book/sqlite_guard.h"
 #include "book/sqlite_rows.h"
 
@@ -42,6 +42,7 @@ class SqliteConnection : public Connection {
 
   SqliteGuard guard_;  // before the handle: closing it may still ask the guard
   SqliteHandle database_;
+  StatementGuard statements_{*this};
 };
 
 }  // namespace desk::book

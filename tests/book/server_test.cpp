@@ -188,7 +188,7 @@ TEST_F(ServerTest, ErrorsAreTextsAndTheBookGoesOn) {
   EXPECT_THAT(error_of("insert into gl_code(i_id,ccode)values(99,'1001')"),
               HasSubstr("科目编码重复"));
   EXPECT_THAT(error_of("update gl_code set ccode_name='a'b' where i_id=1"),
-              HasSubstr("不允许的写法"));
+              HasSubstr("单引号位置不对"));
   EXPECT_THAT(error_of("update gl_code set ccode_name=where i_id=1"), HasSubstr("语法错误"));
   EXPECT_THAT(error_of("update gl_code set nothing=1"), HasSubstr("没有这个列"));
   EXPECT_EQ(error_of("delete from gl_code where i_id=99"), "");
@@ -198,7 +198,6 @@ TEST_F(ServerTest, ErrorsAreTextsAndTheBookGoesOn) {
               HasSubstr("没有这个表"));
   EXPECT_THAT(Failure([&] { (void)host::QueryRows(*book.System(), "delete from gl_code"); }),
               HasSubstr("不是查询"));
-  EXPECT_TRUE(host::QueryRows(*book.System(), "select from gl_code")->EndOfFile());
   EXPECT_EQ(Scalar(book, "select count(*) from gl_code"), "7");
 }
 
