@@ -36,12 +36,25 @@ bool BelongsToOther(host::Recordset& row, std::int32_t record_id) {
   return record_id != FmBkmAdd::kNoRecord && host::RequiredField(row, "i_ID").ToLong() != record_id;
 }
 
+/// Why `code` may not stand below `parent`, from which downwards `family` has the accounts; null
+/// when it may.
+const char* ParentRefusal(host::Recordset& family, const std::string& parent,
+                          const std::string& code, std::int32_t record_id) {
+  if (family.EndOfFile() || !FindCode(family, parent)) return "找不到它的上级编码";
+  const bool own_parent =
+      record_id != FmBkmAdd::kNoRecord && host::RequiredField(family, "i_ID").ToLong() == record_id;
+  if (own_parent) return "不能将上级编码修改为下级";
+  // Without the mark that the first level's refusal has.
+  if (FindCode(family, code) && BelongsToOther(family, record_id)) return "编码重复";
+  return nullptr;
+}
+
 }  // namespace
 
 bool FmBkmAdd::IsCanSave() noexcept {
   return Trapped("IsCanSave->", host::kCommandError, false, [this] {
     const auto session = Current();
-    if (!session->changed) return false;
+    if (!session->Unsaved()) return false;
     const std::string code = CodeText();
     session->level = session->code_rule->LevelOf(code, session->rule);
     if (code.empty()) {
@@ -99,47 +112,48 @@ std::optional<std::int32_t> FmBkmAdd::BmIsTrue(const std::string& code,
 
 bool FmBkmAdd::ParentAllows(Session& session, const std::string& code, std::int32_t record_id) {
   const std::string parent = session.code_rule->ParentCode(code, session.rule);
-  const auto family = host::QueryRows(
-      *session.pcSystem, "Select i_ID,ccode from gl_code where left(ccode," +
-                             std::to_string(host::TextLength(parent)) + ")='" + parent + "'");
-  if (family->EndOfFile() || !FindCode(*family, parent)) {
-    Refuse("找不到它的上级编码");
-    return false;
-  }
-  const bool own_parent =
-      record_id != kNoRecord && host::RequiredField(*family, "i_ID").ToLong() == record_id;
-  if (own_parent) {
-    Refuse("不能将上级编码修改为下级");
-    return false;
-  }
-  if (FindCode(*family, code) && BelongsToOther(*family, record_id)) {
-    Refuse("编码重复");  // without the mark that the first level's refusal has
-    return false;
-  }
-  return true;
+  const char* refusal = host::ReadRows(
+      *session.pcSystem,
+      "Select i_ID,ccode from gl_code where left(ccode," +
+          std::to_string(host::TextLength(parent)) + ")='" + parent + "'",
+      [&](host::Recordset& family) { return ParentRefusal(family, parent, code, record_id); });
+  if (refusal != nullptr) Refuse(refusal);
+  return refusal == nullptr;
 }
 
 bool FmBkmAdd::FirstLevelIsFree(Session& session, const std::string& code, std::int32_t record_id) {
-  const auto taken = host::QueryRows(*session.pcSystem,
-                                     "Select ccode,i_ID from gl_code where ccode='" + code + "'");
-  if (taken->EndOfFile() || !BelongsToOther(*taken, record_id)) return true;
-  Refuse("编码重复!");
-  return false;
+  const bool free =
+      host::ReadRows(*session.pcSystem, "Select ccode,i_ID from gl_code where ccode='" + code + "'",
+                     [&](host::Recordset& taken) {
+                       return taken.EndOfFile() || !BelongsToOther(taken, record_id);
+                     });
+  if (!free) Refuse("编码重复!");
+  return free;
+}
+
+std::optional<FmBkmAdd::StoredAccount> FmBkmAdd::ReadStored(Session& session,
+                                                            std::int32_t record_id) {
+  return host::ReadRows(*session.pcSystem,
+                        "Select bend,ccode from gl_code Where i_ID=" + std::to_string(record_id),
+                        [](host::Recordset& row) {
+                          std::optional<StoredAccount> stored;
+                          if (row.EndOfFile()) return stored;
+                          // A flag that is missing is not that of a leaf.
+                          stored = {host::RequiredField(row, "ccode").ToText(),
+                                    host::ReadField(row, "bend").ToNumber() != 0};
+                          return stored;
+                        });
 }
 
 FmBkmAdd::EditCheck FmBkmAdd::IsCanEdit(const std::string& code, std::int32_t record_id) noexcept {
   return Trapped("IsCanEdit::", host::kCommandError, EditCheck(), [&] {
     const auto session = Current();
-    const auto row =
-        host::QueryRows(*session->pcSystem,
-                        "Select bend,ccode from gl_code Where i_ID=" + std::to_string(record_id));
-    if (row->EndOfFile()) throw AccountMissing();
-    EditCheck check{true, host::RequiredField(*row, "ccode").ToText()};
-    if (*check.stored_code == code) return check;
-    if (host::RequiredField(*row, "bend").ToNumber() == 0) {
-      Refuse("不能修改非明细级编码!");
-      check.allowed = false;
-    }
+    const auto stored = ReadStored(*session, record_id);
+    if (!stored) throw AccountMissing();
+    EditCheck check{true, stored->code};
+    if (stored->code == code || stored->is_leaf) return check;
+    Refuse("不能修改非明细级编码!");
+    check.allowed = false;
     return check;
   });
 }

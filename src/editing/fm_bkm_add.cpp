@@ -23,8 +23,14 @@ void FmBkmAdd::ConnectControls() {
   for (int i = 0; i < kLists; ++i) {
     Combo(i).Changed.Add([this] { Edited(); });
   }
+  Combo(kCategoryList).Changed.Add([this] {
+    if (!filling_) ProposeDirection();
+  });
   for (int i = 0; i < kOptions; ++i) {
-    opt(i).Clicked.Add([this] { Edited(); });
+    opt(i).Clicked.Add([this] {
+      Edited();
+      if (session_ && !filling_) session_->proposes_direction = false;
+    });
   }
   for (int i = 0; i < kChecks; ++i) {
     Chk(i).Clicked.Add([this, i] {
@@ -73,13 +79,14 @@ void FmBkmAdd::Cmd_Click(int Index) noexcept {
 
 bool FmBkmAdd::CloseForm() noexcept {
   return Trapped("CloseForm->", host::kCommandError, false, [this] {
-    const auto agreed = [this](const char* question) {
-      return user_.Ask(question, host::kPromptTitle, UserPort::Icon::kInformation,
-                       UserPort::Buttons::kYesNo) == UserPort::Answer::kYes;
+    using Buttons = UserPort::Buttons;
+    const auto agreed = [this](const char* question, Buttons buttons) {
+      return user_.Ask(question, host::kPromptTitle, UserPort::Icon::kInformation, buttons) ==
+             UserPort::Answer::kYes;
     };
-    if (!session_ || !session_->changed) return true;
-    if (!agreed("数据在关闭之前未保存，是否保存？")) return true;
-    return FileSave() || agreed("保存数据出错，是否关闭窗体？");
+    if (!session_ || !session_->Unsaved()) return true;
+    if (!agreed("数据在关闭之前未保存，是否保存？", Buttons::kYesNo)) return true;
+    return FileSave() || agreed("保存数据出错，是否关闭窗体？", Buttons::kYesNoDefaultNo);
   });
 }
 

@@ -29,8 +29,8 @@ class FmBkmAdd : public AccountForm, public std::enable_shared_from_this<FmBkmAd
   ///
   /// `psKmLb`: category of a new account, may be empty. `pbNew`: add an account, below the
   /// reference account `psBm` when `pnNewNext` is set, beside it otherwise; `psBm` may be empty.
-  /// When `pbNew` is clear, `plID` is the record to change. The dialog does not open when its lists
-  /// or the record cannot be read, or while it is open already.
+  /// When `pbNew` is clear, `plID` is the record to change. The dialog does not open when the code
+  /// rule or the record cannot be read, or while it is open already.
   void py_SubProgram(std::shared_ptr<host::SystemObject> pcSystem, const std::string& psKmLb,
                      bool pbNew, bool pnNewNext = false, const std::string& psBm = {},
                      std::int32_t plID = 0) noexcept;
@@ -66,6 +66,7 @@ class FmBkmAdd : public AccountForm, public std::enable_shared_from_this<FmBkmAd
                                                   const std::string& category, bool below) noexcept;
 
   /// Writes the account, the leaf flags of its parents and a changed code. True when all is done.
+  /// After a failure the next save finishes what is left.
   bool FileSave() noexcept;
 
   /// Whether the dialog may be closed; asks when there are unsaved changes.
@@ -106,6 +107,7 @@ class FmBkmAdd : public AccountForm, public std::enable_shared_from_this<FmBkmAd
   [[nodiscard]] bool Prepare(bool pbNew, bool pnNewNext, std::int32_t plID);
   void PrepareNew();
   void GetNewCode() noexcept;
+  void ProposeDirection();
   [[nodiscard]] bool LoadData(std::int32_t plID) noexcept;
   void FillControls(host::Recordset& account);
   void ShowStored(int list, const std::string& text);
@@ -116,14 +118,29 @@ class FmBkmAdd : public AccountForm, public std::enable_shared_from_this<FmBkmAd
   [[nodiscard]] bool FirstLevelIsFree(Session& session, const std::string& code,
                                       std::int32_t record_id);
 
+  struct StoredAccount {
+    std::string code;
+    bool is_leaf = false;
+  };
+  /// Nothing when there is no such record.
+  [[nodiscard]] static std::optional<StoredAccount> ReadStored(Session& session,
+                                                               std::int32_t record_id);
+
   // Saving
   [[nodiscard]] bool Send(Session& session, const std::string& sql);
-  [[nodiscard]] bool MovePostings(Session& session, const std::string& from, const std::string& to);
   [[nodiscard]] std::string UpdateStatement(Session& session);
   [[nodiscard]] std::string InsertStatement(Session& session, std::int32_t id);
   [[nodiscard]] bool UpdateAccount(Session& session, const std::string& code);
-  [[nodiscard]] bool InsertAccount(Session& session, std::int32_t& id);
-  [[nodiscard]] bool LeaveOldParent(Session& session, const std::string& old_code);
+  [[nodiscard]] bool InsertAccount(Session& session, const std::string& code);
+  /// Whether the insert that the last save attempted stands.
+  void FindInserted(Session& session);
+  static void Inserted(Session& session, std::int32_t id, const std::string& code);
+  /// The account stands with the code `to`; before that its code was `from`.
+  static void Written(Session& session, const std::string& from, const std::string& to);
+  /// Sends what follows the statement that wrote the account; stops at the first that fails.
+  [[nodiscard]] bool SendRest(Session& session, const std::string& code);
+  [[nodiscard]] bool MoveLedger(Session& session, const std::string& code);
+  [[nodiscard]] bool LeaveOldParent(Session& session);
   [[nodiscard]] bool JoinNewParent(Session& session, const std::string& code);
 
   // Check boxes

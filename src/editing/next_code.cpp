@@ -42,8 +42,9 @@ host::Value HighestCode(host::SystemObject& system, std::int32_t length,
   sql += category + "'";
   if (!prefix.empty()) sql += " and ccode Like '" + prefix + "%'";  // Jet, too, gets "%" here
   if (jet) sql += " ORDER BY ccode desc";
-  const auto highest = host::QueryRows(system, sql);
-  return highest->EndOfFile() ? host::Value() : highest->Field("ccode");
+  return host::ReadRows(system, sql, [](host::Recordset& highest) {
+    return highest.EndOfFile() ? host::Value() : host::ReadField(highest, "ccode");
+  });
 }
 
 }  // namespace

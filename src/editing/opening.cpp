@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <utility>
 
 #include "editing/fm_bkm_add.h"
@@ -20,9 +21,9 @@ constexpr const char* kNewBelowCaption = "新增下级";
 constexpr const char* kNewBesideCaption = "新增同级";
 
 void FillFromQuery(host::SystemObject& system, viewkit::ComboBox& list, const std::string& sql) {
-  const auto entries = host::QueryRows(system, sql);
-  if (entries->EndOfFile()) return;
-  const host::RowSet rows = entries->GetRows();
+  const host::RowSet rows = host::ReadRows(system, sql, [](host::Recordset& entries) {
+    return entries.EndOfFile() ? host::RowSet() : entries.GetRows();
+  });
   for (std::size_t row = 0; row < rows.Rows(); ++row) {
     list.AddItem(std::string(rows.Text(row, 1)), host::LeadingLong(rows.Text(row, 0)));
   }
@@ -70,7 +71,8 @@ void FmBkmAdd::StartSession(std::shared_ptr<host::SystemObject> pcSystem, const 
   session->log_helper = host::Required(system.CreateLogHelper(), "LogHelper");
 }
 
-// What cannot be read whole is not shown: saving it would write the missing part as empty.
+// A record that cannot be read whole is not shown: saving it would write the missing part as empty.
+// Nor is anything shown without the code rule, by which the level is written.
 bool FmBkmAdd::Prepare(bool pbNew, bool pnNewNext, std::int32_t plID) {
   const auto session = session_;
   const host::FlagScope filling(filling_);
@@ -89,15 +91,22 @@ bool FmBkmAdd::Prepare(bool pbNew, bool pnNewNext, std::int32_t plID) {
 }
 
 bool FmBkmAdd::InitBaseValue() noexcept {
-  return Trapped("InitBaseValue->", host::kLoadingError, false, [this] {
+  static constexpr const char* kPrefix = "InitBaseValue->";
+  // One that cannot be read stays empty.
+  const auto fill = [this](int list, const char* sql) {
+    Trapped(kPrefix, host::kLoadingError, false, [&] {
+      const auto session = Current();
+      FillFromQuery(*session->pcSystem, Combo(list), sql);
+      return true;
+    });
+  };
+  fill(kCurrencyList, "select 币种ID,外币名称 from tvxbz order by 外币代号");
+  fill(kUnitList, "select 单位ID,名称 from tvxjldw order by 代码");
+  return Trapped(kPrefix, host::kLoadingError, false, [this] {
     const auto session = Current();
-    host::SystemObject& system = *session->pcSystem;
-    FillFromQuery(system, Combo(kCurrencyList),
-                  "select 币种ID,外币名称 from tvxbz order by 外币代号");
     FillWithWords(Combo(kCategoryList), host::kCategories);
-    FillFromQuery(system, Combo(kUnitList), "select 单位ID,名称 from tvxjldw order by 代码");
     FillWithWords(Combo(kBookTypeList), host::kBookTypes);
-    session->rule = host::SettingText(system, host::kCodeRuleSetting);
+    session->rule = host::SettingText(*session->pcSystem, host::kCodeRuleSetting);
     SetBookType();
     return true;
   });
@@ -106,9 +115,21 @@ bool FmBkmAdd::InitBaseValue() noexcept {
 void FmBkmAdd::PrepareNew() {
   GetNewCode();
   Combo(kCategoryList).SetText(session_->category);
+  session_->proposes_direction = true;
+  ProposeDirection();
   Combo(kCurrencyList).SetEnabled(false);
   Combo(kUnitList).SetEnabled(false);
   Combo(kGatherList).SetEnabled(false);
+}
+
+// A proposal is no change of the user's.
+void FmBkmAdd::ProposeDirection() {
+  if (!session_ || !session_->proposes_direction) return;
+  const std::string& category = Combo(kCategoryList).Text();
+  const bool credit =
+      std::ranges::find(host::kCreditCategories, category) != host::kCreditCategories.end();
+  const host::FlagScope filling(filling_);
+  opt(credit ? kCreditOption : kDebitOption).SetValue(true);
 }
 
 void FmBkmAdd::GetNewCode() noexcept {
@@ -124,26 +145,28 @@ void FmBkmAdd::GetNewCode() noexcept {
 bool FmBkmAdd::LoadData(std::int32_t plID) noexcept {
   return Trapped("LoadData->", host::kLoadingError, false, [&] {
     const auto session = Current();
-    const auto account = host::QueryRows(
-        *session->pcSystem, "select * from gl_code where i_id=" + std::to_string(plID));
-    if (account->EndOfFile()) throw AccountMissing();
-    FillControls(*account);
-    ShowDependencies();
-    return true;
+    const std::string sql = "select * from gl_code where i_id=" + std::to_string(plID);
+    return host::ReadRows(*session->pcSystem, sql, [this](host::Recordset& account) {
+      if (account.EndOfFile()) throw AccountMissing();
+      FillControls(account);
+      ShowDependencies();
+      return true;
+    });
   });
 }
 
 void FmBkmAdd::FillControls(host::Recordset& account) {
-  const auto text = [&](const char* column) { return account.Field(column).ToText(); };
+  const auto field = [&](const char* column) { return host::ReadField(account, column); };
+  const auto text = [&](const char* column) { return field(column).ToText(); };
   const auto check = [&](int box, const char* column) {
-    const bool set = account.Field(column).ToNumber() != 0;
+    const bool set = field(column).ToNumber() != 0;
     Chk(box).SetValue(set ? CheckBox::kChecked : CheckBox::kUnchecked);
   };
   Txt(kCodeBox).SetText(host::RequiredField(account, "ccode").ToText());
   Txt(kEnglishNameBox).SetText(text("ccode_engl"));
   Txt(kNameBox).SetText(text("ccode_name"));
   Txt(kMnemonicBox).SetText(text("chelp"));
-  session_->level = account.Field("igrade").ToLong();
+  session_->level = field("igrade").ToLong();
   check(kCurrencyCheck, "bexchange");
   ShowStored(kCurrencyList, text("cexch_name"));
   ShowStored(kUnitList, text("cmeasure"));
@@ -159,7 +182,7 @@ void FmBkmAdd::FillControls(host::Recordset& account) {
   check(kProjectCheck, "bitem");
   check(kJournalCheck, "br");
   check(kBankBookCheck, "be");
-  opt(account.Field("bproperty").ToNumber() != 0 ? kDebitOption : kCreditOption).SetValue(true);
+  opt(field("bproperty").ToNumber() != 0 ? kDebitOption : kCreditOption).SetValue(true);
 }
 
 // A stored text that the list does not know joins it, so that saving keeps it.

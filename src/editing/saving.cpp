@@ -1,10 +1,12 @@
 #include <string>
+#include <utility>
 
 #include "editing/fm_bkm_add.h"
 #include "editing/ledger_code.h"
 #include "editing/session.h"
 #include "editing/trap.h"
 #include "host/calls.h"
+#include "host/flag_scope.h"
 #include "host/text.h"
 
 namespace tavrix::editing {
@@ -34,48 +36,101 @@ std::string Flag(Dialect dialect, const viewkit::CheckBox& box) {
 bool FmBkmAdd::FileSave() noexcept {
   return Trapped("FileSave->", host::kCommandError, false, [this] {
     const auto session = Current();
+    if (session->saving) return false;  // a click while the host runs a statement of this save
+    const host::FlagScope saving(session->saving);
+    FindInserted(*session);
     if (!IsCanSave()) return false;
     const Busy busy(*this, "正在保存数据");
     const std::string code = CodeText();
-    const bool is_new = session->record_id <= 0;
-    std::int32_t id = session->record_id;
-    const bool written = is_new ? InsertAccount(*session, id) : UpdateAccount(*session, code);
-    if (!written || !JoinNewParent(*session, code)) return false;
-    session->record_id = id;
-    session->changed = false;
-    EvHasLoad.Raise(is_new, id);
+    const bool written =
+        session->record_id > 0 ? UpdateAccount(*session, code) : InsertAccount(*session, code);
+    if (!written || !SendRest(*session, code)) return false;
+    const bool is_new = session->unfinished->IsNew();
+    session->unfinished.reset();
+    EvHasLoad.Raise(is_new, session->record_id);
     return true;
   });
 }
 
-bool FmBkmAdd::InsertAccount(Session& session, std::int32_t& id) {
+bool FmBkmAdd::InsertAccount(Session& session, const std::string& code) {
   const auto given = session.pcSystem->NewIdentifier("gl_code", "i_ID");
   if (!given.error.empty()) {
     Refuse(given.error);
     return false;
   }
   if (given.id == 0) host::ThrowMissing("NewIdentifier");
-  id = given.id;
-  return Send(session, InsertStatement(session, id));
+  const std::string statement = InsertStatement(session, given.id);
+  session.attempted_id = given.id;
+  session.changed = false;  // what is changed from here on is not in the statement
+  if (!Send(session, statement)) return false;
+  Inserted(session, std::exchange(session.attempted_id, 0), code);
+  return true;
+}
+
+// A failure tells less than it seems to: a connection may break when the statement stands already.
+void FmBkmAdd::FindInserted(Session& session) {
+  if (session.attempted_id == 0) return;
+  const auto stored = ReadStored(session, session.attempted_id);
+  const std::int32_t id = std::exchange(session.attempted_id, 0);
+  session.changed = session.changed || !stored;
+  if (!stored) return;
+  Inserted(session, id, stored->code);
+}
+
+void FmBkmAdd::Inserted(Session& session, std::int32_t id, const std::string& code) {
+  session.record_id = id;
+  session.unfinished.emplace(true);
+  Written(session, code, code);
 }
 
 bool FmBkmAdd::UpdateAccount(Session& session, const std::string& code) {
   const EditCheck check = IsCanEdit(code, session.record_id);
   if (!check.allowed) {
-    // A refused change counts as no change, so that closing does not ask; a record that could not
-    // be read is tried again.
-    if (check.stored_code) session.changed = false;
+    session.changed = false;  // counts as no change, so that closing does not ask
     return false;
   }
-  if (!Send(session, UpdateStatement(session))) return false;
-  const std::string& old_code = *check.stored_code;
-  if (old_code == code) return true;
-  return MovePostings(session, old_code, code) && LeaveOldParent(session, old_code);
+  const std::string& stored = *check.stored_code;
+  const auto attempted = std::exchange(session.attempted_from, std::nullopt);
+  if (attempted && *attempted != stored) Written(session, *attempted, stored);  // it stands
+  if (!session.changed && stored == code) return true;
+  const std::string statement = UpdateStatement(session);
+  session.attempted_from = stored;
+  if (!Send(session, statement)) return false;
+  session.attempted_from.reset();
+  session.changed = false;
+  Written(session, stored, code);
+  return true;
+}
+
+void FmBkmAdd::Written(Session& session, const std::string& from, const std::string& to) {
+  if (!session.unfinished) session.unfinished.emplace(false);
+  session.unfinished->Written(from, to);
+  session.initial_code = to;
+}
+
+bool FmBkmAdd::SendRest(Session& session, const std::string& code) {
+  for (UnfinishedSave& rest = *session.unfinished; !rest.Done(); rest.Finish()) {
+    const SaveStep::Kind kind = rest.Next().kind;
+    const bool stands = kind == SaveStep::Kind::kMovePostings  ? MoveLedger(session, code)
+                        : kind == SaveStep::Kind::kLeaveParent ? LeaveOldParent(session)
+                                                               : JoinNewParent(session, code);
+    if (!stands) return false;
+  }
+  return true;
+}
+
+bool FmBkmAdd::MoveLedger(Session& session, const std::string& code) {
+  const SaveStep& step = session.unfinished->Next();
+  if (step.code == code) return true;  // the account has got its old code back
+  const std::string error = MovePostings(*session.pcSystem, step.ledger, step.code, code);
+  if (!error.empty()) Refuse(error);
+  return error.empty();
 }
 
 // The parent of the old code may have lost its last account and is a leaf then.
-bool FmBkmAdd::LeaveOldParent(Session& session, const std::string& old_code) {
-  const std::string parent = session.code_rule->ParentCode(old_code, session.rule);
+bool FmBkmAdd::LeaveOldParent(Session& session) {
+  const std::string parent =
+      session.code_rule->ParentCode(session.unfinished->Next().code, session.rule);
   if (parent.empty()) return true;
   const double below = host::QueryCount(
       *session.pcSystem, "select count(i_ID) from gl_code where ccode like '" + parent +
@@ -87,21 +142,20 @@ bool FmBkmAdd::LeaveOldParent(Session& session, const std::string& old_code) {
 bool FmBkmAdd::JoinNewParent(Session& session, const std::string& code) {
   const std::string parent = session.code_rule->ParentCode(code, session.rule);
   if (parent.empty()) return true;
-  const host::Value leaf =
-      host::QueryScalar(*session.pcSystem, "select bend from gl_code where ccode='" + parent + "'");
-  if (leaf.ToNumber() != 1) return true;  // exactly 1; any other value leaves the parent alone
-  return Send(session, "update gl_code set bend=0 where ccode='" + parent + "'") &&
-         MovePostings(session, parent, code);
+  SaveStep& step = session.unfinished->Next();
+  if (step.code != parent) {
+    const host::Value leaf = host::QueryScalar(
+        *session.pcSystem, "select bend from gl_code where ccode='" + parent + "'");
+    if (leaf.ToNumber() != 1) return true;  // exactly 1; any other value leaves the parent alone
+    step.code = parent;
+  }
+  if (!Send(session, "update gl_code set bend=0 where ccode='" + parent + "'")) return false;
+  session.unfinished->HandDown(parent);
+  return true;
 }
 
 bool FmBkmAdd::Send(Session& session, const std::string& sql) {
   const std::string error = host::ExecuteSql(*session.pcSystem, sql);
-  if (!error.empty()) Refuse(error);
-  return error.empty();
-}
-
-bool FmBkmAdd::MovePostings(Session& session, const std::string& from, const std::string& to) {
-  const std::string error = UpdateLedgerCode(*session.pcSystem, from, to);
   if (!error.empty()) Refuse(error);
   return error.empty();
 }

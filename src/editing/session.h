@@ -1,9 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "editing/fm_bkm_add.h"
+#include "editing/unfinished_save.h"
 #include "host/error.h"
 #include "host/objects.h"
 #include "viewkit/ports.h"
@@ -15,14 +17,26 @@ struct FmBkmAdd::Session {
   std::shared_ptr<host::CodeRule> code_rule;
   std::shared_ptr<host::LogHelper> log_helper;  // created and released, asked for nothing
   std::shared_ptr<host::DataHelper> data_helper;
-  std::string rule;       // setting "kmbm": one digit for each level
-  std::string category;   // that the dialog was opened with
-  std::string reference;  // code of the account a new one stands below or beside
-  std::string initial_code;
+  std::string rule;            // setting "kmbm": one digit for each level
+  std::string category;        // that the dialog was opened with
+  std::string reference;       // code of the account a new one stands below or beside
+  std::string initial_code;    // that the record has, as far as is known
   std::int32_t record_id = 0;  // 0 until a new account has been written
-  std::int32_t level = 0;      // of the code, as it is written
+  // An insert or an update that was sent and is not known to stand: the next save looks. The new
+  // row's identifier, 0 for none; the code that the row had.
+  std::int32_t attempted_id = 0;
+  std::optional<std::string> attempted_from;
+  std::optional<UnfinishedSave> unfinished;
+  std::int32_t level = 0;  // of the code, as it is written
   bool changed = false;
   bool code_changed = false;
+  bool proposes_direction = false;  // from the category: a new account whose user has not chosen
+  bool saving = false;
+
+  /// Something would be lost by closing.
+  [[nodiscard]] bool Unsaved() const {
+    return changed || unfinished || attempted_id != 0 || attempted_from;
+  }
 };
 
 /// The record that the dialog works on is gone: someone else has deleted it.

@@ -10,6 +10,9 @@ namespace tavrix::host {
 inline constexpr std::array<std::string_view, 6> kCategories = {"资产", "负债", "共同",
                                                                 "权益", "成本", "损益"};
 
+/// Categories whose accounts usually have their balance on the credit side.
+inline constexpr std::array<std::string_view, 2> kCreditCategories = {"负债", "权益"};
+
 /// Ledger page formats (`cbook_type`), in the order of the dialog's list.
 namespace book_type {
 inline constexpr std::string_view kAmount = "金额式";

@@ -25,24 +25,43 @@ std::shared_ptr<Statement> OpenStatement(Database& database, const std::string& 
 
 }  // namespace
 
+double RequiredNumber(const Value& value, const char* what) {
+  const auto number = value.Number();
+  if (!number) ThrowMissing(what);
+  return *number;
+}
+
+std::string RequiredText(const Value& value, const char* what) {
+  const bool flag = std::holds_alternative<bool>(value.Raw());
+  if (value.IsNull() || flag || value.IsObject()) ThrowMissing(what);
+  return value.ToText();
+}
+
+Value NoObject(Value value, const char* what) {
+  if (value.IsObject()) ThrowMissing(what);
+  return value;
+}
+
 Value QueryScalar(SystemObject& system, const std::string& sql) {
   const auto database = DatabaseOf(system);
-  return OpenStatement(*database, sql)->ScalarValue();
+  return NoObject(OpenStatement(*database, sql)->ScalarValue(), "ScalarValue");
 }
 
 double QueryCount(SystemObject& system, const std::string& sql) {
-  const Value count = QueryScalar(system, sql);
-  if (count.IsNull()) ThrowMissing("ScalarValue");
-  return count.ToNumber();
+  return RequiredNumber(QueryScalar(system, sql), "ScalarValue");
 }
 
-std::shared_ptr<Recordset> QueryRows(SystemObject& system, const std::string& sql) {
+OpenRows QueryRows(SystemObject& system, const std::string& sql) {
   const auto database = DatabaseOf(system);
-  return Required(OpenStatement(*database, sql)->OpenRecordset(), "Recordset");
+  return OpenRows(Required(OpenStatement(*database, sql)->OpenRecordset(), "Recordset"));
+}
+
+Value ReadField(Recordset& rows, const std::string& name) {
+  return NoObject(rows.Field(name), name.c_str());
 }
 
 Value RequiredField(Recordset& rows, const std::string& name) {
-  Value field = rows.Field(name);
+  Value field = ReadField(rows, name);
   if (field.IsNull()) ThrowMissing(name.c_str());
   return field;
 }
@@ -57,7 +76,7 @@ Dialect DialectOf(SystemObject& system) {
   const auto properties =
       Required(DatabaseOf(system)->ConnectionProperties(), "ConnectionProperties");
   const auto driver = Required(properties->Item("driver"), "driver");
-  return driver->Get().ToText() == "jet" ? Dialect::kJet : Dialect::kServer;
+  return NoObject(driver->Get(), "driver").ToText() == "jet" ? Dialect::kJet : Dialect::kServer;
 }
 
 }  // namespace tavrix::host

@@ -151,19 +151,24 @@ std::string NumberPart(std::string_view text, std::size_t at) {
 
 }  // namespace
 
-double LeadingNumber(std::string_view text) {
+std::optional<double> NumberAtStart(std::string_view text) {
   const std::size_t start = text.find_first_not_of(" \t\r\n");
-  if (start == std::string_view::npos) return 0;
+  if (start == std::string_view::npos) return {};
   std::string part = NumberPart(text, start);
   if (part.starts_with("+")) part.erase(0, 1);
   if (const std::size_t plus = part.find("e+"); plus != std::string::npos) part.erase(plus + 1, 1);
   double number = 0;
   const auto result = std::from_chars(part.data(), part.data() + part.size(), number);
+  if (result.ec == std::errc::invalid_argument) return {};
   if (result.ec != std::errc::result_out_of_range) return number;
   const bool tiny = part.find("e-") != std::string::npos || part.find("E-") != std::string::npos;
-  if (tiny) return 0;
+  if (tiny) return 0.0;
   const double most = std::numeric_limits<double>::max();
   return part.front() == '-' ? -most : most;
+}
+
+double LeadingNumber(std::string_view text) {
+  return NumberAtStart(text).value_or(0);
 }
 
 std::int32_t ToLong32(double number) {

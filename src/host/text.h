@@ -2,13 +2,17 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace tavrix::host {
 
-/// The number at the start of `text`: blanks, a sign, digits, a point, an exponent. No number gives
-/// 0; what follows the number is ignored. Never fails; an overflow gives the nearest finite value.
+/// The number at the start of `text`: blanks, a sign, digits, a point, an exponent; nothing when
+/// there is none. What follows the number is ignored; an overflow gives the nearest finite value.
+[[nodiscard]] std::optional<double> NumberAtStart(std::string_view text);
+
+/// As `NumberAtStart`; no number gives 0.
 [[nodiscard]] double LeadingNumber(std::string_view text);
 
 /// `number` truncated towards zero and held within 32 bits; not-a-number gives 0.

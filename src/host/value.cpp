@@ -31,6 +31,17 @@ double Value::ToNumber() const {
       data_);
 }
 
+bool Value::IsObject() const {
+  const auto* foreign = std::get_if<std::shared_ptr<const ForeignValue>>(&data_);
+  return foreign != nullptr && (*foreign)->IsObject();
+}
+
+std::optional<double> Value::Number() const {
+  if (IsNull() || std::holds_alternative<bool>(data_)) return {};
+  if (!NumberAtStart(ToText())) return {};
+  return ToNumber();
+}
+
 std::int32_t Value::ToLong() const {
   return ToLong32(ToNumber());
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -15,6 +16,8 @@ class ForeignValue {
   virtual ~ForeignValue() = default;
   [[nodiscard]] virtual std::string ToText() const = 0;
   [[nodiscard]] virtual double ToNumber() const = 0;
+  /// There is no value in it: an object without one, an array. Its text is empty, its number 0.
+  [[nodiscard]] virtual bool IsObject() const { return false; }
 
  protected:
   ForeignValue() = default;
@@ -37,12 +40,18 @@ class Value {
   Value(std::shared_ptr<const ForeignValue> value);
 
   [[nodiscard]] bool IsNull() const { return std::holds_alternative<std::monostate>(data_); }
+  /// An object or an array, which is neither a number nor a text.
+  [[nodiscard]] bool IsObject() const;
 
   /// Null gives an empty text, a flag "True" or "False", a number its shortest decimal form.
   [[nodiscard]] std::string ToText() const;
 
   /// Lenient: text gives its leading number, null 0, and a set flag -1 as Automation counts it.
   [[nodiscard]] double ToNumber() const;
+
+  /// For a value that decides something: a number, or that of a text that starts with one. Nothing
+  /// for null, a flag, any other text, an object.
+  [[nodiscard]] std::optional<double> Number() const;
 
   /// The number truncated towards zero and held within 32 bits' range; not-a-number gives 0.
   [[nodiscard]] std::int32_t ToLong() const;

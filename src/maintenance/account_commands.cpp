@@ -116,6 +116,7 @@ bool Kjkm::FileNewNext() {
 
 bool Kjkm::AddAccount(std::string_view prefix, bool pnNewNext) {
   return Trapped(prefix, host::kCommandError, [&] {
+    (void)Running();
     if (!RowSelected(CurrentGrid()) && HasDataRows(CurrentGrid())) {
       Report("请选择新增参照科目！", host::kCommandError);
       return false;
@@ -127,6 +128,7 @@ bool Kjkm::AddAccount(std::string_view prefix, bool pnNewNext) {
 
 bool Kjkm::FileEdit() {
   return Trapped("FileEdit->", host::kCommandError, [this] {
+    (void)Running();
     if (!HasDataRows(CurrentGrid())) return false;
     if (!RowSelected(CurrentGrid())) {
       Report("请选择欲修改的科目！", host::kCommandError);
@@ -141,7 +143,7 @@ void Kjkm::OpenEditor(bool pbNew, bool pnNewNext) {
   // The session itself is let go before the dialog opens: what is saved after a `Clear` is no
   // longer this view's concern.
   const auto system = Running()->pcSystem;
-  const auto dialog = host::Required(Running()->mFrmBmAdd, "FmBkmAdd");
+  const auto dialog = Running()->mFrmBmAdd;
   const FlexGrid& grid = CurrentGrid();
   const int row = grid.Row();
   if (!RowSelected(grid)) {  // an empty grid: the page's category, and no reference account
@@ -176,7 +178,7 @@ bool Kjkm::FileDelete() {
     if (session_ != session) return false;  // the host has let go of the view meanwhile
 
     DeleteAccounts(*system, code, parent_becomes_leaf ? parent : std::string());
-    RemoveDeleted(grid, code);
+    if (session_ == session) RemoveDeleted(grid, code);
     return true;
   });
 }
@@ -187,7 +189,7 @@ bool Kjkm::ConfirmDelete(const std::string& code, const std::string& name) {
       row >= CurrentGrid().FixedRows() && CurrentGrid().FirstChildRow(row) >= 0;
   const std::string question = has_children ? "是否删除当前及其下级科目：" : "是否删除当前科目：";
   return user_.Ask(question + code + " " + name, host::kPromptTitle, UserPort::Icon::kInformation,
-                   UserPort::Buttons::kYesNo) == UserPort::Answer::kYes;
+                   UserPort::Buttons::kYesNoDefaultNo) == UserPort::Answer::kYes;
 }
 
 int Kjkm::RowOf(const FlexGrid& grid, const std::string& code) {

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "host/account.h"
 #include "host/calls.h"
@@ -23,12 +25,45 @@ std::string_view CategoryOf(int tab) {
   return tab == 0 ? std::string_view() : host::kCategories[static_cast<std::size_t>(tab - 1)];
 }
 
-void LoadAccounts(host::SystemObject& system, FlexGrid& grid, std::string_view category) {
+/// Nothing when there are none.
+std::optional<host::RowSet> ReadAccounts(host::SystemObject& system, std::string_view category) {
   std::string sql = "select ccode,ccode_name,cexch_name,'',i_id,igrade,cclass from gl_code";
   if (!category.empty()) sql.append(" where cclass='").append(category).append("'");
   sql += " order by ccode";
-  const auto accounts = host::QueryRows(system, sql);
-  if (!accounts->EndOfFile() || !accounts->BeginningOfFile()) grid.LoadRows(accounts->GetRows());
+  return host::ReadRows(system, sql, [](host::Recordset& rows) {
+    std::optional<host::RowSet> accounts;
+    if (!rows.EndOfFile() || !rows.BeginningOfFile()) accounts = rows.GetRows();
+    return accounts;
+  });
+}
+
+/// A saved account, as its row shows it.
+struct SavedAccount {
+  std::string category;
+  std::string code;
+  std::array<std::pair<int, std::string>, 6> cells;
+};
+
+std::optional<SavedAccount> ReadSaved(host::SystemObject& system, const std::string& id) {
+  return host::ReadRows(system, "select * from gl_code where i_id=" + id,
+                        [](host::Recordset& account) {
+                          std::optional<SavedAccount> saved;
+                          if (account.EndOfFile() && account.BeginningOfFile()) return saved;
+                          const auto field = [&](const char* name) {
+                            return host::ReadField(account, name).ToText();
+                          };
+                          const std::string category = field("cclass");
+                          const std::string code = field("ccode");
+                          saved = {category,
+                                   code,
+                                   {{{kCode, code},
+                                     {kName, field("ccode_name")},
+                                     {kCurrency, field("cexch_name")},
+                                     {kLevel, field("igrade")},
+                                     {kId, field("i_id")},
+                                     {kCategory, category}}}};
+                          return saved;
+                        });
 }
 
 }  // namespace
@@ -67,7 +102,7 @@ bool Kjkm::Refresh() {
   return Trapped("刷新数据时出错：", host::kLoadingError, [this] {
     const auto session = Running();
     for (int tab = 0; tab < kPages; ++tab) {
-      const bool loaded = DoRefresh(*session, Grid(tab), CategoryOf(tab));
+      const bool loaded = DoRefresh(session, Grid(tab), CategoryOf(tab));
       if (session_ != session) return false;  // the host has let go of the view meanwhile
       if (!loaded) break;                     // it has reported
     }
@@ -76,15 +111,17 @@ bool Kjkm::Refresh() {
   });
 }
 
-bool Kjkm::DoRefresh(const Session& session, FlexGrid& grid, std::string_view category) {
-  const auto system = session.pcSystem;
+bool Kjkm::DoRefresh(const std::shared_ptr<Session>& session, FlexGrid& grid,
+                     std::string_view category) {
   const viewkit::WaitCursor wait(user_);
   Message.Raise("正在加载数据...");
   const bool loaded = Trapped("DoRefresh", host::kLoadingError, [&] {
     const GridUpdate update(grid);
     grid.SetRows(grid.FixedRows());
     grid.SetCols(kColumns);
-    LoadAccounts(*host::Required(system, "pcSystem"), grid, category);
+    auto accounts = ReadAccounts(*session->pcSystem, category);
+    if (session_ != session) return false;  // the grid may show another book by now
+    if (accounts) grid.LoadRows(std::move(*accounts));
     FormatOutline(grid, true);
     return true;
   });
@@ -111,25 +148,16 @@ void Kjkm::OnAccountSaved(bool pNew, std::int32_t plID) noexcept {
   Trapped("mFrmBmAdd_EvHasLoad->", host::kLoadingError, [&] {
     const auto session = Running();
     const std::string id = std::to_string(plID);
-    const auto account =
-        host::QueryRows(*session->pcSystem, "select * from gl_code where i_id=" + id);
-    if (account->EndOfFile() && account->BeginningOfFile()) return true;
-    const auto field = [&](const char* name) { return account->Field(name).ToText(); };
-    const std::string category = field("cclass");
-    if (current_tab_ > 0 && category != CategoryOf(current_tab_)) return true;  // another page's
-
-    const std::array<std::pair<int, std::string>, 6> cells = {{{kCode, field("ccode")},
-                                                               {kName, field("ccode_name")},
-                                                               {kCurrency, field("cexch_name")},
-                                                               {kLevel, field("igrade")},
-                                                               {kId, field("i_id")},
-                                                               {kCategory, category}}};
+    const auto saved = ReadSaved(*session->pcSystem, id);
+    if (!saved || session_ != session) return true;
+    const bool shown = current_tab_ == 0 || saved->category == CategoryOf(current_tab_);
+    if (!shown) return true;  // another page's
     FlexGrid& grid = CurrentGrid();
     const GridUpdate update(grid);
     const int row = pNew ? grid.AddItem() : EditedRow(grid, id);
-    for (const auto& [col, text] : cells) grid.SetTextMatrix(row, col, text);
+    for (const auto& [col, text] : saved->cells) grid.SetTextMatrix(row, col, text);
     FormatOutline(grid, true);
-    LocateCode(grid, cells[0].second);
+    LocateCode(grid, saved->code);
     return true;
   });
 }

@@ -13,7 +13,6 @@ namespace tavrix::maintenance {
 
 namespace {
 
-constexpr double kDefaultScrollRate = 5;
 constexpr int kTabHeight = 28 * viewkit::kTwipsPerPixel;
 
 }  // namespace
@@ -73,8 +72,8 @@ bool Kjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t, std:
   });
 
   // A negative rate is kept as it is; only 0 stands for "not set".
-  session->scroll_rate = host::LeadingNumber(host::SettingText(system, host::kScrollRateSetting));
-  if (session->scroll_rate == 0) session->scroll_rate = kDefaultScrollRate;
+  const double rate = host::LeadingNumber(host::SettingText(system, host::kScrollRateSetting));
+  if (rate != 0) session->scroll_rate = rate;
   if (session_ != session) return false;  // the host has cleared the view meanwhile
 
   vxVSTab_.Activate("key1");
@@ -84,7 +83,8 @@ bool Kjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t, std:
   current_tab_ = 0;
   session->mFrmBmAdd = CreateEditDialog();
   session->rule = host::SettingText(system, host::kCodeRuleSetting);
-  return session_ == session;
+  session->started = session_ == session;
+  return session->started;
 }
 
 bool Kjkm::Runs(const std::weak_ptr<Session>& session) {
@@ -152,7 +152,7 @@ void Kjkm::Report(const std::string& text, std::int32_t level) {
 }
 
 std::shared_ptr<Kjkm::Session> Kjkm::Running() const {
-  if (!session_ || !session_->pcSystem) throw host::HostError("控件尚未初始化");
+  if (!session_ || !session_->started) throw host::HostError("控件尚未初始化");
   return session_;
 }
 

@@ -93,7 +93,7 @@ class Kjkm : public host::IFormUI, public host::IDesignUI {
   void Report(const std::string& text, std::int32_t level);
   template <class Body>
   bool Trapped(std::string_view prefix, std::int32_t level, Body&& body) noexcept;
-  /// The running session, or a `HostError` when `Init` has not succeeded.
+  /// The running session, or a `HostError` when the last `Init` has not succeeded.
   [[nodiscard]] std::shared_ptr<Session> Running() const;
   /// `Clear` has not ended the session.
   [[nodiscard]] static bool Runs(const std::weak_ptr<Session>& session);
@@ -108,7 +108,7 @@ class Kjkm : public host::IFormUI, public host::IDesignUI {
 
   // Account list
   [[nodiscard]] bool InitVsControl(viewkit::FlexGrid& grid) noexcept;
-  [[nodiscard]] bool DoRefresh(const Session& session, viewkit::FlexGrid& grid,
+  [[nodiscard]] bool DoRefresh(const std::shared_ptr<Session>& session, viewkit::FlexGrid& grid,
                                std::string_view category);
   void FormatOutline(viewkit::FlexGrid& grid, bool reset);
   /// The row that an edit started from.

@@ -12,16 +12,20 @@ namespace tavrix::maintenance {
 /// `Clear` lets go of it; a routine that is running then holds it, and all that it uses, to its
 /// end.
 struct Kjkm::Session {
-  std::shared_ptr<host::SystemObject> pcSystem;
-  std::shared_ptr<host::CodeRule> code_rule;
-  std::shared_ptr<host::LogHelper> log_helper;  // created and released, asked for nothing
+  // Members end in reverse: the wheel source first, then the dialog, `pcSystem`, the data helper,
+  // the code-rule helper, the helper for nothing and the navigator. Hosts rely on that order.
   std::shared_ptr<host::GridNavigator> navigator;
+  std::shared_ptr<host::LogHelper> log_helper;  // created and released, asked for nothing
+  std::shared_ptr<host::CodeRule> code_rule;
   std::shared_ptr<host::DataHelper> data_helper;
-  std::shared_ptr<host::MouseEvent> mcMouseEvent;
+  std::shared_ptr<host::SystemObject> pcSystem;
   std::shared_ptr<editing::FmBkmAdd> mFrmBmAdd;
-  double scroll_rate = 0;
-  bool ended = false;  // by `Clear`
-  std::string rule;    // setting "kmbm": one digit for each level
+  std::shared_ptr<host::MouseEvent> mcMouseEvent;
+  static constexpr double kDefaultScrollRate = 5;
+  double scroll_rate = kDefaultScrollRate;
+  bool started = false;  // `Init` has come to its end
+  bool ended = false;    // by `Clear`
+  std::string rule;      // setting "kmbm": one digit for each level
 };
 
 }  // namespace tavrix::maintenance

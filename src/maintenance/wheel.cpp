@@ -18,7 +18,7 @@ void Kjkm::ArmWheel(std::shared_ptr<Session> session) {
 
 void Kjkm::OnWheel(std::int32_t value) noexcept {
   Trapped("mcMouseEvent_Wheel->", host::kLoadingError, [&] {
-    viewkit::ScrollByWheel(CurrentGrid(), value, Running()->scroll_rate);
+    viewkit::ScrollByWheel(CurrentGrid(), value, session_->scroll_rate);
     return true;
   });
 }

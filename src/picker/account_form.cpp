@@ -1,3 +1,5 @@
+#include <array>
+#include <optional>
 #include <string>
 
 #include "host/account.h"
@@ -12,6 +14,22 @@
 
 // Adding and changing accounts from within the picker.
 namespace tavrix::picker {
+
+namespace {
+
+/// The columns of the list, by the names of their fields; nothing when the view does not take the
+/// account.
+std::optional<std::array<std::string, kColumns>> ReadSaved(host::Recordset& account) {
+  static constexpr std::array<const char*, kColumns> kFields = {
+      "i_id", "ccode", "ccode_name", "chelp", "bpr", "cclass", "bclose", "bend"};
+  if (account.EndOfFile()) return {};
+  std::array<std::string, kColumns> texts;
+  for (std::size_t col = 0; col < kColumns; ++col)
+    texts[col] = host::ReadField(account, kFields[col]).ToText();
+  return texts;
+}
+
+}  // namespace
 
 void selKjkm::OpenForm() {
   const auto session = Running();
@@ -61,21 +79,15 @@ void selKjkm::mfrmKjkm_EvHasLoad(bool pNew, std::int32_t plID) noexcept {
               "bpr,cclass,bclose,bend"
             : "SELECT i_id,ccode,ccode_name,chelp,(case when (bproperty=1) then '借' else '贷'end) "
               "as bpr,cclass,bclose,bend";
-    const auto account =
-        host::QueryRows(*session->m_System, select + " FROM gl_code " + where + " order by ccode");
-    if (!account->EndOfFile()) WriteRow(*account, pNew, id);
-    account->Close();
+    const auto texts = host::ReadRows(
+        *session->m_System, select + " FROM gl_code " + where + " order by ccode", ReadSaved);
+    if (texts && session == session_) WriteRow(*texts, pNew, id);
     return true;
   });
 }
 
-void selKjkm::WriteRow(host::Recordset& account, bool is_new, const std::string& id) {
-  static constexpr std::array<const char*, kColumns> kFields = {
-      "i_id", "ccode", "ccode_name", "chelp", "bpr", "cclass", "bclose", "bend"};
-  std::array<std::string, kColumns> texts;  // all read before the first is written
-  for (std::size_t col = 0; col < kColumns; ++col)
-    texts[col] = account.Field(kFields[col]).ToText();
-
+void selKjkm::WriteRow(const std::array<std::string, kColumns>& texts, bool is_new,
+                       const std::string& id) {
   const viewkit::GridUpdate update(Vs_);
   const bool totals = HasTotals();
   const int row = is_new ? Vs_.AddItem() : RowOfEdited(id);

@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 
 #include "host/account.h"
 #include "host/calls.h"
@@ -59,7 +60,6 @@ bool selKjkm::Refresh() {
     return true;
   });
   Cmd_[3]->SetVisible(may_maintain);
-  Resize(width_, height_);
   Trapped([this] {
     const auto session = Running();
     Vs_.SetSelectionMode(ParameterIsOne(parameter::kSingle) ? viewkit::SelectionMode::kByRow
@@ -149,9 +149,15 @@ bool selKjkm::LoadAccountList() noexcept {
         jet ? "SELECT i_id,ccode,ccode_name,chelp,iif(bproperty=1,'借','贷'),cclass,bclose,bend"
             : "SELECT i_id,ccode,ccode_name,chelp,case when bproperty=1 then '借' else '贷' end "
               ",cclass,bclose,bend";
-    const auto accounts =
-        host::QueryRows(*running->m_System, select + " FROM gl_code " + where + " order by ccode");
-    ShowRows(*accounts);
+    host::RowSet accounts =
+        host::ReadRows(*running->m_System, select + " FROM gl_code " + where + " order by ccode",
+                       [](host::Recordset& rows) {
+                         return rows.EndOfFile() ? host::RowSet(kColumns) : rows.GetRows();
+                       });
+    // Whenever the host was called it may have let go of the picker, and show another book in it.
+    if (running != session_) return true;
+    ShowRows(std::move(accounts));
+    if (running != session_) return true;
     Trapped([&] {
       SetWheelRange(*running);
       return true;
@@ -169,12 +175,9 @@ bool selKjkm::LoadAccountList() noexcept {
   return loaded;
 }
 
-void selKjkm::ShowRows(host::Recordset& accounts) {
-  host::RowSet rows(kColumns);
-  if (!accounts.EndOfFile()) rows = accounts.GetRows();
-  accounts.Close();
+void selKjkm::ShowRows(host::RowSet accounts) {
   const viewkit::GridUpdate update(Vs_);
-  Vs_.LoadRows(std::move(rows));
+  Vs_.LoadRows(std::move(accounts));
   Vs_.SetColHidden(kClosed, Chk_.Value() != viewkit::CheckBox::kChecked);
   RestoreTotals();
 }

@@ -1,3 +1,4 @@
+#include <optional>
 #include <string>
 
 #include "host/account.h"
@@ -27,7 +28,7 @@ class Painting {
 };
 
 struct Answer {
-  std::shared_ptr<host::Recordset> rows;  // null when the query failed
+  std::optional<host::OpenRows> rows;  // nothing when the query failed
   std::shared_ptr<host::ErrorEntry> entry;
   std::string error;
 };
@@ -38,7 +39,7 @@ Answer Query(host::SystemObject& system, const std::string& sql) {
   const auto database = host::DatabaseOf(system);
   try {
     const auto statement = host::Required(database->OpenSql(sql, host::kStatementMode), "OpenSql");
-    answer.rows = host::Required(statement->OpenRecordset(), "Recordset");
+    answer.rows.emplace(host::Required(statement->OpenRecordset(), "Recordset"));
   } catch (const host::HostError& error) {
     answer.error = error.what();
   }
@@ -108,17 +109,17 @@ host::RowSet selKjkm::AccountsOfCode(Session& session, const std::string& code) 
   std::string where = " where 1=1";
   // The whole value in one pair of quotes, unlike the prefixes of the list: that is intended.
   if (!code.empty()) where.append(" and ccode in('").append(code).append("')");
-  const Answer answer =
-      Query(*session.m_System,
-            "select ccode,ccode_name,cclass,i_id from gl_code " + where + " order by igrade,ccode");
+  Answer answer = Query(*session.m_System, "select ccode,ccode_name,cclass,i_id from gl_code " +
+                                               where + " order by igrade,ccode");
   if (!answer.error.empty()) {
     using viewkit::UserPort;
     (void)user_.Ask(answer.error, "FmMKjkm", UserPort::Icon::kCritical, UserPort::Buttons::kOk);
     answer.entry->Clear();
   }
-  if (!answer.rows || answer.rows->EndOfFile()) return host::RowSet(0);
-  host::RowSet accounts = answer.rows->GetRows();
-  answer.rows->Close();
+  if (!answer.rows) return host::RowSet(0);
+  host::OpenRows& rows = *answer.rows;
+  host::RowSet accounts = rows->EndOfFile() ? host::RowSet(0) : rows->GetRows();
+  rows.Close();
   return accounts;
 }
 

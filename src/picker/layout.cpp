@@ -23,11 +23,12 @@ constexpr int kTreeShare = 30;  // per cent of the width, until the user drags t
 /// Puts controls of fixed widths side by side. Those that are not visible take no room: they stand
 /// where the next one does, for a host that shows them.
 struct Row {
+  Placement& placement;
   int left;
   int top;
   int height;
   void Place(viewkit::Control& control, int width) {
-    control.SetBounds({left, top, width, height});
+    placement.Place(control, {left, top, width, height});
     if (control.Visible()) left += width + kGap;
   }
 };
@@ -40,8 +41,15 @@ int CheckBoxWidth(const viewkit::CheckBox& box) {
 }  // namespace
 
 void selKjkm::Resize(int width, int height) {
+  if (width != width_ || height != height_) placement_.StartAnew();
   width_ = width;
   height_ = height;
+  PlaceControls();
+}
+
+void selKjkm::PlaceControls() {
+  const int width = width_;
+  const int height = height_;
   const int room = std::max(0, width - 2 * kGap);
   const int panes_top = PlaceSearchLine(room);
   const int buttons_top = height - kGap - kLine;
@@ -49,12 +57,12 @@ void selKjkm::Resize(int width, int height) {
   PlacePanes(panes_top, std::max(0, labels_top - kGap - panes_top), room);
 
   const int count_width = std::min(kCountWidth, room / 2);
-  Row labels{kGap, labels_top, kLabelLine};
+  Row labels{placement_, kGap, labels_top, kLabelLine};
   labels.Place(LblCount_, count_width);
   labels.Place(lblMessage_, std::max(0, room - count_width - kGap));
 
   const int button_width = std::min(kButtonWidth, std::max(0, (room - 3 * kGap) / kButtons));
-  Row buttons{kGap, buttons_top, kLine};
+  Row buttons{placement_, kGap, buttons_top, kLine};
   // What changes the list stands on the left, what ends the pick on the right.
   for (const int index : {2, 3})
     buttons.Place(*Cmd_[static_cast<std::size_t>(index)], button_width);
@@ -72,8 +80,9 @@ int selKjkm::PlaceSearchLine(int room) {
   // The boxes go to a line of their own where they would leave the search box too little room.
   const bool two_lines = room - boxes_width < kLeastSearchWidth;
   const int search_width = two_lines ? room : room - boxes_width;
-  SearchBox1_.SetBounds({kGap, kGap, search_width, kLine});
-  Row line{two_lines ? kGap : 2 * kGap + search_width, two_lines ? 2 * kGap + kLine : kGap, kLine};
+  placement_.Place(SearchBox1_, {kGap, kGap, search_width, kLine});
+  Row line{placement_, two_lines ? kGap : 2 * kGap + search_width,
+           two_lines ? 2 * kGap + kLine : kGap, kLine};
   for (viewkit::CheckBox* box : boxes) line.Place(*box, CheckBoxWidth(*box));
   return line.top + kLine + kGap;
 }
@@ -83,14 +92,14 @@ void selKjkm::PlacePanes(int top, int height, int room) {
   const int most = std::max(0, room - kGap - kLeastPane);
   const int tree_width = std::clamp(wanted, std::min(kLeastPane, most), most);
   const int grid_left = kGap + tree_width + kGap;
-  TV_.SetBounds({kGap, top, tree_width, height});
-  Splitter1_.SetBounds({kGap + tree_width, top, kGap, height});
-  Vs_.SetBounds({grid_left, top, std::max(0, kGap + room - grid_left), height});
+  placement_.Place(TV_, {kGap, top, tree_width, height});
+  placement_.Place(Splitter1_, {kGap + tree_width, top, kGap, height});
+  placement_.Place(Vs_, {grid_left, top, std::max(0, kGap + room - grid_left), height});
 }
 
 void selKjkm::OnSplitterMoved() {
   splitter_dragged_ = true;
-  Resize(width_, height_);
+  PlaceControls();
 }
 
 }  // namespace tavrix::picker

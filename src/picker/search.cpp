@@ -20,14 +20,17 @@ void selKjkm::OnSearchMode() noexcept {
   });
 }
 
+int selKjkm::FirstMatch() {
+  row_texts_.Update(Vs_);
+  return row_texts_.Find(host::LowerCase(SearchBox1_.Text()), 0);
+}
+
 void selKjkm::OnSearch() noexcept {
   Trapped([this] {
     if (Vs_.Cols() < 1) return true;
-    row_texts_.Update(Vs_);
-    const std::string wanted = host::LowerCase(SearchBox1_.Text());
+    int match = FirstMatch();
     const int fixed = Vs_.FixedRows();
     const int rows = Vs_.Rows() - fixed;
-    int match = row_texts_.Find(wanted, 0);
     const bool filter = Check_.Value() == viewkit::CheckBox::kChecked;
     const viewkit::GridUpdate update(Vs_);
     if (!filter) {
@@ -37,6 +40,7 @@ void selKjkm::OnSearch() noexcept {
       if (!Vs_.IsInView(fixed + match)) Vs_.SetTopRow(fixed + match);
       return true;
     }
+    const std::string wanted = host::LowerCase(SearchBox1_.Text());
     for (int row = 0; row < rows; ++row) {
       const bool matches = row == match;
       SetHidden(Vs_, fixed + row, !matches);

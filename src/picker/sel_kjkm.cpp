@@ -7,19 +7,18 @@
 #include "picker/parameters.h"
 #include "picker/session.h"
 #include "picker/trap.h"
+#include "viewkit/grid_update.h"
 
 namespace tavrix::picker {
 
 namespace {
 
-constexpr double kDefaultScrollRate = 5;
-
 /// The text of the first field of a query's first row; empty without a row.
 std::string FirstField(host::SystemObject& system, const std::string& sql) {
-  const auto rows = host::QueryRows(system, sql);
-  std::string text = rows->EndOfFile() ? std::string() : rows->Field(0).ToText();
-  rows->Close();
-  return text;
+  return host::ReadRows(system, sql, [](host::Recordset& rows) {
+    if (rows.EndOfFile()) return std::string();
+    return host::NoObject(rows.Field(0), "Fields").ToText();
+  });
 }
 
 }  // namespace
@@ -78,6 +77,9 @@ void selKjkm::ConnectControls() {
     Cmd_[static_cast<std::size_t>(index)]->Clicked.Add([this, index] { OnButton(index); });
   }
   Splitter1_.Moved.Add([this] { OnSplitterMoved(); });
+  for (std::size_t position = 0; position < controls_.Count(); ++position) {
+    controls_.At(position).VisibleChanged.Add([this] { PlaceControls(); });
+  }
   ConnectKeys();
 }
 
@@ -93,11 +95,11 @@ bool selKjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t pl
   m_Parameters = host::Required(system.CreateParameters(), "Parameters");
   m_Selected = std::make_shared<colKjkm>();
 
-  session->m_ScrollRate = host::LeadingNumber(
+  const double rate = host::LeadingNumber(
       FirstField(system,
                  "select item_value from xt_accinformation where system_code='system' and "
                  "item_code='mouseeventscrollrate'"));
-  if (session->m_ScrollRate == 0) session->m_ScrollRate = kDefaultScrollRate;
+  if (rate != 0) session->m_ScrollRate = rate;
   if (session_ != session) return false;  // the host has cleared the picker meanwhile
 
   session->m_Tv = std::make_shared<viewkit::cTreeView>(user_);
@@ -112,18 +114,22 @@ bool selKjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t pl
   SearchBox1_.SetFilterMode(Check_.Value() == viewkit::CheckBox::kChecked);
   session->m_MaintainProgID =
       host::LeadingLong(FirstField(system, "select progID from xt_objects where billitem=2015"));
-  return session_ == session;
+  session->started = session_ == session;
+  return session->started;
 }
 
 void selKjkm::Clear() {
   const auto session = std::exchange(session_, nullptr);
   if (!session) return;
   session->ended = true;
-  if (session->m_Tv) session->m_Tv->UnHookCtrl();
+  // In the order that hosts rely on: parameters, objects, wheel; the session ends the rest.
   // Objects are missing after a failed `Init`, parameters also when the host has set null.
-  const auto parameters = std::exchange(m_Parameters, nullptr);
-  m_Selected.reset();
+  auto parameters = std::exchange(m_Parameters, nullptr);
+  auto selected = std::exchange(m_Selected, nullptr);
+  if (session->m_Tv) session->m_Tv->UnHookCtrl();
   if (parameters) host::Quietly([&] { parameters->Clear(); });
+  parameters.reset();
+  selected.reset();
   if (const auto wheel = session->mcMouseEvent) {
     host::Quietly([&] { wheel->OnWheel({}); });
     host::Quietly([&] { wheel->Detach(); });
@@ -136,9 +142,12 @@ void selKjkm::SetPickerParameters(std::shared_ptr<host::Parameters> parameters) 
 
 void selKjkm::SetText(const std::string& text) {
   m_Text = text;
+  const viewkit::GridUpdate update(Vs_);
   // Emptied first, so that the search runs again when the same text stands there already.
   SearchBox1_.SetText("");
   SearchBox1_.SetText(text);
+  // The row that the empty text or the one before has led to is not what was asked for.
+  if (FirstMatch() < 0) Vs_.SetRow(Vs_.FixedRows() - 1);
 }
 
 void selKjkm::SetParameters(const std::shared_ptr<host::Parameters>& parameters) {
@@ -161,9 +170,7 @@ void selKjkm::ShowError(const std::string& text) {
 }
 
 std::shared_ptr<selKjkm::Session> selKjkm::Running() const {
-  if (!session_ || !session_->m_System || !session_->m_Tv || !session_->mcMouseEvent) {
-    throw host::HostError("控件尚未初始化");
-  }
+  if (!session_ || !session_->started) throw host::HostError("控件尚未初始化");
   return session_;
 }
 

@@ -10,6 +10,8 @@
 #include "host/forms.h"
 #include "host/objects.h"
 #include "picker/col_kjkm.h"
+#include "picker/columns.h"
+#include "picker/placement.h"
 #include "picker/row_texts.h"
 #include "viewkit/check_box.h"
 #include "viewkit/command_button.h"
@@ -117,7 +119,7 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   [[nodiscard]] std::string ViewFilter() const;
   void ReloadAccountList() noexcept;
   bool LoadAccountList() noexcept;
-  void ShowRows(host::Recordset& accounts);
+  void ShowRows(host::RowSet accounts);
   void ShowRowCount();
   [[nodiscard]] bool HasTotals() const;
   /// Rows of the list that are accounts and not totals of a layout.
@@ -144,6 +146,8 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   void ShowSelectionCount();
 
   // Search, keys, buttons
+  /// The first data row that matches the search box's text, from 0; negative for none.
+  [[nodiscard]] int FirstMatch();
   void OnSearch() noexcept;
   void OnSearchMode() noexcept;
   void OnKeyDown(const viewkit::Control& control, viewkit::Key key, viewkit::Modifiers modifiers);
@@ -158,7 +162,7 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   [[nodiscard]] std::string CategoryOfNewAccount() const;
   void mfrmKjkm_EvHasLoad(bool pNew, std::int32_t plID) noexcept;
   void mfrmKjkm_ErrMessage(const std::string& psMsg) noexcept;
-  void WriteRow(host::Recordset& account, bool is_new, const std::string& id);
+  void WriteRow(const std::array<std::string, kColumns>& texts, bool is_new, const std::string& id);
   void SortInto();
   /// The row of the account that was edited; negative when the list no longer shows it.
   [[nodiscard]] int RowOfEdited(const std::string& id) const;
@@ -169,7 +173,8 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   void OnScrolled() noexcept;
   void OnGridFocused() noexcept;
 
-  // Layout. The first gives the top of what follows below the line.
+  // Layout. The second gives the top of what follows below the line.
+  void PlaceControls();
   [[nodiscard]] int PlaceSearchLine(int room);
   void PlacePanes(int top, int height, int room);
   void OnSplitterMoved();
@@ -189,6 +194,7 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   viewkit::Color back_color_ = viewkit::color::kButtonFace;
   int width_ = 0;
   int height_ = 0;
+  Placement placement_;
   bool splitter_dragged_ = false;
 
   std::shared_ptr<Session> session_;

@@ -19,9 +19,11 @@ constexpr std::int32_t kNoAccount = -1;  // an id that finds nothing
 }  // namespace
 
 bool selKjkm::FinishSelection() noexcept {
+  const auto session = session_;
   const bool collected = Trapped([this] { return CollectSelection(); });
   if (!collected) return false;
   DoSaveFormStatus();
+  if (session != session_) return false;  // the host has let go of the picker meanwhile
   return Trapped([this] {
     DoSelect.Raise();
     return true;
@@ -38,6 +40,7 @@ bool selKjkm::CollectSelection() {
       if (Vs_.IsTotalRow(row)) continue;  // no account, whatever its texts
       if (RefusesRow(row)) return false;
       AddAccount(*session, *selected, host::LeadingLong(Vs_.TextMatrix(row, kId)));
+      if (session != session_) return false;
     }
   } else {
     const int row = Vs_.Row();
@@ -46,6 +49,8 @@ bool selKjkm::CollectSelection() {
     AddAccount(*session, *selected,
                none ? kNoAccount : host::LeadingLong(Vs_.TextMatrix(row, kId)));
   }
+  // The last of several picks, and none that `Clear` has ended, has its say.
+  if (session != session_ || selected != m_Selected) return false;
   const bool picked = selected->Count() > 0;
   m_Value = picked ? host::Value(std::int64_t{selected->At(0)->ID}) : host::Value("");
   m_Text = picked ? selected->At(0)->ccode : "";
@@ -60,23 +65,32 @@ bool selKjkm::RefusesRow(int row) {
 
 void selKjkm::AddAccount(Session& session, colKjkm& selected, std::int32_t id) {
   // The number follows the sign without a blank.
-  const auto account =
+  host::OpenRows account =
       host::QueryRows(*session.m_System, "SELECT * FROM gl_code WHERE i_id =" + std::to_string(id));
   AddResultRow(*account, selected);
-  account->Close();
+  account.Close();
 }
 
 void selKjkm::AddResultRow(host::Recordset& account, colKjkm& selected) {
   if (account.EndOfFile()) return;
-  const auto text = [&](const char* name) { return account.Field(name).ToText(); };
-  const std::int32_t id = account.Field("i_id").ToLong();
-  const std::string key = std::to_string(id);
-  (void)selected.Add(key, id, text("ccode"), text("ccode_name"), text("chelp"), text("cclass"));
-  const auto item = selected.Item(host::Trimmed(key));
-  item->bpr = IsOne(account.Field("bproperty")) ? host::kDebit : host::kCredit;
-  item->bclose = IsSet(account.Field("bclose"));
-  item->bend = IsSet(account.Field("bend"));
-  item->cbook_type = text("cbook_type");
+  const auto field = [&](const char* name) { return host::ReadField(account, name); };
+  // All is read before the account joins the others: it is there whole, or not at all.
+  clsKjkm read;
+  read.ID = field("i_id").ToLong();
+  read.ccode = field("ccode").ToText();
+  read.ccode_name = field("ccode_name").ToText();
+  read.chelp = field("chelp").ToText();
+  read.cclass = field("cclass").ToText();
+  read.bpr = IsOne(field("bproperty")) ? host::kDebit : host::kCredit;
+  read.bclose = IsSet(field("bclose"));
+  read.bend = IsSet(field("bend"));
+  read.cbook_type = field("cbook_type").ToText();
+  const auto item = selected.Add(std::to_string(read.ID), read.ID, read.ccode, read.ccode_name,
+                                 read.chelp, read.cclass);
+  item->bpr = read.bpr;
+  item->bclose = read.bclose;
+  item->bend = read.bend;
+  item->cbook_type = read.cbook_type;
 }
 
 void selKjkm::Cancel() noexcept {

@@ -14,12 +14,15 @@ namespace tavrix::picker {
 /// `Clear` lets go of it; a routine that is running then holds it, and all that it uses, to its
 /// end.
 struct selKjkm::Session {
+  // Members end in reverse: the tree first, then the wheel source, the form and the system object.
   std::shared_ptr<host::SystemObject> m_System;
-  std::shared_ptr<viewkit::cTreeView> m_Tv;
-  std::shared_ptr<host::MouseEvent> mcMouseEvent;
   std::shared_ptr<editing::FmBkmAdd> mfrmKjkm;  // made when it is first opened
-  bool ended = false;                           // by `Clear`
-  double m_ScrollRate = 0;
+  std::shared_ptr<host::MouseEvent> mcMouseEvent;
+  std::shared_ptr<viewkit::cTreeView> m_Tv;
+  bool started = false;  // `Init` has come to its end
+  bool ended = false;    // by `Clear`
+  static constexpr double kDefaultScrollRate = 5;
+  double m_ScrollRate = kDefaultScrollRate;
   std::int32_t program_id = 0;        // of the picker, as the host gave it
   std::int32_t m_MaintainProgID = 0;  // of the account maintenance
   std::string m_ParamKey;             // the filtering parameters at the last load

@@ -18,15 +18,15 @@ bool selKjkm::Validate(const std::string&, const std::string& psField_Code,
   std::string where = " where (ccode='" + psText + "' OR ccode_name='" + psText + "' or chelp='" +
                       psText + "')" + ParameterFilter();
   if (ParameterIsOne(parameter::kLeavesOnly)) where += " and bend=1";
-  const auto account = host::QueryRows(*session->m_System, "select * FROM gl_code" + where);
+  host::OpenRows account = host::QueryRows(*session->m_System, "select * FROM gl_code" + where);
   AddResultRow(*account, *selected);
   std::string value;
   std::string text;
   if (!account->EndOfFile()) {
-    value = account->Field(psField_Code.empty() ? "i_id" : psField_Code).ToText();
-    text = account->Field(psField_Name.empty() ? "ccode" : psField_Name).ToText();
+    value = host::ReadField(*account, psField_Code.empty() ? "i_id" : psField_Code).ToText();
+    text = host::ReadField(*account, psField_Name.empty() ? "ccode" : psField_Name).ToText();
   }
-  account->Close();
+  account.Close();
   m_Value = host::Value(value);
   m_Text = text;
   sReturnField_Code = std::move(value);

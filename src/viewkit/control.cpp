@@ -15,6 +15,7 @@ void Control::SetVisible(bool visible) {
   if (visible_ == visible) return;
   visible_ = visible;
   Notify({Change::Kind::kState});
+  VisibleChanged.Raise();
 }
 
 void Control::SetEnabled(bool enabled) {

@@ -43,6 +43,7 @@ class Control : public virtual host::Control {
   /// Called by the peer, and by `SetFocus` without one. Raises `GotFocus` or `LostFocus`.
   void NotifyFocus(bool focused);
 
+  Event<> VisibleChanged;
   Event<> GotFocus;
   Event<> LostFocus;
   /// A key went down (repeats included, and marked) or up while the control has the focus.

@@ -37,7 +37,11 @@ class UserPort {
   virtual ~UserPort() = default;
 
   enum class Icon { kNone, kInformation, kWarning, kCritical, kQuestion };
-  enum class Buttons { kOk, kYesNo };
+  enum class Buttons {
+    kOk,
+    kYesNo,
+    kYesNoDefaultNo,  ///< Enter gives No: for questions whose Yes loses something
+  };
   enum class Answer { kOk, kYes, kNo };
   /// A modal message box.
   [[nodiscard]] virtual Answer Ask(const std::string& text, const std::string& title, Icon icon,

@@ -108,7 +108,7 @@ Variant Statement(const Shared& host, const std::string& sql) {
   host->statements.push_back(sql);
   return Variant(
       Object(host, {{L"Recordset", [host, sql](const StubCall&) { return Recordset(host, sql); }},
-                    {L"ScalarValue", [](const StubCall&) { return Variant(std::int32_t{0}); }},
+                    {L"ScalarValue", [host](const StubCall&) { return host->scalar; }},
                     {L"Execute", [](const StubCall&) { return Variant(); }}}));
 }
 

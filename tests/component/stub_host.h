@@ -24,6 +24,8 @@ struct StubHost {
                                    "i_id",  "igrade",     "cclass"};
   /// Given by every `GetRows` instead of `rows`, when set.
   Variant whole_result;
+  /// Given by every `ScalarValue`.
+  Variant scalar{std::int32_t{0}};
   std::map<std::string, std::string> settings{{"kmbm", "4222"}, {"mouseeventscrollrate", "2.5"}};
   /// What a recordset hands out in one piece; only when set does it offer that.
   struct RowTexts {

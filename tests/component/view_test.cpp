@@ -283,19 +283,68 @@ TEST_F(View, ObjectsHandedOutOutliveItSafely) {
   }
 }
 
+/// Whether an account is in use, and which is its parent, is not guessed from what is no value.
+TEST_F(View, DeletesNothingOnAnAnswerThatIsNone) {
+  const EventLog log(object_.Get());
+  Variant parent(std::string_view("1002"));
+  host_->helpers["CodeRule"] =
+      NamedObject::Make({{L"ParentCode", [&](const StubCall&) { return parent; }}});
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_TRUE(Refresh());
+  EXPECT_EQ(Grid()->put_Row(3), S_OK);
+  host_->statements.clear();
+  const ComPtr<IDispatch> object = NamedObject::Make({});
+  const auto expect_refused = [&](const char* what) {
+    VARIANT_BOOL done = VARIANT_TRUE;
+    EXPECT_EQ(form_->FileDelete(&done), S_OK);
+    EXPECT_EQ(done, VARIANT_FALSE);
+    ASSERT_FALSE(log.Errors().empty());
+    EXPECT_EQ(log.Errors().back(), std::string("FileDelete->主程序没有提供：") + what + "|2|总账");
+  };
+  std::size_t refused = 0;
+  for (const Variant& none : {Variant(ComPtr<IDispatch>()), Variant(object), Variant(),
+                              Variant::Null(), Variant(true), RowArray({{Variant().Get()}})}) {
+    host_->scalar = none;
+    expect_refused("ScalarValue");
+    EXPECT_EQ(log.Errors().size(), ++refused);
+  }
+  host_->scalar = Variant(std::string_view("many"));
+  expect_refused("ScalarValue");
+  host_->scalar = Variant(std::int32_t{0});
+  for (const Variant& none :
+       {Variant(ComPtr<IDispatch>()), Variant(object), Variant(), Variant::Null(), Variant(true)}) {
+    parent = none;
+    expect_refused("ParentCode");
+  }
+  EXPECT_EQ(log.Errors().size(), refused + 6);
+  for (const std::string& statement : host_->statements) {
+    EXPECT_THAT(statement, StartsWith("select count("));
+  }
+}
+
 /// The host may let go of the view while the view calls it.
 TEST_F(View, LivesToTheEndOfACallInWhichItsLastHolderLetsGo) {
   ASSERT_EQ(Init(), S_OK);
   IFormUI* const bare = form_.Get();
-  host_->gate = [this](const std::wstring& member) {
-    if (member != L"OpenSql") return;
-    form_ = nullptr;
-    design_ = nullptr;
-    object_ = nullptr;
+  // Something of the view's, to see by when it is gone.
+  const auto grid = Grid();
+  long rows = 0;
+  bool lived = false;
+  host_->gate = [&](const std::wstring& member) {
+    if (member == L"OpenSql") {
+      form_ = nullptr;
+      design_ = nullptr;
+      object_ = nullptr;
+    }
+    if (member == L"GetRows") lived = SUCCEEDED(grid->get_Rows(&rows));
   };
   VARIANT_BOOL done = VARIANT_FALSE;
   EXPECT_EQ(bare->Refresh(&done), S_OK);
+  EXPECT_NE(done, VARIANT_FALSE) << "the call came to its end";
+  EXPECT_TRUE(lived) << "on a view that was there";
+  EXPECT_EQ(host_->statements.size(), 7U);
   EXPECT_FALSE(object_);
+  EXPECT_TRUE(FAILED(grid->get_Rows(&rows))) << "and is gone after it";
 }
 
 TEST_F(View, LivesToTheEndOfReadingParametersInWhichItsLastHolderLetsGo) {

@@ -133,6 +133,24 @@ TEST_P(CodeChecksTest, AnAccountWithSubAccountsKeepsItsCodeAndNothingElse) {
     EXPECT_EQ(editor_.recorder.Statements().back(), "Select bend,ccode from gl_code Where i_ID=2");
     EXPECT_TRUE(editor_.dialog->Close());  // the refusal counts as no change: nothing is asked
   });
+  // A flag that is missing is not that of a leaf.
+  test::Run(editor_.book, "update gl_code set bend=null where i_id=3");
+  editor_.Open(Edit(3), [&] {
+    editor_.SetCode("1003");
+    EXPECT_FALSE(editor_.dialog->FileSave());
+    EXPECT_EQ(editor_.reports.back(), (ReportSeen{"不能修改非明细级编码!", kCommandError}));
+  });
+  // Whatever the reason, a check that fails counts as no change.
+  editor_.Open(Edit(4), [&] {
+    editor_.SetCode("1003");
+    editor_.recorder.BeforeEach([&](const std::string& sql) {
+      if (sql.starts_with("Select bend"))
+        editor_.recorder.FailNext("Recordset.EOF", test::Fault::kThrow);
+    });
+    EXPECT_FALSE(editor_.dialog->FileSave());
+    EXPECT_TRUE(editor_.dialog->Close());
+  });
+  editor_.recorder.BeforeEach({});
   editor_.reports.clear();
   editor_.Open(Edit(2), [&] {
     editor_.SetName("银行");

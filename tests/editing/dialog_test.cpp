@@ -52,16 +52,66 @@ TEST_F(DialogTest, EveryOpeningStartsAfresh) {
       EXPECT_EQ(Look(editor_),
                 (Texts{"2203", "",   "",   "",   "",   "-",  "负债+", "-",  "-",  "金额式+", "0+",
                        "0+",   "0+", "0+", "0+", "0+", "0+", "0+",    "0+", "0+", "0+"}));
-      EXPECT_TRUE(editor_.dialog->opt(kDebitOption).Value());
+      EXPECT_TRUE(editor_.dialog->opt(kCreditOption).Value());
       editor_.SetName("x");
       Click(kPersonCheck);
       Click(kCurrencyCheck);
-      editor_.dialog->opt(kCreditOption).Click();
+      editor_.dialog->opt(kDebitOption).Click();
       editor_.user.answers = {Answer::kNo};
       EXPECT_TRUE(shown.Close());
     };
     editor_.dialog->py_SubProgram(editor_.recorder.System(), "负债", true, false, "2202");
   }
+}
+
+TEST_F(DialogTest, ANewAccountsDirectionFollowsItsCategoryUntilTheUserSetsIt) {
+  const std::pair<const char*, int> proposals[] = {{"资产", kDebitOption}, {"负债", kCreditOption},
+                                                   {"共同", kDebitOption}, {"权益", kCreditOption},
+                                                   {"成本", kDebitOption}, {"损益", kDebitOption},
+                                                   {"", kDebitOption}};
+  for (const auto& [category, option] : proposals) {
+    editor_.Open({category, true, false, "", 0}, [&] {
+      EXPECT_TRUE(editor_.dialog->opt(option).Value()) << category;
+      EXPECT_TRUE(editor_.dialog->Close());  // a proposal is no change
+      EXPECT_TRUE(editor_.recorder.Statements().empty());
+    });
+  }
+  editor_.Open(Beside("1001"), [&] {
+    editor_.SetName("其他");
+    editor_.dialog->Combo(kCategoryList).SetText("权益");
+    EXPECT_TRUE(editor_.dialog->opt(kCreditOption).Value());
+    editor_.dialog->opt(kDebitOption).Click();
+    editor_.dialog->Combo(kCategoryList).SetText("负债");
+    EXPECT_TRUE(editor_.dialog->opt(kDebitOption).Value()) << "what the user has set stays";
+    EXPECT_TRUE(editor_.dialog->FileSave());
+  });
+  EXPECT_EQ(test::AllRows(editor_.book, "select cclass,bproperty from gl_code where ccode='1003'"),
+            Texts{"负债|1"});
+  editor_.Open(Edit(1), [&] {
+    editor_.dialog->Combo(kCategoryList).SetText("负债");
+    EXPECT_TRUE(editor_.dialog->opt(kDebitOption).Value())
+        << "an account that is there keeps its own";
+    EXPECT_TRUE(editor_.dialog->FileSave());
+  });
+}
+
+TEST_F(DialogTest, ListsThatCannotBeReadStayEmptyAndTheDialogOpens) {
+  test::Run(editor_.book, "update gl_code set cexch_name='美元',bexchange=1 where i_id=3");
+  test::Run(editor_.book, "drop table tvxbz");
+  test::Run(editor_.book, "drop table tvxjldw");
+  editor_.Open(Edit(3), [&] {
+    EXPECT_EQ(Items(kCurrencyList), Texts{"美元"});  // what is stored
+    EXPECT_EQ(Items(kUnitList), Texts());
+    editor_.SetName("工商银行");
+    editor_.Save();
+  });
+  ASSERT_EQ(editor_.reports.size(), 2U);
+  for (const ReportSeen& report : editor_.reports) {
+    EXPECT_TRUE(report.text.starts_with("InitBaseValue->")) << report.text;
+    EXPECT_EQ(report.level, kLoadingError);
+  }
+  EXPECT_EQ(test::AllRows(editor_.book, "select ccode_name,cexch_name from gl_code where i_id=3"),
+            Texts{"工商银行|美元"});
 }
 
 TEST_F(DialogTest, ARecordIsShownAsItIsStored) {
@@ -200,9 +250,13 @@ TEST_F(DialogTest, ClosesInItsFourWays) {
     });
     using Port = viewkit::UserPort;
     std::vector<test::ScriptedUser::Question> asked;
-    for (const char* text : {"数据在关闭之前未保存，是否保存？", "保存数据出错，是否关闭窗体？"}) {
-      if (asked.size() == c.answers.size()) break;
-      asked.push_back({text, "提示：", Port::Icon::kInformation, Port::Buttons::kYesNo});
+    if (!c.answers.empty()) {
+      asked.push_back({"数据在关闭之前未保存，是否保存？", "提示：", Port::Icon::kInformation,
+                       Port::Buttons::kYesNo});
+    }
+    if (c.answers.size() > 1) {  // a Yes loses the data: Enter gives No
+      asked.push_back({"保存数据出错，是否关闭窗体？", "提示：", Port::Icon::kInformation,
+                       Port::Buttons::kYesNoDefaultNo});
     }
     EXPECT_EQ(editor.user.questions, asked);
     EXPECT_EQ(test::Scalar(editor.book, "select ccode_name from gl_code where i_id=1"),

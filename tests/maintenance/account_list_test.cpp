@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 
 #include "maintenance/view_test.h"
 
@@ -22,7 +23,12 @@ TEST(AccountList, EveryPageShowsItsAccountsInCodeOrderWithFirstLevelOpen) {
   EXPECT_EQ(grid.TextMatrix(3, 1), "工行");
   EXPECT_EQ(grid.TextMatrix(3, 4), "3");
   EXPECT_EQ(grid.TextMatrix(3, 6), "资产");
-  EXPECT_TRUE(grid.ColHidden(4) && grid.ColHidden(5) && grid.ColHidden(6));
+  for (int col = 0; col < grid.Cols(); ++col) {
+    EXPECT_EQ(grid.ColHidden(col), col > 3) << col;
+    if (col > 3) continue;
+    EXPECT_EQ(grid.ColAlignment(col), viewkit::Alignment::kLeftCenter) << col;
+  }
+  EXPECT_EQ(grid.Cols(), 7);
 }
 
 TEST(AccountList, AsksForEachPageOnceAndShowsItsProgress) {
@@ -82,6 +88,37 @@ TEST(AccountList, AFailedPageIsReportedAndStopsTheLoad) {
 
   ASSERT_TRUE(t.view.Refresh());
   EXPECT_EQ(t.Codes(2), (Texts{"2202"})) << "the next refresh works again";
+}
+
+TEST(AccountList, ALoadThatTheHostInterruptsShowsNothingOfTheOldBook) {
+  ViewTest t;
+  t.Start();
+  desk::book::Book other = MakeBook({{.code = "9001", .name = "另一账簿", .category = "资产"}});
+  bool once = true;
+  t.host.BeforeEach([&](const std::string&) {
+    if (!std::exchange(once, false)) return;
+    t.view.Clear();
+    ASSERT_TRUE(t.view.Init(other.System(), 0, 0) && t.view.Refresh());
+  });
+  EXPECT_FALSE(t.view.Refresh());
+  EXPECT_EQ(t.Codes(), (Texts{"9001"}));
+  EXPECT_EQ(t.reports, Texts());
+}
+
+TEST(AccountList, EveryFailingCallOfALoadClosesItsRecordset) {
+  ViewTest sound;
+  sound.Start();
+  ASSERT_TRUE(sound.view.Refresh());
+  const auto calls = sound.host.Calls();
+  EXPECT_EQ(sound.host.OpenRecordsets(), 0);
+  for (int call = 0; call < static_cast<int>(calls.size()) / 7; ++call) {  // those of one page
+    ViewTest t;
+    t.Start();
+    t.host.FailAt(call, Fault::kThrow);
+    EXPECT_TRUE(t.view.Refresh());
+    EXPECT_EQ(t.reports.size(), 1U);
+    EXPECT_EQ(t.host.OpenRecordsets(), 0) << calls[static_cast<std::size_t>(call)].name;
+  }
 }
 
 TEST(AccountList, AMissingTableIsReportedWithTheDatabasesText) {
@@ -227,6 +264,17 @@ TEST(SavedAccount, AMissingOrUnreadableRowChangesNothing) {
   EXPECT_TRUE(t.view.FileEdit());
   EXPECT_EQ(t.reports, (Texts{"mFrmBmAdd_EvHasLoad->读取失败|8|测试程序"}));
   EXPECT_EQ(t.Codes().size(), 8U);
+
+  for (const char* call : {"Recordset.EOF", "Recordset.Fields"}) {
+    t.user.in_dialog = [&](viewkit::DialogModel& dialog) {
+      t.host.FailNext(call, Fault::kThrow, "读取失败");
+      dynamic_cast<editing::FmBkmAdd&>(dialog).EvHasLoad.Raise(true, 1);
+      dialog.Unload();
+    };
+    EXPECT_TRUE(t.view.FileNew());
+    EXPECT_EQ(t.Codes().size(), 8U);
+    EXPECT_EQ(t.host.OpenRecordsets(), 0);
+  }
 }
 
 }  // namespace

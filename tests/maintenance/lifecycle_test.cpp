@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "host/error.h"
@@ -39,6 +41,108 @@ TEST(Lifecycle, BeforeInitAndAfterClearEveryCommandIsRefusedWithAReport) {
   t.reports.clear();
   t.Start();
   EXPECT_EQ(t.Codes().size(), 8U);
+}
+
+TEST(Lifecycle, InitAsksTheHostInItsOrder) {
+  ViewTest t;
+  ASSERT_TRUE(t.view.Init(t.host.System(), 0, 0));
+  Texts calls;
+  for (const HostCall& call : t.host.Calls()) calls.push_back(call.name);
+  EXPECT_EQ(calls, (Texts{"CodeRule", "LogHelper", "GridNavigator", "DataHelper", "GetDatabase",
+                          "DataHelper.SetDatabase", "MouseEvent", "GetSetting",
+                          "SettingEntry.Value", "GetSetting", "SettingEntry.Value"}));
+}
+
+TEST(Lifecycle, ClearReleasesInItsOrderAndTheDialogToo) {
+  ViewTest t;
+  Texts ended;
+  std::weak_ptr<editing::FmBkmAdd> dialog;
+  const auto note = [&](const std::string& name) {
+    static const Texts kHeld = {"CodeRule", "LogHelper", "GridNavigator", "DataHelper",
+                                "MouseEvent"};
+    if (std::ranges::find(kHeld, name) == kHeld.end() && name != "pcSystem") return;
+    ended.push_back(name + (dialog.expired() ? "" : ", dialog there"));
+  };
+  {
+    const auto system = t.host.System();
+    ASSERT_TRUE(t.view.Init({system.get(), [&, system](auto*) { note("pcSystem"); }}, 0, 0));
+  }
+  ASSERT_TRUE(t.view.Refresh());
+  t.user.in_dialog = [&](viewkit::DialogModel& shown) {
+    dialog = dynamic_cast<editing::FmBkmAdd&>(shown).weak_from_this();
+    shown.Unload();
+  };
+  t.Select("1001");
+  EXPECT_TRUE(t.view.FileEdit());
+  t.host.OnRelease(note);
+  t.view.Clear();
+  EXPECT_EQ(t.wheel->detached, 1);
+  EXPECT_EQ(ended, (Texts{"MouseEvent, dialog there", "pcSystem", "DataHelper", "CodeRule",
+                          "LogHelper", "GridNavigator"}));
+}
+
+TEST(Lifecycle, AViewThatEndsLetsGoOfTheHostAsClearDoes) {
+  auto wheel = std::make_shared<TestWheel>();
+  auto book = MakeBook();
+  book.Around().make_mouse_event = [&] { return wheel; };
+  ScriptedUser user;
+  {
+    maintenance::Kjkm view(user);
+    ASSERT_TRUE(view.Init(book.System(), 0, 0));
+  }
+  EXPECT_EQ(wheel->detached, 1);
+  EXPECT_FALSE(wheel->turn) << "a wheel that is turned now reaches nobody";
+}
+
+/// A window that cannot follow its model.
+class BrokenPeer : public viewkit::Peer {
+ public:
+  [[nodiscard]] std::intptr_t Handle() const override { return 1; }
+  void Update(const viewkit::Change&) override { throw std::runtime_error("窗口"); }
+  bool TakeFocus() override { return false; }
+};
+
+TEST(Lifecycle, AGridThatCannotBeSetUpStopsInit) {
+  ViewTest t;
+  BrokenPeer broken;
+  t.Grid(2).SetPeer(&broken);
+  EXPECT_FALSE(t.view.Init(t.host.System(), 0, 0));
+  EXPECT_EQ(t.reports, Texts());
+  EXPECT_TRUE(t.Grid(1).ColHidden(4));
+  EXPECT_FALSE(t.Grid(3).Cols() == 7) << "the grids behind it are not set up";
+  EXPECT_EQ(t.host.Calls().back().name, "SettingEntry.Value");
+  EXPECT_EQ(t.host.Count("GetSetting"), 1) << "no code rule";
+  EXPECT_FALSE(t.view.FileNew());
+  EXPECT_EQ(t.user.dialogs, 0);
+  t.Grid(2).SetPeer(nullptr);
+}
+
+TEST(Lifecycle, AfterAFailedInitCommandsReportAndDoNothing) {
+  ViewTest sound;
+  ASSERT_TRUE(sound.view.Init(sound.host.System(), 0, 0));
+  const auto calls = sound.host.Calls();
+  for (int call = 0; call < static_cast<int>(calls.size()); ++call) {
+    SCOPED_TRACE(std::to_string(call) + " " + calls[static_cast<std::size_t>(call)].name);
+    ViewTest t;
+    t.Start();
+    t.Select("100201");
+    t.view.Clear();
+    t.host.Clear();
+    t.wheel->range = -1;
+    t.host.FailAt(call, Fault::kThrow);
+    EXPECT_THROW((void)t.view.Init(t.host.System(), 0, 0), host::HostError);
+    t.host.Clear();
+    EXPECT_FALSE(t.view.Refresh() || t.view.FileNew() || t.view.FileNewNext() ||
+                 t.view.FileEdit() || t.view.FileDelete() || t.view.RecordTop() ||
+                 t.view.Find("x"));
+    EXPECT_EQ(t.reports.size(), 7U);
+    EXPECT_EQ(t.reports[0], "刷新数据时出错：控件尚未初始化|8|测试程序");
+    EXPECT_EQ(t.host.Calls().size(), 0U);
+    EXPECT_EQ(t.wheel->range, -1);
+    t.Grid().SetTopRow(2);
+    EXPECT_LE(t.wheel->position, 8) << "the rate is that of no setting";
+    EXPECT_TRUE(t.user.questions.empty());
+  }
 }
 
 TEST(Lifecycle, ClearReleasesEverythingEvenWhenDetachingFails) {
@@ -111,6 +215,25 @@ TEST(Wheel, SmallValuesAreRowsAndOthersAreScaled) {
   t.wheel->turn(-7);
   EXPECT_EQ(t.Grid().TopRow(), 1);
   EXPECT_EQ(t.reports, Texts());
+}
+
+TEST(SavedAccount, IsBroughtIntoView) {
+  ViewTest t(MakeBook(ManyAccounts()));
+  t.view.Resize(9000, 6000);
+  t.Start();
+  t.Select("1001");
+  t.Sql(
+      "insert into gl_code(i_ID,ccode,ccode_name,igrade,cclass) values(900,'11905','新',1,'资产')");
+  ASSERT_FALSE(t.Grid().IsInView(190));
+  t.SaveInDialog(true, 900);
+  EXPECT_TRUE(t.view.FileNew());
+  EXPECT_EQ(t.Grid().TextMatrix(t.Grid().Row(), 1), "新");
+  EXPECT_TRUE(t.Grid().IsInView(t.Grid().Row()));
+  const int top = t.Grid().TopRow();
+  t.Select("1189");
+  t.SaveInDialog(false, 900);
+  EXPECT_TRUE(t.view.FileEdit());
+  EXPECT_EQ(t.Grid().TopRow(), top) << "what is in view stays where it is";
 }
 
 TEST(Wheel, AGridThatGetsTheFocusTakesTheSource) {

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "picker/picker_support.h"
 
 namespace tavrix::picker {
@@ -201,6 +203,102 @@ TEST(View, BoxesAndLayoutFitEverySize) {
       EXPECT_GE(f.Search().GetBounds().width, 100 * 15);
     }
   }
+}
+
+bool Apart(const host::Bounds& a, const host::Bounds& b) {
+  return a.left + a.width <= b.left || b.left + b.width <= a.left;
+}
+
+TEST(View, ABoxThatTheHostShowsHasItsPlace) {
+  Loaded f;
+  viewkit::CheckBox& find = f.Box("ChkFind");
+  const int room = f.Search().GetBounds().width;
+  find.SetVisible(true);
+  const host::Bounds place = find.GetBounds();
+  EXPECT_LE(place.left + place.width, 9000);
+  for (const char* other : {"SearchBox1", "Chk", "Check"}) {
+    EXPECT_TRUE(Apart(place, f.Control<viewkit::Control>(other).GetBounds())) << other;
+  }
+  find.SetVisible(false);
+  EXPECT_EQ(f.Search().GetBounds().width, room);
+}
+
+TEST(View, WhatTheHostHasPlacedStaysUntilTheViewIsResized) {
+  Loaded f;
+  const host::Bounds list{300, 2000, 4000, 1000};
+  const host::Bounds button{5000, 100, 700, 300};
+  const host::Bounds was = f.Vs().GetBounds();
+  f.Vs().SetBounds(list);
+  f.Cmd(2).SetBounds(button);
+  f.picker.Refresh();
+  f.Box("ChkFind").SetVisible(true);
+  f.picker.Resize(9000, 6000);  // as large as before
+  EXPECT_EQ(f.Vs().GetBounds(), list);
+  EXPECT_EQ(f.Cmd(2).GetBounds(), button);
+  f.picker.Resize(9000, 6015);
+  EXPECT_EQ(f.Vs().GetBounds().left, was.left);
+  EXPECT_NE(f.Cmd(2).GetBounds(), button);
+}
+
+std::vector<desk::book::Account> ManyAccounts() {
+  std::vector<desk::book::Account> accounts;
+  for (int i = 0; i < 200; ++i) {
+    accounts.push_back({.code = std::to_string(1001 + i), .name = "户", .category = "资产"});
+  }
+  return accounts;
+}
+
+TEST(View, TheWheelTurnsTheListByTheRateOfTheSetting) {
+  const std::tuple<const char*, int, int> rates[] = {{"", 40, 15}, {"0", 40, 15}, {"2.5", 80, 8}};
+  for (const auto& [setting, range, top] : rates) {
+    PickerFixture f(test::DefaultEngine(), ManyAccounts());
+    f.book.SetSetting("system", "mouseeventscrollrate", setting);
+    f.Init();
+    f.picker.Refresh();
+    EXPECT_EQ(f.wheel->range, range) << setting;
+    EXPECT_EQ(f.wheel->first_row, 1);
+    f.wheel->turn(3);
+    if (range == 40) {
+      EXPECT_EQ(f.Vs().TopRow(), 3) << "below the rate a value is a row";
+      f.wheel->turn(5);
+      EXPECT_EQ(f.Vs().TopRow(), 25);
+    } else {
+      EXPECT_EQ(f.Vs().TopRow(), top);
+    }
+    f.Vs().SetTopRow(50);
+    EXPECT_EQ(f.wheel->position, 50 / (range == 40 ? 5 : 2.5));
+    f.SelectNode("r负债");  // an empty list
+    EXPECT_EQ(f.wheel->range, 0);
+  }
+}
+
+TEST(View, TheListTakesTheWheelWhenItGetsTheFocus) {
+  PickerFixture f;
+  f.picker.Refresh();
+  f.wheel->Attach(4711);
+  f.wheel->attached = 0;
+  f.Vs().NotifyFocus(false);
+  EXPECT_TRUE(f.Vs().SetFocus());
+  EXPECT_EQ(f.wheel->attached, 1);
+  EXPECT_EQ(f.wheel->AttachedTo(), f.Vs().WindowHandle());
+  f.Vs().NotifyFocus(false);
+  EXPECT_TRUE(f.Vs().SetFocus());
+  EXPECT_EQ(f.wheel->attached, 1) << "it is attached already";
+}
+
+TEST(View, AMatchIsBroughtIntoView) {
+  PickerFixture f(test::DefaultEngine(), ManyAccounts());
+  f.picker.Refresh();
+  ASSERT_FALSE(f.Vs().IsInView(150));
+  f.Search().SetText("1150");
+  EXPECT_EQ(f.Vs().Row(), 150);
+  EXPECT_TRUE(f.Vs().IsInView(150));
+  const int top = f.Vs().TopRow();
+  f.Search().SetText("1152");
+  EXPECT_EQ(f.Vs().TopRow(), top) << "what is in view stays where it is";
+  f.Search().SetText("");
+  for (int step = 0; step < 60; ++step) f.Press(f.Search(), Key::kDown);
+  EXPECT_TRUE(f.Vs().IsInView(f.Vs().Row())) << "and what one steps to";
 }
 
 TEST(View, TheSplitterSharesTheWidthAndStaysInBounds) {

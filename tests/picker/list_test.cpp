@@ -166,7 +166,15 @@ TEST(List, InitReadsItsSettings) {
   EXPECT_EQ(f.Search().ToolTipText(), "提示：按回车键选择完毕！");
   EXPECT_EQ(f.Vs().ToolTipText(), "提示：双击或按回车键选择完毕！");
   EXPECT_EQ(f.Vs().Cols(), 8);
-  EXPECT_EQ(f.Vs().TextMatrix(0, 3), "助忆词");
+  std::string captions;
+  for (int col = 0; col < f.Vs().Cols(); ++col) {
+    captions.append(f.Vs().TextMatrix(0, col)).append("|");
+    const bool word = col == 4 || col == 6 || col == 7;  // of one or two characters
+    EXPECT_EQ(f.Vs().ColAlignment(col),
+              word ? viewkit::Alignment::kCenterCenter : viewkit::Alignment::kLeftCenter);
+  }
+  EXPECT_EQ(captions, "科目ID|科目编码|科目名称|助忆词|余额方向|科目类别|是否使用|是否明细|");
+  EXPECT_GT(f.Vs().ColWidth(2), f.Vs().ColWidth(1)) << "the blanks of the captions widen";
 }
 
 TEST(List, RefreshLoadsOnlyWhatHasChanged) {

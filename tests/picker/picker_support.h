@@ -9,6 +9,7 @@
 #include "support/recorder.h"
 #include "support/scripted_user.h"
 #include "support/test_book.h"
+#include "support/test_wheel.h"
 
 namespace tavrix::picker {
 
@@ -18,6 +19,7 @@ class PickerFixture {
   explicit PickerFixture(const std::string& engine = test::DefaultEngine(),
                          std::vector<desk::book::Account> accounts = test::FewAccounts())
       : book(test::MakeBookOn(engine, std::move(accounts))) {
+    book.Around().make_mouse_event = [this] { return wheel; };
     picker.DoSelect.Add([this] { ++picks; });
     picker.DoCancel.Add([this] { ++cancels; });
     Init();
@@ -91,6 +93,7 @@ class PickerFixture {
   test::ScriptedUser user;
   std::shared_ptr<desk::book::ParameterList> parameters =
       std::make_shared<desk::book::ParameterList>();
+  std::shared_ptr<test::TestWheel> wheel = std::make_shared<test::TestWheel>();
   selKjkm picker{user};
   int picks = 0;
   int cancels = 0;

@@ -142,6 +142,101 @@ TEST(Selection, TheHostMayClearThePickerWhileItIsAsked) {
   }
 }
 
+TEST(Selection, APickThatClearInterruptsIsNoPick) {
+  for (const bool again : {false, true}) {
+    PickerFixture f;
+    f.picker.Refresh();
+    f.SelectRows({"1001", "1002"});
+    f.picker.SetValue("before");
+    f.recorder.BeforeEach([&](const std::string&) {
+      f.recorder.BeforeEach({});
+      f.picker.Clear();
+      if (again) f.Init();
+    });
+    f.Cmd(0).Click();
+    EXPECT_EQ(f.picks, 0);
+    EXPECT_EQ(f.picker.GetValue().ToText(), "before");
+    EXPECT_THAT(f.Picked(), IsEmpty());
+  }
+}
+
+TEST(Selection, ALoadThatTheHostInterruptsShowsNothingOfTheOldBook) {
+  const std::function<void(PickerFixture&)> loads[] = {
+      [](PickerFixture& f) { f.Cmd(2).Click(); }, [](PickerFixture& f) { f.SelectNode("r资产"); },
+      [](PickerFixture& f) {
+        f.Vs().SetRow(1);
+        f.user.in_dialog = [](viewkit::DialogModel& dialog) {
+          dynamic_cast<editing::FmBkmAdd&>(dialog).EvHasLoad.Raise(true, 1);
+          dialog.Unload();
+        };
+        f.Cmd(3).Click();
+      }};
+  for (const auto& load : loads) {
+    PickerFixture f;
+    f.picker.Refresh();
+    auto other = test::MakeBook({{.code = "9001", .name = "另一账簿", .category = "资产"}});
+    int statements = &load == &loads[2] ? 4 : 1;  // those of the dialog come first
+    f.recorder.BeforeEach([&](const std::string&) {
+      if (--statements > 0) return;
+      f.recorder.BeforeEach({});
+      f.picker.Clear();
+      ASSERT_TRUE(f.picker.Init(other.System(), 77, ""));
+      f.picker.Refresh();
+    });
+    load(f);
+    EXPECT_EQ(statements, 0);
+    EXPECT_THAT(f.Column(), ElementsAre("9001"));
+    EXPECT_EQ(f.Count(), "共:1条");
+  }
+}
+
+TEST(Selection, ATextThatMatchesNothingLeavesNoRowCurrent) {
+  for (const bool filter : {false, true}) {
+    PickerFixture f;
+    f.picker.Refresh();
+    f.picker.SetText("2202");
+    EXPECT_EQ(f.Vs().Row(), f.RowOf("2202"));
+    if (filter) f.Box("Check").Click();
+    f.picker.SetText("nowhere");
+    EXPECT_LT(f.Vs().Row(), f.Vs().FixedRows());
+    EXPECT_EQ(f.Vs().SelectedRows(), 0);
+    EXPECT_EQ(f.picker.Text(), "nowhere");
+  }
+}
+
+TEST(Selection, ClearReleasesInItsOrder) {
+  PickerFixture f;
+  f.picker.Refresh();
+  std::vector<std::string> ended;
+  {
+    const auto system = f.recorder.System();
+    ASSERT_TRUE(f.picker.Init(
+        {system.get(), [&, system](auto*) { ended.emplace_back("m_System"); }}, 77, ""));
+  }
+  f.recorder.OnRelease([&](const std::string& name) {
+    if (name == "MouseEvent" || name == "Parameters") ended.push_back(name);
+  });
+  const std::weak_ptr<colKjkm> objects = f.picker.Selected();
+  f.picker.Clear();
+  EXPECT_TRUE(objects.expired());
+  EXPECT_THAT(ended, ElementsAre("Parameters", "MouseEvent", "m_System"));
+  EXPECT_EQ(f.wheel->detached, 2);  // of both times
+}
+
+TEST(Selection, APickerThatEndsLetsGoOfTheHostAsClearDoes) {
+  std::shared_ptr<test::TestWheel> wheel;
+  std::shared_ptr<desk::book::ParameterList> parameters;
+  {
+    PickerFixture f;
+    wheel = f.wheel;
+    parameters = f.parameters;
+    parameters->Set("bsup", 1);
+  }
+  EXPECT_EQ(wheel->detached, 1);
+  EXPECT_FALSE(wheel->turn);
+  EXPECT_FALSE(parameters->Exists("bsup"));
+}
+
 TEST(Selection, ValueAndTextAreTheHosts) {
   PickerFixture f;
   f.picker.Refresh();

@@ -12,6 +12,18 @@ namespace {
 
 using Log = std::shared_ptr<RecorderLog>;
 
+/// What is no value at all.
+class SomeObject : public host::ForeignValue {
+ public:
+  [[nodiscard]] std::string ToText() const override { return {}; }
+  [[nodiscard]] double ToNumber() const override { return 0; }
+  [[nodiscard]] bool IsObject() const override { return true; }
+};
+
+host::Value WrongValue(Fault fault) {
+  return fault == Fault::kObject ? host::Value(std::make_shared<SomeObject>()) : host::Value();
+}
+
 /// A wrapper of one host object. `Inner` is what it wraps.
 template <class Inner>
 class Wrapper : public Inner {
@@ -26,16 +38,21 @@ class Wrapper : public Inner {
     return body();
   }
   host::Value Nullable(const char* name, const std::function<host::Value()>& body) {
-    if (log_->Note({.name = name, .can_give_null = true})) return {};
-    return body();
+    const auto fault = log_->Note({.name = name, .can_give_null = true, .can_give_object = true});
+    return fault ? WrongValue(fault->fault) : body();
   }
   /// A call that gives an object, which is wrapped in turn.
   template <class Wrapped, class Body>
-  auto Object(const char* name, const Body& body) -> std::invoke_result_t<Body> {
+  std::invoke_result_t<Body> Object(const char* name, const Body& body) {
     if (log_->Note({.name = name, .can_give_null = true})) return nullptr;
     auto object = body();
     if (!object) return nullptr;
-    return std::make_shared<Wrapped>(std::move(object), log_);
+    auto wrapped = std::make_shared<Wrapped>(std::move(object), log_);
+    Wrapped* const bare = wrapped.get();
+    return {bare, [wrapped = std::move(wrapped), log = log_, name](Wrapped*) mutable {
+              wrapped.reset();
+              if (log->on_release) log->on_release(name);
+            }};
   }
 
   std::shared_ptr<Inner> inner_;
@@ -44,7 +61,10 @@ class Wrapper : public Inner {
 
 class RecordedRows : public Wrapper<host::Recordset> {
  public:
-  using Wrapper::Wrapper;
+  RecordedRows(std::shared_ptr<host::Recordset> inner, Log log)
+      : Wrapper(std::move(inner), std::move(log)) {
+    ++log_->open_recordsets;
+  }
   bool EndOfFile() override {
     return Plain("Recordset.EOF", [&] { return inner_->EndOfFile(); });
   }
@@ -67,8 +87,12 @@ class RecordedRows : public Wrapper<host::Recordset> {
     return Nullable("Recordset.Fields", [&] { return inner_->Field(position); });
   }
   void Close() override {
+    if (!std::exchange(closed_, true)) --log_->open_recordsets;
     Plain("Recordset.Close", [&] { inner_->Close(); });
   }
+
+ private:
+  bool closed_ = false;
 };
 
 class RecordedStatement : public host::Statement {
@@ -82,8 +106,9 @@ class RecordedStatement : public host::Statement {
   }
   host::Value ScalarValue() override {
     log_->Statement(sql_);
-    if (log_->Note({.name = "Statement.ScalarValue", .can_give_null = true})) return {};
-    return inner_->ScalarValue();
+    const auto fault = log_->Note(
+        {.name = "Statement.ScalarValue", .can_give_null = true, .can_give_object = true});
+    return fault ? WrongValue(fault->fault) : inner_->ScalarValue();
   }
   std::shared_ptr<host::Recordset> OpenRecordset() override {
     log_->Statement(sql_);
@@ -371,6 +396,14 @@ void Recorder::FailNext(const std::string& name, Fault fault, std::string text) 
 
 void Recorder::BeforeEach(std::function<void(const std::string&)> deed) {
   log_->before = std::move(deed);
+}
+
+int Recorder::OpenRecordsets() const {
+  return log_->open_recordsets;
+}
+
+void Recorder::OnRelease(std::function<void(const std::string&)> deed) {
+  log_->on_release = std::move(deed);
 }
 
 bool Recorder::Fired() const {

@@ -14,6 +14,7 @@ enum class Fault {
   kThrow,      ///< it throws `HostError`
   kErrorText,  ///< it gives an error text where a caller reads one
   kNull,       ///< it gives no object, or a null value
+  kObject,     ///< it gives an object where a value is wanted
 };
 
 /// One call that went through a `Recorder`.
@@ -22,9 +23,19 @@ struct HostCall {
   /// Besides throwing, which every call may do.
   bool can_give_null = false;
   bool can_give_error_text = false;
+  bool can_give_object = false;
 
   [[nodiscard]] bool Allows(Fault fault) const {
-    return fault == Fault::kThrow || (fault == Fault::kNull ? can_give_null : can_give_error_text);
+    switch (fault) {
+      case Fault::kErrorText:
+        return can_give_error_text;
+      case Fault::kNull:
+        return can_give_null;
+      case Fault::kObject:
+        return can_give_object;
+      default:
+        return true;
+    }
   }
 };
 
@@ -47,6 +58,8 @@ class Recorder {
   [[nodiscard]] const std::vector<HostCall>& Calls() const;
   /// How often a call of that name was made.
   [[nodiscard]] int Count(const std::string& name) const;
+  /// Recordsets that were given out and are not closed yet.
+  [[nodiscard]] int OpenRecordsets() const;
   /// Forgets statements, calls and a planned fault. Objects that were given out stay wrapped.
   void Clear();
 
@@ -59,6 +72,9 @@ class Recorder {
   /// Lets the next call of that name fail, once.
   void FailNext(const std::string& name, Fault fault, std::string text = kFaultText);
   [[nodiscard]] bool Fired() const;
+
+  /// Calls `deed` with the name of each object that was given out, when it has ended.
+  void OnRelease(std::function<void(const std::string&)> deed);
 
   static constexpr const char* kFaultText = "测试错误";
 

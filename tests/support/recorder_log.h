@@ -25,9 +25,12 @@ struct RecorderLog {
   std::optional<Planned> planned;
   bool fired = false;
   std::function<void(const std::string&)> before;  ///< called with each statement that is to run
+  std::function<void(const std::string&)> on_release;
+  int open_recordsets = 0;
   void Statement(const std::string& sql) {
     statements.push_back(sql);
-    if (before) before(sql);
+    const auto deed = before;  // it may end or replace itself
+    if (deed) deed(sql);
   }
 
   /// Notes a call and gives the fault that it shall show, `kThrow` excepted, which throws here.

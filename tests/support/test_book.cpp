@@ -4,9 +4,11 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <map>
 #include <memory>
 #include <utility>
 
+#include "book/code_rule.h"
 #include "book/identifiers.h"
 
 namespace tavrix::test {
@@ -124,6 +126,49 @@ std::vector<std::string> AllRows(const book::Book& book, const std::string& sql)
     all.push_back(std::move(text));
   }
   return all;
+}
+
+void DropLedgerRules(const book::Book& book) {
+  const bool server = DefaultEngine() == "postgresql";
+  for (const std::string name : {"parent", "moved", "deleted"}) {
+    Run(book, "drop trigger gl_code_" + name + (server ? " on gl_code" : ""));
+  }
+}
+
+std::vector<std::string> BrokenRules(const book::Book& book) {
+  book::CodeRuleArithmetic arithmetic;
+  const auto rule = book.System()->GetSetting("kmbm", "system")->Get();
+  struct Flags {
+    bool leaf = false;
+    bool has_below = false;
+  };
+  std::map<std::string, Flags> accounts;
+  std::vector<std::string> broken;
+  const auto rows = AllRows(book, "select ccode,igrade,bend from gl_code order by ccode");
+  for (const std::string& row : rows) {  // parents come before what is below them
+    const std::string code = row.substr(0, row.find('|'));
+    if (accounts.contains(code)) broken.push_back("twice: " + code);
+    accounts[code].leaf = row.ends_with("|1");
+    const std::string level = std::to_string(arithmetic.LevelOf(code, rule));
+    if (row.substr(code.size()) != "|" + level + (accounts[code].leaf ? "|1" : "|0")) {
+      broken.push_back("level or flag: " + row);
+    }
+    const std::string parent = arithmetic.ParentCode(code, rule);
+    if (parent.empty()) continue;
+    if (!accounts.contains(parent)) broken.push_back("no parent: " + code);
+    accounts[parent].has_below = true;
+  }
+  for (const auto& [code, flags] : accounts) {
+    if (flags.leaf == flags.has_below) broken.push_back("leaf flag: " + code);
+  }
+  for (const char* ledger : {"gl_accvouch", "gl_accass", "gl_accsum"}) {
+    for (const std::string& code : AllRows(book, std::string("select ccode from ") + ledger)) {
+      if (!accounts.contains(code) || !accounts[code].leaf) {
+        broken.push_back(std::string("posting: ") + ledger + " " + code);
+      }
+    }
+  }
+  return broken;
 }
 
 void AddPosting(const book::Book& book, const std::string& ledger, const std::string& code) {

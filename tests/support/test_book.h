@@ -47,6 +47,14 @@ void Run(const desk::book::Book& book, const std::string& sql);
 [[nodiscard]] std::vector<std::string> AllRows(const desk::book::Book& book,
                                                const std::string& sql);
 
+/// Takes the engine's own rules on accounts and postings away: what the controls themselves leave
+/// undone can then be seen, as on a host without such rules.
+void DropLedgerRules(const desk::book::Book& book);
+
+/// What is wrong with the chart and the ledgers: codes that are there twice, codes and levels that
+/// do not fit, accounts without a parent, wrong leaf flags, postings on no leaf account.
+[[nodiscard]] std::vector<std::string> BrokenRules(const desk::book::Book& book);
+
 /// Adds a posting to `ledger` (gl_accvouch, gl_accass or gl_accsum).
 void AddPosting(const desk::book::Book& book, const std::string& ledger, const std::string& code);
 

@@ -66,6 +66,21 @@ class Form : public DialogModel {
   int top_ = 60;
 };
 
+TEST(Question, EnterGivesTheAnswerThatLosesNothing) {
+  WindowsUser user;
+  using Buttons = UserPort::Buttons;
+  using Answer = UserPort::Answer;
+  const std::pair<Buttons, Answer> cases[] = {{Buttons::kYesNo, Answer::kYes},
+                                              {Buttons::kYesNoDefaultNo, Answer::kNo},
+                                              {Buttons::kOk, Answer::kOk}};
+  for (const auto& [buttons, answer] : cases) {
+    const Steps steps({[] { test::PostKey(GetFocus(), VK_RETURN); }});
+    EXPECT_EQ(
+        user.Ask("是否删除当前科目：1001 现金", "提示：", UserPort::Icon::kInformation, buttons),
+        answer);
+  }
+}
+
 class DialogWindowTest : public testing::Test {
  protected:
   void Show(std::vector<std::function<void()>> script) {

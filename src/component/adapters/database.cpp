@@ -3,6 +3,7 @@
 #include "component/adapters/adapted.h"
 #include "component/adapters/values.h"
 #include "component/base/failure.h"
+#include "host/calls.h"
 
 namespace tavrix::component {
 
@@ -68,7 +69,7 @@ class AutomationError : public Adapted<host::ErrorEntry> {
  public:
   using Adapted::Adapted;
   [[nodiscard]] std::string Description() override {
-    return ToValue(Object().Get(L"Description")).ToText();
+    return host::NoObject(ToValue(Object().Get(L"Description")), "Description").ToText();
   }
   void Clear() override { Object().Call(L"Clear"); }
 };

@@ -3,6 +3,8 @@
 #include "component/adapters/adapted.h"
 #include "component/adapters/database.h"
 #include "component/adapters/values.h"
+#include "host/calls.h"
+#include "host/text.h"
 
 namespace tavrix::component {
 
@@ -12,17 +14,23 @@ Variant Text(const std::string& text) {
   return Variant(std::string_view(text));
 }
 
+std::int32_t WholeNumber(const Variant& value, const char* what) {
+  return host::ToLong32(host::RequiredNumber(ToValue(value), what));
+}
+
 class AutomationCodeRule : public Adapted<host::CodeRule> {
  public:
   using Adapted::Adapted;
   [[nodiscard]] std::string ParentCode(const std::string& code, const std::string& rule) override {
-    return ToValue(Object().Get(L"ParentCode", {Text(code), Text(rule)})).ToText();
+    return host::RequiredText(ToValue(Object().Get(L"ParentCode", {Text(code), Text(rule)})),
+                              "ParentCode");
   }
   [[nodiscard]] std::int32_t LevelOf(const std::string& code, const std::string& rule) override {
-    return ToValue(Object().Get(L"LevelOf", {Text(code), Text(rule)})).ToLong();
+    return WholeNumber(Object().Get(L"LevelOf", {Text(code), Text(rule)}), "LevelOf");
   }
   [[nodiscard]] std::int32_t LengthAtLevel(std::int32_t level, const std::string& rule) override {
-    return ToValue(Object().Get(L"LengthAtLevel", {Variant(level), Text(rule)})).ToLong();
+    return WholeNumber(Object().Get(L"LengthAtLevel", {Variant(level), Text(rule)}),
+                       "LengthAtLevel");
   }
 };
 

@@ -4,6 +4,7 @@
 #include "component/adapters/host_objects.h"
 #include "component/adapters/mouse_event.h"
 #include "component/adapters/values.h"
+#include "host/calls.h"
 
 namespace tavrix::component {
 
@@ -16,7 +17,9 @@ Variant Text(const std::string& text) {
 class AutomationSetting : public Adapted<host::SettingEntry> {
  public:
   using Adapted::Adapted;
-  [[nodiscard]] std::string Get() override { return ToValue(Object().Get(L"Value")).ToText(); }
+  [[nodiscard]] std::string Get() override {
+    return host::NoObject(ToValue(Object().Get(L"Value")), "GetSetting").ToText();
+  }
 };
 
 class AutomationRights : public Adapted<host::RightsObject> {

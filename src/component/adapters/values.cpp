@@ -24,6 +24,7 @@ class ForeignVariant : public host::ForeignValue {
 
   [[nodiscard]] std::string ToText() const override;
   [[nodiscard]] double ToNumber() const override;
+  [[nodiscard]] bool IsObject() const override;
 
  private:
   Variant value_;
@@ -57,6 +58,16 @@ double ForeignVariant::ToNumber() const {
     return value_.As(VT_R8).Get().dblVal;
   } catch (const ComFailure&) {
     return host::LeadingNumber(ToText());
+  }
+}
+
+bool ForeignVariant::IsObject() const {
+  if (value_.Type() == VT_DATE) return false;
+  try {
+    static_cast<void>(value_.As(VT_BSTR));
+    return false;
+  } catch (const ComFailure&) {
+    return true;
   }
 }
 

@@ -28,6 +28,18 @@ UINT IconFlag(UserPort::Icon icon) {
   return 0;
 }
 
+UINT ButtonFlags(UserPort::Buttons buttons) {
+  switch (buttons) {
+    case UserPort::Buttons::kYesNo:
+      return MB_YESNO;
+    case UserPort::Buttons::kYesNoDefaultNo:
+      return MB_YESNO | MB_DEFBUTTON2;
+    case UserPort::Buttons::kOk:
+      break;
+  }
+  return MB_OK;
+}
+
 std::wstring ProgramFile() {
   std::wstring file(MAX_PATH, L'\0');
   for (;;) {
@@ -111,12 +123,11 @@ HWND WindowsUser::Owner() const {
 UserPort::Answer WindowsUser::Ask(const std::string& text, const std::string& title, Icon icon,
                                   Buttons buttons) {
   const Modal modal(*this);
-  const UINT kind = buttons == Buttons::kYesNo ? MB_YESNO : MB_OK;
   // The box disables its owner itself, and enables only one that it has disabled.
-  const int answer =
-      MessageBoxW(Owner(), Wide(text).c_str(), Wide(title).c_str(), kind | IconFlag(icon));
+  const int answer = MessageBoxW(Owner(), Wide(text).c_str(), Wide(title).c_str(),
+                                 ButtonFlags(buttons) | IconFlag(icon));
   if (answer == IDYES) return Answer::kYes;
-  return buttons == Buttons::kYesNo ? Answer::kNo : Answer::kOk;
+  return buttons == Buttons::kOk ? Answer::kOk : Answer::kNo;
 }
 
 std::string WindowsUser::Input(const std::string& prompt, const std::string& title) {
