@@ -13,7 +13,7 @@ class QuietUser : public viewkit::UserPort {
   std::function<void(viewkit::DialogModel&)> in_dialog;
 
   [[nodiscard]] Answer Ask(const std::string&, const std::string&, Icon, Buttons buttons) override {
-    return buttons == Buttons::kYesNo ? Answer::kYes : Answer::kOk;
+    return buttons == Buttons::kOk ? Answer::kOk : Answer::kYes;
   }
   [[nodiscard]] std::string Input(const std::string&, const std::string&) override { return {}; }
   void ShowModal(viewkit::DialogModel& dialog) override {
