@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/flag_scope.h"
-
 namespace desk::book {
 
 std::int32_t WheelSource::Held(std::int64_t position) const {
@@ -31,7 +29,7 @@ void WheelSource::Detach() {
 }
 
 void WheelSource::SetPosition(std::int32_t position) {
-  if (!*turning_) position_ = Held(position);
+  position_ = Held(position);
 }
 
 void WheelSource::OnWheel(std::function<void(std::int32_t value)> handler) {
@@ -48,8 +46,6 @@ void WheelSource::Turn(int delta) {
   position_ = next;
   // The handler may end itself, or this source.
   const auto handler = handler_;
-  const auto turning = turning_;
-  const host::FlagScope scope(*turning);
   if (handler) handler(next);
 }
 

@@ -24,8 +24,7 @@ class WheelSource : public host::MouseEvent {
   void Attach(std::intptr_t window) override;
   void Detach() override;
   [[nodiscard]] std::intptr_t AttachedTo() override { return window_; }
-  /// Raises nothing: the view tells where it has scrolled to. Left unheard while the handler runs:
-  /// the view then answers the wheel, in steps that are coarser than the source's own.
+  /// Raises nothing: the view tells where it has scrolled to, or what it had to make of a value.
   void SetPosition(std::int32_t position) override;
   void OnWheel(std::function<void(std::int32_t value)> handler) override;
 
@@ -45,7 +44,6 @@ class WheelSource : public host::MouseEvent {
   std::int32_t most_ = 0;
   std::int32_t position_ = 0;
   int partial_ = 0;
-  std::shared_ptr<bool> turning_ = std::make_shared<bool>(false);  // outlives this in the handler
   std::function<void(std::int32_t)> handler_;
 };
 

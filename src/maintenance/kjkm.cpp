@@ -38,16 +38,12 @@ Kjkm::Kjkm(viewkit::UserPort& user) : user_(user), vxVSTab_("vxVSTab") {
 
 void Kjkm::ConnectEnter(viewkit::FlexGrid& grid) {
   using viewkit::Key;
-  // A key held down, or released after it has closed the dialog, is not a new wish to edit.
+  // A key held down, also since it has closed the dialog, is not a new wish to edit.
   grid.KeyDown.Add([this](Key key, viewkit::Modifiers modifiers) {
-    const bool plain = !modifiers.shift && !modifiers.control && !modifiers.alt;
-    if (key != Key::kEnter || !plain || std::exchange(enter_held_, true)) return;
-    FileEdit();
+    const bool plain =
+        !modifiers.shift && !modifiers.control && !modifiers.alt && !modifiers.repeated;
+    if (key == Key::kEnter && plain) FileEdit();
   });
-  grid.KeyUp.Add([this](Key key, viewkit::Modifiers) {
-    if (key == Key::kEnter) enter_held_ = false;
-  });
-  grid.LostFocus.Add([this] { enter_held_ = false; });
 }
 
 Kjkm::~Kjkm() {

@@ -143,7 +143,6 @@ class Kjkm : public host::IFormUI, public host::IDesignUI {
   viewkit::Color back_color_ = viewkit::color::kButtonFace;
   std::shared_ptr<Session> session_;
   int current_tab_ = 0;
-  bool enter_held_ = false;
 };
 
 }  // namespace tavrix::maintenance

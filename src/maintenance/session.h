@@ -6,6 +6,7 @@
 #include "editing/fm_bkm_add.h"
 #include "host/objects.h"
 #include "maintenance/kjkm.h"
+#include "viewkit/wheel.h"
 
 namespace tavrix::maintenance {
 
@@ -23,6 +24,7 @@ struct Kjkm::Session {
   std::shared_ptr<host::MouseEvent> mcMouseEvent;
   static constexpr double kDefaultScrollRate = 5;
   double scroll_rate = kDefaultScrollRate;
+  viewkit::WheelScroll wheel;
   bool started = false;  // `Init` has come to its end
   bool ended = false;    // by `Clear`
   std::string rule;      // setting "kmbm": one digit for each level

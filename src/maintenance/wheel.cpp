@@ -1,4 +1,3 @@
-#include "viewkit/wheel.h"
 #include "host/calls.h"
 #include "host/report.h"
 #include "host/text.h"
@@ -18,7 +17,9 @@ void Kjkm::ArmWheel(std::shared_ptr<Session> session) {
 
 void Kjkm::OnWheel(std::int32_t value) noexcept {
   Trapped("mcMouseEvent_Wheel->", host::kLoadingError, [&] {
-    viewkit::ScrollByWheel(CurrentGrid(), value, session_->scroll_rate);
+    const auto session = session_;
+    const auto wheel = session->mcMouseEvent;
+    session->wheel.OnWheel(CurrentGrid(), value, session->scroll_rate, *wheel);
     return true;
   });
 }
@@ -28,7 +29,7 @@ void Kjkm::OnScrolled(int page) noexcept {
     if (page != current_tab_ || !session_ || !session_->mcMouseEvent) return true;
     const auto session = session_;
     const auto wheel = session->mcMouseEvent;
-    wheel->SetPosition(host::ToLong32(Grid(page).TopRow() / session->scroll_rate));
+    session->wheel.OnScrolled(Grid(page), session->scroll_rate, *wheel);
     return true;
   });
 }

@@ -49,6 +49,7 @@ void selKjkm::InitGrid() {
     Vs_.SetColAlignment(col, centered ? Alignment::kCenterCenter : Alignment::kLeftCenter);
     Vs_.SetFixedAlignment(col, Alignment::kCenterCenter);
   }
+  Vs_.SetOutlineCol(kCode);  // a plain list: what one types on it is a code
 }
 
 bool selKjkm::Refresh() {

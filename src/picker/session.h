@@ -8,6 +8,7 @@
 #include "host/objects.h"
 #include "picker/sel_kjkm.h"
 #include "viewkit/c_tree_view.h"
+#include "viewkit/wheel.h"
 
 namespace tavrix::picker {
 
@@ -23,6 +24,7 @@ struct selKjkm::Session {
   bool ended = false;    // by `Clear`
   static constexpr double kDefaultScrollRate = 5;
   double m_ScrollRate = kDefaultScrollRate;
+  viewkit::WheelScroll wheel;
   std::int32_t program_id = 0;        // of the picker, as the host gave it
   std::int32_t m_MaintainProgID = 0;  // of the account maintenance
   std::string m_ParamKey;             // the filtering parameters at the last load

@@ -1,4 +1,3 @@
-#include "viewkit/wheel.h"
 #include "host/calls.h"
 #include "host/text.h"
 #include "picker/session.h"
@@ -13,7 +12,9 @@ void selKjkm::SetWheelRange(Session& session) {
 
 void selKjkm::OnWheel(std::int32_t value) noexcept {
   Trapped([&] {
-    viewkit::ScrollByWheel(Vs_, value, Running()->m_ScrollRate);
+    const auto session = Running();
+    const auto wheel = session->mcMouseEvent;
+    session->wheel.OnWheel(Vs_, value, session->m_ScrollRate, *wheel);
     return true;
   });
 }
@@ -22,7 +23,8 @@ void selKjkm::OnScrolled() noexcept {
   Trapped([this] {
     if (!session_ || !session_->mcMouseEvent) return true;
     const auto session = session_;
-    session->mcMouseEvent->SetPosition(host::ToLong32(Vs_.TopRow() / session->m_ScrollRate));
+    const auto wheel = session->mcMouseEvent;
+    session->wheel.OnScrolled(Vs_, session->m_ScrollRate, *wheel);
     return true;
   });
 }

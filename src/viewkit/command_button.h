@@ -11,6 +11,9 @@ class CommandButton : public Captioned {
 
   /// The user's click: raises `Clicked`, unless the button is disabled.
   void Click();
+  /// A key of the user: Enter clicks, once however long it is held. True when the key is the
+  /// button's. `KeyDown` is raised by the caller, before.
+  bool HandleKey(Key key, Modifiers modifiers = {});
 
   Event<> Clicked;
 };

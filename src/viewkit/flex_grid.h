@@ -310,8 +310,9 @@ class FlexGrid : public Control, public host::Grid {
   // --- scrolling
   /// The first data row that is seen; `FixedRows` when none is shown.
   [[nodiscard]] int TopRow() const override;
-  /// Bounded so that the last page is full; a row that is not shown gives the nearest shown one
-  /// below it. Any number is accepted. Where the grid has no height yet, any row may be the top.
+  /// Bounded so that the last page is full; a row that is not shown gives way to the nearest shown
+  /// one in the direction of travel. Any number is accepted. Where the grid has no height yet, any
+  /// row may be the top.
   void SetTopRow(int row) override;
   /// The first of the columns that scroll that is seen.
   [[nodiscard]] int LeftCol() const;

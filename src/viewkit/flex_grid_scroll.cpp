@@ -51,11 +51,18 @@ int FlexGrid::State::RowsThatFit(int position, int step) const {
 }
 
 int FlexGrid::State::TopFor(int any_row) const {
+  return TopAt(outline.ShownBefore(std::clamp(any_row - Fixed(), 0, DataRows())));
+}
+
+int FlexGrid::State::TopAbove(int any_row) const {
+  return TopAt(outline.ShownBefore(std::clamp(any_row - Fixed() + 1, 0, DataRows())) - 1);
+}
+
+int FlexGrid::State::TopAt(int position) const {
   const int shown = outline.ShownCount();
-  const int data = std::clamp(any_row - Fixed(), 0, DataRows());
   const int last = shown - std::max(RowsThatFit(shown - 1, -1), 1);
-  const int position = std::min(outline.ShownBefore(data), last);
-  return position <= 0 ? Fixed() : outline.ShownAt(position) + Fixed();
+  const int top_position = std::min(position, last);
+  return top_position <= 0 ? Fixed() : outline.ShownAt(top_position) + Fixed();
 }
 
 int FlexGrid::State::LeftFor(int any_col) const {
@@ -94,7 +101,8 @@ int FlexGrid::TopRow() const {
 
 void FlexGrid::SetTopRow(int row) {
   if (!state_->SettlePeer()) return;
-  Update([row](State& s) { s.top = s.TopFor(row); });
+  const bool up = row < TopRow();
+  Update([&](State& s) { s.top = up ? s.TopAbove(row) : s.TopFor(row); });
 }
 
 int FlexGrid::LeftCol() const {

@@ -86,6 +86,9 @@ struct FlexGrid::State {
   /// The nearest shown row at or below `row` that can be the top row; `Fixed` for the first one and
   /// when there is none.
   [[nodiscard]] int TopFor(int row) const;
+  /// As `TopFor`, for a row above: the nearest shown row at or above it.
+  [[nodiscard]] int TopAbove(int row) const;
+  [[nodiscard]] int TopAt(int position) const;
   [[nodiscard]] int FirstScrolledCol() const { return std::min(fixed_cols + frozen_cols, Cols()); }
   [[nodiscard]] int LeftFor(int col) const;
   void ScrollToShow(int row);

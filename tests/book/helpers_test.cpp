@@ -77,14 +77,14 @@ TEST_F(WheelTest, StartsFromWhereTheViewIs) {
   EXPECT_EQ(seen_, (std::vector{6, 1}));
 }
 
-TEST_F(WheelTest, GoesOnFromItsOwnPositionWhateverTheViewAnswersMeanwhile) {
-  wheel_.SetRange(10);
+TEST_F(WheelTest, GoesOnFromWhereTheViewHadToScrollTo) {
+  wheel_.SetRange(100);
   wheel_.OnWheel([this](std::int32_t value) {
     seen_.push_back(value);
-    wheel_.SetPosition(value / 5);  // as a view does that scrolls to the row of that number
+    if (value % 10 != 0) wheel_.SetPosition(value + 9);  // the rows between are hidden
   });
   for (int notch = 0; notch < 3; ++notch) wheel_.Turn(-WheelSource::kNotch);
-  EXPECT_EQ(seen_, (std::vector{1, 2, 3}));
+  EXPECT_EQ(seen_, (std::vector{1, 11, 21}));
 }
 
 TEST_F(WheelTest, KnowsItsWindow) {

@@ -188,7 +188,7 @@ TEST_P(Commands, AddingAndEditingOpenTheDialogInTheirMode) {
   EXPECT_EQ(captions.size(), 4U);
   t.Grid().KeyDown.Raise(viewkit::Key::kEnter, {});
   EXPECT_EQ(captions.size(), 5U);
-  t.Grid().KeyDown.Raise(viewkit::Key::kEnter, {});
+  t.Grid().KeyDown.Raise(viewkit::Key::kEnter, {.repeated = true});
   EXPECT_EQ(captions.size(), 5U) << "a key that is held down";
 }
 

@@ -207,7 +207,9 @@ TEST(Wheel, SmallValuesAreRowsAndOthersAreScaled) {
   EXPECT_EQ(t.Grid().TopRow(), 2);
   t.wheel->turn(3);  // 7.5 rounds to the even neighbour
   EXPECT_EQ(t.Grid().TopRow(), 8);
-  EXPECT_EQ(t.wheel->position, 3) << "wheel and scroll bar stay in step";
+  EXPECT_EQ(t.wheel->position, -1) << "the wheel knows where it has scrolled to";
+  t.Grid().SetTopRow(50);
+  EXPECT_EQ(t.wheel->position, 20) << "wheel and scroll bar stay in step";
   t.wheel->turn(2000000000);
   const int last = t.Grid().TopRow();
   EXPECT_GT(last, 150);
@@ -234,6 +236,40 @@ TEST(SavedAccount, IsBroughtIntoView) {
   t.SaveInDialog(false, 900);
   EXPECT_TRUE(t.view.FileEdit());
   EXPECT_EQ(t.Grid().TopRow(), top) << "what is in view stays where it is";
+}
+
+/// Twenty accounts of the first level with a hundred below each.
+std::vector<desk::book::Account> DeepAccounts() {
+  std::vector<desk::book::Account> accounts;
+  for (int head = 1001; head < 1021; ++head) {
+    accounts.push_back({.code = std::to_string(head), .name = "户", .category = "资产"});
+    for (int leaf = 100; leaf < 200; ++leaf) {
+      accounts.push_back(
+          {.code = std::to_string(head * 1000 + leaf), .name = "明细", .category = "资产"});
+    }
+  }
+  return accounts;
+}
+
+TEST(Wheel, EachNotchMovesAChartThatIsCollapsed) {
+  ViewTest t(MakeBook(DeepAccounts(), "43"));
+  t.view.Resize(9000, 2500);
+  t.Start();
+  const auto turns = [&](bool heard, std::initializer_list<int> notches) {
+    std::vector<int> positions;
+    int value = t.wheel->position;
+    for (const int notch : notches) {
+      value = (heard ? t.wheel->position : value) + notch;
+      t.wheel->turn(value);
+      positions.push_back(t.Grid().ShownPosition(t.Grid().TopRow()));
+    }
+    return positions;
+  };
+  ASSERT_EQ(t.Grid().ShownRows(), 20);
+  t.Grid().SetTopRow(102);
+  EXPECT_EQ(turns(true, {1, 1, 1, -1, -1, -1}), (std::vector{2, 3, 4, 3, 2, 1}));
+  // A source that does not listen while its wheel turns.
+  EXPECT_EQ(turns(false, {1, 1, 1}), (std::vector{2, 3, 4}));
 }
 
 TEST(Wheel, AGridThatGetsTheFocusTakesTheSource) {

@@ -85,6 +85,8 @@ class PickerFixture {
     control.KeyDown.Raise(key, modifiers);
     if (&control == &Vs()) (void)Vs().HandleKey(key, modifiers);
     if (&control == &TV()) (void)TV().HandleKey(key, modifiers);
+    auto* button = dynamic_cast<viewkit::CommandButton*>(&control);
+    if (button != nullptr) (void)button->HandleKey(key, modifiers);
     control.KeyUp.Raise(key, modifiers);
   }
 

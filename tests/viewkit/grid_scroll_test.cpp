@@ -44,6 +44,18 @@ TEST_F(GridScroll, TheTopRowLeavesTheLastPageFull) {
   CheckInvariants(grid);
 }
 
+TEST_F(GridScroll, AHiddenRowGivesWayInTheDirectionOfTravel) {
+  for (const int row : {1, 6, 7, 8}) grid.SetRowHidden(row, true);
+  grid.SetTopRow(7);
+  EXPECT_EQ(grid.TopRow(), 9);
+  grid.SetTopRow(7);
+  EXPECT_EQ(grid.TopRow(), 5);
+  grid.SetTopRow(6);
+  EXPECT_EQ(grid.TopRow(), 9);
+  grid.SetTopRow(1);  // nothing above
+  EXPECT_EQ(grid.TopRow(), 2);
+}
+
 TEST_F(GridScroll, FollowsWhatIsShown) {
   GridListener listener(grid);
   grid.SetTopRow(10);

@@ -120,6 +120,14 @@ TEST_F(DialogWindowTest, TypedTextReachesTheModelAndEnterClicksTheDefaultButton)
   EXPECT_THAT(form.log, ElementsAre("save"));
 }
 
+TEST_F(DialogWindowTest, AKeyThatIsHeldSinceItOpenedTheDialogDoesNotEndIt) {
+  const auto held = [](WORD key) {
+    return [key] { PostMessageW(GetFocus(), WM_KEYDOWN, key, 0x40000001); };
+  };
+  Show({held(VK_RETURN), held(VK_ESCAPE), [&] { EXPECT_TRUE(form.IsOpen()); }, Key(VK_RETURN)});
+  EXPECT_THAT(form.log, ElementsAre("save"));
+}
+
 TEST_F(DialogWindowTest, TextOfTheModelIsShownAndAnEditOfItIsTakenOver) {
   form.name.SetText("旧");
   Show({[&] { form.name.SetText("现金"); }, Key(VK_END), [&] { test::Type(GetFocus(), L"1"); },

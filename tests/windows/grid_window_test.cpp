@@ -350,6 +350,17 @@ TEST_F(GridWindowTest, TheWheelScrollsThreeRowsWhenNobodyElseTakesIt) {
   EXPECT_EQ(grid.TopRow(), 3);
 }
 
+TEST_F(GridWindowTest, TheWheelThatTiltsScrollsColumns) {
+  grid.SetCols(12);
+  SendMessageW(Window(), WM_MOUSEHWHEEL, MAKEWPARAM(0, WHEEL_DELTA), 0);
+  SendMessageW(Window(), WM_MOUSEHWHEEL, MAKEWPARAM(0, WHEEL_DELTA / 2), 0);
+  EXPECT_EQ(grid.LeftCol(), 1);
+  SendMessageW(Window(), WM_MOUSEHWHEEL, MAKEWPARAM(0, WHEEL_DELTA / 2), 0);
+  EXPECT_EQ(grid.LeftCol(), 3);  // one is hidden
+  SendMessageW(Window(), WM_MOUSEHWHEEL, MAKEWPARAM(0, static_cast<WORD>(-2 * WHEEL_DELTA)), 0);
+  EXPECT_EQ(grid.LeftCol(), 0);
+}
+
 TEST_F(GridWindowTest, DraggingOutsideGoesOnScrolling) {
   Load(100, 4);
   RECT client{};

@@ -1,15 +1,78 @@
 #include "viewkit/win32/button_peers.h"
 
-namespace tavrix::viewkit::win32 {
+#include <cstddef>
 
-void LabelPeer::Open() {
-  OpenNative({.class_name = L"STATIC", .style = SS_LEFT | SS_CENTERIMAGE | SS_ENDELLIPSIS});
+#include "viewkit/win32/line_text.h"
+#include "viewkit/win32/wide.h"
+
+namespace tavrix::viewkit::win32 {
+namespace {
+
+/// A caption as it is read: an ampersand marks the letter after it, two of them are one.
+std::wstring WithoutMark(const std::wstring& caption) {
+  std::wstring text;
+  for (std::size_t at = 0; at < caption.size(); ++at) {
+    if (caption[at] == L'&' && at + 1 < caption.size()) ++at;
+    text += caption[at];
+  }
+  return text;
 }
 
-/// The system leaves a text where it was, and cut as it was.
+}  // namespace
+
+void LabelPeer::Open() {
+  OpenNative({.class_name = L"STATIC", .style = SS_LEFT | SS_CENTERIMAGE});
+}
+
 void LabelPeer::ApplyBounds() {
   CaptionPeer::ApplyBounds();
-  InvalidateRect(Hwnd(), nullptr, TRUE);
+  InvalidateRect(Hwnd(), nullptr, FALSE);
+}
+
+void LabelPeer::Paint(HDC dc) const {
+  RECT client{};
+  GetClientRect(Hwnd(), &client);
+  FillRect(dc, &client, Context().back_brush.get());
+  const SavedDc saved(dc);
+  const Selected font(dc, Context().fonts->Get(false));
+  SetBkMode(dc, TRANSPARENT);
+  SetTextColor(dc, label_.Enabled() ? Context().Ink() : GetSysColor(COLOR_GRAYTEXT));
+  const std::wstring caption = Wide(label_.Caption());
+  const std::wstring text = WithoutMark(caption);
+  if (CutToFit(dc, text, static_cast<int>(client.right)) != text) {
+    return DrawLine(dc, text, client, DT_VCENTER);
+  }
+  const bool hidden = (Tell(WM_QUERYUISTATE) & UISF_HIDEACCEL) != 0;
+  DrawTextW(dc, caption.data(), static_cast<int>(caption.size()), &client,
+            DT_VCENTER | DT_SINGLELINE | (hidden ? DT_HIDEPREFIX : 0U));
+}
+
+LRESULT LabelPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+  switch (message) {
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_PAINT: {
+      const PaintScope paint(Hwnd());
+      Context().buffer.Paint(paint.Dc(), paint.Area(), [this](HDC dc) { Paint(dc); });
+      return 0;
+    }
+    case WM_PRINTCLIENT:
+      Paint(reinterpret_cast<HDC>(wparam));
+      return 0;
+    case WM_SETTEXT: {
+      // The system's label would paint at once.
+      const LRESULT set = DefWindowProcW(Hwnd(), message, wparam, lparam);
+      InvalidateRect(Hwnd(), nullptr, FALSE);
+      return set;
+    }
+    case WM_UPDATEUISTATE:
+    case WM_ENABLE:
+      InvalidateRect(Hwnd(), nullptr, FALSE);
+      break;
+    default:
+      break;
+  }
+  return CaptionPeer::OnMessage(message, wparam, lparam);
 }
 
 void FramePeer::Open() {
@@ -50,6 +113,20 @@ LRESULT ClickPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
 
 void CommandButtonPeer::Open() {
   OpenNative({.class_name = L"BUTTON", .style = BS_PUSHBUTTON});
+}
+
+bool CommandButtonPeer::WantsKey(Key key, Modifiers modifiers) const {
+  const bool enter = key == Key::kEnter && !modifiers.control && !modifiers.alt;
+  return enter || ClickPeer::WantsKey(key, modifiers);
+}
+
+LRESULT CommandButtonPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+  const LRESULT result = ClickPeer::OnMessage(message, wparam, lparam);
+  // To the system Enter is a matter of dialogs.
+  if (message == WM_KEYDOWN && Alive()) {
+    button_.HandleKey(static_cast<Key>(wparam), ModifiersOf(lparam));
+  }
+  return result;
 }
 
 void CheckBoxPeer::Open() {

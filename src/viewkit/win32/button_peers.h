@@ -11,15 +11,21 @@
 
 namespace tavrix::viewkit::win32 {
 
+/// A line of text. Painted by itself: the system's label cuts a long one in ways of its own.
 class LabelPeer : public CaptionPeer {
  public:
-  LabelPeer(ViewContext& context, Label& label) : CaptionPeer(context, label) {}
+  LabelPeer(ViewContext& context, Label& label) : CaptionPeer(context, label), label_(label) {}
   void Open() override;
   [[nodiscard]] bool TabStop() const override { return false; }
   bool TakeFocus() override { return false; }
 
  protected:
   void ApplyBounds() override;
+  LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
+
+ private:
+  void Paint(HDC dc) const;
+  Label& label_;
 };
 
 class FramePeer : public CaptionPeer {
@@ -55,9 +61,11 @@ class CommandButtonPeer : public ClickPeer {
   CommandButtonPeer(ViewContext& context, CommandButton& button)
       : ClickPeer(context, button), button_(button) {}
   void Open() override;
+  [[nodiscard]] bool WantsKey(Key key, Modifiers modifiers) const override;
 
  protected:
   void OnClick() override { button_.Click(); }
+  LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:
   CommandButton& button_;

@@ -1,5 +1,7 @@
 #include "viewkit/win32/colors.h"
 
+#include "viewkit/contrast.h"
+
 namespace tavrix::viewkit::win32 {
 namespace {
 
@@ -15,6 +17,12 @@ COLORREF ToColorRef(Color color, Color fallback) {
   if (color == color::kDefault) color = fallback;
   if ((color & kSystemColor) != 0) return GetSysColor(static_cast<int>(color & 0xFF));
   return color & 0xFFFFFF;
+}
+
+COLORREF TextOn(COLORREF ground, COLORREF wanted) {
+  const Color system[] = {GetSysColor(COLOR_WINDOWTEXT), GetSysColor(COLOR_BTNTEXT),
+                          GetSysColor(COLOR_HIGHLIGHTTEXT), GetSysColor(COLOR_WINDOW)};
+  return LegibleOn(ground, wanted, system);
 }
 
 COLORREF Blend(COLORREF over, COLORREF under, int share) {

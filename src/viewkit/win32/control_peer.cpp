@@ -3,12 +3,6 @@
 #include <utility>
 
 namespace tavrix::viewkit::win32 {
-namespace {
-
-constexpr LPARAM kWasDown = 1 << 30;  // of a key message, see "Keystroke Message Flags"
-
-}  // namespace
-
 ControlPeer::ControlPeer(ViewContext& context, Control& control)
     : context_(context.shared_from_this()), control_(control) {
   control_.SetPeer(this);
@@ -75,9 +69,7 @@ void ControlPeer::ApplyBounds() {
 
 LRESULT ControlPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   if (message == WM_KEYDOWN) {
-    Modifiers modifiers = ModifiersNow();
-    modifiers.repeated = (lparam & kWasDown) != 0;
-    control_.KeyDown.Raise(static_cast<Key>(wparam), modifiers);
+    control_.KeyDown.Raise(static_cast<Key>(wparam), ModifiersOf(lparam));
   }
   if (message == WM_KEYUP) control_.KeyUp.Raise(static_cast<Key>(wparam), ModifiersNow());
   if (!Alive()) return 0;

@@ -6,6 +6,7 @@
 
 #include "viewkit/control.h"
 #include "viewkit/win32/back_buffer.h"
+#include "viewkit/win32/colors.h"
 #include "viewkit/win32/fonts.h"
 #include "viewkit/win32/window.h"
 
@@ -21,6 +22,11 @@ struct ViewContext : std::enable_shared_from_this<ViewContext> {
   Color back_color = color::kButtonFace;
   Brush back_brush;                       ///< of that colour
   Color fore_color = color::kButtonText;  ///< of the texts that lie on it
+  /// What the two are on this system, now.
+  [[nodiscard]] COLORREF Ground() const { return ToColorRef(back_color, color::kButtonFace); }
+  [[nodiscard]] COLORREF Ink() const {
+    return TextOn(Ground(), ToColorRef(fore_color, color::kButtonText));
+  }
   /// A control's window has got (true) or lost the focus, before its model hears of it; with the
   /// window on the other side of the change.
   std::function<void(bool, HWND)> focus_moved;

@@ -101,13 +101,14 @@ void DialogWindow::Run() {
 
 bool DialogWindow::Translate(MSG& message) {
   if (!Alive() || (message.hwnd != Hwnd() && !IsChild(Hwnd(), message.hwnd))) return false;
-  if (message.message == WM_KEYDOWN) return TranslateKey(static_cast<Key>(message.wParam));
+  if (message.message == WM_KEYDOWN) {
+    return TranslateKey(static_cast<Key>(message.wParam), ModifiersOf(message.lParam));
+  }
   // Letters with Alt are the system's rule: the mnemonics in the captions.
   return message.message == WM_SYSCHAR && IsDialogMessageW(Hwnd(), &message);
 }
 
-bool DialogWindow::TranslateKey(Key key) {
-  const Modifiers modifiers = ModifiersNow();
+bool DialogWindow::TranslateKey(Key key, Modifiers modifiers) {
   ControlPeer* focus = PeerOf(GetFocus());
   if (key == Key::kTab && !modifiers.control && !modifiers.alt) {
     return MoveFocus(modifiers.shift) || (modifiers.shift ? FocusLast() : FocusFrom(0, false));
@@ -117,7 +118,10 @@ bool DialogWindow::TranslateKey(Key key) {
     if (key == Key::kRight || key == Key::kDown) return MoveOption(false);
   }
   const auto* list = dynamic_cast<ComboBoxPeer*>(focus);
-  return (list == nullptr || !list->IsDropped()) && dialog_.KeyDown(key);
+  if (list != nullptr && list->IsDropped()) return false;
+  // One that is held has opened the dialog, or closed a list in it: it does not end the dialog too.
+  const bool ends = key == Key::kEnter || key == Key::kEscape;
+  return (ends && modifiers.repeated) || dialog_.KeyDown(key);
 }
 
 /// The arrow keys choose among the option buttons that follow each other.

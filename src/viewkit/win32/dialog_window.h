@@ -29,7 +29,7 @@ class DialogWindow : public PeerHost {
   void SetIdentifiers();
   void SizeAndCenter(HWND owner);
   bool Translate(MSG& message);
-  bool TranslateKey(Key key);
+  bool TranslateKey(Key key, Modifiers modifiers);
   bool MoveOption(bool backward);
   void RestoreFocus();
 

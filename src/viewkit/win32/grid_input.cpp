@@ -10,8 +10,6 @@
 namespace tavrix::viewkit::win32 {
 namespace {
 
-constexpr int kWheelRows = 3;
-
 bool IsSurrogate(wchar_t unit, wchar_t first) {
   return (unit & 0xFC00) == first;
 }
@@ -57,7 +55,7 @@ LRESULT GridPeer::OnInput(UINT message, WPARAM wparam, LPARAM lparam) {
       return DLGC_WANTARROWS | DLGC_WANTCHARS | (enter ? DLGC_WANTMESSAGE : 0);
     }
     case WM_KEYDOWN:
-      OnKeyDown(static_cast<Key>(wparam));
+      OnKeyDown(static_cast<Key>(wparam), ModifiersOf(lparam));
       return 0;
     case WM_CHAR:
       OnChar(static_cast<wchar_t>(wparam));
@@ -72,13 +70,15 @@ LRESULT GridPeer::OnInput(UINT message, WPARAM wparam, LPARAM lparam) {
       // Comes here only when the host's wheel source has not taken it from the window.
       OnWheel(GET_WHEEL_DELTA_WPARAM(wparam));
       return 0;
+    case WM_MOUSEHWHEEL:
+      OnSideWheel(GET_WHEEL_DELTA_WPARAM(wparam));
+      return 0;
     default:
       return OnMouse(message, wparam, lparam);
   }
 }
 
-void GridPeer::OnKeyDown(Key key) {
-  const Modifiers modifiers = ModifiersNow();
+void GridPeer::OnKeyDown(Key key, Modifiers modifiers) {
   swallow_char_ = false;
   grid_.KeyDown.Raise(key, modifiers);
   if (!Alive()) return;
@@ -154,10 +154,23 @@ void GridPeer::OnHorizontalScroll(int request) {
 }
 
 void GridPeer::OnWheel(int delta) {
-  wheel_rest_ += delta * kWheelRows;
+  UINT lines = 3;
+  SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &lines, 0);
+  wheel_rest_ += delta * std::min(static_cast<int>(std::min(lines, 100U)), RowsOnLastPage());
   const int rows = wheel_rest_ / WHEEL_DELTA;
   wheel_rest_ -= rows * WHEEL_DELTA;
   if (rows != 0) ScrollBy(-rows);
+}
+
+/// A notch is a column; to the right it is positive.
+void GridPeer::OnSideWheel(int delta) {
+  side_wheel_rest_ += delta;
+  for (; side_wheel_rest_ >= WHEEL_DELTA; side_wheel_rest_ -= WHEEL_DELTA) {
+    OnHorizontalScroll(SB_LINEDOWN);
+  }
+  for (; side_wheel_rest_ <= -WHEEL_DELTA; side_wheel_rest_ += WHEEL_DELTA) {
+    OnHorizontalScroll(SB_LINEUP);
+  }
 }
 
 }  // namespace tavrix::viewkit::win32

@@ -77,6 +77,17 @@ void GridLayout::PlaceColumns(int width) {
   }
 }
 
+bool GridLayout::HasLastRow() const {
+  return !rows_.empty() && grid_.NextShownRow(rows_.back().index) < 0;
+}
+
+bool GridLayout::HasLastColumn() const {
+  if (columns_.empty()) return false;
+  int next = columns_.back().index + 1;
+  while (next < grid_.Cols() && (grid_.ColHidden(next) || grid_.ColWidth(next) == 0)) ++next;
+  return next == grid_.Cols();
+}
+
 const Span* GridLayout::RowOf(int row) const {
   return Find(rows_, row);
 }

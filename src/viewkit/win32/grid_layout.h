@@ -41,6 +41,9 @@ class GridLayout {
   [[nodiscard]] int StillRight() const { return still_right_; }
   [[nodiscard]] int SheetRight() const { return columns_.empty() ? 0 : columns_.back().end; }
   [[nodiscard]] int SheetBottom() const { return rows_.empty() ? 0 : rows_.back().end; }
+  /// Nothing goes on below, or to the right of, what is seen: there the sheet has its edges.
+  [[nodiscard]] bool HasLastRow() const;
+  [[nodiscard]] bool HasLastColumn() const;
 
   [[nodiscard]] const Span* RowOf(int row) const;
   [[nodiscard]] const Span* ColumnOf(int col) const;

@@ -3,13 +3,11 @@
 #include <algorithm>
 
 #include "viewkit/win32/colors.h"
+#include "viewkit/win32/line_text.h"
 #include "viewkit/win32/wide.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
-
-/// More than any screen is wide; a text of any length then paints at the same cost.
-constexpr std::size_t kLongestPainted = 2000;
 
 UINT DrawFlags(Alignment alignment, ColumnType type) {
   if (alignment == Alignment::kGeneral) {
@@ -83,10 +81,11 @@ GridPainter::Text GridPainter::TextOf(const Span& row, const Span& column, bool 
   RECT place = layout_.Cell(row, column);
   place.left = layout_.TextLeft(place, row.index, column.index);
   place.right -= layout_.Padding();
-  const COLORREF ink = !grid_.Enabled() ? GetSysColor(COLOR_GRAYTEXT)
-                       : selected
-                           ? ToColorRef(look.select_fore, color::kHighlightText)
-                           : ToColorRef(grid_.CellForeColor(row.index, column.index), look.fore);
+  const COLORREF wanted = selected
+                              ? ToColorRef(look.select_fore, color::kHighlightText)
+                              : ToColorRef(grid_.CellForeColor(row.index, column.index), look.fore);
+  const COLORREF ink = grid_.Enabled() ? TextOn(BackOf(row.index, column.index, selected), wanted)
+                                       : GetSysColor(COLOR_GRAYTEXT);
   const UINT alignment =
       DrawFlags(grid_.ColAlignment(column.index), grid_.ColDataType(column.index));
   return {place, grid_.DisplayText(row.index, column.index), alignment, ink,
@@ -135,7 +134,8 @@ void GridPainter::PaintHeaderCell(HDC dc, const Span& row, const Span& column) c
   Fill(dc, {cell.right - 1, cell.top + inset, cell.right, cell.bottom - inset}, line);
   Text text{cell, grid_.DisplayText(row.index, column.index),
             DrawFlags(grid_.FixedAlignment(column.index), ColumnType::kString),
-            GetSysColor(COLOR_BTNTEXT), grid_.CellFontBold(row.index, column.index)};
+            TextOn(HeaderColor(), GetSysColor(COLOR_BTNTEXT)),
+            grid_.CellFontBold(row.index, column.index)};
   InflateRect(&text.place, -layout_.Padding(), 0);
   PaintText(dc, text);
 }
@@ -187,10 +187,9 @@ void GridPainter::PaintEmptyParts(HDC dc) const {
   Fill(dc, {right, header - 1, client_.cx, header},
        Blend(GetSysColor(COLOR_BTNSHADOW), HeaderColor(), 60));
   if (look.sheet_border == look.back_empty) return;
-  // Where rows or columns go on outside the window the sheet has no edge in it.
   const COLORREF border = ToColorRef(look.sheet_border);
-  if (right < client_.cx) Fill(dc, {right - 1, header, right, bottom}, border);
-  if (bottom < client_.cy) Fill(dc, {0, bottom - 1, right, bottom}, border);
+  if (layout_.HasLastColumn()) Fill(dc, {right - 1, header, right, bottom}, border);
+  if (layout_.HasLastRow()) Fill(dc, {0, bottom - 1, right, bottom}, border);
 }
 
 void GridPainter::PaintFrozenEdge(HDC dc) const {
@@ -211,13 +210,9 @@ void GridPainter::PaintFocus(HDC dc) const {
 
 void GridPainter::PaintText(HDC dc, const Text& text) const {
   if (text.content.empty() || text.place.right <= text.place.left) return;
-  std::wstring wide = Wide(text.content);
-  if (wide.size() > kLongestPainted) wide.resize(kLongestPainted);
   const Selected font(dc, fonts_.Get(text.bold));
   SetTextColor(dc, text.color);
-  RECT place = text.place;
-  DrawTextW(dc, wide.c_str(), static_cast<int>(wide.size()), &place,
-            text.alignment | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+  DrawLine(dc, Wide(text.content), text.place, text.alignment);
 }
 
 }  // namespace tavrix::viewkit::win32

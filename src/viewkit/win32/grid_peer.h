@@ -79,11 +79,12 @@ class GridPeer : public ControlPeer {
 
   // --- keys and scroll bars (grid_input.cpp)
   LRESULT OnInput(UINT message, WPARAM wparam, LPARAM lparam);
-  void OnKeyDown(Key key);
+  void OnKeyDown(Key key, Modifiers modifiers);
   void OnChar(wchar_t unit);
   void OnVerticalScroll(int request);
   void OnHorizontalScroll(int request);
   void OnWheel(int delta);
+  void OnSideWheel(int delta);
   void ScrollBy(int rows);
   void ScrollTo(int position);
   [[nodiscard]] int TrackedPosition(int bar) const;
@@ -101,6 +102,7 @@ class GridPeer : public ControlPeer {
   bool swallow_char_ = false;
   wchar_t high_surrogate_ = 0;
   int wheel_rest_ = 0;
+  int side_wheel_rest_ = 0;
 };
 
 }  // namespace tavrix::viewkit::win32

@@ -150,8 +150,8 @@ std::optional<LRESULT> PeerHost::Paint(UINT message, WPARAM wparam) {
       return 1;
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORBTN:
-      SetBkColor(dc, ToColorRef(context_->back_color, color::kButtonFace));
-      SetTextColor(dc, ToColorRef(context_->fore_color, color::kButtonText));
+      SetBkColor(dc, context_->Ground());
+      SetTextColor(dc, context_->Ink());
       return reinterpret_cast<LRESULT>(context_->back_brush.get());
     default:
       return {};

@@ -6,6 +6,7 @@
 #include <numeric>
 
 #include "viewkit/win32/colors.h"
+#include "viewkit/win32/line_text.h"
 #include "viewkit/win32/wide.h"
 
 namespace tavrix::viewkit::win32 {
@@ -120,22 +121,21 @@ void TabPeer::PaintTab(HDC dc, const RECT& place, int tab) const {
   const bool current = tab == strip_.CurrTab();
   const COLORREF back = ToColorRef(strip_.BackColor(), color::kButtonFace);
   const COLORREF edge = Blend(GetSysColor(COLOR_BTNSHADOW), back, 60);
-  RECT text = place;
+  COLORREF ground = current ? GetSysColor(COLOR_WINDOW) : back;
   if (current) {
     Fill(dc, place, edge);
     const RECT face{place.left + 1, place.top, place.right - 1, place.bottom};
-    Fill(dc, face, GetSysColor(COLOR_WINDOW));
+    Fill(dc, face, ground);
     const LONG mark = Context().scale.Design(kMark);
     Fill(dc, {place.left, place.top, place.right, place.top + mark}, GetSysColor(COLOR_HIGHLIGHT));
   } else if (tab == hot_) {
-    Fill(dc, {place.left, place.top, place.right, place.bottom - 1},
-         Blend(GetSysColor(COLOR_WINDOW), back, 50));
+    ground = Blend(GetSysColor(COLOR_WINDOW), back, 50);
+    Fill(dc, {place.left, place.top, place.right, place.bottom - 1}, ground);
   }
   const Color fore = current ? color::kWindowText : Context().fore_color;
-  SetTextColor(dc, ToColorRef(strip_.Enabled() ? fore : color::kGrayText));
-  const std::wstring caption = Wide(strip_.TabCaption(tab));
-  DrawTextW(dc, caption.c_str(), static_cast<int>(caption.size()), &text,
-            DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+  SetTextColor(dc,
+               strip_.Enabled() ? TextOn(ground, ToColorRef(fore)) : GetSysColor(COLOR_GRAYTEXT));
+  DrawLine(dc, Wide(strip_.TabCaption(tab)), place, DT_CENTER | DT_VCENTER);
   if (!current || !strip_.Focused()) return;
   RECT focus = place;
   InflateRect(&focus, -Context().scale.Design(4), -Context().scale.Design(5));

@@ -98,8 +98,8 @@ LRESULT TreePeer::OnCustomDraw(NMTVCUSTOMDRAW& draw) const {
   const TreeNode* node = tree_.Nodes().FindId(draw.nmcd.lItemlParam);
   if (draw.nmcd.dwDrawStage != CDDS_ITEMPREPAINT || selected || node == nullptr) return 0;
   const TreeNode::Look& look = node->GetLook();
-  if (look.fore != color::kDefault) draw.clrText = ToColorRef(look.fore);
   if (look.back != color::kDefault) draw.clrTextBk = ToColorRef(look.back);
+  draw.clrText = TextOn(ToColorRef(look.back), ToColorRef(look.fore, color::kWindowText));
   return 0;
 }
 

@@ -120,6 +120,8 @@ void TreePeer::NodeAdded(const TreeNode& node) {
   if (parent != nullptr && parent->Expanded() && parent->FirstChild() == &node) {
     ShowExpanded(*parent);
   }
+  // The box of a parent that had no child, and the line to what was its last one, are new too.
+  InvalidateRect(Hwnd(), nullptr, TRUE);
 }
 
 void TreePeer::NodeMoved(const TreeNode& node) {

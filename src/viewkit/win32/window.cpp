@@ -11,6 +11,7 @@ namespace tavrix::viewkit::win32 {
 namespace {
 
 constexpr UINT_PTR kSubclass = 1;
+constexpr LPARAM kWasDown = 1 << 30;  // of a key message, see "Keystroke Message Flags"
 
 Window* AttachedTo(HWND hwnd) {
   // The system hands addresses through integers.
@@ -131,6 +132,12 @@ LRESULT CALLBACK Window::SubclassEntry(HWND, UINT message, WPARAM wparam, LPARAM
 
 Modifiers ModifiersNow() {
   return {Pressed(VK_SHIFT), Pressed(VK_CONTROL), Pressed(VK_MENU)};
+}
+
+Modifiers ModifiersOf(LPARAM lparam) {
+  Modifiers modifiers = ModifiersNow();
+  modifiers.repeated = (lparam & kWasDown) != 0;
+  return modifiers;
 }
 
 }  // namespace tavrix::viewkit::win32

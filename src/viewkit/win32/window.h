@@ -78,5 +78,7 @@ class Window : public std::enable_shared_from_this<Window> {
 
 /// The state of the modifier keys as of the message being handled.
 [[nodiscard]] Modifiers ModifiersNow();
+/// As above, and whether the key of a WM_KEYDOWN with this `lparam` is being held.
+[[nodiscard]] Modifiers ModifiersOf(LPARAM lparam);
 
 }  // namespace tavrix::viewkit::win32
