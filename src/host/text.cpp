@@ -281,4 +281,36 @@ bool EqualNoCase(std::string_view left, std::string_view right) {
   return l == left.size() && r == right.size();
 }
 
+CaselessText::CaselessText(std::string_view text) : lower_(LowerCase(text)) {
+  if (lower_.empty()) return;
+  std::size_t behind = 0;
+  const char32_t first = NextCodePoint(lower_, behind);
+  for (const char32_t point : {first, Upper(first)}) {
+    std::string bytes;
+    AppendUtf8(bytes, point);
+    begins_[static_cast<unsigned char>(bytes[0])] = true;
+  }
+}
+
+bool CaselessText::StandsAt(std::string_view text, std::size_t at) const {
+  for (std::size_t own = 0; own < lower_.size();) {
+    if (at >= text.size()) return false;
+    if (Lower(NextCodePoint(text, at)) != NextCodePoint(lower_, own)) return false;
+  }
+  return true;
+}
+
+bool CaselessText::IsIn(std::string_view text) const {
+  // The two cases of a letter take as many bytes; damaged text alone is read as something longer.
+  static constexpr std::string_view kDamage = "\xEF\xBF\xBD";
+  if (lower_.find(kDamage) != std::string::npos) {
+    return LowerCase(text).find(lower_) != std::string::npos;
+  }
+  if (lower_.empty()) return true;
+  for (std::size_t at = 0; at + lower_.size() <= text.size(); ++at) {
+    if (begins_[static_cast<unsigned char>(text[at])] && StandsAt(text, at)) return true;
+  }
+  return false;
+}
+
 }  // namespace tavrix::host

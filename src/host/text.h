@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -50,5 +51,21 @@ namespace tavrix::host {
 
 /// Equal but for case, in the sense of `LowerCase`.
 [[nodiscard]] bool EqualNoCase(std::string_view left, std::string_view right);
+
+/// A text that is looked for in many others, which are neither changed nor copied for that: as if
+/// the lower-case forms of both were compared.
+class CaselessText {
+ public:
+  explicit CaselessText(std::string_view text);
+  [[nodiscard]] bool IsEmpty() const { return lower_.empty(); }
+  [[nodiscard]] bool IsIn(std::string_view text) const;
+  [[nodiscard]] bool IsStartOf(std::string_view text) const { return StandsAt(text, 0); }
+
+ private:
+  [[nodiscard]] bool StandsAt(std::string_view text, std::size_t at) const;
+
+  std::string lower_;
+  std::array<bool, 256> begins_{};  ///< the bytes that a place where it stands can begin with
+};
 
 }  // namespace tavrix::host

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <limits>
+#include <random>
 
 namespace tavrix::host {
 namespace {
@@ -91,6 +93,31 @@ TEST(CaseTest, MapsLettersAndKeepsTheRest) {
   EXPECT_EQ(UpperCase("àö÷αяёａ科"), "ÀÖ÷ΑЯЁＡ科");
   EXPECT_TRUE(EqualNoCase("Vs", "vS"));
   EXPECT_FALSE(EqualNoCase("Vs", "Vss"));
+}
+
+TEST(CaselessTextTest, FindsWhatTheLowerCaseFormsHold) {
+  const char* const kParts[] = {"a",  "A",    "b",    "Я", "я",
+                                "科", "9",    "É",    "é", "Ａ",
+                                "ａ", "\xE4", "\xBA", "k", "\xF0\xA0\x80\x80"};
+  std::mt19937 random(7);
+  const auto text = [&](unsigned most) {
+    std::string parts;
+    for (auto left = random() % (most + 1); left > 0; --left) {
+      parts += kParts[random() % std::size(kParts)];
+    }
+    return parts;
+  };
+  int found = 0;
+  for (int round = 0; round < 20'000; ++round) {
+    const std::string sought = text(2);
+    const std::string in = text(7);
+    const CaselessText caseless(sought);
+    const bool holds = LowerCase(in).find(LowerCase(sought)) != std::string::npos;
+    ASSERT_EQ(caseless.IsIn(in), holds) << sought << " in " << in;
+    ASSERT_EQ(caseless.IsStartOf(in), LowerCase(in).starts_with(LowerCase(sought))) << in;
+    found += holds ? 1 : 0;
+  }
+  EXPECT_GT(found, 1000);
 }
 
 TEST(TrimmedTest, TakesBlanksOnly) {
