@@ -11,9 +11,9 @@
 #include "book/money_text.h"
 #include "book/paths.h"
 #include "embedded/kTrialBalanceLayout.h"
+#include "host/grid_update.h"
 #include "host/report.h"
 #include "host/row_set.h"
-#include "viewkit/grid_update.h"
 #include "viewkit/m_mode.h"
 #include "views/layout_dialog.h"
 
@@ -220,7 +220,7 @@ void TrialBalanceView::Load() {
       book::ReadTrialBalance(session_, ChosenMonth());
   host::RowSet rows(kColumns);
   for (const book::TrialBalanceRow& row : balance) AppendRow(rows, month_.Text(), row);
-  const viewkit::GridUpdate update(grid_);
+  const host::GridUpdate update(grid_);
   grid_.LoadRows(std::move(rows));
   viewkit::ApplyVsRows(layout_path_, grid_, *system_);
   Summarise(balance);

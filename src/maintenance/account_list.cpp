@@ -6,19 +6,19 @@
 
 #include "host/account.h"
 #include "host/calls.h"
+#include "host/grid_update.h"
 #include "host/text.h"
 #include "maintenance/columns.h"
 #include "maintenance/session.h"
 #include "maintenance/trap.h"
-#include "viewkit/grid_update.h"
 
 namespace tavrix::maintenance {
 
 namespace {
 
+using host::GridUpdate;
 using viewkit::Alignment;
 using viewkit::FlexGrid;
-using viewkit::GridUpdate;
 
 /// The category that the page of a tab shows; empty for the page of all accounts.
 std::string_view CategoryOf(int tab) {

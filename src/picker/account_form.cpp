@@ -4,13 +4,13 @@
 
 #include "host/account.h"
 #include "host/calls.h"
+#include "host/grid_update.h"
 #include "host/text.h"
 #include "picker/columns.h"
 #include "picker/parameters.h"
 #include "picker/session.h"
 #include "picker/trap.h"
 #include "picker/tree_keys.h"
-#include "viewkit/grid_update.h"
 
 // Adding and changing accounts from within the picker.
 namespace tavrix::picker {
@@ -88,7 +88,7 @@ void selKjkm::mfrmKjkm_EvHasLoad(bool pNew, std::int32_t plID) noexcept {
 
 void selKjkm::WriteRow(const std::array<std::string, kColumns>& texts, bool is_new,
                        const std::string& id) {
-  const viewkit::GridUpdate update(Vs_);
+  const host::GridUpdate update(Vs_);
   const bool totals = HasTotals();
   const int row = is_new ? Vs_.AddItem() : RowOfEdited(id);
   if (row < Vs_.FixedRows()) return;

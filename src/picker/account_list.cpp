@@ -3,13 +3,13 @@
 
 #include "host/account.h"
 #include "host/calls.h"
+#include "host/grid_update.h"
 #include "host/text.h"
 #include "picker/columns.h"
 #include "picker/parameters.h"
 #include "picker/session.h"
 #include "picker/trap.h"
 #include "picker/tree_keys.h"
-#include "viewkit/grid_update.h"
 
 // Which accounts the parameters allow, and the list that shows them.
 namespace tavrix::picker {
@@ -177,7 +177,7 @@ bool selKjkm::LoadAccountList() noexcept {
 }
 
 void selKjkm::ShowRows(host::RowSet accounts) {
-  const viewkit::GridUpdate update(Vs_);
+  const host::GridUpdate update(Vs_);
   Vs_.LoadRows(std::move(accounts));
   Vs_.SetColHidden(kClosed, Chk_.Value() != viewkit::CheckBox::kChecked);
   RestoreTotals();

@@ -1,6 +1,6 @@
+#include "host/grid_update.h"
 #include "host/text.h"
 #include "picker/trap.h"
-#include "viewkit/grid_update.h"
 
 namespace tavrix::picker {
 
@@ -32,7 +32,7 @@ void selKjkm::OnSearch() noexcept {
     const int fixed = Vs_.FixedRows();
     const int rows = Vs_.Rows() - fixed;
     const bool filter = Check_.Value() == viewkit::CheckBox::kChecked;
-    const viewkit::GridUpdate update(Vs_);
+    const host::GridUpdate update(Vs_);
     if (!filter) {
       for (int row = 0; row < rows; ++row) SetHidden(Vs_, fixed + row, false);
       if (match < 0) return true;

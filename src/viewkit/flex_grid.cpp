@@ -121,7 +121,9 @@ void FlexGrid::State::GoOnFrom(int place_of_lost_row) {
   // A row below a collapsed node, or a hidden one, is no place to go on from.
   int next = grid.NextShownRow(place_of_lost_row - 1);
   if (next < 0) next = grid.PreviousShownRow(place_of_lost_row);
-  MakeCurrent(next < 0 ? Fixed() - 1 : next, Pick::kOnly);
+  // Where several rows can be chosen for themselves, those that are left stay chosen.
+  const bool others = mode == viewkit::SelectionMode::kListBox && selection.Count() > 0;
+  MakeCurrent(next < 0 ? Fixed() - 1 : next, others ? Pick::kFocus : Pick::kOnly);
 }
 
 void FlexGrid::State::ForgetRows() {
@@ -280,6 +282,7 @@ void FlexGrid::LoadRows(host::RowSet&& rows) {
     s.outline.Reset(static_cast<int>(count));
     s.totals.Forget();
     s.postponed_sorts.clear();
+    s.sort = SortOrder::kNone;
     s.styles.Erase(fixed, before);
     s.styles.Insert(fixed, count);
     s.heights.Erase(fixed, before);

@@ -153,7 +153,8 @@ class FlexGrid : public Control, public host::Grid {
   void LoadRows(host::RowSet&& rows);
   /// A new empty row at the end; gives its index.
   int AddItem();
-  /// `row` is a data row. When it was the current one, the row that takes its place is so next.
+  /// `row` is a data row. The row that takes a current one's place is so next; other rows that are
+  /// selected stay so in list-box mode.
   void RemoveItem(int row);
   /// Header texts separated by "|", whose widths, trailing blanks included, set the initial column
   /// widths. A leading "<", "^" or ">" aligns the column. The header itself shows the texts without
@@ -230,9 +231,9 @@ class FlexGrid : public Control, public host::Grid {
   [[nodiscard]] int FirstChildRow(int row) const;
   /// Last row of the node's whole subtree; `row` itself when it has none.
   [[nodiscard]] int LastRowOfNode(int row) const;
-  /// Nodes whose parent is `row`.
+  /// Nodes whose parent is `row`; takes time with their number.
   [[nodiscard]] int ChildCount(int row) const;
-  /// Whether any row hangs below the node, at once (the others take time with the node's size).
+  /// Whether any row hangs below the node, at once.
   [[nodiscard]] bool HasRowsBelow(int row) const;
   /// Removes a node with all below it; a plain row alone.
   void RemoveNode(int row);
@@ -274,8 +275,9 @@ class FlexGrid : public Control, public host::Grid {
   /// The `Sort` property: sorts all data rows by the current column, at each assignment anew. What
   /// was asked for while there were rows of totals is done over all rows as soon as these are
   /// cleared. A number that is no order is refused (`std::out_of_range`).
-  [[nodiscard]] SortOrder Sort() const;
   void SetSort(SortOrder order);
+  /// As set last; `kNone` after a load or `SortRows`, which bring an order of their own.
+  [[nodiscard]] SortOrder Sort() const;
   /// First row from `start` on whose text in `col` equals `text`, or begins with it when
   /// `full_match` is off; -1 for none. A negative start stands for the first data row, a start past
   /// the end finds nothing.
@@ -321,6 +323,9 @@ class FlexGrid : public Control, public host::Grid {
   [[nodiscard]] bool IsInView(int row) const override;
   /// Scrolls as little as is needed to bring the row into view.
   void ShowRow(int row);
+  /// Brings the top row and the left column to where they can be now. The peer calls it before it
+  /// paints: changes of single rows leave it undone while there is one.
+  void SettleScroll();
   /// Width and height in which cells, header included, are seen (without scroll bars); the peer
   /// sets it, without a peer the control's bounds count.
   void SetViewport(int width, int height);
@@ -381,8 +386,8 @@ class FlexGrid : public Control, public host::Grid {
   Event<int> AfterUserResize;  ///< with the column
 
  private:
-  /// Opens the nodes above a row. False, and nothing is opened, when it would not be seen even so.
-  bool OpenAbove(int row);
+  [[nodiscard]] bool CanBeOpened(int row) const;  // it is seen once the nodes above it are open
+  void OpenAbove(int row);
   struct State;
   template <class Body>
   void Update(Body&& body);

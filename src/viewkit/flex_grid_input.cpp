@@ -40,6 +40,8 @@ void FlexGrid::State::MoveBy(int rows, Modifiers modifiers) {
   if (shown == 0) return;
   int position = 0;
   if (IsData(row)) {
+    // From a row that is not shown the first step down leads to the one that takes its place.
+    if (rows > 0 && !outline.IsShown(row - Fixed())) --rows;
     position = std::clamp(outline.ShownBefore(row - Fixed()) + rows, 0, shown - 1);
   }
   Move(outline.ShownAt(position) + Fixed(), modifiers);
@@ -54,6 +56,7 @@ void FlexGrid::State::UserCollapses(int node, bool collapsed) {
   if (!grid.HasRowsBelow(node)) return;
   if (collapsed && row > node && row <= grid.LastRowOfNode(node)) MakeCurrent(node, Pick::kOnly);
   grid.SetCollapsed(node, collapsed);
+  pending.settle = true;
 }
 
 void FlexGrid::State::ExpandAllBelow(int node) {
@@ -157,13 +160,13 @@ bool FlexGrid::HandleTypeAhead(std::string_view character, std::int64_t now) {
   // The same character again and again goes from one row to the next.
   const bool repeated = IsRepeated(s.typed, character);
   s.typed += character;
-  const std::string wanted = host::LowerCase(repeated ? character : std::string_view(s.typed));
+  const host::CaselessText wanted(repeated ? character : std::string_view(s.typed));
 
   const int shown = ShownRows();
   const int current = s.IsData(s.row) ? s.outline.ShownBefore(s.row - s.Fixed()) : -1;
   const int first = std::max(repeated ? current + 1 : current, 0);
   const auto matches = [&](int row) {
-    return !IsTotalRow(row) && host::LowerCase(DisplayText(row, s.outline_col)).starts_with(wanted);
+    return !IsTotalRow(row) && wanted.IsStartOf(DisplayText(row, s.outline_col));
   };
   const auto take = [&](int row) {
     if (s.SettlePeer()) Update([row](State& state) { state.Move(row, {}); });
@@ -174,17 +177,25 @@ bool FlexGrid::HandleTypeAhead(std::string_view character, std::int64_t now) {
     if (matches(row)) return take(row);
   }
   for (int row = s.Fixed(); row < s.Rows(); ++row) {
-    if (!IsShown(row) && matches(row) && OpenAbove(row)) return take(row);
+    if (IsShown(row) || !matches(row) || !CanBeOpened(row)) continue;
+    const std::weak_ptr<State> alive = state_;
+    OpenAbove(row);
+    return alive.expired() || take(row);
   }
   return false;
 }
 
-bool FlexGrid::OpenAbove(int row) {
+bool FlexGrid::CanBeOpened(int row) const {
   bool hidden = RowHidden(row);
   for (int node = ParentRow(row); node >= 0; node = ParentRow(node)) hidden |= RowHidden(node);
-  if (hidden) return false;
-  for (int node = ParentRow(row); node >= 0; node = ParentRow(node)) SetCollapsed(node, false);
-  return IsShown(row);
+  return !hidden;
+}
+
+void FlexGrid::OpenAbove(int row) {
+  Update([&](State& s) {
+    for (int node = ParentRow(row); node >= 0; node = ParentRow(node)) SetCollapsed(node, false);
+    s.pending.settle = true;
+  });
 }
 
 void FlexGrid::HandlePress(int row, int col, bool on_symbol, Modifiers modifiers) {

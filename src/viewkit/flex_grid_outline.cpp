@@ -146,7 +146,7 @@ void FlexGrid::SetCollapsed(int row, bool collapsed) {
   Update([&](State& s) {
     if (!s.outline.SetCollapsed(row - s.Fixed(), collapsed)) return;
     s.pending.collapsed.push_back(row);
-    s.StructureChanged();
+    s.RowsCameOrWent();
   });
 }
 

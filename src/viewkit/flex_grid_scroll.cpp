@@ -114,6 +114,10 @@ void FlexGrid::SetLeftCol(int col) {
   Update([col](State& s) { s.left = s.LeftFor(col); });
 }
 
+void FlexGrid::SettleScroll() {
+  Update([](State& s) { s.Settle(); });
+}
+
 bool FlexGrid::IsInView(int row) const {
   const State& s = *state_;
   s.CheckRow(row);

@@ -99,6 +99,7 @@ void FlexGrid::SortRows(int col, SortOrder order, int first, int last) {
   if (last < first) return;
   state_->CheckDataRow(first);
   state_->CheckDataRow(last);
+  state_->sort = SortOrder::kNone;
   const int data_first = first - FixedRows();
   auto moves = state_->OrderBetweenTotals(col, order, data_first, last - first + 1);
   if (moves.empty()) return;
@@ -113,24 +114,25 @@ void FlexGrid::SetSort(SortOrder order) {
   if (order < SortOrder::kNone || order > SortOrder::kStringDescending) {
     throw std::out_of_range("no such order of rows");
   }
-  state_->sort = order;
-  if (order == SortOrder::kNone || Col() < 0) return;
-  auto& postponed = state_->postponed_sorts;
-  if (!state_->HasTotals())
-    postponed.clear();
-  else
-    postponed.emplace_back(Col(), order);
-  SortRows(Col(), order, FixedRows(), Rows() - 1);
+  Update([&](State& s) {
+    const bool sorts = order != SortOrder::kNone && s.col >= 0;
+    if (sorts && !s.HasTotals()) {
+      s.postponed_sorts.clear();
+    } else if (sorts) {
+      s.postponed_sorts.emplace_back(s.col, order);
+    }
+    if (sorts) SortRows(s.col, order, s.Fixed(), s.Rows() - 1);
+    s.sort = order;
+  });
 }
 
 int FlexGrid::FindRow(std::string_view text, int start, int col, bool case_sensitive,
                       bool full_match) const {
   state_->CheckCol(col);
-  const std::string wanted = case_sensitive ? std::string(text) : host::LowerCase(text);
+  const host::CaselessText caseless(text);
   const auto matches = [&](std::string_view cell) {
-    if (case_sensitive) return full_match ? cell == wanted : cell.starts_with(wanted);
-    if (full_match) return host::CompareNoCase(cell, wanted) == 0;
-    return host::LowerCase(cell).starts_with(wanted);
+    if (case_sensitive) return full_match ? cell == text : cell.starts_with(text);
+    return full_match ? host::EqualNoCase(cell, text) : caseless.IsStartOf(cell);
   };
   const int fixed = FixedRows();
   const int first = start < 0 ? fixed : start;

@@ -121,6 +121,11 @@ struct FlexGrid::State {
   void ContentChanged() { pending.content = true; }
   /// As `ContentChanged`, and what the user sees must be settled before the events.
   void StructureChanged() { pending.content = pending.settle = true; }
+  /// As `StructureChanged` for one of many changes: a window settles what is seen when it paints.
+  void RowsCameOrWent() {
+    ContentChanged();
+    if (grid.GetPeer() == nullptr) pending.settle = true;
+  }
   void RowChanged(int changed);
   /// Brings the viewport up to date before it is used to scroll. False when a listener has ended
   /// the grid: nothing of it may be touched then.

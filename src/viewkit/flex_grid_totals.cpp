@@ -107,9 +107,11 @@ void FlexGrid::State::ClearTotals() {
   if (gone.empty()) return;
   EraseRowsAt(gone);
   outline.ForgetTotals();
+  const SortOrder stands = sort;
   for (const auto& [sorted_col, order] : sorts) {
     if (sorted_col < Cols()) grid.SortRows(sorted_col, order, Fixed(), Rows() - 1);
   }
+  sort = stands;
 }
 
 /// Whether any of them is new.

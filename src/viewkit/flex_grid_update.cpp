@@ -36,7 +36,7 @@ void FlexGrid::State::End() {
 }
 
 /// What is scrolled may have got shorter. Left undone after changes of single rows, which come in
-/// long loops: working out what is shown once for each of them would make these loops quadratic.
+/// long loops.
 void FlexGrid::State::Settle() {
   if (top > Fixed()) top = TopFor(top);
   top = std::max(top, Fixed());

@@ -5,9 +5,9 @@
 #include <system_error>
 
 #include "host/calls.h"
+#include "host/grid_update.h"
 #include "host/path.h"
 #include "host/report.h"
-#include "viewkit/grid_update.h"
 #include "viewkit/layout_file.h"
 #include "viewkit/layout_reader.h"
 
@@ -32,26 +32,26 @@ int GetCtrlIndex(const host::Control& ctrl) {
 
 void ApplyVsLayout(const std::string& psFile, FlexGrid& grid, bool pbWidthOnly,
                    host::SystemObject& pcSystem) {
-  // Its end raises the grid's events, and a listener may end the grid: nothing comes after it.
-  const GridUpdate update(grid);
   Quietly([&] {
-    const LayoutFile file(OpenSettingsFile(pcSystem, psFile), grid);
-    LayoutReader reader(file, grid, pcSystem);
-    reader.ApplyColumns(pbWidthOnly);
-    if (pbWidthOnly) return;
-    reader.ApplyRows();
-    reader.ApplyFrozenCols();
-  });
-  if (pbWidthOnly) return;
-  Quietly([&] {
-    if (!fs::exists(host::PathOf(psFile))) SaveVsLayout(psFile, grid, false, pcSystem);
+    // Its end raises the grid's events, and a listener may end the grid: nothing comes after it.
+    const host::GridUpdate update(grid);
+    Quietly([&] {
+      const LayoutFile file(OpenSettingsFile(pcSystem, psFile), grid);
+      LayoutReader reader(file, grid, pcSystem);
+      reader.ApplyColumns(pbWidthOnly);
+      if (pbWidthOnly) return;
+      reader.ApplyRows();
+      reader.ApplyFrozenCols();
+    });
+    if (pbWidthOnly || fs::exists(host::PathOf(psFile))) return;
+    SaveVsLayout(psFile, grid, false, pcSystem);
   });
 }
 
 void ApplyVsRows(const std::string& psFile, FlexGrid& grid, host::SystemObject& pcSystem) {
   Quietly([&] {
     const LayoutFile file(OpenSettingsFile(pcSystem, psFile), grid);
-    const GridUpdate update(grid);
+    const host::GridUpdate update(grid);
     LayoutReader reader(file, grid, pcSystem);
     reader.ReadColumns();
     reader.ApplyRows();

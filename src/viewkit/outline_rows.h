@@ -17,9 +17,10 @@ namespace tavrix::viewkit {
 ///
 /// A row of totals carries a mark of its own, whatever it is in the outline.
 ///
-/// Rows count from 0 without the header and are not checked. The map of the shown rows is made when
-/// it is first asked for after a change, in one pass; nothing is allocated before the first row is
-/// collapsed or hidden.
+/// Rows count from 0 without the header and are not checked. What follows from the rows is kept for
+/// stretches of them and brought up to date at the first question after a change: a changed row
+/// costs its own stretch and a short pass over the others, a collapsed or expanded node the rows
+/// below it. Questions take that long at most, whatever the number of rows below or above.
 class OutlineRows {
  public:
   static constexpr int kDeepest = 0x7FFF;  ///< levels are held between 0 and this
@@ -46,7 +47,7 @@ class OutlineRows {
   void MakeNodes(LevelOf&& level_of) {
     const std::span<std::uint16_t> marks = marks_.All();
     for (std::size_t row = 0; row < marks.size(); ++row) marks[row] = Bounded(level_of(row));
-    Invalidate();
+    ChangedFrom(0);
   }
 
   [[nodiscard]] bool IsCollapsed(int row) const { return (Flags(row) & kCollapsed) != 0; }
@@ -106,20 +107,42 @@ class OutlineRows {
   [[nodiscard]] static std::uint16_t Bounded(int level) {
     return static_cast<std::uint16_t>(level < 0 ? 0 : level > kDeepest ? kDeepest : level);
   }
+  // --- what follows from marks and flags
+  static constexpr std::size_t kWordRows = 64;
+  static constexpr std::size_t kStretchWords = 4;
+  static constexpr std::size_t kStretchRows = kStretchWords * kWordRows;
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+  static constexpr std::uint16_t kOpen = 0xFFFF;  ///< no collapsed node; no mark is greater
+  struct Stretch {
+    std::uint16_t lowest = 0;  ///< of the marks of its rows
+    /// The mark of the collapsed node that the row before belongs to, and the last row; or `kOpen`.
+    std::uint16_t collapsed_before = kOpen;
+    std::uint16_t collapsed_after = kOpen;
+    bool stale = true;
+    std::int32_t shown = 0;
+    std::int32_t shown_before = 0;  ///< in all stretches above
+  };
+
   [[nodiscard]] bool HasNodesBesideTotals() const;
   bool SetMark(int row, int mark);
   bool SetFlag(int row, std::uint8_t flag, bool on);
-  void Invalidate() { map_ = Map::kUnknown; }
-  void EnsureMap() const;
-  template <class Visit>
-  void VisitShown(Visit&& visit) const;
+  void Changed(int row);
+  /// Everything from `row` on.
+  void ChangedFrom(std::size_t row);
+  /// Before the stretches or the bits are read.
+  void BringUpToDate() const;
+  void WorkOut(std::size_t stretch, std::uint16_t collapsed_before) const;
+  [[nodiscard]] std::span<std::uint64_t> BitsOf(std::size_t stretch) const {
+    return std::span(shown_bits_).subspan(stretch * kStretchWords, kStretchWords);
+  }
 
   RowArray<std::uint16_t> marks_{kPlain};
   RowArray<std::uint8_t> flags_{0};
   RowArray<std::uint16_t> totals_{0};
-  enum class Map { kUnknown, kAll, kListed };
-  mutable Map map_ = Map::kAll;
-  mutable std::vector<std::int32_t> shown_;
+  mutable std::vector<Stretch> stretches_;
+  mutable std::vector<std::uint64_t> shown_bits_;  // a bit for each row, whole stretches
+  mutable std::size_t first_stale_ = 0;            // stretch; `kNone` when all are up to date
+  mutable std::size_t stale_from_ = 0;  // stretch from which on all are stale, or `kNone`
 };
 
 }  // namespace tavrix::viewkit

@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <stdexcept>
 
+#include "host/grid_update.h"
 #include "viewkit/grid_support.h"
 
 namespace tavrix::viewkit {
@@ -125,6 +127,34 @@ TEST_F(GridSelection, KeysMoveByShownRowsAndPages) {
   EXPECT_FALSE(grid.HandleKey(Key::kDown));
 }
 
+/// A filter or a closed node may have hidden the current row: keys go on from its place.
+TEST_F(GridSelection, KeysGoOnFromAHiddenRow) {
+  const auto moves = [&](Key key) {
+    grid.SetRow(3);
+    grid.HandleKey(key);
+    return grid.Row();
+  };
+  grid.SetRowHidden(3, true);
+  EXPECT_EQ(moves(Key::kDown), 4);
+  EXPECT_EQ(moves(Key::kUp), 2);
+  EXPECT_EQ(moves(Key::kPageDown), 5) << "a page of three rows, less one";
+  EXPECT_EQ(moves(Key::kPageUp), 1);
+  for (const int row : {4, 5, 6}) grid.SetRowHidden(row, true);
+  EXPECT_EQ(moves(Key::kDown), 2) << "nothing comes after it";
+}
+
+TEST_F(GridSelection, TheOtherChosenRowsOutliveTheCurrentOne) {
+  grid.SetSelectionMode(SelectionMode::kListBox);
+  for (const int row : {2, 3, 5}) grid.HandlePress(row, 0, false, kControl);
+  grid.RemoveItem(5);
+  EXPECT_EQ(grid.Row(), 5);
+  EXPECT_THAT(SelectionOf(grid), ElementsAre(2, 3));
+  grid.HandlePress(2, 0, false);
+  grid.RemoveItem(2);
+  EXPECT_THAT(SelectionOf(grid), ElementsAre(2)) << "the only one gives way to the next";
+  EXPECT_EQ(grid.Row(), 2);
+}
+
 TEST_F(GridSelection, ArrowsWalkTheTree) {
   FillOutline(grid, {0, 1, 2, 0});
   FlexGrid::Look look;
@@ -237,6 +267,32 @@ TEST_F(GridSelection, ListenersMayReloadOrDestroyTheGrid) {
   mortal->HandlePress(2, 0, false);
   EXPECT_EQ(mortal, nullptr);
   EXPECT_FALSE(later);
+
+  mortal = std::make_unique<FlexGrid>("Vs");
+  FillOutline(*mortal, {0, 1, 2, 2});
+  mortal->Outline(0);
+  mortal->AfterCollapse.Add([&](int) { mortal.reset(); });
+  EXPECT_TRUE(mortal->HandleTypeAhead("r2", 1000)) << "which opens the nodes above";
+  EXPECT_EQ(mortal, nullptr);
+}
+
+TEST_F(GridSelection, WhatAListenerThrowsReachesWhoeverChangedTheGrid) {
+  grid.RowColChange.Add([] { throw std::runtime_error("no"); });
+  const auto select = [&](int row) {
+    const host::GridUpdate update(grid);
+    grid.SetRow(row);
+  };
+  EXPECT_THROW(select(2), std::runtime_error);
+  EXPECT_EQ(grid.Row(), 2);
+  const auto fail = [&] {
+    const host::GridUpdate update(grid);
+    grid.SetRow(3);
+    throw std::out_of_range("first");
+  };
+  EXPECT_THROW(fail(), std::out_of_range) << "the failure that came first";
+  GridListener listener(grid);
+  grid.SetTextMatrix(1, 0, "x");
+  EXPECT_THAT(listener.Take(), ElementsAre("rows 1-1")) << "the update has ended all the same";
 }
 
 }  // namespace

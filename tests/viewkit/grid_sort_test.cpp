@@ -30,6 +30,21 @@ TEST(GridSort, OrdersTextsByCodeUnitsOrWithoutCase) {
               ElementsAre("C", "b", "B", "a"));
 }
 
+/// What brings another order ends the one that was asked for, so that it can be asked for again.
+TEST(GridSort, TheOrderStandsUntilAnotherComes) {
+  FlexGrid grid("Vs");
+  Fill(grid, {{"a", "2"}, {"b", "1"}});
+  grid.SetSort(SortOrder::kStringDescending);
+  grid.SetCol(1);
+  grid.SetSort(SortOrder::kStringDescending);
+  EXPECT_THAT(ColumnOf(grid), ElementsAre("a", "b")) << "by the column that is current now";
+  grid.SortRows(0, SortOrder::kStringDescending, 1, 2);
+  EXPECT_EQ(grid.Sort(), SortOrder::kNone);
+  grid.SetSort(SortOrder::kStringAscending);
+  Fill(grid, {{"a", "2"}, {"b", "1"}});
+  EXPECT_EQ(grid.Sort(), SortOrder::kNone);
+}
+
 TEST(GridSort, OrdersNumbersByValueAndMixedCellsNumbersFirst) {
   EXPECT_THAT(Sorted({"10", "9", "-1", "1,000", "x"}, SortOrder::kNumericAscending),
               ElementsAre("-1", "x", "9", "10", "1,000"));

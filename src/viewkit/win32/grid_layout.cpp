@@ -24,7 +24,7 @@ const Span* At(const std::vector<Span>& spans, int pixel) {
   return found == spans.end() ? nullptr : &*found;
 }
 
-/// The span that ends at about `pixel`. The last of several counts: it may have no width.
+/// The span that ends at about `pixel`; the last of several.
 const Span* EndingAt(const std::vector<Span>& spans, int pixel, int grip) {
   const auto found = std::find_if(spans.rbegin(), spans.rend(), [&](const Span& span) {
     return std::abs(span.end - pixel) <= grip;
@@ -64,7 +64,8 @@ void GridLayout::PlaceRows(int height) {
 void GridLayout::PlaceColumns(int width) {
   int x = 0;
   const auto place = [&](int col) {
-    if (grid_.ColHidden(col)) return;
+    // A column without width is hidden too: its border would be its neighbour's.
+    if (grid_.ColHidden(col) || grid_.ColWidth(col) == 0) return;
     const int end = x + scale_.ToPixels(grid_.ColWidth(col));
     columns_.push_back({col, x, end});
     x = end;

@@ -150,6 +150,7 @@ void GridPeer::Settle() {
   unsettled_ = false;
   Arrange();
   if (Alive()) marks_ = RowMarks();
+  if (Alive()) grid_.SettleScroll();
 }
 
 void GridPeer::OnContent(const Change& change) {
