@@ -26,6 +26,18 @@ std::string_view Stripped(std::string_view text) {
   return text;
 }
 
+/// Whether `text` is one piece in quotes. Text that only looks as if it were, such as a format that
+/// begins with one piece and ends with another, is not.
+bool IsQuoted(std::string_view text) {
+  if (text.size() < 2 || text.front() != '"' || text.back() != '"') return false;
+  const std::string_view inside = text.substr(1, text.size() - 2);
+  for (std::size_t i = 0; i < inside.size(); ++i) {
+    if (inside[i] == '"') return false;
+    if (inside[i] == '\\') ++i;
+  }
+  return true;
+}
+
 std::string Quoted(std::string_view text) {
   std::string quoted = "\"";
   for (const char c : text) {
@@ -39,17 +51,21 @@ std::string Quoted(std::string_view text) {
   return quoted + '"';
 }
 
-/// `text` so that `Decoded` gives it back: in quotes when it is not plain or holds one of `marks`.
-std::string Encoded(std::string_view text, std::string_view marks) {
-  const bool plain = Stripped(text) == text && text.find_first_of("\n\r\t") == text.npos &&
-                     text.find_first_of(marks) == text.npos && !text.starts_with('"');
-  return plain ? std::string(text) : Quoted(text);
+/// `text` so that `Decoded` gives it back.
+std::string Encoded(std::string_view text) {
+  const bool plain = Stripped(text) == text && text.find_first_of("\n\r\t") == text.npos;
+  return plain && !IsQuoted(text) ? std::string(text) : Quoted(text);
 }
 
-/// Text that only looks as if it were quoted is taken as it is.
+/// As `Encoded`, so that `EndOfName` finds the end before one of `marks`.
+std::string EncodedName(std::string_view text, std::string_view marks) {
+  const bool plain = text.find_first_of(marks) == text.npos && !text.starts_with('"');
+  return plain ? Encoded(text) : Quoted(text);
+}
+
 std::string Decoded(std::string_view text) {
   text = Stripped(text);
-  if (text.size() < 2 || text.front() != '"' || text.back() != '"') return std::string(text);
+  if (!IsQuoted(text)) return std::string(text);
   std::string decoded;
   for (std::size_t i = 1; i + 1 < text.size(); ++i) {
     const auto escape =
@@ -97,7 +113,7 @@ Line Parse(std::string_view text) {
 }
 
 std::string KeyLine(std::string_view key, std::string_view value) {
-  return (key.empty() ? "\"\"" : Encoded(key, "=[;#")) + "=" + Encoded(value, "");
+  return (key.empty() ? "\"\"" : EncodedName(key, "=[;#")) + "=" + Encoded(value);
 }
 
 /// What a person has noted behind a number, from its mark on. Behind other values nothing is a note
@@ -193,7 +209,7 @@ bool SettingsText::Write(std::string_view section, std::string_view key, std::st
   } else {
     std::vector<std::string>& last = blocks_.back();
     if (!last.empty() && !Stripped(last.back()).empty()) last.emplace_back();
-    AddSection("[" + Encoded(section, "]") + "]", name);
+    AddSection("[" + EncodedName(section, "]") + "]", name);
     named = sections_.find(name);
   }
   // Behind the section's last line that is not blank, so that the gap to the next section stays;

@@ -16,12 +16,13 @@ namespace desk::book {
 ///     VsCol0=1200
 ///
 /// Names compare without case; blanks around names and values do not count. What would be lost that
-/// way, and line breaks, are written in double quotes with \n, \r, \t, \" and \\. Any text can be
-/// read: lines that are nothing known stay where they are and as they are. Of a key that stands
-/// twice the first counts; sections of one name are one section. What stands behind a value is a
-/// part of it; when a number is replaced that a note follows (" ; note"), the note gets a line of
-/// its own above. Byte order mark and kind of line ends stay; UTF-16, as some editors save it,
-/// becomes UTF-8. Reading a value takes no time that grows with the text.
+/// way, and line breaks, are written in double quotes with \n, \r, \t, \" and \\; a value with
+/// other quotes between its first and its last stands as it is. Any text can be read: lines that
+/// are nothing known stay where they are and as they are. Of a key that stands twice the first
+/// counts; sections of one name are one section. What stands behind a value is a part of it; when a
+/// number is replaced that a note follows (" ; note"), the note gets a line of its own above. Byte
+/// order mark and kind of line ends stay; UTF-16, as some editors save it, becomes UTF-8. Reading a
+/// value takes no time that grows with the text.
 class SettingsText {
  public:
   SettingsText() = default;

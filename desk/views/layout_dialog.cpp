@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <utility>
 
 #include "host/row_set.h"
@@ -190,19 +191,45 @@ std::string HeightText(int twips) {
   const int pixels = ToPixels(twips);
   return pixels == 0 ? std::string() : std::to_string(pixels);
 }
-bool HeightIsGood(const viewkit::TextBox& box) {
-  return host::Trimmed(box.Text()).empty() || TypedPixels(box.Text(), kMostHeight) != 0;
+/// What stands in the file is good as long as nobody touches it, whatever it is.
+bool HeightIsGood(const viewkit::TextBox& box, int twips) {
+  return box.Text() == HeightText(twips) || host::Trimmed(box.Text()).empty() ||
+         TypedPixels(box.Text(), kMostHeight) != 0;
 }
 /// What the box shows is rounded: only another number is another height.
 void TakeHeight(const viewkit::TextBox& box, int& twips) {
-  const int pixels = TypedPixels(box.Text(), kMostHeight);
-  if (HeightIsGood(box) && pixels != ToPixels(twips)) twips = pixels * kTwipsPerPixel;
+  const bool another = box.Text() != HeightText(twips);
+  if (another && HeightIsGood(box, twips)) {
+    twips = TypedPixels(box.Text(), kMostHeight) * kTwipsPerPixel;
+  }
+}
+
+std::string WidthText(const ColumnChoice& column) {
+  return std::to_string(ToPixels(column.width));
+}
+bool WidthIsGood(const viewkit::TextBox& box, const ColumnChoice& column) {
+  return box.Text() == WidthText(column) || TypedPixels(box.Text(), kMostWidth) != 0;
+}
+
+/// The choice of a list that shows `shown`, when the user has made another one.
+std::optional<int> TakenFrom(const viewkit::ComboBox& list, int shown) {
+  const int place = list.ListIndex();
+  return place < 0 || place == shown ? std::nullopt : std::optional(place);
+}
+
+/// Blanks that were there before are none of the user's.
+void TakeText(const viewkit::ComboBox& box, std::string& text) {
+  if (box.Text() != text) text = std::string(host::Trimmed(box.Text()));
 }
 
 }  // namespace
 
 LayoutDialog::LayoutDialog(Plan plan, LayoutChoice choice, viewkit::UserPort& user)
-    : DialogModel("DeskLayout"), plan_(std::move(plan)), choice_(std::move(choice)), user_(user) {
+    : DialogModel("DeskLayout"),
+      plan_(std::move(plan)),
+      before_(choice),
+      choice_(std::move(choice)),
+      user_(user) {
   SetCaption("列布局 - " + plan_.subject);
   FillLists();
   if (plan_.scope == LayoutScope::kEverything) {
@@ -407,7 +434,7 @@ void LayoutDialog::ShowColumn() {
   showing_ = true;
   frame_.SetCaption("所选列：" + column->title);
   Check(shown_, column->shown);
-  width_.SetText(std::to_string(ToPixels(column->width)));
+  width_.SetText(WidthText(*column));
   alignment_.SetListIndex(PlaceOf(column->alignment));
   type_.SetListIndex(PlaceOf(column->type));
   format_.SetText(column->format);
@@ -426,7 +453,8 @@ void LayoutDialog::EnableBoxes(const ColumnChoice& column) {
 }
 
 void LayoutDialog::TakeGrid() {
-  choice_.frozen = std::max(0, frozen_.ListIndex());
+  const int shown = std::min(choice_.frozen, frozen_.ListCount() - 1);
+  if (const auto count = TakenFrom(frozen_, shown)) choice_.frozen = *count;
   TakeHeight(header_height_, choice_.header_height);
   TakeHeight(row_height_, choice_.row_height);
   choice_.clear_totals = IsSet(clear_totals_);
@@ -436,19 +464,22 @@ void LayoutDialog::TakeColumn() {
   ColumnChoice* column = Chosen();
   if (showing_ || column == nullptr) return;
   column->shown = IsSet(shown_);
-  const int pixels = TypedPixels(width_.Text(), kMostWidth);
   // What the box shows is rounded: only another number is another width.
-  if (pixels != 0 && pixels != ToPixels(column->width)) column->width = pixels * kTwipsPerPixel;
-  if (const int place = alignment_.ListIndex(); place >= 0 && place != PlaceOf(column->alignment)) {
-    column->alignment = kAlignments.at(static_cast<std::size_t>(place)).alignment;
+  if (width_.Text() != WidthText(*column) && WidthIsGood(width_, *column)) {
+    column->width = TypedPixels(width_.Text(), kMostWidth) * kTwipsPerPixel;
   }
-  if (const int place = type_.ListIndex(); place >= 0) {
-    column->type = kTypes.at(static_cast<std::size_t>(place)).type;
+  if (const auto place = TakenFrom(alignment_, PlaceOf(column->alignment))) {
+    column->alignment = kAlignments.at(static_cast<std::size_t>(*place)).alignment;
   }
-  column->format = std::string(host::Trimmed(format_.Text()));
-  column->decimals = std::string(host::Trimmed(decimals_.Text()));
-  column->value_kind = std::max(0, kind_.ListIndex());
-  column->sort = static_cast<SortOrder>(std::max(0, sort_.ListIndex()));
+  if (const auto place = TakenFrom(type_, PlaceOf(column->type))) {
+    column->type = kTypes.at(static_cast<std::size_t>(*place)).type;
+  }
+  TakeText(format_, column->format);
+  TakeText(decimals_, column->decimals);
+  if (const auto kind = TakenFrom(kind_, column->value_kind)) column->value_kind = *kind;
+  if (const auto sort = TakenFrom(sort_, static_cast<int>(column->sort))) {
+    column->sort = static_cast<SortOrder>(*sort);
+  }
   column->group = IsSet(group_);
   column->total = IsSet(total_);
   column->merge = IsSet(merge_);
@@ -466,13 +497,18 @@ void LayoutDialog::Accept() {
                                 viewkit::UserPort::Buttons::kOk));
     control.SetFocus();
   };
-  if (TypedPixels(width_.Text(), kMostWidth) == 0)
+  const ColumnChoice* column = Chosen();
+  if (column != nullptr && !WidthIsGood(width_, *column)) {
     return refuse("列宽应当是 1 到 2000 的整数！", width_);
-  for (viewkit::TextBox* box : {&header_height_, &row_height_}) {
-    if (!HeightIsGood(*box)) return refuse("行高应当是 1 到 500 的整数，或者不填！", *box);
   }
-  const bool any = std::ranges::any_of(choice_.columns, &ColumnChoice::shown);
-  if (!any) return refuse("至少要显示一列！", shown_);
+  for (const auto& [box, twips] : {std::pair{&header_height_, choice_.header_height},
+                                   std::pair{&row_height_, choice_.row_height}}) {
+    if (!HeightIsGood(*box, twips)) return refuse("行高应当是 1 到 500 的整数，或者不填！", *box);
+  }
+  const auto shows_any = [](const LayoutChoice& choice) {
+    return std::ranges::any_of(choice.columns, &ColumnChoice::shown);
+  };
+  if (shows_any(before_) && !shows_any(choice_)) return refuse("至少要显示一列！", shown_);
   outcome_ = Outcome::kAccepted;
   Close();
 }

@@ -57,6 +57,7 @@ class LayoutDialog : public viewkit::DialogModel {
   [[nodiscard]] ColumnChoice* Chosen();
 
   Plan plan_;
+  LayoutChoice before_;
   LayoutChoice choice_;
   viewkit::UserPort& user_;
   Outcome outcome_ = Outcome::kCancelled;

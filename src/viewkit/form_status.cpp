@@ -36,7 +36,7 @@ struct Walk {
   std::shared_ptr<host::SettingsFile> file;
 
   [[nodiscard]] std::string Read(const std::string& key, const std::string& fallback) const {
-    return file->ReadValue(kSection, key, fallback);
+    return ReadOr(*file, kSection, key, fallback);
   }
   void Write(const std::string& key, const std::string& value) const {
     file->WriteValue(kSection, key, value);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/calls.h"
+#include "host/report.h"
 #include "host/text.h"
 #include "viewkit/m_mode.h"
 
@@ -29,6 +30,13 @@ std::shared_ptr<host::SettingsFile> OpenSettingsFile(host::SystemObject& pcSyste
   return file;
 }
 
+std::string ReadOr(host::SettingsFile& file, const std::string& section, const std::string& key,
+                   const std::string& fallback) {
+  std::string value = fallback;
+  host::Quietly([&] { value = file.ReadValue(section, key, fallback); });
+  return value;
+}
+
 int SaneNumber(std::string_view text) {
   constexpr double kMost = 1'000'000;
   const double number = host::LeadingNumber(text);
@@ -45,7 +53,7 @@ std::string LayoutFile::Section(std::string_view name) const {
 
 std::string LayoutFile::Read(std::string_view section, const std::string& key,
                              const std::string& fallback) const {
-  return file_->ReadValue(Section(section), key, fallback);
+  return ReadOr(*file_, Section(section), key, fallback);
 }
 
 int LayoutFile::ReadNumber(std::string_view section, const std::string& key, int fallback) const {

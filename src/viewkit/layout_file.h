@@ -13,12 +13,16 @@ namespace tavrix::viewkit {
 [[nodiscard]] std::shared_ptr<host::SettingsFile> OpenSettingsFile(host::SystemObject& pcSystem,
                                                                    const std::string& path);
 
+/// The value of a key. One that cannot be read counts as absent.
+[[nodiscard]] std::string ReadOr(host::SettingsFile& file, const std::string& section,
+                                 const std::string& key, const std::string& fallback);
+
 /// `text`'s leading number without its fraction. One beyond a million is damage rather than a
 /// wish: `std::out_of_range`.
 [[nodiscard]] int SaneNumber(std::string_view text);
 
-/// The sections of one grid in a layout file: their names end in the grid's suffix. Every member
-/// may throw what the host throws.
+/// The sections of one grid in a layout file: their names end in the grid's suffix. `Write` may
+/// throw what the host throws; a key that cannot be read counts as absent.
 class LayoutFile {
  public:
   LayoutFile(std::shared_ptr<host::SettingsFile> file, const host::Control& grid);

@@ -164,6 +164,27 @@ std::string Digits(double number, const NumberPattern& pattern) {
 
 }  // namespace
 
+namespace {
+
+/// The sections of a format, which ";" separates outside quotes and not behind "\\". Another than
+/// the first is empty where the format has none.
+std::array<std::string_view, 3> SectionsOf(std::string_view format) {
+  std::array<std::string_view, 3> sections;
+  for (std::string_view& section : sections) {
+    std::size_t end = 0;
+    for (bool quoted = false; end < format.size() && (quoted || format[end] != ';'); ++end) {
+      if (format[end] == '"') quoted = !quoted;
+      if (format[end] == '\\' && !quoted) ++end;
+    }
+    end = std::min(end, format.size());
+    section = format.substr(0, end);
+    format.remove_prefix(std::min(end + 1, format.size()));
+  }
+  return sections;
+}
+
+}  // namespace
+
 double LongCellNumber(std::string_view text) {
   return ReadDecimal(text).Value();
 }
@@ -183,21 +204,16 @@ std::optional<double> WholeNumber(std::string_view text) {
 }
 
 std::string FormatNumber(double number, std::string_view format) {
-  const std::size_t semicolon = format.find(';');
-  std::string_view section = format.substr(0, semicolon);
-  bool sign = number < 0;
-  if (sign && semicolon != std::string_view::npos) {
-    const std::string_view rest = format.substr(semicolon + 1);
-    const std::string_view negative = rest.substr(0, rest.find(';'));
-    // An empty section stands for the first one.
-    if (!negative.empty()) section = negative;
-    sign = negative.empty();
-  }
+  const auto [positive, negative, zero] = SectionsOf(format);
+  std::string_view section = number < 0 ? negative : number == 0 ? zero : positive;
+  // An empty section stands for the first one.
+  const bool sign = number < 0 && section.empty();
+  if (section.empty()) section = positive;
   const NumberPattern pattern = PatternReader(section).Read();
   if (!pattern.has_digits) return pattern.before + pattern.after;
   const std::string digits = Digits(std::abs(number), pattern);
-  const bool zero = digits.find_first_of("123456789") == std::string::npos;
-  return (sign && !zero ? "-" : "") + pattern.before + digits + pattern.after;
+  const bool any = digits.find_first_of("123456789") != std::string::npos;
+  return (sign && any ? "-" : "") + pattern.before + digits + pattern.after;
 }
 
 }  // namespace tavrix::viewkit

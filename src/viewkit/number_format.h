@@ -30,8 +30,9 @@ namespace tavrix::viewkit {
 /// `number` in a format made of "0" (a digit always written), "#" (a digit written where there is
 /// one), "," between these (thousands separators), "." and "%" (times 100). A comma counts only
 /// before the point. Text around the digits stands as it is, in quotes or behind "\" also when it
-/// holds format characters. A format for negative numbers may follow after ";". The point is left
-/// out where no decimal follows it.
+/// holds format characters. Formats for negative numbers and for zero may follow, each after ";";
+/// where one of them is empty the first one counts. The point is left out where no decimal follows
+/// it.
 [[nodiscard]] std::string FormatNumber(double number, std::string_view format);
 
 }  // namespace tavrix::viewkit

@@ -41,9 +41,10 @@ TEST(SettingsTextTest, NotesBehindNumbersGetALineOfTheirOwn) {
 }
 
 TEST(SettingsTextTest, AnyTextComesBack) {
-  const std::string values[] = {"",        " blank ", "a\r\nb\tc", "\"quoted\"", "\"",
-                                "C:\\new", "\\n",     "[x]",       ";x",         "a=b",
-                                "科目",    "\\",      "\"a\\\"",   "#",          "x\\"};
+  const std::string values[] = {
+      "",    " blank ",     "a\r\nb\tc",   "\"quoted\"", "\"",           "C:\\new",  "\\n",
+      "[x]", ";x",          "a=b",         "科目",       "\\",           "\"a\\\"",  "#",
+      "x\\", "\"a\"0\"b\"", "\"a\"=\"b\"", "\"\"",       "\"a\\\\\"b\"", "\"\\\"0\""};
   for (const std::string& text : values) {
     SettingsText settings;
     settings.Write("s" + text, text, text);
@@ -52,6 +53,21 @@ TEST(SettingsTextTest, AnyTextComesBack) {
     EXPECT_EQ(read.Read("s" + text, text), text) << settings.Text();
     EXPECT_EQ(read.Read("s" + text, text + "2"), "other") << settings.Text();
   }
+}
+
+/// A value that begins and ends with a quote is one piece in quotes only when no other quote stands
+/// between.
+TEST(SettingsTextTest, FormatsOfSeveralQuotedPiecesStandAsTheyAre) {
+  const std::string format = "\"RMB \"#,##0.00\"元\"";
+  SettingsText settings("[A]\nf=" + format + "\ng=\"a b\"\n");
+  EXPECT_EQ(settings.Read("A", "f"), format);
+  EXPECT_EQ(settings.Read("A", "g"), "a b");
+  EXPECT_FALSE(settings.Write("A", "f", format));
+  settings.Write("A", "g", format);
+  settings.Write("A", "h", "\"¥\"0.00");
+  EXPECT_EQ(settings.Text(), "[A]\nf=" + format + "\ng=" + format + "\nh=\"¥\"0.00\n");
+  EXPECT_EQ(SettingsText("[A]\nf=\"\\\"a\\\"0\\\"b\\\"\"\n").Read("A", "f"), "\"a\"0\"b\"")
+      << "as such a format was written before";
 }
 
 TEST(SettingsTextTest, ReadsWhatPeopleWrite) {

@@ -269,9 +269,24 @@ End Class
 Dim kept_settings
 Set kept_settings = New SettingsStore
 
+' What a settings file gives instead of texts: "" for nothing of that kind.
+Dim settings_fault
+settings_fault = ""
+
 Class SettingsFile
   Public FileName
   Public Function ReadValue(section, key, fallback)
+    If settings_fault = "Null" Then
+      ReadValue = Null
+      Exit Function
+    ElseIf settings_fault = "Empty" Then
+      Exit Function
+    ElseIf settings_fault = "Nothing" Then
+      Set ReadValue = Nothing
+      Exit Function
+    ElseIf settings_fault = "raises" Then
+      Err.Raise 5
+    End If
     ReadValue = kept_settings.ReadValue(FileName & "|" & section & "|" & key, fallback)
   End Function
   Public Sub WriteValue(section, key, value)

@@ -1,3 +1,6 @@
+#include <map>
+#include <set>
+
 #include "layout/layout_support.h"
 
 namespace tavrix::viewkit {
@@ -148,6 +151,42 @@ TEST_F(LayoutTest, GrandTotalsAlone) {
   EXPECT_TRUE(grid.CellFontBold(3, 3));
 }
 
+/// Fixed columns are no place for a caption, a label or for tidying.
+TEST_F(LayoutTest, FixedColumnsKeepOutOfTotals) {
+  const auto rows_of = [&](const std::string& text, bool hide) {
+    Write(text);
+    FlexGrid grid("Vs");
+    Fill(grid,
+         {{"1", "资产", "现金", "10"}, {"2", "资产", "现金", "5"}, {"3", "负债", "应付", "20"}});
+    grid.SetFixedCols(1);
+    grid.SetColHidden(1, hide);
+    Apply(grid);
+    EXPECT_EQ(grid.CellForeColor(3, 0), color::kDefault);
+    return Shown(grid);
+  };
+  const std::string one = "[VsIsGroupOn]\nVsCol2=1\n[VsIsTotalOn]\nVsCol3=1\n";
+  EXPECT_EQ(rows_of(one, false), (Lines{"1|资产|现金|10", "2|资产|现金|5", "|现金小计|现金小计|15",
+                                        "3|负债|应付|20", "|应付小计|应付小计|20", "|合计||35"}));
+  EXPECT_EQ(rows_of(one, true).back(), "|合计|合计|35") << "seen though its column is hidden";
+  EXPECT_EQ(rows_of("[VsIsHidden]\nVsCol1=1\nVsCol2=1\n[VsIsTotalOn]\nVsCol3=1\n", false).back(),
+            "|合计||合计")
+      << "the label may take the place of the sum itself";
+}
+
+TEST_F(LayoutTest, SeveralGroupsBesideFixedColumns) {
+  Write("[VsIsGroupOn]\nVsCol2=1\nVsCol3=1\n[VsIsTotalOn]\nVsCol0=1\nVsCol1=1\nVsCol4=1\n");
+  FlexGrid grid("Vs");
+  Fill(grid, {{"1", "7", "资产", "现金", "10"},
+              {"2", "8", "资产", "现金", "5"},
+              {"3", "9", "负债", "应付", "20"}});
+  grid.SetFixedCols(1);
+  Apply(grid);
+  EXPECT_EQ(Shown(grid),
+            (Lines{"1|7|资产|现金|10", "2|8|资产|现金|5", "3||资产|现金小计|15", "3||资产小计||15",
+                   "3|9|负债|应付|20", "3||负债|应付小计|20", "3||负债小计||20", "6|24|||35"}))
+      << "cleared from the first column that is not fixed to the one before the first group's";
+}
+
 TEST_F(LayoutTest, OneGroup) {
   Write("[VsIsGroupOn]\nVsCol1=1\n[VsIsTotalOn]\nVsCol2=1\n");
   FlexGrid grid("Vs");
@@ -263,27 +302,75 @@ TEST_F(LayoutTest, AGridThatEndsInAListenerHasItsFileByThen) {
   EXPECT_TRUE(Exists());
 }
 
-TEST_F(LayoutTest, AFailingHostIsLeftOut) {
+/// Everything that a layout sets.
+std::map<std::string, std::string> LayoutOf(const FlexGrid& grid) {
+  std::map<std::string, std::string> all;
+  for (int col = 0; col < grid.Cols(); ++col) {
+    const std::string n = std::to_string(col);
+    all["width" + n] = std::to_string(grid.ColWidth(col));
+    all["merge" + n] = grid.MergeCol(col) ? "1" : "0";
+    all["type" + n] = std::to_string(static_cast<int>(grid.ColDataType(col)));
+    all["format" + n] = grid.ColFormat(col);
+    all["alignment" + n] = std::to_string(static_cast<int>(grid.ColAlignment(col)));
+  }
+  all["frozen"] = std::to_string(grid.FrozenCols());
+  all["heights"] = std::to_string(grid.RowHeight(0)) + "/" + std::to_string(grid.RowHeight(1));
+  for (const std::string& line : Shown(grid)) all["rows"] += line + "\n";
+  return all;
+}
+
+/// Each reading of a key fails in turn: the layout is that of the same file without this key.
+TEST_F(LayoutTest, AKeyThatCannotBeReadCountsAsAbsent) {
   book_.SetSetting("system", "xsprice", "1");
-  Write(
-      "[VsColWidth]\nVsCol0=700\n[VsColFormat]\nVsCol0=0.00\n[VsColValDataType]\nVsCol0=3\n"
-      "[VsIsTotalOn]\nVsCol0=1\n[VsColDataType]\nVsCol0=5\n");
-  const auto run = [&](int call, test::Fault fault) {
-    test::Recorder host(book_.System());
-    if (call >= 0) host.FailAt(call, fault);
-    FlexGrid grid("Vs");
-    Fill(grid, {{"1.25"}});
-    ApplyVsLayout(path_, grid, false, *host.System());
-    SaveVsLayout(path_ + "2", grid, false, *host.System());
-    const int width = grid.ColWidth(0);
-    EXPECT_TRUE(width == 700 || width == 960) << call;
-    return call < 0 ? static_cast<int>(host.Calls().size()) : static_cast<int>(host.Fired());
+  const std::vector<std::pair<std::string, std::string>> kKeys{
+      {"VsIsHidden|VsCol0", "0"},     {"VsIsHidden|VsCol1", "1"},
+      {"VsColWidth|VsCol0", "700"},   {"VsColWidth|VsCol2", "800"},
+      {"VsIsSort|VsCol1", "3"},       {"VsIsColMerge|VsCol0", "1"},
+      {"VsColDataType|VsCol0", "8"},  {"VsColDataType|VsCol1", "5"},
+      {"VsColFormat|VsCol1", "0.00"}, {"VsColValDataType|VsCol1", "3"},
+      {"VsColFormat|VsCol2", "0.00"}, {"VsColFormat_Xs|VsCol2", "3"},
+      {"VsColAlignment|VsCol0", "4"}, {"VsIsGroupOn|VsCol0", "1"},
+      {"VsIsTotalOn|VsCol1", "1"},    {"VsIsTotalOn|VsCol2", "1"},
+      {"Vs|VsTotalSave", "1"},        {"Vs|VsRowHeight", "600"},
+      {"Vs|VsFixedRowHeight", "900"}, {"Vs|VsFixedCols", "1"}};
+  const auto write_without = [&](const std::string& left_out) {
+    std::filesystem::remove(host::PathOf(path_));
+    desk::book::SharedSettingsFile file;
+    file.SetFileName(path_);
+    for (const auto& [place, value] : kKeys) {
+      const std::size_t bar = place.find('|');
+      if (place != left_out) file.WriteValue(place.substr(0, bar), place.substr(bar + 1), value);
+    }
   };
-  const int calls = run(-1, test::Fault::kThrow);
-  ASSERT_GT(calls, 20);
-  for (int call = 0; call < calls; ++call) {
-    EXPECT_EQ(run(call, test::Fault::kThrow), 1);
-    (void)run(call, test::Fault::kNull);
+  const auto apply = [&](const test::Recorder& host) {
+    FlexGrid grid("Vs");
+    Fill(grid, {{"b", "2.25", "1"}, {"a", "1.25", "2"}});
+    ApplyVsLayout(path_, grid, false, *host.System());
+    return LayoutOf(grid);
+  };
+  std::set<std::string> read;
+  write_without("");
+  test::Recorder sound(book_.System());
+  const auto whole = apply(sound);
+  const std::vector<test::HostCall> calls = sound.Calls();
+  for (std::size_t call = 0; call < calls.size(); ++call) {
+    const test::HostCall& failing = calls[call];
+    SCOPED_TRACE(failing.name + " " + failing.detail);
+    write_without("");
+    test::Recorder host(book_.System());
+    host.FailAt(static_cast<int>(call), test::Fault::kThrow);
+    const auto left = apply(host);
+    EXPECT_TRUE(host.Fired());
+    if (failing.detail.empty()) continue;
+    read.insert(failing.detail);
+    write_without(failing.detail);
+    EXPECT_EQ(left, apply(sound));
+  }
+  for (const auto& [place, value] : kKeys) {
+    EXPECT_TRUE(read.contains(place)) << place;
+    write_without(place);
+    EXPECT_EQ(apply(sound) == whole, place == "VsIsHidden|VsCol0" || place == "Vs|VsTotalSave")
+        << place << " decides something";
   }
 }
 
@@ -319,6 +406,20 @@ TEST_F(LayoutTest, BadFiles) {
     Save(grid);
     EXPECT_EQ(Stored("VsColWidth", "VsCol0"), "700") << "and what it holds now can be kept";
   }
+}
+
+TEST_F(LayoutTest, AListenerThatThrowsStopsNoRestore) {
+  Write("[VsColWidth]\nVsCol0=700\n[VsIsTotalOn]\nVsCol0=1\n");
+  FlexGrid grid("Vs");
+  Fill(grid, {{"1"}, {"2"}});
+  grid.SetCol(0);
+  grid.SetRow(1);
+  grid.RowColChange.Add([] { throw host::HostError("no"); });
+  grid.SelChange.Add([] { throw host::HostError("no"); });
+  grid.SetCols(2);
+  EXPECT_NO_THROW(Apply(grid));
+  EXPECT_EQ(grid.ColWidth(0), 700);
+  EXPECT_NO_THROW(ApplyVsRows(path_, grid, *book_.System()));
 }
 
 TEST_F(LayoutTest, FilesThatAreNoneOfOursStay) {

@@ -290,8 +290,8 @@ class RecordedSettingsFile : public Wrapper<host::SettingsFile> {
   }
   std::string ReadValue(const std::string& section, const std::string& key,
                         const std::string& fallback) override {
-    return Plain("SettingsFile.ReadValue",
-                 [&] { return inner_->ReadValue(section, key, fallback); });
+    (void)log_->Note({.name = "SettingsFile.ReadValue", .detail = section + "|" + key});
+    return inner_->ReadValue(section, key, fallback);
   }
   void WriteValue(const std::string& section, const std::string& key,
                   const std::string& value) override {
@@ -367,6 +367,10 @@ Recorder::Recorder(std::shared_ptr<host::SystemObject> inner)
 
 const std::vector<std::string>& Recorder::Statements() const {
   return log_->statements;
+}
+
+void Recorder::OnCall(std::function<void(const HostCall&)> deed) {
+  log_->on_call = std::move(deed);
 }
 
 const std::vector<HostCall>& Recorder::Calls() const {

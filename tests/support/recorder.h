@@ -24,6 +24,7 @@ struct HostCall {
   bool can_give_null = false;
   bool can_give_error_text = false;
   bool can_give_object = false;
+  std::string detail = {};  ///< what a settings file was asked for: "section|key"
 
   [[nodiscard]] bool Allows(Fault fault) const {
     switch (fault) {
@@ -65,6 +66,9 @@ class Recorder {
 
   /// Calls `deed` with each statement, just before it runs.
   void BeforeEach(std::function<void(const std::string&)> deed);
+
+  /// Calls `deed` with each call, just before it is made.
+  void OnCall(std::function<void(const HostCall&)> deed);
 
   /// Lets the n-th call from now on fail (0: the next), once. A call that does not allow the fault
   /// passes unharmed; `Fired` tells.

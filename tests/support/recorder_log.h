@@ -27,6 +27,7 @@ struct RecorderLog {
   std::function<void(const std::string&)> before;  ///< called with each statement that is to run
   std::function<void(const std::string&)> on_release;
   int open_recordsets = 0;
+  std::function<void(const HostCall&)> on_call;
   void Statement(const std::string& sql) {
     statements.push_back(sql);
     const auto deed = before;  // it may end or replace itself
@@ -36,6 +37,7 @@ struct RecorderLog {
   /// Notes a call and gives the fault that it shall show, `kThrow` excepted, which throws here.
   std::optional<Planned> Note(HostCall call) {
     calls.push_back(std::move(call));
+    if (on_call) on_call(calls.back());
     if (!IsDue(calls.back())) return {};
     const Planned due = *std::exchange(planned, std::nullopt);
     if (!calls.back().Allows(due.fault)) return {};

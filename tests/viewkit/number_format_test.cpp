@@ -85,6 +85,19 @@ TEST(FormatNumberTest, KeepsTheTextAroundTheDigits) {
   EXPECT_EQ(FormatNumber(3, "0;(0)"), "3");
   EXPECT_EQ(FormatNumber(3, "text"), "text");
   EXPECT_EQ(FormatNumber(3, "0\""), "3");
+  EXPECT_EQ(FormatNumber(12, "\"RMB \"#,##0.00\"元\""), "RMB 12.00元");
+}
+
+TEST(FormatNumberTest, SectionsForNegativeNumbersAndZero) {
+  const std::string format = R"--(#,##0.00" ;借";"(;)"0.00\;;"平")--";
+  EXPECT_EQ(FormatNumber(5, format), "5.00 ;借");
+  EXPECT_EQ(FormatNumber(-5, format), "(;)5.00;") << "no ; in quotes or behind a \\ is a border";
+  EXPECT_EQ(FormatNumber(0, format), "平");
+  EXPECT_EQ(FormatNumber(0, "0.00;(0.00)"), "0.00");
+  EXPECT_EQ(FormatNumber(0, "0.00;(0.00);"), "0.00") << "an empty section is the first one";
+  EXPECT_EQ(FormatNumber(-5, "0.00;;-"), "-5.00");
+  EXPECT_EQ(FormatNumber(0, "0.00;;-"), "-");
+  EXPECT_EQ(FormatNumber(0, "0.00;;-;@"), "-") << "a fourth is for texts";
 }
 
 }  // namespace

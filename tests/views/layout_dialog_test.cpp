@@ -111,6 +111,49 @@ TEST_F(LayoutDialogTest, WidthsOfColumnsThatComeAndGo) {
   EXPECT_EQ(OnDisk(), "[VsIsHidden_3]\r\nVsCol0=0\r\n\r\n[VsColWidth_3]\r\nVsCol0=1440\r\n");
 }
 
+/// What somebody has written by hand is nothing to complain of, or to change, as long as the user
+/// leaves it alone.
+TEST_F(LayoutDialogTest, WhatStandsAndWasNotTouchedStays) {
+  std::ofstream(book::PathOf(path_), std::ios::binary)
+      << "[VsColFormat_Xs_3]\nVsCol3= 3 \n[VsColValDataType_3]\nVsCol3=9\n[VsIsSort_3]\nVsCol1=77\n"
+         "[Vs_3]\nVsRowHeight=32000\nVsFixedRowHeight=3\n";
+  const std::string file = OnDisk();
+  grid_.SetColWidth(0, 45'000);
+  grid_.SetColWidth(1, 5);
+  grid_.SetColFormat(3, " 0.0 ");
+  grid_.SetColDataType(3, static_cast<ColumnType>(14));
+  grid_.SetColAlignment(3, Alignment::kRightBottom);
+  grid_.SetCols(6);
+  grid_.SetFrozenCols(6);
+  grid_.SetColHidden(5, true);
+  const LayoutChoice before = Read();
+  for (const int shown_row : {1, 2, 3}) {
+    LayoutDialog dialog({.subject = "测试"}, before, user_);
+    Find<viewkit::FlexGrid>(dialog, "Vs").SetRow(shown_row);
+    Find<viewkit::CommandButton>(dialog, "Cmd", 0).Click();
+    EXPECT_EQ(dialog.Result(), LayoutDialog::Outcome::kAccepted);
+    EXPECT_EQ(dialog.Choice(), before);
+  }
+  LayoutDialog dialog({.subject = "测试"}, before, user_);
+  for (const int row : {1, 2, 3}) {
+    Find<viewkit::FlexGrid>(dialog, "Vs").SetRow(row);
+    Find<viewkit::CheckBox>(dialog, "Chk", 3).Click();
+  }
+  Find<viewkit::CheckBox>(dialog, "Chk", 5).Click();
+  Find<viewkit::CommandButton>(dialog, "Cmd", 0).Click();
+  EXPECT_EQ(dialog.Result(), LayoutDialog::Outcome::kAccepted);
+  Write(before, dialog.Choice());
+  EXPECT_EQ(OnDisk(), file + "VsTotalSave=1\n\n[VsIsColMerge_3]\nVsCol0=1\nVsCol1=1\nVsCol3=1\n")
+      << "and nothing else is written";
+  EXPECT_TRUE(user_.questions.empty());
+
+  for (int col = 0; col < 6; ++col) grid_.SetColWidth(col, 0);
+  LayoutDialog hidden({.subject = "测试"}, Read(), user_);
+  Find<viewkit::CommandButton>(hidden, "Cmd", 0).Click();
+  EXPECT_EQ(hidden.Result(), LayoutDialog::Outcome::kAccepted)
+      << "no column was shown before either";
+}
+
 TEST_F(LayoutDialogTest, RefusesWhatNoGridCanShow) {
   LayoutDialog dialog({.subject = "测试"}, Read(), user_);
   auto& ok = Find<viewkit::CommandButton>(dialog, "Cmd", 0);

@@ -1,5 +1,7 @@
 #include "component/adapters/helpers.h"
 
+#include <variant>
+
 #include "component/adapters/adapted.h"
 #include "component/adapters/database.h"
 #include "component/adapters/values.h"
@@ -72,7 +74,12 @@ class AutomationSettingsFile : public Adapted<host::SettingsFile> {
   void SetFileName(const std::string& path) override { Object().Put(L"FileName", Text(path)); }
   [[nodiscard]] std::string ReadValue(const std::string& section, const std::string& key,
                                       const std::string& fallback) override {
-    return ToValue(Object().Get(L"ReadValue", {Text(section), Text(key), Text(fallback)})).ToText();
+    const host::Value value =
+        ToValue(Object().Get(L"ReadValue", {Text(section), Text(key), Text(fallback)}));
+    // Null, Empty, Nothing and other objects are no text: the key counts as absent.
+    const bool foreign =
+        std::holds_alternative<std::shared_ptr<const host::ForeignValue>>(value.Raw());
+    return value.IsNull() || foreign ? fallback : value.ToText();
   }
   void WriteValue(const std::string& section, const std::string& key,
                   const std::string& value) override {
