@@ -8,6 +8,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "book/grid_navigator.h"
 #include "chart.h"
 #include "host/account.h"
 #include "view.h"
@@ -18,6 +19,7 @@ namespace {
 
 constexpr double kRefreshLimit = 1.5;
 constexpr double kUpdateLimit = 1.0 / 20;
+constexpr double kRowsLimit = 1.0 / 2;
 constexpr double kMemoryLimit = 64;  // MiB
 
 constexpr const char* kColumns = "select ccode,ccode_name,cexch_name,'',i_id,igrade,cclass";
@@ -64,6 +66,34 @@ void MeasureUpdate(Figures& figures, const std::string& path, long size) {
   Figures::Tell("update", size, updates[3], "ms");
   figures.Print("one row brought up to date over a refresh", size, updates[3] / refresh,
                 kUpdateLimit);
+}
+
+/// What goes through all rows of the first page, beside the refresh that brings them.
+void MeasureRows(Figures& figures, const std::string& path, long size) {
+  View view(path);
+  view.Refresh();
+  const double refresh = Median(7, [&] { view.Refresh(); });
+  viewkit::FlexGrid& grid = view.Page(0);
+  desk::book::GridSearch search;
+  const auto measure = [&](const char* name, double limit, auto&& work) {
+    const double time = Median(7, work);
+    Figures::Tell(name, size, time, "ms");
+    figures.Print(std::string(name) + " over a refresh", size, time / refresh, limit);
+  };
+  const auto set_all = [&](bool collapsed) {
+    for (int row = 1; row < grid.Rows(); ++row) grid.SetCollapsed(row, collapsed);
+  };
+  measure("find", kRowsLimit, [&] { (void)search.Find(grid, host::Value("no such account")); });
+  measure("filter", kRowsLimit, [&] { (void)search.Filter(grid, host::Value("99")); });
+  measure("clear", kRowsLimit, [&] { (void)search.Filter(grid, host::Value("")); });
+  // Row by row and with the grid scrolled, so that each change asks what is shown now.
+  grid.SetBounds({0, 0, 9000, 6000});
+  set_all(false);
+  grid.SetTopRow(grid.Rows() / 2);
+  measure("collapse and expand", kRowsLimit, [&] {
+    set_all(true);
+    set_all(false);
+  });
 }
 
 std::string Chart(const std::string& folder, int accounts) {
@@ -117,7 +147,10 @@ void MeasureList(Figures& figures, const std::string& folder) {
                     pair.Ratio() / before, 1.25);
     }
     before = pair.Ratio();
-    if (size.accounts == 100000) MeasureUpdate(figures, path, size.accounts);
+    if (size.accounts == 100000) {
+      MeasureUpdate(figures, path, size.accounts);
+      MeasureRows(figures, path, size.accounts);
+    }
   }
 }
 

@@ -3,46 +3,34 @@
 #include <algorithm>
 #include <limits>
 
+#include "host/grid_update.h"
 #include "host/text.h"
 
 namespace desk::book {
 
 namespace {
 
-class GridUpdate {
- public:
-  explicit GridUpdate(host::Grid& grid) : grid_(grid) { grid_.BeginUpdate(); }
-  GridUpdate(const GridUpdate&) = delete;
-  GridUpdate& operator=(const GridUpdate&) = delete;
-  ~GridUpdate() { grid_.EndUpdate(); }
-
- private:
-  host::Grid& grid_;
-};
-
-/// A text in lower case, and the columns that it is looked for in.
+/// A text, and the columns that it is looked for in.
 class Pattern {
  public:
-  Pattern(const host::Grid& grid, std::string text) : text_(std::move(text)) {
+  Pattern(const host::Grid& grid, std::string_view text) : text_(text) {
     for (int col = 0; col < grid.Cols(); ++col) {
       if (!grid.ColHidden(col)) columns_.push_back(col);
     }
   }
   [[nodiscard]] bool Matches(const host::Grid& grid, int row) const {
     if (grid.IsTotalRow(row)) return false;
-    return std::ranges::any_of(columns_, [&](int col) {
-      const std::string_view cell = grid.TextMatrix(row, col);
-      return cell.size() >= text_.size() && host::LowerCase(cell).find(text_) != std::string::npos;
-    });
+    return std::ranges::any_of(columns_,
+                               [&](int col) { return text_.IsIn(grid.TextMatrix(row, col)); });
   }
 
  private:
-  std::string text_;
+  host::CaselessText text_;
   std::vector<int> columns_;
 };
 
 std::string SearchText(const host::Value& data) {
-  return host::LowerCase(std::string(host::Trimmed(data.ToText())));
+  return std::string(host::Trimmed(data.ToText()));
 }
 
 /// A row that is no node lies below every node above it.
@@ -131,14 +119,14 @@ bool GridSearch::FindNext(host::Grid& grid) {
   if (sought_.empty() || grid.Rows() <= grid.FixedRows()) return false;
   const int row = FindRow(grid, Pattern(grid, sought_));
   if (row < 0) return false;
-  const GridUpdate update(grid);
+  const host::GridUpdate update(grid);
   ExpandAncestors(grid, row);
   return Select(grid, row);
 }
 
 bool GridSearch::Filter(host::Grid& grid, const host::Value& data) {
   const std::string text = SearchText(data);
-  const GridUpdate update(grid);
+  const host::GridUpdate update(grid);
   if (text.empty()) {
     ShowAll(grid);
     return true;

@@ -26,6 +26,34 @@ Assert.Equal grid.ColWidth(1), 3210, "the width restored"
 Assert.Equal grid.ColWidth(2), 0, "the hidden column restored"
 Assert.Equal grid.FrozenCols, 0, "frozen columns are not"
 Assert.True view.Controls.Item("Vs(3)").ColWidth(1) <> 3210, "each page has its own"
+
+' A file that gives no text for a key has no such key.
+Dim fault
+For Each fault In Array("Null", "Empty", "Nothing", "raises")
+  grid.ColWidth(1) = 1500
+  settings_fault = fault
+  view.DoGetFormStatus
+  settings_fault = ""
+  Assert.Equal grid.ColWidth(1), 1500, "a file that gives " & fault
+Next
+
+' Setting the order that stands does nothing, and a load ends it.
+Dim first
+Assert.True view.Refresh, "Refresh"
+Set grid = view.Controls.Item("Vs(0)")
+first = grid.TextMatrix(1, 0)
+grid.Col = 0
+grid.Sort = 8
+Assert.True grid.TextMatrix(1, 0) <> first, "sorted by codes, the last one first"
+first = grid.TextMatrix(1, 0)
+grid.Col = 1
+grid.Sort = 8
+Assert.Equal grid.TextMatrix(1, 0), first, "the order that stands"
+grid.Sort = 7
+Assert.True grid.TextMatrix(1, 1) <= grid.TextMatrix(2, 1), "sorted by names"
+Assert.Equal grid.Sort, 7, "Sort"
+Assert.True view.Refresh, "Refresh again"
+Assert.Equal grid.Sort, 0, "after a load"
 view.Clear
 
 ' A script without a site has no display name: the program's number alone names the file.

@@ -217,6 +217,51 @@ TEST_F(View, ShowsValuesOfEveryKind) {
 }
 
 /// A recordset may give an array of one type, or something that is no array of rows at all.
+/// What `IGridRows` gives at once is what the members give one by one.
+TEST_F(View, AGridGivesManyRowsAtOnce) {
+  ASSERT_EQ(Init(), S_OK);
+  ASSERT_TRUE(Refresh());
+  const auto grid = Grid();
+  const auto rows = grid.As<IGridRows>();
+  ASSERT_TRUE(rows);
+  long count = 0;
+  grid->get_Rows(&count);
+  ASSERT_GT(count, 3);
+  const auto fetch = [&](long first, long wanted, Variant& levels, Variant& ends, Variant& text) {
+    for (Variant* out : {&levels, &ends, &text}) {
+      *out = Variant();
+      out->InPlace()->vt = VT_ARRAY | VT_I4;
+    }
+    text.InPlace()->vt = VT_ARRAY | VT_UI1;
+    return rows->GetRows(first, wanted, &levels.InPlace()->parray, &ends.InPlace()->parray,
+                         &text.InPlace()->parray);
+  };
+  Variant levels;
+  Variant ends;
+  Variant text;
+  ASSERT_EQ(fetch(1, 1000, levels, ends, text), S_OK);
+  ASSERT_EQ(levels.Get().parray->rgsabound[0].cElements, static_cast<ULONG>(count - 1));
+  const auto* level = static_cast<const LONG*>(levels.Get().parray->pvData);
+  const auto* end = static_cast<const LONG*>(ends.Get().parray->pvData);
+  const auto* bytes = static_cast<const char*>(text.Get().parray->pvData);
+  LONG start = 0;
+  for (long row = 1; row < count; ++row) {
+    long expected = 0;
+    grid->get_RowOutlineLevel(row, &expected);
+    EXPECT_EQ(*level++, expected);
+    for (long col = 0; col < 4; ++col, start = *end++) {  // the other columns are hidden
+      EXPECT_EQ(std::string(bytes + start, bytes + *end), Cell(grid, row, col)) << row << col;
+    }
+  }
+  EXPECT_EQ(text.Get().parray->rgsabound[0].cElements, static_cast<ULONG>(start));
+  Variant none;
+  EXPECT_EQ(fetch(count, 5, levels, ends, none), S_OK) << "behind the last row";
+  EXPECT_EQ(none.Get().parray->rgsabound[0].cElements, 0U);
+  EXPECT_EQ(fetch(count + 1, 5, levels, ends, none), E_INVALIDARG);
+  EXPECT_EQ(fetch(0, -1, levels, ends, none), E_INVALIDARG);
+  EXPECT_EQ(rows->GetRows(0, 1, nullptr, nullptr, nullptr), E_POINTER);
+}
+
 TEST_F(View, TakesTypedArraysAndRefusesWhatIsNone) {
   SAFEARRAYBOUND bounds[2] = {{7, 0}, {1, 1}};  // records counted from 1
   host_->whole_result.InPlace()->parray = SafeArrayCreate(VT_BSTR, 2, bounds);

@@ -26,7 +26,45 @@ void TakeText(BSTR text, std::string& target) {
   }
 }
 
+/// The elements of a vector of Automation; `value` holds it from now on.
+template <class Element>
+std::span<const Element> ElementsOf(const tavrix::component::Variant& value) {
+  const SAFEARRAY* const array = value.Get().parray;
+  if (array == nullptr) return {};
+  return {static_cast<const Element*>(array->pvData), array->rgsabound[0].cElements};
+}
+
 }  // namespace
+
+ComGrid::ComGrid(tavrix::component::ComPtr<IFlexGrid> grid)
+    : grid_(std::move(grid)), rows_(grid_.As<IGridRows>()) {
+  if (!rows_) return;
+  for (int col = 0; col < Cols(); ++col) {
+    places_.push_back(ColHidden(col) ? -1 : read_columns_++);
+  }
+}
+
+bool ComGrid::Read(int row) const {
+  if (!rows_ || row < 0) return false;
+  if (row >= block_.first && row - block_.first < std::ssize(block_.level)) return true;
+  constexpr int kRows = 1024;
+  Block block{.first = row / kRows * kRows};
+  const auto array = [](tavrix::component::Variant& value, VARTYPE type) {
+    value.InPlace()->vt = VT_ARRAY | type;
+    value.InPlace()->parray = nullptr;
+    return &value.InPlace()->parray;
+  };
+  Check(rows_->GetRows(block.first, kRows, array(block.levels, VT_I4), array(block.ends, VT_I4),
+                       array(block.text, VT_UI1)));
+  block.level = ElementsOf<LONG>(block.levels);
+  block.end = ElementsOf<LONG>(block.ends);
+  block.bytes = ElementsOf<char>(block.text).data();
+  if (block.end.size() != block.level.size() * static_cast<std::size_t>(read_columns_)) {
+    return false;
+  }
+  block_ = std::move(block);
+  return row - block_.first < std::ssize(block_.level);
+}
 
 template <class Result>
 Result ComGrid::Get(HRESULT (STDMETHODCALLTYPE IFlexGrid::*member)(Result*)) const {
@@ -146,6 +184,13 @@ void ComGrid::SetTopRow(int row) {
 }
 
 std::string_view ComGrid::TextMatrix(int row, int col) const {
+  const int place =
+      static_cast<std::size_t>(col) < places_.size() ? places_[static_cast<std::size_t>(col)] : -1;
+  if (place >= 0 && Read(row)) {
+    const auto cell = static_cast<std::size_t>((row - block_.first) * read_columns_ + place);
+    const LONG start = cell == 0 ? 0 : block_.end[cell - 1];
+    return {block_.bytes + start, static_cast<std::size_t>(block_.end[cell] - start)};
+  }
   Bstr text;
   Check(grid_->get_TextMatrix(row, col, text.Put()));
   TakeText(text.Get(), text_);
@@ -162,10 +207,14 @@ void ComGrid::SetRowHidden(int row, bool hidden) {
 }
 
 int ComGrid::RowOutlineLevel(int row) const {
+  if (IsSubtotal(row) && Read(row)) {
+    return static_cast<int>(block_.level[static_cast<std::size_t>(row - block_.first)]);
+  }
   return static_cast<int>(GetAt(&IFlexGrid::get_RowOutlineLevel, row));
 }
 
 bool ComGrid::IsSubtotal(int row) const {
+  if (Read(row)) return block_.level[static_cast<std::size_t>(row - block_.first)] >= 0;
   return GetAt(&IFlexGrid::get_IsSubtotal, row) != VARIANT_FALSE;
 }
 

@@ -2,10 +2,12 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "component/base/com_ptr.h"
+#include "component/base/variant.h"
 #include "host/controls.h"
 #include "tavrix.h"
 
@@ -14,11 +16,12 @@ namespace desk::app {
 /// A grid of a view, reached through its declared interface, as the portable navigator sees it.
 ///
 /// What the interface does not offer is worked out here: which rows are shown (once, until
-/// something is changed through this object) and which are in view. A text lasts until the next one
-/// is asked for. Failing calls throw `component::ComFailure`.
+/// something is changed through this object) and which are in view. Texts and levels are read for
+/// many rows at once and kept as long as this object: it lives for one walk over the rows. A text
+/// lasts until one of another row is asked for. Failing calls throw `component::ComFailure`.
 class ComGrid : public tavrix::host::Grid {
  public:
-  explicit ComGrid(tavrix::component::ComPtr<IFlexGrid> grid) : grid_(std::move(grid)) {}
+  explicit ComGrid(tavrix::component::ComPtr<IFlexGrid> grid);
 
   // host::Control
   [[nodiscard]] std::string TypeName() const override;
@@ -63,9 +66,26 @@ class ComGrid : public tavrix::host::Grid {
   [[nodiscard]] Result GetAt(HRESULT (STDMETHODCALLTYPE IFlexGrid::*member)(long, Result*),
                              int index) const;
   void FindShownRows() const;
+  /// Reads the rows around `row`; false where the grid does not offer that.
+  [[nodiscard]] bool Read(int row) const;
   [[nodiscard]] int HeightOf(int row) const;
 
+  /// Rows as `IGridRows` gives them.
+  struct Block {
+    int first = 0;
+    tavrix::component::Variant levels = {};
+    tavrix::component::Variant ends = {};
+    tavrix::component::Variant text = {};
+    std::span<const LONG> level = {};
+    std::span<const LONG> end = {};
+    const char* bytes = nullptr;
+  };
+
   tavrix::component::ComPtr<IFlexGrid> grid_;
+  tavrix::component::ComPtr<IGridRows> rows_;
+  std::vector<int> places_;  // of the columns among those that `rows_` gives; -1 for hidden ones
+  int read_columns_ = 0;
+  mutable Block block_;
   mutable std::string text_;
   mutable std::string name_;
   mutable std::string tip_;

@@ -25,7 +25,9 @@
 #include "bench/chart.h"
 #include "bench/figures.h"
 #include "book/book.h"
+#include "book/grid_navigator.h"
 #include "host/account.h"
+#include "viewkit/flex_grid.h"
 #include "viewkit/win32/handles.h"
 #include "viewkit/win32/window.h"
 
@@ -38,6 +40,7 @@ namespace win32 = tavrix::viewkit::win32;
 
 constexpr double kRefreshLimit = 3;
 constexpr double kRepaintLimit = 2;
+constexpr double kRowsLimit = 2;
 constexpr int kFew = 100;
 constexpr int kMany = 100000;
 
@@ -93,11 +96,13 @@ class Stage {
     const HWND hwnd = reinterpret_cast<HWND>(static_cast<INT_PTR>(window));
     RedrawWindow(hwnd, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
   }
-  void ExpandAll() {
+  void ExpandAll() { SetAllCollapsed(false); }
+  /// One row after the other, as a host does that has no more than the grid's members.
+  void SetAllCollapsed(bool collapsed) {
     IFlexGrid& grid = view_->CurrentGrid();
     long rows = 0;
     grid.get_Rows(&rows);
-    for (long row = 1; row < rows; ++row) grid.put_IsCollapsed(row, VARIANT_FALSE);
+    for (long row = 1; row < rows; ++row) grid.put_IsCollapsed(row, Flag(collapsed));
   }
 
  private:
@@ -140,22 +145,65 @@ void MeasureRepaint(bench::Figures& figures, Stage& small, Stage& large) {
                 kRepaintLimit);
 }
 
-void MeasureSearch(Stage& stage, int accounts) {
-  const double find = bench::Median(3, [&] { stage.View().Find(L"no such account"); });
-  bench::Figures::Tell("search through all rows", accounts, find, "ms");
-  const double filter = bench::Median(3, [&] { stage.View().Filter(L"99"); });
-  bench::Figures::Tell("filter", accounts, filter, "ms");
+/// The first page as a model alone, with the navigator that the view reaches through COM.
+class PlainPage {
+ public:
+  explicit PlainPage(const std::string& path) : book_(book::Book::Open(path)) {
+    const auto rows = book_.System()->GetDatabase()->OpenSql(kPageSql, host::kStatementMode);
+    grid_.SetCols(kColumns);
+    for (int col = kLevelColumn - 1; col < kColumns; ++col) grid_.SetColHidden(col, true);
+    grid_.LoadRows(rows->OpenRecordset()->GetRows());
+    (void)grid_.SetOutlineFromColumn(kLevelColumn);
+    grid_.Outline(0);
+  }
+  void Find(const char* text) { (void)search_.Find(grid_, host::Value(text)); }
+  void Filter(const char* text) { (void)search_.Filter(grid_, host::Value(text)); }
+  void SetAllCollapsed(bool collapsed) {
+    for (int row = 1; row < grid_.Rows(); ++row) grid_.SetCollapsed(row, collapsed);
+  }
+
+  static constexpr const char* kPageSql =
+      "select ccode,ccode_name,cexch_name,'',i_id,igrade,cclass from gl_code order by ccode";
+
+ private:
+  static constexpr int kColumns = 7;
+  static constexpr int kLevelColumn = 5;
+
+  book::Book book_;
+  tavrix::viewkit::FlexGrid grid_{"Vs"};
+  book::GridSearch search_;
+};
+
+/// What a host does with all rows, over the same without COM between.
+void MeasureRows(bench::Figures& figures, Stage& stage, const std::string& path, int accounts,
+                 int rounds) {
+  PlainPage page(path);
+  const auto measure = [&](const char* name, auto&& plain, auto&& through_com) {
+    const bench::Pair pair = bench::InTurn(rounds, plain, through_com);
+    bench::Figures::Tell(std::string(name) + " through COM", accounts, pair.measured, "ms");
+    figures.Print(std::string(name) + " through COM over the model", accounts, pair.Ratio(),
+                  kRowsLimit);
+  };
+  measure(
+      "expand", [&] { page.SetAllCollapsed(false); }, [&] { stage.SetAllCollapsed(false); });
+  measure(
+      "collapse", [&] { page.SetAllCollapsed(true); }, [&] { stage.SetAllCollapsed(true); });
+  measure(
+      "find", [&] { page.Find("no such account"); },
+      [&] { stage.View().Find(L"no such account"); });
+  measure(
+      "filter", [&] { page.Filter("99"); }, [&] { stage.View().Filter(L"99"); });
+  measure(
+      "clear", [&] { page.Filter(""); }, [&] { stage.View().Filter(L""); });
 }
 
 /// Where the time between the two sides goes.
 void MeasureCrossing(const std::string& path, int accounts) {
   book::Book book = book::Book::Open(path);
   const auto session = book.System()->GetDatabase();
-  const std::string sql =
-      "select ccode,ccode_name,cexch_name,'',i_id,igrade,cclass from gl_code order by ccode";
   const auto rows = [&] {
     return std::dynamic_pointer_cast<book::SnapshotRecordset>(
-        session->OpenSql(sql, host::kStatementMode)->OpenRecordset());
+        session->OpenSql(PlainPage::kPageSql, host::kStatementMode)->OpenRecordset());
   };
   const double texts = bench::Median(3, [&] {
     const RowTexts made = TextsOfRows(*rows());
@@ -191,7 +239,7 @@ int Measure(int rounds) {
     MeasureCrossing(path, kMany);
     MeasureRefresh(figures, large, path, kMany, rounds);
     MeasureRepaint(figures, small, large);
-    MeasureSearch(large, kMany);
+    MeasureRows(figures, large, path, kMany, rounds);
   }
   std::filesystem::remove_all(folder);
   return figures.Within() ? 0 : 1;

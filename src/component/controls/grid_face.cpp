@@ -1,5 +1,12 @@
 #include "component/controls/grid_face.h"
 
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace tavrix::component {
 
 namespace {
@@ -11,6 +18,29 @@ int Number(long number) {
   return static_cast<int>(number);
 }
 
+struct RowPieces {
+  std::vector<LONG> levels;
+  std::vector<LONG> ends;
+  std::string text;
+};
+constexpr std::size_t kMostText = 0x7FFFFFFF;
+
+struct ArrayDestroyer {
+  void operator()(SAFEARRAY* array) const { SafeArrayDestroy(array); }
+};
+using OwnedArray = std::unique_ptr<SAFEARRAY, ArrayDestroyer>;
+
+/// A vector of Automation with these elements.
+template <class Elements>
+OwnedArray ArrayOf(VARTYPE type, const Elements& elements) {
+  OwnedArray array(SafeArrayCreateVector(type, 0, static_cast<ULONG>(elements.size())));
+  if (!array) throw ComFailure(E_OUTOFMEMORY);
+  if (elements.size() > 0) {
+    std::memcpy(array->pvData, elements.data(), elements.size() * sizeof elements[0]);
+  }
+  return array;
+}
+
 viewkit::SortOrder Order(long number) {
   constexpr auto kLast = static_cast<long>(viewkit::SortOrder::kStringDescending);
   if (number < 0 || number > kLast) throw ComFailure(E_INVALIDARG);
@@ -18,6 +48,36 @@ viewkit::SortOrder Order(long number) {
 }
 
 }  // namespace
+
+GridFace::GridFace(ModelReference<FlexGrid> model) : ChildFace(std::move(model)) {
+  Publish(__uuidof(IGridRows), &rows_);
+}
+
+HRESULT GridFace::GetRows(long first, long rows, SAFEARRAY** levels, SAFEARRAY** ends,
+                          SAFEARRAY** text) noexcept {
+  return With([&](FlexGrid& grid) {
+    for (SAFEARRAY** result : {levels, ends, text}) Out(result) = nullptr;
+    if (first < 0 || rows < 0 || first > grid.Rows()) throw ComFailure(E_INVALIDARG);
+    const int begin = Number(first);
+    const int end = begin + std::min(Number(rows), grid.Rows() - begin);
+    RowPieces pieces;
+    for (int row = begin; row < end; ++row) {
+      pieces.levels.push_back(grid.IsSubtotal(row) ? grid.RowOutlineLevel(row) : -1);
+      for (int col = 0; col < grid.Cols(); ++col) {
+        if (grid.ColHidden(col)) continue;
+        pieces.text.append(grid.TextMatrix(row, col));
+        pieces.ends.push_back(static_cast<LONG>(pieces.text.size()));
+      }
+    }
+    if (pieces.text.size() > kMostText) throw ComFailure(E_OUTOFMEMORY);
+    auto made_levels = ArrayOf(VT_I4, pieces.levels);
+    auto made_ends = ArrayOf(VT_I4, pieces.ends);
+    auto made_text = ArrayOf(VT_UI1, pieces.text);
+    *levels = made_levels.release();
+    *ends = made_ends.release();
+    *text = made_text.release();
+  });
+}
 
 HRESULT GridFace::get_TextMatrix(long row, long col, BSTR* result) noexcept {
   return With([&](FlexGrid& grid) { GiveText(result, grid.TextMatrix(Number(row), Number(col))); });
@@ -141,7 +201,10 @@ HRESULT GridFace::get_Sort(long* result) noexcept {
 }
 
 HRESULT GridFace::put_Sort(long value) noexcept {
-  return With([&](FlexGrid& grid) { grid.SetSort(Order(value)); });
+  return With([&](FlexGrid& grid) {
+    // The value that stands does nothing, for another current column neither.
+    if (grid.Sort() != Order(value)) grid.SetSort(Order(value));
+  });
 }
 
 HRESULT GridFace::get_SelectionMode(long* result) noexcept {

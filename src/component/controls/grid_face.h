@@ -8,7 +8,11 @@ namespace tavrix::component {
 /// VSFlexGrid for callers.
 class GridFace : public ChildFace<IFlexGrid, viewkit::FlexGrid> {
  public:
-  using ChildFace::ChildFace;
+  explicit GridFace(ModelReference<viewkit::FlexGrid> model);
+
+  /// `IGridRows`.
+  [[nodiscard]] HRESULT GetRows(long first, long rows, SAFEARRAY** levels, SAFEARRAY** ends,
+                                SAFEARRAY** text) noexcept;
 
   STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) noexcept override;
   STDMETHODIMP get_Rows(long* result) noexcept override;
@@ -48,6 +52,21 @@ class GridFace : public ChildFace<IFlexGrid, viewkit::FlexGrid> {
   STDMETHODIMP get_CellForeColor(long row, long col, long* result) noexcept override;
   STDMETHODIMP get_CellBackColor(long row, long col, long* result) noexcept override;
   STDMETHODIMP get_CellFontBold(long row, long col, VARIANT_BOOL* result) noexcept override;
+
+ private:
+  class RowsFace : public Face<IGridRows> {
+   public:
+    explicit RowsFace(GridFace& grid) : Face(static_cast<Identity&>(grid)), grid_(grid) {}
+    STDMETHODIMP GetRows(long first, long rows, SAFEARRAY** levels, SAFEARRAY** ends,
+                         SAFEARRAY** text) noexcept override {
+      return grid_.GetRows(first, rows, levels, ends, text);
+    }
+
+   private:
+    GridFace& grid_;
+  };
+
+  RowsFace rows_{*this};
 };
 
 }  // namespace tavrix::component
