@@ -1,0 +1,127 @@
+// Where the controls of the dialog stand.
+
+#include "viewkit/form_rows.h"
+#include "views/layout_dialog.h"
+
+namespace desk::views {
+
+using host::Bounds;
+using viewkit::form::FrameHeight;
+using viewkit::form::kBoxHeight;
+using viewkit::form::kButtonHeight;
+using viewkit::form::kGap;
+using viewkit::form::kMargin;
+using viewkit::form::kRowPitch;
+using viewkit::form::Rows;
+
+namespace {
+
+// The arrangement, in twips. The frames hold three columns of labels and boxes.
+constexpr int kThird = 3300;
+constexpr int kBetween = 240;
+constexpr int kFormWidth = 3 * kThird + 2 * kBetween + 4 * kMargin;
+constexpr int kLabelWidth = 1170;
+
+Rows ThirdOf(int frame_top, int third) {
+  return Rows::InFrame(kMargin + third * (kThird + kBetween), frame_top, kLabelWidth,
+                       kThird - kLabelWidth);
+}
+
+}  // namespace
+
+void LayoutDialog::Put(viewkit::Control& control, const Bounds& bounds) {
+  control.SetBounds(bounds);
+  Add(control);
+}
+
+void LayoutDialog::PutLabel(viewkit::Label& label, const char* caption, const Bounds& bounds) {
+  label.SetCaption(caption);
+  Put(label, bounds);
+}
+
+void LayoutDialog::PlaceEverything() {
+  constexpr int kListHeight = 3750;
+  constexpr int kColumnRows = 4;
+  constexpr int kGridRows = 2;
+  const int top = PlaceList(kFormWidth, kListHeight);
+  Put(frame_, {kMargin, top, kFormWidth - 2 * kMargin, FrameHeight(kColumnRows)});
+  PlaceColumn(top);
+  const int grid_top = top + FrameHeight(kColumnRows) + kGap;
+  grid_frame_.SetCaption("整个表格");
+  Put(grid_frame_, {kMargin, grid_top, kFormWidth - 2 * kMargin, FrameHeight(kGridRows)});
+  PlaceGrid(grid_top);
+  PlaceButtons(kFormWidth, grid_top + FrameHeight(kGridRows) + kMargin);
+}
+
+void LayoutDialog::PlaceColumn(int top) {
+  const Rows left = ThirdOf(top, 0);
+  const Rows middle = ThirdOf(top, 1);
+  const Rows right = ThirdOf(top, 2);
+  shown_.SetCaption("显示(&S)");
+  Put(shown_, left.Whole(0));
+  PutLabel(width_label_, "宽度(&W)", left.Label(1));
+  Put(width_, left.Field(1));
+  PutLabel(alignment_label_, "对齐(&A)", left.Label(2));
+  Put(alignment_, left.Field(2));
+  PutLabel(sort_label_, "排序(&P)", left.Label(3));
+  Put(sort_, left.Field(3));
+  PutLabel(type_label_, "数据类型(&D)", middle.Label(0));
+  Put(type_, middle.Field(0));
+  PutLabel(format_label_, "格式(&F)", middle.Label(1));
+  Put(format_, middle.Field(1));
+  PutLabel(decimals_label_, "小数位(&X)", middle.Label(2));
+  Put(decimals_, middle.Field(2));
+  PutLabel(kind_label_, "取位依据(&T)", middle.Label(3));
+  Put(kind_, middle.Field(3));
+  group_.SetCaption("按此列分组小计(&G)");
+  Put(group_, right.Whole(0));
+  total_.SetCaption("合计此列(&Z)");
+  Put(total_, right.Whole(1));
+  merge_.SetCaption("合并相同的相邻值(&M)");
+  Put(merge_, right.Whole(2));
+}
+
+void LayoutDialog::PlaceGrid(int top) {
+  const Rows left = ThirdOf(top, 0);
+  PutLabel(frozen_label_, "冻结(&L)", left.Label(0));
+  Put(frozen_, left.Field(0));
+  PutLabel(header_height_label_, "标题行高(&H)", ThirdOf(top, 1).Label(0));
+  Put(header_height_, ThirdOf(top, 1).Field(0));
+  PutLabel(row_height_label_, "数据行高(&B)", ThirdOf(top, 2).Label(0));
+  Put(row_height_, ThirdOf(top, 2).Field(0));
+  clear_totals_.SetCaption("没有要合计的列时，清除原有的小计和合计(&C)");
+  Put(clear_totals_, left.At(1, 0, 2 * kThird + kBetween));
+}
+
+void LayoutDialog::PlaceWidths() {
+  constexpr int kListHeight = 2400;
+  constexpr int kWidthAll = 4800;
+  constexpr int kLabel = 900;
+  int top = PlaceList(kWidthAll, kListHeight);
+  shown_.SetCaption("显示(&S)");
+  Put(shown_, {kMargin, top, 1500, kBoxHeight});
+  const Rows right{kWidthAll / 2, top, kLabel, kWidthAll / 2 - kLabel - kMargin};
+  PutLabel(width_label_, "宽度(&W)", right.Label(0));
+  Put(width_, right.Field(0));
+  top += kRowPitch;
+  if (!plan_.for_others.empty()) {
+    others_.SetCaption(plan_.for_others);
+    Put(others_, {kMargin, top, kWidthAll - 2 * kMargin, kBoxHeight});
+    top += kRowPitch;
+  }
+  PlaceButtons(kWidthAll, top + kMargin / 2);
+}
+
+void LayoutDialog::PlaceButtons(int width, int top) {
+  if (plan_.has_defaults) {
+    defaults_.SetCaption("恢复默认(&R)");
+    Put(defaults_, {kMargin, top, viewkit::form::kButtonWidth, kButtonHeight});
+  }
+  ok_.SetCaption("确定");
+  Put(ok_, viewkit::form::Button(width, 1, top));
+  cancel_.SetCaption("取消");
+  Put(cancel_, viewkit::form::Button(width, 0, top));
+  SetSize(width, top + kButtonHeight + kMargin);
+}
+
+}  // namespace desk::views
