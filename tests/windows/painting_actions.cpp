@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "viewkit/grid_update.h"
+#include "host/grid_update.h"
 #include "windows/desktop.h"
 
 namespace tavrix::test {
@@ -203,7 +203,7 @@ void ChangeARow(FlexGrid& grid, Dice& dice) {
 }
 
 void ShowAllRows(FlexGrid& grid, Dice&) {
-  const viewkit::GridUpdate update(grid);
+  const host::GridUpdate update(grid);
   for (int row = grid.FixedRows(); row < grid.Rows(); ++row) grid.SetRowHidden(row, false);
 }
 
@@ -288,7 +288,7 @@ constexpr Action<FlexGrid> kChanges[] = {
 };
 
 void ChangeSeveral(FlexGrid& grid, Dice& dice) {
-  const viewkit::GridUpdate update(grid);
+  const host::GridUpdate update(grid);
   for (int times = 2 + dice.Below(2); times > 0; --times) (void)RunOne(GridChanges(), grid, dice);
 }
 
