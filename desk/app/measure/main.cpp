@@ -102,7 +102,8 @@ class Stage {
     IFlexGrid& grid = view_->CurrentGrid();
     long rows = 0;
     grid.get_Rows(&rows);
-    for (long row = 1; row < rows; ++row) grid.put_IsCollapsed(row, Flag(collapsed));
+    for (long row = 1; row < rows; ++row)
+      grid.put_IsCollapsed(row, tavrix::component::Flag(collapsed));
   }
 
  private:
