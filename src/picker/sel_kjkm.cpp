@@ -3,11 +3,11 @@
 #include <utility>
 
 #include "host/calls.h"
+#include "host/grid_update.h"
 #include "host/text.h"
 #include "picker/parameters.h"
 #include "picker/session.h"
 #include "picker/trap.h"
-#include "viewkit/grid_update.h"
 
 namespace tavrix::picker {
 
@@ -142,7 +142,7 @@ void selKjkm::SetPickerParameters(std::shared_ptr<host::Parameters> parameters) 
 
 void selKjkm::SetText(const std::string& text) {
   m_Text = text;
-  const viewkit::GridUpdate update(Vs_);
+  const host::GridUpdate update(Vs_);
   // Emptied first, so that the search runs again when the same text stands there already.
   SearchBox1_.SetText("");
   SearchBox1_.SetText(text);
