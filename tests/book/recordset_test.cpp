@@ -11,10 +11,14 @@ namespace {
 
 using tavrix::test::MakeBook;
 
+std::shared_ptr<host::Recordset> OpenRecordset(const Book& book, const std::string& sql) {
+  return book.System()->GetDatabase()->OpenSql(sql, 1)->OpenRecordset();
+}
+
 class RecordsetTest : public testing::Test {
  protected:
   std::shared_ptr<host::Recordset> Open(const std::string& sql) {
-    return host::QueryRows(*book_.System(), sql);
+    return OpenRecordset(book_, sql);
   }
   std::shared_ptr<host::Recordset> OpenCodes() {
     return Open("select i_id,ccode,igrade from gl_code order by ccode");
@@ -110,7 +114,7 @@ TEST(RecordsetLifeTest, OutlivesItsBook) {
   std::shared_ptr<host::Recordset> rows;
   {
     const Book book = MakeBook();
-    rows = host::QueryRows(*book.System(), "select ccode from gl_code");
+    rows = OpenRecordset(book, "select ccode from gl_code");
   }
   EXPECT_EQ(rows->GetRows().Rows(), 8U);
 }
