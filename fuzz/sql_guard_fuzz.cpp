@@ -8,6 +8,7 @@
 #include "book/sql_guard.h"
 #include "input.h"
 #include "server_witness.h"
+#include "spoiled.h"
 #include "sql_statements.h"
 #include "sqlite_witness.h"
 #include "too_far.h"
