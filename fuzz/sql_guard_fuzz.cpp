@@ -1,6 +1,8 @@
 // Statements that the guard lets through reach nothing but the tables of the schema: what it says
 // is compared with what SQLite and, where there is one, a PostgreSQL server know of them.
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -66,13 +68,17 @@ void Judge(const std::string& sql) {
   }
 }
 
-void Run(Input input) {
-  if (input.Number(7) == 7) return Judge(std::string(input.Rest()));
-  const bool spoiled = input.Number(2) > 0;
-  Tokens tokens = StatementMaker(input).Make();
+void Run(const std::uint8_t* data, std::size_t size) {
+  // What spoils a statement comes first: making it may use all that there is.
+  const std::size_t head = std::min<std::size_t>(size, 16);
+  Input how(data, head);
+  Input rest(data + head, size - head);
+  if (how.Number(7) == 7) return Judge(std::string(how.Rest()) + std::string(rest.Rest()));
+  const bool spoiled = how.Number(3) > 0;
+  Tokens tokens = StatementMaker(rest).Make();
   if (spoiled) {
-    Spoil(tokens, input);
-    return Judge(Joined(tokens, input));
+    Spoiler(tokens, how).Run();
+    return Judge(Joined(tokens, how));
   }
   std::string sql;
   for (const std::string& token : tokens) sql += token + ' ';
@@ -87,6 +93,6 @@ void Run(Input input) {
 }  // namespace tavrix::fuzz
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  tavrix::fuzz::Run({data, size});
+  tavrix::fuzz::Run(data, size);
   return 0;
 }
