@@ -4,6 +4,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "book/quote_check.h"
 #include "book/recordset.h"
 #include "host/report.h"
 
@@ -19,6 +20,11 @@ class SqlStatement : public host::Statement {
 
   void Execute() override {
     last_error_->clear();
+    // Nothing good comes of sending it, and the engine's words would not say why.
+    if (HasQuoteInText(sql_)) {
+      *last_error_ = kQuoteInText;
+      return;
+    }
     try {
       session_->Execute(sql_);
     } catch (const std::exception& error) {
@@ -45,6 +51,12 @@ class SqlStatement : public host::Statement {
     last_error_->clear();
     try {
       return body();
+    } catch (const DatabaseError& error) {
+      *last_error_ = error.what();
+      // A query may be sound although it looks like it: a word behind a literal can be its name.
+      if (!HasQuoteInText(sql_)) throw;
+      *last_error_ = std::string(kQuoteInText) + "：" + error.what();
+      throw DatabaseError(error.Reason(), *last_error_);
     } catch (const std::exception& error) {
       *last_error_ = host::ErrorText(error);
       throw;

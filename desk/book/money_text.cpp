@@ -1,5 +1,7 @@
 #include "book/money_text.h"
 
+#include <algorithm>
+
 #include "host/text.h"
 
 namespace desk::book {
@@ -48,6 +50,22 @@ std::optional<std::int64_t> ParseMoney(std::string_view text) {
   if (!whole || !hundredths) return std::nullopt;
   const std::int64_t amount = *whole * 100 + *hundredths;
   return negative ? -amount : amount;
+}
+
+std::string WhyNoMoney(std::string_view text) {
+  if (ParseMoney(text)) return {};
+  text = tavrix::host::Trimmed(text);
+  if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
+  const std::size_t point = std::min(text.find('.'), text.size());
+  const auto all_digits = [](std::string_view part) { return std::ranges::all_of(part, IsDigit); };
+  const std::string_view places = text.substr(std::min(point + 1, text.size()));
+  if (places.size() > kPlaces && all_digits(places) && Whole(text.substr(0, point))) {
+    return "金额最多有两位小数";
+  }
+  std::string whole(text.substr(0, point));
+  std::erase(whole, ',');
+  if (!whole.empty() && all_digits(whole) && all_digits(places)) return "金额过大";
+  return "金额不正确";
 }
 
 std::string MoneyText(std::int64_t hundredths) {

@@ -12,6 +12,9 @@ namespace desk::book {
 /// places are accepted; an empty text is 0; nothing for anything else, or what no book can hold.
 [[nodiscard]] std::optional<std::int64_t> ParseMoney(std::string_view text);
 
+/// Why `ParseMoney` gives nothing for `text`, for users; empty when it gives an amount.
+[[nodiscard]] std::string WhyNoMoney(std::string_view text);
+
 /// 123450 is "1,234.50".
 [[nodiscard]] std::string MoneyText(std::int64_t hundredths);
 

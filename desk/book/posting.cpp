@@ -1,5 +1,6 @@
 #include "book/posting.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
@@ -25,18 +26,29 @@ void CheckDate(const Voucher& voucher) {
   if (!date.ok() || voucher.year < 1) Refuse("凭证日期不正确");
 }
 
-void CheckAmounts(const Entry& entry, const std::string& where) {
+/// An entry where it stands in its voucher.
+struct Line {
+  const Entry& entry;
+  std::size_t position = 0;
+
+  [[noreturn]] void Refuse(const std::string& text, bool partner = false) const {
+    throw EntryRefused(
+        position, partner,
+        "第 " + std::to_string(position + 1) + " 条分录（" + entry.code + "）" + text);
+  }
+};
+
+void CheckAmounts(const Line& line) {
+  const Entry& entry = line.entry;
   const bool one_side = (entry.debit == 0) != (entry.credit == 0);
-  if (!one_side) Refuse(where + "应当只有借方金额或贷方金额");
+  if (!one_side) line.Refuse("应当只有借方金额或贷方金额");
   const std::int64_t amount = entry.debit + entry.credit;
-  if (amount > kMostAmount || amount < -kMostAmount) Refuse(where + "金额过大");
+  if (amount > kMostAmount || amount < -kMostAmount) line.Refuse("金额过大");
 }
 
 void CheckBalance(const Voucher& voucher) {
-  std::int64_t difference = 0;
-  for (const Entry& entry : voucher.entries) difference += entry.debit - entry.credit;
   if (voucher.entries.size() < 2) Refuse("凭证至少要有两条分录");
-  if (difference != 0) Refuse("凭证借贷不平衡");
+  if (Balancing(voucher.entries) != Sides{}) Refuse("凭证借贷不平衡");
 }
 
 struct AccountFlags {
@@ -55,30 +67,31 @@ std::array<Partner, 5> Partners(const Auxiliary& auxiliary) {
            {"项目", &auxiliary.project}}};
 }
 
-AccountFlags FlagsOf(Connection& connection, const std::string& code, const std::string& where) {
-  const host::Value key(code);
+AccountFlags FlagsOf(Connection& connection, const Line& line) {
+  const host::Value key(line.entry.code);
   // On a server this keeps others from deleting the account, and from giving it its first
   // sub-account and its postings to that, before the voucher stands.
   connection.Execute("update gl_code set bend=bend where ccode=?", Origin::kDesk, {&key, 1});
   const auto rows = connection.Query(
       "select bend,bclose,bdept,bperson,bcus,bsup,bitem from gl_code where ccode=?", Origin::kDesk,
       {&key, 1});
-  if (!rows->Next()) Refuse(where + "没有这个科目");
+  if (!rows->Next()) line.Refuse("没有这个科目");
   const auto flag = [&](int column) { return rows->Get(column).ToNumber() != 0; };
   return {flag(0), flag(1), {flag(2), flag(3), flag(4), flag(5), flag(6)}};
 }
 
 /// Gives whether the entry belongs in the auxiliary ledger.
-bool CheckAccount(Connection& connection, const Entry& entry, const std::string& where) {
-  const AccountFlags flags = FlagsOf(connection, entry.code, where);
-  if (!flags.leaf) Refuse(where + "不是明细科目");
-  if (flags.closed) Refuse(where + "科目已经封存");
+bool CheckAccount(Connection& connection, const Line& line) {
+  const AccountFlags flags = FlagsOf(connection, line);
+  if (!flags.leaf) line.Refuse("不是明细科目");
+  if (flags.closed) line.Refuse("科目已经封存");
   bool any = false;
-  const auto partners = Partners(entry.auxiliary);
+  const auto partners = Partners(line.entry.auxiliary);
   for (std::size_t i = 0; i < partners.size(); ++i) {
     any = any || flags.wanted[i];
     if (!flags.wanted[i] || !partners[i].second->empty()) continue;
-    Refuse(where + "没有指定" + partners[i].first);
+    constexpr bool kPartner = true;
+    line.Refuse(std::string("没有指定") + partners[i].first, kPartner);
   }
   return any;
 }
@@ -203,24 +216,22 @@ class Posting {
 
 }  // namespace
 
+Sides Balancing(std::span<const Entry> entries) {
+  std::int64_t difference = 0;
+  for (const Entry& entry : entries) difference += entry.debit - entry.credit;
+  return {.debit = std::max<std::int64_t>(-difference, 0),
+          .credit = std::max<std::int64_t>(difference, 0)};
+}
+
 int Post(Session& session, const Voucher& voucher) {
   CheckDate(voucher);
-  int line = 0;
-  const auto where = [&](const Entry& entry) {
-    return "第 " + std::to_string(line) + " 条分录（" + entry.code + "）";
-  };
-  for (const Entry& entry : voucher.entries) {
-    ++line;
-    CheckAmounts(entry, where(entry));
-  }
+  std::vector<Line> lines;
+  for (const Entry& entry : voucher.entries) lines.push_back({entry, lines.size()});
+  for (const Line& line : lines) CheckAmounts(line);
   CheckBalance(voucher);
-  line = 0;
   Transaction transaction(session);
   Posting posting(session.Own(), voucher);
-  for (const Entry& entry : voucher.entries) {
-    ++line;
-    posting.Add(entry, CheckAccount(session.Own(), entry, where(entry)));
-  }
+  for (const Line& line : lines) posting.Add(line.entry, CheckAccount(session.Own(), line));
   transaction.Commit();
   return posting.Number();
 }

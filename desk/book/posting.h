@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -40,10 +41,36 @@ struct Voucher {
   std::vector<Entry> entries = {};
 };
 
+/// One amount on one of two sides; on neither when both are 0.
+struct Sides {
+  std::int64_t debit = 0;
+  std::int64_t credit = 0;
+  friend bool operator==(const Sides&, const Sides&) = default;
+};
+
+/// What `entries` lack to balance: a positive amount, on the side where it is missing.
+[[nodiscard]] Sides Balancing(std::span<const Entry> entries);
+
+/// A voucher is refused for one of its entries.
+class EntryRefused : public DatabaseError {
+ public:
+  EntryRefused(std::size_t entry, bool partner, const std::string& text)
+      : DatabaseError(Trouble::kRefused, text), entry_(entry), partner_(partner) {}
+  /// Its position in the voucher, from 0.
+  [[nodiscard]] std::size_t Position() const { return entry_; }
+  /// For want of a partner, not for its account or amount.
+  [[nodiscard]] bool LacksPartner() const { return partner_; }
+
+ private:
+  std::size_t entry_;
+  bool partner_;
+};
+
 /// Enters `voucher` in the voucher table, the auxiliary ledger and the monthly totals, in one
 /// transaction, and gives its number within the month, from 1. Refuses (`DatabaseError`, with a
-/// text that names the line) what does not balance, and entries on accounts that do not exist, are
-/// not leaf accounts, are sealed, or want a partner that the entry does not name.
+/// text for users) what does not balance, and (`EntryRefused`, with a text that names the line)
+/// entries on accounts that do not exist, are not leaf accounts, are sealed, or want a partner that
+/// the entry does not name.
 int Post(Session& session, const Voucher& voucher);
 
 }  // namespace desk::book

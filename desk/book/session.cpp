@@ -21,7 +21,9 @@ std::unique_ptr<Rows> Session::Query(const std::string& sql) {
 
 void Session::Execute(const std::string& sql) {
   KeepResults();
-  if (connection_->Execute(Translated(sql), Origin::kCaller) > 0) return;
+  const bool changed = connection_->Execute(Translated(sql), Origin::kCaller) > 0;
+  ++changes_;
+  if (changed) return;
   // MariaDB does not count a row that stays as it was.
   const std::string row = QueryForChangedRow(sql);
   if (row.empty() || connection_->Query(row, Origin::kCaller)->Next()) return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -37,6 +38,10 @@ class Session {
   /// A change of one row by its key fails when the row is gone: the caller would believe it saved.
   void Execute(const std::string& sql);
 
+  /// Counts the callers' statements that have changed the book: whoever shows it can tell from this
+  /// whether what he shows is old.
+  [[nodiscard]] std::uint64_t Changes() const { return changes_; }
+
   /// For the desk's own statements. Those that write belong inside a `Transaction`.
   [[nodiscard]] Connection& Own() { return *connection_; }
 
@@ -50,6 +55,7 @@ class Session {
   std::unique_ptr<Connection> connection_;
   std::string driver_;
   std::vector<LiveResult*> live_;
+  std::uint64_t changes_ = 0;
 };
 
 /// The desk's own changes, all or nothing: undone unless committed.

@@ -90,3 +90,29 @@ check_library() {
   grep -qE 'TYPELIB' <<<"$facts" || { warn "no type library"; bad=1; }
   return "$bad"
 }
+
+# Books that were made by hand lie in the user's documents, survive the prefix that they were made
+# through, and are never overwritten by one.
+check_documents() (
+  set -e
+  source "$root/scripts/lib/documents.sh"
+  room=$(mktemp -d)
+  trap 'rm -rf "$room"' EXIT
+  unset XDG_CONFIG_HOME XDG_DOCUMENTS_DIR
+  HOME=$room/home
+  mkdir -p "$HOME/.config" "$room/prefix/drive_c/users/"{Public,me}/Documents
+  printf 'XDG_DOCUMENTS_DIR="$HOME/Meine Dokumente"\n' >"$HOME/.config/user-dirs.dirs"
+  documents="$HOME/Meine Dokumente" me=$room/prefix/drive_c/users/me
+  mkdir -p "$me/Documents/Tavrix" "$me/AppData/Roaming/Tavrix/selfbb"
+  printf old >"$me/Documents/Tavrix/a.book"
+  printf layout >"$me/AppData/Roaming/Tavrix/selfbb/Kjkm.txt"
+  rescue_documents "$room/prefix"
+  keep_documents "$room/prefix"
+  printf new >"$me/Documents/Tavrix/a.book"
+  printf made >"$me/AppData/Roaming/Tavrix/desk.txt"
+  rescue_documents "$room/prefix"
+  keep_documents "$room/prefix"
+  rm -rf "$room/prefix"
+  [[ $(<"$documents/Tavrix/a.book") == new && $(<"$documents/Tavrix/user/desk.txt") == made &&
+    $(<"$documents/Tavrix/user/selfbb/Kjkm.txt") == layout ]]
+)

@@ -1,5 +1,6 @@
 #include "book/money_text.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -21,6 +22,26 @@ TEST(MoneyText, RefusesWhatItCannotHoldExactly) {
   for (const char* text : {"1.234", "1.2.3", "1e3", "-", ".", ",1", "12元", "1 2", "１２", "--1",
                            "99999999999999", "99999999999999999999999999"}) {
     EXPECT_EQ(ParseMoney(text), std::nullopt) << text;
+  }
+}
+
+TEST(MoneyText, SaysWhyItRefuses) {
+  const std::pair<const char*, const char*> reasons[] = {{"12.50", ""},
+                                                         {"", ""},
+                                                         {"1.234", "两位小数"},
+                                                         {"-1,000.001", "两位小数"},
+                                                         {".005", "两位小数"},
+                                                         {"99999999999999", "过大"},
+                                                         {"12元", "不正确"},
+                                                         {"1.2.3", "不正确"},
+                                                         {"1e3.001", "不正确"},
+                                                         {"-", "不正确"},
+                                                         {"1.23元", "不正确"},
+                                                         {".", "不正确"},
+                                                         {"99999999999999.001", "过大"}};
+  for (const auto& [text, reason] : reasons) {
+    EXPECT_THAT(WhyNoMoney(text), testing::HasSubstr(reason)) << text;
+    EXPECT_EQ(WhyNoMoney(text).empty(), ParseMoney(text).has_value()) << text;
   }
 }
 

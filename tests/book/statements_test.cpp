@@ -220,5 +220,41 @@ TEST(StatementTest, ScalarOfNoRowIsNull) {
   EXPECT_TRUE(host::QueryScalar(*book.System(), "select ccode from gl_code where i_id=0").IsNull());
 }
 
+/// The engine says which texts cannot stand between quotes; the desk must say so of these alone.
+TEST(QuoteInText, IsToldWhereTheEngineWouldRefuse) {
+  const Book book = MakeBook();
+  const char units[] = {'a', '\'', ' ', '5'};
+  for (int number = 0; number < 4 * 4 * 4 * 4 * 4; ++number) {
+    std::string text;
+    for (int rest = number, i = 0; i < 5; ++i, rest /= 4) text += units[rest % 4];
+    const std::string sql =
+        "update gl_code set ccode_name='" + text + "',chelp='' where ccode='1001'";
+    bool taken = true;
+    try {
+      book.GetSession().Own().Execute(sql, Origin::kCaller);
+    } catch (const DatabaseError&) {
+      taken = false;
+    }
+    const std::string error = ErrorOf(book, sql);
+    ASSERT_EQ(error.empty(), taken) << sql << error;
+    ASSERT_TRUE(taken || error.starts_with("编码、名称")) << sql << error;
+  }
+}
+
+TEST(QuoteInText, LeavesSoundStatementsAlone) {
+  const Book book = MakeBook();
+  EXPECT_EQ(ErrorOf(book, "update gl_code set chelp='x' where'a'='a'and ccode='1001'or 1=0"), "");
+  EXPECT_EQ(ErrorOf(book, "update gl_code set chelp=case when ccode='1001'then 'a'else ''end"), "");
+  EXPECT_EQ(RowsOf(book, "select 'a' label from gl_code where ccode='1001'").Text(0, 0), "a");
+  const std::string wrong = Failure(book, "select ccode from gl_code where ccode='10'01'");
+  EXPECT_THAT(wrong, HasSubstr("单引号"));
+  EXPECT_THAT(wrong, HasSubstr("语句有语法错误")) << "what the engine says stands behind it";
+  for (const char* name : {"x'-- 'y", "x'/* 'y*/", "x' --'"}) {
+    const std::string sql = std::string("update gl_code set ccode_name='") + name + "' where 1=0";
+    EXPECT_THAT(ErrorOf(book, sql), HasSubstr("单引号")) << name;
+  }
+  EXPECT_THAT(ErrorOf(book, "update gl_code set no_such='a'"), testing::Not(HasSubstr("单引号")));
+}
+
 }  // namespace
 }  // namespace desk::book

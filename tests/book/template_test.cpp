@@ -159,6 +159,27 @@ TEST_F(PostingTest, RefusesWhatIsWrongAsAWhole) {
   }
 }
 
+TEST_F(PostingTest, NamesTheEntryAndWhatItLacks) {
+  try {
+    Post(book_.GetSession(), Simple(1, "2202"));
+    FAIL();
+  } catch (const EntryRefused& refusal) {
+    EXPECT_EQ(refusal.Position(), 1u);
+    EXPECT_TRUE(refusal.LacksPartner());
+  }
+}
+
+TEST_F(PostingTest, TellsWhatBalances) {
+  Voucher voucher = Simple(500);
+  EXPECT_EQ(Balancing(voucher.entries), Sides{});
+  voucher.entries[0].debit = 700;
+  EXPECT_EQ(Balancing(voucher.entries), (Sides{.credit = 200}));
+  voucher.entries.push_back({.code = "2202", .credit = 250});
+  EXPECT_EQ(Balancing(voucher.entries), (Sides{.debit = 50}));
+  voucher.entries.push_back({.code = "2202", .credit = -100});
+  EXPECT_EQ(Balancing(voucher.entries), (Sides{.credit = 50}));
+}
+
 TEST_P(ChartTest, TheSampleBookBalances) {
   const Book book = CreateSampleBook(Book::kInMemory, GetParam());
   EXPECT_EQ(Scalar(book, "select sum(debit)-sum(credit) from gl_accvouch"), "0");

@@ -274,11 +274,14 @@ bool ComGrid::IsInView(int row) const {
 
 void ComGrid::BeginUpdate() {
   if (updates_++ > 0) return;
-  SendMessageW(reinterpret_cast<HWND>(WindowHandle()), WM_SETREDRAW, FALSE, 0);
+  const HWND window = reinterpret_cast<HWND>(WindowHandle());
+  // Painting that comes on again makes a window visible.
+  still_ = window != nullptr && Visible();
+  if (still_) SendMessageW(window, WM_SETREDRAW, FALSE, 0);
 }
 
 void ComGrid::EndUpdate() {
-  if (--updates_ > 0) return;
+  if (--updates_ > 0 || !still_) return;
   long window = 0;
   if (FAILED(grid_->get_hWnd(&window)) || window == 0) return;
   const HWND hwnd = reinterpret_cast<HWND>(static_cast<INT_PTR>(window));

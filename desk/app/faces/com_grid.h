@@ -91,6 +91,7 @@ class ComGrid : public tavrix::host::Grid {
   mutable std::string tip_;
   mutable std::vector<bool> shown_;  // empty: not worked out since the last change
   int updates_ = 0;
+  bool still_ = false;  // painting has been stopped
 };
 
 }  // namespace desk::app

@@ -16,14 +16,14 @@ namespace {
 namespace host = tavrix::host;
 namespace win32 = tavrix::viewkit::win32;
 
-enum Column { kTime, kKind, kText };
+enum Column { kTime, kKind, kBook, kText };
 
 struct ColumnPlan {
   const wchar_t* heading;
   int width;
 };
 constexpr std::array kColumns = {ColumnPlan{L"时间", 84}, ColumnPlan{L"类别", 84},
-                                 ColumnPlan{L"内容", 640}};
+                                 ColumnPlan{L"账簿", 150}, ColumnPlan{L"内容", 640}};
 
 const win32::WindowClass& PaneClass() {
   static const win32::WindowClass pane(L"DeskReports", 0);
@@ -95,6 +95,7 @@ void ReportPane::Add(const Report& report) {
   item.pszText = const_cast<wchar_t*>(time.c_str());
   const int row = ListView_InsertItem(list_.Get(), &item);
   SetCell(list_.Get(), row, kKind, loading ? L"读取错误" : L"操作提示");
+  SetCell(list_.Get(), row, kBook, report.book);
   SetCell(list_.Get(), row, kText, report.text);
   ListView_EnsureVisible(list_.Get(), row, FALSE);
   count_ = ListView_GetItemCount(list_.Get());

@@ -19,6 +19,7 @@ struct Report {
   std::wstring text;
   long level = 0;
   std::wstring title;
+  std::wstring book = {};  ///< the name of the book it speaks of; empty for none
 };
 
 /// The list of error reports at the bottom of the frame: a heading that opens and closes it, and

@@ -128,6 +128,16 @@ void MeasureRefresh(bench::Figures& figures, Stage& stage, const std::string& pa
   figures.Print("refresh through COM over fetch and copy", accounts, pair.Ratio(), kRefreshLimit);
 }
 
+/// What the desk does after each save: beside a plain refresh it puts back what the user had open.
+void MeasureReload(Stage& stage, int accounts) {
+  const double closed = bench::Median(3, [&] { stage.View().Reload(); });
+  bench::Figures::Tell("reload, all branches closed", accounts, closed, "ms");
+  stage.ExpandAll();
+  const double open = bench::Median(3, [&] { stage.View().Reload(); });
+  bench::Figures::Tell("reload, all branches open", accounts, open, "ms");
+  stage.Refresh();
+}
+
 /// The same number of jumps in every window, each to another row.
 double RepaintTime(Stage& stage, int rows) {
   constexpr int kRepaints = 200;
@@ -239,6 +249,7 @@ int Measure(int rounds) {
     Stage large(path, kMany);
     MeasureCrossing(path, kMany);
     MeasureRefresh(figures, large, path, kMany, rounds);
+    MeasureReload(large, kMany);
     MeasureRepaint(figures, small, large);
     MeasureRows(figures, large, path, kMany, rounds);
   }

@@ -67,7 +67,7 @@ std::wstring AccountField::Resolve() {
 
 std::wstring AccountField::Find(const std::wstring& typed) {
   // The picker puts what is typed into its statement as it stands.
-  if (typed.find(L'\'') != std::wstring::npos) return L"科目中不能有单引号";
+  if (typed.find(L'\'') != std::wstring::npos) return L"科目中不能有单引号（'），可以改用’";
   AccountPicker& picker = DropDown().Picker();
   picker.SetParameters(ParametersOf(AccountRanges()[range_], range_typed_, true));
   const auto code = picker.Resolve(typed);

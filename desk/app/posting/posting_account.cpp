@@ -46,6 +46,15 @@ const wchar_t* NameOf(Partner partner) {
   return kFlags[static_cast<std::size_t>(partner)].name;
 }
 
+std::wstring PartnersText(const book::Auxiliary& auxiliary) {
+  std::string text;
+  for (const std::string* part : {&auxiliary.department, &auxiliary.person, &auxiliary.customer,
+                                  &auxiliary.supplier, &auxiliary.project}) {
+    if (!part->empty()) text += (text.empty() ? "" : "/") + *part;
+  }
+  return tavrix::viewkit::win32::Wide(text);
+}
+
 std::optional<PostingAccount> FindPostingAccount(book::Session& session, const std::string& code) {
   const host::Value key(code);
   const auto rows = session.Own().Query(kSelect + "ccode=?", book::Origin::kDesk, {&key, 1});

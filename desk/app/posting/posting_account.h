@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "book/posting.h"
 #include "book/session.h"
 
 namespace desk::app {
@@ -21,6 +22,8 @@ struct PostingAccount {
 
 /// "部门", "客户" and so on.
 [[nodiscard]] const wchar_t* NameOf(Partner partner);
+/// All that an entry names, with a slash between.
+[[nodiscard]] std::wstring PartnersText(const book::Auxiliary& auxiliary);
 
 /// Nothing when there is no account of that code. Throws what the database raises.
 [[nodiscard]] std::optional<PostingAccount> FindPostingAccount(book::Session& session,

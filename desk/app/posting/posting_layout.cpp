@@ -42,29 +42,23 @@ HWND PostingPane::Add(const wchar_t* class_name, const wchar_t* text, DWORD styl
                          nullptr);
 }
 
-// The order of creation is that of the Tab key.
+// The order of creation is that of the Tab key: date, summary, account, amounts, and last what is
+// seldom needed, whatever stands where.
 void PostingPane::CreateParts() {
   constexpr DWORD kBox = WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL;
   constexpr DWORD kNumber = kBox | ES_RIGHT;
   constexpr DWORD kLabel = SS_LEFT | SS_CENTERIMAGE;
+  constexpr DWORD kButton = WS_TABSTOP | BS_NOTIFY;
   date_label_ = Add(WC_STATICW, L"日期", kLabel, kPostingLabel);
   date_ = Add(DATETIMEPICK_CLASSW, L"", WS_TABSTOP | DTS_SHORTDATECENTURYFORMAT, kPostingDate);
   DateTime_SetFormat(date_, L"yyyy-MM-dd");
   summary_label_ = Add(WC_STATICW, L"摘要", kLabel, kPostingLabel);
   summary_ = Add(WC_EDITW, L"", kBox, kPostingSummary);
-  range_label_ = Add(WC_STATICW, L"科目范围", kLabel, kPostingLabel);
-  range_ = Add(WC_COMBOBOXW, L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, kPostingRange);
-  for (const AccountRange& range : AccountRanges()) ComboBox_AddString(range_, range.title);
-  ComboBox_SetCurSel(range_, 0);
-  range_codes_ = Add(WC_EDITW, L"", kBox | WS_DISABLED, kPostingRangeCodes);
-  Edit_SetCueBannerText(range_codes_, L"如 1001,22");
   code_label_ = Add(WC_STATICW, L"科目", kLabel, kPostingLabel);
   code_ = Add(WC_EDITW, L"", kBox, kPostingCode);
   Edit_SetCueBannerText(code_, L"编码、名称或助忆词");
   // Its keys are F4 and Alt+Down in the box; the way of the Tab key leads past it.
   drop_ = Add(WC_BUTTONW, L"▼", BS_PUSHBUTTON, kPostingDrop);
-  several_ = Add(WC_BUTTONW, L"多选(&M)", WS_TABSTOP | BS_PUSHBUTTON, kPostingSeveral);
-  take_ = Add(WC_BUTTONW, L"取所选", WS_TABSTOP | BS_PUSHBUTTON, kPostingTake);
   name_ = Add(WC_STATICW, L"", kLabel | SS_ENDELLIPSIS, kPostingLabel);
   debit_label_ = Add(WC_STATICW, L"借方", kLabel, kPostingLabel);
   debit_ = Add(WC_EDITW, L"", kNumber, kPostingDebit);
@@ -72,11 +66,19 @@ void PostingPane::CreateParts() {
   credit_ = Add(WC_EDITW, L"", kNumber, kPostingCredit);
   partner_label_ = Add(WC_STATICW, L"往来", kLabel | SS_ENDELLIPSIS, kPostingLabel);
   partner_ = Add(WC_EDITW, L"", kBox | WS_DISABLED, kPostingPartner);
-  add_ = Add(WC_BUTTONW, L"加入分录", WS_TABSTOP | BS_DEFPUSHBUTTON, IDOK);
+  add_ = Add(WC_BUTTONW, L"加入分录(&A)", kButton | BS_DEFPUSHBUTTON, IDOK);
   CreateList();
-  remove_ = Add(WC_BUTTONW, L"删除分录", WS_TABSTOP | BS_PUSHBUTTON, kPostingRemove);
-  clear_ = Add(WC_BUTTONW, L"清空", WS_TABSTOP | BS_PUSHBUTTON, kPostingClear);
-  post_ = Add(WC_BUTTONW, L"过账(&G)", WS_TABSTOP | BS_PUSHBUTTON, kPostingPost);
+  remove_ = Add(WC_BUTTONW, L"删除分录(&D)", kButton | BS_PUSHBUTTON, kPostingRemove);
+  clear_ = Add(WC_BUTTONW, L"清空(&E)", kButton | BS_PUSHBUTTON, kPostingClear);
+  post_ = Add(WC_BUTTONW, L"过账(&G)", kButton | BS_PUSHBUTTON, kPostingPost);
+  range_label_ = Add(WC_STATICW, L"科目范围", kLabel, kPostingLabel);
+  range_ = Add(WC_COMBOBOXW, L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, kPostingRange);
+  for (const AccountRange& range : AccountRanges()) ComboBox_AddString(range_, range.title);
+  ComboBox_SetCurSel(range_, 0);
+  range_codes_ = Add(WC_EDITW, L"", kBox | WS_DISABLED, kPostingRangeCodes);
+  Edit_SetCueBannerText(range_codes_, L"如 1001,22");
+  several_ = Add(WC_BUTTONW, L"多选(&M)", kButton | BS_PUSHBUTTON, kPostingSeveral);
+  take_ = Add(WC_BUTTONW, L"取所选(&T)", kButton | BS_PUSHBUTTON, kPostingTake);
   SetStyle(style_);
 }
 
@@ -163,10 +165,10 @@ int PostingPane::ArrangeEntry(int top, int height, int width) {
   put(code_, 140, 0);
   put(drop_, 24, 6);
   put(several_, 64, 6);
-  put(take_, 60, 8);
+  put(take_, 76, 8);
   // In a narrow window the amounts go to a line of their own.
   constexpr int kName = 120;
-  constexpr int kAmounts = 8 + 36 + 112 + 36 + 112 + 68 + 60 + kGap + 84 + kMargin;
+  constexpr int kAmounts = 8 + 36 + 112 + 36 + 112 + 68 + 60 + kGap + 92 + kMargin;
   if (left + design(kName + kAmounts) > width) {
     Place(name_, left, top, width - left - design(kMargin), height);
     left = design(kMargin);
@@ -179,7 +181,7 @@ int PostingPane::ArrangeEntry(int top, int height, int width) {
   put(credit_label_, 32, 4);
   put(credit_, 100, 12);
   put(partner_label_, 64, 4);
-  const int add_width = design(84);
+  const int add_width = design(92);
   const int partner_width =
       std::clamp(width - left - add_width - design(kMargin + kGap), design(60), design(200));
   Place(partner_, left, top, partner_width, height);
@@ -191,8 +193,8 @@ void PostingPane::ArrangeFoot(int top, int height, int width) {
   const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
   int right = width - design(kMargin);
   for (const HWND button : {post_, clear_, remove_}) {
-    Place(button, right - design(84), top, design(84), height);
-    right -= design(84 + 6);
+    Place(button, right - design(92), top, design(92), height);
+    right -= design(92 + 6);
   }
   foot_ = {design(kMargin), top, right - design(kGap), top + height};
 }
@@ -212,6 +214,16 @@ void PostingPane::Paint(HDC dc, const RECT& area) {
   const win32::Selected font(dc, style_->BoldFont());
   DrawLine(dc, L"录入凭证", {design(30), 0, close.left, style_->strip_height}, TextColor());
   PaintFoot(dc, foot_);
+  if (GetFocus() == list_) PaintListFocus(dc);
+}
+
+/// An empty list has no row that could show it.
+void PostingPane::PaintListFocus(HDC dc) const {
+  RECT frame{};
+  GetWindowRect(list_, &frame);
+  MapWindowPoints(nullptr, Hwnd(), reinterpret_cast<POINT*>(&frame), 2);
+  InflateRect(&frame, style_->scale.Design(2), style_->scale.Design(2));
+  FillBox(dc, frame, GetSysColor(COLOR_HIGHLIGHT));
 }
 
 void PostingPane::PaintFoot(HDC dc, const RECT& area) const {

@@ -10,10 +10,10 @@
 #include "app/frame/icons.h"
 #include "app/frame/search_strip.h"
 #include "app/posting/account_range.h"
+#include "app/posting/box_text.h"
 #include "app/posting/posting_ids.h"
 #include "book/money_text.h"
 #include "host/report.h"
-#include "host/text.h"
 #include "viewkit/win32/wide.h"
 
 namespace desk::app {
@@ -29,48 +29,6 @@ constexpr UINT kAccountLeft = WM_APP + 1;
 const win32::WindowClass& PaneClass() {
   static const win32::WindowClass pane(L"DeskPosting", CS_HREDRAW | CS_VREDRAW);
   return pane;
-}
-
-std::string TrimmedText(HWND box) {
-  return std::string(host::Trimmed(Narrow(WindowText(box))));
-}
-
-std::wstring PartnersLabel(const std::optional<PostingAccount>& account) {
-  if (!account || account->wanted.empty()) return L"往来";
-  std::wstring label;
-  for (const Partner partner : account->wanted) {
-    label.append(label.empty() ? L"" : L"/").append(NameOf(partner));
-  }
-  return label;
-}
-
-std::string& PartnerText(book::Auxiliary& auxiliary, Partner partner) {
-  switch (partner) {
-    case Partner::kDepartment:
-      return auxiliary.department;
-    case Partner::kPerson:
-      return auxiliary.person;
-    case Partner::kCustomer:
-      return auxiliary.customer;
-    case Partner::kSupplier:
-      return auxiliary.supplier;
-    case Partner::kProject:
-      break;
-  }
-  return auxiliary.project;
-}
-
-std::wstring PartnersText(const book::Auxiliary& auxiliary) {
-  std::string text;
-  for (const std::string* part : {&auxiliary.department, &auxiliary.person, &auxiliary.customer,
-                                  &auxiliary.supplier, &auxiliary.project}) {
-    if (!part->empty()) text += (text.empty() ? "" : "/") + *part;
-  }
-  return Wide(text);
-}
-
-std::wstring SideText(std::int64_t amount) {
-  return amount == 0 ? std::wstring() : Wide(book::MoneyText(amount));
 }
 
 }  // namespace
@@ -109,124 +67,27 @@ void PostingPane::OnRange() {
   field_.SetRange(chosen, typed ? TrimmedText(range_codes_) : std::string());
 }
 
-void PostingPane::ShowAccount() {
-  if (refusal_) Answer({}, false);
-  const std::optional<PostingAccount>& account = field_.Account();
-  SetWindowTextW(name_, account ? account->name.c_str() : L"");
-  SetWindowTextW(partner_label_, PartnersLabel(account).c_str());
-  EnableWindow(partner_, account && !account->wanted.empty());
-}
-
-bool PostingPane::ResolveAccount() {
-  const std::wstring refusal = field_.Resolve();
-  if (!refusal.empty()) {
-    Answer(refusal, true);
-    return false;
-  }
-  return field_.Account().has_value();
-}
-
-void PostingPane::TakeSelected() {
-  const std::wstring code = plan_.selected_code();
-  if (code.empty()) return Answer(L"请先在科目表中选择科目", true);
-  field_.Clear();
-  SetWindowTextW(code_, code.c_str());
-  if (!ResolveAccount()) {
-    SetFocus(code_);
-    return;
-  }
-  Answer({}, false, debit_);
-}
-
-void PostingPane::FillPartners(const PostingAccount& account, book::Auxiliary& auxiliary) {
-  std::string rest = TrimmedText(partner_);
-  for (const Partner partner : account.wanted) {
-    const std::size_t end = rest.find('/');
-    PartnerText(auxiliary, partner) = host::Trimmed(std::string_view(rest).substr(0, end));
-    rest = end == rest.npos ? std::string() : rest.substr(end + 1);
-  }
-}
-
-std::optional<PostingPane::Line> PostingPane::ReadLine() {
-  const auto debit = book::ParseMoney(TrimmedText(debit_));
-  const auto credit = book::ParseMoney(TrimmedText(credit_));
-  const auto refuse = [this](const wchar_t* text, HWND box) {
-    Answer(text, true, box);
-    return std::nullopt;
-  };
-  if (!ResolveAccount()) {
-    if (TrimmedText(code_).empty()) return refuse(L"请填写科目", code_);
-    SetFocus(code_);
-    return std::nullopt;
-  }
-  const PostingAccount& account = *field_.Account();
-  if (!debit) return refuse(L"借方金额不正确", debit_);
-  if (!credit) return refuse(L"贷方金额不正确", credit_);
-  if ((*debit == 0) == (*credit == 0)) return refuse(L"请填写借方金额或贷方金额之一", debit_);
-  Line line{.entry = {.summary = TrimmedText(summary_),
-                      .code = Narrow(account.code),
-                      .debit = *debit,
-                      .credit = *credit},
-            .account = account};
-  FillPartners(account, line.entry.auxiliary);
-  return line;
-}
-
-void PostingPane::AddLine() {
-  const auto line = ReadLine();
-  if (!line) return;
-  if (edited_) {
-    lines_[*edited_] = *line;
-  } else {
-    lines_.push_back(*line);
-  }
-  Answer({}, false, code_);
-  if (const auto open = OpenLine()) return EditLine(*open);
-  EditNew();
-}
-
-void PostingPane::AddAccounts(const std::vector<PostingAccount>& accounts) {
-  for (const PostingAccount& account : accounts) {
-    lines_.push_back({.entry = {.summary = TrimmedText(summary_), .code = Narrow(account.code)},
-                      .account = account});
-  }
-  EditLine(*OpenLine());
-  Answer(L"加入了" + std::to_wstring(accounts.size()) + L"个科目，请逐行填写金额", false);
-}
-
-std::optional<std::size_t> PostingPane::OpenLine() const {
-  const auto open = std::ranges::find_if(lines_, &Line::Open);
-  if (open == lines_.end()) return std::nullopt;
-  return static_cast<std::size_t>(open - lines_.begin());
-}
-
-void PostingPane::EditLine(std::size_t row) {
-  const Line& line = lines_[row];
-  edited_ = row;
-  field_.Set(line.account);
-  SetWindowTextW(summary_, Wide(line.entry.summary).c_str());
-  SetWindowTextW(debit_, SideText(line.entry.debit).c_str());
-  SetWindowTextW(credit_, SideText(line.entry.credit).c_str());
-  SetWindowTextW(partner_, PartnersText(line.entry.auxiliary).c_str());
-  SetWindowTextW(add_, L"更新分录");
-  ShowLines();
-  SetFocus(debit_);
-}
-
-void PostingPane::EditNew() {
-  edited_.reset();
-  field_.Clear();
-  for (const HWND box : {debit_, credit_, partner_}) SetWindowTextW(box, L"");
-  SetWindowTextW(add_, L"加入分录");
-  ShowLines();
-}
-
 void PostingPane::RemoveLine() {
   const int row = ListView_GetNextItem(list_, -1, LVNI_SELECTED);
-  if (row < 0) return Answer(L"请选择要删除的分录", true);
+  if (row < 0) return Answer(L"请选择要删除的分录", true, list_);
   lines_.erase(lines_.begin() + row);
   EditNew();
   Answer({}, false);
+}
+
+bool PostingPane::MayForget(const wchar_t* question) const {
+  const bool typed = std::ranges::any_of(std::array{code_, debit_, credit_},
+                                         [](HWND box) { return !TrimmedText(box).empty(); });
+  if (lines_.empty() && !typed) return true;
+  const std::wstring lost =
+      lines_.empty() ? L"正在录入的分录" : L"已录入的" + std::to_wstring(lines_.size()) + L"条分录";
+  const std::wstring text = L"凭证还没有过账，" + lost + L"将会丢失。\n\n" + question;
+  return MessageBoxW(GetAncestor(Hwnd(), GA_ROOT), text.c_str(), L"提示：",
+                     MB_YESNO | MB_ICONWARNING | MB_DEFBUTTON2) == IDYES;
+}
+
+void PostingPane::FocusFirst() {
+  FocusBox(lines_.empty() && TrimmedText(code_).empty() ? date_ : code_);
 }
 
 void PostingPane::Clear() {
@@ -255,11 +116,19 @@ void PostingPane::PostVoucher() {
     return Answer(L"“" + lines_[*open].account.name + L"”还没有金额", true);
   }
   const book::Voucher voucher = ReadVoucher();
-  const int number = plan_.post(voucher);
+  int number = 0;
+  try {
+    number = plan_.post(voucher);
+  } catch (const book::EntryRefused& refusal) {
+    Line& line = lines_[refusal.Position()];
+    if (const auto account = plan_.account(line.account.code)) line.account = *account;
+    EditLine(refusal.Position());
+    return Answer(Wide(refusal.what()), true, refusal.LacksPartner() ? partner_ : code_);
+  }
   Clear();
   Answer(L"已过账：" + std::to_wstring(voucher.year) + L"年" + std::to_wstring(voucher.month) +
              L"月第" + std::to_wstring(number) + L"号凭证",
-         false, code_);
+         false, date_);
 }
 
 void PostingPane::ShowLines() {
@@ -290,24 +159,54 @@ void PostingPane::Answer(std::wstring text, bool refusal, HWND box) {
   answer_ = std::move(text);
   refusal_ = refusal;
   InvalidateRect(Hwnd(), nullptr, FALSE);
-  if (box != nullptr) SetFocus(box);
+  if (box != nullptr) FocusBox(box);
 }
 
+HWND PostingPane::BoxAfter(HWND box) const {
+  if (box == date_) return summary_;
+  if (box == summary_ || box == range_codes_) return code_;
+  if (box == range_) return IsWindowEnabled(range_codes_) ? range_codes_ : code_;
+  const bool debit_empty = box == debit_ && TrimmedText(debit_).empty();
+  if (debit_empty && TrimmedText(credit_).empty()) return credit_;
+  const bool asks_partner = IsWindowEnabled(partner_) && TrimmedText(partner_).empty();
+  return (box == debit_ || box == credit_) && asks_partner ? partner_ : nullptr;
+}
+
+void PostingPane::EditSelected() {
+  const int row = ListView_GetNextItem(list_, -1, LVNI_SELECTED);
+  if (row >= 0) EditLine(static_cast<std::size_t>(row));
+}
+
+/// Enter in a box goes on, from the last one of an entry into the list.
 void PostingPane::OnEnter() {
   const HWND focus = GetFocus();
-  if (focus == list_) {
-    const int row = ListView_GetNextItem(list_, -1, LVNI_SELECTED);
-    if (row >= 0) EditLine(static_cast<std::size_t>(row));
-    return;
-  }
-  if (focus != code_) return AddLine();
+  if (focus == list_) return EditSelected();
   // Enter in the account's box ends the typing there; an empty box goes on too.
-  if (ResolveAccount() || TrimmedText(code_).empty()) SetFocus(debit_);
+  if (focus == code_) {
+    return FocusBox(ResolveAccount() || TrimmedText(code_).empty() ? debit_ : code_);
+  }
+  if (const HWND next = BoxAfter(focus)) return FocusBox(next);
+  AddLine();
+}
+
+bool PostingPane::IsButton(HWND window) const {
+  const std::array buttons = {several_, take_, add_, remove_, clear_, post_};
+  return std::ranges::find(buttons, window) != buttons.end();
+}
+
+/// The button that Enter presses looks like it.
+void PostingPane::ShowDefault(HWND button) {
+  for (const HWND other : {several_, take_, add_, remove_, clear_, post_}) {
+    const LONG kind = other == button ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+    Button_SetStyle(other, kind | BS_NOTIFY, TRUE);
+  }
 }
 
 void PostingPane::OnCommand(int id, int code) {
   try {
     if (code == EN_CHANGE) return OnEdit(id);
+    if (code == BN_SETFOCUS) return ShowDefault(GetDlgItem(Hwnd(), id));
+    if (code == BN_KILLFOCUS) return ShowDefault(add_);
     if (id == kPostingRange && code == CBN_SELCHANGE) return OnRange();
     // The focus is still on its way.
     if (id == kPostingCode && code == EN_KILLFOCUS) {
@@ -317,7 +216,7 @@ void PostingPane::OnCommand(int id, int code) {
     if (code != BN_CLICKED) return;
     OnButton(id);
   } catch (const std::exception& error) {
-    Answer(Wide(host::ErrorText(error)), true);
+    Answer(Wide(host::ErrorText(error)), true, code_);
   }
 }
 
@@ -338,8 +237,9 @@ void PostingPane::OnButton(int id) {
     case kPostingPost:
       return PostVoucher();
     case kPostingClear:
+      if (!lines_.empty() && !MayForget(L"是否清空？")) return;
       Clear();
-      return Answer({}, false, code_);
+      return Answer({}, false, date_);
     default:
       return;
   }
@@ -351,17 +251,43 @@ void PostingPane::OnAccountLeft() {
   const bool stays = field_.IsOpen() || focus == nullptr || focus == code_ || focus == drop_ ||
                      focus == several_ || focus == range_ || focus == range_codes_;
   if (stays) return;
+  // Who goes on with the entry comes back to what was refused; who leaves it may.
+  const bool goes_on = focus == debit_ || focus == credit_ || focus == partner_;
   try {
-    (void)ResolveAccount();
+    if (!ResolveAccount() && refusal_ && goes_on) FocusBox(code_);
   } catch (const std::exception& error) {
     Answer(Wide(host::ErrorText(error)), true);
   }
 }
 
 void PostingPane::OnNotice(const NMHDR& header) {
-  if (header.idFrom != kPostingList || header.code != NM_DBLCLK) return;
-  const int row = ListView_GetNextItem(list_, -1, LVNI_SELECTED);
-  if (row >= 0) EditLine(static_cast<std::size_t>(row));
+  if (header.idFrom != kPostingList) return;
+  switch (header.code) {
+    case NM_DBLCLK:
+      return EditSelected();
+    case NM_SETFOCUS:
+      if (ListView_GetNextItem(list_, -1, LVNI_SELECTED) < 0) {
+        constexpr UINT kShown = LVIS_SELECTED | LVIS_FOCUSED;
+        ListView_SetItemState(list_, ListView_GetItemCount(list_) - 1, kShown, kShown);
+      }
+      [[fallthrough]];
+    case NM_KILLFOCUS:  // the frame around the list comes and goes
+      InvalidateRect(Hwnd(), nullptr, FALSE);
+      return;
+    case LVN_KEYDOWN:
+      if (reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey == VK_DELETE) RemoveLine();
+      return;
+    default:
+      return;
+  }
+}
+
+bool PostingPane::Translate(MSG& message) {
+  if (field_.Translate(message)) return true;
+  const bool in_amount = message.hwnd == debit_ || message.hwnd == credit_;
+  if (!in_amount || message.message != WM_CHAR || message.wParam != L'=') return false;
+  Balance();
+  return true;
 }
 
 LRESULT PostingPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -383,8 +309,11 @@ LRESULT PostingPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     case kAccountLeft:
       OnAccountLeft();
       return 0;
-    case DM_GETDEFID:  // the button that looks like the one that Enter means
-      return MAKELRESULT(IDOK, DC_HASDEFID);
+    case DM_GETDEFID: {
+      const HWND focus = GetFocus();
+      const int id = IsButton(focus) ? GetDlgCtrlID(focus) : IDOK;
+      return MAKELRESULT(id, DC_HASDEFID);
+    }
     default:
       return Pane::OnMessage(message, wparam, lparam);
   }

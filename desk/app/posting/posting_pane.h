@@ -41,10 +41,12 @@ class PostingPane : public Pane {
   [[nodiscard]] static std::shared_ptr<PostingPane> Make(HWND parent, SharedStyle style,
                                                          PostingPlan plan);
   void SetStyle(SharedStyle style);
-  /// Focus to the account's box.
-  void FocusFirst() { field_.Focus(); }
-  /// For the message loop: true when the account picker has used the message up.
-  [[nodiscard]] bool Translate(MSG& message) { return field_.Translate(message); }
+  /// Focus to where a voucher begins, or to the next entry's account.
+  void FocusFirst();
+  /// For the message loop: true when the pane or its account picker has used the message up.
+  [[nodiscard]] bool Translate(MSG& message);
+  /// Asks whether what has not been posted may go; true, without a word, when there is nothing.
+  [[nodiscard]] bool MayForget(const wchar_t* question) const;
   /// The picker of the open book. Throws `host::HostError`, without a book too.
   [[nodiscard]] AccountPicker& Picker() { return field_.Picker(); }
   /// The book closes: its lines and its picker go.
@@ -68,11 +70,16 @@ class PostingPane : public Pane {
   void ArrangeFoot(int top, int height, int width);
   void Paint(HDC dc, const RECT& area) override;
   void PaintFoot(HDC dc, const RECT& area) const;
+  void PaintListFocus(HDC dc) const;
   void OnCommand(int id, int code);
   void OnEdit(int id);
   void OnNotice(const NMHDR& header);
   void OnButton(int id);
   void OnEnter();
+  /// Where Enter leads from a box; null when it ends the entry.
+  [[nodiscard]] HWND BoxAfter(HWND box) const;
+  [[nodiscard]] bool IsButton(HWND window) const;
+  void ShowDefault(HWND button);
   void OnAccountLeft();
   void OnRange();
   void ShowAccount();
@@ -83,10 +90,15 @@ class PostingPane : public Pane {
   /// A line for each account, whose amounts are still to be entered.
   void AddAccounts(const std::vector<PostingAccount>& accounts);
   void EditLine(std::size_t row);
+  void EditSelected();
   /// The next line without an amount, or none.
   [[nodiscard]] std::optional<std::size_t> OpenLine() const;
   void EditNew();
   [[nodiscard]] std::optional<Line> ReadLine();
+  /// Nothing, and the user knows why, when the box holds no amount.
+  [[nodiscard]] std::optional<std::int64_t> ReadAmount(HWND box, const wchar_t* side);
+  /// Puts the amount into the boxes that the other entries lack.
+  void Balance();
   void FillPartners(const PostingAccount& account, book::Auxiliary& auxiliary);
   void RemoveLine();
   void Clear();

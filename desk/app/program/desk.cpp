@@ -23,6 +23,7 @@ using tavrix::viewkit::win32::Narrow;
 using tavrix::viewkit::win32::Wide;
 
 constexpr wchar_t kTitle[] = L"会计科目";
+constexpr wchar_t kLeaveBook[] = L"是否打开另一账簿？";
 constexpr char kDeskSection[] = "desk";
 constexpr char kCompanyKey[] = "company";
 constexpr wchar_t kSampleFile[] = L"示例账簿.book";
@@ -87,6 +88,7 @@ int Desk::Run() {
     }
     // What a message has changed shows as soon as nothing more is waiting.
     if (frame_->Alive() && !PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE)) {
+      Trapped({}, [this] { CatchUp(); });
       frame_->UpdateCommands();
     }
   }
@@ -98,12 +100,28 @@ void Desk::Trapped(const std::wstring& context, Body&& body) {
   try {
     body();
   } catch (const std::exception& error) {
-    Fail(context + Wide(host::ErrorText(error)));
+    // What says where it happened speaks of a book that is not open.
+    const bool of_open = open_ && context.empty();
+    Fail(context + Wide(host::ErrorText(error)), of_open ? NameOf(open_->file) : std::wstring());
   }
 }
 
-void Desk::Fail(const std::wstring& text) {
-  frame_->AddReport({.text = text, .level = host::kLoadingError, .title = kTitle});
+/// A command of the view, or a form of the picker, brings one page up to date at most.
+void Desk::CatchUp() {
+  KjkmView* view = View();
+  if (view == nullptr || !view->Started() || !IsWindowEnabled(frame_->Hwnd())) return;
+  if (open_->book.GetSession().Changes() != open_->shown) return ReadAgain();
+  view->NoteWidths();
+}
+
+void Desk::ReadAgain() {
+  open_->shown = open_->book.GetSession().Changes();
+  View()->Reload();
+  if (balance_) balance_->Reload();
+}
+
+void Desk::Fail(const std::wstring& text, const std::wstring& book) {
+  frame_->AddReport({.text = text, .level = host::kLoadingError, .title = kTitle, .book = book});
   if (!open_) return frame_->Area().SetEmptyText(L"没有打开的账簿", text);
   if (!View()) frame_->Area().SetEmptyText(L"不能显示科目表", text);
 }
@@ -161,10 +179,7 @@ void Desk::DoOnBook(Command command) {
       view.Call(&IFormUI::RecordBottom);
       return;
     case Command::kRefresh:
-      view.Reload();
-      // Freshly read rows are all shown; the filter that the user sees in its bar holds on.
-      if (frame_->FilterBar().Shown()) OnFilter(frame_->FilterBar().Text());
-      return;
+      return ReadAgain();
     case Command::kFind:
       return frame_->ShowBar(frame_->FindBar(), true);
     case Command::kFindNext:
@@ -268,6 +283,7 @@ void Desk::OnStyle() {
 }
 
 bool Desk::OnClosing() {
+  if (!posting_->MayForget(L"是否关闭程序？")) return false;
   settings_.Save(frame_->Hwnd(), DeskSettings::kFrame);
   settings_.SaveReportHeight(frame_->Reports().DesignHeight());
   CloseBook();
@@ -276,7 +292,7 @@ bool Desk::OnClosing() {
 
 void Desk::AskNew() {
   const auto choice = AskNewBook(frame_->Hwnd(), folders_.books.wstring());
-  if (!choice) return;
+  if (!choice || !posting_->MayForget(kLeaveBook)) return;
   Trapped(L"不能建立账簿：", [&] {
     book::Book made =
         book::Book::Create(Narrow(choice->file), book::LoadTemplate(ChartOf(*choice)));
@@ -305,6 +321,7 @@ void Desk::Open(const std::wstring& file) {
   Trapped(L"不能打开账簿“" + NameOf(file) + L"”：", [&] {
     if (!MayBeThere(file)) throw host::HostError("文件不存在");
     const std::wstring place = IsOnServer(file) ? file : fs::absolute(file).wstring();
+    if (!posting_->MayForget(kLeaveBook)) return;
     Show(book::Book::Open(Narrow(place)), place);
   });
 }
@@ -333,7 +350,7 @@ void Desk::Show(book::Book book, const std::wstring& file) {
   frame_->SetRecent(settings_.Recent());
   TellBook();
   if (!open_->book.Faults().empty()) {
-    Fail(L"账簿不完整：" + Wide(open_->book.Faults()));
+    Fail(L"账簿不完整：" + Wide(open_->book.Faults()), NameOf(file));
   }
   Trapped({}, [&] { StartView(); });
 }
@@ -348,7 +365,7 @@ void Desk::StartView() {
   ViewEvents events;
   events.message = [this](const std::wstring& text) { frame_->SetMessage(text); };
   events.report = [this](const std::wstring& text, long level, const std::wstring& title) {
-    frame_->AddReport({.text = text, .level = level, .title = title});
+    frame_->AddReport({.text = text, .level = level, .title = title, .book = NameOf(open_->file)});
   };
   open_->view = std::make_unique<KjkmView>(std::move(plan), std::move(events));
   const auto system = MakeObject<SystemFace>(open_->book.System());
@@ -365,6 +382,8 @@ void Desk::CloseBook() {
   if (!frame_->Alive()) return;
   frame_->SetMessage({});
   frame_->ResetBars();
+  frame_->Reports().Clear();
+  frame_->Reports().SetOpen(false);
   TellBook();
 }
 

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -35,6 +36,7 @@ class Desk : private FrameOwner {
     book::Book book;
     std::wstring file;
     std::unique_ptr<KjkmView> view;
+    std::uint64_t shown = 0;  ///< the session's count of changes when the pages were last read
   };
 
   // FrameOwner
@@ -59,6 +61,9 @@ class Desk : private FrameOwner {
   void Show(book::Book book, const std::wstring& file);
   void StartView();
   void CloseBook();
+  /// Brings what is shown in line with the book after a change.
+  void CatchUp();
+  void ReadAgain();
   void TellBook();
   void ShowPosting(bool shown);
   [[nodiscard]] PostingPlan MakePostingPlan();
@@ -70,7 +75,7 @@ class Desk : private FrameOwner {
   /// Runs `body`; what it throws becomes a report, and the empty view area says it too.
   template <class Body>
   void Trapped(const std::wstring& context, Body&& body);
-  void Fail(const std::wstring& text);
+  void Fail(const std::wstring& text, const std::wstring& book);
   [[nodiscard]] KjkmView* View() const { return open_ ? open_->view.get() : nullptr; }
   [[nodiscard]] CommandState StateOnRow(const ViewState& state, Command command) const;
 

@@ -1,9 +1,14 @@
 #include "app/program/kjkm_view.h"
 
+#include <list>
+
 #include "app/com/object.h"
 #include "app/com/values.h"
 #include "app/program/controls.h"
+#include "book/grid_navigator.h"
+#include "book/grid_state.h"
 #include "component/base/failure.h"
+#include "viewkit/win32/wide.h"
 
 namespace desk::app {
 namespace {
@@ -15,6 +20,9 @@ using tavrix::component::CheckCall;
 using tavrix::component::ComFailure;
 using tavrix::component::ViewOf;
 
+using tavrix::viewkit::win32::Narrow;
+
+constexpr long kCodeColumn = 0;
 constexpr DISPID kMessage = 1;
 constexpr DISPID kErrMessage = 2;
 
@@ -40,6 +48,12 @@ std::wstring CellText(IFlexGrid& grid, long row, long col) {
   Bstr text;
   Check(grid.get_TextMatrix(row, col, text.Put()));
   return std::wstring(ViewOf(text.Get()));
+}
+
+long CodeWidth(IFlexGrid& grid) {
+  long width = 0;
+  Check(grid.get_ColWidth(kCodeColumn, &width));
+  return width;
 }
 
 }  // namespace
@@ -77,22 +91,85 @@ void KjkmView::Start(IDispatch* system) {
   if (done == VARIANT_FALSE) throw host::HostError("科目控件不能启动");
   ReadAttributes();
   Call(&IFormUI::Refresh);
-  RestoreLayout();
+  FitCodeColumns();
   started_ = true;
 }
 
+/// What the user has made of a page, over a reading of its rows. The page stands still meanwhile.
+class KjkmView::Kept {
+ public:
+  Kept(ComGrid grid, std::wstring filter)
+      : grid_(std::move(grid)), state_(book::GridState::Of(grid_)), filter_(std::move(filter)) {
+    grid_.BeginUpdate();
+  }
+  Kept(const Kept&) = delete;
+  Kept& operator=(const Kept&) = delete;
+  ~Kept() { grid_.EndUpdate(); }
+
+  void PutBack() {
+    // Freshly read rows are all shown; the filter that the user sees in its bar holds on.
+    if (!filter_.empty()) {
+      static_cast<void>(book::GridSearch().Filter(grid_, host::Value(Narrow(filter_))));
+    }
+    state_.PutBack(grid_);
+  }
+
+ private:
+  ComGrid grid_;
+  book::GridState state_;
+  std::wstring filter_;
+};
+
 bool KjkmView::Reload() {
-  SaveLayout();
+  const auto columns = code_columns_;
+  std::list<Kept> pages;
+  for (int page = 0; page < kPages; ++page) {
+    pages.emplace_back(FaceOf(page), filters_.at(static_cast<std::size_t>(page)));
+  }
   const bool done = Call(&IFormUI::Refresh);
-  RestoreLayout();
+  for (Kept& page : pages) page.PutBack();
+  for (int page = 0; page < kPages; ++page) {
+    const CodeColumn& column = columns.at(static_cast<std::size_t>(page));
+    if (column.by_hand) Check(Grid(page).put_ColWidth(kCodeColumn, column.width));
+    code_columns_.at(static_cast<std::size_t>(page)) = {.width = CodeWidth(Grid(page)),
+                                                        .by_hand = column.by_hand};
+  }
   return done;
+}
+
+void KjkmView::NoteWidths() {
+  for (int page = 0; page < kPages; ++page) {
+    CodeColumn& column = code_columns_.at(static_cast<std::size_t>(page));
+    long width = 0;
+    if (FAILED(Grid(page).get_ColWidth(kCodeColumn, &width)) || width == column.width) continue;
+    column = {.width = width, .by_hand = true};
+  }
+}
+
+/// What the layout file says of the first column belongs to the book that was open before.
+void KjkmView::FitCodeColumns() {
+  std::array<long, kPages> fitting{};
+  for (int page = 0; page < kPages; ++page) {
+    fitting.at(static_cast<std::size_t>(page)) = CodeWidth(Grid(page));
+  }
+  RestoreLayout();
+  for (int page = 0; page < kPages; ++page) {
+    CodeColumn& column = code_columns_.at(static_cast<std::size_t>(page));
+    column.width = CodeWidth(Grid(page));
+    if (column.width == 0) continue;  // hidden, as the user wants it
+    column.width = fitting.at(static_cast<std::size_t>(page));
+    Check(Grid(page).put_ColWidth(kCodeColumn, column.width));
+  }
+}
+
+ComGrid KjkmView::FaceOf(int page) const {
+  return ComGrid(grids_.at(static_cast<std::size_t>(page)));
 }
 
 void KjkmView::SaveLayout() {
   form_->DoSaveFormStatus();
 }
 
-// After each `Refresh`, which sizes the first column.
 void KjkmView::RestoreLayout() {
   form_->DoGetFormStatus();
 }
@@ -117,6 +194,7 @@ bool KjkmView::Find(const std::wstring& text) {
 }
 
 bool KjkmView::Filter(const std::wstring& text) {
+  filters_.at(static_cast<std::size_t>(CurrentPage())) = text;
   VARIANT_BOOL done = VARIANT_FALSE;
   const Variant wanted{Bstr(std::wstring_view(text))};
   return SUCCEEDED(form_->Filter(wanted.Get(), &done)) && done != VARIANT_FALSE;

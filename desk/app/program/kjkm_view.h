@@ -10,6 +10,7 @@
 
 #include "app/com/event_sink.h"
 #include "app/container/control_container.h"
+#include "app/faces/com_grid.h"
 #include "component/base/com_ptr.h"
 #include "qnFormUI.h"
 #include "tavrix.h"
@@ -47,8 +48,12 @@ class KjkmView {
   /// Hands the view its host, loads it and restores its layout. Throws what `Init` raises.
   void Start(IDispatch* system);
 
-  /// Reads everything again; columns stay as the user has them.
+  /// Reads everything again. On every page the user keeps row, scroll position, open branches,
+  /// filter and the width of the first column.
   bool Reload();
+  /// For idle moments in which nothing is waiting to be read: takes note of the width that the user
+  /// has given to a first column.
+  void NoteWidths();
   void SaveLayout();
   /// Takes back what the layout file says of the columns.
   void RestoreLayout();
@@ -74,13 +79,24 @@ class KjkmView {
   [[nodiscard]] IFlexGrid& CurrentGrid() const { return Grid(CurrentPage()); }
 
  private:
+  /// A page's first column. Each reading makes it as wide as its contents need.
+  struct CodeColumn {
+    long width = 0;        ///< as it was last seen
+    bool by_hand = false;  ///< the user has set it
+  };
+  class Kept;
+
   void FindControls();
   void ReadAttributes();
+  void FitCodeColumns();
+  [[nodiscard]] ComGrid FaceOf(int page) const;
 
   tavrix::component::ComPtr<IUnknown> control_;
   tavrix::component::ComPtr<IFormUI> form_;
   tavrix::component::ComPtr<ITabControl> tabs_;
   std::array<tavrix::component::ComPtr<IFlexGrid>, kPages> grids_;
+  std::array<CodeColumn, kPages> code_columns_;
+  std::array<std::wstring, kPages> filters_;
   std::optional<EventSink> sink_;
   std::unique_ptr<ControlContainer> container_;
   bool started_ = false;

@@ -1,0 +1,26 @@
+#include "app/posting/box_text.h"
+
+#include "app/frame/search_strip.h"
+#include "book/money_text.h"
+#include "host/text.h"
+#include "viewkit/win32/wide.h"
+
+namespace desk::app {
+
+using tavrix::viewkit::win32::Narrow;
+using tavrix::viewkit::win32::Wide;
+
+std::string TrimmedText(HWND box) {
+  return std::string(tavrix::host::Trimmed(Narrow(WindowText(box))));
+}
+
+std::wstring SideText(std::int64_t amount) {
+  return amount == 0 ? std::wstring() : Wide(book::MoneyText(amount));
+}
+
+void FocusBox(HWND box) {
+  SetFocus(box);
+  SendMessageW(box, EM_SETSEL, 0, -1);
+}
+
+}  // namespace desk::app

@@ -1,0 +1,51 @@
+#include "book/quote_check.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "host/text.h"
+
+namespace desk::book {
+
+namespace {
+
+namespace host = tavrix::host;
+
+/// A word or a further literal begins: letters, digits and all that is not ASCII.
+bool BeginsWord(char unit) {
+  const auto byte = static_cast<unsigned char>(unit);
+  return byte >= 0x80 || unit == '\'' || unit == '_' || host::IsDigit(unit) ||
+         (byte | 0x20u) - 'a' < 26u;
+}
+
+bool MayFollow(std::string_view word) {
+  constexpr std::array kWords = {"and",  "as",    "asc",   "between", "collate", "desc",
+                                 "else", "end",   "from",  "group",   "having",  "in",
+                                 "is",   "like",  "limit", "not",     "or",      "order",
+                                 "then", "union", "when",  "where"};
+  const std::string lower = host::LowerCase(word);
+  return std::ranges::find(kWords, lower) != kWords.end();
+}
+
+}  // namespace
+
+bool HasQuoteInText(std::string_view sql) {
+  for (std::size_t at = sql.find('\''); at != sql.npos; at = sql.find('\'', at)) {
+    std::size_t end = sql.find('\'', at + 1);
+    while (end != sql.npos && sql.substr(end + 1).starts_with('\'')) end = sql.find('\'', end + 2);
+    if (end == sql.npos) return true;
+    const std::string_view rest = sql.substr(end + 1);
+    const std::size_t next = std::min(rest.find_first_not_of(' '), rest.size());
+    // Behind a comment everything else of the statement would be gone.
+    const bool comment = rest.substr(next).starts_with("--") || rest.substr(next).starts_with("/*");
+    if (comment) return true;
+    const auto word_end = std::ranges::find_if_not(rest.substr(next), BeginsWord);
+    const std::string_view word(rest.begin() + next, word_end);
+    if (!word.empty() && !MayFollow(word)) return true;
+    at = end + 1;
+  }
+  return false;
+}
+
+}  // namespace desk::book
