@@ -77,6 +77,19 @@ void AppendRow(host::RowSet& rows, const std::string& month, const book::TrialBa
   AppendAmount(rows, OnCredit(row.Closing()));
 }
 
+/// A first-level account that is itself the leaf is the only row of its subtotal.
+bool RepeatsItsAccount(const viewkit::FlexGrid& grid, int total) {
+  using View = TrialBalanceView;
+  const int account = total - 1;
+  const auto text = [&](int row, int col) { return std::string(grid.TextMatrix(row, col)); };
+  if (account < grid.FixedRows() || grid.IsTotalRow(account)) return false;
+  const std::string head = text(account, View::kFirstLevel);
+  if (head != text(account, View::kCode) + " " + text(account, View::kName)) return false;
+  const bool alone = account == grid.FixedRows() || grid.IsTotalRow(account - 1) ||
+                     text(account - 1, View::kFirstLevel) != head;
+  return alone && text(total, View::kFirstLevel) == head + "小计";
+}
+
 void WriteDefaultLayout(const std::string& path) {
   std::string text;
   for (const std::string_view line : embedded::kTrialBalanceLayout) {
@@ -223,7 +236,24 @@ void TrialBalanceView::Load() {
   const host::GridUpdate update(grid_);
   grid_.LoadRows(std::move(rows));
   viewkit::ApplyVsRows(layout_path_, grid_, *system_);
+  DressTotals();
   Summarise(balance);
+}
+
+void TrialBalanceView::DressTotals() {
+  const viewkit::GridUpdate update(grid_);
+  const int last = grid_.Rows() - 1;
+  for (int row = grid_.FixedRows(); row <= last; ++row) {
+    if (!grid_.IsTotalRow(row)) continue;
+    if (RepeatsItsAccount(grid_, row)) grid_.SetRowHidden(row, true);
+    for (int col = 0; col < kColumns; ++col) {
+      grid_.SetCellForeColor(row, col, viewkit::color::kButtonText);
+      grid_.SetCellBackColor(row, col, viewkit::color::kButtonFace);
+      grid_.SetCellFontBold(row, col, true);
+      const bool zero = col >= kFirstAmount && grid_.ValueMatrix(row, col) == 0;
+      if (zero) grid_.SetTextMatrix(row, col, "");
+    }
+  }
 }
 
 void TrialBalanceView::Reload() {
@@ -249,6 +279,7 @@ void TrialBalanceView::Summarise(const std::vector<book::TrialBalanceRow>& rows)
 
 void TrialBalanceView::ApplyLayout() {
   viewkit::ApplyVsLayout(layout_path_, grid_, false, *system_);
+  DressTotals();
   ShowByFirstLevel();
 }
 

@@ -61,6 +61,9 @@ class TrialBalanceView {
   void MakeStrip();
   void ReadMonths();
   void Load();
+  /// Totals look alike, in the user's own colours, show zeros as the rows do, and stand only where
+  /// they add something.
+  void DressTotals();
   void Summarise(const std::vector<book::TrialBalanceRow>& rows);
   void ApplyLayout();
   void SetByFirstLevel(bool wanted);
