@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "book/code_rule.h"
 #include "embedded/kEnterpriseChart.h"
 #include "embedded/kSmallEnterpriseChart.h"
 #include "host/account.h"
@@ -130,10 +131,44 @@ std::vector<Account> ParseChart(std::span<const std::string_view> lines) {
 }
 
 Template LoadTemplate(StandardChart chart) {
-  return {.title = std::string(TitleOf(chart)),
-          .accounts = ParseChart(LinesOf(chart)),
-          .currencies = Currencies(),
-          .units = Units()};
+  Template content = LoadEmptyTemplate();
+  content.title = TitleOf(chart);
+  content.accounts = ParseChart(LinesOf(chart));
+  return content;
+}
+
+Template LoadEmptyTemplate() {
+  return {.currencies = Currencies(), .units = Units()};
+}
+
+std::vector<std::string> BaseCurrencies() {
+  std::vector<std::string> names = {kUsualCurrency};
+  for (const Currency& currency : Currencies()) names.push_back(currency.name);
+  return names;
+}
+
+void SetBaseCurrency(Template& content, const std::string& currency) {
+  if (currency == kUsualCurrency) return;
+  std::erase_if(content.currencies, [&](const Currency& each) { return each.name == currency; });
+  content.currencies.push_back({"CNY", kUsualCurrency});
+}
+
+std::string WhyNoCodeRule(const std::string& rule, std::span<const Account> accounts) {
+  constexpr int kLongestCode = 40;
+  int length = 0;
+  for (const char digit : rule) {
+    if (digit < '1' || digit > '9') return "编码规则由数字1至9组成，每位是一级编码的长度";
+    length += digit - '0';
+  }
+  if (rule.empty()) return "请填写编码规则";
+  if (length > kLongestCode) return "编码总长不能超过" + std::to_string(kLongestCode) + "位";
+  CodeRuleArithmetic arithmetic;
+  const auto fits = [&](const Account& account) {
+    return arithmetic.LevelOf(account.code, rule) > 0;
+  };
+  const auto odd = std::ranges::find_if_not(accounts, fits);
+  if (odd == accounts.end()) return {};
+  return "所选准则的科目（如“" + odd->code + " " + odd->name + "”）不符合这个编码规则";
 }
 
 }  // namespace desk::book

@@ -34,6 +34,20 @@ inline constexpr StandardChart kStandardCharts[] = {StandardChart::kEnterprise,
                                                     StandardChart::kSmallEnterprise};
 [[nodiscard]] std::string_view TitleOf(StandardChart chart);
 [[nodiscard]] Template LoadTemplate(StandardChart chart);
+/// Currencies and units, and no account.
+[[nodiscard]] Template LoadEmptyTemplate();
+
+/// The currency in which a book is kept unless its maker names another.
+inline constexpr char kUsualCurrency[] = "人民币";
+/// The names of the currencies in which a book may be kept, the usual one first.
+[[nodiscard]] std::vector<std::string> BaseCurrencies();
+/// Keeps the book in `currency`: what accounts may be kept in beside it are the others.
+void SetBaseCurrency(Template& content, const std::string& currency);
+
+/// Why a book cannot have this code rule, for users; empty when it can. The rule says how many
+/// characters the codes of each level add, one digit for a level; the accounts that the book starts
+/// with must stand on levels of it.
+[[nodiscard]] std::string WhyNoCodeRule(const std::string& rule, std::span<const Account> accounts);
 
 /// Reads a chart from lines of six columns separated by tabs: code, name, mnemonic code, category,
 /// balance side, marks. What a sub-account leaves out of category and side is its parent's. Throws

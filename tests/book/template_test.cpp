@@ -100,6 +100,33 @@ TEST(ChartTextTest, RefusesLinesThatAreWrong) {
   EXPECT_THROW(parse({"1002\ta\ta\t资产\t借", "1001\tb\tb\t资产\t借"}), host::HostError);
 }
 
+TEST(NewBook, TakesACodeRuleThatItsAccountsFit) {
+  const Template standard = LoadTemplate(StandardChart::kEnterprise);
+  for (const char* rule : {"4222", "42222", "422211"}) {
+    EXPECT_EQ(WhyNoCodeRule(rule, standard.accounts), "") << rule;
+  }
+  for (const char* rule : {"3222", "42", "44", "4322"}) {
+    EXPECT_THAT(WhyNoCodeRule(rule, standard.accounts), HasSubstr("不符合")) << rule;
+    EXPECT_EQ(WhyNoCodeRule(rule, {}), "") << rule;
+  }
+  for (const char* rule : {"", "4a", "402", "4-2-2", "４２", "99999"}) {
+    EXPECT_NE(WhyNoCodeRule(rule, {}), "") << rule;
+  }
+}
+
+TEST(NewBook, IsEmptyAndKeptInAnotherCurrency) {
+  Template content = LoadEmptyTemplate();
+  content.code_rule = "3333";
+  const auto currencies = BaseCurrencies();
+  ASSERT_THAT(currencies, testing::Contains("美元"));
+  SetBaseCurrency(content, "美元");
+  const Book book = Book::Create(Book::kInMemory, content);
+  EXPECT_EQ(Scalar(book, "select count(*) from gl_code"), "0");
+  EXPECT_EQ(book.Setting("system", "kmbm"), "3333");
+  EXPECT_EQ(Scalar(book, "select count(*) from tvxbz where 外币名称='美元'"), "0");
+  EXPECT_EQ(Scalar(book, "select count(*) from tvxbz"), std::to_string(currencies.size() - 1));
+}
+
 class PostingTest : public testing::Test {
  protected:
   [[nodiscard]] std::string Failure(const Voucher& voucher) {

@@ -46,7 +46,7 @@ std::optional<std::wstring> AskFile(HWND owner, FileQuestion question, const std
 /// The dialog's state while it is open.
 class NewBookDialog {
  public:
-  explicit NewBookDialog(std::wstring folder) : folder_(std::move(folder)) {}
+  explicit NewBookDialog(NewBookPlan plan) : plan_(std::move(plan)) {}
 
   [[nodiscard]] std::optional<NewBookChoice> Run(HWND owner) {
     const INT_PTR answer = DialogBoxParamW(win32::ThisModule(), MAKEINTRESOURCEW(IDD_NEW_BOOK),
@@ -78,6 +78,9 @@ class NewBookDialog {
       case IDC_COMPANY:
         if (code == EN_CHANGE) ProposeFile(dialog);
         return TRUE;
+      case IDC_CODE_RULE:
+        if (code == EN_CHANGE) ShowRule(dialog);
+        return TRUE;
       case IDC_FILE:
         if (code == EN_CHANGE && !proposing_) own_file_ = true;
         return TRUE;
@@ -102,9 +105,33 @@ class NewBookDialog {
       return TRUE;
     };
     EnumChildWindows(dialog, set_font, reinterpret_cast<LPARAM>(style_->Font()));
-    CheckRadioButton(dialog, IDC_TEMPLATE_ENTERPRISE, IDC_TEMPLATE_SMALL, IDC_TEMPLATE_ENTERPRISE);
+    CheckRadioButton(dialog, IDC_TEMPLATE_ENTERPRISE, IDC_TEMPLATE_EMPTY, IDC_TEMPLATE_ENTERPRISE);
     SendDlgItemMessageW(dialog, IDC_COMPANY, EM_LIMITTEXT, 60, 0);
+    SendDlgItemMessageW(dialog, IDC_CODE_RULE, EM_LIMITTEXT, 12, 0);
+    SetDlgItemTextW(dialog, IDC_CODE_RULE, plan_.code_rule.c_str());
+    for (const std::wstring& currency : plan_.currencies) {
+      SendDlgItemMessageW(dialog, IDC_CURRENCY, CB_ADDSTRING, 0,
+                          reinterpret_cast<LPARAM>(currency.c_str()));
+    }
+    SendDlgItemMessageW(dialog, IDC_CURRENCY, CB_SETCURSEL, 0, 0);
     ProposeFile(dialog);
+  }
+
+  /// The lengths of codes that the rule makes: "4-6-8".
+  static void ShowRule(HWND dialog) {
+    std::wstring lengths;
+    int length = 0;
+    for (const wchar_t digit : WindowText(GetDlgItem(dialog, IDC_CODE_RULE))) {
+      length += digit - L'0';
+      lengths += (lengths.empty() ? L"各级编码长度 " : L"-") + std::to_wstring(length);
+    }
+    SetDlgItemTextW(dialog, IDC_RULE_TEXT, lengths.c_str());
+  }
+
+  [[nodiscard]] static NewChart ChosenChart(HWND dialog) {
+    const auto checked = [&](int id) { return IsDlgButtonChecked(dialog, id) == BST_CHECKED; };
+    if (checked(IDC_TEMPLATE_EMPTY)) return NewChart::kEmpty;
+    return checked(IDC_TEMPLATE_SMALL) ? NewChart::kSmallEnterprise : NewChart::kEnterprise;
   }
 
   /// The file follows the company's name until the user writes another.
@@ -116,24 +143,28 @@ class NewBookDialog {
     }
     if (name.empty()) name = L"新账簿";
     proposing_ = true;
-    SetDlgItemTextW(dialog, IDC_FILE, (fs::path(folder_) / (name + kBookEnding)).c_str());
+    SetDlgItemTextW(dialog, IDC_FILE, (fs::path(plan_.folder) / (name + kBookEnding)).c_str());
     proposing_ = false;
   }
 
   void Browse(HWND dialog) {
-    const auto file =
-        AskFile(dialog, FileQuestion::kCreate, folder_, WindowText(GetDlgItem(dialog, IDC_FILE)));
+    const auto file = AskFile(dialog, FileQuestion::kCreate, plan_.folder,
+                              WindowText(GetDlgItem(dialog, IDC_FILE)));
     if (file) SetDlgItemTextW(dialog, IDC_FILE, file->c_str());
   }
 
   void Finish(HWND dialog) {
-    choice_.small_enterprise = IsDlgButtonChecked(dialog, IDC_TEMPLATE_SMALL) == BST_CHECKED;
+    choice_.chart = ChosenChart(dialog);
+    choice_.code_rule = WindowText(GetDlgItem(dialog, IDC_CODE_RULE));
+    choice_.currency = WindowText(GetDlgItem(dialog, IDC_CURRENCY));
     choice_.company = WindowText(GetDlgItem(dialog, IDC_COMPANY));
     choice_.file = WindowText(GetDlgItem(dialog, IDC_FILE));
+    const std::wstring no_rule = plan_.why_no_rule(choice_.chart, choice_.code_rule);
+    if (!no_rule.empty()) return Refuse(dialog, IDC_CODE_RULE, no_rule.c_str());
     if (choice_.company.empty()) return Refuse(dialog, IDC_COMPANY, L"请填写单位名称！");
     if (choice_.file.empty()) return Refuse(dialog, IDC_FILE, L"请填写账簿文件！");
     fs::path file = choice_.file;
-    if (file.is_relative()) file = fs::path(folder_) / file;
+    if (file.is_relative()) file = fs::path(plan_.folder) / file;
     if (!file.has_extension()) file += kBookEnding;
     if (fs::exists(file)) return Refuse(dialog, IDC_FILE, L"该文件已存在，请换一个文件名！");
     choice_.file = file.wstring();
@@ -142,10 +173,10 @@ class NewBookDialog {
 
   static void Refuse(HWND dialog, int id, const wchar_t* text) {
     MessageBoxW(dialog, text, L"提示：", MB_OK | MB_ICONWARNING);
-    SetFocus(GetDlgItem(dialog, id));
+    SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, id)), TRUE);
   }
 
-  std::wstring folder_;
+  NewBookPlan plan_;
   NewBookChoice choice_;
   SharedStyle style_;
   bool own_file_ = false;
@@ -154,8 +185,8 @@ class NewBookDialog {
 
 }  // namespace
 
-std::optional<NewBookChoice> AskNewBook(HWND owner, const std::wstring& folder) {
-  return NewBookDialog(folder).Run(owner);
+std::optional<NewBookChoice> AskNewBook(HWND owner, NewBookPlan plan) {
+  return NewBookDialog(std::move(plan)).Run(owner);
 }
 
 std::optional<std::wstring> AskOpenBook(HWND owner, const std::wstring& folder) {

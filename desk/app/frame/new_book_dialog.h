@@ -2,20 +2,36 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace desk::app {
 
+/// The accounts that a new book starts with.
+enum class NewChart { kEnterprise, kSmallEnterprise, kEmpty };
+
 /// What the user wants a new book to be.
 struct NewBookChoice {
-  bool small_enterprise = false;  ///< which of the two accounting standards
+  NewChart chart = NewChart::kEnterprise;
+  std::wstring code_rule;
+  std::wstring currency;
   std::wstring company;
   std::wstring file;
 };
 
-/// Asks for a new book; nothing when the user gives up. `folder`: where books are kept.
-[[nodiscard]] std::optional<NewBookChoice> AskNewBook(HWND owner, const std::wstring& folder);
+/// What the dialog offers and how it judges.
+struct NewBookPlan {
+  std::wstring folder;                   ///< where books are kept
+  std::wstring code_rule;                ///< the usual one
+  std::vector<std::wstring> currencies;  ///< the usual one first
+  /// Why a book of this chart cannot have this rule; empty when it can.
+  std::function<std::wstring(NewChart chart, const std::wstring& rule)> why_no_rule;
+};
+
+/// Asks for a new book; nothing when the user gives up.
+[[nodiscard]] std::optional<NewBookChoice> AskNewBook(HWND owner, NewBookPlan plan);
 
 /// Asks for an existing book.
 [[nodiscard]] std::optional<std::wstring> AskOpenBook(HWND owner, const std::wstring& folder);
