@@ -12,11 +12,10 @@ namespace {
 
 namespace host = tavrix::host;
 
-/// A word or a further literal begins: letters, digits and all that is not ASCII.
-bool BeginsWord(char unit) {
+/// A unit of a word: letters, digits and all that is not ASCII.
+bool IsInWord(char unit) {
   const auto byte = static_cast<unsigned char>(unit);
-  return byte >= 0x80 || unit == '\'' || unit == '_' || host::IsDigit(unit) ||
-         (byte | 0x20u) - 'a' < 26u;
+  return byte >= 0x80 || unit == '_' || host::IsDigit(unit) || (byte | 0x20u) - 'a' < 26u;
 }
 
 bool MayFollow(std::string_view word) {
@@ -35,13 +34,11 @@ bool HasQuoteInText(std::string_view sql) {
     std::size_t end = sql.find('\'', at + 1);
     while (end != sql.npos && sql.substr(end + 1).starts_with('\'')) end = sql.find('\'', end + 2);
     if (end == sql.npos) return true;
-    const std::string_view rest = sql.substr(end + 1);
-    const std::size_t next = std::min(rest.find_first_not_of(' '), rest.size());
+    std::string_view rest = sql.substr(end + 1);
+    rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
     // Behind a comment everything else of the statement would be gone.
-    const bool comment = rest.substr(next).starts_with("--") || rest.substr(next).starts_with("/*");
-    if (comment) return true;
-    const auto word_end = std::ranges::find_if_not(rest.substr(next), BeginsWord);
-    const std::string_view word(rest.begin() + next, word_end);
+    if (rest.starts_with('\'') || rest.starts_with("--") || rest.starts_with("/*")) return true;
+    const std::string_view word(rest.begin(), std::ranges::find_if_not(rest, IsInWord));
     if (!word.empty() && !MayFollow(word)) return true;
     at = end + 1;
   }

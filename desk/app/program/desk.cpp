@@ -26,12 +26,24 @@ constexpr wchar_t kTitle[] = L"会计科目";
 constexpr wchar_t kLeaveBook[] = L"是否打开另一账簿？";
 constexpr char kDeskSection[] = "desk";
 constexpr char kCompanyKey[] = "company";
+constexpr char kCurrencyKey[] = "currency";
 constexpr wchar_t kSampleFile[] = L"示例账簿.book";
 constexpr char kSampleCompany[] = "示例商贸有限公司";
 
-book::StandardChart ChartOf(const NewBookChoice& choice) {
-  return choice.small_enterprise ? book::StandardChart::kSmallEnterprise
-                                 : book::StandardChart::kEnterprise;
+book::Template ContentOf(NewChart chart) {
+  if (chart == NewChart::kEmpty) return book::LoadEmptyTemplate();
+  return book::LoadTemplate(chart == NewChart::kSmallEnterprise
+                                ? book::StandardChart::kSmallEnterprise
+                                : book::StandardChart::kEnterprise);
+}
+
+NewBookPlan PlanOfNewBooks(const fs::path& folder) {
+  NewBookPlan plan{.folder = folder.wstring(), .code_rule = Wide(book::Template().code_rule)};
+  for (const std::string& name : book::BaseCurrencies()) plan.currencies.push_back(Wide(name));
+  plan.why_no_rule = [](NewChart chart, const std::wstring& rule) {
+    return Wide(book::WhyNoCodeRule(Narrow(rule), ContentOf(chart).accounts));
+  };
+  return plan;
 }
 
 bool IsOnServer(const std::wstring& place) {
@@ -291,12 +303,15 @@ bool Desk::OnClosing() {
 }
 
 void Desk::AskNew() {
-  const auto choice = AskNewBook(frame_->Hwnd(), folders_.books.wstring());
+  const auto choice = AskNewBook(frame_->Hwnd(), PlanOfNewBooks(folders_.books));
   if (!choice || !posting_->MayForget(kLeaveBook)) return;
   Trapped(L"不能建立账簿：", [&] {
-    book::Book made =
-        book::Book::Create(Narrow(choice->file), book::LoadTemplate(ChartOf(*choice)));
+    book::Template content = ContentOf(choice->chart);
+    content.code_rule = Narrow(choice->code_rule);
+    book::SetBaseCurrency(content, Narrow(choice->currency));
+    book::Book made = book::Book::Create(Narrow(choice->file), content);
     made.SetSetting(kDeskSection, kCompanyKey, Narrow(choice->company));
+    made.SetSetting(kDeskSection, kCurrencyKey, Narrow(choice->currency));
     Show(std::move(made), choice->file);
   });
 }
@@ -395,10 +410,16 @@ void Desk::TellBook() {
   }
   const std::wstring& file = open_->file;
   std::wstring company;
-  Trapped({}, [&] { company = Wide(open_->book.Setting(kDeskSection, kCompanyKey)); });
+  std::wstring currency;
+  Trapped({}, [&] {
+    company = Wide(open_->book.Setting(kDeskSection, kCompanyKey));
+    currency = Wide(open_->book.Setting(kDeskSection, kCurrencyKey));
+  });
   const std::wstring name = NameOf(file);
   const std::wstring title = IsOnServer(file) ? name : fs::path(file).stem().wstring();
   frame_->SetTitle(company.empty() ? title : company);
+  const bool usual = currency.empty() || currency == Wide(book::kUsualCurrency);
+  if (!usual) company += L"（本位币：" + currency + L"）";
   frame_->SetBookTexts(company, open_->book.ReadOnly() ? name + L"（只读）" : name);
 }
 
