@@ -23,11 +23,11 @@ struct NewBookChoice {
 
 /// What the dialog offers and how it judges.
 struct NewBookPlan {
-  std::wstring folder;                   ///< where books are kept
-  std::wstring code_rule;                ///< the usual one
-  std::vector<std::wstring> currencies;  ///< the usual one first
+  std::wstring folder = {};                   ///< where books are kept
+  std::wstring code_rule = {};                ///< the usual one
+  std::vector<std::wstring> currencies = {};  ///< the usual one first
   /// Why a book of this chart cannot have this rule; empty when it can.
-  std::function<std::wstring(NewChart chart, const std::wstring& rule)> why_no_rule;
+  std::function<std::wstring(NewChart chart, const std::wstring& rule)> why_no_rule = {};
 };
 
 /// Asks for a new book; nothing when the user gives up.
