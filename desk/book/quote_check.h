@@ -10,6 +10,6 @@ namespace desk::book {
 [[nodiscard]] bool HasQuoteInText(std::string_view sql);
 
 /// What users are told of it.
-inline constexpr char kQuoteInText[] = "编码、名称、助忆词等文字中不能有单引号（'），可以改用’";
+inline constexpr char kQuoteInText[] = "编码、名称、助记码等文字中不能有单引号（'），可以改用’";
 
 }  // namespace desk::book

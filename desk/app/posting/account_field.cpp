@@ -91,7 +91,7 @@ std::wstring AccountField::Find(const std::wstring& typed) {
 
 std::wstring AccountField::Refusal(const std::wstring& typed,
                                    const std::vector<PostingAccount>& found) const {
-  if (found.empty()) return L"没有编码、名称或助忆词为" + Quoted(typed) + L"的科目";
+  if (found.empty()) return L"没有编码、名称或助记码为" + Quoted(typed) + L"的科目";
   const PostingAccount& first = found.front();  // a leaf account, if there is one
   const std::wstring name = Quoted(first.code + L" " + first.name);
   if (!first.leaf) return name + L"不是明细科目，请选择它的下级";

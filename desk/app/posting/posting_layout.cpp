@@ -56,7 +56,7 @@ void PostingPane::CreateParts() {
   summary_ = Add(WC_EDITW, L"", kBox, kPostingSummary);
   code_label_ = Add(WC_STATICW, L"科目", kLabel, kPostingLabel);
   code_ = Add(WC_EDITW, L"", kBox, kPostingCode);
-  Edit_SetCueBannerText(code_, L"编码、名称或助忆词");
+  Edit_SetCueBannerText(code_, L"编码、名称或助记码");
   // Its keys are F4 and Alt+Down in the box; the way of the Tab key leads past it.
   drop_ = Add(WC_BUTTONW, L"▼", BS_PUSHBUTTON, kPostingDrop);
   name_ = Add(WC_STATICW, L"", kLabel | SS_ENDELLIPSIS, kPostingLabel);
