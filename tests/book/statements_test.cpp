@@ -243,8 +243,10 @@ TEST(QuoteInText, IsToldWhereTheEngineWouldRefuse) {
 
 TEST(QuoteInText, LeavesSoundStatementsAlone) {
   const Book book = MakeBook();
-  EXPECT_EQ(ErrorOf(book, "update gl_code set chelp='x' where'a'='a'and ccode='1001'or 1=0"), "");
-  EXPECT_EQ(ErrorOf(book, "update gl_code set chelp=case when ccode='1001'then 'a'else ''end"), "");
+  EXPECT_EQ(ErrorOf(book, "update gl_code set chelp='x' where 'a'='a' and ccode='1001' or 1=0"),
+            "");
+  EXPECT_EQ(ErrorOf(book, "update gl_code set chelp=case when ccode='1001' then 'a' else '' end"),
+            "");
   EXPECT_EQ(RowsOf(book, "select 'a' as label from gl_code where ccode='1001'").Text(0, 0), "a");
   const std::string wrong = Failure(book, "select ccode from gl_code where ccode='10'01'");
   EXPECT_THAT(wrong, HasSubstr("单引号"));
