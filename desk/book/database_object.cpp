@@ -20,15 +20,10 @@ class SqlStatement : public host::Statement {
 
   void Execute() override {
     last_error_->clear();
-    // Nothing good comes of sending it, and the engine's words would not say why.
-    if (HasQuoteInText(sql_)) {
-      *last_error_ = kQuoteInText;
-      return;
-    }
     try {
       session_->Execute(sql_);
     } catch (const std::exception& error) {
-      *last_error_ = host::ErrorText(error);
+      *last_error_ = Explained(error);
     }
   }
 
@@ -52,15 +47,18 @@ class SqlStatement : public host::Statement {
     try {
       return body();
     } catch (const DatabaseError& error) {
-      *last_error_ = error.what();
-      // A query may be sound although it looks like it: a word behind a literal can be its name.
-      if (!HasQuoteInText(sql_)) throw;
-      *last_error_ = std::string(kQuoteInText) + "：" + error.what();
+      *last_error_ = Explained(error);
       throw DatabaseError(error.Reason(), *last_error_);
     } catch (const std::exception& error) {
       *last_error_ = host::ErrorText(error);
       throw;
     }
+  }
+
+  /// A quote in a text spoils the statement; what is said of that would not tell users why.
+  [[nodiscard]] std::string Explained(const std::exception& error) const {
+    const std::string text = host::ErrorText(error);
+    return HasQuoteInText(sql_) ? std::string(kQuoteInText) + "：" + text : text;
   }
 
   std::shared_ptr<Session> session_;

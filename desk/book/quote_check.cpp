@@ -19,10 +19,10 @@ bool IsInWord(char unit) {
 }
 
 bool MayFollow(std::string_view word) {
-  constexpr std::array kWords = {"and",  "as",    "asc",   "between", "collate", "desc",
-                                 "else", "end",   "from",  "group",   "having",  "in",
-                                 "is",   "like",  "limit", "not",     "or",      "order",
-                                 "then", "union", "when",  "where"};
+  constexpr std::array kWords = {
+      "and",    "as",   "asc",   "between", "collate", "desc",      "else", "end",  "escape",
+      "except", "from", "group", "having",  "in",      "intersect", "is",   "like", "limit",
+      "not",    "or",   "order", "then",    "union",   "when",      "where"};
   const std::string lower = host::LowerCase(word);
   return std::ranges::find(kWords, lower) != kWords.end();
 }
