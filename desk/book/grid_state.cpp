@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <ranges>
 
+#include "host/grid_update.h"
 #include "host/text.h"
 
 namespace desk::book {
@@ -29,23 +30,19 @@ bool Before(std::string_view left, std::string_view right) {
   return host::CompareText(left, right) < 0;
 }
 
-/// The row of `code`, or the first behind its place; the number of rows when there is none.
+/// The row of `code`, or the first behind its place; the number of rows when there is none. Sought
+/// in steps that grow, near `first` at the start: rows far apart are dear to read through COM.
 int RowAt(const host::Grid& grid, int first, std::string_view code) {
-  const auto rows = std::views::iota(first, std::max(first, grid.Rows()));
-  return *std::ranges::partition_point(
-      rows, [&](int row) { return Before(grid.TextMatrix(row, kCode), code); });
+  const auto before = [&](int row) { return Before(grid.TextMatrix(row, kCode), code); };
+  const int rows = grid.Rows();
+  int end = first;
+  for (int step = 1; end < rows && before(end); step *= 2) {
+    first = end + 1;
+    end = std::min(rows, end + step);
+  }
+  const auto rest = std::views::iota(first, std::max(first, end));
+  return *std::ranges::partition_point(rest, before);
 }
-
-class Update {
- public:
-  explicit Update(host::Grid& grid) : grid_(grid) { grid_.BeginUpdate(); }
-  Update(const Update&) = delete;
-  Update& operator=(const Update&) = delete;
-  ~Update() { grid_.EndUpdate(); }
-
- private:
-  host::Grid& grid_;
-};
 
 /// What is open only here, such as what a filter has opened, closes.
 void CloseOthers(host::Grid& grid, const std::vector<std::string>& open) {
@@ -79,7 +76,7 @@ void GridState::PutBack(host::Grid& grid) const {
   const int first = grid.FixedRows();
   const int last = grid.Rows() - 1;
   if (last < first) return;
-  const Update update(grid);
+  const host::GridUpdate update(grid);
   CloseOthers(grid, open);
   OpenNodes(grid, open);
   if (!current.empty()) grid.SetRow(std::min(RowAt(grid, first, current), last));

@@ -241,7 +241,7 @@ void TrialBalanceView::Load() {
 }
 
 void TrialBalanceView::DressTotals() {
-  const viewkit::GridUpdate update(grid_);
+  const host::GridUpdate update(grid_);
   const int last = grid_.Rows() - 1;
   for (int row = grid_.FixedRows(); row <= last; ++row) {
     if (!grid_.IsTotalRow(row)) continue;

@@ -73,6 +73,18 @@ class LegibilityTest : public testing::Test {
     return picture.Count({0, 0, picture.Width(), picture.Height()}, color);
   }
 
+  /// The last column left of `edge` in which the first row of the grid shows any ink.
+  int LastInk(int edge) const {
+    const Picture picture = Shown(grid);
+    const int top = view->ToPixels(grid.RowHeight(0)) + 2;
+    const int bottom = top + view->ToPixels(grid.RowHeight(1)) - 4;
+    for (int x = edge - 2; x >= 0; --x) {
+      const RECT column{x, top, x + 1, bottom};
+      if (picture.Count(column, GetSysColor(COLOR_WINDOW)) < bottom - top) return x;
+    }
+    return -1;
+  }
+
   test::Frame frame;
   TabStrip tabs{"vxVSTab"};
   FlexGrid grid{"Vs", 0};
@@ -122,6 +134,20 @@ TEST_F(LegibilityTest, CellsAndLabelsAreCutAlike) {
   EXPECT_TRUE(same(grid, [this](const std::string& text) { grid.SetTextMatrix(1, 0, text); }));
   label.SetBounds({0, 3000, 1500, 400});
   EXPECT_TRUE(same(label, [this](const std::string& text) { label.SetCaption(text); }));
+}
+
+TEST_F(LegibilityTest, AmountsEndOnOneLine) {
+  grid.SetColAlignment(0, Alignment::kRightCenter);
+  std::vector<int> ends;
+  for (const char* amount : {"8,881.88", "18,111.18", "111,111.18", "188,888,888.88"}) {
+    for (const bool bold : {false, true}) {
+      grid.SetTextMatrix(1, 0, amount);
+      grid.SetCellFontBold(1, 0, bold);
+      ends.push_back(LastInk(view->ToPixels(3000)));
+    }
+  }
+  EXPECT_GT(ends.front(), view->ToPixels(2000));
+  EXPECT_LE(std::ranges::max(ends) - std::ranges::min(ends), 1);
 }
 
 TEST_F(LegibilityTest, OnDarkGroundsDarkTextsTakeTheSystemsColour) {

@@ -4,6 +4,7 @@
 
 #include "app/com/object.h"
 #include "app/com/values.h"
+#include "app/faces/com_grid.h"
 #include "app/program/controls.h"
 #include "book/grid_navigator.h"
 #include "book/grid_state.h"
@@ -98,24 +99,29 @@ void KjkmView::Start(IDispatch* system) {
 /// What the user has made of a page, over a reading of its rows. The page stands still meanwhile.
 class KjkmView::Kept {
  public:
-  Kept(ComGrid grid, std::wstring filter)
-      : grid_(std::move(grid)), state_(book::GridState::Of(grid_)), filter_(std::move(filter)) {
-    grid_.BeginUpdate();
+  Kept(ComPtr<IFlexGrid> grid, std::wstring filter)
+      : grid_(std::move(grid)),
+        still_(grid_),
+        state_(book::GridState::Of(ComGrid(grid_))),
+        filter_(std::move(filter)) {
+    still_.BeginUpdate();
   }
   Kept(const Kept&) = delete;
   Kept& operator=(const Kept&) = delete;
-  ~Kept() { grid_.EndUpdate(); }
+  ~Kept() { still_.EndUpdate(); }
 
-  void PutBack() {
+  void PutBack() const {
+    ComGrid rows(grid_);
     // Freshly read rows are all shown; the filter that the user sees in its bar holds on.
     if (!filter_.empty()) {
-      static_cast<void>(book::GridSearch().Filter(grid_, host::Value(Narrow(filter_))));
+      static_cast<void>(book::GridSearch().Filter(rows, host::Value(Narrow(filter_))));
     }
-    state_.PutBack(grid_);
+    state_.PutBack(rows);
   }
 
  private:
-  ComGrid grid_;
+  ComPtr<IFlexGrid> grid_;
+  ComGrid still_;
   book::GridState state_;
   std::wstring filter_;
 };
@@ -124,10 +130,11 @@ bool KjkmView::Reload() {
   const auto columns = code_columns_;
   std::list<Kept> pages;
   for (int page = 0; page < kPages; ++page) {
-    pages.emplace_back(FaceOf(page), filters_.at(static_cast<std::size_t>(page)));
+    const auto at = static_cast<std::size_t>(page);
+    pages.emplace_back(grids_.at(at), filters_.at(at));
   }
   const bool done = Call(&IFormUI::Refresh);
-  for (Kept& page : pages) page.PutBack();
+  for (const Kept& page : pages) page.PutBack();
   for (int page = 0; page < kPages; ++page) {
     const CodeColumn& column = columns.at(static_cast<std::size_t>(page));
     if (column.by_hand) Check(Grid(page).put_ColWidth(kCodeColumn, column.width));
@@ -160,10 +167,6 @@ void KjkmView::FitCodeColumns() {
     column.width = fitting.at(static_cast<std::size_t>(page));
     Check(Grid(page).put_ColWidth(kCodeColumn, column.width));
   }
-}
-
-ComGrid KjkmView::FaceOf(int page) const {
-  return ComGrid(grids_.at(static_cast<std::size_t>(page)));
 }
 
 void KjkmView::SaveLayout() {

@@ -10,7 +10,6 @@
 
 #include "app/com/event_sink.h"
 #include "app/container/control_container.h"
-#include "app/faces/com_grid.h"
 #include "component/base/com_ptr.h"
 #include "qnFormUI.h"
 #include "tavrix.h"
@@ -89,7 +88,6 @@ class KjkmView {
   void FindControls();
   void ReadAttributes();
   void FitCodeColumns();
-  [[nodiscard]] ComGrid FaceOf(int page) const;
 
   tavrix::component::ComPtr<IUnknown> control_;
   tavrix::component::ComPtr<IFormUI> form_;

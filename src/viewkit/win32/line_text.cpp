@@ -1,7 +1,9 @@
 #include "viewkit/win32/line_text.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
+#include <vector>
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -26,6 +28,25 @@ bool IsLeftOut(wchar_t last) {
   return last == L' ' || last == 0x3000 || last == kMore;
 }
 
+bool IsFigures(const std::wstring& text) {
+  return std::ranges::all_of(text, [](wchar_t unit) { return unit >= L' ' && unit < 0x7F; });
+}
+
+/// Each figure stands where it was measured: with fonts that paint narrower than they measure,
+/// amounts above one another would not end on one line.
+void DrawFigures(HDC dc, const std::wstring& text, const RECT& place) {
+  const int count = static_cast<int>(text.size());
+  std::vector<int> steps(text.size());
+  SIZE size{};
+  TEXTMETRICW metric{};
+  GetTextExtentExPointW(dc, text.data(), count, 0, nullptr, steps.data(), &size);
+  std::adjacent_difference(steps.begin(), steps.end(), steps.begin());
+  GetTextMetricsW(dc, &metric);
+  const int top = static_cast<int>(place.top + (place.bottom - place.top - metric.tmHeight) / 2);
+  ExtTextOutW(dc, static_cast<int>(place.right - size.cx), top, ETO_CLIPPED, &place, text.data(),
+              static_cast<UINT>(count), steps.data());
+}
+
 }  // namespace
 
 std::wstring CutToFit(HDC dc, std::wstring text, int width) {
@@ -48,6 +69,10 @@ std::wstring CutToFit(HDC dc, std::wstring text, int width) {
 void DrawLine(HDC dc, std::wstring text, RECT place, UINT flags) {
   const std::wstring shown =
       CutToFit(dc, std::move(text), static_cast<int>(place.right - place.left));
+  constexpr UINT kFiguresLie = DT_RIGHT | DT_VCENTER;
+  if ((flags & kFiguresLie) == kFiguresLie && IsFigures(shown)) {
+    return DrawFigures(dc, shown, place);
+  }
   DrawTextW(dc, shown.data(), static_cast<int>(shown.size()), &place,
             flags | DT_SINGLELINE | DT_NOPREFIX);
 }
