@@ -26,6 +26,8 @@ class EventSink {
   ~EventSink() { Stop(); }
 
   void Stop();
+  /// Leaves the connection to the object's end. Until then this keeps the object.
+  void Forget() { point_ = nullptr; }
 
  private:
   ComPtr<IConnectionPoint> point_;
@@ -38,6 +40,7 @@ class EventLog {
   explicit EventLog(IUnknown* view);
   [[nodiscard]] const std::vector<std::string>& Messages() const { return messages_; }
   [[nodiscard]] const std::vector<std::string>& Errors() const { return errors_; }
+  void Forget() { sink_.Forget(); }
 
  private:
   std::vector<std::string> messages_;

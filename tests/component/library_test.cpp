@@ -174,6 +174,22 @@ TEST_F(Described, ClassesHaveTheirDefaultInterfacesAndEvents) {
   EXPECT_THAT(of(__uuidof(clsKjkm)), ElementsAre("d _clsKjkm"));
 }
 
+/// Their objects answer more by name than the interfaces list.
+TEST_F(Described, ControlsAreExtensibleForCompilersAndTheRestIsNot) {
+  const auto closed = [this](const GUID& guid) {
+    ComPtr<ITypeInfo> info;
+    TYPEATTR* attributes = nullptr;
+    EXPECT_EQ(own_->GetTypeInfoOfGuid(guid, info.Put()), S_OK);
+    EXPECT_EQ(info->GetTypeAttr(&attributes), S_OK);
+    const bool flag = (attributes->wTypeFlags & TYPEFLAG_FNONEXTENSIBLE) != 0;
+    info->ReleaseTypeAttr(attributes);
+    return flag;
+  };
+  EXPECT_FALSE(closed(__uuidof(_Kjkm)));
+  EXPECT_FALSE(closed(__uuidof(_selKjkm)));
+  EXPECT_TRUE(closed(__uuidof(IFlexGrid)));
+}
+
 /// What scripts rely on in a collection.
 TEST_F(Described, CollectionsHaveADefaultMemberAndAnEnumerator) {
   for (const GUID& guid : {__uuidof(_colKjkm), __uuidof(IChildControls), __uuidof(ITreeNodes)}) {

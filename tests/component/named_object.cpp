@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cwchar>
 #include <exception>
+#include <optional>
 
 #include "component/base/bstr.h"
 #include "component/base/failure.h"
@@ -80,8 +81,14 @@ HRESULT NamedObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arg
   const ComPtr<IDispatch> keep(this);
   try {
     const auto& [name, function] = members_[position];
-    if (gate_) gate_(name);
+    std::optional<Variant> other;
+    try {
+      if (gate_) gate_(name);
+    } catch (const Answered& answer) {
+      other = answer.value;
+    }
     Variant value = function(StubCall(flags, *arguments));
+    if (other) value = *other;
     if (result != nullptr) *result = value.Detach();
     return S_OK;
   } catch (const BareFailure& failure) {

@@ -27,6 +27,10 @@ struct Raised {
 struct BareFailure {
   HRESULT code;
 };
+/// Something else than what the member gives; what it does it does all the same.
+struct Answered {
+  Variant value;
+};
 
 /// One call by name, with its arguments in their written order.
 class StubCall {

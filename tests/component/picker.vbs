@@ -302,15 +302,17 @@ For Each picked In tree.Nodes
 Next
 Assert.Equal Codes(grid), "2202 ", "the category's accounts"
 Assert.Equal tree.SelectedItem.Tag, "负债", "SelectedItem"
+Assert.True tree.Nodes Is tree.Nodes, "one collection of nodes"
+Assert.True tree.Nodes.Item(2) Is tree.Nodes.Item(2), "one object for one node"
+Assert.True Not tree.Nodes.Item(2) Is tree.Nodes.Item(3), "another for another"
+Assert.True tree.Nodes.Item(2).Parent Is tree.Nodes.Item(1), "the parent"
+Assert.True view.Controls Is controls, "one collection of controls"
 Assert.True grid.ColHidden(6), "the closed column is hidden"
 controls("Chk").Click
 Assert.Equal Codes(grid), "2202 2203 ", "with the closed one"
 Assert.True Not grid.ColHidden(6), "the closed column is shown"
 
 ' Typed text: code, name, mnemonic; the result is always False.
-Set others = New HostParameters
-others.Add "ismx", 1
-others.Add "bcus", 0
 Set others = New HostParameters
 Set view.Parameters = others
 code = Null

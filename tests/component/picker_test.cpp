@@ -5,6 +5,8 @@
 #include <ocidl.h>
 #include <olectl.h>
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -34,11 +36,16 @@ class Wheel : public NamedObject {
       : NamedObject({{L"SetRange", [](const StubCall&) { return Variant(); }},
                      {L"Attach", [](const StubCall&) { return Variant(); }},
                      {L"AttachedTo", [](const StubCall&) { return Variant(std::int32_t{0}); }},
-                     {L"Position", [](const StubCall&) { return Variant(); }},
+                     {L"Position",
+                      [this](const StubCall&) {
+                        if (on_position) on_position();
+                        return Variant();
+                      }},
                      {L"Detach", [](const StubCall&) { return Variant(); }}}) {
     Publish(IID_IConnectionPointContainer, &container_);
   }
   void Turn(std::int32_t value) { events_.Fire(1, {Variant(value)}); }
+  std::function<void()> on_position;
 
  private:
   component::EventSource events_{*this, __uuidof(IHostMouseEvents)};
@@ -202,6 +209,26 @@ TEST_F(Picker, FollowsTheHostsWheelUntilItIsCleared) {
   EXPECT_EQ(top(), 25);
 }
 
+/// A wheel that lets go of its control when the control tells it where the rows are.
+TEST_F(Picker, LivesToTheEndOfAWheelsTurnInWhichItsLastHolderLetsGo) {
+  const auto wheel = component::MakeObject<Wheel>();
+  host_->helpers["MouseEvent"] = wheel.As<IDispatch>();
+  auto& source = *static_cast<Wheel*>(wheel.As<IDispatch>().Get());
+  ASSERT_EQ(Init(), S_OK);
+  Refresh();
+  const auto controls = Controls();
+  long count = 0;
+  source.on_position = [&] {
+    picker_ = nullptr;
+    object_ = nullptr;
+    EXPECT_EQ(controls->get_Count(&count), S_OK);
+  };
+  source.Turn(4);
+  picker_ = nullptr;
+  object_ = nullptr;
+  EXPECT_TRUE(FAILED(controls->get_Count(&count)));
+}
+
 /// Whether the click is a call or the user's, who holds no reference.
 TEST_F(Picker, LivesToTheEndOfAClickInWhichItsLastHolderLetsGo) {
   for (const bool by_user : {false, true}) {
@@ -244,18 +271,22 @@ TEST_F(Picker, MayBeClearedAndLetGoOfInItsOwnEvent) {
   Refresh();
   std::vector<DISPID> heard;
   ComPtr<IDispatch> objects;
-  EventSink sink(object_.Get(), __uuidof(__selKjkm), [&](DISPID event, const auto&) {
+  long count = 0;
+  std::unique_ptr<EventSink> sink;
+  const auto listen = [&](DISPID event, const auto&) {
     heard.push_back(event);
     EXPECT_EQ(picker_->get_Objects(objects.Put()), S_OK);
     EXPECT_EQ(picker_->Clear(), S_OK);
+    sink->Forget();
     picker_ = nullptr;
     object_ = nullptr;
     return S_OK;
-  });
+  };
+  sink = std::make_unique<EventSink>(object_.Get(), __uuidof(__selKjkm), listen);
+  const auto controls = Controls();
   PickSecond();
   EXPECT_THAT(heard, ElementsAre(1));
-  sink.Stop();
-  long count = 0;
+  EXPECT_TRUE(FAILED(controls->get_Count(&count)));
   EXPECT_EQ(objects.As<_colKjkm>()->get_Count(&count), S_OK);
   EXPECT_EQ(count, 1);
 }

@@ -40,6 +40,7 @@ TEST(Identity, IsOneFromEveryInterfaceToEveryOther) {
                             IID_IPersist,
                             IID_IPersistStreamInit,
                             IID_IPersistPropertyBag,
+                            IID_IPersistStorage,
                             IID_IConnectionPointContainer,
                             IID_IProvideClassInfo,
                             IID_IProvideClassInfo2,
@@ -149,20 +150,92 @@ TEST_F(Events, SinksMayComeAndGoMeanwhile) {
   EXPECT_THAT(heard_, ElementsAre("last", "late"));
 }
 
-TEST_F(Events, NestAndOutliveTheirObject) {
+TEST_F(Events, Nest) {
   int depth = 0;
-  const Sink nested = Listen("nested", [&] {
+  const Sink nested = Listen("outer", [&] {
     if (++depth < 3) Raise();
     return S_OK;
   });
+  const Sink last = Listen("last");
   Raise();
-  EXPECT_EQ(heard_.size(), 3U);
-  const Sink letting_go = Listen("letting go", [this] {
+  EXPECT_THAT(heard_, ElementsAre("outer", "outer", "outer", "last", "last", "last"));
+}
+
+/// The object ends as soon as the call has ended in which its last holder has let go of it.
+TEST_F(Events, OutliveTheLastHolderOfTheirObject) {
+  ComPtr<IDispatch> controls;
+  ASSERT_EQ(view_.As<IDesignUI>()->get_Controls(controls.Put()), S_OK);
+  const auto alive = [&controls] {
+    long count = 0;
+    return SUCCEEDED(controls.As<IChildControls>()->get_Count(&count));
+  };
+  IFormUI* const bare = view_.As<IFormUI>().Get();
+  Sink letting_go;
+  Sink last;
+  letting_go = Listen("letting go", [&] {
+    letting_go->Forget();
+    last->Forget();
     view_ = nullptr;
+    EXPECT_TRUE(alive());
     return S_OK;
   });
-  Raise();
-  EXPECT_EQ(heard_.back(), "letting go");
+  last = Listen("last");
+  VARIANT_BOOL done = VARIANT_FALSE;
+  EXPECT_EQ(bare->Refresh(&done), S_OK);
+  EXPECT_THAT(heard_, ElementsAre("letting go", "last"));
+  EXPECT_FALSE(alive());
+}
+
+/// An object that a view is a part of: it answers IFormUI and the like with the view's.
+class Outer : public IUnknown {
+ public:
+  Outer() {
+    CLSID clsid{};
+    EXPECT_EQ(CLSIDFromProgID(L"tavrix.Kjkm", &clsid), S_OK);
+    EXPECT_EQ(CoCreateInstance(clsid, this, CLSCTX_INPROC_SERVER, IID_IUnknown, inner_.PutVoid()),
+              S_OK);
+  }
+  STDMETHODIMP QueryInterface(REFIID iid, void** result) noexcept override {
+    if (IsEqualGUID(iid, IID_IUnknown) == FALSE) return inner_->QueryInterface(iid, result);
+    AddRef();
+    *result = static_cast<IUnknown*>(this);
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() noexcept override {
+    EXPECT_GT(references_, 0U);
+    return --references_;
+  }
+  [[nodiscard]] ULONG References() const { return references_; }
+  [[nodiscard]] const ComPtr<IUnknown>& Inner() const { return inner_; }
+
+ private:
+  ULONG references_ = 1;
+  ComPtr<IUnknown> inner_;
+};
+
+TEST(Aggregation, TheOuterObjectIsWhatCallersSeeAndNothingKeepsIt) {
+  const LoadedLibrary library;
+  ASSERT_EQ(library.CanUnloadNow(), S_OK);
+  {
+    Outer outer;
+    const auto form = ComPtr<IUnknown>(&outer).As<IFormUI>();
+    ASSERT_TRUE(form);
+    EXPECT_EQ(form.As<IUnknown>().Get(), &outer);
+    EXPECT_EQ(form.As<IDesignUI>().As<IUnknown>().Get(), &outer);
+    EXPECT_NE(outer.Inner().Get(), &outer);
+    int heard = 0;
+    EventSink sink(&outer, __uuidof(__Kjkm), [&](DISPID, const auto&) {
+      ++heard;
+      return S_OK;
+    });
+    VARIANT_BOOL done = VARIANT_FALSE;
+    const ULONG before = outer.References();
+    EXPECT_EQ(form->Refresh(&done), S_OK);
+    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(outer.References(), before) << "no event holds it until messages are handled";
+  }
+  EXPECT_EQ(library.CanUnloadNow(), S_OK);
 }
 
 TEST_F(Events, ReachASinkThatKnowsNoneOfTheirInterfaces) {

@@ -137,5 +137,68 @@ TEST_F(Registration, LeavesNoResidueHoweverOftenItRuns) {
   EXPECT_EQ(All(), before);
 }
 
+/// A key that takes no lasting keys below it makes the registration fail on its way.
+TEST_F(Registration, ThatFailsLeavesWhatWasThere) {
+  const auto block = [this](const std::wstring& key) {
+    HKEY blocked = nullptr;
+    RegCreateKeyExW(scratch_, key.c_str(), 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr,
+                    &blocked, nullptr);
+    RegCloseKey(blocked);
+  };
+  const std::wstring last = L"CLSID\\" + Wide(TextOfGuid(__uuidof(clsKjkm)));
+  block(last);
+  const Values nothing = All();
+  EXPECT_TRUE(FAILED(library_.Register()));
+  EXPECT_EQ(All(), nothing);
+
+  RegDeleteTreeW(scratch_, last.c_str());
+  ASSERT_EQ(library_.Register(), S_OK);
+  // Another copy's, as far as it goes.
+  const std::wstring file = L"CLSID\\" + Wide(TextOfGuid(__uuidof(Kjkm))) + L"\\InprocServer32";
+  RegSetKeyValueW(scratch_, file.c_str(), nullptr, REG_SZ, L"C:\\a.dll", 18);
+  RegDeleteTreeW(scratch_, last.c_str());
+  block(last);
+  const Values before = All();
+  EXPECT_TRUE(FAILED(library_.Register()));
+  EXPECT_EQ(All(), before);
+}
+
+/// The registry that the system itself shows to programs of either size.
+TEST(RegistrationOfBothSizes, TheOtherOnesNamesOutliveOne) {
+  const LoadedLibrary library;
+  const auto there = [](const wchar_t* key, REGSAM view = 0) {
+    HKEY open = nullptr;
+    const bool found =
+        RegOpenKeyExW(HKEY_CLASSES_ROOT, key, 0, KEY_READ | view, &open) == ERROR_SUCCESS;
+    if (found) RegCloseKey(open);
+    return found;
+  };
+  if (there(L"tavrix.Kjkm")) GTEST_SKIP() << "the library is in use on this machine";
+  if (FAILED(library.Register())) GTEST_SKIP() << "not allowed to register";
+  constexpr REGSAM kOther = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+  const std::wstring class_key = L"CLSID\\" + Wide(TextOfGuid(__uuidof(Kjkm)));
+  const std::wstring server = class_key + L"\\InprocServer32";
+  HKEY key = nullptr;
+  ASSERT_EQ(RegCreateKeyExW(HKEY_CLASSES_ROOT, server.c_str(), 0, nullptr, 0,
+                            KEY_ALL_ACCESS | kOther, nullptr, &key, nullptr),
+            ERROR_SUCCESS);
+  RegCloseKey(key);
+  EXPECT_EQ(library.Unregister(), S_OK);
+  const bool one_view = !there(server.c_str(), kOther);  // a system of one size alone
+  if (!one_view) {
+    EXPECT_FALSE(there(class_key.c_str()));
+    EXPECT_TRUE(there(L"tavrix.Kjkm\\CLSID"));
+    EXPECT_FALSE(there(L"tavrix.selKjkm")) << "which the other has not";
+    HKEY classes = nullptr;
+    ASSERT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, L"CLSID", 0, KEY_ALL_ACCESS | kOther, &classes),
+              ERROR_SUCCESS);
+    RegDeleteTreeW(classes, Wide(TextOfGuid(__uuidof(Kjkm))).c_str());
+    RegCloseKey(classes);
+  }
+  EXPECT_EQ(library.Unregister(), S_OK);
+  EXPECT_FALSE(there(L"tavrix.Kjkm"));
+  if (one_view) GTEST_SKIP() << "the registry has one view only";
+}
+
 }  // namespace
 }  // namespace tavrix::test

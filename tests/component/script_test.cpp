@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "component/script_engine.h"
@@ -13,8 +14,8 @@ namespace {
 constexpr const wchar_t* kKind = L"VBSCRIPT";
 constexpr const char* kHostScript = "HOST";
 
-std::string_view ScriptText(const std::string& name) {
-  const HRSRC place = FindResourceW(nullptr, viewkit::win32::Wide(name).c_str(), kKind);
+std::string_view ScriptText(const std::string& name, const wchar_t* kind = kKind) {
+  const HRSRC place = FindResourceW(nullptr, viewkit::win32::Wide(name).c_str(), kind);
   const HGLOBAL data = LoadResource(nullptr, place);
   return {static_cast<const char*>(LockResource(data)), SizeofResource(nullptr, place)};
 }
@@ -46,6 +47,24 @@ TEST_P(Script, RunsToItsEndWithoutAFinding) {
 
 INSTANTIATE_TEST_SUITE_P(All, Script, testing::ValuesIn(TestScripts()),
                          [](const auto& script) { return script.param; });
+
+/// Objects of JScript cannot be called to read their data members. The control ends after the
+/// engine has closed.
+TEST(ScriptHost, MayHaveDataMembersThatAreNoFunctions) {
+  ScriptFindings findings;
+  CLSID clsid{};
+  ComPtr<IDispatch> picker;
+  ASSERT_EQ(CLSIDFromProgID(L"tavrix.selKjkm", &clsid), S_OK);
+  ASSERT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, picker.PutVoid()),
+            S_OK);
+  ScriptEngine scripts(L"JScript");
+  scripts.AddObject(L"Assert", MakeAssert(findings));
+  // Wine's own way to create an object keeps its class for good.
+  scripts.AddObject(L"picker", std::exchange(picker, nullptr));
+  EXPECT_EQ(scripts.Run("data_members.js", ScriptText("DATA_MEMBERS", L"JSCRIPT")), "");
+  for (const std::string& failure : findings.failures) ADD_FAILURE() << failure;
+  EXPECT_GT(findings.checks, 0);
+}
 
 // The scripts above prove nothing unless a script that goes wrong is noticed.
 TEST(ScriptEngine, TellsTheLineOfAnErrorAndCountsFindings) {

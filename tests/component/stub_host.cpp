@@ -1,6 +1,7 @@
 #include "component/stub_host.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 
 #include "component/base/bstr.h"
@@ -14,8 +15,6 @@ namespace {
 
 using Shared = std::shared_ptr<StubHost>;
 using Members = NamedObject::Members;
-
-constexpr std::size_t kCategoryColumn = 6;
 
 ComPtr<IDispatch> Object(const Shared& host, Members members) {
   return NamedObject::Make(std::move(members), [host](const std::wstring& member) {
@@ -32,19 +31,46 @@ Variant ValueObject(const Shared& host, const Variant& value) {
   return Variant(Object(host, {{L"Value", [value](const StubCall&) { return value; }}}));
 }
 
-/// The category that a statement asks for; empty for all.
-std::string CategoryOf(const std::string& sql) {
-  constexpr std::string_view kStart = "cclass='";
-  const std::size_t start = sql.find(kStart);
-  if (start == std::string::npos) return {};
-  const std::size_t from = start + kStart.size();
-  return sql.substr(from, sql.find('\'', from) - from);
+/// Where a column stands, whatever its case; past the end for none.
+std::size_t ColumnOf(const StubHost& host, const std::string& name) {
+  const auto found = std::ranges::find_if(host.columns, [&](const std::string& column) {
+    return _stricmp(column.c_str(), name.c_str()) == 0;
+  });
+  return static_cast<std::size_t>(found - host.columns.begin());
 }
 
-Variant RowsOf(const StubHost& host, const std::string& category) {
-  std::vector<std::vector<VARIANT>> records;
+/// What stands behind `start` up to the next quote or blank; nothing when `start` is not there.
+std::optional<std::string> Behind(const std::string& sql, std::string_view start) {
+  const std::size_t found = sql.find(start);
+  if (found == std::string::npos) return {};
+  const std::size_t from = found + start.size();
+  return sql.substr(from, sql.find_first_of("' ", from) - from);
+}
+
+std::string Cell(const StubHost& host, const StubHost::Row& row, const std::string& column) {
+  const std::size_t position = ColumnOf(host, column);
+  return position < row.size() ? TextOf(row[position]) : std::string();
+}
+
+/// The rows of `gl_code` that a statement asks for by one of its conditions.
+std::vector<StubHost::Row> RowsFor(const StubHost& host, const std::string& sql) {
+  if (sql.find("gl_code") == std::string::npos) return {};
+  std::vector<StubHost::Row> rows;
+  const auto category = Behind(sql, "cclass='");
+  const auto code = Behind(sql, "ccode='");
+  const auto id = Behind(sql, "i_id=");
   for (const StubHost::Row& row : host.rows) {
-    if (!category.empty() && TextOf(row[kCategoryColumn]) != category) continue;
+    if (category && Cell(host, row, "cclass") != *category) continue;
+    if (code && Cell(host, row, "ccode") != *code) continue;
+    if (id && Cell(host, row, "i_id") != *id) continue;
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+Variant ArrayOf(const std::vector<StubHost::Row>& rows) {
+  std::vector<std::vector<VARIANT>> records;
+  for (const StubHost::Row& row : rows) {
     std::vector<VARIANT> record;
     for (const Variant& cell : row) record.push_back(cell.Get());
     records.push_back(std::move(record));
@@ -53,10 +79,10 @@ Variant RowsOf(const StubHost& host, const std::string& category) {
 }
 
 /// A field of the first row by its name; null for a name that no column has.
-Variant FieldOf(const StubHost& host, const std::string& name) {
-  const auto found = std::ranges::find(host.columns, name);
-  if (found == host.columns.end() || host.rows.empty()) return Variant::Null();
-  return host.rows.front()[static_cast<std::size_t>(found - host.columns.begin())];
+Variant FieldOf(const StubHost& host, const std::vector<StubHost::Row>& rows,
+                const std::string& name) {
+  const std::size_t position = ColumnOf(host, name);
+  return rows.empty() || position >= rows.front().size() ? Variant::Null() : rows.front()[position];
 }
 
 /// A recordset that also hands out its rows in one piece.
@@ -82,11 +108,9 @@ class TextRecordset : public NamedObject, public component::Face<IHostRowTexts> 
 };
 
 Variant Recordset(const Shared& host, const std::string& sql) {
+  const std::vector<StubHost::Row> found = RowsFor(*host, sql);
   const bool given = host->whole_result.Type() != VT_EMPTY;
-  const bool settings = sql.find(" xt_") != std::string::npos;  // there are none
-  const Variant rows = given      ? host->whole_result
-                       : settings ? Variant()
-                                  : RowsOf(*host, CategoryOf(sql));
+  const Variant rows = given ? host->whole_result : ArrayOf(found);
   const bool none = rows.Type() == VT_EMPTY;
   if (host->row_texts) {
     Members members{{L"EOF", [](const StubCall&) { return Variant(false); }},
@@ -97,9 +121,11 @@ Variant Recordset(const Shared& host, const std::string& sql) {
   return Variant(Object(host, {{L"EOF", [none](const StubCall&) { return Variant(none); }},
                                {L"BOF", [none](const StubCall&) { return Variant(none); }},
                                {L"GetRows", [rows](const StubCall&) { return rows; }},
+                               {L"MoveFirst", [](const StubCall&) { return Variant(); }},
+                               {L"Find", [](const StubCall&) { return Variant(); }},
                                {L"Fields",
-                                [host](const StubCall& call) {
-                                  return ValueObject(host, FieldOf(*host, call.Text(0)));
+                                [host, found](const StubCall& call) {
+                                  return ValueObject(host, FieldOf(*host, found, call.Text(0)));
                                 }},
                                {L"Close", [](const StubCall&) { return Variant(); }}}));
 }
@@ -109,7 +135,10 @@ Variant Statement(const Shared& host, const std::string& sql) {
   return Variant(
       Object(host, {{L"Recordset", [host, sql](const StubCall&) { return Recordset(host, sql); }},
                     {L"ScalarValue", [host](const StubCall&) { return host->scalar; }},
-                    {L"Execute", [](const StubCall&) { return Variant(); }}}));
+                    {L"Execute", [host, sql](const StubCall&) {
+                       host->executed.push_back(sql);
+                       return Variant();
+                     }}}));
 }
 
 Variant Database(const Shared& host) {
@@ -123,7 +152,8 @@ Variant Database(const Shared& host) {
               }},
              {L"LastError", [host](const StubCall&) {
                 return Variant(
-                    Object(host, {{L"Description", [](const StubCall&) { return Text(""); }}}));
+                    Object(host, {{L"Description", [](const StubCall&) { return Text(""); }},
+                                  {L"Clear", [](const StubCall&) { return Variant(); }}}));
               }}}));
 }
 
@@ -168,14 +198,37 @@ Variant Navigator(const Shared& host) {
                                {L"Filter", note("Filter")}}));
 }
 
+/// The rule 4222.
+Variant Rule(const Shared& host) {
+  return Variant(Object(
+      host, {{L"ParentCode",
+              [](const StubCall& call) {
+                const std::string code = call.Text(0);
+                return Text(code.size() > 4 ? code.substr(0, code.size() - 2) : std::string());
+              }},
+             {L"LevelOf",
+              [](const StubCall& call) {
+                return Variant(static_cast<std::int32_t>(call.Text(0).size()) / 2 - 1);
+              }},
+             {L"LengthAtLevel", [](const StubCall& call) {
+                const long level = call.Number(0);
+                return Variant(static_cast<std::int32_t>(level == 0 ? 0 : 2 + 2 * level));
+              }}}));
+}
+
 Variant Helper(const Shared& host, const std::string& name) {
   const auto given = host->helpers.find(name);
   if (given != host->helpers.end()) return Variant(given->second);
   if (name == "MouseEvent") return Wheel(host);
   if (name == "GridNavigator") return Navigator(host);
-  return Variant(Object(host, {{L"SetDatabase", [](const StubCall&) { return Variant(); }},
+  if (name == "CodeRule") return Rule(host);
+  const auto nothing = [](const StubCall&) { return Variant(); };
+  return Variant(Object(host, {{L"SetDatabase", nothing},
+                               {L"FileName", nothing},
+                               {L"ReadValue", [](const StubCall& call) { return call.At(2); }},
+                               {L"WriteValue", nothing},
                                {L"Exists", [](const StubCall&) { return Variant(false); }},
-                               {L"Clear", [](const StubCall&) { return Variant(); }}}));
+                               {L"Clear", nothing}}));
 }
 
 Variant Rights(const Shared& host) {
@@ -186,14 +239,21 @@ Variant Rights(const Shared& host) {
 }  // namespace
 
 ComPtr<IDispatch> StubHost::System(const Shared& host) {
-  return Object(host, {{L"GetDatabase", [host](const StubCall&) { return Database(host); }},
-                       {L"GetSetting",
-                        [host](const StubCall& call) {
-                          return ValueObject(host, Text(host->settings[call.Text(0)]));
-                        }},
-                       {L"Rights", [host](const StubCall&) { return Rights(host); }},
-                       {L"CreateHelper",
-                        [host](const StubCall& call) { return Helper(host, call.Text(0)); }}});
+  return Object(
+      host,
+      {{L"GetDatabase", [host](const StubCall&) { return Database(host); }},
+       {L"GetSetting",
+        [host](const StubCall& call) {
+          return ValueObject(host, Text(host->settings[call.Text(0)]));
+        }},
+       {L"NewIdentifier", [](const StubCall&) { return Variant(std::int32_t{100}); }},
+       {L"Rights", [host](const StubCall&) { return Rights(host); }},
+       {L"Folders",
+        [host](const StubCall&) {
+          return Variant(
+              Object(host, {{L"UserFolder", [](const StubCall&) { return Text("C:\\users"); }}}));
+        }},
+       {L"CreateHelper", [host](const StubCall& call) { return Helper(host, call.Text(0)); }}});
 }
 
 StubHost::Row AccountRow(std::string_view code, std::string_view name, int level,

@@ -41,6 +41,7 @@ struct StubHost {
   std::map<std::string, ComPtr<IDispatch>> helpers;
 
   std::vector<std::string> statements;
+  std::vector<std::string> executed;  ///< those of them that were to change data
   std::vector<std::string> wheel_calls;
   long wheel_window = 0;
   std::vector<std::string> navigator_calls;

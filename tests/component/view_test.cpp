@@ -8,13 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "component/base/bstr.h"
 #include "component/event_sink.h"
-#include "component/loaded_library.h"
-#include "component/stub_host.h"
-#include "qnDesignUI.h"
-#include "qnFormUI.h"
-#include "tavrix.h"
+#include "component/view_fixture.h"
 
 namespace tavrix::test {
 namespace {
@@ -22,49 +17,6 @@ namespace {
 using component::Bstr;
 using testing::ElementsAre;
 using testing::StartsWith;
-
-/// The view for a caller that knows its interfaces, over a host of its own.
-class View : public testing::Test {
- protected:
-  View() { EXPECT_TRUE(form_ && design_); }
-
-  [[nodiscard]] HRESULT Init() {
-    ComPtr<IDispatch> system = StubHost::System(host_);
-    IDispatch* given = system.Get();
-    VARIANT_BOOL done = VARIANT_FALSE;
-    return form_->Init(&given, 1, 0, &done);
-  }
-  [[nodiscard]] bool Refresh() {
-    VARIANT_BOOL done = VARIANT_FALSE;
-    return SUCCEEDED(form_->Refresh(&done)) && done != VARIANT_FALSE;
-  }
-  [[nodiscard]] ComPtr<IFlexGrid> Grid(const char* name = "Vs(0)") {
-    ComPtr<IDispatch> controls;
-    ComPtr<IDispatch> grid;
-    EXPECT_EQ(design_->get_Controls(controls.Put()), S_OK);
-    EXPECT_EQ(
-        controls.As<IChildControls>()->get_Item(Variant(std::string_view(name)).Get(), grid.Put()),
-        S_OK);
-    return grid.As<IFlexGrid>();
-  }
-  [[nodiscard]] static std::string Cell(const ComPtr<IFlexGrid>& grid, long row, long col) {
-    Bstr text;
-    EXPECT_EQ(grid->get_TextMatrix(row, col, text.Put()), S_OK);
-    return component::TextOf(text.Get());
-  }
-  /// The text of the error that the last call left.
-  [[nodiscard]] static std::string ErrorText() {
-    ComPtr<IErrorInfo> info;
-    Bstr text;
-    if (GetErrorInfo(0, info.Put()) == S_OK) info->GetDescription(text.Put());
-    return component::TextOf(text.Get());
-  }
-
-  std::shared_ptr<StubHost> host_ = FewAccounts();
-  ComPtr<IUnknown> object_ = CreateView();
-  ComPtr<IFormUI> form_ = object_.As<IFormUI>();
-  ComPtr<IDesignUI> design_ = object_.As<IDesignUI>();
-};
 
 TEST_F(View, AnswersEarlyBoundCallers) {
   ASSERT_EQ(Init(), S_OK);
@@ -153,70 +105,6 @@ TEST_F(View, ReportsWhatAHostObjectRaises) {
   EXPECT_EQ(Cell(Grid(), 5, 0), "2202");
 }
 
-TEST_F(View, ShowsValuesOfEveryKind) {
-  VARIANT date{};
-  date.vt = VT_DATE;
-  date.date = 45356.5;  // 2024-03-05, noon
-  VARIANT decimal{};
-  decimal.decVal.Lo64 = 1250;
-  decimal.decVal.scale = 2;
-  decimal.vt = VT_DECIMAL;
-  VARIANT money{};
-  money.vt = VT_CY;
-  money.cyVal.int64 = -32500;
-  VARIANT error{};
-  error.vt = VT_ERROR;
-  error.scode = DISP_E_PARAMNOTFOUND;
-  VARIANT empty{};
-  const Variant null = Variant::Null();
-  Variant text(std::string_view("科目 'x' \xF0\x9F\x98\x80"));
-  Variant whole(std::int32_t{-7});
-  const Variant array = RowArray({{empty}});
-  VARIANT by_reference{};
-  by_reference.vt = VT_BYREF | VT_BSTR;
-  by_reference.pbstrVal = &text.InPlace()->bstrVal;
-  VARIANT small{};
-  small.vt = VT_UI1;
-  small.bVal = 200;
-  VARIANT null_text{};
-  null_text.vt = VT_BSTR;
-  const VARIANT object = Variant(ComPtr<IDispatch>()).Get();
-
-  const std::vector<std::pair<VARIANT, std::string>> kinds = {
-      {date, "2024-03-05 12:00:00"},
-      {decimal, "12.5"},
-      {money, "-3.25"},
-      {error, ""},
-      {empty, ""},
-      {null.Get(), ""},
-      {text.Get(), "科目 'x' \xF0\x9F\x98\x80"},
-      {whole.Reference(), "-7"},
-      {array.Get(), ""},
-      {by_reference, "科目 'x' \xF0\x9F\x98\x80"},
-      {small, "200"},
-      {null_text, ""},
-      {object, ""},
-      {Variant(0.1).Get(), "0.1"},
-      {Variant(true).Get(), "True"}};
-  std::vector<std::vector<VARIANT>> records;
-  std::vector<Variant> codes;
-  for (std::size_t i = 0; i < kinds.size(); ++i) {
-    codes.emplace_back(std::string_view("10" + std::to_string(i + 10)));
-    records.push_back({codes.back().Get(), kinds[i].first, null.Get(), null.Get(), null.Get(),
-                       Variant(std::int32_t{1}).Get(), null.Get()});
-  }
-  host_->whole_result = RowArray(records);
-  const EventLog log(object_.Get());
-  ASSERT_EQ(Init(), S_OK);
-  EXPECT_TRUE(Refresh());
-  EXPECT_THAT(log.Errors(), testing::IsEmpty());
-  const auto grid = Grid();
-  for (std::size_t i = 0; i < kinds.size(); ++i) {
-    EXPECT_EQ(Cell(grid, static_cast<long>(i) + 1, 1), kinds[i].second) << i;
-  }
-}
-
-/// A recordset may give an array of one type, or something that is no array of rows at all.
 /// What `IGridRows` gives at once is what the members give one by one.
 TEST_F(View, AGridGivesManyRowsAtOnce) {
   ASSERT_EQ(Init(), S_OK);
@@ -260,46 +148,6 @@ TEST_F(View, AGridGivesManyRowsAtOnce) {
   EXPECT_EQ(fetch(count + 1, 5, levels, ends, none), E_INVALIDARG);
   EXPECT_EQ(fetch(0, -1, levels, ends, none), E_INVALIDARG);
   EXPECT_EQ(rows->GetRows(0, 1, nullptr, nullptr, nullptr), E_POINTER);
-}
-
-TEST_F(View, TakesTypedArraysAndRefusesWhatIsNone) {
-  SAFEARRAYBOUND bounds[2] = {{7, 0}, {1, 1}};  // records counted from 1
-  host_->whole_result.InPlace()->parray = SafeArrayCreate(VT_BSTR, 2, bounds);
-  host_->whole_result.InPlace()->vt = VT_ARRAY | VT_BSTR;
-  LONG position[2] = {0, 1};
-  SafeArrayPutElement(host_->whole_result.Get().parray, position,
-                      Bstr(std::string_view("1001")).Get());
-  const EventLog log(object_.Get());
-  ASSERT_EQ(Init(), S_OK);
-  EXPECT_TRUE(Refresh());
-  EXPECT_EQ(Cell(Grid(), 1, 0), "1001");
-  EXPECT_THAT(log.Errors(), testing::IsEmpty());
-  host_->whole_result = Variant(std::string_view("no rows"));
-  EXPECT_TRUE(Refresh());
-  EXPECT_THAT(log.Errors(), ElementsAre(StartsWith("DoRefresh")));
-}
-
-/// Rows in one piece are taken in preference; pieces that do not fit together are refused whole.
-TEST_F(View, TakesRowsAsOnePieceOfText) {
-  const std::wstring text = L"1001\xD83D\xDE00 x1资产";
-  host_->row_texts = StubHost::RowTexts{7, {4, 8, -1, 8, 8, 9, 11}, text};
-  const EventLog log(object_.Get());
-  ASSERT_EQ(Init(), S_OK);
-  EXPECT_TRUE(Refresh());
-  EXPECT_THAT(log.Errors(), testing::IsEmpty());
-  EXPECT_EQ(Cell(Grid(), 1, 0), "1001");
-  EXPECT_EQ(Cell(Grid(), 1, 1), "\xF0\x9F\x98\x80 x");
-  for (const StubHost::RowTexts& broken :
-       {StubHost::RowTexts{7, {4, 8, -1, 8, 8, 9, 12}, text},
-        StubHost::RowTexts{7, {4, 8, -1, 7, 8, 9, 11}, text},
-        StubHost::RowTexts{7, {4, 8, -1, 8, 8, 9}, text}, StubHost::RowTexts{0, {4}, text},
-        StubHost::RowTexts{7, {}, text},
-        StubHost::RowTexts{7, {4, 8, -1, 8, 8, 9, 11}, text, E_ACCESSDENIED}}) {
-    host_->row_texts = broken;
-    EXPECT_TRUE(Refresh());
-  }
-  EXPECT_EQ(log.Errors().size(), 6U);
-  EXPECT_THAT(log.Errors(), testing::Each(StartsWith("DoRefresh")));
 }
 
 TEST_F(View, ObjectsHandedOutOutliveItSafely) {
@@ -390,6 +238,17 @@ TEST_F(View, LivesToTheEndOfACallInWhichItsLastHolderLetsGo) {
   EXPECT_EQ(host_->statements.size(), 7U);
   EXPECT_FALSE(object_);
   EXPECT_TRUE(FAILED(grid->get_Rows(&rows))) << "and is gone after it";
+}
+
+TEST_F(View, GivesOneCollectionOfItsControls) {
+  ComPtr<IDispatch> first;
+  ComPtr<IDispatch> second;
+  ASSERT_EQ(design_->get_Controls(first.Put()), S_OK);
+  ASSERT_EQ(design_->get_Controls(second.Put()), S_OK);
+  EXPECT_EQ(first.As<IUnknown>().Get(), second.As<IUnknown>().Get());
+  const auto other = CreateView();
+  ASSERT_EQ(other.As<IDesignUI>()->get_Controls(second.Put()), S_OK);
+  EXPECT_NE(first.As<IUnknown>().Get(), second.As<IUnknown>().Get());
 }
 
 TEST_F(View, LivesToTheEndOfReadingParametersInWhichItsLastHolderLetsGo) {

@@ -11,8 +11,11 @@ namespace {
 constexpr int kHimetricPerInch = 2540;
 constexpr SIZEL kDefaultExtent{16'000, 11'000};
 
-int ToTwips(LONG himetric) {
-  return MulDiv(static_cast<int>(himetric), viewkit::kTwipsPerInch, kHimetricPerInch);
+SIZE TwipsOf(const SIZEL& himetric) {
+  const auto convert = [](LONG length) {
+    return MulDiv(static_cast<int>(length), viewkit::kTwipsPerInch, kHimetricPerInch);
+  };
+  return {convert(himetric.cx), convert(himetric.cy)};
 }
 
 }  // namespace
@@ -40,7 +43,7 @@ ActiveControl::ActiveControl(IUnknown* outer, const ControlFacts& facts,
       bag_(*this),
       storage_(*this) {
   PublishFaces();
-  view_->Resize(ToTwips(extent_.cx), ToTwips(extent_.cy));
+  Resize(TwipsOf(extent_));
   ListenToView();
 }
 
@@ -79,6 +82,7 @@ void ActiveControl::PublishFaces() {
 }
 
 void ActiveControl::SetSite(IOleClientSite* site) {
+  const ComPtr<IUnknown> keep(&Controlling());
   if (site == nullptr) in_place_.Deactivate();
   site_.Set(site);
   if (site != nullptr) ApplyAmbients();
@@ -101,7 +105,12 @@ void ActiveControl::ApplyAmbients() {
 void ActiveControl::SetExtent(const SIZEL& extent) {
   extent_ = extent;
   // A window has its own say: the container sizes it with the object's rectangle.
-  if (!in_place_.Active()) view_->Resize(ToTwips(extent.cx), ToTwips(extent.cy));
+  if (!in_place_.Active()) Resize(TwipsOf(extent));
+}
+
+void ActiveControl::Resize(const SIZE& twips) {
+  size_ = twips;
+  view_->Resize(static_cast<int>(twips.cx), static_cast<int>(twips.cy));
 }
 
 void ActiveControl::SetBackColor(viewkit::Color color) {

@@ -41,6 +41,7 @@ class ActiveControl : public Identity {
   [[nodiscard]] EventSource& Events() { return events_; }
   [[nodiscard]] ChildObjects& Children() { return *children_; }
   /// For adapters of the host, which may outlive the control.
+  [[nodiscard]] const std::shared_ptr<ViewOwner>& Owner() const { return owner_; }
   [[nodiscard]] std::weak_ptr<ChildObjects> ChildrenReference() const { return children_; }
 
   /// Enters a container, or leaves it with null.
@@ -50,6 +51,10 @@ class ActiveControl : public Identity {
   /// Size in HIMETRIC (0.01 mm).
   [[nodiscard]] SIZEL Extent() const { return extent_; }
   void SetExtent(const SIZEL& extent);
+
+  /// Arranges the view in a size (twips), and the size that it has been arranged in.
+  void Resize(const SIZE& twips);
+  [[nodiscard]] SIZE Size() const { return size_; }
 
   /// Colour as a caller sets it: the container's own no longer counts.
   void SetBackColor(viewkit::Color color);
@@ -80,6 +85,7 @@ class ActiveControl : public Identity {
   std::shared_ptr<ChildObjects> children_;
   InPlace in_place_;  // after the view: its window must go first
   SIZEL extent_;
+  SIZE size_{};
   std::optional<KeptState> kept_;
   bool own_back_color_ = false;
   bool applying_ambients_ = false;

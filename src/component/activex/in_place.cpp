@@ -4,7 +4,6 @@
 
 #include "component/activex/active_control.h"
 #include "component/base/failure.h"
-#include "component/base/release_later.h"
 #include "viewkit/win32/handles.h"
 
 namespace tavrix::component {
@@ -19,7 +18,11 @@ InPlace::~InPlace() {
 void InPlace::Activate(bool ui) {
   const ComPtr<IUnknown> keep(&control_.Controlling());
   if (Active() && window_->Handle() == nullptr) Deactivate();  // the container took it away
-  if (!Active()) EnterSite();
+  if (Active()) {
+    SetShown(true);
+  } else {
+    EnterSite();
+  }
   const auto client = control_.ClientSite().Client();
   if (client && Active()) client->ShowObject();
   if (!ui || !Active()) return;
@@ -42,7 +45,6 @@ void InPlace::EnterSite() {
   if (SUCCEEDED(result)) {
     result = site->GetWindowContext(frame_.Put(), document_.Put(), &position, &clip, &frame_info);
   }
-  if (frame_info.haccel != nullptr) DestroyAcceleratorTable(frame_info.haccel);
   if (FAILED(result)) {
     Leave();
     throw ComFailure(result);
@@ -58,8 +60,9 @@ void InPlace::CreateViewWindow(HWND parent, const RECT& position) {
   options.back_color = control_.View().BackColor();
   options.fore_color = control_.ClientSite().ForeColor();
   options.font = control_.ClientSite().Font();
-  options.resized = [this](int width, int height) { control_.View().Resize(width, height); };
+  options.resized = [this](int width, int height) { control_.Resize({width, height}); };
   options.focus_changed = [this](bool focused) { FocusChanged(focused); };
+  options.focus_moved = [this] { FocusMoved(); };
   options.destroyed = [this] { WindowGone(); };
   // A host may let go of the control while it handles the user's click or key.
   options.keep = [this] { return std::make_shared<ComPtr<IUnknown>>(&control_.Controlling()); };
@@ -135,6 +138,22 @@ void InPlace::FocusChanged(bool focused) {
   if (const auto site = control_.ClientSite().Control()) site->OnFocus(focused ? TRUE : FALSE);
 }
 
+void InPlace::FocusMoved() {
+  const DWORD keys = KeysEaten();
+  if (keys == std::exchange(keys_told_, keys)) return;
+  const ComPtr<IUnknown> keep(&control_.Controlling());
+  if (const auto site = control_.ClientSite().Control()) site->OnControlInfoChanged();
+}
+
+DWORD InPlace::KeysEaten() const {
+  if (!Active()) return 0;
+  const auto eats = [this](viewkit::Key key, DWORD flag) {
+    return window_->FocusWantsKey(key) ? flag : 0;
+  };
+  return eats(viewkit::Key::kEnter, CTRLINFO_EATS_RETURN) |
+         eats(viewkit::Key::kEscape, CTRLINFO_EATS_ESCAPE);
+}
+
 void InPlace::Place(const RECT& position, const RECT& clip) {
   if (!Active()) return;
   window_->SetPlace(position);
@@ -165,17 +184,7 @@ HWND InPlace::ModalOwner() const {
 }
 
 void InPlace::SetModal(bool open) {
-  const ComPtr<IUnknown> keep_now(&control_.Controlling());
   if (const auto frame = frame_) frame->EnableModeless(open ? FALSE : TRUE);
-  // The container may let go of the control while its dialog stands; the view that has opened the
-  // dialog is still at work then.
-  if (open) {
-    modal_.emplace_back(&control_.Controlling());
-  } else if (!modal_.empty()) {
-    ComPtr<IUnknown> keep = std::move(modal_.back());
-    modal_.pop_back();
-    ReleaseLater(std::move(keep));
-  }
 }
 
 }  // namespace tavrix::component

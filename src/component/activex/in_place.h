@@ -6,7 +6,6 @@
 #include <oleidl.h>
 
 #include <memory>
-#include <vector>
 
 #include "component/base/com_ptr.h"
 #include "viewkit/win32/view_window.h"
@@ -24,8 +23,8 @@ class InPlace {
   InPlace& operator=(const InPlace&) = delete;
   ~InPlace();
 
-  /// Creates the window, and hands the frame's keys to the control when `ui` is set. Throws
-  /// `ComFailure` when the container refuses.
+  /// Creates the window or shows it again, and hands the frame's keys to the control when `ui` is
+  /// set. Throws `ComFailure` when the container refuses.
   void Activate(bool ui);
   /// Back to passive: the window goes.
   void Deactivate();
@@ -38,6 +37,9 @@ class InPlace {
   /// Pixels of the container's window; what lies outside `clip` is not shown.
   void Place(const RECT& position, const RECT& clip);
   void SetShown(bool shown);
+  /// Which of the keys that mean something to a container's dialog the focused part of the control
+  /// uses itself: flags of CONTROLINFO.
+  [[nodiscard]] DWORD KeysEaten() const;
   /// True when the control has used the message up.
   [[nodiscard]] bool Translate(MSG& message);
 
@@ -51,6 +53,7 @@ class InPlace {
   void CreateViewWindow(HWND parent, const RECT& position);
   void TakeFrame();
   void FocusChanged(bool focused);
+  void FocusMoved();
   void WindowGone();
   void Leave();
   [[nodiscard]] ComPtr<IOleInPlaceActiveObject> ActiveObject() const;
@@ -61,7 +64,7 @@ class InPlace {
   ComPtr<IOleInPlaceUIWindow> document_;
   std::unique_ptr<viewkit::win32::ViewWindow> window_;
   bool user_active_ = false;
-  std::vector<ComPtr<IUnknown>> modal_;  // of the control itself, one for each open modal window
+  DWORD keys_told_ = 0;  // what the container has been told of the keys that the control eats
 };
 
 }  // namespace tavrix::component

@@ -9,9 +9,9 @@ OleControl::OleControl(ActiveControl& control) : Face(control), control_(control
 
 HRESULT OleControl::GetControlInfo(CONTROLINFO* result) noexcept {
   return Guarded(IID_IOleControl, [&] {
-    // No key of the control's own while it is not active.
     Out(result) = {};
     result->cb = sizeof *result;
+    result->dwFlags = control_.Placement().KeysEaten();
   });
 }
 

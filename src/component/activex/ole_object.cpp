@@ -22,9 +22,12 @@ HRESULT OleObject::GetClientSite(IOleClientSite** result) noexcept {
   });
 }
 
-HRESULT OleObject::Close(DWORD) noexcept {
+HRESULT OleObject::Close(DWORD save) noexcept {
   return Guarded(IID_IOleObject, [&] {
     const ComPtr<IUnknown> keep(&control_.Controlling());
+    // A control asks no question of its own at its end: to prompt means to save.
+    const auto site = control_.ClientSite().Client();
+    if (save != OLECLOSE_NOSAVE && site && control_.Dirty()) Check(site->SaveObject());
     control_.Placement().Deactivate();
     if (advised_) advised_->SendOnClose();
   });
@@ -37,7 +40,6 @@ HRESULT OleObject::DoVerb(LONG verb, LPMSG, IOleClientSite*, LONG, HWND, LPCRECT
       case OLEIVERB_SHOW:
       case OLEIVERB_INPLACEACTIVATE:
         placement.Activate(false);
-        placement.SetShown(true);
         return S_OK;
       case OLEIVERB_PRIMARY:
       case OLEIVERB_UIACTIVATE:

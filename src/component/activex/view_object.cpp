@@ -1,13 +1,46 @@
 #include "component/activex/view_object.h"
 
+#include <vector>
+
 #include "component/activex/active_control.h"
 #include "component/base/abi.h"
+#include "host/report.h"
 #include "viewkit/win32/handles.h"
 #include "viewkit/win32/window.h"
 
 namespace tavrix::component {
 
 using viewkit::win32::ViewWindow;
+
+namespace {
+
+/// Puts the view back into the size and its controls into the places that they have now, when it
+/// goes: a picture changes nothing.
+class KeptLayout {
+ public:
+  explicit KeptLayout(ActiveControl& control) : control_(control), size_(control.Size()) {
+    const viewkit::ControlList& controls = control.View().Controls();
+    for (std::size_t i = 0; i < controls.Count(); ++i) {
+      places_.push_back(controls.At(i).GetBounds());
+    }
+  }
+  KeptLayout(const KeptLayout&) = delete;
+  KeptLayout& operator=(const KeptLayout&) = delete;
+  ~KeptLayout() {
+    host::Quietly([this] {
+      control_.Resize(size_);
+      const viewkit::ControlList& controls = control_.View().Controls();
+      for (std::size_t i = 0; i < places_.size(); ++i) controls.At(i).SetBounds(places_[i]);
+    });
+  }
+
+ private:
+  ActiveControl& control_;
+  SIZE size_;
+  std::vector<host::Bounds> places_;
+};
+
+}  // namespace
 
 ViewObject::ViewObject(ActiveControl& control) : Face(control), control_(control) {}
 
@@ -34,13 +67,14 @@ void ViewObject::DrawWithoutWindow(HDC dc, const RECT& area) {
       CreateWindowExW(WS_EX_TOOLWINDOW, L"STATIC", L"", WS_POPUP, 0, 0, width, height, nullptr,
                       nullptr, viewkit::win32::ThisModule(), nullptr));
   if (parent.Get() == nullptr) throw ComFailure(HRESULT_FROM_WIN32(GetLastError()));
+  const KeptLayout kept(control_);
   viewkit::win32::ViewWindowOptions options;
   options.parent = parent.Get();
   options.place = {0, 0, width, height};
   options.back_color = control_.View().BackColor();
   options.fore_color = control_.ClientSite().ForeColor();
   options.font = control_.ClientSite().Font();
-  options.resized = [this](int wide, int high) { control_.View().Resize(wide, high); };
+  options.resized = [this](int wide, int high) { control_.Resize({wide, high}); };
   const ViewWindow window(control_.View().Controls(), std::move(options));
   window.Draw(dc, area);
 }

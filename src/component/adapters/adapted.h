@@ -3,14 +3,16 @@
 #include <memory>
 
 #include "component/adapters/late_object.h"
+#include "qnSystem.h"
 
 namespace tavrix::component {
 
-/// An interface of the library on an Automation object of the host.
-template <class Interface>
+/// An interface of the library on an Automation object of the host, whose interface in `qnSystem`
+/// is `Declared`.
+template <class Interface, class Declared>
 class Adapted : public Interface {
  public:
-  explicit Adapted(ComPtr<IDispatch> object) : object_(std::move(object)) {}
+  explicit Adapted(ComPtr<IDispatch> object) : object_(std::move(object), __uuidof(Declared)) {}
   [[nodiscard]] const LateObject& Object() const { return object_; }
 
  private:

@@ -3,17 +3,21 @@
 #include "component/adapters/adapted.h"
 #include "component/adapters/values.h"
 #include "component/base/failure.h"
-#include "host/calls.h"
 
 namespace tavrix::component {
 
 namespace {
 
-class AutomationRecordset : public Adapted<host::Recordset> {
+/// The index for statements that want one.
+Variant FirstResult() {
+  return Variant(std::int32_t{0});
+}
+
+class AutomationRecordset : public Adapted<host::Recordset, IHostRecordset> {
  public:
   using Adapted::Adapted;
-  [[nodiscard]] bool EndOfFile() override { return ToFlag(Object().Get(L"EOF")); }
-  [[nodiscard]] bool BeginningOfFile() override { return ToFlag(Object().Get(L"BOF")); }
+  [[nodiscard]] bool EndOfFile() override { return Object().FlagOf(L"EOF"); }
+  [[nodiscard]] bool BeginningOfFile() override { return Object().FlagOf(L"BOF"); }
   [[nodiscard]] host::RowSet GetRows() override {
     if (const auto texts = Object().Dispatch().As<IHostRowTexts>())
       return TakeRowTexts(*texts.Get());
@@ -33,7 +37,7 @@ class AutomationRecordset : public Adapted<host::Recordset> {
   [[nodiscard]] host::Value ValueOf(const Variant& key) const {
     const auto field = FieldObject(key);
     if (!field) throw ComFailure(DISP_E_TYPEMISMATCH);
-    return ToValue(LateObject(field).Get(L"Value"));
+    return ToValue(LateObject(field, IID_IHostField).Get(L"Value"));
   }
   /// `Fields(key)`, or `Fields.Item(key)` where the property takes no argument.
   [[nodiscard]] ComPtr<IDispatch> FieldObject(const Variant& key) const {
@@ -51,36 +55,36 @@ class AutomationRecordset : public Adapted<host::Recordset> {
   }
   [[nodiscard]] ComPtr<IDispatch> ItemObject(const Variant& key) const {
     const auto fields = Object().ObjectOf(L"Fields");
-    return fields ? LateObject(fields).ObjectOf(L"Item", {key}) : nullptr;
+    return fields ? LateObject(fields, IID_IHostFields).ObjectOf(L"Item", {key}) : nullptr;
   }
 };
 
-class AutomationStatement : public Adapted<host::Statement> {
+class AutomationStatement : public Adapted<host::Statement, IHostStatement> {
  public:
   using Adapted::Adapted;
   void Execute() override { Object().Call(L"Execute"); }
-  [[nodiscard]] host::Value ScalarValue() override { return ToValue(Object().Get(L"ScalarValue")); }
+  [[nodiscard]] host::Value ScalarValue() override {
+    return ToValue(Object().GetOptional(L"ScalarValue", FirstResult()));
+  }
   [[nodiscard]] std::shared_ptr<host::Recordset> OpenRecordset() override {
-    return Adapt<AutomationRecordset>(Object().ObjectOf(L"Recordset"));
+    return Adapt<AutomationRecordset>(Object().GetOptional(L"Recordset", FirstResult()).Object());
   }
 };
 
-class AutomationError : public Adapted<host::ErrorEntry> {
+class AutomationError : public Adapted<host::ErrorEntry, IHostError> {
  public:
   using Adapted::Adapted;
-  [[nodiscard]] std::string Description() override {
-    return host::NoObject(ToValue(Object().Get(L"Description")), "Description").ToText();
-  }
+  [[nodiscard]] std::string Description() override { return Object().TextOf(L"Description"); }
   void Clear() override { Object().Call(L"Clear"); }
 };
 
-class AutomationProperty : public Adapted<host::Property> {
+class AutomationProperty : public Adapted<host::Property, IHostProperty> {
  public:
   using Adapted::Adapted;
   [[nodiscard]] host::Value Get() override { return ToValue(Object().Get(L"Value")); }
 };
 
-class AutomationPropertySet : public Adapted<host::PropertySet> {
+class AutomationPropertySet : public Adapted<host::PropertySet, IHostPropertySet> {
  public:
   using Adapted::Adapted;
   [[nodiscard]] std::shared_ptr<host::Property> Item(const std::string& key) override {
@@ -88,7 +92,7 @@ class AutomationPropertySet : public Adapted<host::PropertySet> {
   }
 };
 
-class AutomationDatabase : public Adapted<host::Database> {
+class AutomationDatabase : public Adapted<host::Database, IHostDatabase> {
  public:
   using Adapted::Adapted;
   [[nodiscard]] std::shared_ptr<host::Statement> OpenSql(const std::string& sql,

@@ -5,8 +5,6 @@
 #include "component/adapters/adapted.h"
 #include "component/adapters/database.h"
 #include "component/adapters/values.h"
-#include "host/calls.h"
-#include "host/text.h"
 
 namespace tavrix::component {
 
@@ -16,27 +14,21 @@ Variant Text(const std::string& text) {
   return Variant(std::string_view(text));
 }
 
-std::int32_t WholeNumber(const Variant& value, const char* what) {
-  return host::ToLong32(host::RequiredNumber(ToValue(value), what));
-}
-
-class AutomationCodeRule : public Adapted<host::CodeRule> {
+class AutomationCodeRule : public Adapted<host::CodeRule, IHostCodeRule> {
  public:
   using Adapted::Adapted;
   [[nodiscard]] std::string ParentCode(const std::string& code, const std::string& rule) override {
-    return host::RequiredText(ToValue(Object().Get(L"ParentCode", {Text(code), Text(rule)})),
-                              "ParentCode");
+    return Object().GivenTextOf(L"ParentCode", {Text(code), Text(rule)});
   }
   [[nodiscard]] std::int32_t LevelOf(const std::string& code, const std::string& rule) override {
-    return WholeNumber(Object().Get(L"LevelOf", {Text(code), Text(rule)}), "LevelOf");
+    return Object().LongOf(L"LevelOf", {Text(code), Text(rule)});
   }
   [[nodiscard]] std::int32_t LengthAtLevel(std::int32_t level, const std::string& rule) override {
-    return WholeNumber(Object().Get(L"LengthAtLevel", {Variant(level), Text(rule)}),
-                       "LengthAtLevel");
+    return Object().LongOf(L"LengthAtLevel", {Variant(level), Text(rule)});
   }
 };
 
-class AutomationDataHelper : public Adapted<host::DataHelper> {
+class AutomationDataHelper : public Adapted<host::DataHelper, IHostDataHelper> {
  public:
   using Adapted::Adapted;
   void SetDatabase(const std::shared_ptr<host::Database>& database) override {
@@ -44,7 +36,7 @@ class AutomationDataHelper : public Adapted<host::DataHelper> {
   }
 };
 
-class AutomationNavigator : public Adapted<host::GridNavigator> {
+class AutomationNavigator : public Adapted<host::GridNavigator, IHostGridNavigator> {
  public:
   AutomationNavigator(ComPtr<IDispatch> object, GridObjects grids)
       : Adapted(std::move(object)), grids_(std::move(grids)) {}
@@ -54,32 +46,30 @@ class AutomationNavigator : public Adapted<host::GridNavigator> {
   [[nodiscard]] bool MoveBottom(host::Grid& grid) override { return Ask(L"MoveBottom", grid); }
   [[nodiscard]] bool FindNext(host::Grid& grid) override { return Ask(L"FindNext", grid); }
   [[nodiscard]] bool Find(host::Grid& grid, const host::Value& data) override {
-    return ToFlag(Object().Get(L"Find", {Variant(grids_(grid)), ToVariant(data)}));
+    return Object().FlagOf(L"Find", {Variant(grids_(grid)), ToVariant(data)});
   }
   [[nodiscard]] bool Filter(host::Grid& grid, const host::Value& data) override {
-    return ToFlag(Object().Get(L"Filter", {Variant(grids_(grid)), ToVariant(data)}));
+    return Object().FlagOf(L"Filter", {Variant(grids_(grid)), ToVariant(data)});
   }
 
  private:
   [[nodiscard]] bool Ask(const wchar_t* member, host::Grid& grid) const {
-    return ToFlag(Object().Get(member, {Variant(grids_(grid))}));
+    return Object().FlagOf(member, {Variant(grids_(grid))});
   }
 
   GridObjects grids_;
 };
 
-class AutomationSettingsFile : public Adapted<host::SettingsFile> {
+class AutomationSettingsFile : public Adapted<host::SettingsFile, IHostSettingsFile> {
  public:
   using Adapted::Adapted;
   void SetFileName(const std::string& path) override { Object().Put(L"FileName", Text(path)); }
   [[nodiscard]] std::string ReadValue(const std::string& section, const std::string& key,
                                       const std::string& fallback) override {
-    const host::Value value =
+    const host::Value kept =
         ToValue(Object().Get(L"ReadValue", {Text(section), Text(key), Text(fallback)}));
-    // Null, Empty, Nothing and other objects are no text: the key counts as absent.
-    const bool foreign =
-        std::holds_alternative<std::shared_ptr<const host::ForeignValue>>(value.Raw());
-    return value.IsNull() || foreign ? fallback : value.ToText();
+    // What is no text was not kept by anyone: as an absent key.
+    return kept.IsNull() || kept.IsObject() ? fallback : kept.ToText();
   }
   void WriteValue(const std::string& section, const std::string& key,
                   const std::string& value) override {
@@ -87,19 +77,25 @@ class AutomationSettingsFile : public Adapted<host::SettingsFile> {
   }
 };
 
-class AutomationParameters : public Adapted<host::Parameters> {
+class AutomationParameters : public Adapted<host::Parameters, IHostParameters> {
  public:
-  using Adapted::Adapted;
+  AutomationParameters(ComPtr<IDispatch> object, SharedOwner owner)
+      : Adapted(std::move(object)), owner_(std::move(owner)) {}
   [[nodiscard]] bool Exists(const std::string& key) override {
-    return ToFlag(Object().Get(L"Exists", {Text(key)}));
+    return Object().FlagOf(L"Exists", {Text(key)});
   }
   [[nodiscard]] host::Value Item(const std::string& key) override {
     // An entry is an object with a value; a plain value is accepted too.
     const Variant entry = Object().Get(L"Item", {Text(key)});
     const auto object = entry.Object();
-    return ToValue(object ? LateObject(object).Get(L"Value") : entry);
+    return ToValue(object ? LateObject(object, IID_IHostParameter).Get(L"Value") : entry);
   }
-  void Clear() override { Object().Call(L"Clear"); }
+  void Clear() override {
+    if (!owner_->Ended() || !Object().IsOfScript()) Object().Call(L"Clear");
+  }
+
+ private:
+  SharedOwner owner_;
 };
 
 }  // namespace
@@ -109,7 +105,7 @@ std::shared_ptr<host::CodeRule> AdaptCodeRule(const ComPtr<IDispatch>& object) {
 }
 
 std::shared_ptr<host::LogHelper> AdaptLogHelper(const ComPtr<IDispatch>& object) {
-  return Adapt<Adapted<host::LogHelper>>(object);
+  return Adapt<Adapted<host::LogHelper, IHostLogHelper>>(object);
 }
 
 std::shared_ptr<host::DataHelper> AdaptDataHelper(const ComPtr<IDispatch>& object) {
@@ -125,8 +121,9 @@ std::shared_ptr<host::SettingsFile> AdaptSettingsFile(const ComPtr<IDispatch>& o
   return Adapt<AutomationSettingsFile>(object);
 }
 
-std::shared_ptr<host::Parameters> AdaptParameters(const ComPtr<IDispatch>& object) {
-  return Adapt<AutomationParameters>(object);
+std::shared_ptr<host::Parameters> AdaptParameters(const ComPtr<IDispatch>& object,
+                                                  SharedOwner owner) {
+  return Adapt<AutomationParameters>(object, std::move(owner));
 }
 
 ComPtr<IDispatch> DispatchOf(const std::shared_ptr<host::Parameters>& parameters) {

@@ -68,28 +68,28 @@ class WheelSink : public Identity, public Face<IDispatch> {
   std::shared_ptr<WheelHandler> handler_;
 };
 
-class AutomationMouseEvent : public Adapted<host::MouseEvent> {
+class AutomationMouseEvent : public Adapted<host::MouseEvent, IHostMouseEvent> {
  public:
-  using Adapted::Adapted;
+  AutomationMouseEvent(ComPtr<IDispatch> object, SharedOwner owner)
+      : Adapted(std::move(object)), owner_(std::move(owner)) {}
   ~AutomationMouseEvent() override { Disconnect(); }
 
-  void SetRange(std::int32_t maximum) override { Object().Call(L"SetRange", {Variant(maximum)}); }
+  // Not every language has optional arguments: a source may take one alone, or want both.
+  void SetRange(std::int32_t maximum) override {
+    CallEither({Variant(maximum)}, {Variant(maximum), Variant(std::int32_t{0})});
+  }
   void SetRange(std::int32_t maximum, std::int32_t first_row) override {
-    try {
-      Object().Call(L"SetRange", {Variant(maximum), Variant(first_row)});
-    } catch (const ComFailure&) {
-      // Not every language has optional arguments, nor do all name that failure alike. A source
-      // that fails for another reason does so again.
-      SetRange(maximum);
-    }
+    CallEither({Variant(maximum), Variant(first_row)}, {Variant(maximum)});
   }
   void Attach(std::intptr_t window) override {
     // Handles keep to 32 bits, on x64 too.
     Object().Call(L"Attach", {Variant(static_cast<std::int32_t>(window))});
   }
-  void Detach() override { Object().Call(L"Detach"); }
+  void Detach() override {
+    if (!owner_->Ended() || !Object().IsOfScript()) Object().Call(L"Detach");
+  }
   [[nodiscard]] std::intptr_t AttachedTo() override {
-    return ToValue(Object().Get(L"AttachedTo")).ToLong();
+    return ToValue(Object().Get(L"AttachedTo")).ToLong();  // Empty: to none yet
   }
   void SetPosition(std::int32_t position) override { Object().Put(L"Position", Variant(position)); }
   void OnWheel(WheelHandler handler) override {
@@ -98,11 +98,23 @@ class AutomationMouseEvent : public Adapted<host::MouseEvent> {
   }
 
  private:
+  void CallEither(LateObject::Values wanted, LateObject::Values other) const {
+    try {
+      Object().Call(L"SetRange", wanted);
+    } catch (const ComFailure& failure) {
+      if (!IsArgumentCount(failure)) throw;
+      Object().Call(L"SetRange", other);
+    }
+  }
   void Connect(WheelHandler handler) {
     point_ = WheelPointOf(Object().Dispatch().Get());
     IID source{};
     if (!point_ || FAILED(point_->GetConnectionInterface(&source))) return;
-    handler_ = std::make_shared<WheelHandler>(std::move(handler));
+    handler_ = std::make_shared<WheelHandler>(
+        [owner = owner_, handler = std::move(handler)](std::int32_t value) {
+          const ComPtr<IUnknown> keep = owner->Keep();  // the host may let go of it meanwhile
+          handler(value);
+        });
     const auto sink = MakeObject<WheelSink>(source, handler_);
     if (FAILED(point_->Advise(sink.Get(), &cookie_))) point_ = nullptr;
   }
@@ -113,6 +125,7 @@ class AutomationMouseEvent : public Adapted<host::MouseEvent> {
     point_ = nullptr;
   }
 
+  SharedOwner owner_;
   ComPtr<IConnectionPoint> point_;
   DWORD cookie_ = 0;
   std::shared_ptr<WheelHandler> handler_;
@@ -120,8 +133,9 @@ class AutomationMouseEvent : public Adapted<host::MouseEvent> {
 
 }  // namespace
 
-std::shared_ptr<host::MouseEvent> AdaptMouseEvent(const ComPtr<IDispatch>& object) {
-  return Adapt<AutomationMouseEvent>(object);
+std::shared_ptr<host::MouseEvent> AdaptMouseEvent(const ComPtr<IDispatch>& object,
+                                                  SharedOwner owner) {
+  return Adapt<AutomationMouseEvent>(object, std::move(owner));
 }
 
 }  // namespace tavrix::component

@@ -2,13 +2,15 @@
 
 #include <memory>
 
+#include "component/adapters/host_objects.h"
 #include "component/base/com_ptr.h"
 #include "host/objects.h"
 
 namespace tavrix::component {
 
 /// A mouse-wheel source of the host; null gives null. One without connection points is used
-/// without its event.
-[[nodiscard]] std::shared_ptr<host::MouseEvent> AdaptMouseEvent(const ComPtr<IDispatch>& object);
+/// without its event. `owner` lives at least as long as an event that it handles.
+[[nodiscard]] std::shared_ptr<host::MouseEvent> AdaptMouseEvent(const ComPtr<IDispatch>& object,
+                                                                SharedOwner owner);
 
 }  // namespace tavrix::component

@@ -5,6 +5,7 @@
 #include "component/adapters/mouse_event.h"
 #include "component/adapters/values.h"
 #include "host/calls.h"
+#include "host/text.h"
 
 namespace tavrix::component {
 
@@ -14,7 +15,7 @@ Variant Text(const std::string& text) {
   return Variant(std::string_view(text));
 }
 
-class AutomationSetting : public Adapted<host::SettingEntry> {
+class AutomationSetting : public Adapted<host::SettingEntry, IHostSetting> {
  public:
   using Adapted::Adapted;
   [[nodiscard]] std::string Get() override {
@@ -22,25 +23,23 @@ class AutomationSetting : public Adapted<host::SettingEntry> {
   }
 };
 
-class AutomationRights : public Adapted<host::RightsObject> {
+class AutomationRights : public Adapted<host::RightsObject, IHostRights> {
  public:
   using Adapted::Adapted;
-  [[nodiscard]] bool CanAdd() override { return ToFlag(Object().Get(L"CanAdd")); }
-  [[nodiscard]] bool CanEdit() override { return ToFlag(Object().Get(L"CanEdit")); }
+  [[nodiscard]] bool CanAdd() override { return Object().FlagOf(L"CanAdd"); }
+  [[nodiscard]] bool CanEdit() override { return Object().FlagOf(L"CanEdit"); }
 };
 
-class AutomationFolders : public Adapted<host::FoldersObject> {
+class AutomationFolders : public Adapted<host::FoldersObject, IHostFolders> {
  public:
   using Adapted::Adapted;
-  [[nodiscard]] std::string UserFolder() override {
-    return ToValue(Object().Get(L"UserFolder")).ToText();
-  }
+  [[nodiscard]] std::string UserFolder() override { return Object().TextOf(L"UserFolder"); }
 };
 
-class AutomationSystem : public Adapted<host::SystemObject> {
+class AutomationSystem : public Adapted<host::SystemObject, IHostSystem> {
  public:
-  AutomationSystem(ComPtr<IDispatch> object, GridObjects grids)
-      : Adapted(std::move(object)), grids_(std::move(grids)) {}
+  AutomationSystem(ComPtr<IDispatch> object, ServedView view)
+      : Adapted(std::move(object)), view_(std::move(view)) {}
 
   [[nodiscard]] std::shared_ptr<host::Database> GetDatabase() override {
     return AdaptDatabase(Object().ObjectOf(L"GetDatabase"));
@@ -54,7 +53,9 @@ class AutomationSystem : public Adapted<host::SystemObject> {
     Variant error = Text({});
     const Variant id =
         Object().GetWithReference(L"NewIdentifier", {Text(table), Text(column)}, error);
-    return {ToValue(id).ToLong(), ToValue(error).ToText()};
+    std::string failure = host::NoObject(ToValue(error), "NewIdentifier").ToText();
+    if (!failure.empty()) return {0, std::move(failure)};
+    return {host::ToLong32(host::RequiredNumber(ToValue(id), "NewIdentifier")), {}};
   }
   [[nodiscard]] std::shared_ptr<host::RightsObject> Rights(std::int32_t program) override {
     return Adapt<AutomationRights>(Object().ObjectOf(L"Rights", {Variant(program)}));
@@ -70,19 +71,19 @@ class AutomationSystem : public Adapted<host::SystemObject> {
     return AdaptLogHelper(Helper("LogHelper"));
   }
   [[nodiscard]] std::shared_ptr<host::GridNavigator> CreateGridNavigator() override {
-    return AdaptGridNavigator(Helper("GridNavigator"), grids_);
+    return AdaptGridNavigator(Helper("GridNavigator"), view_.grids);
   }
   [[nodiscard]] std::shared_ptr<host::DataHelper> CreateDataHelper() override {
     return AdaptDataHelper(Helper("DataHelper"));
   }
   [[nodiscard]] std::shared_ptr<host::MouseEvent> CreateMouseEvent() override {
-    return AdaptMouseEvent(Helper("MouseEvent"));
+    return AdaptMouseEvent(Helper("MouseEvent"), view_.owner);
   }
   [[nodiscard]] std::shared_ptr<host::SettingsFile> CreateSettingsFile() override {
     return AdaptSettingsFile(Helper("SettingsFile"));
   }
   [[nodiscard]] std::shared_ptr<host::Parameters> CreateParameters() override {
-    return AdaptParameters(Helper("Parameters"));
+    return AdaptParameters(Helper("Parameters"), view_.owner);
   }
 
  private:
@@ -90,14 +91,13 @@ class AutomationSystem : public Adapted<host::SystemObject> {
     return Object().ObjectOf(L"CreateHelper", {Variant(std::string_view(name))});
   }
 
-  GridObjects grids_;
+  ServedView view_;
 };
 
 }  // namespace
 
-std::shared_ptr<host::SystemObject> AdaptSystem(const ComPtr<IDispatch>& object,
-                                                GridObjects grids) {
-  return Adapt<AutomationSystem>(object, std::move(grids));
+std::shared_ptr<host::SystemObject> AdaptSystem(const ComPtr<IDispatch>& object, ServedView view) {
+  return Adapt<AutomationSystem>(object, std::move(view));
 }
 
 }  // namespace tavrix::component

@@ -151,8 +151,4 @@ Variant ToVariant(const host::Value& value) {
       value.Raw());
 }
 
-bool ToFlag(const Variant& value) {
-  return ToValue(value).ToNumber() != 0;
-}
-
 }  // namespace tavrix::component

@@ -16,9 +16,6 @@ namespace tavrix::component {
 /// understands.
 [[nodiscard]] Variant ToVariant(const host::Value& value);
 
-/// A host's flag: as `Value::ToNumber` counts, anything but 0.
-[[nodiscard]] bool ToFlag(const Variant& value);
-
 /// The two-dimensional array (field, record) of a recordset's `GetRows`, its text converted once
 /// and directly. Null strings are empty texts. Throws `ComFailure` when it is no such array.
 [[nodiscard]] host::RowSet ToRowSet(const Variant& rows);

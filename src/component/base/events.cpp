@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "component/base/release_later.h"
-
 namespace tavrix::component {
 
 bool EventSource::Advised(DWORD cookie) const {
@@ -65,9 +63,6 @@ void EventSource::Deliver(const Waiting& event) {
                           ->Invoke(event.id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
                                    &arguments, ignored.Put(), nullptr, nullptr));
   }
-  // A sink has let go of the object, as a host does when a pick closes its picker; the code that
-  // raised the event is still the object's own.
-  if (owner_.LastReference()) ReleaseLater(keep);
 }
 
 HRESULT EventSource::PointFace::QueryInterface(REFIID iid, void** result) noexcept {

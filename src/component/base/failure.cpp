@@ -32,7 +32,7 @@ std::string MeaningOf(HRESULT code) {
   return viewkit::win32::Narrow(number);
 }
 
-ComFailure::ComFailure(HRESULT code) : ComFailure(code, MeaningOf(code)) {}
+ComFailure::ComFailure(HRESULT code) : HostError(MeaningOf(code)), code_(code) {}
 
 ComFailure FailureOfCall(HRESULT code) {
   ComPtr<IErrorInfo> info;

@@ -12,13 +12,17 @@ namespace tavrix::component {
 /// other; `what()` is its text (UTF-8).
 class ComFailure : public host::HostError {
  public:
-  ComFailure(HRESULT code, const std::string& text) : HostError(text), code_(code) {}
+  ComFailure(HRESULT code, const std::string& text)
+      : HostError(text), code_(code), own_text_(true) {}
   /// With the meaning of the code as text.
   explicit ComFailure(HRESULT code);
   [[nodiscard]] HRESULT Code() const { return code_; }
+  /// Whether the text says more than the code.
+  [[nodiscard]] bool HasOwnText() const { return own_text_; }
 
  private:
   HRESULT code_;
+  bool own_text_ = false;
 };
 
 /// The system's text for a code, without the line end; the bare number when it has none.

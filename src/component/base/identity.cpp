@@ -36,6 +36,7 @@ ULONG Identity::InnerUnknown::Release() noexcept {
   if (left != 0) return left;
   // What ends with the object may take and drop references of it: only the first drop counts.
   owner_.references_ = 1;
+  owner_.controlling_ = this;  // an object around it is at its end too
   const std::unique_ptr<Identity> end(&owner_);
   return 0;
 }

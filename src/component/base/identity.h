@@ -29,8 +29,6 @@ class Identity {
   [[nodiscard]] IUnknown& Controlling() { return *controlling_; }
   /// The object itself, even inside another: for whoever creates it.
   [[nodiscard]] IUnknown& Inner() { return inner_; }
-  /// Whether one reference is all that keeps the object.
-  [[nodiscard]] bool LastReference() const { return references_ == 1; }
   [[nodiscard]] const Dispatcher& Late() const { return dispatcher_; }
 
  protected:

@@ -96,11 +96,10 @@ MemberTable::MemberTable(const IID& iid) : info_(TypeInfoOf(iid)) {
   Check(info_->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr));
   name_ = ViewOf(name.Get());
   HREFTYPE reference = 0;
-  ComPtr<ITypeInfo> methods;
   // A dual interface is described twice; -1 leads from its names to its table of methods.
   Check(info_->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference));
-  Check(info_->GetRefTypeInfo(reference, methods.Put()));
-  Read(*methods.Get());
+  Check(info_->GetRefTypeInfo(reference, methods_.Put()));
+  Read(*methods_.Get());
 }
 
 void MemberTable::Read(ITypeInfo& methods) {

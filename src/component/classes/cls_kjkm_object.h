@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "component/base/error_support.h"
+#include "component/base/face_registry.h"
 #include "component/base/identity.h"
-#include "component/classes/face_registry.h"
 #include "picker/col_kjkm.h"
 #include "tavrix.h"
 

@@ -23,7 +23,7 @@ HRESULT DesignUi::get_Parameters(IDispatch** result) noexcept {
 HRESULT DesignUi::putref_Parameters(IDispatch* parameters) noexcept {
   return Guarded(IID_IDesignUI, [&] {
     const ComPtr<IUnknown> keep(&control_.Controlling());
-    view_.SetParameters(AdaptParameters(ComPtr<IDispatch>(parameters)));
+    view_.SetParameters(AdaptParameters(ComPtr<IDispatch>(parameters), control_.Owner()));
   });
 }
 

@@ -99,7 +99,9 @@ HRESULT PickerUi::get_Parameters(IDispatch** result) noexcept {
 }
 
 HRESULT PickerUi::putref_Parameters(IDispatch* parameters) noexcept {
-  return Run([&] { view_.SetPickerParameters(AdaptParameters(ComPtr<IDispatch>(parameters))); });
+  return Run([&] {
+    view_.SetPickerParameters(AdaptParameters(ComPtr<IDispatch>(parameters), control_.Owner()));
+  });
 }
 
 HRESULT PickerUi::get_Text(BSTR* result) noexcept {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "component/base/enumerator.h"
+#include "component/base/face_registry.h"
 #include "component/controls/grid_face.h"
 #include "component/controls/simple_faces.h"
 #include "component/controls/tree_faces.h"
@@ -54,9 +55,10 @@ std::string FullName(const host::Control& control) {
 
 class CollectionFace : public Identity, public DualFace<IChildControls> {
  public:
-  explicit CollectionFace(std::weak_ptr<ChildObjects> objects)
+  explicit CollectionFace(ChildObjects& objects)
       : DualFace<IChildControls>(static_cast<Identity&>(*this)),
-        objects_(std::move(objects)),
+        objects_(objects.weak_from_this()),
+        entry_(&objects, *this),
         errors_(*this) {
     PublishDual(IID_IChildControls, this);
     Publish(IID_ISupportErrorInfo, &errors_);
@@ -98,6 +100,7 @@ class CollectionFace : public Identity, public DualFace<IChildControls> {
   }
 
   std::weak_ptr<ChildObjects> objects_;
+  FaceRegistry<CollectionFace> entry_;
   ErrorSupport errors_;
 };
 
@@ -145,7 +148,9 @@ ComPtr<IDispatch> ChildObjects::Of(const host::Control& control) {
 }
 
 ComPtr<IDispatch> ChildObjects::Collection() {
-  return MakeObject<CollectionFace>(weak_from_this()).As<IDispatch>();
+  // Never another view's: while a face lives, its reference keeps the address taken.
+  if (auto* face = FaceRegistry<CollectionFace>::Find(this)) return ComPtr<IDispatch>(face);
+  return MakeObject<CollectionFace>(*this).As<IDispatch>();
 }
 
 }  // namespace tavrix::component

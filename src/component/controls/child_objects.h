@@ -31,7 +31,7 @@ class ChildObjects : public std::enable_shared_from_this<ChildObjects> {
   [[nodiscard]] ComPtr<IDispatch> Find(std::string_view name);
   /// Null when the control is none of the view's.
   [[nodiscard]] ComPtr<IDispatch> Of(const host::Control& control);
-  /// The collection as callers see it.
+  /// The collection as callers see it: the same as long as anyone holds it.
   [[nodiscard]] ComPtr<IDispatch> Collection();
 
  private:

@@ -4,20 +4,9 @@
 #include <utility>
 
 #include "component/base/com_ptr.h"
+#include "component/base/view_owner.h"
 
 namespace tavrix::component {
-
-/// The object that a view belongs to, for those who may outlive it. Its thread's alone.
-class ViewOwner {
- public:
-  explicit ViewOwner(IUnknown& object) : object_(&object) {}
-  /// Keeps the object while its view is at work; null once it has ended.
-  [[nodiscard]] ComPtr<IUnknown> Keep() const { return ComPtr<IUnknown>(object_); }
-  void End() { object_ = nullptr; }
-
- private:
-  IUnknown* object_;
-};
 
 /// A part of a view, which does not keep the view alive until it is used.
 template <class Model>

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "component/base/enumerator.h"
+#include "component/base/face_registry.h"
 
 namespace tavrix::component {
 
@@ -24,6 +25,7 @@ class NodeFace : public Identity, public DualFace<ITreeNode> {
       : DualFace<ITreeNode>(static_cast<Identity&>(*this)),
         tree_(std::move(tree)),
         node_(node.weak_from_this()),
+        entry_(&node, *this),
         errors_(*this) {
     PublishDual(IID_ITreeNode, this);
     Publish(IID_ISupportErrorInfo, &errors_);
@@ -73,22 +75,29 @@ class NodeFace : public Identity, public DualFace<ITreeNode> {
 
   ModelReference<TreeView> tree_;
   std::weak_ptr<TreeNode> node_;
+  FaceRegistry<NodeFace> entry_;
   ErrorSupport errors_;
 };
 
 ComPtr<IDispatch> NodeObject(const ModelReference<TreeView>& tree, TreeNode* node) {
-  return node == nullptr ? nullptr : MakeObject<NodeFace>(tree, *node).As<IDispatch>();
+  if (node == nullptr) return nullptr;
+  // Never another node's: while a face lives, its reference keeps the address taken.
+  if (auto* face = FaceRegistry<NodeFace>::Find(node)) return ComPtr<IDispatch>(face);
+  return MakeObject<NodeFace>(tree, *node).As<IDispatch>();
 }
 
 class NodesFace : public Identity, public DualFace<ITreeNodes> {
  public:
-  explicit NodesFace(ModelReference<TreeView> tree)
+  NodesFace(ModelReference<TreeView> reference, TreeView& tree)
       : DualFace<ITreeNodes>(static_cast<Identity&>(*this)),
-        tree_(std::move(tree)),
+        tree_(std::move(reference)),
+        entry_(&tree, *this),
         errors_(*this) {
     PublishDual(IID_ITreeNodes, this);
     Publish(IID_ISupportErrorInfo, &errors_);
   }
+  /// False once its tree is gone; another may stand in its place then.
+  [[nodiscard]] bool InUse() const { return static_cast<bool>(tree_.Lock()); }
 
   STDMETHODIMP get_Item(VARIANT index, IDispatch** result) noexcept override {
     return With([&](TreeView& tree) {
@@ -125,15 +134,22 @@ class NodesFace : public Identity, public DualFace<ITreeNodes> {
   }
 
   ModelReference<TreeView> tree_;
+  FaceRegistry<NodesFace> entry_;
   ErrorSupport errors_;
 };
+
+ComPtr<IDispatch> NodesObject(const ModelReference<TreeView>& reference, TreeView& tree) {
+  auto* face = FaceRegistry<NodesFace>::Find(&tree);
+  if (face != nullptr && face->InUse()) return ComPtr<IDispatch>(face);
+  return MakeObject<NodesFace>(reference, tree).As<IDispatch>();
+}
 
 }  // namespace
 
 HRESULT TreeFace::get_Nodes(IDispatch** result) noexcept {
-  return With([&](TreeView&) {
+  return With([&](TreeView& tree) {
     Out(result) = nullptr;
-    *result = MakeObject<NodesFace>(Reference()).As<IDispatch>().Detach();
+    *result = NodesObject(Reference(), tree).Detach();
   });
 }
 

@@ -7,6 +7,7 @@
 #include "component/base/abi.h"
 #include "component/base/module.h"
 #include "component/server/class_factory.h"
+#include "component/server/proxy_factory.h"
 #include "component/server/registration.h"
 
 // The four entry points of the library.
@@ -22,6 +23,10 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** result) {
           return IsEqualGUID(*entry.clsid, clsid) != FALSE;
         });
     if (found == classes.end()) return CLASS_E_CLASSNOTAVAILABLE;
+    if (IsEqualGUID(iid, IID_IPSFactoryBuffer) != FALSE) {
+      return component::MakeObject<component::ProxyFactory>()->QueryInterface(iid, result);
+    }
+    component::OfferProxies();
     return component::MakeObject<component::ClassFactory>(*found)->QueryInterface(iid, result);
   });
 }

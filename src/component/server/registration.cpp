@@ -3,12 +3,14 @@
 #include <oleauto.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <type_traits>
 #include <vector>
 
 #include "component/activex/ole_object.h"
 #include "component/base/abi.h"
+#include "component/base/bstr.h"
 #include "component/base/module.h"
 #include "component/base/type_library.h"
 #include "component/server/classes.h"
@@ -72,6 +74,33 @@ std::vector<Value> ValuesOf(const ClassEntry& entry, const std::wstring& library
   return values;
 }
 
+Key Open(const std::wstring& name, REGSAM access) {
+  HKEY key = nullptr;
+  const bool open =
+      RegOpenKeyExW(HKEY_CLASSES_ROOT, name.c_str(), 0, access, &key) == ERROR_SUCCESS;
+  return Key(open ? key : nullptr);
+}
+
+void DeleteTree(const std::wstring& key) {
+  const LSTATUS status = RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
+  if (status != ERROR_FILE_NOT_FOUND) CheckRegistry(status);
+}
+
+/// What a value was before it was written: nothing when there was none.
+std::optional<std::wstring> TextThere(const Value& value) {
+  const Key key = Open(value.key, KEY_QUERY_VALUE);
+  DWORD bytes = 0;
+  const auto read = [&](wchar_t* text) {
+    return RegGetValueW(key.get(), nullptr, value.name, RRF_RT_REG_SZ, nullptr, text, &bytes) ==
+           ERROR_SUCCESS;
+  };
+  if (!key || !read(nullptr)) return {};
+  std::wstring text(bytes / sizeof(wchar_t), L'\0');
+  if (!read(text.data())) return {};
+  text.resize(bytes / sizeof(wchar_t) - 1);  // it counts the zero at its end
+  return text;
+}
+
 void Write(const Value& value) {
   HKEY raw = nullptr;
   CheckRegistry(RegCreateKeyExW(HKEY_CLASSES_ROOT, value.key.c_str(), 0, nullptr, 0, KEY_SET_VALUE,
@@ -82,19 +111,50 @@ void Write(const Value& value) {
                                static_cast<DWORD>((value.text.size() + 1) * sizeof(wchar_t))));
 }
 
-void DeleteTree(const std::wstring& key) {
-  const LSTATUS status = RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
-  if (status != ERROR_FILE_NOT_FOUND) CheckRegistry(status);
-}
-
-void WriteAll() {
-  const auto library = TypeLibraryOf(kOwnTypeLibrary);
-  std::wstring file = ThisModuleFile();
-  Check(RegisterTypeLib(library.Get(), file.data(), nullptr));
-  const std::wstring library_id = TextOfGuid(LibraryId(*library.Get()));
-  for (const ClassEntry& entry : AllClasses()) {
-    for (const Value& value : ValuesOf(entry, library_id)) Write(value);
+/// Writes values, and takes all back when it goes before `Keep`.
+class Transaction {
+ public:
+  Transaction() = default;
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  ~Transaction() {
+    for (auto step = steps_.rbegin(); step != steps_.rend(); ++step) {
+      static_cast<void>(Guarded(IID_NULL, [&] { TakeBack(*step); }));
+    }
   }
+
+  void Set(const Value& value) {
+    const std::wstring top = value.key.substr(0, TopLength(value.key));
+    steps_.push_back({value, TextThere(value), Open(top, KEY_QUERY_VALUE) ? L"" : top});
+    Write(value);
+  }
+  void Keep() { steps_.clear(); }
+
+ private:
+  struct Step {
+    Value value;
+    std::optional<std::wstring> before;
+    std::wstring made;  ///< the class's whole key, when it was not there
+  };
+  /// A class's own key: the ProgID, or what follows CLSID.
+  [[nodiscard]] static std::size_t TopLength(const std::wstring& key) {
+    const std::size_t first = key.find(L'\\');
+    return key.starts_with(L"CLSID\\") ? key.find(L'\\', first + 1) : first;
+  }
+  static void TakeBack(const Step& step) {
+    if (!step.made.empty()) return DeleteTree(step.made);
+    if (step.before) return Write({step.value.key, step.value.name, *step.before});
+    const Key key = Open(step.value.key, KEY_SET_VALUE);
+    if (key) RegDeleteValueW(key.get(), step.value.name);
+  }
+
+  std::vector<Step> steps_;
+};
+
+/// Whether the type library is registered, with whatever file.
+bool IsRegistered(ITypeLib& library) {
+  Bstr file;
+  return SUCCEEDED(QueryPathOfRegTypeLib(LibraryId(library), 1, 0, LOCALE_NEUTRAL, file.Put()));
 }
 
 void DeleteTypeLibrary() {
@@ -105,22 +165,46 @@ void DeleteTypeLibrary() {
   if (result != TYPE_E_REGISTRYACCESS && result != E_INVALIDARG) Check(result);
 }
 
+/// The class is registered for programs of the other size, 32 or 64 bits, as well.
+bool OtherSizeHas(const ClassEntry& entry) {
+  constexpr REGSAM kOther = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+  return Open(ClassKey(entry) + L"\\InprocServer32", KEY_QUERY_VALUE | kOther) != nullptr;
+}
+
+void WriteAll() {
+  const auto library = TypeLibraryOf(kOwnTypeLibrary);
+  const std::wstring library_id = TextOfGuid(LibraryId(*library.Get()));
+  Transaction classes;
+  for (const ClassEntry& entry : AllClasses()) {
+    for (const Value& value : ValuesOf(entry, library_id)) classes.Set(value);
+  }
+  // Last: the system has no way to take a part of it back.
+  const bool was_registered = IsRegistered(*library.Get());
+  std::wstring file = ThisModuleFile();
+  const HRESULT result = RegisterTypeLib(library.Get(), file.data(), nullptr);
+  if (FAILED(result) && !was_registered) {
+    static_cast<void>(Guarded(IID_NULL, [] { DeleteTypeLibrary(); }));
+  }
+  Check(result);
+  classes.Keep();
+}
+
 }  // namespace
 
 HRESULT Register() noexcept {
-  const HRESULT result = Guarded(IID_NULL, [] { WriteAll(); });
-  if (FAILED(result)) static_cast<void>(Unregister());
-  return result;
+  return Guarded(IID_NULL, [] { WriteAll(); });
 }
 
 HRESULT Unregister() noexcept {
   // Each part is tried whatever becomes of the others; the first failure is told.
   HRESULT first = Guarded(IID_NULL, [] { DeleteTypeLibrary(); });
+  const auto remove = [&](const std::wstring& key) {
+    const HRESULT result = Guarded(IID_NULL, [&] { DeleteTree(key); });
+    if (SUCCEEDED(first)) first = result;
+  };
   for (const ClassEntry& entry : AllClasses()) {
-    for (const std::wstring& key : {ClassKey(entry), std::wstring(entry.prog_id)}) {
-      const HRESULT result = Guarded(IID_NULL, [&] { DeleteTree(key); });
-      if (SUCCEEDED(first)) first = result;
-    }
+    remove(ClassKey(entry));
+    if (!OtherSizeHas(entry)) remove(entry.prog_id);
   }
   return first;
 }

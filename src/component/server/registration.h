@@ -4,11 +4,12 @@
 
 namespace tavrix::component {
 
-/// Writes the type library and the entries of the classes, and nothing else. After a failure
-/// nothing of it is left.
+/// Writes the type library and the entries of the classes, and nothing else. After a failure what
+/// was registered before stands as it stood.
 [[nodiscard]] HRESULT Register() noexcept;
 
-/// Removes what `Register` writes; what is not there any more is no failure.
+/// Removes what `Register` writes; what is not there any more is no failure. The ProgIDs, which x86
+/// and x64 share, stay as long as the other one's class is registered.
 [[nodiscard]] HRESULT Unregister() noexcept;
 
 }  // namespace tavrix::component

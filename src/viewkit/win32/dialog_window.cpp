@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <mutex>
 
 #include "viewkit/win32/button_peers.h"
 #include "viewkit/win32/edit_peers.h"
@@ -14,8 +15,10 @@ constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
 constexpr DWORD kExtendedStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
 
 /// Each dialog's class is named after it and kept until the module goes: dialogs of one name may
-/// be open at once.
+/// be open at once, also in several apartments.
 const WindowClass& DialogClass(const std::string& name) {
+  static std::mutex mutex;
+  const std::lock_guard lock(mutex);
   static std::map<std::string, WindowClass> classes;
   return classes.try_emplace(name, Wide(name)).first->second;
 }
@@ -126,13 +129,8 @@ bool DialogWindow::TranslateKey(Key key, Modifiers modifiers) {
 
 /// The arrow keys choose among the option buttons that follow each other.
 bool DialogWindow::MoveOption(bool backward) {
-  if (!MoveFocus(backward)) return true;
-  auto* option = dynamic_cast<OptionButtonPeer*>(PeerOf(GetFocus()));
-  if (option != nullptr) {
-    option->Choose();
-  } else {
-    MoveFocus(!backward);
-  }
+  auto* option = dynamic_cast<OptionButtonPeer*>(PeerBeside(*PeerOf(GetFocus()), backward));
+  if (option != nullptr && option->TakeFocus()) option->Choose();
   return true;
 }
 

@@ -25,6 +25,7 @@ class ViewWindow::State : public PeerHost {
   bool FocusFirst();
   using PeerHost::FocusLast;
   [[nodiscard]] bool HasFocus() const;
+  [[nodiscard]] bool FocusWantsKey(Key key) const;
 
  protected:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
@@ -56,6 +57,7 @@ void ViewWindow::State::Open(const ControlList& controls) {
 void ViewWindow::State::Close() {
   options_.resized = {};
   options_.focus_changed = {};
+  options_.focus_moved = {};
   options_.destroyed = {};
   Context().keep = {};
   Destroy();
@@ -78,16 +80,24 @@ void ViewWindow::State::OnResized() {
 void ViewWindow::State::FocusMoved(bool focused, HWND other) {
   if (focused) last_focus_ = GetFocus();
   const bool inside = focused || other == Hwnd() || (other != nullptr && IsChild(Hwnd(), other));
-  if (inside == focused_) return;
-  focused_ = inside;
   const auto keep = shared_from_this();
-  const auto focus_changed = options_.focus_changed;
-  if (focus_changed) focus_changed(inside);
+  if (inside != focused_) {
+    focused_ = inside;
+    const auto focus_changed = options_.focus_changed;
+    if (focus_changed) focus_changed(inside);
+  }
+  const auto focus_moved = options_.focus_moved;
+  if (focus_moved && focused == inside) focus_moved();
 }
 
 bool ViewWindow::State::HasFocus() const {
   const HWND focus = GetFocus();
   return Alive() && focus != nullptr && (focus == Hwnd() || IsChild(Hwnd(), focus));
+}
+
+bool ViewWindow::State::FocusWantsKey(Key key) const {
+  const ControlPeer* peer = HasFocus() ? PeerOf(GetFocus()) : nullptr;
+  return peer != nullptr && peer->WantsKey(key, {});
 }
 
 bool ViewWindow::State::FocusFirst() {
@@ -176,6 +186,10 @@ bool ViewWindow::FocusFirst(bool backward) {
 
 bool ViewWindow::HasFocus() const {
   return state_->HasFocus();
+}
+
+bool ViewWindow::FocusWantsKey(Key key) const {
+  return state_->FocusWantsKey(key);
 }
 
 void ViewWindow::Draw(HDC dc, const RECT& area) const {

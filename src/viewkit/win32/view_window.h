@@ -8,6 +8,7 @@
 
 #include "viewkit/color.h"
 #include "viewkit/control.h"
+#include "viewkit/input.h"
 
 namespace tavrix::viewkit::win32 {
 
@@ -36,6 +37,8 @@ struct ViewWindowOptions {
   std::function<void(int width, int height)> resized{};
   /// The focus has entered (true) or left (false) the window and its children.
   std::function<void(bool)> focus_changed{};
+  /// The focus has come to another control of the window, or has left it.
+  std::function<void()> focus_moved{};
   /// Gives what is held while a message to the window or to one of its controls is handled.
   std::function<std::shared_ptr<void>()> keep{};
   /// The window is gone, destroyed by its parent; `Handle` is null from now on.
@@ -78,6 +81,8 @@ class ViewWindow {
   /// take it; `backward`: to the last one in any case. False when there is none.
   bool FocusFirst(bool backward = false);
   [[nodiscard]] bool HasFocus() const;
+  /// Whether the focused control has a use for `key`, pressed alone, before any container.
+  [[nodiscard]] bool FocusWantsKey(Key key) const;
 
   /// Draws the window with its controls as they look now; `area` is the target in `dc`.
   void Draw(HDC dc, const RECT& area) const;

@@ -1,0 +1,46 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+#include <thread>
+
+#include "component/base/bstr.h"
+#include "component/base/variant.h"
+#include "component/loaded_library.h"
+#include "qnDesignUI.h"
+#include "qnFormUI.h"
+
+namespace tavrix::test {
+namespace {
+
+using component::Bstr;
+
+/// A view in an apartment of its own, used from another one, with nothing registered. Wine keeps
+/// that apartment and what it holds: no test behind this one can see the library unloaded.
+TEST(Apartments, EarlyBoundCallersReachAViewFromAnyThread) {
+  std::string found;
+  std::thread([&found] {
+    if (FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))) return;
+    {
+      const auto view = CreateView();
+      const auto form = view.As<IFormUI>();
+      const auto design = view.As<IDesignUI>();
+      found = form && design ? "interfaces" : "none";
+      Bstr text;
+      const Bstr name(std::string_view("isVisibleNewNext"));
+      if (form && SUCCEEDED(form->get_Attributes(name.Get(), text.Put()))) {
+        found += " " + component::TextOf(text.Get());
+      }
+      ComPtr<IDispatch> controls;
+      if (design && SUCCEEDED(design->get_Controls(controls.Put())) && controls) {
+        found += " controls";
+      }
+    }
+    CoUninitialize();
+  }).join();
+  EXPECT_EQ(found, "interfaces True controls");
+}
+
+}  // namespace
+}  // namespace tavrix::test

@@ -1,0 +1,53 @@
+// A host in which everything that is no operation is a plain data member. `picker` is given.
+function Recordset(row) {
+  this.EOF = row === null;
+  this.BOF = row === null;
+  this.Fields = function (name) { return {Value: row[name]}; };
+  this.Close = function () {};
+}
+
+var host = {
+  asked: "",
+  database: {
+    LastError: {Description: "", Clear: function () {}},
+    ConnectionProperties: {Item: function (key) { return {Value: "jet"}; }},
+    OpenSql: function (text, mode) {
+      host.asked = text;
+      return {
+        Execute: function () {},
+        Recordset: new Recordset(text.indexOf("'1001'") < 0 ? null : {
+          i_id: 7, ccode: "1001", ccode_name: "库存现金", chelp: "KCXJ", bproperty: 1,
+          cclass: "资产", bclose: 0, bend: 1, cbook_type: "金额式"})
+      };
+    }
+  },
+  wheel: {
+    AttachedTo: 0,
+    Position: 0,
+    SetRange: function () {},
+    Attach: function () {},
+    Detach: function () {}
+  },
+  GetDatabase: function () { return host.database; },
+  GetSetting: function (key, section) { return {Value: key === "kmbm" ? "4222" : ""}; },
+  Rights: function (program) { return {CanAdd: true, CanEdit: true}; },
+  Folders: {UserFolder: "C:\\users"},
+  CreateHelper: function (name) {
+    if (name === "MouseEvent") return host.wheel;
+    return {Exists: function () { return false; }, Clear: function () {},
+            ReadValue: function (section, key, fallback) { return fallback; },
+            WriteValue: function () {}, FileName: ""};
+  }
+};
+
+Assert.Equal(picker.Init(host, 1, ""), true, "Init");
+Assert.Equal(picker.Validate("", "", "", "1001", "", ""), false, "Validate");
+Assert.Equal(picker.Text, "1001", "the text found");
+Assert.Equal(picker.Objects.Count, 1, "one account");
+Assert.Equal(picker.Objects.Item(1).ccode_name, "库存现金", "its name");
+picker.Validate("", "", "", "9", "", "");
+Assert.Equal(picker.Text, "", "nothing found");
+picker.Refresh();
+Assert.Equal(picker.Controls.Item("lblMessage").Caption, "", "an empty list");
+picker.DoSaveFormStatus();
+// The script ends without Clear.

@@ -1,0 +1,196 @@
+#include "component/own_container.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <ocidl.h>
+#include <olectl.h>
+
+#include "component/base/failure.h"
+#include "component/base/identity.h"
+#include "component/base/variant.h"
+
+namespace tavrix::test {
+
+using component::Variant;
+
+namespace {
+
+using component::Face;
+
+ComPtr<IDispatch> FontOf(Ambients& ambients) {
+  FONTDESC description{};
+  description.cbSizeofstruct = sizeof description;
+  description.lpstrName = ambients.face.data();
+  description.cySize.int64 = 10'000LL * ambients.points;
+  description.sWeight = FW_BOLD;
+  description.sCharset = DEFAULT_CHARSET;
+  ComPtr<IDispatch> font;
+  EXPECT_EQ(OleCreateFontIndirect(&description, IID_IDispatch, font.PutVoid()), S_OK);
+  return font;
+}
+
+/// The frame around the container: a window without borders or menus to lend.
+class Frame : public component::Identity, public Face<IOleInPlaceFrame> {
+ public:
+  explicit Frame(OwnContainer& container)
+      : Face<IOleInPlaceFrame>(static_cast<Identity&>(*this)), container_(container) {
+    Publish(IID_IOleInPlaceFrame, this);
+  }
+  STDMETHODIMP GetWindow(HWND* result) noexcept override {
+    *result = container_.window.Get();
+    return S_OK;
+  }
+  STDMETHODIMP ContextSensitiveHelp(BOOL) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetBorder(RECT*) noexcept override { return INPLACE_E_NOTOOLSPACE; }
+  STDMETHODIMP RequestBorderSpace(const BORDERWIDTHS*) noexcept override {
+    return INPLACE_E_NOTOOLSPACE;
+  }
+  STDMETHODIMP SetBorderSpace(const BORDERWIDTHS*) noexcept override { return S_OK; }
+  STDMETHODIMP SetActiveObject(IOleInPlaceActiveObject*, LPCOLESTR) noexcept override {
+    return S_OK;
+  }
+  STDMETHODIMP InsertMenus(HMENU, OLEMENUGROUPWIDTHS*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP SetMenu(HMENU, HOLEMENU, HWND) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP RemoveMenus(HMENU) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP SetStatusText(LPCOLESTR) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP EnableModeless(BOOL enable) noexcept override {
+    container_.modeless.push_back(enable != FALSE);
+    if (container_.on_modeless) container_.on_modeless();
+    return S_OK;
+  }
+  STDMETHODIMP TranslateAccelerator(MSG*, WORD) noexcept override { return S_FALSE; }
+
+ private:
+  OwnContainer& container_;
+};
+
+/// The site of one control that fills a window.
+class Site : public component::Identity,
+             public Face<IOleClientSite>,
+             public Face<IOleInPlaceSite>,
+             public Face<IOleControlSite>,
+             public Face<IDispatch> {
+ public:
+  explicit Site(OwnContainer& container)
+      : Face<IOleClientSite>(static_cast<Identity&>(*this)),
+        Face<IOleInPlaceSite>(static_cast<Identity&>(*this)),
+        Face<IOleControlSite>(static_cast<Identity&>(*this)),
+        Face<IDispatch>(static_cast<Identity&>(*this)),
+        container_(container) {
+    Publish(IID_IOleClientSite, static_cast<IOleClientSite*>(this));
+    Publish(IID_IOleInPlaceSite, static_cast<IOleInPlaceSite*>(this));
+    Publish(IID_IOleControlSite, static_cast<IOleControlSite*>(this));
+    Publish(IID_IDispatch, static_cast<IDispatch*>(this));
+  }
+
+  STDMETHODIMP SaveObject() noexcept override {
+    ++container_.saved;
+    return S_OK;
+  }
+  STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker**) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetContainer(IOleContainer** result) noexcept override {
+    *result = nullptr;
+    return E_NOINTERFACE;
+  }
+  STDMETHODIMP ShowObject() noexcept override { return S_OK; }
+  STDMETHODIMP OnShowWindow(BOOL) noexcept override { return S_OK; }
+  STDMETHODIMP RequestNewObjectLayout() noexcept override { return E_NOTIMPL; }
+
+  STDMETHODIMP GetWindow(HWND* result) noexcept override {
+    *result = container_.window.Get();
+    return S_OK;
+  }
+  STDMETHODIMP ContextSensitiveHelp(BOOL) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP CanInPlaceActivate() noexcept override { return S_OK; }
+  STDMETHODIMP OnInPlaceActivate() noexcept override { return S_OK; }
+  STDMETHODIMP OnUIActivate() noexcept override { return S_OK; }
+  STDMETHODIMP GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document,
+                                RECT* place, RECT* clip,
+                                OLEINPLACEFRAMEINFO* info) noexcept override {
+    *frame = component::MakeObject<Frame>(container_).As<IOleInPlaceFrame>().Detach();
+    *document = nullptr;
+    GetClientRect(container_.window.Get(), place);
+    *clip = *place;
+    info->hwndFrame = container_.window.Get();
+    info->haccel = container_.accelerators;
+    info->cAccelEntries = container_.accelerators == nullptr ? 0 : 1;
+    return S_OK;
+  }
+  STDMETHODIMP Scroll(SIZE) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP OnUIDeactivate(BOOL) noexcept override { return S_OK; }
+  STDMETHODIMP OnInPlaceDeactivate() noexcept override { return S_OK; }
+  STDMETHODIMP DiscardUndoState() noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP DeactivateAndUndo() noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP OnPosRectChange(const RECT*) noexcept override { return S_OK; }
+
+  STDMETHODIMP OnControlInfoChanged() noexcept override {
+    ++container_.control_info_changes;
+    return S_OK;
+  }
+  STDMETHODIMP LockInPlaceActive(BOOL) noexcept override { return S_OK; }
+  STDMETHODIMP GetExtendedControl(IDispatch**) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP TranslateAccelerator(MSG*, DWORD) noexcept override { return S_FALSE; }
+  STDMETHODIMP OnFocus(BOOL) noexcept override { return S_OK; }
+  STDMETHODIMP ShowPropertyFrame() noexcept override { return E_NOTIMPL; }
+
+  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
+    *count = 0;
+    return S_OK;
+  }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept override {
+    return DISP_E_UNKNOWNNAME;
+  }
+  STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
+                      UINT*) noexcept override {
+    if (id == DISPID_AMBIENT_FONT) {
+      *result = Variant(FontOf(container_.ambients)).Detach();
+    } else if (id == DISPID_AMBIENT_FORECOLOR) {
+      *result = Variant(std::int32_t{container_.ambients.fore_color}).Detach();
+    } else if (id == DISPID_AMBIENT_BACKCOLOR) {
+      *result = Variant(std::int32_t{container_.ambients.back_color}).Detach();
+    } else {
+      return DISP_E_MEMBERNOTFOUND;
+    }
+    return S_OK;
+  }
+
+ private:
+  OwnContainer& container_;
+};
+
+}  // namespace
+
+OwnContainer::OwnContainer()
+    : window(CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 400, 300, nullptr,
+                             nullptr, nullptr, nullptr)) {}
+
+ComPtr<IOleClientSite> OwnContainer::MakeSite() {
+  return component::MakeObject<Site>(*this).As<IOleClientSite>();
+}
+
+ComPtr<IUnknown> OwnContainer::Place(const wchar_t* prog_id) {
+  CLSID clsid{};
+  ComPtr<IUnknown> control;
+  component::Check(CLSIDFromProgID(prog_id, &clsid));
+  component::Check(
+      CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, control.PutVoid()));
+  component::Check(control.As<IOleObject>()->SetClientSite(MakeSite().Get()));
+  return control;
+}
+
+HRESULT OwnContainer::Do(const ComPtr<IUnknown>& control, LONG verb) {
+  RECT place{0, 0, 400, 300};
+  ComPtr<IOleClientSite> site;
+  component::Check(control.As<IOleObject>()->GetClientSite(site.Put()));
+  return control.As<IOleObject>()->DoVerb(verb, nullptr, site.Get(), 0, window.Get(), &place);
+}
+
+void OwnContainer::Remove(const ComPtr<IUnknown>& control) {
+  EXPECT_EQ(control.As<IOleObject>()->Close(OLECLOSE_NOSAVE), S_OK);
+  EXPECT_EQ(control.As<IOleObject>()->SetClientSite(nullptr), S_OK);
+}
+
+}  // namespace tavrix::test
