@@ -32,10 +32,19 @@ std::string Digits(int number, int width) {
   return text.data();
 }
 
+void Bind(sqlite3_stmt* statement, int position, std::string_view text) {
+  sqlite3_bind_text(statement, position, text.data(), static_cast<int>(text.size()),
+                    SQLITE_TRANSIENT);
+}
+
 class ChartWriter {
  public:
-  ChartWriter(const Connection& connection, int accounts)
-      : connection_(connection), left_(accounts) {}
+  ChartWriter(sqlite3* handle, int accounts)
+      : insert_(Prepare(handle,
+                        "insert into gl_code(i_ID,cclass,ccode,ccode_name,igrade,bproperty,"
+                        "cbook_type,bend)values(?,?,?,?,?,1,'金额式',?)")),
+        children_(accounts > 500000 ? 99 : 9),
+        left_(accounts) {}
 
   void Write() {
     for (int first = 1; left_ > 0; ++first) {
@@ -46,21 +55,27 @@ class ChartWriter {
 
  private:
   void WriteBelow(const std::string& code, int level) {
-    constexpr std::array kChildren = {0, 9, 10, 0};
+    constexpr int kGrandchildren = 10;
     if (left_ == 0) return;
     --left_;
-    const int children = kChildren[static_cast<std::size_t>(level)];
-    const std::string id = std::to_string(++id_);
-    connection_.Run(
-        "insert into gl_code(i_ID,cclass,ccode,ccode_name,igrade,bproperty,cbook_type,bend)"
-        "values(" +
-        id + ",'" + std::string(category_) + "','" + code + "','科目名称" + id + "'," +
-        std::to_string(level) + ",1,'金额式'," + (children == 0 ? "1)" : "0)"));
+    const int children = level == 1 ? children_ : level == 2 ? kGrandchildren : 0;
+    sqlite3_stmt* insert = insert_.get();
+    sqlite3_bind_int(insert, 1, ++id_);
+    Bind(insert, 2, category_);
+    Bind(insert, 3, code);
+    Bind(insert, 4, "科目名称" + std::to_string(id_));
+    sqlite3_bind_int(insert, 5, level);
+    sqlite3_bind_int(insert, 6, children == 0 ? 1 : 0);
+    if (sqlite3_step(insert) != SQLITE_DONE) {
+      throw std::runtime_error(sqlite3_errmsg(sqlite3_db_handle(insert)));
+    }
+    sqlite3_reset(insert);
     for (int child = 1; child <= children; ++child) WriteBelow(code + Digits(child, 3), level + 1);
   }
 
-  const Connection& connection_;
+  Statement insert_;
   std::string_view category_;
+  int children_;  ///< of a first-level account
   int left_;
   int id_ = 0;
 };
@@ -87,16 +102,14 @@ void Connection::Run(const std::string& sql) const {
   }
 }
 
-int Connection::FetchAndCopy(const std::string& sql, std::string& buffer) const {
+int Connection::StepAndRead(const std::string& sql) const {
   const Statement statement = Prepare(handle_, sql);
   const int columns = sqlite3_column_count(statement.get());
   int rows = 0;
   for (; sqlite3_step(statement.get()) == SQLITE_ROW; ++rows) {
     for (int column = 0; column < columns; ++column) {
-      const auto* text = static_cast<const char*>(
-          static_cast<const void*>(sqlite3_column_text(statement.get(), column)));
-      const auto bytes = static_cast<std::size_t>(sqlite3_column_bytes(statement.get(), column));
-      if (text != nullptr) buffer.append(text, bytes);
+      if (sqlite3_column_text(statement.get(), column) == nullptr) continue;
+      read_ += sqlite3_column_bytes(statement.get(), column);
     }
   }
   return rows;
@@ -112,8 +125,10 @@ long Connection::CacheUsed() const {
 void FillChart(const std::string& path, int accounts) {
   const Connection connection(path);
   connection.Run("begin");
-  connection.Run("delete from gl_code");
-  ChartWriter(connection, accounts).Write();
+  // Without a code rule nothing is asked of each single account.
+  connection.Run("update xt_accinformation set item_value='' where item_code='kmbm'");
+  ChartWriter(connection.Handle(), accounts).Write();
+  connection.Run("update xt_accinformation set item_value='4333' where item_code='kmbm'");
   connection.Run("commit");
 }
 
@@ -130,12 +145,17 @@ void FillPostings(const Connection& connection, const std::string& code, long co
 
 void FillSubtree(const Connection& connection, const std::string& root, long count) {
   connection.Run("begin");
-  connection.Run(
-      "with recursive n(i) as (select 0 union all select i+1 from n where i<" +
-      std::to_string(count - 1) +
-      ") insert into gl_code(i_ID,cclass,ccode,ccode_name,igrade,bend) " +
-      "select 1000000+i,'资产',case when i=0 then '" + root + "' else '" + root +
-      "'||substr('000000'||i,-6) end,'下级',case when i=0 then 1 else 3 end,i<>0 from n");
+  connection.Run("with recursive n(i) as (select 0 union all select i+1 from n where i<" +
+                 std::to_string(count - 2) +
+                 "),a(i,code,below) as (select i,substr('000'||(i/1000+1),-3),i%1000 from n)"
+                 "insert into gl_code(i_ID,cclass,ccode,ccode_name,igrade,bend) "
+                 "select 999999,'资产','" +
+                 root +
+                 "','上级',1,0 union all "
+                 "select 1000000+i,'资产','" +
+                 root +
+                 "'||code||case when below=0 then '' else substr('000'||below,-3) end,'下级',"
+                 "case when below=0 then 2 else 3 end,below<>0 from a");
   connection.Run("commit");
 }
 

@@ -6,8 +6,9 @@ struct sqlite3;
 
 namespace tavrix::bench {
 
-/// Fills the account table of the book at `path` with `accounts` accounts of the rule 4333, spread
-/// over the six categories: one first-level account for every hundred accounts or so.
+/// Fills the empty account table of the book at `path` with `accounts` accounts of the rule 4333,
+/// which becomes the book's, spread over the six categories: one first-level account for every
+/// hundred accounts or so, or for every thousand in charts of more than 500,000.
 void FillChart(const std::string& path, int accounts);
 
 /// A plain connection to the book at `path` with the settings that the book itself uses.
@@ -19,13 +20,15 @@ class Connection {
   ~Connection();
 
   void Run(const std::string& sql) const;
-  /// Steps through `sql` and copies the text of every cell into `buffer`; gives the rows.
-  int FetchAndCopy(const std::string& sql, std::string& buffer) const;
+  /// Steps through `sql` and asks for the text of every cell; gives the rows.
+  int StepAndRead(const std::string& sql) const;
   /// Bytes that the page cache holds.
   [[nodiscard]] long CacheUsed() const;
+  [[nodiscard]] sqlite3* Handle() const { return handle_; }
 
  private:
   sqlite3* handle_ = nullptr;
+  mutable long read_ = 0;  ///< so that nothing of what is measured can be left out
 };
 
 /// Adds `count` voucher entries on one account.

@@ -88,7 +88,9 @@ void MeasureSave(Figures& figures, View& view) {
 }
 
 void MeasureDelete(Figures& figures, View& view, const Connection& connection) {
-  const auto restore = [&] { connection.Run("insert into gl_code select * from subtree_copy"); };
+  const auto restore = [&] {
+    connection.Run("insert into gl_code select * from subtree_copy order by ccode");
+  };
   connection.Run("create table subtree_copy as select * from gl_code where ccode like '9000%'");
   std::vector<double> floors;
   std::vector<double> deletes;

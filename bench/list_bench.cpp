@@ -8,6 +8,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include "book/copy.h"
 #include "book/grid_navigator.h"
 #include "chart.h"
 #include "host/account.h"
@@ -24,16 +25,13 @@ constexpr double kMemoryLimit = 64;  // MiB
 
 constexpr const char* kColumns = "select ccode,ccode_name,cexch_name,'',i_id,igrade,cclass";
 
-/// The rows of the seven pages, copied into one buffer.
-int FetchPages(const Connection& connection) {
-  std::string buffer;
-  int rows =
-      connection.FetchAndCopy(std::string(kColumns) + " from gl_code order by ccode", buffer);
+/// The least that a refresh can do: step through the rows of the seven pages and read their cells.
+int ReadPages(const Connection& connection) {
+  int rows = connection.StepAndRead(std::string(kColumns) + " from gl_code order by ccode");
   for (const std::string_view category : host::kCategories) {
     std::string sql = kColumns;
     sql.append(" from gl_code where cclass='").append(category).append("' order by ccode");
-    buffer.clear();
-    rows += connection.FetchAndCopy(sql, buffer);
+    rows += connection.StepAndRead(sql);
   }
   return rows;
 }
@@ -42,12 +40,12 @@ Pair MeasureRefresh(const std::string& path, int rounds) {
   View view(path);
   const Connection connection(path);
   view.Refresh();
-  const int rows = FetchPages(connection);
+  const int rows = ReadPages(connection);
   int shown = 0;
   for (int page = 0; page < maintenance::Kjkm::kPages; ++page) shown += view.Page(page).Rows() - 1;
   if (rows != shown) throw std::runtime_error("the pages do not hold the rows of the book");
   return InTurn(
-      rounds, [&] { (void)FetchPages(connection); }, [&] { view.Refresh(); });
+      rounds, [&] { (void)ReadPages(connection); }, [&] { view.Refresh(); });
 }
 
 void MeasureUpdate(Figures& figures, const std::string& path, long size) {
@@ -140,7 +138,7 @@ void MeasureList(Figures& figures, const std::string& folder) {
     Figures::Tell("refresh", size.accounts, pair.measured, "ms");
     // Fixed costs weigh at the small sizes; the limit that counts is the one at 100,000.
     const double limit = size.accounts == 100000 ? kRefreshLimit : 2 * kRefreshLimit;
-    figures.Print("refresh over fetch and copy", size.accounts, pair.Ratio(), limit);
+    figures.Print("refresh over stepping and reading", size.accounts, pair.Ratio(), limit);
     // The queries sort, which is n log n; the view's share must not grow beyond that.
     if (before > 0) {
       figures.Print("refresh: growth of the ratio from a tenth", size.accounts,
@@ -155,12 +153,41 @@ void MeasureList(Figures& figures, const std::string& folder) {
 }
 
 void MeasureBook(Figures& figures, const std::string& path) {
+  const std::string faults = desk::book::Book::Open(path).Faults();
+  if (!faults.empty()) throw std::runtime_error("this book cannot be measured:\n" + faults);
   const Pair pair = MeasureRefresh(path, 7);
-  std::string buffer;
-  const int accounts = Connection(path).FetchAndCopy("select i_ID from gl_code", buffer);
+  const int accounts = Connection(path).StepAndRead("select i_ID from gl_code");
+  if (accounts == 0) throw std::runtime_error("this book has no accounts");
   Figures::Tell("refresh", accounts, pair.measured, "ms");
-  figures.Print("refresh over fetch and copy", accounts, pair.Ratio(), kRefreshLimit);
+  figures.Print("refresh over stepping and reading", accounts, pair.Ratio(), kRefreshLimit);
   MeasureUpdate(figures, path, accounts);
+}
+
+void MakeBooks(const std::string& folder, const std::vector<int>& sizes) {
+  for (const int size : sizes) (void)Chart(folder, size);
+}
+
+void MeasureLarge(Figures& figures, const std::string& folder) {
+  constexpr int kLarge = 1000000;
+  constexpr double kGrowthLimit = 1.25;
+  double refresh = 0;
+  double copy = 0;
+  for (const int size : {kLarge / 10, kLarge}) {
+    const std::string path = Chart(folder, size);
+    const Pair pair = MeasureRefresh(path, 5);
+    const double copied =
+        Median(1, [&] { (void)desk::book::CopyBook(path, path + ".copy"); }) / size;
+    Figures::Tell("stepping and reading", size, pair.floor, "ms");
+    Figures::Tell("refresh", size, pair.measured, "ms");
+    Figures::Tell("copying into another file", size, copied * size / 1000, "s");
+    if (size == kLarge) {
+      figures.Print("refresh: growth of the ratio from a tenth", size, pair.Ratio() / refresh,
+                    kGrowthLimit);
+      figures.Print("copying one account: growth from a tenth", size, copied / copy, kGrowthLimit);
+    }
+    refresh = pair.Ratio();
+    copy = copied;
+  }
 }
 
 void PrintPeak(const std::string& path) {
@@ -174,7 +201,7 @@ void MeasureMemory(Figures& figures, const std::string& folder) {
   const std::string empty = Chart(folder, 0);
   const std::string path = folder + "/chart100000.book";
   const Connection connection(path);
-  (void)FetchPages(connection);
+  (void)ReadPages(connection);
   const double cache = static_cast<double>(connection.CacheUsed()) / (1024 * 1024);
   const double peak = PeakOfRefresh(path) - PeakOfRefresh(empty);
   Figures::Tell("page cache left out", 100000, cache, "MiB");

@@ -1,16 +1,21 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "figures.h"
 
 namespace tavrix::bench {
 
-/// The account list: `Refresh` of the seven pages over fetching the same rows and copying their
-/// text, at the given sizes; and one row brought up to date over a `Refresh`.
+/// The account list: `Refresh` of the seven pages over stepping through the same rows and reading
+/// the text of each cell, at several sizes; and one row brought up to date over a `Refresh`.
 void MeasureList(Figures& figures, const std::string& folder);
-/// The same on a given book.
+/// Makes the books "chartN.book" in `folder`, with N accounts for each of `sizes`.
+void MakeBooks(const std::string& folder, const std::vector<int>& sizes);
+/// The same on a given book. `std::runtime_error` names what it lacks.
 void MeasureBook(Figures& figures, const std::string& path);
+/// How refreshing, and copying a book into another file, grow from 100,000 accounts to a million.
+void MeasureLarge(Figures& figures, const std::string& folder);
 /// Refreshes a view on `path` twice and prints the peak memory of this process in MiB.
 void PrintPeak(const std::string& path);
 /// Peak memory of the seven pages above the same program with an empty book.

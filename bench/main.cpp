@@ -1,6 +1,8 @@
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <vector>
 
 #include "editing_bench.h"
 #include "figures.h"
@@ -20,15 +22,27 @@ int main(int count, char** arguments) try {
     tavrix::bench::PrintPeak(arguments[2]);
     return 0;
   }
+  if (count > 3 && std::strcmp(arguments[1], "--make") == 0) {
+    std::vector<int> sizes;
+    for (int i = 3; i < count; ++i) sizes.push_back(std::atoi(arguments[i]));
+    tavrix::bench::MakeBooks(arguments[2], sizes);
+    return 0;
+  }
   if (count == 3 && std::strcmp(arguments[1], "--server") == 0) {
     tavrix::bench::MeasureServer(figures, arguments[2]);
     return figures.Within() ? 0 : 1;
   }
+  const tavrix::test::TempFolder folder;
+  if (count == 2 && std::strcmp(arguments[1], "--large") == 0) {
+    tavrix::bench::MeasureLarge(figures, folder.Path());
+    return figures.Within() ? 0 : 1;
+  }
   if (count != 1) {
-    std::fprintf(stderr, "usage: tavrix_bench [--book FILE | --server CONNECTION]\n");
+    std::fprintf(stderr,
+                 "usage: tavrix_bench [--book FILE | --server CONNECTION | --make FOLDER SIZE... | "
+                 "--large]\n");
     return 2;
   }
-  const tavrix::test::TempFolder folder;
   tavrix::bench::MeasureList(figures, folder.Path());
   tavrix::bench::MeasureMemory(figures, folder.Path());
   tavrix::bench::MeasureEditing(figures, folder.Path());

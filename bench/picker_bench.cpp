@@ -31,19 +31,13 @@ void MeasureLoad(Figures& figures, Picker& picker, const Connection& connection)
   const std::string sql =
       "SELECT i_id,ccode,ccode_name,chelp,case when bproperty=1 then '借' else '贷' end "
       ",cclass,bclose,bend FROM gl_code  WHERE ccode<>'' and bsup=0 AND bclose=0 order by ccode";
-  std::string buffer;
-  const int rows = connection.FetchAndCopy(sql, buffer);
+  const int rows = connection.StepAndRead(sql);
   picker.Refresh();
   if (rows != picker.List().Rows() - 1) throw std::runtime_error("the list misses rows");
   const Pair pair = InTurn(
-      9,
-      [&] {
-        buffer.clear();
-        (void)connection.FetchAndCopy(sql, buffer);
-      },
-      [&] { picker.Refresh(); });
+      9, [&] { (void)connection.StepAndRead(sql); }, [&] { picker.Refresh(); });
   Figures::Tell("picker list", rows, pair.measured, "ms");
-  figures.Print("picker: list load over fetch and copy", rows, pair.Ratio(), kListLimit);
+  figures.Print("picker: list load over stepping and reading", rows, pair.Ratio(), kListLimit);
 }
 
 /// All texts of the list, joined as the search joins them.

@@ -64,22 +64,14 @@ void Renew(Session& session) {
 
 }  // namespace
 
-Book::Book(std::unique_ptr<Connection> connection)
-    : session_(std::make_shared<Session>(std::move(connection))),
-      surroundings_(std::make_shared<Surroundings>()) {}
+Book::Book(std::shared_ptr<Session> session)
+    : session_(std::move(session)), surroundings_(std::make_shared<Surroundings>()) {}
 
-Book Book::Create(const std::string& path, const Template& content) {
-  const Engine& engine = EngineFor(path);
-  const Place place = {.path = path, .access = Access::kCreate};
-  auto connection = engine.Open(place);
-  try {
-    Book book(std::move(connection));
-    Fill(*book.session_, content);
-    return book;
-  } catch (...) {
-    engine.Discard(place);
-    throw;
-  }
+Book Book::Create(const std::string& path, const Template& content, const Filling& furnish) {
+  return Book(EngineFor(path).Make(path, [&](Session& session) {
+    Fill(session, content);
+    if (furnish) furnish(session);
+  }));
 }
 
 Book Book::Open(const std::string& path) {
@@ -87,7 +79,7 @@ Book Book::Open(const std::string& path) {
 }
 
 Book Book::Open(const Place& place) {
-  Book book(EngineFor(place.path).Open(place));
+  Book book(std::make_shared<Session>(EngineFor(place.path).Open(place)));
   book.faults_ = CheckSchema(book.session_->Own(), ShownPlace(place.path));
   Renew(*book.session_);
   return book;

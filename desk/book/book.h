@@ -13,9 +13,11 @@ namespace desk::book {
 class Book {
  public:
   /// Makes a new book at a place where nothing is: no file, or the database of a connection string
-  /// that holds no book. Nothing is left there when it fails.
+  /// that holds no book. A file is there for others when it is whole, with what `furnish` has added
+  /// to it; nothing is left when it fails.
   /// `DatabaseError`, as for all members that reach the database.
-  [[nodiscard]] static Book Create(const std::string& path, const Template& content = {});
+  [[nodiscard]] static Book Create(const std::string& path, const Template& content = {},
+                                   const Filling& furnish = {});
   /// Opens an existing book. A book that lacks something opens all the same: see `Faults`.
   [[nodiscard]] static Book Open(const std::string& path);
   [[nodiscard]] static Book Open(const Place& place);
@@ -44,7 +46,7 @@ class Book {
   [[nodiscard]] Session& GetSession() const { return *session_; }
 
  private:
-  explicit Book(std::unique_ptr<Connection> connection);
+  explicit Book(std::shared_ptr<Session> session);
 
   std::shared_ptr<Session> session_;
   std::shared_ptr<Surroundings> surroundings_;

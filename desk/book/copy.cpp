@@ -118,16 +118,9 @@ std::vector<CopiedTable> Fill(Session& source, Session& target) {
 std::vector<CopiedTable> CopyBook(const std::string& from, const std::string& to) {
   Session source(EngineFor(from).Open({.path = from}));
   (void)CheckSchema(source.Own(), ShownPlace(from));
-  const Engine& engine = EngineFor(to);
-  const Place place = {.path = to, .access = Access::kCreate};
-  auto target = std::make_unique<Session>(engine.Open(place));
-  try {
-    return Fill(source, *target);
-  } catch (...) {
-    target.reset();
-    engine.Discard(place);
-    throw;
-  }
+  std::vector<CopiedTable> copied;
+  (void)EngineFor(to).Make(to, [&](Session& target) { copied = Fill(source, target); });
+  return copied;
 }
 
 }  // namespace desk::book

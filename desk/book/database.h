@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -68,7 +69,7 @@ class CellSink {
 void PassCell(const host::Value& value, CellSink& sink);
 
 /// Appends the cells to a row set, which must have their columns: numbers as texts.
-class RowSetSink : public CellSink {
+class RowSetSink final : public CellSink {
  public:
   /// `rows` must outlive it.
   explicit RowSetSink(host::RowSet& rows) : rows_(rows) {}
@@ -136,7 +137,7 @@ class Connection {
   Connection& operator=(const Connection&) = default;
 };
 
-enum class Access { kCreate, kReadWrite, kReadOnly };
+enum class Access { kReadWrite, kReadOnly };
 
 /// What a book is opened with.
 struct Place {
@@ -147,14 +148,21 @@ struct Place {
   std::chrono::milliseconds patience{5000};  ///< how long to wait for other users
 };
 
+class Session;
+/// Makes the tables of a new book and fills them.
+using Filling = std::function<void(Session&)>;
+
+/// All members throw `DatabaseError`.
 class Engine {
  public:
   virtual ~Engine() = default;
-  /// With `Access::kCreate` the place must be free: no file, or a database without a book. Tables
-  /// of a book that are all there and all empty count as none.
+  /// Refuses what is no book of this version before it changes anything there.
   [[nodiscard]] virtual std::unique_ptr<Connection> Open(const Place& place) const = 0;
-  /// Takes away what `Open` made for a book that then could not be filled.
-  virtual void Discard(const Place& place) const noexcept = 0;
+  /// Makes a book where nothing is: no file, or a database without a book (tables of a book that
+  /// are all there and all empty count as none). Others see it when it is whole; nothing of it is
+  /// there when `fill` throws or the process dies. Gives it open.
+  [[nodiscard]] virtual std::shared_ptr<Session> Make(const std::string& path,
+                                                      const Filling& fill) const = 0;
 
  protected:
   Engine() = default;

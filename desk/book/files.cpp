@@ -1,17 +1,15 @@
 #include "book/files.h"
 
-#include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <system_error>
 
+#include "book/fresh_file.h"
 #include "host/error.h"
 #include "host/path.h"
 
 #ifdef _WIN32
 #include <io.h>
-#include <process.h>
 #else
 #include <unistd.h>
 #endif
@@ -22,26 +20,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
-enum class Mode { kAppend, kReplace };
-
-File OpenFile(const fs::path& path, Mode mode) {
+bool CanAppend(const fs::path& path) {
 #ifdef _WIN32
-  return File(_wfopen(path.c_str(), mode == Mode::kAppend ? L"ab" : L"wb"));
+  return OpenFile(_wfopen(path.c_str(), L"ab")) != nullptr;
 #else
-  return File(std::fopen(path.c_str(), mode == Mode::kAppend ? "ab" : "wb"));
-#endif
-}
-
-int ProcessId() {
-#ifdef _WIN32
-  return _getpid();
-#else
-  return getpid();
+  return OpenFile(std::fopen(path.c_str(), "ab")) != nullptr;
 #endif
 }
 
@@ -59,20 +42,6 @@ bool Flush(std::FILE* file) {
   throw tavrix::host::HostError("不能写入文件：" + tavrix::host::PathText(path));
 }
 
-/// Beside the file, where no other process writes: two of them that save at once must not mix.
-fs::path FreshName(const fs::path& path) {
-  fs::path fresh = path;
-  fresh += "." + std::to_string(ProcessId()) + ".new";
-  return fresh;
-}
-
-bool WriteWhole(const fs::path& path, std::string_view content) {
-  const File file = OpenFile(path, Mode::kReplace);
-  if (!file) return false;
-  const bool written = std::fwrite(content.data(), 1, content.size(), file.get()) == content.size();
-  return written && Flush(file.get());
-}
-
 }  // namespace
 
 std::string ReadFile(const fs::path& path) {
@@ -82,25 +51,18 @@ std::string ReadFile(const fs::path& path) {
 
 void CheckWritable(const fs::path& path) {
   std::error_code failed;
-  if (fs::status(path, failed).type() != fs::file_type::not_found) {
-    if (!OpenFile(path, Mode::kAppend)) Fail(path);
-    return;
-  }
-  const fs::path fresh = FreshName(path);
-  const bool made = OpenFile(fresh, Mode::kReplace) != nullptr;
-  fs::remove(fresh, failed);
-  if (!made) Fail(path);
+  const bool there = fs::status(path, failed).type() != fs::file_type::not_found;
+  if (there && !CanAppend(path)) Fail(path);
+  // It is replaced as a whole: its folder must take a file too.
+  const FreshFile probe(path);
 }
 
 void ReplaceFile(const fs::path& path, std::string_view content) {
-  const fs::path fresh = FreshName(path);
-  std::error_code failed;
-  if (WriteWhole(fresh, content)) {
-    fs::rename(fresh, path, failed);
-    if (!failed) return;
-  }
-  fs::remove(fresh, failed);
-  Fail(path);
+  FreshFile fresh(path);
+  std::FILE* file = fresh.Content();
+  const bool written = std::fwrite(content.data(), 1, content.size(), file) == content.size();
+  if (!written || !Flush(file)) Fail(path);
+  fresh.Replace();
 }
 
 }  // namespace desk::book

@@ -3,6 +3,7 @@
 #include <exception>
 #include <utility>
 
+#include "book/account_search.h"
 #include "book/code_rule.h"
 #include "book/database_object.h"
 #include "book/grid_navigator.h"
@@ -98,7 +99,10 @@ std::shared_ptr<host::LogHelper> HostSystem::CreateLogHelper() {
 }
 
 std::shared_ptr<host::GridNavigator> HostSystem::CreateGridNavigator() {
-  return std::make_shared<GridSearch>();
+  return std::make_shared<GridSearch>(surroundings_->tally,
+                                      [session = session_](const FoldedPattern& pattern) {
+                                        return CodesByMnemonic(*session, pattern);
+                                      });
 }
 
 std::shared_ptr<host::DataHelper> HostSystem::CreateDataHelper() {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "book/grid_navigator.h"
 #include "book/session.h"
 #include "host/objects.h"
 
@@ -23,6 +24,8 @@ struct Surroundings {
   std::map<std::int32_t, Rights> rights_by_program;
   /// Makes mouse-wheel sources; without it they have no window to listen to.
   std::function<std::shared_ptr<host::MouseEvent>()> make_mouse_event;
+  /// What the last search of one of its navigators met.
+  std::shared_ptr<SearchTally> tally = std::make_shared<SearchTally>();
 };
 
 /// `pcSystem` over an open book.

@@ -23,18 +23,31 @@ const Table& TableWithKey(const std::string& table, const std::string& column) {
   throw DatabaseError(Trouble::kRefused, "不能为 " + table + "." + column + " 分配标识");
 }
 
+constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+
+[[noreturn]] void RefuseExhausted(const std::string& table) {
+  throw DatabaseError(Trouble::kOther, "表 " + table + " 的标识已经用完");
+}
+
+/// Another program may have stored any number.
+std::int64_t IdentifierOf(const host::Value& value, const std::string& table) {
+  const double number = value.ToNumber();
+  if (!(number <= static_cast<double>(kMost))) RefuseExhausted(table);
+  return static_cast<std::int64_t>(std::max(number, 0.0));
+}
+
 std::optional<std::int64_t> LastGiven(Connection& connection, const host::Value& table) {
   const auto rows = connection.Query("select last_id from desk_identifier where table_name=?",
                                      Origin::kDesk, {&table, 1});
   if (!rows->Next()) return {};
-  return static_cast<std::int64_t>(rows->Get(0).ToNumber());
+  return IdentifierOf(rows->Get(0), table.ToText());
 }
 
 /// Rows may have come in past the counter, by an import or another program.
 std::int64_t GreatestStored(Connection& connection, const Table& table, const std::string& column) {
   const auto rows =
       connection.Query("select max(" + column + ") from " + std::string(table.name), Origin::kDesk);
-  return rows->Next() ? static_cast<std::int64_t>(rows->Get(0).ToNumber()) : 0;
+  return rows->Next() ? IdentifierOf(rows->Get(0), std::string(table.name)) : 0;
 }
 
 void Note(Connection& connection, const host::Value& table, std::int64_t last, bool known) {
@@ -53,10 +66,8 @@ std::int32_t ReserveIdentifiers(Connection& connection, const std::string& table
   EnsureIdentifierTable(connection);
   const auto given = LastGiven(connection, name);
   const std::int64_t greatest = GreatestStored(connection, found, column);
-  const std::int64_t last = std::max({given.value_or(0), greatest, std::int64_t{0}});
-  if (last > std::numeric_limits<std::int32_t>::max() - count) {
-    throw DatabaseError(Trouble::kOther, "表 " + table + " 的标识已经用完");
-  }
+  const std::int64_t last = std::max(given.value_or(0), greatest);
+  if (last > kMost - count) RefuseExhausted(table);
   Note(connection, name, last + count, given.has_value());
   return static_cast<std::int32_t>(last + 1);
 }

@@ -5,14 +5,16 @@
 #include "book/connection_string.h"
 #include "book/odbc_connection.h"
 #include "book/schema.h"
+#include "book/session.h"
 
 namespace desk::book {
 
-std::unique_ptr<Connection> OdbcEngine::Open(const Place& place) const {
+namespace {
+
+std::unique_ptr<Connection> Connect(const Place& place, bool to_make) {
   try {
     auto connection = std::make_unique<OdbcConnection>(place);
-    if (place.access != Access::kCreate) return connection;
-    const bool made = connection->HasTable(SchemaTables().front().name);
+    const bool made = to_make && connection->HasTable(SchemaTables().front().name);
     if (made && !HasEmptySchema(*connection)) {
       throw DatabaseError(Trouble::kOther, "数据库中已经有账簿");
     }
@@ -20,6 +22,18 @@ std::unique_ptr<Connection> OdbcEngine::Open(const Place& place) const {
   } catch (const DatabaseError& error) {
     throw DatabaseError(error.Reason(), error.what() + std::string("：") + ShownPlace(place.path));
   }
+}
+
+}  // namespace
+
+std::unique_ptr<Connection> OdbcEngine::Open(const Place& place) const {
+  return Connect(place, false);
+}
+
+std::shared_ptr<Session> OdbcEngine::Make(const std::string& path, const Filling& fill) const {
+  auto session = std::make_shared<Session>(Connect({.path = path}, true));
+  fill(*session);
+  return session;
 }
 
 }  // namespace desk::book

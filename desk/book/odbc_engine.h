@@ -8,8 +8,9 @@ namespace desk::book {
 class OdbcEngine : public Engine {
  public:
   [[nodiscard]] std::unique_ptr<Connection> Open(const Place& place) const override;
-  /// The tables went with the transaction that made them.
-  void Discard(const Place&) const noexcept override {}
+  /// The tables come with the transaction that fills them.
+  [[nodiscard]] std::shared_ptr<Session> Make(const std::string& path,
+                                              const Filling& fill) const override;
 };
 
 }  // namespace desk::book

@@ -87,6 +87,15 @@ Meaning MeaningOf(const Diagnosis& diagnosis, Flavor flavor, bool connecting) {
   return {};
 }
 
+/// What a rule of the book has raised is a sentence for users; the server and the driver wrap it.
+std::string RuleText(std::string_view message) {
+  constexpr std::string_view kStart = "ERROR: ";
+  if (message.starts_with(kStart)) message.remove_prefix(kStart.size());
+  message = message.substr(0, message.find('\n'));
+  if (message.ends_with(';')) message.remove_suffix(1);
+  return std::string(message);
+}
+
 }  // namespace
 
 Flavor FlavorOf(const std::string& server_name) {
@@ -100,6 +109,7 @@ Flavor FlavorOf(const std::string& server_name) {
 
 DatabaseError OdbcError(SQLSMALLINT kind, SQLHANDLE handle, Flavor flavor) {
   const Diagnosis diagnosis = FirstDiagnosis(kind, handle);
+  if (diagnosis.state == "23001") return {Trouble::kRefused, RuleText(diagnosis.message)};
   const Meaning meaning = MeaningOf(diagnosis, flavor, kind == SQL_HANDLE_DBC);
   std::string text(meaning.text.empty() ? "数据库报告错误" : meaning.text);
   if (!diagnosis.message.empty()) text += "：" + diagnosis.message;

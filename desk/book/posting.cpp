@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
+#include <limits>
 #include <utility>
 
 #include "book/identifiers.h"
@@ -101,7 +103,11 @@ int NextNumber(Connection& connection, const Voucher& voucher) {
   const auto rows = connection.Query(
       "select max(voucher_number) from gl_accvouch where fiscal_year=? and fiscal_period=?",
       Origin::kDesk, month);
-  return (rows->Next() ? rows->Get(0).ToLong() : 0) + 1;
+  const host::Value last = rows->Next() ? rows->Get(0) : host::Value();
+  if (!(last.ToNumber() < std::numeric_limits<std::int32_t>::max())) {
+    throw DatabaseError(Trouble::kOther, "本月的凭证号已经用完：" + last.ToText());
+  }
+  return last.ToLong() + 1;
 }
 
 std::string DateText(const Voucher& voucher) {

@@ -86,8 +86,10 @@ void SnapshotRecordset::Keep() noexcept {
 
 host::RowSet SnapshotRecordset::GetRows() {
   host::RowSet rows(names_.size());
+  session_->Reserve(sql_, rows);
   RowSetSink sink(rows);
   PassRows(sink);
+  session_->NoteSize(sql_, rows);
   return rows;
 }
 

@@ -149,18 +149,17 @@ void PostAll(Session& session, const std::vector<Voucher>& vouchers) {
 }  // namespace
 
 Book CreateSampleBook(const std::string& path, StandardChart chart) {
-  Book book = Book::Create(path, LoadTemplate(chart));
-  Session& session = book.GetSession();
-  const Codes codes = CodesOf(chart);
-  PostAll(session, Opening(codes));
-  for (int month = 1; month <= 3; ++month) {
-    const std::int64_t n = month - 1;
-    PostAll(session, Trade(codes, month, n));
-    PostAll(session, Running(codes, month));
-    Post(session, UnpaidTax(codes, month, n));
-  }
-  if (chart == StandardChart::kEnterprise) Post(session, ForeignDeposit());
-  return book;
+  return Book::Create(path, LoadTemplate(chart), [&](Session& session) {
+    const Codes codes = CodesOf(chart);
+    PostAll(session, Opening(codes));
+    for (int month = 1; month <= 3; ++month) {
+      const std::int64_t n = month - 1;
+      PostAll(session, Trade(codes, month, n));
+      PostAll(session, Running(codes, month));
+      Post(session, UnpaidTax(codes, month, n));
+    }
+    if (chart == StandardChart::kEnterprise) Post(session, ForeignDeposit());
+  });
 }
 
 }  // namespace desk::book

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <limits>
 #include <utility>
 
 #include "book/ledger_rules.h"
@@ -258,6 +260,20 @@ std::string MissingIn(Connection& connection, const Table& table) {
   return missing;
 }
 
+/// The controls keep keys in 32 bits.
+std::string KeyBeyondBounds(Connection& connection, const Table& table) {
+  const Column& key = table.columns.front();
+  const std::string name(table.name);
+  if (key.kind != kKey || !connection.HasTable(name) || !connection.HasColumn(name, key.name)) {
+    return {};
+  }
+  const auto rows =
+      connection.Query("select max(" + std::string(key.name) + ") from " + name, Origin::kDesk);
+  const host::Value greatest = rows->Next() ? rows->Get(0) : host::Value();
+  if (greatest.ToNumber() <= std::numeric_limits<std::int32_t>::max()) return {};
+  return "账簿的表 " + name + " 的标识超出范围：" + greatest.ToText() + "\n";
+}
+
 }  // namespace
 
 std::span<const Table> SchemaTables() {
@@ -306,6 +322,7 @@ void RenewSchema(Session& session) {
   if (connection.ReadOnly() || !old()) return;
   Transaction transaction(session);
   if (!old()) return;  // another desk was quicker
+  Run(connection, DropEarlierRules(connection.Makes()));
   Run(connection, LedgerRules(connection.Makes()));
   connection.SetSchemaVersion(kSchemaVersion);
   transaction.Commit();
@@ -327,6 +344,7 @@ std::string CheckSchema(Connection& connection, const std::string& path) {
   }
   std::string missing;
   for (const Table& table : kTables) missing += MissingIn(connection, table);
+  for (const Table& table : {kTables[0], kTables[1]}) missing += KeyBeyondBounds(connection, table);
   return missing;
 }
 

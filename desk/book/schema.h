@@ -11,7 +11,7 @@
 /// The tables of a book.
 namespace desk::book {
 
-inline constexpr int kSchemaVersion = 2;
+inline constexpr int kSchemaVersion = 3;
 
 /// How a column is kept.
 enum class ColumnKind {
@@ -60,7 +60,8 @@ inline constexpr std::string_view kIdentifierTableName = "desk_identifier";
 void CreateSchema(Connection& connection);
 
 /// Brings a book that an earlier desk has made up to this version; does nothing to others, nor
-/// where nothing can be written. Version 2 has the rules of `LedgerRules`. `DatabaseError` when the
+/// where nothing can be written. Version 2 had rules for the ledgers,
+/// version 3 has those of `LedgerRules`. `DatabaseError` when the
 /// engine refuses: the book is as it was.
 void RenewSchema(Session& session);
 
@@ -68,7 +69,8 @@ void RenewSchema(Session& session);
 void EnsureIdentifierTable(Connection& connection);
 
 /// Refuses a database that is no book, or one of a later version. What else a book lacks, tables
-/// and columns, comes back as text, one line for each: such a book can be used in part.
+/// and columns, and keys that are too great, comes back as text, one line for each: such a book can
+/// be used in part.
 [[nodiscard]] std::string CheckSchema(Connection& connection, const std::string& path);
 
 }  // namespace desk::book

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "book/database.h"
+#include "book/deletion_check.h"
 
 namespace desk::book {
 
@@ -36,6 +38,7 @@ class Session {
   /// A caller's statement. `DatabaseError` when it fails.
   [[nodiscard]] std::unique_ptr<Rows> Query(const std::string& sql);
   /// A change of one row by its key fails when the row is gone: the caller would believe it saved.
+  /// So does a deletion of accounts that would take more than the caller has seen: `DeletionCheck`.
   void Execute(const std::string& sql);
 
   /// Counts the callers' statements that have changed the book: whoever shows it can tell from this
@@ -45,16 +48,28 @@ class Session {
   /// For the desk's own statements. Those that write belong inside a `Transaction`.
   [[nodiscard]] Connection& Own() { return *connection_; }
 
+  /// Makes room in `rows` for as many as the query gave the last time: growing step by step, and
+  /// giving back what was too much, would cost more than the room.
+  void Reserve(const std::string& sql, host::RowSet& rows) const;
+  void NoteSize(const std::string& sql, const host::RowSet& rows);
+
   void Add(LiveResult& result) { live_.push_back(&result); }
   void Remove(LiveResult& result) { std::erase(live_, &result); }
   void KeepResults() noexcept;
 
  private:
   [[nodiscard]] std::string Translated(const std::string& sql) const;
+  [[nodiscard]] std::int64_t Change(const std::string& sql);
 
   std::unique_ptr<Connection> connection_;
   std::string driver_;
   std::vector<LiveResult*> live_;
+  DeletionCheck deletions_;
+  struct Size {
+    std::size_t rows = 0;
+    std::size_t bytes = 0;
+  };
+  std::map<std::string, Size> sizes_;  ///< of the results of large queries
   std::uint64_t changes_ = 0;
 };
 

@@ -39,12 +39,26 @@ std::optional<std::string> TextOfFile(const fs::path& path) {
 
 }  // namespace
 
+namespace {
+
+std::function<void(const std::string&)>& Listener() {
+  static std::function<void(const std::string&)> listener;
+  return listener;
+}
+
+}  // namespace
+
+void OnUnsavedSettings(std::function<void(const std::string&)> tell) {
+  Listener() = std::move(tell);
+}
+
 /// The content of one file while somebody uses it.
 class SettingsDocument {
  public:
   explicit SettingsDocument(const fs::path& path) : path_(Target(path)) {
     if (const auto text = TextOfFile(path_)) {
       text_ = SettingsText(*text);
+      most_bytes_now_ = text->size();
     } else {
       refused_ = true;
     }
@@ -54,22 +68,21 @@ class SettingsDocument {
   ~SettingsDocument() {
     try {
       if (changed_) ReplaceFile(path_, text_.Text());
-    } catch (const std::exception&) {
-      // Nobody is left to be told; the file as it was stays whole.
+    } catch (const std::exception& error) {
+      TellUnsaved(error.what());  // the file as it was stays whole
     }
   }
 
   [[nodiscard]] const SettingsText& Text() const { return text_; }
 
   void Write(const std::string& section, const std::string& key, const std::string& value) {
-    if (refused_) throw host::HostError("不能读取设置文件：" + PathText(path_));
-    if (!checked_) {
-      refused_ = true;  // should it not be writable: every key would find that out again
-      CheckWritable(path_);
-      refused_ = false;
-      checked_ = true;
+    try {
+      CheckWritableOnce();
+      if (Put(section, key, value)) changed_ = true;
+    } catch (const host::HostError& error) {
+      TellUnsaved(error.what());
+      throw;
     }
-    if (text_.Write(section, key, value)) changed_ = true;
   }
 
  private:
@@ -80,11 +93,46 @@ class SettingsDocument {
     return failed ? path : target;
   }
 
+  void CheckWritableOnce() {
+    if (refused_) throw host::HostError("不能读取或写入设置文件：" + PathText(path_));
+    if (checked_) return;
+    refused_ = true;  // should it not be writable: every key would find that out again
+    CheckWritable(path_);
+    refused_ = false;
+    checked_ = true;
+  }
+
+  /// A file beyond the limit would never be read again. Its size is counted only when it may have
+  /// come near.
+  bool Put(const std::string& section, const std::string& key, const std::string& value) {
+    // Each byte may need two, and a new section brings its header along.
+    const std::uintmax_t added = 2 * (section.size() + key.size() + value.size()) + 16;
+    most_bytes_now_ += added;
+    if (most_bytes_now_ <= kMostBytes) return text_.Write(section, key, value);
+    SettingsText text = text_;
+    const bool changed = text.Write(section, key, value);
+    const std::uintmax_t size = text.Text().size();
+    if (size > kMostBytes) {
+      most_bytes_now_ -= added;
+      throw host::HostError("设置文件太大，没有保存：" + PathText(path_));
+    }
+    text_ = std::move(text);
+    most_bytes_now_ = size;
+    return changed;
+  }
+
+  void TellUnsaved(const std::string& why) {
+    if (std::exchange(told_, true) || !Listener()) return;
+    Listener()("设置没有保存：" + why);
+  }
+
   fs::path path_;
   SettingsText text_;
+  std::uintmax_t most_bytes_now_ = 0;  ///< that the text may have
   bool refused_ = false;
   bool checked_ = false;
   bool changed_ = false;
+  bool told_ = false;
 };
 
 namespace {

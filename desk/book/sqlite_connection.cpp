@@ -8,19 +8,25 @@
 
 namespace desk::book {
 
-SqliteConnection::SqliteConnection(SqliteHandle database, const Place& place)
+SqliteConnection::SqliteConnection(SqliteHandle database, const Place& place, Use use)
     : database_(std::move(database)) {
   sqlite3_extended_result_codes(database_.get(), 1);
   sqlite3_busy_timeout(database_.get(), static_cast<int>(place.patience.count()));
   guard_.Install(database_.get());
   AddSqliteFunctions(database_.get());
-  SetUp(place);
+  SetUp(place, use);
 }
 
-void SqliteConnection::SetUp(const Place& place) {
+void SqliteConnection::SetUp(const Place& place, Use use) {
   const auto set = [this](const char* pragma) { Execute(pragma, Origin::kDesk, {}); };
   set("pragma cache_size=-32000");
   set("pragma synchronous=full");
+  if (use == Use::kMake || SchemaVersion() > 0) {
+    // The rules of a book hold for rows that a REPLACE takes away too, and one of them is a key.
+    set("pragma recursive_triggers=on");
+    set("pragma foreign_keys=on");
+  }
+  if (use == Use::kMake) return set("pragma journal_mode=memory");
   if (place.access == Access::kReadOnly || ReadOnly()) return;
   try {
     set("pragma journal_mode=wal");

@@ -18,8 +18,10 @@ using SqliteHandle = std::unique_ptr<sqlite3, SqliteCloser>;
 
 class SqliteConnection : public Connection {
  public:
-  /// Takes an open database and sets it up: functions, waiting, durability.
-  SqliteConnection(SqliteHandle database, const Place& place);
+  /// A file that is being made has no log beside it: nothing of it is kept unless it is finished.
+  enum class Use { kWork, kMake };
+  /// Takes an open database and sets it up: functions, waiting, durability, rules.
+  SqliteConnection(SqliteHandle database, const Place& place, Use use = Use::kWork);
 
   [[nodiscard]] std::unique_ptr<Rows> Query(const std::string& sql, Origin origin,
                                             Values parameters) override;
@@ -36,7 +38,7 @@ class SqliteConnection : public Connection {
   void SetSchemaVersion(int version) override;
 
  private:
-  void SetUp(const Place& place);
+  void SetUp(const Place& place, Use use);
   [[nodiscard]] SqliteStatement Prepare(const std::string& sql, Origin origin, Values parameters);
   void Bind(sqlite3_stmt* statement, int position, const host::Value& value);
 

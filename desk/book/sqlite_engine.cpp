@@ -6,69 +6,24 @@
 #include <string>
 #include <utility>
 
+#include "book/fresh_file.h"
 #include "book/paths.h"
+#include "book/session.h"
 #include "book/sqlite_connection.h"
 #include "book/sqlite_error.h"
+#include "book/sqlite_file.h"
 
 namespace desk::book {
 
 namespace {
 
+// A connection serves one thread: locking it for each cell would cost more than reading the cell.
 constexpr int kReadOnlyFlags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READONLY;
+constexpr int kReadWriteFlags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE;
 
-/// A connection serves one thread: locking it for each cell would cost more than reading the cell.
-int FlagsFor(const Place& place) {
-  switch (place.access) {
-    case Access::kCreate:
-      return SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-    case Access::kReadWrite:
-      return SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE;
-    case Access::kReadOnly:
-      break;
-  }
-  return kReadOnlyFlags;
-}
-
-/// Without this an existing file would be opened instead of made, and a missing one reported in
-/// words that fit every failure.
-void CheckFile(const Place& place) {
-  if (place.path == kInMemory) return;
-  std::error_code ignored;
-  const bool exists = std::filesystem::exists(PathOf(place.path), ignored);
-  if (place.access == Access::kCreate && exists) {
-    throw DatabaseError(Trouble::kOther, "文件已经存在：" + place.path);
-  }
-  if (place.access != Access::kCreate && !exists) {
-    throw DatabaseError(Trouble::kOther, "账簿文件不存在：" + place.path);
-  }
-}
-
-DatabaseError WithPath(const DatabaseError& error, const Place& place) {
-  return {error.Reason(), error.what() + std::string("：") + place.path};
-}
-
-SqliteHandle OpenFile(const std::string& name, int flags) {
-  sqlite3* raw = nullptr;
-  const int result = sqlite3_open_v2(name.c_str(), &raw, flags, nullptr);
-  SqliteHandle database(raw);  // also after a failure there is one to close
-  if (result != SQLITE_OK) throw SqliteError(result, sqlite3_errstr(result));
-  return database;
-}
-
-/// The path as a file URI that promises that nobody changes the file.
-std::string ImmutableName(const std::string& path) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string name = "file:";
-  for (const char c : path) {
-    const auto byte = static_cast<unsigned char>(c);
-    const bool plain = byte < 0x80 && c != '%' && c != '?' && c != '#' && c != '\\';
-    if (plain) {
-      name += c;
-    } else {
-      name += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
-    }
-  }
-  return name + "?immutable=1";
+DatabaseError WithPath(const DatabaseError& error, const std::string& path) {
+  const std::string text = error.what();
+  return {error.Reason(), text.find(path) == std::string::npos ? text + "：" + path : text};
 }
 
 /// A book that was closed in good order can be read where nothing can be written, on a backup disc
@@ -82,27 +37,77 @@ bool WantsImmutable(sqlite3* database, const Place& place) {
          !std::filesystem::exists(PathOf(place.path + "-wal"), ignored);
 }
 
-}  // namespace
+std::unique_ptr<Connection> OpenForReading(Place place) {
+  place.access = Access::kReadOnly;
+  SqliteHandle database = OpenSqliteFile(place.path, kReadOnlyFlags);
+  if (WantsImmutable(database.get(), place)) {
+    database = OpenSqliteFile(ImmutableName(place.path), kReadOnlyFlags | SQLITE_OPEN_URI);
+  }
+  return std::make_unique<SqliteConnection>(std::move(database), place);
+}
 
-std::unique_ptr<Connection> SqliteEngine::Open(const Place& place) const {
-  CheckFile(place);
+/// The file may be writable where its folder is not: nothing can be written then, since the log has
+/// no place.
+std::unique_ptr<Connection> OpenForWriting(const Place& place) {
   try {
-    SqliteHandle database = OpenFile(place.path, FlagsFor(place));
-    if (WantsImmutable(database.get(), place)) {
-      database = OpenFile(ImmutableName(place.path), kReadOnlyFlags | SQLITE_OPEN_URI);
-    }
+    SqliteHandle database = OpenSqliteFile(place.path, kReadWriteFlags);
+    if (sqlite3_db_readonly(database.get(), "main") == 1) return OpenForReading(place);
     return std::make_unique<SqliteConnection>(std::move(database), place);
-  } catch (const DatabaseError& error) {
-    if (place.access == Access::kCreate) Discard(place);
-    throw WithPath(error, place);
+  } catch (const DatabaseError&) {
+    try {
+      return OpenForReading(place);
+    } catch (const DatabaseError&) {  // the first reason is told
+    }
+    throw;
   }
 }
 
-void SqliteEngine::Discard(const Place& place) const noexcept {
-  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
-    std::error_code ignored;
-    std::filesystem::remove(PathOf(place.path + suffix), ignored);
+[[noreturn]] void RefuseTaken(const std::string& path) {
+  throw DatabaseError(Trouble::kOther, "文件已经存在：" + path);
+}
+
+std::shared_ptr<Session> MakeInMemory(const Filling& fill) {
+  const Place place = {.path = kInMemory};
+  auto session = std::make_shared<Session>(std::make_unique<SqliteConnection>(
+      OpenSqliteFile(kInMemory, kReadWriteFlags), place, SqliteConnection::Use::kMake));
+  fill(*session);
+  return session;
+}
+
+/// The journal is in memory: a file whose making ends early goes as a whole.
+void FillFile(const std::filesystem::path& file, const Filling& fill) {
+  const Place place = {.path = PathText(file)};
+  Session session(std::make_unique<SqliteConnection>(OpenSqliteFile(place.path, kReadWriteFlags),
+                                                     place, SqliteConnection::Use::kMake));
+  fill(session);
+}
+
+}  // namespace
+
+std::unique_ptr<Connection> SqliteEngine::Open(const Place& place) const {
+  try {
+    JudgeSqliteFile(place.path);
+    return place.access == Access::kReadOnly ? OpenForReading(place) : OpenForWriting(place);
+  } catch (const DatabaseError& error) {
+    throw WithPath(error, place.path);
   }
+}
+
+std::shared_ptr<Session> SqliteEngine::Make(const std::string& path, const Filling& fill) const {
+  if (path == kInMemory) return MakeInMemory(fill);
+  const std::filesystem::path file = PathOf(path);
+  std::error_code ignored;
+  if (std::filesystem::exists(file, ignored)) RefuseTaken(path);
+  try {
+    FreshFile fresh(file);
+    FillFile(fresh.Name(), fill);
+    if (!fresh.Place()) RefuseTaken(path);
+  } catch (const DatabaseError&) {
+    throw;
+  } catch (const host::HostError& error) {  // of the file itself
+    throw DatabaseError(Trouble::kOther, error.what());
+  }
+  return std::make_shared<Session>(Open({.path = path}));
 }
 
 }  // namespace desk::book

@@ -8,7 +8,8 @@ namespace desk::book {
 class SqliteEngine : public Engine {
  public:
   [[nodiscard]] std::unique_ptr<Connection> Open(const Place& place) const override;
-  void Discard(const Place& place) const noexcept override;
+  [[nodiscard]] std::shared_ptr<Session> Make(const std::string& path,
+                                              const Filling& fill) const override;
 };
 
 inline constexpr const char* kInMemory = ":memory:";

@@ -11,7 +11,13 @@ struct Meaning {
   std::string_view text;
 };
 
+/// The one key between tables that a book has.
+constexpr std::string_view kAccountsBelow = "科目还有下级，不能删除";
+
 Meaning MeaningOfConstraint(int extended_code, std::string_view message) {
+  // What the rules of the book refuse is a sentence for users already.
+  if (extended_code == SQLITE_CONSTRAINT_TRIGGER) return {Trouble::kRefused, message};
+  if (extended_code == SQLITE_CONSTRAINT_FOREIGNKEY) return {Trouble::kRefused, kAccountsBelow};
   const bool key = extended_code == SQLITE_CONSTRAINT_UNIQUE ||
                    extended_code == SQLITE_CONSTRAINT_PRIMARYKEY ||
                    extended_code == SQLITE_CONSTRAINT_ROWID;
@@ -39,6 +45,8 @@ Meaning MeaningOf(int extended_code, std::string_view message) {
       return {Trouble::kOther, "读写账簿文件时出错"};
     case SQLITE_NOMEM:
       return {Trouble::kOther, "内存不足"};
+    case SQLITE_INTERRUPT:
+      return {Trouble::kOther, "账簿没有在限定的时间内给出数据"};
     case SQLITE_CONSTRAINT:
       return MeaningOfConstraint(extended_code, message);
     default:
@@ -55,6 +63,7 @@ Meaning MeaningOf(int extended_code, std::string_view message) {
 DatabaseError SqliteError(int extended_code, const std::string& message) {
   const Meaning meaning = MeaningOf(extended_code, message);
   if (meaning.text.empty()) return {meaning.trouble, message};
+  if (meaning.trouble == Trouble::kRefused) return {meaning.trouble, std::string(meaning.text)};
   return {meaning.trouble, std::string(meaning.text) + "：" + message};
 }
 

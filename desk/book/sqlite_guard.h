@@ -31,8 +31,8 @@ class SqliteGuard {
  private:
   static int Authorize(void* self, int action, const char* first, const char* second,
                        const char* database, const char* trigger) noexcept;
-  [[nodiscard]] int Judge(int action, const char* table);
-  [[nodiscard]] int JudgeTable(const char* table);
+  [[nodiscard]] int Judge(int action, const char* table, const char* trigger);
+  [[nodiscard]] int JudgeTable(const char* table, const char* trigger);
   [[nodiscard]] int Object(std::string reason);
 
   bool on_ = false;

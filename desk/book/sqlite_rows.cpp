@@ -49,25 +49,33 @@ host::Value SqliteRows::Get(int column) const {
   }
 }
 
-void SqliteRows::PassCell(CellSink& sink, int column) const {
-  sqlite3_value* cell = CellAt(column);
-  switch (sqlite3_value_type(cell)) {
-    case SQLITE_NULL:
-      return sink.OnNull();
-    case SQLITE_INTEGER:
-      return sink.OnWhole(sqlite3_value_int64(cell));
-    case SQLITE_FLOAT:
-      return sink.OnNumber(sqlite3_value_double(cell));
-    default:
-      return sink.OnText(TextOf(cell));
-  }
+template <class Sink>
+void SqliteRows::PassAll(Sink& sink) {
+  const int columns = Columns();
+  do {
+    for (int column = 0; column < columns; ++column) {
+      sqlite3_value* cell = CellAt(column);
+      switch (sqlite3_value_type(cell)) {
+        case SQLITE_NULL:
+          sink.OnNull();
+          break;
+        case SQLITE_INTEGER:
+          sink.OnWhole(sqlite3_value_int64(cell));
+          break;
+        case SQLITE_FLOAT:
+          sink.OnNumber(sqlite3_value_double(cell));
+          break;
+        default:
+          sink.OnText(TextOf(cell));
+      }
+    }
+  } while (Next());
 }
 
 void SqliteRows::PassRest(CellSink& sink) {
-  const int columns = Columns();
-  do {
-    for (int column = 0; column < columns; ++column) PassCell(sink, column);
-  } while (Next());
+  // Where the sink is the usual one, its calls need not be looked up cell by cell.
+  if (auto* rows = dynamic_cast<RowSetSink*>(&sink)) return PassAll(*rows);
+  PassAll(sink);
 }
 
 }  // namespace desk::book

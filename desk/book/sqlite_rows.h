@@ -25,7 +25,8 @@ class SqliteRows : public Rows {
   void PassRest(CellSink& sink) override;
 
  private:
-  void PassCell(CellSink& sink, int column) const;
+  template <class Sink>
+  void PassAll(Sink& sink);
   [[nodiscard]] sqlite3_value* CellAt(int column) const;
 
   SqliteStatement statement_;

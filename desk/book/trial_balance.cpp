@@ -31,19 +31,14 @@ Range RangeOf(const std::optional<Month>& month) {
 std::unique_ptr<Rows> QueryTotals(Connection& connection, const Range& range) {
   const host::Value bounds[] = {range.first, range.first, range.first, range.last};
   return connection.Query(
-      "select a.cclass,a.ccode,a.ccode_name,a.igrade,s.opening,s.debit,s.credit from gl_code a "
+      "select a.cclass,a.ccode,a.ccode_name,a.igrade,a.bclose,s.opening,s.debit,s.credit from "
+      "gl_code a "
       "left join(select ccode,sum(case when m<? then debit-credit else 0 end)as opening,"
       "sum(case when m<? then 0 else debit end)as debit,"
       "sum(case when m<? then 0 else credit end)as credit "
       "from(select ccode,debit,credit,coalesce(fiscal_year*12+fiscal_period,0)as m "
       "from gl_accsum)t where m<=? group by ccode)s on s.ccode=a.ccode order by a.ccode",
       Origin::kDesk, bounds);
-}
-
-std::int64_t Amount(const Rows& rows, int column) {
-  const host::Value value = rows.Get(column);
-  const auto* whole = std::get_if<std::int64_t>(&value.Raw());
-  return whole != nullptr ? *whole : static_cast<std::int64_t>(value.ToNumber());
 }
 
 /// Accounts come in the order of their codes, but a category's codes need not follow one another.
@@ -56,6 +51,17 @@ void GatherCategories(std::vector<TrialBalanceRow>& rows) {
 
 }  // namespace
 
+std::int64_t AmountAt(const Rows& rows, int column) {
+  const host::Value value = rows.Get(column);
+  const auto* whole = std::get_if<std::int64_t>(&value.Raw());
+  const double number = value.ToNumber();
+  constexpr double kMost = 1e18;  // three of them can be added up
+  if (!(number < kMost && number > -kMost)) {
+    throw DatabaseError(Trouble::kOther, "金额超出范围：" + value.ToText());
+  }
+  return whole != nullptr ? *whole : static_cast<std::int64_t>(number);
+}
+
 std::string MonthText(const Month& month) {
   std::array<char, 32> text;
   const int length = std::snprintf(text.data(), text.size(), "%04d-%02d", month.year, month.number);
@@ -64,8 +70,8 @@ std::string MonthText(const Month& month) {
 
 std::vector<Month> PostedMonths(Session& session) {
   const auto rows = session.Own().Query(
-      "select distinct fiscal_year,fiscal_period from gl_accsum where fiscal_year is not null and "
-      "fiscal_period is not null order by fiscal_year,fiscal_period",
+      "select distinct fiscal_year,fiscal_period from gl_accsum where fiscal_year between 1 and "
+      "9999 and fiscal_period between 0 and 99 order by fiscal_year,fiscal_period",
       Origin::kDesk);
   std::vector<Month> months;
   while (rows->Next()) months.push_back({rows->Get(0).ToLong(), rows->Get(1).ToLong()});
@@ -83,9 +89,10 @@ std::vector<TrialBalanceRow> ReadTrialBalance(Session& session, const std::optio
                         .first_level = {},
                         .code = rows->Get(1).ToText(),
                         .name = rows->Get(2).ToText(),
-                        .opening = Amount(*rows, 4),
-                        .debit = Amount(*rows, 5),
-                        .credit = Amount(*rows, 6)};
+                        .sealed = rows->Get(4).ToNumber() != 0,
+                        .opening = AmountAt(*rows, 5),
+                        .debit = AmountAt(*rows, 6),
+                        .credit = AmountAt(*rows, 7)};
     // An account that hangs below nothing heads itself.
     const bool below = !head_code.empty() && row.code.starts_with(head_code);
     if (rows->Get(3).ToLong() <= kFirstLevel || !below) {

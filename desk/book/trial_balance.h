@@ -19,6 +19,9 @@ struct Month {
 /// "2024-03".
 [[nodiscard]] std::string MonthText(const Month& month);
 
+/// An amount or a sum of amounts, of which some engines make a number with a fraction or a text.
+[[nodiscard]] std::int64_t AmountAt(const Rows& rows, int column);
+
 /// One leaf account. Amounts are hundredths of the currency's unit; balances of the debit side are
 /// positive.
 struct TrialBalanceRow {
@@ -26,13 +29,15 @@ struct TrialBalanceRow {
   std::string first_level;  ///< code and name of the first-level account above it, or of itself
   std::string code;
   std::string name;
+  bool sealed = false;
   std::int64_t opening = 0;
   std::int64_t debit = 0;
   std::int64_t credit = 0;
   [[nodiscard]] std::int64_t Closing() const { return opening + debit - credit; }
 };
 
-/// The months in which anything has been posted, in their order. `DatabaseError` as below.
+/// The months of this calendar in which anything has been posted, in their order. `DatabaseError`
+/// as below.
 [[nodiscard]] std::vector<Month> PostedMonths(Session& session);
 
 /// The accounts with a balance or with movements, those of one category together, the categories in

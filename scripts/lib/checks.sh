@@ -26,7 +26,7 @@ desk/views views book embedded viewkit host
 desk/app app views component book viewkit host"
 
 # The rooms that may know Windows, and the suites of these rooms.
-readonly windows_rooms='^((src/viewkit/win32|src/component|desk/app|tests/component|tests/windows|bench/windows)/|desk/book/odbc_api\.h$)'
+readonly windows_rooms='^((src/viewkit/win32|src/component|desk/app|tests/component|tests/windows|bench/windows)/|desk/book/(odbc_api\.h|fresh_file\.cpp)$)'
 readonly windows_words='<(windows|windowsx|commctrl|ole2|oleauto|olectl|objbase)\.h>|\<(HWND|HDC|HRESULT|BSTR|IDispatch|IUnknown|LPARAM|WPARAM)\>'
 
 check_layers() {

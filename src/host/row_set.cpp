@@ -10,12 +10,8 @@ void RowSet::Reserve(std::size_t rows, std::size_t bytes) {
   text_.reserve(bytes);
 }
 
-void RowSet::AppendText(std::string_view text) {
-  constexpr std::size_t kMostText = 0x7FFFFFFF;
-  if (text.size() > kMostText - text_.size()) throw std::length_error("查询结果过大");
-  cells_.push_back(
-      {static_cast<std::uint32_t>(text_.size()), static_cast<std::uint32_t>(text.size())});
-  text_.append(text);
+void RowSet::ThrowTooLarge() {
+  throw std::length_error("查询结果过大");
 }
 
 void RowSet::AppendWhole(std::int64_t number) {

@@ -25,7 +25,13 @@ class RowSet {
 
   void Reserve(std::size_t rows, std::size_t bytes);
   /// Throws `std::length_error` when the buffer would pass its limit.
-  void AppendText(std::string_view text);
+  void AppendText(std::string_view text) {  // here, since it runs for every cell of every load
+    constexpr std::size_t kMostText = 0x7FFFFFFF;
+    if (text.size() > kMostText - text_.size()) ThrowTooLarge();
+    cells_.push_back(
+        {static_cast<std::uint32_t>(text_.size()), static_cast<std::uint32_t>(text.size())});
+    text_.append(text);
+  }
   void AppendWhole(std::int64_t number);
   void AppendNull() { cells_.push_back({0, kNull}); }
 
@@ -35,6 +41,7 @@ class RowSet {
   [[nodiscard]] bool IsNull(std::size_t row, std::size_t column) const {
     return At(row, column).length == kNull;
   }
+  [[nodiscard]] std::size_t TextBytes() const { return text_.size(); }
   /// A null gives an empty text. Valid until the row set changes.
   [[nodiscard]] std::string_view Text(std::size_t row, std::size_t column) const {
     const Cell& cell = At(row, column);
@@ -51,6 +58,7 @@ class RowSet {
   [[nodiscard]] Storage Release() &&;
 
  private:
+  [[noreturn]] static void ThrowTooLarge();
   [[nodiscard]] const Cell& At(std::size_t row, std::size_t column) const {
     return cells_[row * columns_ + column];
   }

@@ -8,55 +8,13 @@
 #include <cstring>
 #include <limits>
 
+#include "host/code_points.h"
+
 namespace tavrix::host {
 
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
-
-/// One code point of UTF-8 text from `at` on, which moves behind it. A bad unit counts as one.
-char32_t NextCodePoint(std::string_view text, std::size_t& at) {
-  const auto unit = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned char lead = unit(at++);
-  if (lead < 0x80) return lead;
-  const int following = lead >= 0xF0 && lead < 0xF5   ? 3
-                        : lead >= 0xE0 && lead < 0xF0 ? 2
-                        : lead >= 0xC2 && lead < 0xE0 ? 1
-                                                      : 0;
-  if (following == 0) return kReplacement;
-  char32_t point = lead & (0x3FU >> following);
-  for (int i = 0; i < following; ++i) {
-    const std::size_t next = at + static_cast<std::size_t>(i);
-    if (next >= text.size() || (unit(next) & 0xC0) != 0x80) return kReplacement;
-    point = (point << 6) | (unit(next) & 0x3F);
-  }
-  constexpr std::array<char32_t, 4> kLeast = {0, 0x80, 0x800, 0x10000};
-  const bool surrogate = point >= 0xD800 && point < 0xE000;
-  if (point < kLeast[static_cast<std::size_t>(following)] || surrogate || point > 0x10FFFF) {
-    return kReplacement;
-  }
-  at += static_cast<std::size_t>(following);
-  return point;
-}
-
-void AppendUtf8(std::string& text, char32_t point) {
-  const auto append = [&](char32_t bits) { text.push_back(static_cast<char>(bits)); };
-  if (point < 0x80) {
-    append(point);
-  } else if (point < 0x800) {
-    append(0xC0 | (point >> 6));
-    append(0x80 | (point & 0x3F));
-  } else if (point < 0x10000) {
-    append(0xE0 | (point >> 12));
-    append(0x80 | ((point >> 6) & 0x3F));
-    append(0x80 | (point & 0x3F));
-  } else {
-    append(0xF0 | (point >> 18));
-    append(0x80 | ((point >> 12) & 0x3F));
-    append(0x80 | ((point >> 6) & 0x3F));
-    append(0x80 | (point & 0x3F));
-  }
-}
 
 /// Upper-case letters whose lower-case letter lies a fixed distance above them.
 struct CaseRange {
@@ -150,6 +108,49 @@ std::string NumberPart(std::string_view text, std::size_t at) {
 }
 
 }  // namespace
+
+char32_t NextCodePoint(std::string_view text, std::size_t& at) {
+  const auto unit = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+  const unsigned char lead = unit(at++);
+  if (lead < 0x80) return lead;
+  const int following = lead >= 0xF0 && lead < 0xF5   ? 3
+                        : lead >= 0xE0 && lead < 0xF0 ? 2
+                        : lead >= 0xC2 && lead < 0xE0 ? 1
+                                                      : 0;
+  if (following == 0) return kReplacement;
+  char32_t point = lead & (0x3FU >> following);
+  for (int i = 0; i < following; ++i) {
+    const std::size_t next = at + static_cast<std::size_t>(i);
+    if (next >= text.size() || (unit(next) & 0xC0) != 0x80) return kReplacement;
+    point = (point << 6) | (unit(next) & 0x3F);
+  }
+  constexpr std::array<char32_t, 4> kLeast = {0, 0x80, 0x800, 0x10000};
+  const bool surrogate = point >= 0xD800 && point < 0xE000;
+  if (point < kLeast[static_cast<std::size_t>(following)] || surrogate || point > 0x10FFFF) {
+    return kReplacement;
+  }
+  at += static_cast<std::size_t>(following);
+  return point;
+}
+
+void AppendUtf8(std::string& text, char32_t point) {
+  const auto append = [&](char32_t bits) { text.push_back(static_cast<char>(bits)); };
+  if (point < 0x80) {
+    append(point);
+  } else if (point < 0x800) {
+    append(0xC0 | (point >> 6));
+    append(0x80 | (point & 0x3F));
+  } else if (point < 0x10000) {
+    append(0xE0 | (point >> 12));
+    append(0x80 | ((point >> 6) & 0x3F));
+    append(0x80 | (point & 0x3F));
+  } else {
+    append(0xF0 | (point >> 18));
+    append(0x80 | ((point >> 12) & 0x3F));
+    append(0x80 | ((point >> 6) & 0x3F));
+    append(0x80 | (point & 0x3F));
+  }
+}
 
 std::optional<double> NumberAtStart(std::string_view text) {
   const std::size_t start = text.find_first_not_of(" \t\r\n");

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <utility>
+
 #include "viewkit/flex_grid.h"
 
 namespace desk::book {
@@ -99,7 +102,79 @@ TEST_F(NavigatorTest, FilterKeepsAncestors) {
   EXPECT_FALSE(search_.Filter(grid_, "nowhere"));
   EXPECT_TRUE(Shown().empty());
   EXPECT_TRUE(search_.Filter(grid_, ""));
-  EXPECT_EQ(Shown().size(), 6U);
+  EXPECT_EQ(Shown(), (std::vector{1, 2, 3, 4, 6}));
+}
+
+TEST_F(NavigatorTest, AFilterClosesAgainWhatItHasOpened) {
+  grid_.SetCollapsed(2, false);  // by the user
+  EXPECT_TRUE(search_.Filter(grid_, "美元"));
+  EXPECT_EQ(Shown(), (std::vector{2, 4, 5}));
+  EXPECT_TRUE(search_.Filter(grid_, "s")) << "another one, before the first is cleared";
+  grid_.SetRow(1);
+  EXPECT_TRUE(search_.Filter(grid_, ""));
+  EXPECT_EQ(Shown(), (std::vector{1, 2, 3, 4, 6}));
+  EXPECT_TRUE(search_.Filter(grid_, "美元"));
+  grid_.SetRow(5);
+  EXPECT_TRUE(search_.Filter(grid_, ""));
+  EXPECT_TRUE(grid_.IsShown(5)) << "the account that was looked for does not go from sight";
+}
+
+// A row that comes or goes meanwhile moves all below it.
+TEST_F(NavigatorTest, AFilterKnowsItsNodesByTheirCodes) {
+  EXPECT_TRUE(search_.Filter(grid_, "USD"));
+  const int added = grid_.AddItem();
+  grid_.SetTextMatrix(added, 0, "0001");
+  grid_.SetIsSubtotal(added, true);
+  grid_.SortRows(0, tavrix::viewkit::SortOrder::kStringAscending, 1, added);
+  grid_.SetRow(1);
+  EXPECT_TRUE(search_.Filter(grid_, ""));
+  EXPECT_EQ(Shown(), (std::vector{1, 2, 3, 7}));
+}
+
+TEST_F(NavigatorTest, TellsHowManyThereAreAndWhichOneItIs) {
+  const auto tally = std::make_shared<SearchTally>();
+  GridSearch search(tally, {});
+  const auto told = [&] { return std::pair{tally->position, tally->matches}; };
+  EXPECT_TRUE(search.Find(grid_, "C"));  // 1001 Cash, 100201 ICBC, 100202 CCB, 5001 Cost
+  EXPECT_EQ(told(), std::pair(1, 4));
+  EXPECT_TRUE(search.FindNext(grid_));
+  EXPECT_EQ(told(), std::pair(2, 4));
+  grid_.SetRow(6);
+  EXPECT_TRUE(search.FindNext(grid_));
+  EXPECT_EQ(told(), std::pair(1, 4)) << "round";
+  EXPECT_FALSE(search.Find(grid_, "nowhere"));
+  EXPECT_EQ(told(), std::pair(0, 0));
+  EXPECT_TRUE(search.Filter(grid_, "100"));
+  EXPECT_EQ(told(), std::pair(0, 5));
+  EXPECT_TRUE(search.Find(grid_, "c"));
+  EXPECT_EQ(tally->matches, 3) << "what is filtered away is not there";
+}
+
+TEST_F(NavigatorTest, FindsByWhatTheGridDoesNotShow) {
+  GridSearch search(std::make_shared<SearchTally>(), [](const FoldedPattern& pattern) {
+    return pattern.FoundIn("MeiYuan") ? std::vector<std::string>{"10020201"}
+                                      : std::vector<std::string>{};
+  });
+  EXPECT_TRUE(search.Find(grid_, "ｍｅｉ"));
+  EXPECT_EQ(grid_.Row(), 5);
+  EXPECT_TRUE(search.Filter(grid_, "yuan"));
+  EXPECT_EQ(Shown(), (std::vector{2, 4, 5}));
+}
+
+TEST(FoldedText, LeavesWhatCounts) {
+  const std::pair<const char*, const char*> texts[] = {
+      {"Dépréciation ÉLEVÉE", "depreciation elevee"},
+      {"de\u0301pre\u0301ciation", "depreciation"},
+      {"Œuvre, Ærø, Straße, Łódź", "oeuvre, aero, strasse, lodz"},
+      {"L’achat\u00A0d’un «bien»", "l'achat d'un «bien»"},
+      {"ＡＢＣ　１２３－（ａ）", "abc 123-(a)"},
+      {"Ｌ＇ａｃｈａｔ", "l'achat"},
+      {"lǚ Việt Ș", "lu viet s"},
+      {"БАНК Ёлка", "банк ёлка"},
+      {"银行存款 ①", "银行存款 ①"},
+      {"\xff\xc3", "\uFFFD\uFFFD"},
+      {"", ""}};
+  for (const auto& [text, folded] : texts) EXPECT_EQ(Folded(text), folded) << text;
 }
 
 TEST_F(NavigatorTest, FindsNoTotals) {

@@ -158,6 +158,26 @@ TEST_F(OpenTest, ABookThatNobodyMayWriteOpensForReading) {
   }
   fs::permissions(folder, fs::perms(0755));
 }
+
+TEST_F(OpenTest, ABookInAFolderThatNobodyMayWriteOpensForReading) {
+  namespace fs = std::filesystem;
+  const fs::path folder = PathOf(folder_.Path());
+  for (const char* mode : {"wal", "delete"}) {
+    tavrix::test::Run(CreateBook(), std::string("pragma journal_mode=") + mode);
+    fs::permissions(PathOf(File()), fs::perms(0666));
+    fs::permissions(folder, fs::perms(0555));
+    {
+      const AsNobody nobody;
+      const Book book = Book::Open(File());
+      EXPECT_TRUE(book.ReadOnly()) << mode;
+      EXPECT_EQ(host::QueryScalar(*book.System(), "select count(*) from gl_code").ToLong(), 8);
+      EXPECT_THAT(host::ExecuteSql(*book.System(), "delete from gl_code"), HasSubstr("只读"));
+    }
+    fs::permissions(folder, fs::perms(0755));
+    EXPECT_FALSE(Book::Open(File()).ReadOnly());
+    fs::remove(PathOf(File()));
+  }
+}
 #endif
 
 TEST_F(OpenTest, ABookInAnotherJournalModeServes) {
@@ -186,7 +206,7 @@ TEST_F(OpenTest, AHalfReadResultDoesNotStandInTheWayOfAWrite) {
   const Book book = OpenHasty();
   const auto rows = host::QueryRows(*book.System(), "select ccode from gl_code");
   tavrix::test::Run(other, "delete from gl_code where i_id=1");
-  EXPECT_EQ(host::ExecuteSql(*book.System(), "delete from gl_code where i_id=2"), "");
+  EXPECT_EQ(host::ExecuteSql(*book.System(), "delete from gl_code where i_id=3"), "");
   EXPECT_EQ(rows->GetRows().Rows(), 8U);
 }
 

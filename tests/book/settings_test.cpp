@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -139,6 +140,24 @@ TEST_F(SettingsFileTest, SaysAtOnceWhenItCannotWrite) {
   EXPECT_EQ(file.ReadValue("a", "b", "none"), "none");
 }
 
+TEST_F(SettingsFileTest, TellsOnceOfEachFileThatCouldNotBeSaved) {
+  std::vector<std::string> told;
+  OnUnsavedSettings([&](const std::string& text) { told.push_back(text); });
+  {
+    SharedSettingsFile file;
+    file.SetFileName(folder_.File("missing/x.txt"));
+    for (int i = 0; i < 3; ++i) EXPECT_THROW(file.WriteValue("a", "b", "c"), host::HostError);
+    EXPECT_EQ(told.size(), 1U);
+    file.SetFileName(path_);
+    file.WriteValue("a", "b", "c");
+    std::filesystem::create_directory(PathOf(path_));  // stands in the way at the end
+  }
+  OnUnsavedSettings({});
+  ASSERT_EQ(told.size(), 2U);
+  EXPECT_THAT(told[0], testing::HasSubstr("missing"));
+  EXPECT_THAT(told[1], testing::HasSubstr("设置没有保存：不能写入文件"));
+}
+
 TEST_F(SettingsFileTest, LeavesAloneWhatItCannotRead) {
   SharedSettingsFile file;
   const std::string large = "[a]\nb=1\n" + std::string(1 << 20, ';');
@@ -150,6 +169,24 @@ TEST_F(SettingsFileTest, LeavesAloneWhatItCannotRead) {
   EXPECT_THROW(file.WriteValue("a", "b", "2"), host::HostError);
   file.SetFileName(folder_.File("x"));
   EXPECT_TRUE(OnDisk() == large);
+}
+
+TEST_F(SettingsFileTest, WhatWouldMakeTheFileTooLargeIsRefusedBeforeItIsWritten) {
+  {
+    SharedSettingsFile file;
+    file.SetFileName(path_);
+    const std::string most(1000, 'x');
+    for (int i = 0; i < 1000; ++i) file.WriteValue("a", "k" + std::to_string(i), most);
+    EXPECT_THROW(file.WriteValue("a", "large", std::string(60'000, 'x')), host::HostError);
+    EXPECT_EQ(file.ReadValue("a", "large", "none"), "none");
+    for (int i = 0; i < 1000; ++i) file.WriteValue("a", "k0", std::to_string(i));
+    file.WriteValue("a", "last", "1");
+  }
+  EXPECT_LE(OnDisk().size(), 1U << 20);
+  SharedSettingsFile file;
+  file.SetFileName(path_);
+  EXPECT_EQ(file.ReadValue("a", "last", "none"), "1");
+  EXPECT_EQ(file.ReadValue("a", "k0", "none"), "999");
 }
 
 TEST_F(SettingsFileTest, AFileThatCannotBeReplacedStays) {

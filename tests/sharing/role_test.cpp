@@ -130,7 +130,7 @@ TEST_F(RoleTest, AllCommandsOfTheDeskWork) {
 
 TEST_F(RoleTest, TheRoleCanDoNoMore) {
   const std::string other = test::NewServerPlace();
-  (void)book::Book::Create(other, {.accounts = SharedBook::Accounts()});
+  (void)book::Book::Create(other, {.code_rule = "4444", .accounts = SharedBook::Accounts()});
   const std::string elsewhere = "select * from " + SchemaOf(other) + ".gl_code";
   const book::Book opened = Open();
   for (const std::string& sql : std::initializer_list<std::string>{

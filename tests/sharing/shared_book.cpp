@@ -9,7 +9,10 @@ namespace {
 
 constexpr std::size_t kLevelWidth = 4;
 
-void CheckChart(const desk::book::Book& book, std::vector<std::string>& faults) {
+}  // namespace
+
+std::vector<std::string> ChartFaultsOf(const desk::book::Book& book) {
+  std::vector<std::string> faults;
   struct Account {
     std::string level;
     std::string leaf;
@@ -32,11 +35,12 @@ void CheckChart(const desk::book::Book& book, std::vector<std::string>& faults) 
     const std::string level = std::to_string(code.size() / kLevelWidth);
     if (code.size() % kLevelWidth != 0 || account.level != level)
       faults.push_back("level: " + code);
-    if (account.leaf != (parents.contains(code) ? "0" : "1")) faults.push_back("leaf: " + code);
+    const bool parent = parents.contains(code);
+    if (account.leaf == (parent ? "0" : "1")) continue;
+    faults.push_back((parent && account.leaf == "1" ? "late leaf: " : "leaf: ") + code);
   }
+  return faults;
 }
-
-}  // namespace
 
 std::vector<std::string> LedgerFaultsOf(const desk::book::Book& book) {
   std::vector<std::string> faults;
@@ -58,7 +62,7 @@ std::vector<std::string> LedgerFaultsOf(const desk::book::Book& book) {
 
 std::vector<std::string> FaultsOf(const desk::book::Book& book) {
   std::vector<std::string> faults = LedgerFaultsOf(book);
-  CheckChart(book, faults);
+  for (std::string& fault : ChartFaultsOf(book)) faults.push_back(std::move(fault));
   return faults;
 }
 

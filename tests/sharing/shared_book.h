@@ -48,7 +48,11 @@ inline std::vector<const char*> SharedEngines() {
 /// balance, totals that equal the vouchers.
 [[nodiscard]] std::vector<std::string> LedgerFaultsOf(const desk::book::Book& book);
 
-/// And with the chart: codes, levels, parents, leaf flags.
+/// What is wrong with the chart: codes, levels, parents, leaf flags ("late leaf" where an account
+/// with others below it still says leaf).
+[[nodiscard]] std::vector<std::string> ChartFaultsOf(const desk::book::Book& book);
+
+/// Both.
 [[nodiscard]] std::vector<std::string> FaultsOf(const desk::book::Book& book);
 
 }  // namespace tavrix::sharing

@@ -195,6 +195,148 @@ TEST_P(TwoDesks, AnAccountDeletedMeanwhileIsDeletedOnlyOnce) {
   EXPECT_EQ(FaultsOf(theirs_), editing::Texts());
 }
 
+// While the question before a deletion stands open.
+TEST_P(TwoDesks, AccountsThatComeWhileTheUserIsAskedAreNotDeleted) {
+  test::ViewTest t(shared_.Open());
+  t.Start();
+  const auto before = t.Codes();
+  t.Select("1002");
+  t.user.answers = {viewkit::UserPort::Answer::kYes, viewkit::UserPort::Answer::kYes};
+  t.user.in_question = [&](const auto&) {
+    Editor theirs(shared_.Open());
+    theirs.Open(editing::Below("10020001"), [&] {
+      theirs.SetName("新下级");
+      theirs.Save();
+    });
+  };
+  EXPECT_FALSE(t.view.FileDelete());
+  ASSERT_EQ(t.reports.size(), 1U);
+  EXPECT_THAT(t.reports[0], HasSubstr("FileDelete->其他用户刚增加了科目 100200010001"));
+  EXPECT_EQ(t.Codes(), before);
+  EXPECT_EQ(FaultsOf(theirs_), editing::Texts());
+  // Asked again, knowing of it, the user may delete them all.
+  t.user.in_question = nullptr;
+  t.reports.clear();
+  ASSERT_TRUE(t.view.Refresh());
+  t.Select("1002");
+  EXPECT_TRUE(t.view.FileDelete());
+  EXPECT_EQ(Scalar(theirs_, "select count(*) from gl_code where ccode like '1002%'"), "0");
+}
+
+TEST_P(TwoDesks, AParentThatGetsAnotherAccountMeanwhileStaysAParent) {
+  Theirs("delete from gl_code where i_id=4");
+  test::ViewTest t(shared_.Open());
+  t.Start();
+  t.Select("10020001");
+  t.user.answers = {viewkit::UserPort::Answer::kYes};
+  t.user.in_question = [&](const auto&) {
+    Editor theirs(shared_.Open());
+    theirs.Open(editing::Below("1002"), [&] {
+      theirs.SetName("新同级");
+      theirs.Save();
+    });
+  };
+  EXPECT_TRUE(t.view.FileDelete());
+  EXPECT_EQ(t.reports, test::Texts());
+  EXPECT_EQ(Scalar(theirs_, "select bend from gl_code where ccode='1002'"), "0");
+  EXPECT_EQ(FaultsOf(theirs_), editing::Texts());
+}
+
+TEST_P(TwoDesks, TheLastTwoAccountsDeletedAtOnceLeaveALeaf) {
+  test::ViewTest t(shared_.Open());
+  t.Start();
+  t.Select("10020001");
+  t.user.answers = {viewkit::UserPort::Answer::kYes};
+  t.user.in_question = [&](const auto&) {
+    test::ViewTest theirs(shared_.Open());
+    theirs.Start();
+    theirs.Select("10020002");
+    theirs.user.answers = {viewkit::UserPort::Answer::kYes};
+    EXPECT_TRUE(theirs.view.FileDelete());
+  };
+  EXPECT_TRUE(t.view.FileDelete());
+  EXPECT_EQ(Scalar(theirs_, "select bend from gl_code where ccode='1002'"), "1");
+  EXPECT_EQ(FaultsOf(theirs_), editing::Texts());
+}
+
+// Between the statements of my save the other desk deletes what it stands on, or what it has made.
+TEST_P(TwoDesks, NoAccountLosesItsParentAndNoPostingItsAccountWhateverTheOtherDeletesDuringASave) {
+  struct Case {
+    Opening mine;
+    const char* code;
+    const char* gone;  ///< what they delete
+  };
+  const Case cases[] = {{editing::Below("5001", "成本"), "50010001", "5001"},
+                        {editing::Below("5001", "成本"), "50010001", "50010001"},
+                        {Edit(3), "50010001", "5001"},
+                        {Edit(3), "10020009", "1002"}};
+  for (const Case& c : cases) {
+    bool reached = true;
+    int gap = 0;
+    for (; reached; ++gap) {
+      const SharedBook shared(GetParam());
+      Editor mine(shared.Open());
+      test::ViewTest theirs(shared.Open());
+      reached = false;
+      bool posted = false;
+      mine.Open(c.mine, [&] {
+        mine.SetName("甲");
+        mine.SetCode(c.code);
+        int statement = -gap;
+        mine.recorder.BeforeEach([&](const std::string&) {
+          if (statement++ != 0) return;
+          reached = true;
+          theirs.Start();
+          if (theirs.Grid().FindRow(c.gone, 1, 0) < 0) return;
+          theirs.Select(c.gone);
+          theirs.user.answers = {viewkit::UserPort::Answer::kYes};
+          const bool deleted = theirs.view.FileDelete();
+          if (!deleted || Scalar(theirs.book, "select bend from gl_code where ccode='5001'") != "1")
+            return;
+          PostBoth(theirs.book, "5001", "1001");
+          posted = true;
+        });
+        mine.user.answers = {viewkit::UserPort::Answer::kNo};
+        mine.Save();
+      });
+      const std::string where = std::string(c.code) + " " + c.gone + " " + std::to_string(gap);
+      EXPECT_EQ(FaultsOf(mine.book), editing::Texts()) << where;
+      if (posted) {
+        EXPECT_EQ(test::AllRows(mine.book,
+                                "select v.ccode from gl_accvouch v join gl_code a on "
+                                "a.ccode=v.ccode where a.bend=1 order by 1")
+                      .size(),
+                  2U)
+            << where;
+      }
+    }
+    EXPECT_GT(gap, 3) << c.code;
+  }
+}
+
+// A code that is used again: what is posted there now is not mine to move.
+TEST_P(TwoDesks, PostingsOfAnAccountThatTookTheCodeStayWithIt) {
+  Theirs("delete from gl_code where i_id=4");
+  test::ViewTest t(shared_.Open());
+  t.Start();
+  t.Select("10020001");
+  t.user.answers = {viewkit::UserPort::Answer::kYes};
+  t.host.BeforeEach([&](const std::string& sql) {
+    if (!sql.starts_with("update gl_code set bend=1")) return;
+    Editor theirs(shared_.Open());
+    theirs.Open(editing::Below("1002"), [&] {
+      theirs.SetName("又一个");
+      theirs.SetCode("10020001");
+      theirs.Save();
+    });
+    PostBoth(theirs_, "10020001", "1001");
+  });
+  EXPECT_TRUE(t.view.FileDelete());
+  EXPECT_EQ(test::AllRows(theirs_, "select ccode from gl_accvouch order by 1"),
+            (editing::Texts{"1001", "10020001"}));
+  EXPECT_EQ(FaultsOf(theirs_), editing::Texts());
+}
+
 TEST(ServerGone, TheReportNamesItTheViewKeepsItsRowsAndTheNextCommandWorks) {
   if (test::ServerPlace().empty()) GTEST_SKIP() << "TAVRIX_ODBC names no server";
   const SharedBook shared("postgresql");

@@ -1,0 +1,247 @@
+// Files that are no sound books: opening one changes nothing, and never hangs.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
+#include "book/files.h"
+#include "book/paths.h"
+#include "book/posting.h"
+#include "book/schema.h"
+#include "book/trial_balance.h"
+#include "host/calls.h"
+#include "support/test_book.h"
+
+namespace desk::book {
+namespace {
+
+namespace fs = std::filesystem;
+namespace test = tavrix::test;
+using tavrix::test::FewAccounts;
+using tavrix::test::Scalar;
+using tavrix::test::TempFolder;
+using testing::HasSubstr;
+
+/// A database as another program opens it.
+class Foreign {
+ public:
+  explicit Foreign(const std::string& path) {
+    EXPECT_EQ(sqlite3_open(path.c_str(), &handle_), SQLITE_OK);
+  }
+  Foreign(const Foreign&) = delete;
+  Foreign& operator=(const Foreign&) = delete;
+  ~Foreign() { sqlite3_close(handle_); }
+  void Do(const std::string& sql) const {
+    EXPECT_EQ(sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
+        << sqlite3_errmsg(handle_);
+  }
+
+ private:
+  sqlite3* handle_ = nullptr;
+};
+
+constexpr const char* kLetters =
+    "create table letters(id integer primary key, text);"
+    "with recursive n(i) as (select 1 union all select i+1 from n where i<500) "
+    "insert into letters select i,hex(randomblob(200)) from n;";
+
+class ForeignFileTest : public testing::Test {
+ protected:
+  using Files = std::map<std::string, std::string>;
+
+  [[nodiscard]] std::string File() const { return folder_.File("账簿.book"); }
+  /// Every file of the folder with its bytes.
+  [[nodiscard]] Files Bytes() const {
+    Files files;
+    for (const auto& entry : fs::directory_iterator(PathOf(folder_.Path()))) {
+      files[PathText(entry.path().filename())] =
+          entry.is_regular_file() ? ReadFile(entry.path()) : "(no file)";
+    }
+    return files;
+  }
+  /// What a database leaves on the disk when its program is killed after `start` and `then`.
+  void Leave(const std::string& start, const std::string& then) const {
+    const TempFolder elsewhere;
+    const std::string file = elsewhere.File("x");
+    const Foreign foreign(file);
+    foreign.Do(start);
+    foreign.Do(then);
+    for (const char* suffix : {"", "-wal", "-journal"}) {
+      if (fs::exists(PathOf(file + suffix)))
+        fs::copy(PathOf(file + suffix), PathOf(File() + suffix));
+    }
+  }
+  void LeaveLaterBook(bool in_log) const {
+    const TempFolder elsewhere;
+    const std::string file = elsewhere.File("x");
+    const Book book = Book::Create(file, {.accounts = FewAccounts()});
+    test::Run(book, "pragma wal_checkpoint(truncate)");
+    test::Run(book, "pragma user_version=99");
+    if (!in_log) test::Run(book, "pragma wal_checkpoint(truncate)");
+    for (const char* suffix : {"", "-wal"}) {
+      fs::copy(PathOf(file + suffix), PathOf(File() + suffix));
+    }
+  }
+  [[nodiscard]] std::string Failure(Access access = Access::kReadWrite) const {
+    const auto start = std::chrono::steady_clock::now();
+    std::string text;
+    try {
+      (void)Book::Open({.path = File(), .access = access});
+    } catch (const DatabaseError& error) {
+      text = error.what();
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
+    return text;
+  }
+  TempFolder folder_;
+};
+
+TEST_F(ForeignFileTest, OpeningKeepsEveryByteOfWhatIsNoBook) {
+  struct Case {
+    const char* name;
+    std::function<void()> leave;
+    const char* told;
+  };
+  const auto write = [&](const std::string& content) {
+    std::ofstream(PathOf(File()), std::ios::binary) << content;
+  };
+  const Case cases[] = {
+      {"nothing in it", [&] { write(""); }, "不是账簿"},
+      {"a letter", [&] { write(std::string(5000, 'x')); }, "不是账簿"},
+      {"only a header", [&] { write(std::string("SQLite format 3") + '\0'); }, "不是账簿"},
+      {"another's database", [&] { Foreign(File()).Do(kLetters); }, "gl_code"},
+      {"one with a log, closed",
+       [&] { Foreign(File()).Do("pragma journal_mode=wal;" + std::string(kLetters)); }, "gl_code"},
+      {"killed with a log", [&] { Leave("pragma journal_mode=wal", kLetters); }, "gl_code"},
+      {"killed in a transaction",
+       [&] {
+         Leave(kLetters, "pragma cache_size=5;begin;update letters set text=hex(randomblob(300))");
+       },
+       "gl_code"},
+      {"of a later version", [&] { LeaveLaterBook(false); }, "更新的版本"},
+      {"of a later version, in the log", [&] { LeaveLaterBook(true); }, "更新的版本"},
+  };
+  for (const Case& c : cases) {
+    for (const auto& entry : fs::directory_iterator(PathOf(folder_.Path()))) fs::remove(entry);
+    c.leave();
+    const Files before = Bytes();
+    for (const Access access : {Access::kReadWrite, Access::kReadOnly}) {
+      EXPECT_THAT(Failure(access), HasSubstr(c.told)) << c.name;
+      EXPECT_TRUE(Bytes() == before) << c.name;
+    }
+  }
+}
+
+TEST_F(ForeignFileTest, ABookWhoseDeskWasKilledOpensWithAllOfItsLog) {
+  {
+    const TempFolder elsewhere;
+    const std::string file = elsewhere.File("x");
+    const Book book = Book::Create(file, {.accounts = FewAccounts()});
+    test::Run(book, "update gl_code set chelp='last' where i_id=1");
+    for (const char* suffix : {"", "-wal"}) {
+      fs::copy(PathOf(file + suffix), PathOf(File() + suffix));
+    }
+  }
+  EXPECT_EQ(Scalar(Book::Open(File()), "select chelp from gl_code where i_id=1"), "last");
+}
+
+TEST_F(ForeignFileTest, ViewsThatNeverEndAreRefusedInSeconds) {
+  const std::pair<const char*, const char*> endless[] = {{"xt_accinformation", ""},
+                                                         {"gl_code", " where i<0"}};
+  for (const auto& [table, condition] : endless) {
+    (void)Book::Create(File(), {.accounts = FewAccounts()});
+    std::string columns;
+    for (const Column& column : FindSchemaTable(table)->columns) {
+      columns += (columns.empty() ? "" : ",") + std::string("i as ") + std::string(column.name);
+    }
+    Foreign(File()).Do("pragma user_version=0;drop table " + std::string(table) + ";create view " +
+                       table +
+                       " as with recursive n(i) as (select 1 union all select i+1 from n) select " +
+                       columns + " from n" + condition);
+    EXPECT_THAT(Failure(), HasSubstr(table));
+    fs::remove(PathOf(File()));
+  }
+  // Views that end serve.
+  (void)Book::Create(File(), {.accounts = FewAccounts()});
+  Foreign(File()).Do(
+      "alter table tvxbz rename to currencies;"
+      "create view tvxbz as select * from currencies");
+  EXPECT_EQ(Failure(), "");
+}
+
+#ifndef _WIN32
+TEST_F(ForeignFileTest, WhatIsNoFileIsRefusedAtOnce) {
+  ASSERT_EQ(mkfifo(File().c_str(), 0600), 0);
+  EXPECT_THAT(Failure(), HasSubstr("无法打开账簿文件"));
+  for (const char* device : {"/dev/zero", "/dev/null", "/dev"}) {
+    fs::remove(PathOf(File()));
+    fs::create_symlink(device, PathOf(File()));
+    EXPECT_THAT(Failure(), HasSubstr("无法打开账簿文件")) << device;
+  }
+}
+#endif
+
+TEST_F(ForeignFileTest, NumbersBeyondAllBoundsAreNamed) {
+  const auto failure = [](const std::function<void()>& deed) {
+    try {
+      deed();
+      return std::string();
+    } catch (const DatabaseError& error) {
+      return std::string(error.what());
+    }
+  };
+  const Book book = Book::Create(File(), {.accounts = FewAccounts()});
+  const Voucher voucher = {
+      .year = 2026,
+      .month = 1,
+      .day = 1,
+      .entries = {{.code = "1001", .debit = 5}, {.code = "2202", .credit = 5}}};
+  for (const char* number : {"2147483647", "1099511627776", "1e300"}) {
+    test::Run(book, "delete from gl_accvouch");
+    test::Run(book,
+              std::string("insert into gl_accvouch(i_id,fiscal_year,fiscal_period,voucher_number,"
+                          "ccode)values(1,2026,1,") +
+                  number + ",'1001')");
+    EXPECT_THAT(failure([&] { (void)Post(book.GetSession(), voucher); }), HasSubstr("凭证号"))
+        << number;
+  }
+  test::Run(book, "delete from gl_accvouch");
+  test::Run(book, "update gl_code set i_id=1099511627776 where i_id=1");
+  EXPECT_THAT(book.System()->NewIdentifier("gl_code", "i_id").error, HasSubstr("用完"));
+  EXPECT_THAT(Book::Open(File()).Faults(), HasSubstr("1099511627776"));
+  test::Run(book, "update gl_code set i_id=1 where i_id>1000");
+  test::Run(book, "update desk_identifier set last_id=1e300");
+  EXPECT_THAT(book.System()->NewIdentifier("gl_code", "i_id").error, HasSubstr("用完"));
+  test::Run(book,
+            "insert into gl_accsum(i_id,ccode,fiscal_year,fiscal_period,debit)"
+            "values(1,'1001',2026,1,1e300),(2,'1001',3000000000,1,5)");
+  EXPECT_EQ(PostedMonths(book.GetSession()), (std::vector<Month>{{2026, 1}}));
+  EXPECT_THAT(failure([&] { (void)ReadTrialBalance(book.GetSession(), {}); }), HasSubstr("金额"));
+}
+
+TEST_F(ForeignFileTest, ReplacingARowHeedsTheRulesOfDeleting) {
+  const Book book = Book::Create(File(), {.accounts = FewAccounts()});
+  tavrix::test::AddPosting(book, "gl_accvouch", "1001");
+  const auto rows = tavrix::test::AllRows(book, "select i_id,ccode,bend from gl_code order by 1");
+  for (const char* sql : {"insert or replace into gl_code(i_id,ccode)values(1,'1009')",
+                          "replace into gl_code(i_id,ccode)values(99,'1001')",
+                          "insert or replace into gl_code(i_id,ccode)values(2,'1009')",
+                          "update or replace gl_code set ccode='1001' where i_id=5",
+                          "update or replace gl_code set i_id=1 where i_id=5"}) {
+    EXPECT_NE(host::ExecuteSql(*book.System(), sql), "") << sql;
+    EXPECT_EQ(tavrix::test::AllRows(book, "select i_id,ccode,bend from gl_code order by 1"), rows)
+        << sql;
+  }
+}
+
+}  // namespace
+}  // namespace desk::book

@@ -1,0 +1,150 @@
+// Books and settings that are made by several desks at once, or by desks that are killed.
+#ifndef _WIN32
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <thread>
+
+#include "book/copy.h"
+#include "book/files.h"
+#include "book/paths.h"
+#include "book/sample.h"
+#include "book/settings_file.h"
+#include "sharing/process.h"
+#include "support/test_book.h"
+
+namespace tavrix::sharing {
+namespace {
+
+namespace fs = std::filesystem;
+using desk::book::Book;
+using desk::book::PathOf;
+using namespace std::chrono_literals;
+
+class MakingTest : public testing::Test {
+ protected:
+  [[nodiscard]] std::string File(const std::string& name = "账簿.book") const {
+    return folder_.File(name);
+  }
+  [[nodiscard]] std::vector<std::string> Names() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(PathOf(folder_.Path()))) {
+      names.push_back(desk::book::PathText(entry.path().filename()));
+    }
+    return names;
+  }
+  /// Kills a process at a random moment while it does `deed`; gives whether it had ended before.
+  bool KillDuring(const std::function<void()>& deed, int most_milliseconds) {
+    Process maker([&](int out) {
+      (void)!write(out, "r", 1);
+      deed();
+      (void)!write(out, "done", 4);
+    });
+    maker.Await();
+    std::this_thread::sleep_for(
+        std::chrono::microseconds(random_() % static_cast<unsigned>(most_milliseconds * 1000)));
+    maker.Kill();
+    return maker.ReadAll().ends_with("done");
+  }
+  test::TempFolder folder_;
+  std::mt19937 random_{20260101};
+};
+
+TEST_F(MakingTest, AKilledMakerLeavesNothingInTheWay) {
+  using desk::book::StandardChart;
+  const std::string from = File("from.book");
+  (void)desk::book::CreateSampleBook(from, StandardChart::kEnterprise);
+  const std::string vouchers = test::Scalar(Book::Open(from), "select count(*) from gl_accvouch");
+  const std::function<void()> makers[] = {
+      [&] { (void)desk::book::CreateSampleBook(File(), StandardChart::kEnterprise); },
+      [&] { (void)desk::book::CopyBook(from, File()); }};
+  int killed = 0;
+  for (int round = 0; round < (Long() ? 100 : 6); ++round) {
+    const auto& make = makers[round % 2];
+    if (!KillDuring(make, round % 2 == 0 ? 500 : 200)) ++killed;
+    if (!fs::exists(PathOf(File()))) make();
+    // Whatever is there is whole.
+    ASSERT_EQ(test::Scalar(Book::Open(File()), "select count(*) from gl_accvouch"), vouchers)
+        << round;
+    for (const std::string& name : Names()) {
+      EXPECT_TRUE(name.starts_with("from.book") || name == "账簿.book") << name;
+    }
+    fs::remove(PathOf(File()));
+  }
+  EXPECT_GT(killed, 0);
+  std::cout << killed << " makers killed\n";
+}
+
+TEST_F(MakingTest, OfTwoDesksThatMakeOneBookOneSucceeds) {
+  for (int round = 0; round < 10; ++round) {
+    const auto start = std::chrono::steady_clock::now() + 20ms;
+    const auto make = [&](int out) {
+      while (std::chrono::steady_clock::now() < start) {
+      }
+      try {
+        (void)Book::Create(File(), {.accounts = test::FewAccounts()});
+        (void)!write(out, "made", 4);
+      } catch (const desk::book::DatabaseError&) {
+        (void)!write(out, "none", 4);
+      }
+    };
+    Process first(make);
+    Process second(make);
+    const std::string told = first.ReadAll() + second.ReadAll();
+    EXPECT_TRUE(told == "madenone" || told == "nonemade") << told;
+    const Book book = Book::Open(File());
+    EXPECT_EQ(test::Scalar(book, "select count(*) from gl_code"), "8");
+    fs::remove(PathOf(File()));
+  }
+}
+
+TEST_F(MakingTest, KilledWritersOfSettingsLeaveAWholeFileAndNothingElse) {
+  const std::string file = File("desk.txt");
+  const std::string filler(900'000, 'x');
+  const auto write = [&] { desk::book::ReplaceFile(PathOf(file), "[a]\nfiller=" + filler + "\n"); };
+  write();
+  for (int round = 0; round < (Long() ? 200 : 10); ++round) {
+    (void)KillDuring(
+        [&] {
+          for (;;) write();
+        },
+        20);
+    desk::book::SharedSettingsFile settings;
+    settings.SetFileName(file);
+    EXPECT_EQ(settings.ReadValue("a", "filler", ""), filler) << round;
+  }
+  write();
+  EXPECT_EQ(Names(), std::vector<std::string>{"desk.txt"});
+}
+
+TEST_F(MakingTest, ASettingsFileKeepsItsOwnerAndItsMode) {
+  const std::string file = File("desk.txt");
+  std::ofstream(PathOf(file)) << "[a]\nb=1\n";
+  ASSERT_EQ(chmod(file.c_str(), 0640), 0);
+  const bool root = geteuid() == 0;
+  if (root) {
+    ASSERT_EQ(chown(file.c_str(), 12345, 23456), 0);
+  }
+  {
+    desk::book::SharedSettingsFile settings;
+    settings.SetFileName(file);
+    settings.WriteValue("a", "b", "2");
+  }
+  struct stat now {};
+  ASSERT_EQ(stat(file.c_str(), &now), 0);
+  EXPECT_EQ(now.st_mode & 07777U, 0640U);
+  if (root) {
+    EXPECT_EQ(now.st_uid, 12345U);
+    EXPECT_EQ(now.st_gid, 23456U);
+  }
+  EXPECT_THAT(desk::book::ReadFile(PathOf(file)), testing::HasSubstr("b=2"));
+}
+
+}  // namespace
+}  // namespace tavrix::sharing
+
+#endif
