@@ -1,21 +1,20 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "book/schema.h"
-#include "input.h"
+#include "sql_values.h"
 
 namespace tavrix::fuzz {
 
-using Tokens = std::vector<std::string>;
-
 /// Makes statements that callers may send, as an input says, token by token.
-class StatementMaker {
+class StatementMaker final : private ValueMaker {
  public:
-  explicit StatementMaker(Input& input) : input_(input) {}
+  explicit StatementMaker(Input& input) : ValueMaker(input) {}
 
   [[nodiscard]] Tokens Make() {
     switch (input_.Number(5)) {
@@ -31,42 +30,24 @@ class StatementMaker {
         Where();
         break;
       default:
-        Query(false);
+        Query();
     }
     return tokens_;
   }
 
  private:
-  struct Source {
-    std::string name;
-    std::vector<std::string> columns;
-  };
-
-  template <std::size_t size>
-  std::string Pick(const std::array<std::string_view, size>& list) {
-    return std::string(list[static_cast<std::size_t>(input_.Number(static_cast<int>(size) - 1))]);
+  [[nodiscard]] static Kind KindOf(const desk::book::Column& column) {
+    using enum desk::book::ColumnKind;
+    const bool text = column.kind == kText || column.kind == kCode || column.kind == kKeyText;
+    return text ? Kind::kText : Kind::kNumber;
   }
-  [[nodiscard]] bool Chance(int of) { return !input_.Ended() && input_.Number(of) == 0; }
-  /// Whether a rule may go on into others: what is left of the input, and depth, bound it.
-  [[nodiscard]] bool Deeper() const { return !input_.Ended() && depth_ < 8; }
-  void Put(std::string token) { tokens_.push_back(std::move(token)); }
-  void Put(std::initializer_list<const char*> tokens) {
-    tokens_.insert(tokens_.end(), tokens.begin(), tokens.end());
-  }
-  template <class Item>
-  void List(int most, const Item& item) {
-    item();
-    for (int more = input_.Number(most - 1); more > 0; --more) {
-      Put(",");
-      item();
-    }
-  }
-
   Source PutTable() {
     const auto tables = desk::book::SchemaTables();
     const auto& table = tables[static_cast<std::size_t>(input_.Number(7)) % tables.size()];
     Source source{.name = std::string(table.name), .columns = {}};
-    for (const auto& column : table.columns) source.columns.emplace_back(column.name);
+    for (const auto& column : table.columns) {
+      source.columns.push_back({std::string(column.name), KindOf(column)});
+    }
     Put(source.name);
     return source;
   }
@@ -77,69 +58,126 @@ class StatementMaker {
     return Pick(kNames) + std::to_string(++names_);
   }
 
-  void Query(bool one_column) {
+  void Query() override {
     ++depth_;
     const std::vector<Source> outer = sources_;
-    Select(one_column);
-    const std::vector<std::string> outputs = outputs_;
-    bool joined = false;
-    while (one_column && Deeper() && Chance(6)) {
-      joined = true;
+    const bool ordered = Select();
+    const std::vector<Column> outputs = outputs_;
+    if (ordered) Order([this] { Value(AnyKind()); });
+    Finish(outer);
+    outputs_ = outputs;
+  }
+
+  /// A select of one column of a kind.
+  void Subselect(Kind kind) override {
+    ++depth_;
+    const std::vector<Source> outer = sources_;
+    SelectOne(kind);
+    while (Deeper() && Chance(6)) {
       static constexpr std::array<std::string_view, 3> kUnions = {"union", "except", "intersect"};
       Put(Pick(kUnions));
       sources_ = outer;
-      Select(true);
+      SelectOne(kind);
     }
-    if (Chance(4)) {
-      Put({"order", "by"});
-      List(2, [&] {
-        joined ? Put("1") : Value();
-        if (Chance(2)) Put(Chance(1) ? "desc" : "asc");
-      });
-    }
+    Order([this] { Put("1"); });
+    Finish(outer);
+  }
+
+  template <class Item>
+  void Order(const Item& item) {
+    if (!Chance(4)) return;
+    Put({"order", "by"});
+    item();
+    if (Chance(2)) Put(Chance(1) ? "desc" : "asc");
+  }
+
+  void Finish(const std::vector<Source>& outer) {
     if (Chance(6)) Put({"limit", "3"});
     sources_ = outer;
-    outputs_ = outputs;
     --depth_;
   }
 
-  void Select(bool one_column) {
-    Put("select");
-    if (Chance(6)) Put("distinct");
+  /// Makes what stands behind "from" first, since the values before it speak of that.
+  Tokens From() {
     Tokens before;
     before.swap(tokens_);
-    const bool from = one_column || !Chance(8);
-    if (from) {
-      Put("from");
-      List(2, [this] { Joined(); });
-    }
+    Put("from");
+    List(2, [this] { Joined(); });
     before.swap(tokens_);
-    outputs_.clear();
-    std::vector<std::string> outputs;
-    if (!one_column && from && Chance(3)) {
+    return before;
+  }
+  void Append(const Tokens& tokens) { tokens_.insert(tokens_.end(), tokens.begin(), tokens.end()); }
+
+  void SelectOne(Kind kind) {
+    Put("select");
+    if (Chance(6)) Put("distinct");
+    const Tokens from = From();
+    Value(kind);
+    Append(from);
+    Where();
+  }
+
+  /// Whether the rows may be put in the order of anything.
+  bool Select() {
+    Put("select");
+    if (Chance(4)) {
+      Aggregated();
+      return false;
+    }
+    const bool distinct = Chance(6);
+    if (distinct) Put("distinct");
+    const Tokens from = From();
+    std::vector<Column> outputs;
+    if (Chance(3)) {
       Put("*");
     } else {
-      for (int column = one_column ? 0 : input_.Number(2); column >= 0; --column) {
-        Value();
-        if (Chance(1)) {
-          outputs.push_back(NewName());
-          Put("as");
-          Put(outputs.back());
-        }
-        if (column > 0) Put(",");
-      }
+      List(3, [&] {
+        const Kind kind = AnyKind();
+        Value(kind);
+        if (Chance(1)) outputs.push_back({PutAlias(), kind});
+      });
     }
-    tokens_.insert(tokens_.end(), before.begin(), before.end());
+    Append(from);
     Where();
-    if (from && Chance(5)) {
+    outputs_ = outputs;
+    return !distinct;
+  }
+
+  void Aggregated() {
+    const Tokens from = From();
+    std::vector<Column> outputs;
+    List(2, [&] {
+      Aggregate();
+      if (Chance(1)) outputs.push_back({PutAlias(), Kind::kNumber});
+    });
+    Append(from);
+    Where();
+    if (Chance(1)) {
       Put({"group", "by"});
-      List(2, [this] { Value(); });
-      if (Chance(2)) {
-        Put("having");
-        Condition();
-      }
+      PutColumn(AnyKind());
+    }
+    if (Chance(2)) {
+      Put("having");
+      Aggregate();
+      Put({">", "1"});
     }
     outputs_ = outputs;
+  }
+
+  void Aggregate() {
+    static constexpr std::array<std::string_view, 5> kAggregates = {"count", "max", "min", "sum",
+                                                                    "avg"};
+    Put(Pick(kAggregates));
+    Put("(");
+    if (Chance(5)) Put("distinct");
+    Value(Kind::kNumber);
+    Put(")");
+  }
+
+  std::string PutAlias() {
+    Put("as");
+    Put(NewName());
+    return tokens_.back();
   }
 
   void Joined() {
@@ -166,7 +204,7 @@ class StatementMaker {
       std::vector<Source> around;
       around.swap(sources_);
       Put("(");
-      Query(false);
+      Query();
       Put(")");
       around.swap(sources_);
       source.columns = outputs_;
@@ -183,20 +221,21 @@ class StatementMaker {
   void Insert() {
     Put({"insert", "into"});
     const Source table = PutTable();
+    const std::size_t columns =
+        std::min(table.columns.size(), 1 + static_cast<std::size_t>(input_.Number(2)));
     Put("(");
-    const int columns = 1 + input_.Number(2);
-    for (int i = 0; i < columns; ++i) {
+    for (std::size_t i = 0; i < columns; ++i) {
       if (i > 0) Put(",");
-      Put(table.columns[static_cast<std::size_t>(i) % table.columns.size()]);
+      Put(table.columns[i].name);
     }
     Put(")");
-    if (columns == 1 && Chance(1)) return Query(true);
+    if (columns == 1 && Chance(1)) return Subselect(table.columns[0].kind);
     Put("values");
     List(2, [&] {
       Put("(");
-      for (int i = 0; i < columns; ++i) {
+      for (std::size_t i = 0; i < columns; ++i) {
         if (i > 0) Put(",");
-        Value();
+        Value(table.columns[i].kind);
       }
       Put(")");
     });
@@ -206,11 +245,15 @@ class StatementMaker {
     Put("update");
     sources_.push_back(PutTable());
     Put("set");
-    List(3, [this] {
-      Put(AnyOf(sources_.front().columns));
+    const std::vector<Column> columns = sources_.front().columns;
+    const auto first = static_cast<std::size_t>(input_.Number(255)) % columns.size();
+    const auto count = 1 + static_cast<std::size_t>(input_.Number(2));
+    for (std::size_t i = first; i < std::min(columns.size(), first + count); ++i) {
+      if (i > first) Put(",");
+      Put(columns[i].name);
       Put("=");
-      Value();
-    });
+      Value(columns[i].kind);
+    }
     Where();
   }
 
@@ -220,133 +263,7 @@ class StatementMaker {
     Condition();
   }
 
-  const std::string& AnyOf(const std::vector<std::string>& list) {
-    return list[static_cast<std::size_t>(input_.Number(static_cast<int>(list.size()) - 1))];
-  }
-
-  void Condition() {
-    ++depth_;
-    if (Chance(6)) Put("not");
-    if (Deeper() && Chance(4)) {
-      Put({"exists", "("});
-      Query(false);
-      Put(")");
-    } else {
-      Value();
-      Comparison();
-    }
-    while (Deeper() && Chance(3)) {
-      Put(Chance(1) ? "or" : "and");
-      Value();
-      Comparison();
-    }
-    --depth_;
-  }
-
-  void Comparison() {
-    static constexpr std::array<std::string_view, 6> kSigns = {"=", "<>", "<", ">", "<=", ">="};
-    switch (input_.Number(5)) {
-      case 0:
-        if (Chance(1)) Put("not");
-        Put("like");
-        return Text();
-      case 1:
-        Put("between");
-        Value();
-        Put("and");
-        return Value();
-      case 2:
-        Put("is");
-        if (Chance(1)) Put("not");
-        return Put("null");
-      case 3:
-        Put({"in", "("});
-        if (Deeper() && Chance(1)) {
-          Query(true);
-        } else {
-          List(3, [this] { Value(); });
-        }
-        return Put(")");
-      default:
-        Put(Pick(kSigns));
-        Value();
-    }
-  }
-
-  void Value() {
-    ++depth_;
-    static constexpr std::array<std::string_view, 5> kOperators = {"+", "-", "*", "/", "||"};
-    Simple();
-    while (Deeper() && Chance(5)) {
-      Put(Pick(kOperators));
-      Simple();
-    }
-    --depth_;
-  }
-
-  void Simple() {
-    const int kind = Deeper() ? input_.Number(9) : 3 + input_.Number(3);
-    if (kind == 0) return Call();
-    if (kind == 1) {
-      Put({"case", "when"});
-      Condition();
-      Put("then");
-      Value();
-      Put({"else", "0", "end"});
-      return;
-    }
-    if (kind == 2) {
-      Put("(");
-      if (Chance(1)) {
-        Query(true);
-      } else {
-        Value();
-      }
-      return Put(")");
-    }
-    if (kind == 3) return Text();
-    if (kind == 4) return Put(Chance(2) ? "null" : "1.5");
-    Column();
-  }
-
-  void Column() {
-    if (sources_.empty()) return Put("7");
-    const Source& source =
-        sources_[static_cast<std::size_t>(input_.Number(static_cast<int>(sources_.size()) - 1))];
-    if (source.columns.empty()) return Put("8");
-    if (Chance(1)) {
-      Put(source.name);
-      Put(".");
-    }
-    Put(AnyOf(source.columns));
-  }
-
-  void Text() {
-    static constexpr std::array<std::string_view, 5> kTexts = {"''", "'1002%'", "'it''s; -- x'",
-                                                               "'科目'", "'\\'"};
-    Put(Pick(kTexts));
-  }
-
-  void Call() {
-    static constexpr std::array<std::string_view, 9> kOfOne = {
-        "count", "max", "min", "sum", "avg", "len", "abs", "upper", "lower"};
-    static constexpr std::array<std::string_view, 3> kOfTwo = {"left", "coalesce", "round"};
-    const bool two = Chance(3);
-    Put(two ? Pick(kOfTwo) : Pick(kOfOne));
-    Put("(");
-    Value();
-    if (two) {
-      Put(",");
-      Value();
-    }
-    Put(")");
-  }
-
-  Input& input_;
-  Tokens tokens_;
-  std::vector<Source> sources_;
-  std::vector<std::string> outputs_;  ///< names in the result of the select that was made last
-  int depth_ = 0;
+  std::vector<Column> outputs_;  ///< names in the result of the select that was made last
   int names_ = 0;
 };
 

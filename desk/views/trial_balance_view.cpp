@@ -3,23 +3,18 @@
 #include <algorithm>
 #include <array>
 #include <exception>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
-#include "book/files.h"
 #include "book/money_text.h"
-#include "book/paths.h"
-#include "embedded/kTrialBalanceLayout.h"
 #include "host/grid_update.h"
 #include "host/report.h"
 #include "host/row_set.h"
 #include "viewkit/m_mode.h"
+#include "views/default_layout.h"
 #include "views/layout_dialog.h"
 
 namespace desk::views {
 
-namespace fs = std::filesystem;
 using viewkit::Alignment;
 using viewkit::CheckBox;
 
@@ -90,14 +85,6 @@ bool RepeatsItsAccount(const viewkit::FlexGrid& grid, int total) {
   return alone && text(total, View::kFirstLevel) == head + "小计";
 }
 
-void WriteDefaultLayout(const std::string& path) {
-  std::string text;
-  for (const std::string_view line : embedded::kTrialBalanceLayout) {
-    text.append(line).append("\r\n");
-  }
-  book::ReplaceFile(book::PathOf(path), text);
-}
-
 }  // namespace
 
 TrialBalanceView::TrialBalanceView(book::Session& session,
@@ -110,11 +97,7 @@ TrialBalanceView::TrialBalanceView(book::Session& session,
   MakeStrip();
   MakeGrid();
   controls_.Add(summary_);
-  std::error_code error;
-  if (!fs::exists(book::PathOf(layout_path_), error)) {
-    // Without a folder to write in there is no layout, and a table without totals.
-    host::Quietly([this] { WriteDefaultLayout(layout_path_); });
-  }
+  EnsureLayout(DefaultLayout::kTrialBalance, layout_path_);
   ReadMonths();
   Load();
   ApplyLayout();
@@ -235,6 +218,7 @@ void TrialBalanceView::Load() {
   for (const book::TrialBalanceRow& row : balance) AppendRow(rows, month_.Text(), row);
   const host::GridUpdate update(grid_);
   grid_.LoadRows(std::move(rows));
+  GreySealed(balance);
   viewkit::ApplyVsRows(layout_path_, grid_, *system_);
   DressTotals();
   Summarise(balance);
@@ -253,6 +237,16 @@ void TrialBalanceView::DressTotals() {
       const bool zero = col >= kFirstAmount && grid_.ValueMatrix(row, col) == 0;
       if (zero) grid_.SetTextMatrix(row, col, "");
     }
+  }
+}
+
+/// Sealed accounts stand back; amounts do not.
+void TrialBalanceView::GreySealed(const std::vector<book::TrialBalanceRow>& rows) {
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (!rows[i].sealed) continue;
+    const int row = grid_.FixedRows() + static_cast<int>(i);
+    for (const int col : {kCode, kName})
+      grid_.SetCellForeColor(row, col, viewkit::color::kGrayText);
   }
 }
 
@@ -318,7 +312,7 @@ void TrialBalanceView::AskLayout() {
 }
 
 void TrialBalanceView::RestoreDefaults() {
-  WriteDefaultLayout(layout_path_);
+  WriteDefaultLayout(DefaultLayout::kTrialBalance, layout_path_);
   ResetColumns();
   Load();
   ApplyLayout();

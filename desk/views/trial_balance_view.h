@@ -64,6 +64,7 @@ class TrialBalanceView {
   /// Totals look alike, in the user's own colours, show zeros as the rows do, and stand only where
   /// they add something.
   void DressTotals();
+  void GreySealed(const std::vector<book::TrialBalanceRow>& rows);
   void Summarise(const std::vector<book::TrialBalanceRow>& rows);
   void ApplyLayout();
   void SetByFirstLevel(bool wanted);

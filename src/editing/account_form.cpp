@@ -28,8 +28,10 @@ constexpr int kFormWidth = kRightColumn + kColumnWidth + kMargin;
 constexpr int kLabelWidth = 1380;
 constexpr int kFieldWidth = kColumnWidth - 2 * kMargin - kLabelWidth;
 
+constexpr int kWholeFieldWidth = kFormWidth - 4 * kMargin - kLabelWidth;
+
 constexpr int kAccountTop = kMargin;
-constexpr int kKindsTop = kAccountTop + FrameHeight(3) + kGap;
+constexpr int kKindsTop = kAccountTop + FrameHeight(5) + kGap;
 constexpr int kFlagsTop = kKindsTop + FrameHeight(4) + kGap;
 constexpr int kButtonsTop = kFlagsTop + FrameHeight(1) + kMargin;
 constexpr int kFormHeight = kButtonsTop + kButtonHeight + kMargin;
@@ -41,6 +43,12 @@ constexpr Rows RowsIn(int left, int top) {
 /// Two options in the place of one box.
 constexpr Bounds HalfField(const Rows& rows, int row, int half) {
   return rows.At(row, kLabelWidth + half * kFieldWidth / 2, kFieldWidth / 2);
+}
+/// A label in the place of a box.
+constexpr Bounds WithoutLabel(Bounds label) {
+  label.left += kLabelWidth;
+  label.width = kWholeFieldWidth;
+  return label;
 }
 /// Two boxes beside one another, without labels.
 constexpr Bounds Half(const Rows& rows, int row, int half) {
@@ -74,23 +82,27 @@ void AccountForm::CreateControls() {
   for (int i = 0; i < kButtons; ++i) cmd_.emplace_back("Cmd", i);
 }
 
+// Codes, categories and mnemonics are short; names take the whole width.
 void AccountForm::PlaceAccount() {
-  PlaceFrame("科目", {kMargin, kAccountTop, kFormWidth - 2 * kMargin, FrameHeight(3)});
+  PlaceFrame("科目", {kMargin, kAccountTop, kFormWidth - 2 * kMargin, FrameHeight(5)});
   const Rows left = RowsIn(kMargin, kAccountTop);
   const Rows right = RowsIn(kRightColumn, kAccountTop);
-  PlaceLabel("编码(&B)", left.Label(0));
-  PlaceText(kCodeBox, left.Field(0));
-  PlaceLabel("名称(&N)", right.Label(0));
-  PlaceText(kNameBox, right.Field(0));
-  PlaceLabel("助记码(&M)", left.Label(1));
-  PlaceText(kMnemonicBox, left.Field(1));
-  PlaceLabel("英文名称(&E)", right.Label(1));
-  PlaceText(kEnglishNameBox, right.Field(1));
-  PlaceLabel("类别(&L)", left.Label(2));
-  PlaceList(kCategoryList, left.Field(2));
-  PlaceLabel("余额方向", right.Label(2));
-  PlaceOption(kDebitOption, "借方(&J)", HalfField(right, 2, 0));
-  PlaceOption(kCreditOption, "贷方(&D)", HalfField(right, 2, 1));
+  const Rows whole = Rows::InFrame(kMargin, kAccountTop, kLabelWidth, kWholeFieldWidth);
+  PlaceLabel("上级科目", left.Label(0));
+  above_ = &PlaceLabel("", WithoutLabel(whole.Label(0)));
+  PlaceLabel("编码(&B)", left.Label(1));
+  PlaceText(kCodeBox, left.Field(1));
+  PlaceLabel("类别(&L)", right.Label(1));
+  PlaceList(kCategoryList, right.Field(1));
+  PlaceLabel("名称(&N)", left.Label(2));
+  PlaceText(kNameBox, whole.Field(2));
+  PlaceLabel("助记码(&M)", left.Label(3));
+  PlaceText(kMnemonicBox, left.Field(3));
+  PlaceLabel("余额方向", right.Label(3));
+  PlaceOption(kDebitOption, "借方(&J)", HalfField(right, 3, 0));
+  PlaceOption(kCreditOption, "贷方(&D)", HalfField(right, 3, 1));
+  PlaceLabel("英文名称(&E)", left.Label(4));
+  PlaceText(kEnglishNameBox, whole.Field(4));
 }
 
 void AccountForm::PlaceKinds() {
@@ -140,11 +152,12 @@ void AccountForm::PlaceFrame(const char* caption, const Bounds& bounds) {
   Add(frame);
 }
 
-void AccountForm::PlaceLabel(const char* caption, const Bounds& bounds) {
+viewkit::Label& AccountForm::PlaceLabel(const char* caption, const Bounds& bounds) {
   auto& label = labels_.emplace_back("Label", static_cast<int>(labels_.size()));
   label.SetCaption(caption);
   label.SetBounds(bounds);
   Add(label);
+  return label;
 }
 
 void AccountForm::PlaceText(int index, const Bounds& bounds) {
@@ -175,7 +188,12 @@ void AccountForm::PlaceButton(int index, const char* caption, const Bounds& boun
   Add(Cmd(index), kButtonId + index);
 }
 
+void AccountForm::ShowAbove(const std::string& text) {
+  above_->SetCaption(text);
+}
+
 void AccountForm::ResetControls() {
+  ShowAbove("");
   for (auto& box : txt_) box.SetText("");
   for (auto& box : chk_) {
     box.SetValue(viewkit::CheckBox::kUnchecked);

@@ -50,6 +50,8 @@ class AccountForm : public viewkit::DialogModel {
  protected:
   /// The controls as in a dialog that was just created: empty, enabled, no items, debit chosen.
   void ResetControls();
+  /// What stands above the account's own fields: the account that it is part of.
+  void ShowAbove(const std::string& text);
 
  private:
   template <class Member>
@@ -65,7 +67,7 @@ class AccountForm : public viewkit::DialogModel {
   void PlaceButtons();
 
   void PlaceFrame(const char* caption, const host::Bounds& bounds);
-  void PlaceLabel(const char* caption, const host::Bounds& bounds);
+  viewkit::Label& PlaceLabel(const char* caption, const host::Bounds& bounds);
   void PlaceText(int index, const host::Bounds& bounds);
   void PlaceList(int index, const host::Bounds& bounds);
   void PlaceCheck(int index, const char* caption, const host::Bounds& bounds);
@@ -75,6 +77,7 @@ class AccountForm : public viewkit::DialogModel {
   viewkit::OptionGroup direction_;  // before the buttons, which leave it when they end
   std::deque<viewkit::FrameBox> frames_;
   std::deque<viewkit::Label> labels_;
+  viewkit::Label* above_ = nullptr;  // one of them
   std::deque<viewkit::TextBox> txt_;
   std::deque<viewkit::CheckBox> chk_;
   std::deque<viewkit::OptionButton> opt_;

@@ -1,5 +1,7 @@
 #include "editing/fm_bkm_add.h"
 
+#include <utility>
+
 #include "editing/session.h"
 #include "editing/trap.h"
 #include "host/error.h"
@@ -19,6 +21,7 @@ void FmBkmAdd::ConnectControls() {
   }
   Txt(kCodeBox).Changed.Add([this] {
     if (session_ && !filling_) session_->code_changed = true;
+    TellAbove();
   });
   for (int i = 0; i < kLists; ++i) {
     Combo(i).Changed.Add([this] { Edited(); });
@@ -47,6 +50,26 @@ void FmBkmAdd::Edited() {
   if (session_ && !filling_) session_->changed = true;
 }
 
+/// A code that the user has changed may stand below another account, whose name nobody knows here.
+void FmBkmAdd::TellAbove() {
+  if (!above_) return ShowAbove("");
+  const auto& [code, name] = *above_;
+  if (code.empty()) return ShowAbove("无（一级科目）");
+  const std::string account = name.empty() ? code : code + " " + name;
+  ShowAbove(CodeText().starts_with(code) ? account : "");
+}
+
+viewkit::Control* FmBkmAdd::FirstFocus() {
+  const bool proposed = session_ && session_->record_id == 0 && !CodeText().empty();
+  if (session_) session_->passed_by = proposed;
+  return proposed ? &Txt(kNameBox) : nullptr;
+}
+
+/// A proposed code may be none: the one behind the last of its siblings can have another parent.
+bool FmBkmAdd::CheckPassedBy() noexcept {
+  return !session_ || !std::exchange(session_->passed_by, false) || IsCanCodeRule();
+}
+
 std::shared_ptr<FmBkmAdd::Session> FmBkmAdd::Current() const {
   if (!session_) throw host::HostError("窗体尚未打开");
   return session_;
@@ -66,7 +89,9 @@ std::string FmBkmAdd::CodeText() {
 
 void FmBkmAdd::OnFocusMoved(viewkit::Control& from, viewkit::Control& to) {
   // A wrong code shall not hold back a user who is giving up.
-  if (&from != &Txt(kCodeBox) || &to == &Cmd(kCancelButton)) return;
+  if (&to == &Cmd(kCancelButton)) return;
+  if (&to == &Txt(kCodeBox) && session_) session_->passed_by = false;
+  if (&from != &Txt(kCodeBox)) return static_cast<void>(CheckPassedBy());
   if (IsCanCodeRule() && Chk(kGatherCheck).Value() == viewkit::CheckBox::kChecked) FillGatherList();
 }
 
@@ -92,6 +117,7 @@ bool FmBkmAdd::CloseForm() noexcept {
 
 void FmBkmAdd::OnUnload() {
   session_.reset();
+  above_.reset();
 }
 
 }  // namespace tavrix::editing

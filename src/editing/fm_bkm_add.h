@@ -25,6 +25,15 @@ class FmBkmAdd : public AccountForm, public std::enable_shared_from_this<FmBkmAd
   /// `user` must outlive the dialog.
   explicit FmBkmAdd(viewkit::UserPort& user);
 
+  /// An account as whoever opens the dialog knows it.
+  struct NamedAccount {
+    std::string code;
+    std::string name;
+  };
+  /// The account above the one that is opened next; an empty code says that it is of the first
+  /// level. It is shown and decides nothing. Untold, only the code of a reference account is known.
+  void SetAbove(NamedAccount above) { above_ = std::move(above); }
+
   /// Opens the dialog and returns when it has been closed.
   ///
   /// `psKmLb`: category of a new account, may be empty. `pbNew`: add an account, below the
@@ -78,6 +87,9 @@ class FmBkmAdd : public AccountForm, public std::enable_shared_from_this<FmBkmAd
 
  protected:
   [[nodiscard]] bool QueryUnload() override { return CloseForm(); }
+  /// The name, when the code has been proposed.
+  [[nodiscard]] viewkit::Control* FirstFocus() override;
+  [[nodiscard]] bool MayEnter() override { return CheckPassedBy(); }
   void OnUnload() override;
   void OnFocusMoved(viewkit::Control& from, viewkit::Control& to) override;
 
@@ -99,6 +111,8 @@ class FmBkmAdd : public AccountForm, public std::enable_shared_from_this<FmBkmAd
 
   void ConnectControls();
   void Edited();
+  void TellAbove();
+  [[nodiscard]] bool CheckPassedBy() noexcept;
 
   // Opening
   void StartSession(std::shared_ptr<host::SystemObject> pcSystem, const std::string& psKmLb,
@@ -151,6 +165,7 @@ class FmBkmAdd : public AccountForm, public std::enable_shared_from_this<FmBkmAd
 
   viewkit::UserPort& user_;
   std::shared_ptr<Session> session_;
+  std::optional<NamedAccount> above_;
   bool filling_ = false;  // the program fills the controls: no consequences, no changed flag
 };
 

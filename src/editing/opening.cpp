@@ -54,6 +54,7 @@ void FmBkmAdd::py_SubProgram(std::shared_ptr<host::SystemObject> pcSystem,
   Trapped("py_SubProgram->", host::kLoadingError, false, [this] {
     Unload();
     session_.reset();
+    above_.reset();
     return true;
   });
 }
@@ -78,6 +79,7 @@ bool FmBkmAdd::Prepare(bool pbNew, bool pnNewNext, std::int32_t plID) {
   const host::FlagScope filling(filling_);
   ResetControls();
   if (!InitBaseValue()) return false;
+  if (pbNew && pnNewNext && !above_) above_ = {.code = session->reference, .name = {}};
   if (pbNew) {
     SetCaption(pnNewNext ? kNewBelowCaption : kNewBesideCaption);
     PrepareNew();
@@ -87,6 +89,7 @@ bool FmBkmAdd::Prepare(bool pbNew, bool pnNewNext, std::int32_t plID) {
     if (plID > 0 && !LoadData(plID)) return false;
   }
   session->initial_code = Txt(kCodeBox).Text();
+  TellAbove();
   return true;
 }
 

@@ -32,6 +32,8 @@ struct FmBkmAdd::Session {
   bool code_changed = false;
   bool proposes_direction = false;  // from the category: a new account whose user has not chosen
   bool saving = false;
+  /// The focus began behind the code box: what leaving that box checks is still to be checked.
+  bool passed_by = false;
 
   /// Something would be lost by closing.
   [[nodiscard]] bool Unsaved() const {

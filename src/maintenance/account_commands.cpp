@@ -139,6 +139,24 @@ bool Kjkm::FileEdit() {
   });
 }
 
+namespace {
+
+/// The account above a new one, which is the current one or the one above that. A page of one
+/// category may lack it: then another one stands above in the outline.
+std::optional<editing::FmBkmAdd::NamedAccount> AboveNew(const FlexGrid& grid, int row, bool below) {
+  const int above = below ? row : grid.ParentRow(row);
+  if (above < grid.FixedRows()) {
+    if (grid.RowOutlineLevel(row) > 0) return std::nullopt;
+    return editing::FmBkmAdd::NamedAccount{};
+  }
+  const std::string_view code = grid.TextMatrix(above, kCode);
+  if (!grid.TextMatrix(row, kCode).starts_with(code)) return std::nullopt;
+  return editing::FmBkmAdd::NamedAccount{std::string(code),
+                                         std::string(grid.TextMatrix(above, kName))};
+}
+
+}  // namespace
+
 void Kjkm::OpenEditor(bool pbNew, bool pnNewNext) {
   // The session itself is let go before the dialog opens: what is saved after a `Clear` is no
   // longer this view's concern.
@@ -152,6 +170,7 @@ void Kjkm::OpenEditor(bool pbNew, bool pnNewNext) {
     return;
   }
   const auto text = [&](int col) { return std::string(grid.TextMatrix(row, col)); };
+  if (const auto above = AboveNew(grid, row, pbNew && pnNewNext)) dialog->SetAbove(*above);
   dialog->py_SubProgram(system, text(kCategory), pbNew, pnNewNext, text(kCode),
                         pbNew ? 0 : host::LeadingLong(grid.TextMatrix(row, kId)));
 }

@@ -40,9 +40,24 @@ void selKjkm::OpenForm() {
     form->py_SubProgram(session->m_System, CategoryOfNewAccount(), true);
     return;
   }
+  if (const int above = RowAbove(row); above >= 0) {
+    form->SetAbove(
+        {std::string(Vs_.TextMatrix(above, kCode)), std::string(Vs_.TextMatrix(above, kName))});
+  }
   form->py_SubProgram(session->m_System, std::string(Vs_.TextMatrix(row, kCategory)), false, false,
                       std::string(Vs_.TextMatrix(row, kCode)),
                       host::LeadingLong(Vs_.TextMatrix(row, kId)));
+}
+
+/// The account that has the longest beginning of this one's code; -1 when the list has none.
+int selKjkm::RowAbove(int row) const {
+  std::string code(Vs_.TextMatrix(row, kCode));
+  while (code.size() > 1) {
+    code.pop_back();
+    const int above = Vs_.FindRow(code, Vs_.FixedRows(), kCode);
+    if (above >= Vs_.FixedRows()) return above;
+  }
+  return -1;
 }
 
 std::shared_ptr<editing::FmBkmAdd> selKjkm::CreateForm(const std::shared_ptr<Session>& session) {

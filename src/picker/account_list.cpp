@@ -6,6 +6,7 @@
 #include "host/grid_update.h"
 #include "host/text.h"
 #include "picker/columns.h"
+#include "picker/flags.h"
 #include "picker/parameters.h"
 #include "picker/session.h"
 #include "picker/trap.h"
@@ -179,8 +180,17 @@ bool selKjkm::LoadAccountList() noexcept {
 void selKjkm::ShowRows(host::RowSet accounts) {
   const host::GridUpdate update(Vs_);
   Vs_.LoadRows(std::move(accounts));
-  Vs_.SetColHidden(kClosed, Chk_.Value() != viewkit::CheckBox::kChecked);
+  const bool with_sealed = Chk_.Value() == viewkit::CheckBox::kChecked;
+  Vs_.SetColHidden(kClosed, !with_sealed);
+  for (int row = Vs_.FixedRows(); with_sealed && row < Vs_.Rows(); ++row) {
+    if (IsSet(Vs_.TextMatrix(row, kClosed))) ShowSealed(row);
+  }
   RestoreTotals();
+}
+
+/// A sealed account stands back.
+void selKjkm::ShowSealed(int row) {
+  for (const int col : {kCode, kName}) Vs_.SetCellForeColor(row, col, viewkit::color::kGrayText);
 }
 
 void selKjkm::ShowRowCount() {

@@ -120,6 +120,7 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   void ReloadAccountList() noexcept;
   bool LoadAccountList() noexcept;
   void ShowRows(host::RowSet accounts);
+  void ShowSealed(int row);
   void ShowRowCount();
   [[nodiscard]] bool HasTotals() const;
   /// Rows of the list that are accounts and not totals of a layout.
@@ -164,6 +165,7 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   void mfrmKjkm_ErrMessage(const std::string& psMsg) noexcept;
   void WriteRow(const std::array<std::string, kColumns>& texts, bool is_new, const std::string& id);
   void SortInto();
+  [[nodiscard]] int RowAbove(int row) const;
   /// The row of the account that was edited; negative when the list no longer shows it.
   [[nodiscard]] int RowOfEdited(const std::string& id) const;
 

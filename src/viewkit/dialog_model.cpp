@@ -23,6 +23,7 @@ int DialogModel::Identifier(const Control& control) const {
 
 void DialogModel::Opened() {
   open_ = true;
+  if (Control* first = FirstFocus(); first != nullptr && first->SetFocus()) return;
   for (std::size_t i = 0; i < controls_.Count(); ++i) {
     if (identifiers_[i] != 0 && controls_.At(i).SetFocus()) return;
   }
@@ -58,7 +59,7 @@ bool DialogModel::KeyDown(Key key) {
   if (key != Key::kEnter) return false;
   auto* button = dynamic_cast<CommandButton*>(focus_);
   if (button == nullptr) button = default_button_;
-  if (button != nullptr) button->Click();
+  if (button != nullptr && (button != default_button_ || MayEnter())) button->Click();
   return button != nullptr;
 }
 

@@ -42,7 +42,7 @@ class DialogModel {
 
   /// From `Opened` until the dialog has been closed.
   [[nodiscard]] bool IsOpen() const { return open_; }
-  /// The dialog stands on the screen: puts the focus on the first control that can take it.
+  /// The dialog stands on the screen: puts the focus where it shall begin.
   void Opened();
   /// Asks to close the dialog, as the window's close box does. True when it is closed now; false
   /// while the dialog refuses, and while an earlier request is still waiting for its answer.
@@ -63,6 +63,10 @@ class DialogModel {
 
   /// Whether the dialog may be closed; may ask the user.
   [[nodiscard]] virtual bool QueryUnload() { return true; }
+  /// Where the user begins; null for the first control that can take the focus.
+  [[nodiscard]] virtual Control* FirstFocus() { return nullptr; }
+  /// Enter is about to click the default button; false to let it be.
+  [[nodiscard]] virtual bool MayEnter() { return true; }
   /// The dialog has been closed; called before `Closed` is raised.
   virtual void OnUnload() {}
   /// The focus went from one control of the open dialog to another. Not called when the dialog

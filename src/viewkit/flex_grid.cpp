@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "host/text.h"
 #include "viewkit/date_format.h"
 #include "viewkit/flex_grid_state.h"
 #include "viewkit/number_format.h"
@@ -22,8 +23,15 @@ FlexGrid::~FlexGrid() = default;
 
 namespace {
 
+/// A mark where it holds, nothing where it does not; what is neither stays.
+std::string TruthMark(std::string_view text) {
+  if (text == "1" || text == "-1" || host::EqualNoCase(text, "True")) return "✓";
+  if (text == "0" || host::EqualNoCase(text, "False")) return {};
+  return std::string(text);
+}
+
 std::string Formatted(std::string_view text, ColumnType type, const std::string& format) {
-  if (type == ColumnType::kString || type == ColumnType::kBoolean) return std::string(text);
+  if (type == ColumnType::kString) return std::string(text);
   if (type == ColumnType::kDate || (!IsNumeric(type) && IsDateFormat(format))) {
     const auto date = type == ColumnType::kDate ? DateOf(text) : WrittenDate(text);
     return date ? FormatDate(*date, format) : std::string(text);
@@ -265,7 +273,9 @@ void FlexGrid::SetTextMatrix(int row, int col, std::string_view text) {
 std::string FlexGrid::DisplayText(int row, int col) const {
   const std::string_view text = TextMatrix(row, col);
   const State::Column& column = state_->columns[static_cast<std::size_t>(col)];
-  if (row < state_->Fixed() || column.format.empty()) return std::string(text);
+  if (row < state_->Fixed()) return std::string(text);
+  if (column.type == ColumnType::kBoolean) return TruthMark(text);
+  if (column.format.empty()) return std::string(text);
   return Formatted(text, column.type, column.format);
 }
 

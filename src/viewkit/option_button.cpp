@@ -1,5 +1,7 @@
 #include "viewkit/option_button.h"
 
+#include <algorithm>
+
 namespace tavrix::viewkit {
 
 OptionButton::OptionButton(OptionGroup& group, std::string name, std::optional<int> index)
@@ -18,6 +20,11 @@ void OptionButton::SetValue(bool value) {
   }
   Show(value);
   if (value) Clicked.Raise();
+}
+
+bool OptionButton::StopsTab() const {
+  const auto chosen = std::ranges::find(group_.buttons_, true, &OptionButton::Value);
+  return this == (chosen == group_.buttons_.end() ? group_.buttons_.front() : *chosen);
 }
 
 void OptionButton::Click() {

@@ -27,6 +27,9 @@ class OptionButton : public Captioned {
   [[nodiscard]] std::string TypeName() const override { return "OptionButton"; }
 
   [[nodiscard]] bool Value() const { return value_; }
+  /// The Tab key stops here: once in a group, at the button that is chosen, or at the first one
+  /// while none is.
+  [[nodiscard]] bool StopsTab() const;
   /// Choosing clears the group's other buttons, without an event of theirs, and raises `Clicked`.
   /// Clearing leaves the group without a choice and raises nothing.
   void SetValue(bool value);

@@ -41,7 +41,7 @@ TEST_F(DialogTest, EveryOpeningStartsAfresh) {
     editor_.recorder.Clear();
     editor_.user.in_dialog = [&](viewkit::DialogModel& shown) {
       shown.Opened();
-      EXPECT_TRUE(editor_.CodeHasFocus());
+      EXPECT_FALSE(editor_.CodeHasFocus()) << "the code stands already";
       EXPECT_EQ(editor_.recorder.Statements()[0],
                 "select 币种ID,外币名称 from tvxbz order by 外币代号");
       EXPECT_EQ(editor_.recorder.Statements()[1], "select 单位ID,名称 from tvxjldw order by 代码");
@@ -167,6 +167,7 @@ TEST_F(DialogTest, SummarisingOffersTheAccountsAboveAndLeavesTheBookTypeAlone) {
     Click(kGatherCheck);
     EXPECT_EQ(Items(kGatherList), (Texts{"500101", "5001"}));
     editor_.dialog->Combo(kGatherList).SetText("6001");
+    editor_.dialog->Txt(kCodeBox).SetFocus();
     editor_.SetCode("100203");
     editor_.dialog->Txt(kNameBox).SetFocus();  // leaving the code box
     EXPECT_EQ(Items(kGatherList), Texts{"1002"});

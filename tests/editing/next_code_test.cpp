@@ -77,7 +77,9 @@ TEST_P(NextCodeTest, AsksTheChartInTheDialectOfTheDatabase) {
 
 TEST(NextCode, CountsExactlyWhateverTheLength) {
   // 9007199254740993 is the first whole number that a double cannot hold.
-  Editor editor(test::MakeBook({{.code = "900719925474099299", .category = "资产"}}, "99"));
+  Editor editor(test::MakeBook({{.code = "900719925", .category = "资产"},
+                                {.code = "900719925474099299", .category = "资产"}},
+                               "99"));
   editor.Open(Edit(1), [&] {
     EXPECT_EQ(editor.dialog->NextBm("900719925474099299", "资产", false), "900719925474099300");
   });

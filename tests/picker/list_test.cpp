@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "picker/columns.h"
 #include "picker/picker_support.h"
 
 namespace tavrix::picker {
@@ -155,6 +156,8 @@ TEST_P(ListTest, ClosedAccountsAreShownOnRequest) {
               ElementsAre(ListQuery(GetParam(), "ccode<>''")));
   EXPECT_EQ(f.Column().size(), 8U);
   EXPECT_FALSE(f.Vs().ColHidden(6));
+  EXPECT_EQ(f.Vs().CellForeColor(1, kName), viewkit::color::kGrayText) << "closed";
+  EXPECT_NE(f.Vs().CellForeColor(2, kName), viewkit::color::kGrayText);
 }
 
 TEST(List, InitReadsItsSettings) {

@@ -227,6 +227,16 @@ TEST_F(GridContent, DisplaysDatesInTheColumnsFormat) {
   EXPECT_EQ(grid.DisplayText(3, 0), "unknown");
 }
 
+TEST_F(GridContent, DisplaysAMarkForWhatIsTrue) {
+  Fill(grid, {{"1"}, {"0"}, {"True"}, {"false"}, {"?"}, {"-1"}});
+  grid.SetColDataType(0, ColumnType::kBoolean);
+  const char* const shown[] = {"✓", "", "✓", "", "?", "✓"};
+  for (int row = 1; row < grid.Rows(); ++row) {
+    EXPECT_EQ(grid.DisplayText(row, 0), shown[row - 1]);
+  }
+  EXPECT_EQ(grid.TextMatrix(1, 0), "1");
+}
+
 TEST_F(GridContent, RefusesNumbersThatNameNothing) {
   Fill(grid, {{"1"}});
   grid.SetCol(0);

@@ -175,5 +175,16 @@ TEST_F(TrialBalanceViewTest, OpensWithoutAWordOnAnyLayoutFile) {
       << "what cannot be kept is not so";
 }
 
+TEST_F(TrialBalanceViewTest, SealedAccountsStandBack) {
+  tavrix::test::Run(book_, "update gl_code set bclose=1 where ccode='1001'");
+  const auto view = Open();
+  const viewkit::FlexGrid& grid = view->Grid();
+  const int sealed = grid.FindRow("1001", 1, View::kCode);
+  EXPECT_EQ(grid.CellForeColor(sealed, View::kName), viewkit::color::kGrayText);
+  EXPECT_NE(grid.CellForeColor(sealed, View::kDebit), viewkit::color::kGrayText);
+  const int other = grid.FindRow("100201", 1, View::kCode);
+  EXPECT_NE(grid.CellForeColor(other, View::kName), viewkit::color::kGrayText);
+}
+
 }  // namespace
 }  // namespace desk::views

@@ -142,6 +142,13 @@ TEST_F(DialogWindowTest, TabGoesRoundAndPassesByWhatIsDisabled) {
   EXPECT_THAT(form.log, ElementsAre("category", "foreign", "save", "cancel", "name"));
 }
 
+TEST_F(DialogWindowTest, TabStopsOnceAtOptionsThatBelongTogether) {
+  form.credit.SetValue(true);
+  form.log.clear();
+  Show({Key(VK_TAB), Key(VK_TAB), Key(VK_TAB), Key(VK_ESCAPE)});
+  EXPECT_THAT(form.log, ElementsAre("category", "credit", "foreign"));
+}
+
 TEST_F(DialogWindowTest, TheMnemonicOfALabelLeadsToTheBoxBehindIt) {
   Show({[&] { form.save.SetFocus(); },
         [&] { PostMessageW(Window(form.save), WM_SYSCHAR, L'n', 1 << 29); },

@@ -1,7 +1,11 @@
 #include "app/balance/trial_balance_window.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
+
+#include "app/frame/popup_menu.h"
+#include "viewkit/win32/clipboard.h"
 
 namespace desk::app {
 namespace {
@@ -95,6 +99,7 @@ bool TrialBalanceWindow::UseKey(const MSG& message) {
 bool TrialBalanceWindow::Translate(MSG& message) {
   if (!Alive() || (message.hwnd != Hwnd() && !IsChild(Hwnd(), message.hwnd))) return false;
   const auto keep = shared_from_this();
+  if (AsksForMenu(message)) return OpenMenu(message), true;
   if (controls_->TranslateAccelerator(message)) return true;
   // Letters with Alt are the captions' mnemonics.
   const bool mnemonic = message.message == WM_SYSCHAR;
@@ -103,6 +108,18 @@ bool TrialBalanceWindow::Translate(MSG& message) {
   TranslateMessage(&message);
   DispatchMessageW(&message);
   return true;
+}
+
+void TrialBalanceWindow::OnContextMenu(LPARAM place) {
+  const HWND grid = reinterpret_cast<HWND>(view_->Grid().WindowHandle());
+  const std::array entries = {MenuEntry{L"复制(&C)\tCtrl+C", view_->Grid().Row() > 0}, MenuEntry{},
+                              MenuEntry{L"刷新(&R)\tF5"}, MenuEntry{L"列布局(&L)…"}};
+  const auto keep = shared_from_this();
+  const auto entry = ChooseEntry(Hwnd(), MenuPlace(grid, place, {}), entries);
+  if (!entry || !Alive()) return;
+  if (*entry == 0) win32::CopyText(Hwnd(), view_->Grid().ClipText());
+  if (*entry == 2) view_->Reload();
+  if (*entry == 3) view_->AskLayout();
 }
 
 void TrialBalanceWindow::OnGone() {
@@ -128,6 +145,9 @@ LRESULT TrialBalanceWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam
     case WM_GETMINMAXINFO:
       reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = {
           style_->scale.Design(kLeastDesignWidth), style_->scale.Design(kLeastDesignHeight)};
+      return 0;
+    case WM_CONTEXTMENU:
+      if (view_) OnContextMenu(lparam);
       return 0;
     case WM_ERASEBKGND:
       return 1;

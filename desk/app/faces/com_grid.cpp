@@ -4,6 +4,7 @@
 #include "component/base/failure.h"
 #include "host/text.h"
 #include "viewkit/ports.h"
+#include "viewkit/win32/scale.h"
 
 namespace desk::app {
 namespace {
@@ -270,6 +271,20 @@ bool ComGrid::IsInView(int row) const {
     if (IsShown(top)) left -= HeightOf(top);
   }
   return left >= 0 && top > row;
+}
+
+std::optional<int> ComGrid::BottomOf(int row) const {
+  const HWND window = reinterpret_cast<HWND>(WindowHandle());
+  if (window == nullptr || row < FixedRows() || row < TopRow() || !IsShown(row)) return {};
+  const tavrix::viewkit::win32::Scale scale{static_cast<int>(GetDpiForWindow(window))};
+  RECT area{};
+  GetClientRect(window, &area);
+  int bottom = 0;
+  for (int fixed = 0; fixed < FixedRows(); ++fixed) bottom += scale.ToPixels(HeightOf(fixed));
+  for (int each = TopRow(); each <= row && bottom <= area.bottom; ++each) {
+    if (IsShown(each)) bottom += scale.ToPixels(HeightOf(each));
+  }
+  return bottom <= area.bottom ? std::optional(bottom) : std::nullopt;
 }
 
 void ComGrid::BeginUpdate() {

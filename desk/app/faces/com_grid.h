@@ -55,6 +55,8 @@ class ComGrid : public tavrix::host::Grid {
   [[nodiscard]] bool ColHidden(int col) const override;
   [[nodiscard]] bool IsShown(int row) const override;
   [[nodiscard]] bool IsInView(int row) const override;
+  /// Where a data row ends, in pixels from the window's upper edge; nothing for one out of view.
+  [[nodiscard]] std::optional<int> BottomOf(int row) const;
   /// Painting stands still; the grid's own notices cannot be held back from outside.
   void BeginUpdate() override;
   void EndUpdate() override;

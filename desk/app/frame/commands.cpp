@@ -1,5 +1,6 @@
 #include "app/frame/commands.h"
 
+#include <algorithm>
 #include <array>
 
 namespace desk::app {
@@ -10,6 +11,15 @@ constexpr BYTE kCtrlShift = FCONTROL | FSHIFT;
 
 using enum Command;
 using enum MenuGroup;
+
+constexpr CommandInfo LevelInfo(int level, const wchar_t* text, const wchar_t* key) {
+  CommandInfo info;
+  info.command = static_cast<Command>(IdOf(kLevelFirst) + level - 1);
+  info.group = MenuGroup::kLevels;
+  info.menu_text = text;
+  info.key = {static_cast<WORD>('0' + level), kCtrl, key};
+  return info;
+}
 
 constexpr std::array kCommands = {
     CommandInfo{kNewBook,
@@ -142,8 +152,42 @@ constexpr std::array kCommands = {
                 KeyScope::kFrame,
                 true},
     CommandInfo{
-        kColumns, kView, L"列布局(&C)…", L"", L"", Icon::kNone, {'L', kCtrlShift, L"Ctrl+Shift+L"}},
+        kColumns, kView, L"列布局(&W)…", L"", L"", Icon::kNone, {'L', kCtrlShift, L"Ctrl+Shift+L"}},
     CommandInfo{kPickerColumns, kView, L"科目选择的列布局(&K)…", L"", L"", Icon::kNone, {}},
+    CommandInfo{kExpandAll,
+                kView,
+                L"全部展开(&A)",
+                L"",
+                L"",
+                Icon::kNone,
+                {VK_RIGHT, kCtrlShift, L"Ctrl+Shift+→"},
+                KeyScope::kView,
+                true},
+    CommandInfo{kCollapseAll,
+                kView,
+                L"全部收起(&O)",
+                L"",
+                L"",
+                Icon::kNone,
+                {VK_LEFT, kCtrlShift, L"Ctrl+Shift+←"},
+                KeyScope::kView},
+    LevelInfo(1, L"一级(&1)", L"Ctrl+1"),
+    LevelInfo(2, L"二级(&2)", L"Ctrl+2"),
+    LevelInfo(3, L"三级(&3)", L"Ctrl+3"),
+    LevelInfo(4, L"四级(&4)", L"Ctrl+4"),
+    LevelInfo(5, L"五级(&5)", L"Ctrl+5"),
+    LevelInfo(6, L"六级(&6)", L"Ctrl+6"),
+    LevelInfo(7, L"七级(&7)", L"Ctrl+7"),
+
+    CommandInfo{kAccountPane,
+                kView,
+                L"科目详情(&I)",
+                L"详情",
+                L"显示或收起所选科目的详情",
+                Icon::kDetails,
+                {'I', kCtrl, L"Ctrl+I"},
+                KeyScope::kFrame,
+                true},
     CommandInfo{kReports,
                 kView,
                 L"错误报告(&E)",
@@ -185,14 +229,29 @@ void AppendRecent(HMENU menu, const std::vector<std::wstring>& recent) {
   }
 }
 
+void AppendCommand(HMENU menu, const CommandInfo& info) {
+  AppendMenuW(menu, MF_STRING, IdOf(info.command), EntryText(info).c_str());
+}
+
+void AppendSeparator(HMENU menu) {
+  if (GetMenuItemCount(menu) > 0) AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
+}
+
+void AppendLevels(HMENU menu) {
+  HMENU levels = CreatePopupMenu();
+  for (const CommandInfo& info : kCommands) {
+    if (info.group == MenuGroup::kLevels) AppendCommand(levels, info);
+  }
+  AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(levels), L"展开到级次(&G)");
+}
+
 void AppendGroup(HMENU menu, MenuGroup group, const std::vector<std::wstring>& recent) {
   for (const CommandInfo& info : kCommands) {
     if (info.group != group) continue;
     if (info.command == kExit) AppendRecent(menu, recent);
-    if (info.new_section && GetMenuItemCount(menu) > 0) {
-      AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
-    }
-    AppendMenuW(menu, MF_STRING, IdOf(info.command), EntryText(info).c_str());
+    if (info.new_section) AppendSeparator(menu);
+    AppendCommand(menu, info);
+    if (info.command == kCollapseAll) AppendLevels(menu);
   }
 }
 
@@ -210,6 +269,17 @@ Menu MakeMenuBar(const std::vector<std::wstring>& recent) {
     AppendMenuW(bar.get(), MF_POPUP, reinterpret_cast<UINT_PTR>(menu), title.text);
   }
   return bar;
+}
+
+Menu MakeCommandMenu(std::span<const Command> commands) {
+  Menu menu(CreatePopupMenu());
+  for (const Command command : commands) {
+    if (command == kNone) AppendSeparator(menu.get());
+    if (command == kLevelFirst) AppendLevels(menu.get());
+    const auto* const info = std::ranges::find(kCommands, command, &CommandInfo::command);
+    if (command != kLevelFirst && info != kCommands.end()) AppendCommand(menu.get(), *info);
+  }
+  return menu;
 }
 
 Accelerators MakeAccelerators(KeyScope scope) {

@@ -35,16 +35,23 @@ enum class Command : WORD {
   kPickerColumns,
   kReports,
   kAbout,
+  kAccountPane,
+  kExpandAll,
+  kCollapseAll,
+  kMore = 150,  ///< the tool bar's buttons that have no room
+  kLevelFirst =
+      160,  ///< this and the next kOutlineLevels - 1 numbers expand the outline to a level
   kRecentFirst = 200,  ///< this and the next kRecentBooks - 1 numbers open a recent book
 };
 inline constexpr std::size_t kRecentBooks = 8;
+inline constexpr int kOutlineLevels = 7;
 
 [[nodiscard]] constexpr WORD IdOf(Command command) {
   return static_cast<WORD>(command);
 }
 
-/// Where in the menu bar a command stands.
-enum class MenuGroup { kBook, kAccount, kView, kHelp };
+/// Where in the menu bar a command stands; the levels have a menu of their own inside the view's.
+enum class MenuGroup { kBook, kAccount, kView, kHelp, kLevels };
 
 /// Keys that work everywhere, or only while the focus is in the view (elsewhere they edit text).
 enum class KeyScope { kFrame, kView };
@@ -77,6 +84,9 @@ using Menu = std::unique_ptr<std::remove_pointer_t<HMENU>, MenuDeleter>;
 
 /// The menu bar; `recent` become entries of the first menu.
 [[nodiscard]] Menu MakeMenuBar(const std::vector<std::wstring>& recent);
+
+/// A menu of these commands; `Command::kNone` stands for a line between two parts.
+[[nodiscard]] Menu MakeCommandMenu(std::span<const Command> commands);
 
 struct AcceleratorDeleter {
   void operator()(HACCEL table) const noexcept { DestroyAcceleratorTable(table); }

@@ -6,6 +6,8 @@
 #include <array>
 #include <utility>
 
+#include "app/frame/popup_menu.h"
+
 namespace desk::app {
 namespace {
 
@@ -13,6 +15,14 @@ namespace win32 = tavrix::viewkit::win32;
 
 constexpr wchar_t kProgramName[] = L"会计科目";
 constexpr int kLeastViewHeight = 120;
+constexpr int kLeastViewWidth = 230;
+// The first window, and the least one, where the screen is not smaller still.
+struct DesignSize {
+  int cx;
+  int cy;
+};
+constexpr DesignSize kFirstDesign{1060, 720};
+constexpr DesignSize kLeastDesign{480, 360};
 constexpr UINT kShowNotice = WM_APP + 1;
 
 const win32::WindowClass& FrameClass() {
@@ -35,6 +45,27 @@ RECT TakeBottom(RECT& rest, int height) {
   return taken;
 }
 
+RECT TakeRight(RECT& rest, int width) {
+  RECT taken = rest;
+  taken.left = std::max(rest.left, rest.right - width);
+  rest.right = taken.left;
+  return taken;
+}
+
+RECT WorkArea(HWND window) {
+  MONITORINFO info{};
+  info.cbSize = sizeof info;
+  GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &info);
+  return info.rcWork;
+}
+
+POINT LeastSize(HWND window) {
+  const int dpi = static_cast<int>(GetDpiForWindow(window));
+  const RECT work = WorkArea(window);
+  return {std::min<LONG>(MulDiv(kLeastDesign.cx, dpi, 96), work.right - work.left),
+          std::min<LONG>(MulDiv(kLeastDesign.cy, dpi, 96), work.bottom - work.top)};
+}
+
 void Put(HWND window, const RECT& place) {
   SetWindowPos(window, nullptr, place.left, place.top, place.right - place.left,
                place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
@@ -47,11 +78,10 @@ std::shared_ptr<FrameWindow> FrameWindow::Make(FrameOwner& owner) {
   frame->owner_ = &owner;
   frame->frame_keys_ = MakeAccelerators(KeyScope::kFrame);
   frame->view_keys_ = MakeAccelerators(KeyScope::kView);
-  frame->Create(FrameClass(), {.text = kProgramName,
-                               .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-                               .place = {CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT + 1060,
-                                         CW_USEDEFAULT + 720}});
+  frame->Create(FrameClass(),
+                {.text = kProgramName, .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN});
   frame->CreateParts();
+  frame->SizeFirst();
   return frame;
 }
 
@@ -70,6 +100,17 @@ void FrameWindow::CreateParts() {
   status_.emplace(Hwnd(), style_);
   SetRecent({});
   Arrange();
+}
+
+/// As large as its parts want it at this resolution, and in the middle of a screen that is not much
+/// larger.
+void FrameWindow::SizeFirst() {
+  const RECT work = WorkArea(Hwnd());
+  const SIZE room{work.right - work.left, work.bottom - work.top};
+  const SIZE size{std::min<LONG>(style_->scale.Design(kFirstDesign.cx), room.cx),
+                  std::min<LONG>(style_->scale.Design(kFirstDesign.cy), room.cy)};
+  SetWindowPos(Hwnd(), nullptr, work.left + (room.cx - size.cx) / 2,
+               work.top + (room.cy - size.cy) / 2, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void FrameWindow::CreateBars() {
@@ -161,6 +202,13 @@ void FrameWindow::Dock(HWND pane, int design_height) {
   Arrange();
 }
 
+void FrameWindow::DockBeside(HWND pane, int design_width, int least) {
+  beside_ = pane;
+  beside_design_width_ = design_width;
+  beside_least_ = least;
+  Arrange();
+}
+
 void FrameWindow::Arrange() {
   if (!status_) return;
   RECT rest{};
@@ -170,14 +218,26 @@ void FrameWindow::Arrange() {
   RECT tools = TakeTop(rest, tool_bar_->Height() + style_->scale.Design(6));
   InflateRect(&tools, -style_->scale.Design(4), -style_->scale.Design(3));
   Put(tool_bar_->Handle(), tools);
+  tool_bar_->Fit(static_cast<int>(tools.right - tools.left));
   for (const auto& bar : {find_, filter_}) {
     if (bar->Shown()) Put(bar->Hwnd(), TakeTop(rest, bar->Height()));
   }
-  const int height = static_cast<int>(rest.bottom - rest.top);
-  const int least = style_->scale.Design(kLeastViewHeight);
-  Put(reports_->Hwnd(), TakeBottom(rest, reports_->WantedHeight(height - least)));
-  if (docked_ != nullptr)
-    Put(docked_, TakeBottom(rest, style_->scale.Design(docked_design_height_)));
+  // The panes give way to the list, which always shows some rows.
+  const auto room = [&] {
+    const int height = static_cast<int>(rest.bottom - rest.top);
+    return std::max(0, height - style_->scale.Design(kLeastViewHeight));
+  };
+  const int docked = docked_ == nullptr ? 0 : style_->scale.Design(docked_design_height_);
+  const int heading = style_->strip_height;
+  Put(reports_->Hwnd(),
+      TakeBottom(rest, reports_->WantedHeight(std::max(heading, room() - docked))));
+  if (docked_ != nullptr) Put(docked_, TakeBottom(rest, std::min(docked, room())));
+  if (beside_ != nullptr) {
+    const int width = static_cast<int>(rest.right - rest.left);
+    const int most = width - style_->scale.Design(kLeastViewWidth);
+    const int wanted = std::min(style_->scale.Design(beside_design_width_), most);
+    Put(beside_, TakeRight(rest, std::max(wanted, style_->scale.Design(beside_least_))));
+  }
   Put(area_->Hwnd(), rest);
 }
 
@@ -185,35 +245,15 @@ void FrameWindow::FocusBeside(bool backward) {
   const HWND reports = reports_->Open() ? reports_->Hwnd() : nullptr;
   const HWND find = find_->Shown() ? find_->Hwnd() : nullptr;
   const HWND filter = filter_->Shown() ? filter_->Hwnd() : nullptr;
-  std::array<HWND, 4> parts = {docked_, reports, find, filter};
+  std::array<HWND, 5> parts = {beside_, docked_, reports, find, filter};
   if (backward) std::ranges::reverse(parts);
   const auto next = std::ranges::find_if(parts, [](HWND part) { return part != nullptr; });
   if (next != parts.end()) SetFocus(*next);
 }
 
-void FrameWindow::UpdateCommands() {
-  for (const CommandInfo& info : Commands()) {
-    if (*info.bar_text == L'\0') continue;
-    const CommandState state = owner_->StateOf(info.command);
-    tool_bar_->SetEnabled(info.command, state.enabled);
-    tool_bar_->SetShown(info.command, state.shown);
-    tool_bar_->SetPressed(info.command, state.pressed);
-  }
-}
-
-void FrameWindow::OnMenuOpening(HMENU menu) {
-  for (const CommandInfo& info : Commands()) {
-    const UINT id = IdOf(info.command);
-    if (GetMenuState(menu, id, MF_BYCOMMAND) == static_cast<UINT>(-1)) continue;
-    const CommandState state = owner_->StateOf(info.command);
-    const bool usable = state.enabled && state.shown;
-    EnableMenuItem(menu, id, static_cast<UINT>(MF_BYCOMMAND | (usable ? MF_ENABLED : MF_GRAYED)));
-    CheckMenuItem(menu, id, static_cast<UINT>(state.pressed ? MF_CHECKED : MF_UNCHECKED));
-  }
-}
-
 bool FrameWindow::Translate(MSG& message, bool in_view) {
   if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
+  if (AsksForMenu(message)) return OpenMenu(message), true;
   if (in_view && TranslateAcceleratorW(Hwnd(), view_keys_.get(), &message)) return true;
   if (TranslateAcceleratorW(Hwnd(), frame_keys_.get(), &message)) return true;
   for (const HWND pane : {find_->Hwnd(), filter_->Hwnd(), docked_}) {
@@ -270,11 +310,14 @@ LRESULT FrameWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     }
     case WM_GETMINMAXINFO: {
       auto& limits = *reinterpret_cast<MINMAXINFO*>(lparam);
-      const int dpi = static_cast<int>(GetDpiForWindow(Hwnd()));
-      limits.ptMinTrackSize = {MulDiv(640, dpi, 96), MulDiv(420, dpi, 96)};
+      limits.ptMinTrackSize = LeastSize(Hwnd());
       return 0;
     }
+    case WM_CONTEXTMENU:
+      OnContextMenu(lparam);
+      return 0;
     case WM_COMMAND:
+      if (LOWORD(wparam) == IdOf(Command::kMore)) return ShowOthers(), 0;
       if (LOWORD(wparam) >= IdOf(Command::kNewBook)) {
         owner_->OnCommand(static_cast<Command>(LOWORD(wparam)));
       }

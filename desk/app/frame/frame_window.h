@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,8 @@ class FrameOwner {
   virtual bool OnFocusView() = 0;
   /// Resolution or fonts have changed.
   virtual void OnStyle() = 0;
+  /// A menu is asked for in the view: at this place of the screen, or by a key.
+  virtual void OnViewMenu(HWND part, std::optional<POINT> at) = 0;
   /// The user closes the frame; false to stay open.
   [[nodiscard]] virtual bool OnClosing() = 0;
 
@@ -77,6 +80,11 @@ class FrameWindow : public tavrix::viewkit::win32::Window {
   void ResetBars();
   /// A child that stands between view and reports while it is visible; null for none.
   void Dock(HWND pane, int design_height);
+  /// A child that stands beside the view while it is visible; null for none. `design_width` is what
+  /// it has where there is room for it, `least` what it always has.
+  void DockBeside(HWND pane, int design_width, int least);
+  /// Lets the user choose one of these commands at a place of the screen.
+  void ShowMenu(std::span<const Command> commands, POINT at);
   void Arrange();
   /// Focus to the part after the view, or the one before it: a bar, the docked pane, the reports.
   void FocusBeside(bool backward);
@@ -91,6 +99,9 @@ class FrameWindow : public tavrix::viewkit::win32::Window {
   void CreateParts();
   void CreateBars();
   void ShowNotice();
+  void SizeFirst();
+  void ShowOthers();
+  void OnContextMenu(LPARAM place);
   void OnDpi(const RECT& wanted);
   void OnMenuOpening(HMENU menu);
   void OnActivation(bool active);
@@ -113,6 +124,9 @@ class FrameWindow : public tavrix::viewkit::win32::Window {
   std::optional<Report> waiting_;  ///< the report to show above a dialog
   HWND docked_ = nullptr;
   int docked_design_height_ = 0;
+  HWND beside_ = nullptr;
+  int beside_design_width_ = 0;
+  int beside_least_ = 0;
   HWND last_focus_ = nullptr;
 };
 

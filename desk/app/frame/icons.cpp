@@ -133,6 +133,21 @@ void Reports(IconCanvas& c) {
   c.Box(kInk, {11, 15}, {18, 16.6});
 }
 
+void Details(IconCanvas& c) {
+  c.Box(kInk, {2.5, 3}, {21.5, 21}, 1.5);
+  c.Box(kPaper, {4, 4.5}, {12.5, 19.5}, 0.5);
+  c.Box(kWhite, {14, 6}, {20, 7.4});
+  c.Box(kSoft, {14, 9}, {20, 10.2});
+  c.Box(kBlue, {14, 14}, {15.6, 18.5});
+  c.Box(kGreen, {16.3, 12}, {17.9, 18.5});
+  c.Box(kAmber, {18.6, 15.5}, {20.2, 18.5});
+}
+
+void More(IconCanvas& c) {
+  c.Line(kInk, 2, {{5, 6}, {11, 12}, {5, 18}});
+  c.Line(kInk, 2, {{12, 6}, {18, 12}, {12, 18}});
+}
+
 void Close(IconCanvas& c) {
   c.Line(kInk, 2.2, {{7, 7}, {17, 17}});
   c.Line(kInk, 2.2, {{17, 7}, {7, 17}});
@@ -171,6 +186,8 @@ constexpr std::array<Painter, kIconCount> kPainters = {NewBook,
                                                        Refresh,
                                                        Voucher,
                                                        Reports,
+                                                       Details,
+                                                       More,
                                                        Error,
                                                        Warning,
                                                        Close,

@@ -28,6 +28,8 @@ enum class Icon {
   kRefresh,
   kVoucher,
   kReports,
+  kDetails,
+  kMore,
   kError,
   kWarning,
   kClose,

@@ -100,11 +100,7 @@ class NewBookDialog {
 
   void Start(HWND dialog) {
     style_ = std::make_shared<const Style>(static_cast<int>(GetDpiForWindow(dialog)));
-    const auto set_font = [](HWND child, LPARAM font) -> BOOL {
-      SendMessageW(child, WM_SETFONT, static_cast<WPARAM>(font), TRUE);
-      return TRUE;
-    };
-    EnumChildWindows(dialog, set_font, reinterpret_cast<LPARAM>(style_->Font()));
+    SetFontsInside(dialog, *style_);
     CheckRadioButton(dialog, IDC_TEMPLATE_ENTERPRISE, IDC_TEMPLATE_EMPTY, IDC_TEMPLATE_ENTERPRISE);
     SendDlgItemMessageW(dialog, IDC_COMPANY, EM_LIMITTEXT, 60, 0);
     SendDlgItemMessageW(dialog, IDC_CODE_RULE, EM_LIMITTEXT, 12, 0);

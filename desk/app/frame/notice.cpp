@@ -82,12 +82,12 @@ void Notice::Paint(HDC dc, const RECT& area) {
   FillBox(dc, area, loading_ ? kErrorColor : kWarningColor);
   const RECT inside{area.left + design(4), area.top + design(1), area.right - design(1),
                     area.bottom - design(1)};
-  FillBox(dc, inside, loading_ ? RGB(253, 240, 238) : RGB(255, 248, 230));
+  FillBox(dc, inside, GetSysColor(COLOR_INFOBK));
   const int icon = design(20);
   PaintIcon(dc, loading_ ? Icon::kError : Icon::kWarning, design(14), design(9), icon);
   const win32::Selected font(dc, style_->Font());
   SetBkMode(dc, TRANSPARENT);
-  SetTextColor(dc, RGB(40, 40, 40));
+  SetTextColor(dc, GetSysColor(COLOR_INFOTEXT));
   RECT text{design(44), design(10), inside.right - design(12), inside.bottom};
   DrawTextW(dc, text_.c_str(), -1, &text, kTextFlags);
 }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 
+#include "app/frame/popup_menu.h"
 #include "host/report.h"
 #include "viewkit/win32/clipboard.h"
 #include "viewkit/win32/wide.h"
@@ -160,7 +161,7 @@ void ReportPane::DrawHeading(HDC dc, const RECT& area) const {
   DrawLine(dc, title.c_str(), title_area, TextColor());
   if (count_ == 0) return;
   const win32::Selected plain(dc, style_->Font());
-  DrawLine(dc, L"清除", ClearButton(), kLinkColor, DT_CENTER);
+  DrawLine(dc, L"清除", ClearButton(), LinkColor(), DT_CENTER);
 }
 
 bool ReportPane::OnSplitter(int y) const {
@@ -214,6 +215,16 @@ void ReportPane::CopySelected() const {
   if (!text.empty()) win32::CopyText(Hwnd(), win32::Narrow(text));
 }
 
+void ReportPane::OnContextMenu(LPARAM place) {
+  const bool chosen = ListView_GetSelectedCount(list_.Get()) > 0;
+  const std::array entries = {MenuEntry{L"复制(&C)\tCtrl+C", chosen}, MenuEntry{},
+                              MenuEntry{L"清除(&L)", count_ > 0}, MenuEntry{L"收起(&H)\tF8"}};
+  const auto entry = ChooseEntry(Hwnd(), MenuPlaceInList(list_.Get(), place), entries);
+  if (entry == 0U) CopySelected();
+  if (entry == 2U) Clear();
+  if (entry == 3U) SetOpen(false);
+}
+
 LRESULT ReportPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   const POINT at{GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)};
   switch (message) {
@@ -229,6 +240,9 @@ LRESULT ReportPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       return 0;
     case WM_CAPTURECHANGED:
       dragging_ = false;
+      return 0;
+    case WM_CONTEXTMENU:
+      if (open_) OnContextMenu(lparam);
       return 0;
     case WM_SETFOCUS:
       SetFocus(list_.Get());

@@ -53,6 +53,7 @@ class ReportPane : public Pane {
   void Drag(int y);
   [[nodiscard]] bool OnListNotify(const NMHDR& header);
   void CopySelected() const;
+  void OnContextMenu(LPARAM place);
   [[nodiscard]] std::wstring RowText(int row) const;
 
   static constexpr int kMostReports = 1000;

@@ -77,7 +77,8 @@ void SearchStrip::SetText(const std::wstring& text) {
   SetWindowTextW(box_, text.c_str());
 }
 
-void SearchStrip::SetAnswer(std::wstring answer) {
+void SearchStrip::SetAnswer(std::wstring answer, bool refused) {
+  refused_ = refused;
   answer_ = std::move(answer);
   InvalidateRect(Hwnd(), nullptr, TRUE);
 }
@@ -89,8 +90,9 @@ void SearchStrip::Arrange() {
   const int height = style_->fonts.LinePixels() + design(8);
   const int top = (area.bottom - height) / 2;
   int left = design(34) + style_->fonts.Pixels(plan_.label, false) + design(8);
+  // The buttons, the answer and the cross stand beside it.
   const int box_width =
-      std::clamp(static_cast<int>(area.right) - left - design(320), design(120), design(320));
+      std::clamp(static_cast<int>(area.right) - left - design(320), design(80), design(320));
   MoveWindow(box_, left, top, box_width, height, TRUE);
   left += box_width + design(8);
   for (const HWND button : {apply_, second_}) {
@@ -118,7 +120,8 @@ void SearchStrip::Paint(HDC dc, const RECT& area) {
   const win32::Selected font(dc, style_->Font());
   DrawLine(dc, plan_.label, {design(34), 0, area.right, area.bottom}, TextColor());
   const RECT close = CloseButton();
-  DrawLine(dc, answer_.c_str(), {answer_left_, 0, close.left, area.bottom}, FaintColor());
+  DrawLine(dc, answer_.c_str(), {answer_left_, 0, close.left, area.bottom},
+           refused_ ? RefusedColor() : TextColor());
   PaintCross(dc, close, *style_);
 }
 

@@ -40,8 +40,8 @@ class SearchStrip : public Pane {
   void FocusBox();
   [[nodiscard]] std::wstring Text() const;
   void SetText(const std::wstring& text);
-  /// A short answer beside the buttons, such as that nothing was found.
-  void SetAnswer(std::wstring answer);
+  /// A short answer beside the buttons: what was found, or that nothing was.
+  void SetAnswer(std::wstring answer, bool refused = false);
 
  private:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
@@ -58,6 +58,7 @@ class SearchStrip : public Pane {
   HWND second_ = nullptr;
   int answer_left_ = 0;
   std::wstring answer_;
+  bool refused_ = false;
   bool shown_ = false;
 };
 

@@ -2,9 +2,30 @@
 
 #include <algorithm>
 
+#include "viewkit/contrast.h"
+#include "viewkit/win32/colors.h"
+
 namespace desk::app {
 
 namespace win32 = tavrix::viewkit::win32;
+
+namespace {
+
+// No lambda: it cannot have the system's calling convention, which is another one on x86.
+BOOL CALLBACK SetFontOf(HWND window, LPARAM font) {
+  SendMessageW(window, WM_SETFONT, static_cast<WPARAM>(font), TRUE);
+  return TRUE;
+}
+
+/// The user has asked for the system's colours alone.
+bool HighContrast() {
+  HIGHCONTRASTW contrast{};
+  contrast.cbSize = sizeof contrast;
+  return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) &&
+         (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
+}
+
+}  // namespace
 
 Style::Style(int dpi)
     : scale{dpi},
@@ -29,7 +50,34 @@ COLORREF TextColor() {
 }
 
 COLORREF FaintColor() {
-  return GetSysColor(COLOR_GRAYTEXT);
+  constexpr int kShare = 65;
+  return Readable(GetSysColor(COLOR_GRAYTEXT), FaceColor(),
+                  HighContrast() ? TextColor() : win32::Blend(TextColor(), FaceColor(), kShare));
+}
+
+COLORREF LineColor() {
+  return win32::Blend(TextColor(), FaceColor(), 20);
+}
+
+COLORREF LinkColor() {
+  return Readable(kLinkColor, FaceColor(), TextColor());
+}
+
+COLORREF RefusedColor() {
+  return Readable(kRefusedColor, FaceColor(), TextColor());
+}
+
+COLORREF DoneColor() {
+  return Readable(kDoneColor, FaceColor(), TextColor());
+}
+
+COLORREF Readable(COLORREF wanted, COLORREF ground, COLORREF system) {
+  const bool readable = tavrix::viewkit::Contrast(wanted, ground) >= tavrix::viewkit::kLegible;
+  return readable && !HighContrast() ? wanted : system;
+}
+
+void SetFontsInside(HWND parent, const Style& style) {
+  EnumChildWindows(parent, SetFontOf, reinterpret_cast<LPARAM>(style.Font()));
 }
 
 void FillBox(HDC dc, const RECT& area, COLORREF color) {
@@ -39,7 +87,7 @@ void FillBox(HDC dc, const RECT& area, COLORREF color) {
 
 void FillPane(HDC dc, const RECT& area, const Style& style) {
   FillBox(dc, area, FaceColor());
-  FillBox(dc, {area.left, area.top, area.right, area.top + style.scale.Design(1)}, kLineColor);
+  FillBox(dc, {area.left, area.top, area.right, area.top + style.scale.Design(1)}, LineColor());
 }
 
 void DrawLine(HDC dc, const wchar_t* text, RECT area, COLORREF color, UINT flags) {

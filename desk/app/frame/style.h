@@ -28,14 +28,10 @@ using SharedStyle = std::shared_ptr<const Style>;
 /// Chinese characters lose their strokes.
 [[nodiscard]] tavrix::viewkit::win32::FontSpec DeskFont();
 
-/// A thin line between two parts of the frame.
-inline constexpr COLORREF kLineColor = RGB(204, 210, 218);
-/// A text that can be clicked.
+/// The program's own colours, as its pictures have them. Texts take them through `Readable`.
 inline constexpr COLORREF kLinkColor = RGB(40, 110, 190);
-/// An error, and a warning, as the pictures and edges beside it show them.
 inline constexpr COLORREF kErrorColor = RGB(205, 66, 56);
 inline constexpr COLORREF kWarningColor = RGB(226, 150, 30);
-/// A text that says that something was refused, or has been done: darker, to be read.
 inline constexpr COLORREF kRefusedColor = RGB(190, 40, 34);
 inline constexpr COLORREF kDoneColor = RGB(34, 120, 72);
 
@@ -43,6 +39,20 @@ inline constexpr COLORREF kDoneColor = RGB(34, 120, 72);
 [[nodiscard]] COLORREF FaceColor();
 [[nodiscard]] COLORREF TextColor();
 [[nodiscard]] COLORREF FaintColor();
+/// A thin line between two parts of the frame.
+[[nodiscard]] COLORREF LineColor();
+/// Texts on a strip or pane: one that can be clicked, one that says that something was refused, and
+/// one that it has been done.
+[[nodiscard]] COLORREF LinkColor();
+[[nodiscard]] COLORREF RefusedColor();
+[[nodiscard]] COLORREF DoneColor();
+
+/// `wanted` where it can be read on `ground`, else `system`: users may have set dark colours, or
+/// colours of high contrast.
+[[nodiscard]] COLORREF Readable(COLORREF wanted, COLORREF ground, COLORREF system);
+
+/// Gives all windows inside `parent` the font of the frame's texts.
+void SetFontsInside(HWND parent, const Style& style);
 
 void FillBox(HDC dc, const RECT& area, COLORREF color);
 

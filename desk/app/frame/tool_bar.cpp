@@ -2,9 +2,11 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "viewkit/win32/window.h"
+#include "views/bar_fit.h"
 
 namespace desk::app {
 namespace {
@@ -18,9 +20,24 @@ HWND MakeBar(HWND parent) {
                          win32::ThisModule(), nullptr);
 }
 
-TBBUTTON Separator() {
+// Lines have numbers too, to be shown and hidden by.
+constexpr int kFirstLine = 1000;
+constexpr int kLineWidth = 8;
+
+TBBUTTON Separator(int id) {
   TBBUTTON button{};
+  button.idCommand = id;
   button.fsStyle = BTNS_SEP;
+  return button;
+}
+
+TBBUTTON MoreButton() {
+  TBBUTTON button{};
+  button.iBitmap = static_cast<int>(Icon::kMore);
+  button.idCommand = IdOf(Command::kMore);
+  button.fsState = TBSTATE_ENABLED | TBSTATE_HIDDEN;
+  button.fsStyle = BTNS_BUTTON;
+  button.iString = reinterpret_cast<INT_PTR>(L"更多");
   return button;
 }
 
@@ -58,21 +75,70 @@ void ToolBar::AddButtons() {
   std::vector<TBBUTTON> buttons;
   for (const CommandInfo& info : Commands()) {
     if (*info.bar_text == L'\0') continue;
-    if (info.new_section) buttons.push_back(Separator());
-    buttons.push_back(ButtonFor(info));
+    const int line = kFirstLine + static_cast<int>(items_.size());
+    if (info.new_section) AddItem(Command::kNone, Separator(line), buttons);
+    AddItem(info.command, ButtonFor(info), buttons);
   }
+  buttons.push_back(MoreButton());
   SendMessageW(Handle(), TB_ADDBUTTONSW, buttons.size(), reinterpret_cast<LPARAM>(buttons.data()));
   Size();
+}
+
+void ToolBar::AddItem(Command command, const TBBUTTON& button, std::vector<TBBUTTON>& buttons) {
+  items_.push_back({.command = command, .id = button.idCommand});
+  buttons.push_back(button);
 }
 
 // One size for all buttons, wide enough for the longest caption.
 void ToolBar::Size() {
   const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
-  const int width = style_->fonts.Pixels(L"新增同级", false) + design(14);
+  button_width_ = style_->fonts.Pixels(L"新增同级", false) + design(12);
   const int height = style_->icon_pixels + style_->fonts.LinePixels() + design(12);
-  SendMessageW(Handle(), TB_SETBUTTONWIDTH, 0, MAKELPARAM(width, width));
-  SendMessageW(Handle(), TB_SETBUTTONSIZE, 0, MAKELPARAM(width, height));
+  SendMessageW(Handle(), TB_SETBUTTONWIDTH, 0, MAKELPARAM(button_width_, button_width_));
+  SendMessageW(Handle(), TB_SETBUTTONSIZE, 0, MAKELPARAM(button_width_, height));
   SendMessageW(Handle(), TB_AUTOSIZE, 0, 0);
+}
+
+int ToolBar::WidthOf(const Item& item) const {
+  return item.command == Command::kNone ? kLineWidth : button_width_;
+}
+
+void ToolBar::Show(int id, bool shown) {
+  SendMessageW(Handle(), TB_HIDEBUTTON, static_cast<WPARAM>(id), MAKELPARAM(!shown, 0));
+}
+
+void ToolBar::Fit(int room) {
+  room_ = room;
+  std::vector<views::BarItem> bar;
+  for (const Item& item : items_) {
+    bar.push_back({.width = WidthOf(item),
+                   .wanted = item.wanted,
+                   .separator = item.command == Command::kNone});
+  }
+  const views::BarFit fit = views::FitBar(bar, room, button_width_);
+  for (std::size_t i = 0; i < items_.size(); ++i) {
+    if (items_[i].shown != fit.shown[i]) Show(items_[i].id, fit.shown[i]);
+    items_[i].shown = fit.shown[i];
+  }
+  Show(IdOf(Command::kMore), fit.more);
+}
+
+std::vector<Command> ToolBar::Others() const {
+  std::vector<Command> others;
+  for (const Item& item : items_) {
+    if (item.wanted && !item.shown && item.command != Command::kNone) {
+      others.push_back(item.command);
+    }
+  }
+  return others;
+}
+
+POINT ToolBar::MorePlace() const {
+  RECT place{};
+  SendMessageW(Handle(), TB_GETRECT, IdOf(Command::kMore), reinterpret_cast<LPARAM>(&place));
+  POINT corner{place.left, place.bottom};
+  ClientToScreen(Handle(), &corner);
+  return corner;
 }
 
 int ToolBar::Height() const {
@@ -86,7 +152,10 @@ void ToolBar::SetEnabled(Command command, bool enabled) {
 }
 
 void ToolBar::SetShown(Command command, bool shown) {
-  SendMessageW(Handle(), TB_HIDEBUTTON, IdOf(command), MAKELPARAM(!shown, 0));
+  const auto item = std::ranges::find(items_, command, &Item::command);
+  if (item == items_.end() || item->wanted == shown) return;
+  item->wanted = shown;
+  Fit(room_);
 }
 
 void ToolBar::SetPressed(Command command, bool pressed) {

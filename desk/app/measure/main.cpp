@@ -1,5 +1,6 @@
-// Measures the view in the desk's own container, through COM: a refresh beside fetching and copying
-// the same rows in the same process, painting while scrolling, searching and filtering.
+// Measures the view in the desk's own container, through COM: a refresh beside stepping through the
+// same rows and reading their cells in the same process, painting while scrolling, searching and
+// filtering. The books come from the bench program (--make).
 
 #include <windows.h>
 
@@ -44,16 +45,14 @@ constexpr double kRowsLimit = 2;
 constexpr int kFew = 100;
 constexpr int kMany = 100000;
 
-/// The rows of the seven pages, copied into one buffer.
-void FetchPages(const bench::Connection& connection) {
+/// The least that a refresh can do: step through the rows of the seven pages and read their cells.
+void ReadPages(const bench::Connection& connection) {
   const std::string columns =
       "select ccode,ccode_name,cexch_name,'',i_id,igrade,cclass from gl_code";
-  std::string buffer;
-  (void)connection.FetchAndCopy(columns + " order by ccode", buffer);
+  (void)connection.StepAndRead(columns + " order by ccode");
   for (const std::string_view category : host::kCategories) {
-    buffer.clear();
-    (void)connection.FetchAndCopy(
-        columns + " where cclass='" + std::string(category) + "' order by ccode", buffer);
+    (void)connection.StepAndRead(columns + " where cclass='" + std::string(category) +
+                                 "' order by ccode");
   }
 }
 
@@ -67,8 +66,7 @@ HWND MakeFrame() {
 /// A chart of accounts on disk, and the view on it in a window.
 class Stage {
  public:
-  Stage(const std::string& path, int accounts)
-      : book_(Filled(path, accounts)), frame_(MakeFrame()) {
+  explicit Stage(const std::string& path) : book_(book::Book::Open(path)), frame_(MakeFrame()) {
     book_.Around().user_folder = std::filesystem::temp_directory_path().string();
     book_.Around().make_mouse_event = [] { return WindowWheel::Make(); };
     ViewEvents events;
@@ -80,7 +78,7 @@ class Stage {
         ContainerPlan{.area = frame_.Get(), .frame = frame_.Get(), .display_name = L"Kjkm1"},
         std::move(events));
     const auto system = MakeObject<SystemFace>(book_.System());
-    view_->Start(system.Get());
+    view_->Start(system.Get(), book_.System()->CreateGridNavigator());
   }
 
   [[nodiscard]] KjkmView& View() { return *view_; }
@@ -107,12 +105,6 @@ class Stage {
   }
 
  private:
-  static book::Book Filled(const std::string& path, int accounts) {
-    (void)book::Book::Create(path);
-    bench::FillChart(path, accounts);
-    return book::Book::Open(path);
-  }
-
   book::Book book_;
   win32::OwnedWindow frame_;
   std::unique_ptr<KjkmView> view_;
@@ -121,11 +113,12 @@ class Stage {
 void MeasureRefresh(bench::Figures& figures, Stage& stage, const std::string& path, int accounts,
                     int rounds) {
   const bench::Connection connection(path);
-  FetchPages(connection);
+  ReadPages(connection);
   const bench::Pair pair = bench::InTurn(
-      rounds, [&] { FetchPages(connection); }, [&] { stage.Refresh(); });
+      rounds, [&] { ReadPages(connection); }, [&] { stage.Refresh(); });
   bench::Figures::Tell("refresh through COM", accounts, pair.measured, "ms");
-  figures.Print("refresh through COM over fetch and copy", accounts, pair.Ratio(), kRefreshLimit);
+  figures.Print("refresh through COM over stepping and reading", accounts, pair.Ratio(),
+                kRefreshLimit);
 }
 
 /// What the desk does after each save: beside a plain refresh it puts back what the user had open.
@@ -238,34 +231,37 @@ void MeasureCrossing(const std::string& path, int accounts) {
   bench::Figures::Tell("array cleared", accounts, clearing, "ms");
 }
 
-int Measure(int rounds) {
-  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "desk_measure";
-  std::filesystem::remove_all(folder);
-  std::filesystem::create_directories(folder);
+std::string ChartIn(const std::filesystem::path& folder, int accounts) {
+  return (folder / ("chart" + std::to_string(accounts) + ".book")).string();
+}
+
+int Measure(const std::filesystem::path& folder, int rounds) {
   bench::Figures figures;
-  {
-    const std::string path = (folder / "many.book").string();
-    Stage small((folder / "few.book").string(), kFew);
-    Stage large(path, kMany);
-    MeasureCrossing(path, kMany);
-    MeasureRefresh(figures, large, path, kMany, rounds);
-    MeasureReload(large, kMany);
-    MeasureRepaint(figures, small, large);
-    MeasureRows(figures, large, path, kMany, rounds);
-  }
-  std::filesystem::remove_all(folder);
+  const std::string path = ChartIn(folder, kMany);
+  Stage small(ChartIn(folder, kFew));
+  Stage large(path);
+  MeasureCrossing(path, kMany);
+  MeasureRefresh(figures, large, path, kMany, rounds);
+  MeasureReload(large, kMany);
+  MeasureRepaint(figures, small, large);
+  MeasureRows(figures, large, path, kMany, rounds);
   return figures.Within() ? 0 : 1;
 }
 
 }  // namespace
 }  // namespace desk::app
 
-/// The argument is how often to measure what is measured in turn.
+/// The arguments: the folder with "chart100.book" and "chart100000.book", and how often to measure
+/// what is measured in turn.
 int main(int count, char** arguments) {
+  if (count < 2) {
+    std::fprintf(stderr, "usage: desk_measure FOLDER [ROUNDS]\n");
+    return 2;
+  }
   OleInitialize(nullptr);
   int result = 1;
   try {
-    result = desk::app::Measure(count > 1 ? std::atoi(arguments[1]) : 7);
+    result = desk::app::Measure(arguments[1], count > 2 ? std::atoi(arguments[2]) : 7);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
   }

@@ -70,8 +70,30 @@ void AccountPicker::RestoreLayout() {
   restored_ = true;
 }
 
-void AccountPicker::Reload() {
-  CheckCall(Part<IButtonControl>(ControlsOf(control_.Get()).Get(), "Cmd(2)")->Click());
+ComPtr<IButtonControl> AccountPicker::ButtonAt(Button button) const {
+  const std::string name = "Cmd(" + std::to_string(button) + ")";
+  return Part<IButtonControl>(ControlsOf(control_.Get()).Get(), name);
+}
+
+void AccountPicker::Press(Button button) {
+  CheckCall(ButtonAt(button)->Click());
+}
+
+bool AccountPicker::Offers(Button button) const {
+  VARIANT_BOOL visible = VARIANT_FALSE;
+  VARIANT_BOOL enabled = VARIANT_FALSE;
+  const auto control = ButtonAt(button);
+  Check(control->get_Visible(&visible));
+  Check(control->get_Enabled(&enabled));
+  return visible != VARIANT_FALSE && enabled != VARIANT_FALSE;
+}
+
+bool AccountPicker::HasRow() const {
+  long row = 0;
+  long fixed = 0;
+  Check(grid_->get_Row(&row));
+  Check(grid_->get_FixedRows(&fixed));
+  return row >= fixed;
 }
 
 std::string AccountPicker::StatusName() {

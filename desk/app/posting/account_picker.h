@@ -52,8 +52,15 @@ class AccountPicker {
   void SaveLayout();
   /// Takes back what the layout file says.
   void RestoreLayout();
-  /// Reads the accounts again, as the user's own button does.
-  void Reload();
+  /// The picker's own buttons.
+  enum Button { kPick = 0, kReload = 2, kEdit = 3 };
+  /// As the user's click.
+  void Press(Button button);
+  [[nodiscard]] bool Offers(Button button) const;
+  /// Reads the accounts again.
+  void Reload() { Press(kReload); }
+  /// An account is the current one.
+  [[nodiscard]] bool HasRow() const;
   /// The name of that file: the program's number and the container's display name.
   [[nodiscard]] static std::string StatusName();
   /// The name of the control in its container.
@@ -69,6 +76,8 @@ class AccountPicker {
   void FocusSearch();
 
  private:
+  [[nodiscard]] tavrix::component::ComPtr<IButtonControl> ButtonAt(Button button) const;
+
   tavrix::component::ComPtr<IUnknown> control_;
   tavrix::component::ComPtr<IPickerUI> picker_;
   tavrix::component::ComPtr<ISearchControl> search_;

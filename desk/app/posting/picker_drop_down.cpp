@@ -4,7 +4,10 @@
 #include <windowsx.h>
 
 #include <algorithm>
+#include <array>
 #include <utility>
+
+#include "app/frame/popup_menu.h"
 
 namespace desk::app {
 namespace {
@@ -143,6 +146,7 @@ bool PickerDropDown::ClosesBy(const MSG& message) const {
 bool PickerDropDown::Translate(MSG& message) {
   if (!shown_ || (message.hwnd != Hwnd() && !IsChild(Hwnd(), message.hwnd))) return false;
   const auto keep = shared_from_this();  // a pick may end it
+  if (AsksForMenu(message)) return OpenMenu(message), true;
   if (picker_->Container().Translate(message)) return true;
   if (ClosesBy(message)) {
     Cancel();
@@ -151,6 +155,19 @@ bool PickerDropDown::Translate(MSG& message) {
   TranslateMessage(&message);
   DispatchMessageW(&message);
   return true;
+}
+
+void PickerDropDown::OnContextMenu(LPARAM place) {
+  const auto keep = shared_from_this();  // a pick may end it
+  const std::array entries = {MenuEntry{L"选定(&S)\tEnter", picker_->HasRow()},
+                              MenuEntry{L"修改(&E)…", picker_->Offers(AccountPicker::kEdit)},
+                              MenuEntry{}, MenuEntry{L"刷新(&R)"}, MenuEntry{L"取消(&C)\tEsc"}};
+  const auto entry = ChooseEntry(Hwnd(), MenuPlace(area_, place, {}), entries);
+  if (!entry || !shown_) return;
+  if (*entry == 0) picker_->Press(AccountPicker::kPick);
+  if (*entry == 1) picker_->Press(AccountPicker::kEdit);
+  if (*entry == 3) picker_->Reload();
+  if (*entry == 4) Cancel();
 }
 
 LRESULT PickerDropDown::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -166,6 +183,9 @@ LRESULT PickerDropDown::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       if (LOWORD(wparam) == WA_INACTIVE && !in_dialog_) Cancel();
       // The owner keeps its look of the active window: it is the one that the user works in.
       if (LOWORD(wparam) != WA_INACTIVE) SendMessageW(owner_, WM_NCACTIVATE, TRUE, 0);
+      return 0;
+    case WM_CONTEXTMENU:
+      OnContextMenu(lparam);
       return 0;
     case WM_CLOSE:
       Cancel();

@@ -53,6 +53,7 @@ class PickerDropDown : public Pane {
   void Paint(HDC dc, const RECT& area) override;
   [[nodiscard]] RECT ControlArea() const;
   [[nodiscard]] LRESULT PartAt(POINT screen) const;
+  void OnContextMenu(LPARAM place);
   [[nodiscard]] bool ClosesBy(const MSG& message) const;
 
   HWND owner_ = nullptr;

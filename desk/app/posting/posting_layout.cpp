@@ -102,11 +102,7 @@ void PostingPane::CreateList() {
 void PostingPane::SetStyle(SharedStyle style) {
   style_ = std::move(style);
   field_.SetStyle(style_);
-  const auto set_font = [](HWND child, LPARAM font) -> BOOL {
-    SendMessageW(child, WM_SETFONT, static_cast<WPARAM>(font), TRUE);
-    return TRUE;
-  };
-  EnumChildWindows(Hwnd(), set_font, reinterpret_cast<LPARAM>(style_->Font()));
+  SetFontsInside(Hwnd(), *style_);
   for (int i = 0; i < static_cast<int>(kColumns.size()); ++i) {
     ListView_SetColumnWidth(list_, i,
                             style_->scale.Design(kColumns[static_cast<std::size_t>(i)].width));
@@ -240,7 +236,7 @@ void PostingPane::PaintFoot(HDC dc, const RECT& area) const {
   DrawLine(dc, sums.c_str(), area, TextColor());
   RECT rest = area;
   rest.left += style_->fonts.Pixels(sums, false) + style_->scale.Design(24);
-  DrawLine(dc, answer_.c_str(), rest, refusal_ ? kRefusedColor : kDoneColor);
+  DrawLine(dc, answer_.c_str(), rest, refusal_ ? RefusedColor() : DoneColor());
 }
 
 }  // namespace desk::app

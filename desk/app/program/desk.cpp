@@ -7,12 +7,15 @@
 #include "app/faces/system_face.h"
 #include "app/faces/window_wheel.h"
 #include "app/frame/new_book_dialog.h"
+#include "app/program/name_column.h"
 #include "app/program/view_layout.h"
 #include "book/connection_string.h"
 #include "book/posting.h"
 #include "book/sample.h"
 #include "host/report.h"
+#include "viewkit/m_mode.h"
 #include "viewkit/win32/wide.h"
+#include "views/default_layout.h"
 
 namespace desk::app {
 namespace {
@@ -67,11 +70,19 @@ Desk::Desk()
     : folders_(DeskFolders::Find()), settings_(folders_), frame_(FrameWindow::Make(*this)) {
   frame_->SetRecent(settings_.Recent());
   frame_->Reports().SetDesignHeight(settings_.ReportHeight());
+  account_.emplace(*frame_, MakeFollowerCalls());
+  account_->SetDesignWidth(settings_.AccountWidth());
+  account_->SetShown(settings_.AccountShown());
   posting_ = PostingPane::Make(frame_->Hwnd(), frame_->CurrentStyle(), MakePostingPlan());
+  book::OnUnsavedSettings([this](const std::string& text) { TellUnsaved(text); });
 }
 
 Desk::~Desk() {
   CloseBook();
+  // The desk's own settings are written last, when no window is left to tell of a failure.
+  book::OnUnsavedSettings([](const std::string& text) {
+    MessageBoxW(nullptr, Wide(text).c_str(), kTitle, MB_OK | MB_ICONWARNING);
+  });
 }
 
 void Desk::Start(const std::wstring& book, int show) {
@@ -102,13 +113,13 @@ int Desk::Run() {
     if (frame_->Alive() && !PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE)) {
       Trapped({}, [this] { CatchUp(); });
       frame_->UpdateCommands();
+      account_->Follow();
     }
   }
   return static_cast<int>(message.wParam);
 }
 
-template <class Body>
-void Desk::Trapped(const std::wstring& context, Body&& body) {
+void Desk::Trapped(const std::wstring& context, const std::function<void()>& body) {
   try {
     body();
   } catch (const std::exception& error) {
@@ -130,6 +141,7 @@ void Desk::ReadAgain() {
   open_->shown = open_->book.GetSession().Changes();
   View()->Reload();
   if (balance_) balance_->Reload();
+  account_->Renew();
 }
 
 void Desk::Fail(const std::wstring& text, const std::wstring& book) {
@@ -138,8 +150,18 @@ void Desk::Fail(const std::wstring& text, const std::wstring& book) {
   if (!View()) frame_->Area().SetEmptyText(L"不能显示科目表", text);
 }
 
+void Desk::TellUnsaved(const std::string& text) {
+  if (!frame_->Alive()) return;
+  frame_->SetMessage(Wide(text));
+  frame_->AddReport({.text = Wide(text),
+                     .level = host::kCommandError,
+                     .title = kTitle,
+                     .book = open_ ? NameOf(open_->file) : std::wstring()});
+}
+
 void Desk::OnCommand(Command command) {
   Trapped({}, [&] { Do(command); });
+  account_->Renew();
   if (frame_->Alive()) frame_->UpdateCommands();
 }
 
@@ -156,6 +178,8 @@ void Desk::Do(Command command) {
       return;
     case Command::kReports:
       return frame_->Reports().SetOpen(!frame_->Reports().Open());
+    case Command::kAccountPane:
+      return account_->SetShown(!account_->Shown());
     case Command::kAbout:
       return About();
     default:
@@ -207,7 +231,7 @@ void Desk::DoOnBook(Command command) {
     case Command::kPickerColumns:
       return AskPickerLayout(posting_->Picker(), *open_->book.System(), frame_->Hwnd());
     default:
-      return;
+      return DoOnOutline(command);
   }
 }
 
@@ -220,6 +244,8 @@ CommandState Desk::StateOf(Command command) {
       return {};
     case Command::kReports:
       return {.pressed = frame_->Reports().Open()};
+    case Command::kAccountPane:
+      return {.pressed = account_->Shown()};
     default:
       break;
   }
@@ -247,6 +273,8 @@ CommandState Desk::StateOnRow(const ViewState& state, Command command) const {
     case Command::kRecordNext:
     case Command::kRecordBottom:
     case Command::kFindNext:
+    case Command::kExpandAll:
+    case Command::kCollapseAll:
       return {.enabled = state.has_rows};
     case Command::kFind:
       return {.enabled = state.has_rows, .pressed = frame_->FindBar().Shown()};
@@ -257,24 +285,6 @@ CommandState Desk::StateOnRow(const ViewState& state, Command command) const {
     default:
       return {};
   }
-}
-
-void Desk::OnFind(const std::wstring& text) {
-  if (!View() || text.empty()) return;
-  frame_->FindBar().SetAnswer(View()->Find(text) ? L"" : L"没有找到");
-}
-
-void Desk::OnFindNext() {
-  if (!View()) return;
-  SearchStrip& bar = frame_->FindBar();
-  if (!bar.Shown() || bar.Text().empty()) return frame_->ShowBar(bar, true);
-  bar.SetAnswer(View()->Call(&IFormUI::FindNext) ? L"" : L"没有找到");
-}
-
-void Desk::OnFilter(const std::wstring& text) {
-  if (!View()) return;
-  const bool found = View()->Filter(text);
-  frame_->FilterBar().SetAnswer(found || text.empty() ? L"" : L"没有符合条件的科目");
 }
 
 void Desk::OnViewArea(const RECT& area) {
@@ -291,6 +301,7 @@ bool Desk::OnFocusView() {
 
 void Desk::OnStyle() {
   posting_->SetStyle(frame_->CurrentStyle());
+  account_->SetStyle(frame_->CurrentStyle());
   if (View()) View()->Container().OnAmbientChange();
 }
 
@@ -298,6 +309,7 @@ bool Desk::OnClosing() {
   if (!posting_->MayForget(L"是否关闭程序？")) return false;
   settings_.Save(frame_->Hwnd(), DeskSettings::kFrame);
   settings_.SaveReportHeight(frame_->Reports().DesignHeight());
+  settings_.SaveAccountPane(account_->DesignWidth(), account_->Shown());
   CloseBook();
   return true;
 }
@@ -384,7 +396,11 @@ void Desk::StartView() {
   };
   open_->view = std::make_unique<KjkmView>(std::move(plan), std::move(events));
   const auto system = MakeObject<SystemFace>(open_->book.System());
-  open_->view->Start(system.Get());
+  views::EnsureLayout(
+      views::DefaultLayout::kPicker,
+      tavrix::viewkit::GetSelfFilePath(AccountPicker::StatusName(), *open_->book.System()));
+  open_->view->Start(system.Get(), open_->book.System()->CreateGridNavigator());
+  FitNameColumns(*open_->view, *open_->book.System(), settings_, frame_->CurrentStyle()->fonts);
   OnFocusView();
 }
 
@@ -395,6 +411,7 @@ void Desk::CloseBook() {
   open_->view.reset();
   open_.reset();
   if (!frame_->Alive()) return;
+  account_->Renew();
   frame_->SetMessage({});
   frame_->ResetBars();
   frame_->Reports().Clear();
@@ -445,6 +462,7 @@ PostingPlan Desk::MakePostingPlan() {
     if (!open_) throw host::HostError("没有打开的账簿");
     const int number = book::Post(open_->book.GetSession(), voucher);
     if (balance_) balance_->Reload();
+    account_->Renew();
     return number;
   };
   plan.close = [this] { ShowPosting(false); };

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,6 +11,7 @@
 #include "app/balance/trial_balance_window.h"
 #include "app/frame/frame_window.h"
 #include "app/posting/posting_pane.h"
+#include "app/program/account_follower.h"
 #include "app/program/desk_settings.h"
 #include "app/program/kjkm_view.h"
 #include "book/book.h"
@@ -46,6 +48,7 @@ class Desk : private FrameOwner {
   void OnFindNext() override;
   void OnFilter(const std::wstring& text) override;
   void OnViewArea(const RECT& area) override;
+  void OnViewMenu(HWND part, std::optional<POINT> at) override;
   void OnActivate(bool active) override;
   bool OnFocusView() override;
   void OnStyle() override;
@@ -53,6 +56,8 @@ class Desk : private FrameOwner {
 
   void Do(Command command);
   void DoOnBook(Command command);
+  void DoOnOutline(Command command);
+  void TellFound(bool found);
   void AskNew();
   void AskOpen();
   void OpenRecent(std::size_t position);
@@ -67,15 +72,16 @@ class Desk : private FrameOwner {
   void TellBook();
   void ShowPosting(bool shown);
   [[nodiscard]] PostingPlan MakePostingPlan();
+  [[nodiscard]] AccountFollower::Calls MakeFollowerCalls();
   void ShowTrialBalance();
   void CloseTrialBalance();
   /// A dialog stands above the trial balance, or goes: the frame could close the book under it.
   void SetBalanceModal(bool modal);
   void About();
   /// Runs `body`; what it throws becomes a report, and the empty view area says it too.
-  template <class Body>
-  void Trapped(const std::wstring& context, Body&& body);
+  void Trapped(const std::wstring& context, const std::function<void()>& body);
   void Fail(const std::wstring& text, const std::wstring& book);
+  void TellUnsaved(const std::string& text);
   [[nodiscard]] KjkmView* View() const { return open_ ? open_->view.get() : nullptr; }
   [[nodiscard]] CommandState StateOnRow(const ViewState& state, Command command) const;
 
@@ -84,6 +90,7 @@ class Desk : private FrameOwner {
   std::shared_ptr<FrameWindow> frame_;
   std::shared_ptr<PostingPane> posting_;
   bool posting_shown_ = false;
+  std::optional<AccountFollower> account_;
   std::optional<OpenBook> open_;
   std::shared_ptr<TrialBalanceWindow> balance_;  // null when it is closed; goes before the book
   int balance_dialogs_ = 0;

@@ -7,6 +7,7 @@
 #include <exception>
 #include <memory>
 
+#include "app/frame/account_pane.h"
 #include "app/frame/commands.h"
 #include "host/text.h"
 #include "viewkit/win32/wide.h"
@@ -132,6 +133,27 @@ int DeskSettings::ReportHeight() {
 
 void DeskSettings::SaveReportHeight(int height) {
   Write(kFrame, "ReportHeight", std::to_string(height));
+}
+
+int DeskSettings::AccountWidth() {
+  return static_cast<int>(Number(kFrame, "AccountWidth", AccountPane::kDesignWidth));
+}
+
+bool DeskSettings::AccountShown() {
+  return Number(kFrame, "AccountShown", 1) != 0;
+}
+
+int DeskSettings::NameWidth() {
+  return static_cast<int>(Number(kFrame, "NameWidth", 0));
+}
+
+void DeskSettings::SaveNameWidth(int width) {
+  Write(kFrame, "NameWidth", std::to_string(width));
+}
+
+void DeskSettings::SaveAccountPane(int width, bool shown) {
+  Write(kFrame, "AccountWidth", std::to_string(width));
+  Write(kFrame, "AccountShown", shown ? "1" : "0");
 }
 
 }  // namespace desk::app

@@ -40,6 +40,17 @@ class DeskSettings {
   [[nodiscard]] int ReportHeight();
   void SaveReportHeight(int height);
 
+  /// The pane of the chosen account: how wide it was, at 96 dots per inch, and whether it was
+  /// there.
+  [[nodiscard]] int AccountWidth();
+  [[nodiscard]] bool AccountShown();
+  void SaveAccountPane(int width, bool shown);
+
+  /// How wide the program itself has made the column of names, in twips; 0 for not yet. Another
+  /// width in the layout file is the user's.
+  [[nodiscard]] int NameWidth();
+  void SaveNameWidth(int width);
+
  private:
   [[nodiscard]] long Number(const char* section, const char* key, long fallback);
   void Write(const char* section, const std::string& key, const std::string& value);

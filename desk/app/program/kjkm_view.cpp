@@ -1,12 +1,12 @@
 #include "app/program/kjkm_view.h"
 
 #include <list>
+#include <utility>
 
 #include "app/com/object.h"
 #include "app/com/values.h"
 #include "app/faces/com_grid.h"
 #include "app/program/controls.h"
-#include "book/grid_navigator.h"
 #include "book/grid_state.h"
 #include "component/base/failure.h"
 #include "viewkit/win32/wide.h"
@@ -85,7 +85,8 @@ void KjkmView::FindControls() {
   }
 }
 
-void KjkmView::Start(IDispatch* system) {
+void KjkmView::Start(IDispatch* system, std::shared_ptr<host::GridNavigator> navigator) {
+  navigator_ = std::move(navigator);
   constexpr long kNotUsed = 0;
   VARIANT_BOOL done = VARIANT_FALSE;
   CheckCall(form_->Init(&system, kNotUsed, kNotUsed, &done));
@@ -110,11 +111,11 @@ class KjkmView::Kept {
   Kept& operator=(const Kept&) = delete;
   ~Kept() { still_.EndUpdate(); }
 
-  void PutBack() const {
+  void PutBack(host::GridNavigator& navigator) const {
     ComGrid rows(grid_);
     // Freshly read rows are all shown; the filter that the user sees in its bar holds on.
     if (!filter_.empty()) {
-      static_cast<void>(book::GridSearch().Filter(rows, host::Value(Narrow(filter_))));
+      static_cast<void>(navigator.Filter(rows, host::Value(Narrow(filter_))));
     }
     state_.PutBack(rows);
   }
@@ -134,7 +135,7 @@ bool KjkmView::Reload() {
     pages.emplace_back(grids_.at(at), filters_.at(at));
   }
   const bool done = Call(&IFormUI::Refresh);
-  for (const Kept& page : pages) page.PutBack();
+  for (const Kept& page : pages) page.PutBack(*navigator_);
   for (int page = 0; page < kPages; ++page) {
     const CodeColumn& column = columns.at(static_cast<std::size_t>(page));
     if (column.by_hand) Check(Grid(page).put_ColWidth(kCodeColumn, column.width));

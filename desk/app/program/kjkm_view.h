@@ -11,6 +11,7 @@
 #include "app/com/event_sink.h"
 #include "app/container/control_container.h"
 #include "component/base/com_ptr.h"
+#include "host/objects.h"
 #include "qnFormUI.h"
 #include "tavrix.h"
 
@@ -44,8 +45,9 @@ class KjkmView {
   /// Saves the layout when the view was started, and ends the view.
   ~KjkmView();
 
-  /// Hands the view its host, loads it and restores its layout. Throws what `Init` raises.
-  void Start(IDispatch* system);
+  /// Hands the view its host, loads it and restores its layout; `navigator` filters pages again
+  /// that have been read again. Throws what `Init` raises.
+  void Start(IDispatch* system, std::shared_ptr<tavrix::host::GridNavigator> navigator);
 
   /// Reads everything again. On every page the user keeps row, scroll position, open branches,
   /// filter and the width of the first column.
@@ -92,6 +94,7 @@ class KjkmView {
   tavrix::component::ComPtr<IUnknown> control_;
   tavrix::component::ComPtr<IFormUI> form_;
   tavrix::component::ComPtr<ITabControl> tabs_;
+  std::shared_ptr<tavrix::host::GridNavigator> navigator_;
   std::array<tavrix::component::ComPtr<IFlexGrid>, kPages> grids_;
   std::array<CodeColumn, kPages> code_columns_;
   std::array<std::wstring, kPages> filters_;

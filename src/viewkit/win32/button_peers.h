@@ -21,6 +21,7 @@ class LabelPeer : public CaptionPeer {
 
  protected:
   void ApplyBounds() override;
+  [[nodiscard]] std::string TipText() const override { return TipOrCutText(); }
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:
@@ -89,6 +90,7 @@ class OptionButtonPeer : public ClickPeer {
   OptionButtonPeer(ViewContext& context, OptionButton& option)
       : ClickPeer(context, option), option_(option) {}
   void Open() override;
+  [[nodiscard]] bool TabStop() const override { return option_.StopsTab(); }
   /// The user reached it by an arrow key.
   void Choose() { OnClick(); }
 

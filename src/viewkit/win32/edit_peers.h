@@ -25,6 +25,7 @@ class EditPeer : public NativePeer {
   void ApplyBounds() override;
   void OnContent(const Change& change) override;
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
+  [[nodiscard]] std::string TipText() const override { return TipOrCutText(); }
 
  private:
   bool showing_ = false;  // the model's text is being written: no edit of the user

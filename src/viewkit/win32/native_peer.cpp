@@ -47,11 +47,20 @@ void NativePeer::ShowText(const std::string& text) {
   if (ShownText() != text) SetWindowTextW(Hwnd(), Wide(text).c_str());
 }
 
+std::string NativePeer::TipOrCutText() const {
+  if (!Model().ToolTipText().empty()) return Model().ToolTipText();
+  RECT client{};
+  GetClientRect(Hwnd(), &client);
+  std::string text = ShownText();
+  const int width = Context().fonts->Pixels(Wide(text), false);
+  return width > client.right - client.left ? text : std::string();
+}
+
 LRESULT NativePeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   if (message == WM_MOUSEMOVE && tip_) {
     RECT client{};
     GetClientRect(Hwnd(), &client);
-    tip_->Set(Model().ToolTipText(), client);
+    tip_->Set(TipText(), client);
   }
   if (tip_) tip_->Relay(message, wparam, lparam);
   return ControlPeer::OnMessage(message, wparam, lparam);

@@ -30,6 +30,9 @@ class NativePeer : public ControlPeer {
   /// The model's place, or its middle where it is higher than a line of text needs: the system's
   /// boxes for one line write at their upper edge, however high they are.
   [[nodiscard]] RECT PlaceOfLine() const;
+  [[nodiscard]] virtual std::string TipText() const { return Model().ToolTipText(); }
+  /// The model's tip, or the text itself where the window is too narrow for it.
+  [[nodiscard]] std::string TipOrCutText() const;
   LRESULT Tell(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const;
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
   void OnGone() override;

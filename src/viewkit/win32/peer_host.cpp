@@ -90,6 +90,14 @@ bool PeerHost::MoveFocus(bool backward) {
   return FocusFrom(found - peers_.begin() + (backward ? -1 : 1), backward);
 }
 
+ControlPeer* PeerHost::PeerBeside(const ControlPeer& peer, bool backward) const {
+  const auto found = std::ranges::find(peers_, &peer, [](const auto& each) { return each.get(); });
+  if (found == peers_.end()) return nullptr;
+  const std::ptrdiff_t position = found - peers_.begin() + (backward ? -1 : 1);
+  const bool inside = position >= 0 && position < std::ssize(peers_);
+  return inside ? peers_[static_cast<std::size_t>(position)].get() : nullptr;
+}
+
 bool PeerHost::UseViewKey(Key key, Modifiers modifiers) {
   const auto keep = shared_from_this();
   for (std::ptrdiff_t position = 0; position < std::ssize(peers_); ++position) {

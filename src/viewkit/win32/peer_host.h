@@ -31,6 +31,8 @@ class PeerHost : public Window {
   [[nodiscard]] ViewContext& Context() { return *context_; }
   /// The peer whose window, or a window inside it, this is; null for another's.
   [[nodiscard]] ControlPeer* PeerOf(HWND window) const;
+  /// The one that comes after it, or before it; null at the end.
+  [[nodiscard]] ControlPeer* PeerBeside(const ControlPeer& peer, bool backward) const;
   /// Focus to the first control from `position` on (or backward) that takes it.
   bool FocusFrom(std::ptrdiff_t position, bool backward);
   /// Focus to the first control that prefers it and takes it.

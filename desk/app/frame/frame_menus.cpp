@@ -1,0 +1,51 @@
+#include <windowsx.h>
+
+#include "app/frame/frame_window.h"
+
+// The commands as the frame shows them: enabled and pressed, and menus at a place of the screen.
+namespace desk::app {
+
+void FrameWindow::ShowMenu(std::span<const Command> commands, POINT at) {
+  const Menu menu = MakeCommandMenu(commands);
+  // The states of its entries are set when it opens.
+  const int chosen =
+      TrackPopupMenuEx(menu.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y, Hwnd(), nullptr);
+  if (chosen != 0) owner_->OnCommand(static_cast<Command>(chosen));
+}
+
+void FrameWindow::ShowOthers() {
+  ShowMenu(tool_bar_->Others(), tool_bar_->MorePlace());
+}
+
+void FrameWindow::UpdateCommands() {
+  for (const CommandInfo& info : Commands()) {
+    if (*info.bar_text == L'\0') continue;
+    const CommandState state = owner_->StateOf(info.command);
+    tool_bar_->SetEnabled(info.command, state.enabled);
+    tool_bar_->SetShown(info.command, state.shown);
+    tool_bar_->SetPressed(info.command, state.pressed);
+  }
+}
+
+void FrameWindow::OnMenuOpening(HMENU menu) {
+  for (const CommandInfo& info : Commands()) {
+    const UINT id = IdOf(info.command);
+    if (GetMenuState(menu, id, MF_BYCOMMAND) == static_cast<UINT>(-1)) continue;
+    const CommandState state = owner_->StateOf(info.command);
+    const bool usable = state.enabled && state.shown;
+    EnableMenuItem(menu, id, static_cast<UINT>(MF_BYCOMMAND | (usable ? MF_ENABLED : MF_GRAYED)));
+    CheckMenuItem(menu, id, static_cast<UINT>(state.pressed ? MF_CHECKED : MF_UNCHECKED));
+  }
+}
+
+// Panes have menus of their own: only what belongs to the view, or to nobody, comes here. Which
+// window the message names depends on how many have passed it on.
+void FrameWindow::OnContextMenu(LPARAM place) {
+  constexpr LPARAM kByKey = -1;
+  std::optional<POINT> at;
+  if (place != kByKey) at = POINT{GET_X_LPARAM(place), GET_Y_LPARAM(place)};
+  const HWND part = at ? WindowFromPoint(*at) : GetFocus();
+  if (part != nullptr && IsChild(area_->Hwnd(), part)) owner_->OnViewMenu(part, at);
+}
+
+}  // namespace desk::app

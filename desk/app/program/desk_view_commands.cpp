@@ -1,0 +1,87 @@
+#include <array>
+
+#include "app/faces/com_grid.h"
+#include "app/program/desk.h"
+#include "viewkit/win32/wide.h"
+#include "views/outline_commands.h"
+
+// What the user does with the rows of the view: finding, filtering, the outline, its menu.
+namespace desk::app {
+namespace {
+
+using enum Command;
+
+/// The menu of the list; `kLevelFirst` stands for the levels.
+constexpr std::array kViewMenu = {kEdit,        kAddSibling, kAddChild,  kDelete,      kNone,
+                                  kPosting,     kNone,       kExpandAll, kCollapseAll, kLevelFirst,
+                                  kNone,        kFind,       kFilter,    kRefresh,     kNone,
+                                  kAccountPane, kColumns};
+
+ComGrid CurrentGrid(const KjkmView& view) {
+  return ComGrid(ComPtr<IFlexGrid>(&view.CurrentGrid()));
+}
+
+std::wstring Position(const book::SearchTally& tally) {
+  return std::to_wstring(tally.position) + L" / " + std::to_wstring(tally.matches);
+}
+
+}  // namespace
+
+AccountFollower::Calls Desk::MakeFollowerCalls() {
+  return {.choice = [this]() -> AccountFollower::Choice {
+            if (!open_) return {};
+            const auto account = View() ? View()->SelectedAccount() : std::nullopt;
+            return {.session = &open_->book.GetSession(),
+                    .code = account ? tavrix::viewkit::win32::Narrow(account->code) : ""};
+          },
+          .leave = [this] { OnFocusView(); }};
+}
+
+void Desk::OnFind(const std::wstring& text) {
+  if (!View() || text.empty()) return;
+  TellFound(View()->Find(text));
+}
+
+void Desk::OnFindNext() {
+  if (!View()) return;
+  SearchStrip& bar = frame_->FindBar();
+  if (!bar.Shown() || bar.Text().empty()) return frame_->ShowBar(bar, true);
+  TellFound(View()->Call(&IFormUI::FindNext));
+}
+
+void Desk::TellFound(bool found) {
+  frame_->FindBar().SetAnswer(found ? Position(*open_->book.Around().tally) : L"没有找到", !found);
+}
+
+void Desk::OnFilter(const std::wstring& text) {
+  if (!View()) return;
+  const bool found = View()->Filter(text);
+  SearchStrip& bar = frame_->FilterBar();
+  if (text.empty()) return bar.SetAnswer({});
+  if (!found) return bar.SetAnswer(L"没有找到", true);
+  bar.SetAnswer(L"符合条件 " + std::to_wstring(open_->book.Around().tally->matches) + L" 个");
+}
+
+void Desk::DoOnOutline(Command command) {
+  ComGrid grid = CurrentGrid(*View());
+  if (command == kExpandAll) return views::ExpandAll(grid);
+  if (command == kCollapseAll) return views::ExpandToLevel(grid, 1);
+  const int level = IdOf(command) - IdOf(kLevelFirst) + 1;
+  if (level >= 1 && level <= kOutlineLevels) views::ExpandToLevel(grid, level);
+}
+
+/// The grid itself has made the row under the mouse the current one.
+void Desk::OnViewMenu(HWND part, std::optional<POINT> at) {
+  if (!View()) return;
+  Trapped({}, [&] {
+    const ComGrid grid = CurrentGrid(*View());
+    if (reinterpret_cast<HWND>(grid.WindowHandle()) != part) return;
+    const auto design = [this](int pixels) { return frame_->CurrentStyle()->scale.Design(pixels); };
+    POINT below{design(24), grid.BottomOf(grid.Row()).value_or(design(24))};
+    ClientToScreen(part, &below);
+    frame_->UpdateCommands();
+    frame_->ShowMenu(kViewMenu, at.value_or(below));
+  });
+}
+
+}  // namespace desk::app

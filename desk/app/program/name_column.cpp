@@ -1,0 +1,78 @@
+#include "app/program/name_column.h"
+
+#include <algorithm>
+
+#include "app/com/object.h"
+#include "app/faces/com_grid.h"
+#include "book/settings_file.h"
+#include "component/base/failure.h"
+#include "host/text.h"
+#include "viewkit/m_mode.h"
+#include "viewkit/win32/scale.h"
+#include "views/column_fit.h"
+
+namespace desk::app {
+namespace {
+
+using tavrix::component::Check;
+
+constexpr char kStatusName[] = "Kjkm";
+constexpr long kNameColumn = 1;
+
+/// The view's own header, whose blanks make the column as wide as it is without a layout.
+constexpr char kNameHeader[] = "科目名称                    ";
+
+/// No grid takes a wider column from its layout file.
+constexpr long kWidest = 1'000'000;
+
+long WidthOfNames(IFlexGrid& grid) {
+  long width = 0;
+  Check(grid.get_ColWidth(kNameColumn, &width));
+  return width;
+}
+
+/// The window's width without the other columns and the scroll bar, in twips; 0 before it has one.
+int RoomForNames(IFlexGrid& grid) {
+  const ComGrid face{ComPtr<IFlexGrid>(&grid)};
+  const HWND window = reinterpret_cast<HWND>(face.WindowHandle());
+  RECT place{};
+  if (window == nullptr || !GetWindowRect(window, &place)) return 0;
+  const int dpi = static_cast<int>(GetDpiForWindow(window));
+  const int bar = GetSystemMetricsForDpi(SM_CXVSCROLL, static_cast<UINT>(dpi));
+  const tavrix::viewkit::win32::Scale scale{dpi};
+  int room = scale.ToTwips(static_cast<int>(place.right - place.left) - bar);
+  for (int col = 0; col < face.Cols(); ++col) {
+    if (col == kNameColumn || face.ColHidden(col)) continue;
+    long width = 0;
+    Check(grid.get_ColWidth(col, &width));
+    room -= static_cast<int>(width);
+  }
+  return room;
+}
+
+}  // namespace
+
+void FitNameColumns(KjkmView& view, tavrix::host::SystemObject& system, DeskSettings& settings,
+                    const tavrix::viewkit::TextMeasure& measure) {
+  constexpr int kAllAccounts = 0;
+  const ComGrid all{ComPtr<IFlexGrid>(&view.Grid(kAllAccounts))};
+  const int room = RoomForNames(view.Grid(view.CurrentPage()));
+  if (room <= 0 || all.Rows() <= all.FixedRows()) return;
+  const int longest = views::WidthOfContents(all, kNameColumn, measure);
+  const int width = std::min(longest, room);
+  book::SharedSettingsFile layout;
+  layout.SetFileName(tavrix::viewkit::GetSelfFilePath(kStatusName, system));
+  const int fitted_before = settings.NameWidth();
+  const int unfitted = views::WidthOfText(kNameHeader, measure);
+  for (int page = 0; page < KjkmView::kPages; ++page) {
+    const std::string section = "VsColWidth_" + std::to_string(page);
+    const long saved = tavrix::host::LeadingLong(layout.ReadValue(section, "VsCol1", ""));
+    const bool by_hand =
+        saved > 0 && saved <= kWidest && saved != fitted_before && saved != unfitted;
+    const bool hidden = WidthOfNames(view.Grid(page)) == 0;
+    if (!by_hand && !hidden) Check(view.Grid(page).put_ColWidth(kNameColumn, width));
+  }
+  settings.SaveNameWidth(width);
+}
+
+}  // namespace desk::app

@@ -1,0 +1,29 @@
+#include "views/column_fit.h"
+
+#include <algorithm>
+
+#include "viewkit/grid_metrics.h"
+#include "viewkit/text_width.h"
+
+namespace desk::views {
+
+int WidthOfText(std::string_view text, const tavrix::viewkit::TextMeasure& measure) {
+  constexpr int kBeside =
+      2 * tavrix::viewkit::grid_metrics::kCellPadding + tavrix::viewkit::kTwipsPerPixel;
+  return measure.Width(text, false) + kBeside;
+}
+
+int WidthOfContents(const tavrix::host::Grid& grid, int col,
+                    const tavrix::viewkit::TextMeasure& measure) {
+  tavrix::viewkit::WidestTexts widest(measure);
+  for (int row = 0; row < grid.Rows(); ++row) {
+    if (!grid.IsTotalRow(row)) widest.Offer(row, grid.TextMatrix(row, col), 0, false);
+  }
+  int width = 0;
+  for (const auto& candidate : widest.Candidates()) {
+    width = std::max(width, WidthOfText(grid.TextMatrix(candidate.row, col), measure));
+  }
+  return width;
+}
+
+}  // namespace desk::views

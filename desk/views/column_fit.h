@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string_view>
+
+#include "host/controls.h"
+#include "viewkit/ports.h"
+
+namespace desk::views {
+
+/// The width that the longest text of a column needs, its header's included, in twips. Totals do
+/// not count.
+[[nodiscard]] int WidthOfContents(const tavrix::host::Grid& grid, int col,
+                                  const tavrix::viewkit::TextMeasure& measure);
+
+/// The width that one text needs in a cell.
+[[nodiscard]] int WidthOfText(std::string_view text, const tavrix::viewkit::TextMeasure& measure);
+
+}  // namespace desk::views
