@@ -74,7 +74,7 @@ includes_point_up() {
 }
 
 readonly library_exports="DllCanUnloadNow DllGetClassObject DllRegisterServer DllUnregisterServer"
-readonly system_libraries='^(advapi32|comctl32|comdlg32|gdi32|imm32|kernel32|msimg32|msvcrt|ole32|oleaut32|shell32|shlwapi|user32|usp10|uxtheme|version)\.dll$'
+readonly system_libraries='^(advapi32|comctl32|comdlg32|gdi32|imm32|kernel32|msimg32|msvcrt|ole32|oleaut32|rpcrt4|shell32|shlwapi|user32|usp10|uxtheme|version)\.dll$'
 
 # check_library PRESET TOOL-PREFIX MACHINE: what a host relies on before it runs any of the code.
 check_library() {
