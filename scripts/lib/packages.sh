@@ -15,11 +15,15 @@ readonly packages=(
   postgresql odbc-postgresql
 )
 
+# missing_packages PACKAGE...: those of them that are not installed.
 missing_packages() {
   local name
-  for name in "${packages[@]}"; do
+  for name in "$@"; do
     dpkg-query -W -f '${db:Status-Abbrev}' "$name" 2>/dev/null | grep -q '^ii' || echo "$name"
   done
+}
+
+missing_npm() {
   # npm is large, and often there without being a package: only the command counts.
   command -v npm >/dev/null || [[ -f $cache/sqlite/stamp ]] || echo npm
 }
@@ -28,9 +32,10 @@ as_root() {
   if [[ $(id -u) == 0 ]]; then "$@"; else sudo "$@"; fi
 }
 
+# install_packages PACKAGE...
 install_packages() {
   local missing
-  mapfile -t missing < <(missing_packages)
+  mapfile -t missing < <(missing_packages "$@")
   [[ ${#missing[@]} -gt 0 ]] || return 0
   say "installing ${missing[*]}"
   local apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o Acquire::Retries=3

@@ -46,11 +46,6 @@ show_failures() {
     { print }' "$1" | tail -n 300 >&2
 }
 
-failures() {
-  grep -vE '^ *(Start +[0-9]+:|[0-9]+/[0-9]+ Test.* Passed )|\[ +(OK|RUN) +\]|\[-{10}\]' "$1" |
-    tail -n 300 >&2
-}
-
 failures() { awk -F '\t' '{ sum += $3 } END { print sum + 0 }' "$tally"; }
 
 # Counts the cases behind each test of a report of CTest.

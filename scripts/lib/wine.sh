@@ -4,7 +4,7 @@
 # A crash ends the program at once instead of asking; no offers to fetch .NET or a browser.
 export WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"
 
-readonly wine_folder=$cache/wine
+readonly wine_folder=${TAVRIX_WINE:-$cache/wine}
 
 # Fonts that programs ask for and the settings that make a run repeatable, as a registry file. The
 # "Sharp" face has drawn pictures of the small sizes, without which Chinese text is a blur there.
@@ -33,8 +33,6 @@ nine_points() {
     if ((i < ${#face})); then printf ',%02x,00' "'${face:i:1}"; else printf ',00,00'; fi
   done
 }
-
-has_wine32() { [[ -x /usr/lib/wine/wine ]]; }
 
 # What a prepared prefix depends on: Wine, whether it has a 32-bit side, and how it is made.
 wine_key() {
