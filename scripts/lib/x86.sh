@@ -42,7 +42,6 @@ in_x86() {
 # The suites of the 32-bit build. What they leave belongs to whoever owns the checkout.
 test_x86() {
   check "x86: a 32-bit system" make_x86 || return 0
-  # No server: its driver for i386 is not part of that system.
   in_x86 env LC_ALL=C.UTF-8 TAVRIX_LONG="${TAVRIX_LONG-no}" "$root/scripts/test-x86" --inside || true
   as_root chown -R --reference "$root" "$build" "$x86_folder/wine"
 }
