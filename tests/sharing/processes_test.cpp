@@ -12,126 +12,23 @@
 #include <sstream>
 #include <thread>
 
-#include "book/posting.h"
-#include "editing/editor_test.h"
-#include "maintenance/view_test.h"
 #include "sharing/process.h"
 #include "sharing/shared_book.h"
+#include "sharing/worker.h"
 
 namespace tavrix::sharing {
 namespace {
 
 using desk::book::Book;
-using editing::Editor;
 using namespace std::chrono_literals;
 
-/// One desk at work on a shared book: what it is about to do, and, once the library has reported
-/// success, that it is done. One line each: "try WORD ID", "add ID CODE", "move ID CODE",
-/// "delete ID", "post NUMBER".
-class Worker {
- public:
-  Worker(const SharedBook& shared, int out, unsigned seed)
-      : editor_(shared.Open()), view_(shared.Open()), out_(out), random_(seed) {}
-
-  void Add() {
-    const std::string parent = AnyCode(Below(2) == 0 ? "igrade<3" : "igrade=2 and bend=1");
-    if (parent.empty()) return;
-    Tell("try add 0");
-    editor_.saved.clear();
-    std::string code;
-    editor_.Open(editing::Below(parent, CategoryOf(parent)), [&] {
-      code = editor_.Code();
-      editor_.SetName("下级");
-      (void)editor_.dialog->FileSave();
-    });
-    if (!editor_.saved.empty()) {
-      Tell("add " + std::to_string(editor_.saved.front().second) + " " + code);
-    }
-  }
-  /// A leaf with its postings goes to a free code beside it, or below another account.
-  void Move() {
-    const std::string code = AnyCode("igrade=2 and bend=1");
-    if (code.empty()) return;
-    const std::string id = IdOf(code);
-    const std::string parent = Below(2) == 0 ? code.substr(0, 4) : AnyCode("igrade<3");
-    const std::string target = parent + std::to_string(5000 + Below(5000));
-    Tell("try move " + id);
-    editor_.saved.clear();
-    editor_.Open(editing::Edit(std::stoi(id)), [&] {
-      editor_.SetCode(target);
-      (void)editor_.dialog->FileSave();
-    });
-    if (!editor_.saved.empty()) Tell("move " + id + " " + target);
-  }
-  void Delete() {
-    Delete(AnyCode("igrade>1 and bend=1 and ccode not in(select ccode from gl_accvouch)"));
-  }
-  /// With all accounts below it, if none has postings.
-  void DeleteAny() { Delete(AnyCode("igrade>1")); }
-  void Rename() {
-    const std::string id = IdOf(AnyCode("igrade>1"));
-    if (id == "(none)") return;
-    editor_.saved.clear();
-    editor_.Open(editing::Edit(std::stoi(id)), [&] {
-      editor_.SetName("改名" + std::to_string(Below(1000)));
-      (void)editor_.dialog->FileSave();
-    });
-    if (!editor_.saved.empty()) Tell("rename " + id);
-  }
-  void Post() {
-    const desk::book::Voucher voucher = {
-        .year = 2026,
-        .month = 1,
-        .day = 1,
-        .entries = {{.summary = "a", .code = AnyCode("bend=1"), .debit = 1 + Below(100)},
-                    {.summary = "b", .code = AnyCode("bend=1"), .credit = 0}}};
-    desk::book::Voucher balanced = voucher;
-    balanced.entries[1].credit = balanced.entries[0].debit;
-    try {
-      Tell("try post 0");
-      Tell("post " + std::to_string(desk::book::Post(editor_.book.GetSession(), balanced)));
-    } catch (const desk::book::DatabaseError& error) {
-      // The account may have got a sub-account since it was chosen.
-      if (error.Reason() != desk::book::Trouble::kRefused) throw;
-    }
-  }
-  void Tell(const std::string& line) {
+/// Tells through the pipe, line by line.
+std::function<void(const std::string&)> Told(int out) {
+  return [out](const std::string& line) {
     const std::string text = line + "\n";
-    if (write(out_, text.data(), text.size()) != static_cast<ssize_t>(text.size())) _exit(2);
-  }
-  int Below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
-
- private:
-  void Delete(const std::string& code) {
-    if (code.empty()) return;
-    const std::string id = IdOf(code);
-    Tell("try delete " + id);
-    ASSERT_TRUE(view_.view.Init(view_.host.System(), 0, 0) && view_.view.Refresh());
-    view_.Grid().SetRow(view_.Grid().FindRow(code, 1, 0));
-    view_.user.answers = {viewkit::UserPort::Answer::kYes};
-    view_.user.in_question = [this](const auto&) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(Below(5)));
-    };
-    if (view_.view.FileDelete()) Tell("delete " + id);
-  }
-  std::string IdOf(const std::string& code) {
-    return test::Scalar(editor_.book, "select i_id from gl_code where ccode='" + code + "'");
-  }
-  std::string AnyCode(const std::string& where) {
-    const auto codes =
-        test::AllRows(editor_.book, "select ccode from gl_code where " + where + " order by ccode");
-    return codes.empty() ? ""
-                         : codes[static_cast<std::size_t>(Below(static_cast<int>(codes.size())))];
-  }
-  std::string CategoryOf(const std::string& code) {
-    return test::Scalar(editor_.book, "select cclass from gl_code where ccode='" + code + "'");
-  }
-
-  Editor editor_;
-  test::ViewTest view_;
-  int out_;
-  std::mt19937 random_;
-};
+    if (write(out, text.data(), text.size()) != static_cast<ssize_t>(text.size())) _exit(2);
+  };
+}
 
 /// What desks have been told is saved.
 struct Ledger {
@@ -207,8 +104,8 @@ TEST_P(Processes, ADeskKilledAtAnyMomentLosesNothingThatItReportedAsSaved) {
   int survived = 0;
   for (int round = 0; round < kills; ++round) {
     Process desk([&](int out) {
-      Worker worker(shared_, out, static_cast<unsigned>(round));
-      worker.Tell("ready");
+      Worker worker(shared_.Place(), Told(out), static_cast<unsigned>(round));
+      Told(out)("ready");
       void (Worker::*const deeds[])() = {&Worker::Add,    &Worker::Post, &Worker::Move,
                                          &Worker::Delete, &Worker::Add,  &Worker::Post};
       for (;;) (worker.*deeds[worker.Below(6)])();
@@ -259,7 +156,7 @@ TEST_P(Processes, TwoDesksAtOnceKeepTheBookSound) {
   const auto end = std::chrono::steady_clock::now() + (Long() ? 60s : 0s);
   const auto work = [&](unsigned seed) {
     return [this, end, seed](int out) {
-      Worker worker(shared_, out, seed);
+      Worker worker(shared_.Place(), Told(out), seed);
       void (Worker::*const deeds[])() = {&Worker::Add,  &Worker::Add,    &Worker::Add,
                                          &Worker::Post, &Worker::Move,   &Worker::DeleteAny,
                                          &Worker::Post, &Worker::Rename, &Worker::Delete};
