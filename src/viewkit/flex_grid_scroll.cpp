@@ -41,6 +41,11 @@ int FlexGrid::State::BodyWidth() const {
 
 int FlexGrid::State::RowsThatFit(int position, int step) const {
   int space = BodyHeight();
+  if (heights.IsBlank()) {  // all alike: asked after every change, so without a look at the rows
+    const int rows = step < 0 ? position + 1 : outline.ShownCount() - position;
+    const int height = std::max({DefaultHeight(), row_height_min, 1});
+    return std::clamp(space / height, 0, std::max(rows, 0));
+  }
   int rows = 0;
   for (; position >= 0 && position < outline.ShownCount(); position += step) {
     space -= Height(outline.ShownAt(position) + Fixed());

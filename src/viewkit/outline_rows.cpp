@@ -87,12 +87,11 @@ bool OutlineRows::SetFlag(int row, std::uint8_t flag, bool on) {
   const int changed = on ? flags | flag : flags & ~flag;
   if (changed == flags) return false;
   flags_.Set(static_cast<std::size_t>(row), static_cast<std::uint8_t>(changed));
-  Changed(row);
   return true;
 }
 
 bool OutlineRows::SetNode(int row, bool node) {
-  if (!node) SetFlag(row, kCollapsed, false);
+  if (!node) (void)SetCollapsed(row, false);
   return SetMark(row, node ? Level(row) : Level(row) | kPlain);
 }
 
@@ -107,7 +106,12 @@ void OutlineRows::Clear() {
 }
 
 bool OutlineRows::SetCollapsed(int row, bool collapsed) {
-  return IsNode(row) && SetFlag(row, kCollapsed, collapsed);
+  if (!IsNode(row) || !SetFlag(row, kCollapsed, collapsed)) return false;
+  // A node without rows below changes nothing that is shown; but the last row of a stretch is what
+  // the next one begins with, whatever comes there.
+  const bool last = (static_cast<std::size_t>(row) + 1) % kStretchRows == 0;
+  if (last || HasRowsBelow(row)) Changed(row);
+  return true;
 }
 
 bool OutlineRows::CollapseTo(int level) {
@@ -127,7 +131,9 @@ bool OutlineRows::CollapseTo(int level) {
 }
 
 bool OutlineRows::SetHidden(int row, bool hidden) {
-  return SetFlag(row, kHidden, hidden);
+  if (!SetFlag(row, kHidden, hidden)) return false;
+  Changed(row);
+  return true;
 }
 
 int OutlineRows::Parent(int row) const {

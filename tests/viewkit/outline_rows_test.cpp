@@ -197,5 +197,19 @@ TEST(OutlineRowsTest, AgreesWithThePlainDefinitionWhateverIsDone) {
   }
 }
 
+// A node is collapsed while nothing is below it, wherever it stands among the kept stretches.
+TEST(OutlineRowsTest, WhatComesBelowACollapsedNodeIsNotShown) {
+  OutlineRows outline;
+  outline.Reset(600);
+  outline.MakeNodes([](std::size_t) { return 0; });
+  for (int row = 500; row >= 100; --row) {
+    ASSERT_EQ(outline.ShownCount(), 600);
+    ASSERT_TRUE(outline.SetCollapsed(row, true));
+    ASSERT_EQ(outline.ShownCount(), 600);
+    outline.Insert(row + 1, 1);  // a plain row
+    ASSERT_FALSE(outline.IsShown(row + 1)) << row;
+  }
+}
+
 }  // namespace
 }  // namespace tavrix::viewkit
