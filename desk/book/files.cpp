@@ -5,8 +5,8 @@
 #include <system_error>
 
 #include "book/fresh_file.h"
+#include "book/paths.h"
 #include "host/error.h"
-#include "host/path.h"
 
 #ifdef _WIN32
 #include <io.h>
@@ -39,7 +39,7 @@ bool Flush(std::FILE* file) {
 }
 
 [[noreturn]] void Fail(const fs::path& path) {
-  throw tavrix::host::HostError("不能写入文件：" + tavrix::host::PathText(path));
+  throw tavrix::host::HostError("不能写入文件：" + PathText(path));
 }
 
 }  // namespace

@@ -7,8 +7,8 @@
 #include <string>
 #include <system_error>
 
+#include "book/paths.h"
 #include "host/error.h"
-#include "host/path.h"
 #include "host/text.h"
 
 #ifdef _WIN32
@@ -138,7 +138,7 @@ bool MoveToFreeName(const fs::path& from, const fs::path& to, std::error_code& f
 }
 
 [[noreturn]] void Fail(const fs::path& path) {
-  throw tavrix::host::HostError("不能写入文件：" + tavrix::host::PathText(path));
+  throw tavrix::host::HostError("不能写入文件：" + PathText(path));
 }
 
 }  // namespace

@@ -1,29 +1,24 @@
 #include "viewkit/m_mode.h"
 
-#include <filesystem>
 #include <string_view>
-#include <system_error>
 
 #include "host/calls.h"
+#include "host/file_system.h"
 #include "host/grid_update.h"
-#include "host/path.h"
 #include "host/report.h"
 #include "viewkit/layout_file.h"
 #include "viewkit/layout_reader.h"
 
 namespace tavrix::viewkit {
 
-namespace fs = std::filesystem;
 using host::Quietly;
 
 std::string GetSelfFilePath(const std::string& psName, host::SystemObject& pcSystem) {
   const std::string user = host::Required(pcSystem.Folders(), "Folders")->UserFolder();
   if (user.empty()) host::ThrowMissing("UserFolder");
-  const std::string separator(1, static_cast<char>(fs::path::preferred_separator));
-  const std::string folder = user + separator + "selfbb";
-  std::error_code ignored;
-  fs::create_directory(host::PathOf(folder), ignored);  // one level only
-  return folder + separator + psName + ".txt";
+  const std::string folder = user + host::kPathSeparator + "selfbb";
+  host::MakeFolder(folder);  // one level only
+  return folder + host::kPathSeparator + psName + ".txt";
 }
 
 int GetCtrlIndex(const host::Control& ctrl) {
@@ -43,7 +38,7 @@ void ApplyVsLayout(const std::string& psFile, FlexGrid& grid, bool pbWidthOnly,
       reader.ApplyRows();
       reader.ApplyFrozenCols();
     });
-    if (pbWidthOnly || fs::exists(host::PathOf(psFile))) return;
+    if (pbWidthOnly || host::Exists(psFile)) return;
     SaveVsLayout(psFile, grid, false, pcSystem);
   });
 }

@@ -100,13 +100,13 @@ TEST_F(FormStatusTest, EachKindUnderItsKey) {
                 "LISTVIEW_LV=20\r\nVXGRID_G_Col0=960\r\nVXGRID_G_Col1=321\r\n");
   EXPECT_EQ(Stored("VsColWidth_VsList", "VsCol0"), "555");
 
-  std::filesystem::remove(host::PathOf(path_));
+  std::filesystem::remove(desk::book::PathOf(path_));
   SaveAll(view, StatusWalk::kForm);
   text = OnDisk();
   EXPECT_EQ(text.substr(0, text.find("\r\n\r\n") + 2),
             std::string("[Form]\r\n") + kBoth + "VXGRID_G_Col0=960\r\nVXGRID_G_Col1=321\r\n");
 
-  std::filesystem::remove(host::PathOf(path_));
+  std::filesystem::remove(desk::book::PathOf(path_));
   AllKinds unused;
   SaveAll(unused, StatusWalk::kPicker);
   EXPECT_EQ(Stored("Form", "TREEVIEW_TV"), "(none)") << "nothing is selected";

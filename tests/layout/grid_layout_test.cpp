@@ -13,14 +13,14 @@ TEST_F(LayoutTest, TheFileStandsInTheUsersFolder) {
   const std::string separator = folder_.File("x").substr(folder_.Path().size(), 1);
   const std::string folder = folder_.Path() + separator + "selfbb";
   EXPECT_EQ(GetSelfFilePath("凭证77", *book_.System()), folder + separator + "凭证77.txt");
-  EXPECT_TRUE(std::filesystem::is_directory(host::PathOf(folder)));
+  EXPECT_TRUE(std::filesystem::is_directory(desk::book::PathOf(folder)));
   EXPECT_EQ(GetSelfFilePath("a", *book_.System()), folder + separator + "a.txt");
 
   book_.Around().user_folder = folder_.File("not/there");
   EXPECT_EQ(GetSelfFilePath("a", *book_.System()).substr(folder_.Path().size()),
             separator + "not/there" + separator + "selfbb" + separator + "a.txt")
       << "one level only is made, and its failing is no error";
-  EXPECT_FALSE(std::filesystem::exists(host::PathOf(folder_.File("not"))));
+  EXPECT_FALSE(std::filesystem::exists(desk::book::PathOf(folder_.File("not"))));
   book_.Around().user_folder = "";
   EXPECT_THROW((void)GetSelfFilePath("a", *book_.System()), host::HostError);
 }
@@ -83,7 +83,7 @@ TEST_F(LayoutTest, FormatsDisplayWithTheirDecimals) {
   };
   for (const Case& each : cases) {
     SCOPED_TRACE(std::string(each.format) + "," + each.decimals + "," + each.kind);
-    std::filesystem::remove(host::PathOf(path_));
+    std::filesystem::remove(desk::book::PathOf(path_));
     Store("VsColDataType", "VsCol0", std::to_string(static_cast<int>(each.type)));
     Store("VsColFormat", "VsCol0", each.format);
     if (*each.decimals != '\0') Store("VsColFormat_Xs", "VsCol0", each.decimals);
@@ -334,7 +334,7 @@ TEST_F(LayoutTest, AKeyThatCannotBeReadCountsAsAbsent) {
       {"Vs|VsTotalSave", "1"},        {"Vs|VsRowHeight", "600"},
       {"Vs|VsFixedRowHeight", "900"}, {"Vs|VsFixedCols", "1"}};
   const auto write_without = [&](const std::string& left_out) {
-    std::filesystem::remove(host::PathOf(path_));
+    std::filesystem::remove(desk::book::PathOf(path_));
     desk::book::SharedSettingsFile file;
     file.SetFileName(path_);
     for (const auto& [place, value] : kKeys) {
@@ -425,16 +425,16 @@ TEST_F(LayoutTest, AListenerThatThrowsStopsNoRestore) {
 TEST_F(LayoutTest, FilesThatAreNoneOfOursStay) {
   FlexGrid grid("Vs");
   Fill(grid, {{"a"}});
-  std::ofstream(host::PathOf(path_)).close();
-  std::filesystem::resize_file(host::PathOf(path_), std::uintmax_t{100} << 20);
+  std::ofstream(desk::book::PathOf(path_)).close();
+  std::filesystem::resize_file(desk::book::PathOf(path_), std::uintmax_t{100} << 20);
   Apply(grid);
   Save(grid);
-  EXPECT_EQ(std::filesystem::file_size(host::PathOf(path_)), std::uintmax_t{100} << 20);
-  std::filesystem::remove(host::PathOf(path_));
-  std::filesystem::create_directory(host::PathOf(path_));
+  EXPECT_EQ(std::filesystem::file_size(desk::book::PathOf(path_)), std::uintmax_t{100} << 20);
+  std::filesystem::remove(desk::book::PathOf(path_));
+  std::filesystem::create_directory(desk::book::PathOf(path_));
   Apply(grid);
   Save(grid);
-  EXPECT_TRUE(std::filesystem::is_directory(host::PathOf(path_)));
+  EXPECT_TRUE(std::filesystem::is_directory(desk::book::PathOf(path_)));
   Save(grid);
   EXPECT_EQ(grid.ColWidth(0), 960);
 }

@@ -9,7 +9,6 @@
 
 #include "book/files.h"
 #include "book/paths.h"
-#include "book/settings_file.h"
 #include "support/recorder.h"
 #include "support/test_book.h"
 #include "viewkit/flex_grid.h"
@@ -23,10 +22,12 @@ using Rows = std::vector<std::vector<std::string>>;
 class LayoutTest : public testing::Test {
  protected:
   void Write(const std::string& text) const {
-    std::ofstream(host::PathOf(path_), std::ios::binary) << text;
+    std::ofstream(desk::book::PathOf(path_), std::ios::binary) << text;
   }
-  [[nodiscard]] std::string OnDisk() const { return desk::book::ReadFile(host::PathOf(path_)); }
-  [[nodiscard]] bool Exists() const { return std::filesystem::exists(host::PathOf(path_)); }
+  [[nodiscard]] std::string OnDisk() const {
+    return desk::book::ReadFile(desk::book::PathOf(path_));
+  }
+  [[nodiscard]] bool Exists() const { return std::filesystem::exists(desk::book::PathOf(path_)); }
   [[nodiscard]] std::string Stored(const std::string& section, const std::string& key) const {
     desk::book::SharedSettingsFile file;
     file.SetFileName(path_);

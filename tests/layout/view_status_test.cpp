@@ -31,7 +31,7 @@ class ViewStatusTest : public testing::Test {
     return file.ReadValue(section, key, "(none)");
   }
   void Write(const std::string& name, const std::string& text) {
-    std::ofstream(host::PathOf(FileOf(name)), std::ios::binary) << text;
+    std::ofstream(desk::book::PathOf(FileOf(name)), std::ios::binary) << text;
   }
   template <class Kind, class View>
   [[nodiscard]] static Kind& Control(View& view, const std::string& name, int index = -1) {
@@ -99,9 +99,9 @@ TEST_F(KjkmStatusTest, RestoringNeitherWritesNorSorts) {
   view.DoGetFormStatus();
   EXPECT_EQ(page.ColWidth(1), 99);
   EXPECT_EQ(viewkit::Shown(page), before);
-  std::filesystem::remove(host::PathOf(FileOf("Kjkm")));
+  std::filesystem::remove(desk::book::PathOf(FileOf("Kjkm")));
   view.DoGetFormStatus();
-  EXPECT_FALSE(std::filesystem::exists(host::PathOf(FileOf("Kjkm"))));
+  EXPECT_FALSE(std::filesystem::exists(desk::book::PathOf(FileOf("Kjkm"))));
 }
 
 TEST_F(KjkmStatusTest, AHiddenFirstColumnStaysHidden) {
@@ -142,7 +142,7 @@ TEST_F(KjkmStatusTest, NothingIsReported) {
   view.DoSaveFormStatus();
   view.DoGetFormStatus();
   EXPECT_EQ(reports_, Lines());
-  EXPECT_FALSE(std::filesystem::exists(host::PathOf(folder_.File("missing"))));
+  EXPECT_FALSE(std::filesystem::exists(desk::book::PathOf(folder_.File("missing"))));
 }
 
 class PickerStatusTest : public ViewStatusTest {

@@ -1,6 +1,5 @@
 #include "viewkit/win32/windows_user.h"
 
-#include <filesystem>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -56,6 +55,12 @@ std::pair<const Value*, UINT> Query(const std::vector<BYTE>& block, const std::w
   UINT length = 0;
   if (!VerQueryValueW(block.data(), path.c_str(), &value, &length)) return {nullptr, 0};
   return {static_cast<const Value*>(value), length};
+}
+
+/// The last name of a path, without what follows its last dot.
+std::wstring Stem(const std::wstring& file) {
+  const std::wstring name = file.substr(file.find_last_of(L"\\/") + 1);
+  return name.substr(0, name.find_last_of(L'.'));
 }
 
 std::wstring Description(const std::wstring& file) {
@@ -156,7 +161,7 @@ std::string WindowsUser::ApplicationTitle() {
 
 std::string ProgramTitle(const std::wstring& file) {
   const std::wstring description = Description(file);
-  return Narrow(description.empty() ? std::filesystem::path(file).stem().wstring() : description);
+  return Narrow(description.empty() ? Stem(file) : description);
 }
 
 }  // namespace tavrix::viewkit::win32
