@@ -102,7 +102,7 @@ void MeasureServer(Figures& figures, const std::string& place) {
   const std::chrono::duration<double> filled = std::chrono::steady_clock::now() - started;
   Figures::Tell("server: copying a book", kAccounts, filled.count(), "s");
   View view(place);
-  const BareConnection connection(std::string(desk::book::DriverManagerText(place)));
+  const BareConnection connection(desk::book::DriverText(place));
   view.Refresh();
   const int rows = FetchPages(connection);
   int shown = 0;

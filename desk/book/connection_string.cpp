@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "book/database.h"
+#include "book/libpq_string.h"
 #include "host/text.h"
 
 namespace desk::book {
@@ -47,6 +49,17 @@ bool IsSecret(const Part& part) {
          std::ranges::any_of(kWords, [&](auto word) { return Contains(part.key, word); });
 }
 
+/// Keys that may follow a password without braces. Whatever else follows may be the rest of it.
+bool IsPlainKey(std::string_view key) {
+  constexpr std::array<std::string_view, 22> kKeys = {
+      "driver",   "dsn",      "filedsn", "server",     "servername", "host",
+      "port",     "database", "dbq",     "uid",        "user",       "username",
+      "sslmode",  "ca",       "encrypt", "option",     "charset",    "mars_connection",
+      "readonly", "timeout",  "app",     "description"};
+  return std::ranges::any_of(kKeys,
+                             [&](auto known) { return tavrix::host::EqualNoCase(known, key); });
+}
+
 bool IsKey(const Part& part, std::string_view key) {
   return part.HasValue() && tavrix::host::EqualNoCase(part.key, key);
 }
@@ -65,56 +78,149 @@ std::vector<Part> PartsOf(std::string_view place) {
   return parts;
 }
 
+std::string_view ManagerText(std::string_view place) {
+  const std::string_view text = tavrix::host::Trimmed(place);
+  return StartsNoCase(text, kPrefix) ? text.substr(kPrefix.size()) : text;
+}
+
+std::string Unbraced(std::string_view value) {
+  const std::string_view text = tavrix::host::Trimmed(value);
+  if (!text.starts_with('{') || !text.ends_with('}')) return std::string(text);
+  return std::string(text.substr(1, text.size() - 2));
+}
+
+std::string ValueOf(const std::vector<Part>& parts, std::string_view key) {
+  const auto found =
+      std::ranges::find_if(parts, [&](const Part& part) { return IsKey(part, key); });
+  return found == parts.end() ? std::string() : Unbraced(found->value);
+}
+
+/// PostgreSQL's words for what encryption is wanted ("SSL Mode Descriptions" of its documentation).
+constexpr std::array<std::string_view, 6> kEncryptions = {"disable", "allow",     "prefer",
+                                                          "require", "verify-ca", "verify-full"};
+
+void CheckEncryption(std::string_view word) {
+  if (std::ranges::find(kEncryptions, word) != kEncryptions.end()) return;
+  std::string known;
+  for (const std::string_view one : kEncryptions)
+    known += (known.empty() ? "" : "、") + std::string(one);
+  throw DatabaseError(Trouble::kRefused,
+                      "连接字符串中 SSLmode 的值“" + std::string(word) + "”无效，可以是：" + known);
+}
+
+/// The word in the option that goes to the server's own library, if it stands there.
+std::string EncryptionInOptions(const std::string& options) {
+  const auto words = ParseLibpq(options);
+  if (!words) return {};
+  for (const auto& [key, value] : *words) {
+    if (key == "sslmode") return value;
+  }
+  return {};
+}
+
+/// With the wish for encryption, where PostgreSQL's driver is named and nothing is said of it.
+std::string WithEncryption(std::string text) {
+  const std::vector<Part> parts = PartsOf(text);
+  if (!Contains(ValueOf(parts, "driver"), "postgres")) return text;
+  std::string word;
+  for (const char* key : {"sslmode", "ca"}) {  // the driver's own two names for it
+    if (word.empty()) word = ValueOf(parts, key);
+  }
+  if (word.empty()) word = EncryptionInOptions(ValueOf(parts, "pqopt"));
+  if (!word.empty()) {
+    CheckEncryption(word);
+    return text;
+  }
+  const bool open = !text.empty() && !text.ends_with(';');
+  return text + (open ? ";" : "") + "SSLmode=prefer;";
+}
+
+LibpqWords LibpqWordsOf(std::string_view place) {
+  const auto words = ParseLibpq(place);
+  if (words) return *words;
+  throw DatabaseError(Trouble::kRefused, "连接字符串的写法不正确");
+}
+
+std::string ShownLibpq(std::string_view place) {
+  const auto words = ParseLibpq(place);
+  if (!words) return "postgresql://***";
+  std::string shown;
+  for (const auto& [key, value] : *words) {
+    const bool secret = IsSecret({.text = {}, .key = key, .value = value});
+    shown += (shown.empty() ? "" : " ") + key + "=" + (secret ? "***" : value);
+  }
+  return shown;
+}
+
 }  // namespace
 
 bool IsConnectionString(std::string_view place) {
-  if (StartsNoCase(tavrix::host::Trimmed(place), kPrefix)) return true;
+  if (StartsNoCase(tavrix::host::Trimmed(place), kPrefix) || IsLibpqString(place)) return true;
   const std::vector<Part> parts = PartsOf(place);
-  const auto first = [&](std::string_view key) { return IsKey(parts.front(), key); };
   if (parts.empty()) return false;
+  const auto first = [&](std::string_view key) { return IsKey(parts.front(), key); };
   if (first("driver") || first("dsn") || first("filedsn")) return true;
   // Taken for a file it would stand in messages as it is.
   return std::ranges::any_of(
       parts, [](const Part& part) { return IsKey(part, "pwd") || IsKey(part, "password"); });
 }
 
-std::string_view DriverManagerText(std::string_view place) {
-  const std::string_view text = tavrix::host::Trimmed(place);
-  return StartsNoCase(text, kPrefix) ? text.substr(kPrefix.size()) : text;
+std::string DriverText(std::string_view place) {
+  if (!IsLibpqString(place)) return WithEncryption(std::string(ManagerText(place)));
+  return WithEncryption(OdbcFromLibpq(LibpqWordsOf(place)));
 }
 
 std::string ShownPlace(std::string_view place) {
   if (!IsConnectionString(place)) return std::string(place);
+  if (IsLibpqString(place)) return ShownLibpq(place);
   std::string shown;
-  bool secret_before = false;
+  bool open_secret = false;  // a password without braces may go on behind a semicolon
   for (const Part& part : PartsOf(place)) {
     if (!shown.empty()) shown += ';';
-    const bool rest = secret_before && !part.HasValue() && !part.key.empty();
+    const bool rest = open_secret && !tavrix::host::Trimmed(part.text).empty() &&
+                      !(part.HasValue() && IsPlainKey(part.key));
     const std::string_view hidden = rest ? part.text : part.value;
     shown += part.text.substr(0, part.text.size() - hidden.size());
-    // A semicolon in a password without braces has cut it in two.
     shown += IsSecret(part) || rest ? "***" : part.value;
-    secret_before = secret_before || IsSecret(part);
+    const bool braces = tavrix::host::Trimmed(part.value).starts_with('{');
+    open_secret = open_secret || (IsSecret(part) && !braces);
   }
   return place.ends_with(';') ? shown + ';' : shown;
 }
 
 std::string ShortPlace(std::string_view place) {
+  if (IsLibpqString(place)) {
+    const auto words = ParseLibpq(place);
+    return words ? ShortPlace(OdbcFromLibpq(*words)) : ShownPlace(place);
+  }
   const std::vector<Part> parts = PartsOf(place);
-  const auto value = [&](std::string_view key) -> std::string_view {
-    const auto found = std::ranges::find_if(
-        parts, [&](const Part& part) { return tavrix::host::EqualNoCase(part.key, key); });
-    if (found == parts.end()) return {};
-    const std::string_view text = found->value;
-    return text.starts_with('{') && text.ends_with('}') ? text.substr(1, text.size() - 2) : text;
-  };
   for (const char* key : {"database", "dsn", "dbq"}) {
-    const std::string_view name = value(key);
+    const std::string name = ValueOf(parts, key);
     if (name.empty()) continue;
-    const std::string server(value("server"));
-    return std::string(name) + (server.empty() ? "" : "（" + server + "）");
+    const std::string server = ServerName(place);
+    return name + (server.empty() ? "" : "（" + server + "）");
   }
   return ShownPlace(place);
+}
+
+std::string ServerName(std::string_view place) {
+  if (IsLibpqString(place)) {
+    const auto words = ParseLibpq(place);
+    return words ? ServerName(OdbcFromLibpq(*words)) : std::string();
+  }
+  const std::vector<Part> parts = PartsOf(place);
+  const std::string name = ValueOf(parts, "server");
+  return name.empty() ? ValueOf(parts, "servername") : name;
+}
+
+bool IsThisMachine(std::string_view server) {
+  if (const std::size_t comma = server.find(','); comma != std::string_view::npos) {
+    return IsThisMachine(server.substr(0, comma)) && IsThisMachine(server.substr(comma + 1));
+  }
+  const std::string name = tavrix::host::LowerCase(tavrix::host::Trimmed(server));
+  constexpr std::array<std::string_view, 5> kNames = {"", "localhost", "::1", ".", "(local)"};
+  return std::ranges::find(kNames, name) != kNames.end() || name.starts_with("127.") ||
+         name.starts_with('/');  // a socket in a folder
 }
 
 }  // namespace desk::book

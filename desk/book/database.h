@@ -104,6 +104,31 @@ class Rows {
 
 using Values = std::span<const host::Value>;
 
+/// Whether what goes between the desk and a book can be read on its way.
+enum class Wire {
+  kNone,       ///< there is none: a file
+  kUnknown,    ///< the server does not say
+  kPlain,      ///< it can
+  kEncrypted,  ///< it cannot
+};
+
+/// Who is told while a server's answer is waited for, in the thread that waits: may show it, and
+/// may give up. Implementations must not throw.
+class WaitPort {
+ public:
+  virtual ~WaitPort() = default;
+  /// A few times a second while the answer does not come. False gives up: the statement fails with
+  /// `Trouble::kGone`, and nobody knows whether it has been carried out.
+  [[nodiscard]] virtual bool OnWait(std::chrono::milliseconds waited) = 0;
+  /// The wait is over, however it ended. Also after answers that came at once.
+  virtual void OnWaited() noexcept = 0;
+
+ protected:
+  WaitPort() = default;
+  WaitPort(const WaitPort&) = default;
+  WaitPort& operator=(const WaitPort&) = default;
+};
+
 /// One connection to one book. One thread. Parameters fill the question marks of a statement in
 /// order. All members throw `DatabaseError`.
 class Connection {
@@ -130,6 +155,11 @@ class Connection {
   /// The version of the book's schema; 0 for a book that others made.
   [[nodiscard]] virtual int SchemaVersion() = 0;
   virtual void SetSchemaVersion(int version) = 0;
+  /// Whether others on the way can read along, as the server says now.
+  [[nodiscard]] virtual Wire Encryption() const { return Wire::kNone; }
+  /// How long a server may take for one statement from now on; zero is no limit. A file's
+  /// statements have none.
+  virtual void SetTimeLimit(std::chrono::milliseconds) {}
 
  protected:
   Connection() = default;
@@ -145,7 +175,9 @@ struct Place {
   /// string (see `IsConnectionString`).
   std::string path;
   Access access = Access::kReadWrite;
-  std::chrono::milliseconds patience{5000};  ///< how long to wait for other users
+  std::chrono::milliseconds patience{5000};     ///< how long to wait for other users
+  std::chrono::milliseconds time_limit{30000};  ///< see `Connection::SetTimeLimit`
+  std::shared_ptr<WaitPort> waiting = nullptr;  ///< told while a server is waited for; may be null
 };
 
 class Session;

@@ -1,12 +1,10 @@
 #include "book/odbc_connection.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 #include <vector>
 
 #include "book/connection_string.h"
-#include "book/odbc_rows.h"
 #include "book/odbc_text.h"
 #include "book/schema.h"
 #include "host/text.h"
@@ -15,73 +13,12 @@ namespace desk::book {
 
 namespace {
 
-/// The parameters of one run; drivers read them while the statement runs.
-class Bound {
- public:
-  Bound(OdbcLink& link, const OdbcHandle& statement, Values values)
-      : link_(link), statement_(statement), cells_(values.size()) {
-    for (std::size_t i = 0; i < values.size(); ++i) Bind(i, values[i]);
-  }
-  Bound(const Bound&) = delete;
-  Bound& operator=(const Bound&) = delete;
-  ~Bound() = default;
-
- private:
-  struct Cell {
-    SQLBIGINT whole = 0;
-    SQLINTEGER small_whole = 0;
-    double real = 0;
-    std::u16string text;
-    SQLLEN indicator = 0;
-  };
-
-  void Bind(std::size_t at, const host::Value& value) {
-    Cell& cell = cells_[at];
-    if (const auto* flag = std::get_if<bool>(&value.Raw())) return BindWhole(at, *flag ? 1 : 0);
-    if (const auto* whole = std::get_if<std::int64_t>(&value.Raw())) return BindWhole(at, *whole);
-    if (const auto* real = std::get_if<double>(&value.Raw())) return BindReal(at, *real);
-    cell.indicator = SQL_NULL_DATA;
-    if (!value.IsNull()) {
-      cell.text = host::ToUtf16(value.ToText());
-      cell.indicator = static_cast<SQLLEN>(cell.text.size() * sizeof(char16_t));
-    }
-    const SQLULEN length = std::max<SQLULEN>(cell.text.size(), 1);
-    Pass(at, SQL_C_WCHAR, SQL_WVARCHAR, length, cell.text.data());
-  }
-
-  /// Access knows no whole numbers of 64 bits.
-  void BindWhole(std::size_t at, std::int64_t number) {
-    Cell& cell = cells_[at];
-    if (link_.Server() != Flavor::kAccess) {
-      cell.whole = number;
-      return Pass(at, SQL_C_SBIGINT, SQL_BIGINT, 0, &cell.whole);
-    }
-    using Small = std::numeric_limits<SQLINTEGER>;
-    if (number < Small::min() || number > Small::max()) {
-      return BindReal(at, static_cast<double>(number));
-    }
-    cell.small_whole = static_cast<SQLINTEGER>(number);
-    Pass(at, SQL_C_SLONG, SQL_INTEGER, 0, &cell.small_whole);
-  }
-
-  void BindReal(std::size_t at, double number) {
-    cells_[at].real = number;
-    Pass(at, SQL_C_DOUBLE, SQL_DOUBLE, 0, &cells_[at].real);
-  }
-
-  void Pass(std::size_t at, SQLSMALLINT from, SQLSMALLINT to, SQLULEN length, SQLPOINTER data) {
-    link_.Check(
-        SQLBindParameter(statement_.Get(), static_cast<SQLUSMALLINT>(at + 1), SQL_PARAM_INPUT, from,
-                         to, length, 0, data, 0, &cells_[at].indicator),
-        statement_);
-  }
-
-  OdbcLink& link_;
-  const OdbcHandle& statement_;
-  std::vector<Cell> cells_;
-};
-
 constexpr const char* kVersionRow = "schema_version";
+
+/// PostgreSQL ends a statement that takes longer.
+std::string TimeLimitStatement(std::chrono::milliseconds limit) {
+  return "set statement_timeout=" + std::to_string(limit.count());
+}
 
 /// What is asked of a server before its first statement: plain SQL texts, patience, reading only.
 std::vector<std::string> FirstStatements(Flavor flavor, const Place& place) {
@@ -89,7 +26,8 @@ std::vector<std::string> FirstStatements(Flavor flavor, const Place& place) {
   std::vector<std::string> statements;
   switch (flavor) {
     case Flavor::kPostgres:
-      statements = {"set standard_conforming_strings=on", "set lock_timeout=" + patience};
+      statements = {"set standard_conforming_strings=on", "set lock_timeout=" + patience,
+                    TimeLimitStatement(place.time_limit)};
       if (place.access == Access::kReadOnly) {
         statements.emplace_back("set default_transaction_read_only=on");
       }
@@ -124,35 +62,77 @@ std::string TableQuery(Flavor flavor) {
 
 OdbcConnection::OdbcConnection(const Place& place) : place_(place) {
   Connect();
-  read_only_ = place_.access == Access::kReadOnly || link_->Info(SQL_DATA_SOURCE_READ_ONLY) == "Y";
 }
 
 void OdbcConnection::Connect() {
-  constexpr int kSeconds = 10;
-  link_ = std::make_shared<OdbcLink>(std::string(DriverManagerText(place_.path)), kSeconds,
-                                     place_.access == Access::kReadOnly);
   tables_.clear();
+  channel_ = std::make_shared<OdbcChannel>(DriverText(place_.path), place_);
   try {
-    for (const std::string& sql : FirstStatements(link_->Server(), place_)) (void)Run(sql, {});
-    CheckTexts();
+    SetUp();
   } catch (...) {
-    link_->GiveUp();  // nothing may be sent over a connection that is not set up
+    channel_->GiveUp();  // nothing may be sent over a connection that is not set up
     throw;
   }
+}
+
+void OdbcConnection::SetUp() {
+  read_only_ = place_.access == Access::kReadOnly || Info(SQL_DATA_SOURCE_READ_ONLY) == "Y";
+  for (const std::string& sql : FirstStatements(Makes(), place_)) (void)Read(sql, {});
+  JudgeServer();
+}
+
+void OdbcConnection::JudgeServer() {
+  wire_ = Wire::kUnknown;
+  if (Makes() == Flavor::kPostgres) JudgePostgres();
+  CheckTexts();
+}
+
+/// A standby, and a role that may change nothing in the chart, serve for reading.
+void OdbcConnection::JudgePostgres() {
+  const auto rows = Read(
+      "select current_setting('server_encoding'),"
+      "(select cast(ssl as integer) from pg_stat_ssl where pid=pg_backend_pid()),"
+      "case when current_setting('transaction_read_only')='on' then 1 else 0 end,"
+      "(select cast(has_any_column_privilege(oid,'insert,update') or "
+      "has_table_privilege(oid,'delete') as integer) from pg_class where relname='gl_code' and "
+      "relkind in ('r','p','v') and pg_table_is_visible(oid))",
+      {});
+  if (!rows->Next()) return;
+  if (rows->Get(0).ToText() == "SQL_ASCII") {
+    throw DatabaseError(Trouble::kRefused,
+                        "数据库的字符集是 SQL_ASCII，不能可靠地保存中文，请使用 UTF8 的数据库");
+  }
+  const auto is = [&](int column, int number) {
+    const host::Value value = rows->Get(column);
+    return !value.IsNull() && value.ToLong() == number;
+  };
+  if (!rows->Get(1).IsNull()) wire_ = is(1, 1) ? Wire::kEncrypted : Wire::kPlain;
+  if (is(2, 1) || is(3, 0)) read_only_ = true;
 }
 
 /// Some drivers cut texts behind certain characters, and a database in another character set loses
 /// them: what is read there must not be saved again. "付" ends in a byte that one driver takes for
 /// the first half of a pair.
 void OdbcConnection::CheckTexts() {
-  if (link_->Server() == Flavor::kOther) return;
-  OdbcRows rows(link_, Run("select '应付款'", {}));
-  if (rows.Next() && rows.Get(0).ToText() == "应付款") return;
+  if (Makes() == Flavor::kOther) return;
+  const auto rows = Read("select '应付款'", {});
+  if (rows->Next() && rows->Get(0).ToText() == "应付款") return;
   throw DatabaseError(Trouble::kRefused, "数据库或其 ODBC 驱动程序不能正确传送中文");
 }
 
+void OdbcConnection::SetTimeLimit(std::chrono::milliseconds limit) {
+  if (limit == place_.time_limit) return;
+  place_.time_limit = limit;
+  channel_->SetTimeLimit(limit);
+  if (Makes() == Flavor::kPostgres && !channel_->Dead()) (void)Read(TimeLimitStatement(limit), {});
+}
+
+std::string OdbcConnection::Info(SQLUSMALLINT what) const {
+  return channel_->Call([what](OdbcLink& link) { return link.Info(what); });
+}
+
 void OdbcConnection::MakeReady() {
-  if (!link_->Dead() || in_transaction_) return;
+  if (!channel_->Dead() || in_transaction_) return;
   try {
     Connect();
   } catch (const DatabaseError& error) {
@@ -161,20 +141,13 @@ void OdbcConnection::MakeReady() {
   }
 }
 
-OdbcHandle OdbcConnection::Run(const std::string& sql, Values parameters) {
+std::unique_ptr<OdbcRows> OdbcConnection::Read(const std::string& sql, Values parameters) {
   try {
-    if (link_->Dead()) {
-      throw DatabaseError(Trouble::kGone, "与数据库服务器的连接已断开，这次操作没有完成");
-    }
-    OdbcHandle statement = link_->NewStatement();
-    const Bound bound(*link_, statement, parameters);
-    WideText text(sql);
-    const SQLRETURN result =
-        SQLExecDirectW(statement.Get(), text.Data(), static_cast<SQLINTEGER>(text.Length()));
-    // An UPDATE or DELETE that met no row is fine.
-    if (result != SQL_NO_DATA) link_->Check(result, statement);
-    SQLFreeStmt(statement.Get(), SQL_RESET_PARAMS);  // what they point to goes now
-    return statement;
+    const std::vector<host::Value> values(parameters.begin(), parameters.end());
+    auto reader = channel_->Call([sql, values](OdbcLink& link) {
+      return std::make_shared<OdbcReader>(link, link.Run(sql, values));
+    });
+    return std::make_unique<OdbcRows>(channel_, std::move(reader));
   } catch (...) {
     failed_ = true;
     throw;
@@ -188,21 +161,21 @@ std::unique_ptr<Rows> OdbcConnection::Query(const std::string& sql, Origin origi
     if (!query) throw DatabaseError(Trouble::kRefused, "这条语句不是查询");
   }
   MakeReady();
-  return std::make_unique<OdbcRows>(link_, RunQuery(sql, parameters));
+  return ReadAgain(sql, parameters);
 }
 
-OdbcHandle OdbcConnection::RunQuery(const std::string& sql, Values parameters) {
+std::unique_ptr<OdbcRows> OdbcConnection::ReadAgain(const std::string& sql, Values parameters) {
   try {
-    return Run(sql, parameters);
+    return Read(sql, parameters);
   } catch (const DatabaseError&) {
-    if (!link_->Dead() || in_transaction_) throw;
+    if (!channel_->Lost() || in_transaction_) throw;
     try {
       MakeReady();
     } catch (const DatabaseError&) {  // the caller reports that the connection was lost
     }
-    if (link_->Dead()) throw;
+    if (channel_->Dead()) throw;
   }
-  return Run(sql, parameters);
+  return Read(sql, parameters);
 }
 
 std::int64_t OdbcConnection::Execute(const std::string& sql, Origin origin, Values parameters) {
@@ -215,10 +188,30 @@ std::int64_t OdbcConnection::Execute(const std::string& sql, Origin origin, Valu
 }
 
 std::int64_t OdbcConnection::Change(const std::string& sql, Values parameters) {
-  const OdbcHandle statement = Run(sql, parameters);
-  SQLLEN rows = 0;
-  link_->Check(SQLRowCount(statement.Get(), &rows), statement);
-  return rows;
+  try {
+    const std::vector<host::Value> values(parameters.begin(), parameters.end());
+    return channel_->Call([sql, values](OdbcLink& link) {
+      const OdbcHandle statement = link.Run(sql, values);
+      return link.ChangedRows(statement);
+    });
+  } catch (...) {
+    failed_ = true;
+    throw;
+  }
+}
+
+void OdbcConnection::SetAutocommit(bool on) {
+  (void)channel_->Call([on](OdbcLink& link) {
+    link.SetAutocommit(on);
+    return true;
+  });
+}
+
+void OdbcConnection::End(SQLSMALLINT how) {
+  (void)channel_->Call([how](OdbcLink& link) {
+    link.End(how);
+    return true;
+  });
 }
 
 void OdbcConnection::Begin() {
@@ -226,7 +219,7 @@ void OdbcConnection::Begin() {
   if (in_transaction_) throw DatabaseError(Trouble::kOther, "已经有一个没有结束的事务");
   MakeReady();
   const bool lockable = HasTable(kIdentifierTableName);
-  link_->SetAutocommit(false);
+  SetAutocommit(false);
   in_transaction_ = true;
   failed_ = false;
   if (!lockable) return;
@@ -250,16 +243,16 @@ void OdbcConnection::TakeWriteLock() {
 void OdbcConnection::Commit() {
   try {
     if (failed_) throw DatabaseError(Trouble::kOther, "事务中有语句失败，全部更改已撤销");
-    link_->End(SQL_COMMIT);
+    End(SQL_COMMIT);
   } catch (...) {
     Rollback();
     throw;
   }
   in_transaction_ = false;
   try {
-    link_->SetAutocommit(true);
+    SetAutocommit(true);
   } catch (const DatabaseError&) {
-    link_->GiveUp();  // what was committed stays
+    channel_->GiveUp();  // what was committed stays
   }
 }
 
@@ -268,16 +261,16 @@ void OdbcConnection::Rollback() noexcept {
   in_transaction_ = false;
   tables_.clear();  // tables that the transaction has made are gone
   try {
-    link_->End(SQL_ROLLBACK);
-    link_->SetAutocommit(true);
+    End(SQL_ROLLBACK);
+    SetAutocommit(true);
   } catch (const DatabaseError&) {
     // Nothing is kept on a connection that has gone; one that cannot go on is not used again.
-    link_->GiveUp();
+    channel_->GiveUp();
   }
 }
 
 std::string OdbcConnection::Driver() const {
-  switch (link_->Server()) {
+  switch (channel_->Server()) {
     case Flavor::kPostgres:
       return "postgresql";
     case Flavor::kSqlServer:
@@ -287,7 +280,7 @@ std::string OdbcConnection::Driver() const {
     case Flavor::kMariaDb:
       return "mariadb";
     default:
-      return host::LowerCase(link_->Info(SQL_DBMS_NAME));
+      return host::LowerCase(Info(SQL_DBMS_NAME));
   }
 }
 
@@ -301,15 +294,14 @@ bool OdbcConnection::HasTable(std::string_view table) {
 }
 
 bool OdbcConnection::FindTable(const std::string& table) {
-  const std::string query = TableQuery(link_->Server());
+  const std::string query = TableQuery(channel_->Server());
   if (!query.empty()) {
     const host::Value name(table);
-    return OdbcRows(link_, Run(query, {&name, 1})).Next();
+    return Read(query, {&name, 1})->Next();
   }
-  OdbcHandle statement = link_->NewStatement();
-  link_->Check(SQLTablesW(statement.Get(), nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0),
-               statement);
-  OdbcRows rows(link_, std::move(statement));
+  auto reader = channel_->Call(
+      [](OdbcLink& link) { return std::make_shared<OdbcReader>(link, link.Tables()); });
+  OdbcRows rows(channel_, std::move(reader));
   constexpr int kNameColumn = 2;
   while (rows.Next()) {
     if (host::EqualNoCase(rows.Get(kNameColumn).ToText(), table)) return true;
@@ -319,9 +311,9 @@ bool OdbcConnection::FindTable(const std::string& table) {
 
 bool OdbcConnection::HasColumn(std::string_view table, std::string_view column) {
   MakeReady();
-  const OdbcRows rows(link_, Run("select * from " + std::string(table) + " where 1=0", {}));
-  for (int i = 0; i < rows.Columns(); ++i) {
-    if (host::EqualNoCase(rows.ColumnName(i), column)) return true;
+  const auto rows = Read("select * from " + std::string(table) + " where 1=0", {});
+  for (int i = 0; i < rows->Columns(); ++i) {
+    if (host::EqualNoCase(rows->ColumnName(i), column)) return true;
   }
   return false;
 }

@@ -5,14 +5,15 @@
 #include <set>
 #include <string>
 
-#include "book/odbc_link.h"
+#include "book/odbc_channel.h"
+#include "book/odbc_rows.h"
 #include "book/sql_guard.h"
 
 namespace desk::book {
 
 /// A book on a server. When the server has gone away the statement under way fails with
-/// `Trouble::kGone`, and the next one outside a transaction connects anew. No statement is sent
-/// twice: whether one that failed so has been carried out, nobody knows.
+/// `Trouble::kGone`, and the next one outside a transaction connects anew. No statement that
+/// changes anything is sent twice: whether one that failed so has been carried out, nobody knows.
 class OdbcConnection : public Connection {
  public:
   explicit OdbcConnection(const Place& place);
@@ -24,29 +25,39 @@ class OdbcConnection : public Connection {
   void Commit() override;
   void Rollback() noexcept override;
   [[nodiscard]] std::string Driver() const override;
-  [[nodiscard]] Flavor Makes() const override { return link_->Server(); }
+  [[nodiscard]] Flavor Makes() const override { return channel_->Server(); }
   [[nodiscard]] bool ReadOnly() const override { return read_only_; }
   [[nodiscard]] bool HasTable(std::string_view table) override;
   [[nodiscard]] bool HasColumn(std::string_view table, std::string_view column) override;
   [[nodiscard]] int SchemaVersion() override;
   void SetSchemaVersion(int version) override;
+  [[nodiscard]] Wire Encryption() const override { return wire_; }
+  void SetTimeLimit(std::chrono::milliseconds limit) override;
 
  private:
   void Connect();
+  void SetUp();
+  /// What a server says of itself decides whether its book can be kept there, and how.
+  void JudgeServer();
+  void JudgePostgres();
   void CheckTexts();
   void MakeReady();
-  [[nodiscard]] OdbcHandle Run(const std::string& sql, Values parameters);
+  [[nodiscard]] std::unique_ptr<OdbcRows> Read(const std::string& sql, Values parameters);
   /// A query whose connection has gone is sent once more over a new one: it changes nothing.
-  [[nodiscard]] OdbcHandle RunQuery(const std::string& sql, Values parameters);
-  [[nodiscard]] std::int64_t Change(const std::string& sql, Values parameters);
+  [[nodiscard]] std::unique_ptr<OdbcRows> ReadAgain(const std::string& sql, Values parameters);
+  std::int64_t Change(const std::string& sql, Values parameters);
+  [[nodiscard]] std::string Info(SQLUSMALLINT what) const;
+  void SetAutocommit(bool on);
+  void End(SQLSMALLINT how);
   [[nodiscard]] bool FindTable(const std::string& table);
   void TakeWriteLock();
   /// Nothing where the version was never set.
   [[nodiscard]] std::optional<int> StoredVersion();
 
   Place place_;
-  std::shared_ptr<OdbcLink> link_;
+  std::shared_ptr<OdbcChannel> channel_;
   bool read_only_ = false;
+  Wire wire_ = Wire::kUnknown;
   bool in_transaction_ = false;
   bool failed_ = false;           ///< a statement of the transaction under way has failed
   std::set<std::string> tables_;  ///< known to be there

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "book/odbc_error.h"
+#include "book/odbc_parameters.h"
 #include "book/odbc_text.h"
 
 namespace desk::book {
@@ -62,6 +63,42 @@ void OdbcLink::SetAutocommit(bool on) {
 
 void OdbcLink::End(SQLSMALLINT how) {
   Check(SQLEndTran(SQL_HANDLE_DBC, Get(), how));
+}
+
+OdbcHandle OdbcLink::Run(const std::string& sql, Values parameters) {
+  OdbcHandle statement(SQL_HANDLE_STMT, Get());
+  const OdbcParameters bound(*this, statement, parameters);
+  WideText text(sql);
+  SetRunning(statement.Get());
+  const SQLRETURN result =
+      SQLExecDirectW(statement.Get(), text.Data(), static_cast<SQLINTEGER>(text.Length()));
+  SetRunning(nullptr);
+  // An UPDATE or DELETE that met no row is fine.
+  if (result != SQL_NO_DATA) Check(result, statement);
+  SQLFreeStmt(statement.Get(), SQL_RESET_PARAMS);  // what they point to goes now
+  return statement;
+}
+
+OdbcHandle OdbcLink::Tables() {
+  OdbcHandle statement(SQL_HANDLE_STMT, Get());
+  Check(SQLTablesW(statement.Get(), nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0), statement);
+  return statement;
+}
+
+std::int64_t OdbcLink::ChangedRows(const OdbcHandle& statement) {
+  SQLLEN rows = 0;
+  Check(SQLRowCount(statement.Get(), &rows), statement);
+  return rows;
+}
+
+void OdbcLink::SetRunning(SQLHANDLE statement) {
+  const std::scoped_lock lock(cancelling_);  // a statement that is being cancelled stays
+  running_ = statement;
+}
+
+void OdbcLink::Cancel() noexcept {
+  const std::scoped_lock lock(cancelling_);
+  if (running_ != nullptr) SQLCancel(running_);
 }
 
 void OdbcLink::Check(SQLRETURN result, const OdbcHandle& statement) {

@@ -25,7 +25,7 @@ TEST(ConnectionString, IsToldFromAFileAndShownWithoutItsPassword) {
   for (const char* text : {"", ":memory:", "C:\\账簿\\driver.book", "dsn.book", "/tmp/odbc"}) {
     EXPECT_FALSE(IsConnectionString(text)) << text;
   }
-  EXPECT_EQ(DriverManagerText("odbc;DSN=books"), "DSN=books");
+  EXPECT_EQ(DriverText("odbc;DSN=books"), "DSN=books");
   EXPECT_EQ(ShownPlace("ODBC;Driver={a;b};Uid=me;PWD={s;=e};Password=x;Port=1"),
             "ODBC;Driver={a;b};Uid=me;PWD=***;Password=***;Port=1");
   EXPECT_EQ(ShownPlace("C:\\pwd=x.book"), "C:\\pwd=x.book");
