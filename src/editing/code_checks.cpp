@@ -33,7 +33,8 @@ bool FindCode(host::Recordset& rows, const std::string& code) {
 }
 
 bool BelongsToOther(host::Recordset& row, std::int32_t record_id) {
-  return record_id != FmBkmAdd::kNoRecord && host::RequiredField(row, "i_ID").ToLong() != record_id;
+  return record_id != FmBkmAdd::kNoRecord &&
+         host::RequiredLong(row.Field("i_ID"), "i_ID") != record_id;
 }
 
 /// Why `code` may not stand below `parent`, from which downwards `family` has the accounts; null
@@ -41,8 +42,8 @@ bool BelongsToOther(host::Recordset& row, std::int32_t record_id) {
 const char* ParentRefusal(host::Recordset& family, const std::string& parent,
                           const std::string& code, std::int32_t record_id) {
   if (family.EndOfFile() || !FindCode(family, parent)) return "找不到它的上级编码";
-  const bool own_parent =
-      record_id != FmBkmAdd::kNoRecord && host::RequiredField(family, "i_ID").ToLong() == record_id;
+  const bool own_parent = record_id != FmBkmAdd::kNoRecord &&
+                          host::RequiredLong(family.Field("i_ID"), "i_ID") == record_id;
   if (own_parent) return "不能将上级编码修改为下级";
   // Without the mark that the first level's refusal has.
   if (FindCode(family, code) && BelongsToOther(family, record_id)) return "编码重复";

@@ -20,9 +20,11 @@ constexpr const char* kEditCaption = "修改";
 constexpr const char* kNewBelowCaption = "新增下级";
 constexpr const char* kNewBesideCaption = "新增同级";
 
+constexpr std::size_t kListColumns = 2;  // of each list's query: number, text
+
 void FillFromQuery(host::SystemObject& system, viewkit::ComboBox& list, const std::string& sql) {
   const host::RowSet rows = host::ReadRows(system, sql, [](host::Recordset& entries) {
-    return entries.EndOfFile() ? host::RowSet() : entries.GetRows();
+    return entries.EndOfFile() ? host::RowSet() : host::GivenRows(entries, kListColumns);
   });
   for (std::size_t row = 0; row < rows.Rows(); ++row) {
     list.AddItem(std::string(rows.Text(row, 1)), host::LeadingLong(rows.Text(row, 0)));

@@ -1,6 +1,7 @@
 #include "host/calls.h"
 
 #include "host/account.h"
+#include "host/text.h"
 
 namespace tavrix::host {
 
@@ -37,6 +38,10 @@ std::string RequiredText(const Value& value, const char* what) {
   return value.ToText();
 }
 
+std::int32_t RequiredLong(const Value& value, const char* what) {
+  return ToLong32(RequiredNumber(value, what));
+}
+
 Value NoObject(Value value, const char* what) {
   if (value.IsObject()) ThrowMissing(what);
   return value;
@@ -54,6 +59,12 @@ double QueryCount(SystemObject& system, const std::string& sql) {
 OpenRows QueryRows(SystemObject& system, const std::string& sql) {
   const auto database = DatabaseOf(system);
   return OpenRows(Required(OpenStatement(*database, sql)->OpenRecordset(), "Recordset"));
+}
+
+RowSet GivenRows(Recordset& rows, std::size_t columns) {
+  RowSet given = rows.GetRows();
+  if (given.Columns() < columns) ThrowMissing("GetRows");
+  return given;
 }
 
 Value ReadField(Recordset& rows, const std::string& name) {

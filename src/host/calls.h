@@ -25,6 +25,8 @@ template <class Object>
 /// host gave none. The number or the text of a value: null, a flag and an object have neither.
 [[nodiscard]] double RequiredNumber(const Value& value, const char* what);
 [[nodiscard]] std::string RequiredText(const Value& value, const char* what);
+/// The whole number of a value, held within 32 bits' range.
+[[nodiscard]] std::int32_t RequiredLong(const Value& value, const char* what);
 /// `value` itself, which may be null but no object.
 [[nodiscard]] Value NoObject(Value value, const char* what);
 
@@ -61,6 +63,10 @@ template <class Read>
   rows.Close();
   return result;
 }
+
+/// What `GetRows` gives of a statement that asks for `columns` columns. A `HostError` when rows
+/// have fewer; surplus columns are nobody's concern.
+[[nodiscard]] RowSet GivenRows(Recordset& rows, std::size_t columns);
 
 /// A field, which may be null but no object.
 [[nodiscard]] Value ReadField(Recordset& rows, const std::string& name);

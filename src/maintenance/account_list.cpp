@@ -32,7 +32,7 @@ std::optional<host::RowSet> ReadAccounts(host::SystemObject& system, std::string
   sql += " order by ccode";
   return host::ReadRows(system, sql, [](host::Recordset& rows) {
     std::optional<host::RowSet> accounts;
-    if (!rows.EndOfFile() || !rows.BeginningOfFile()) accounts = rows.GetRows();
+    if (!rows.EndOfFile() || !rows.BeginningOfFile()) accounts = host::GivenRows(rows, kColumns);
     return accounts;
   });
 }

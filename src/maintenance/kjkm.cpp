@@ -124,7 +124,8 @@ void Kjkm::SetParameters(const std::shared_ptr<host::Parameters>& parameters) {
   static constexpr const char* kBackColor = "backcolor";
   Trapped("IDesignUI_Parameters->", host::kCommandError, [&] {
     if (!parameters || !parameters->Exists(kBackColor)) return true;
-    const viewkit::Color color = viewkit::ColorOf(parameters->Item(kBackColor).ToNumber());
+    const viewkit::Color color =
+        viewkit::ColorOf(host::RequiredNumber(parameters->Item(kBackColor), kBackColor));
     SetBackColor(color);
     vxVSTab_.SetBackColor(color);
     return true;

@@ -151,11 +151,11 @@ bool selKjkm::LoadAccountList() noexcept {
         jet ? "SELECT i_id,ccode,ccode_name,chelp,iif(bproperty=1,'借','贷'),cclass,bclose,bend"
             : "SELECT i_id,ccode,ccode_name,chelp,case when bproperty=1 then '借' else '贷' end "
               ",cclass,bclose,bend";
-    host::RowSet accounts =
-        host::ReadRows(*running->m_System, select + " FROM gl_code " + where + " order by ccode",
-                       [](host::Recordset& rows) {
-                         return rows.EndOfFile() ? host::RowSet(kColumns) : rows.GetRows();
-                       });
+    host::RowSet accounts = host::ReadRows(
+        *running->m_System, select + " FROM gl_code " + where + " order by ccode",
+        [](host::Recordset& rows) {
+          return rows.EndOfFile() ? host::RowSet(kColumns) : host::GivenRows(rows, kColumns);
+        });
     // Whenever the host was called it may have let go of the picker, and show another book in it.
     if (running != session_) return true;
     ShowRows(std::move(accounts));

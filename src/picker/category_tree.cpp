@@ -118,7 +118,9 @@ host::RowSet selKjkm::AccountsOfCode(Session& session, const std::string& code) 
   }
   if (!answer.rows) return host::RowSet(0);
   host::OpenRows& rows = *answer.rows;
-  host::RowSet accounts = rows->EndOfFile() ? host::RowSet(0) : rows->GetRows();
+  constexpr std::size_t kTreeColumns = 4;
+  host::RowSet accounts =
+      rows->EndOfFile() ? host::RowSet(0) : host::GivenRows(*rows, kTreeColumns);
   rows.Close();
   return accounts;
 }

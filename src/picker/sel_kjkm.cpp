@@ -154,7 +154,7 @@ void selKjkm::SetParameters(const std::shared_ptr<host::Parameters>& parameters)
   static constexpr const char* kBackColor = "backcolor";
   Trapped([&] {
     if (!parameters || !parameters->Exists(kBackColor)) return true;
-    SetBackColor(viewkit::ColorOf(parameters->Item(kBackColor).ToNumber()));
+    SetBackColor(viewkit::ColorOf(host::RequiredNumber(parameters->Item(kBackColor), kBackColor)));
     return true;
   });
 }
@@ -182,7 +182,7 @@ bool selKjkm::Runs(const std::weak_ptr<Session>& session) {
 std::optional<host::Value> selKjkm::Parameter(const char* key) const {
   const auto parameters = m_Parameters;
   if (!parameters || !parameters->Exists(key)) return {};
-  return parameters->Item(key);
+  return host::NoObject(parameters->Item(key), key);
 }
 
 bool selKjkm::ParameterIsOne(const char* key) const {

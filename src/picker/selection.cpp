@@ -76,7 +76,7 @@ void selKjkm::AddResultRow(host::Recordset& account, colKjkm& selected) {
   const auto field = [&](const char* name) { return host::ReadField(account, name); };
   // All is read before the account joins the others: it is there whole, or not at all.
   clsKjkm read;
-  read.ID = field("i_id").ToLong();
+  read.ID = host::RequiredLong(field("i_id"), "i_id");
   read.ccode = field("ccode").ToText();
   read.ccode_name = field("ccode_name").ToText();
   read.chelp = field("chelp").ToText();

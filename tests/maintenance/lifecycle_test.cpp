@@ -300,6 +300,10 @@ TEST(Design, BackColorIsTheOnlyParameter) {
   t.view.SetParameters(parameters);
   EXPECT_EQ(t.view.BackColor(), 0x80000005U);
   EXPECT_EQ(t.Tabs().BackColor(), 0x80000005U);
+  parameters->Set("backcolor", "黑");
+  t.view.SetParameters(parameters);
+  EXPECT_EQ(t.view.BackColor(), 0x80000005U) << "what is no number is no colour";
+  EXPECT_EQ(t.reports.size(), 1U);
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 #include "component/base/invoke.h"
 #include "component/base/raised_exception.h"
 #include "host/calls.h"
-#include "host/text.h"
 #include "viewkit/win32/wide.h"
 
 namespace tavrix::component {
@@ -169,8 +168,7 @@ std::string LateObject::GivenTextOf(const wchar_t* member, Values arguments) con
 }
 
 std::int32_t LateObject::LongOf(const wchar_t* member, Values arguments) const {
-  return host::ToLong32(
-      host::RequiredNumber(ToValue(Get(member, arguments)), Narrow(member).c_str()));
+  return host::RequiredLong(ToValue(Get(member, arguments)), Narrow(member).c_str());
 }
 
 ComPtr<IDispatch> LateObject::ObjectOf(const wchar_t* member, Values arguments) const {

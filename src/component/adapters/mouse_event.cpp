@@ -9,6 +9,7 @@
 #include "component/base/abi.h"
 #include "component/base/failure.h"
 #include "component/base/identity.h"
+#include "host/calls.h"
 #include "qnSystem.h"
 
 namespace tavrix::component {
@@ -89,7 +90,8 @@ class AutomationMouseEvent : public Adapted<host::MouseEvent, IHostMouseEvent> {
     if (!owner_->Ended() || !Object().IsOfScript()) Object().Call(L"Detach");
   }
   [[nodiscard]] std::intptr_t AttachedTo() override {
-    return ToValue(Object().Get(L"AttachedTo")).ToLong();  // Empty: to none yet
+    const host::Value window = ToValue(Object().Get(L"AttachedTo"));
+    return host::NoObject(window, "AttachedTo").ToLong();  // Empty: to none yet
   }
   void SetPosition(std::int32_t position) override { Object().Put(L"Position", Variant(position)); }
   void OnWheel(WheelHandler handler) override {

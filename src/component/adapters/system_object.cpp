@@ -5,7 +5,6 @@
 #include "component/adapters/mouse_event.h"
 #include "component/adapters/values.h"
 #include "host/calls.h"
-#include "host/text.h"
 
 namespace tavrix::component {
 
@@ -55,7 +54,7 @@ class AutomationSystem : public Adapted<host::SystemObject, IHostSystem> {
         Object().GetWithReference(L"NewIdentifier", {Text(table), Text(column)}, error);
     std::string failure = host::NoObject(ToValue(error), "NewIdentifier").ToText();
     if (!failure.empty()) return {0, std::move(failure)};
-    return {host::ToLong32(host::RequiredNumber(ToValue(id), "NewIdentifier")), {}};
+    return {host::RequiredLong(ToValue(id), "NewIdentifier"), {}};
   }
   [[nodiscard]] std::shared_ptr<host::RightsObject> Rights(std::int32_t program) override {
     return Adapt<AutomationRights>(Object().ObjectOf(L"Rights", {Variant(program)}));
