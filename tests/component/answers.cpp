@@ -1,5 +1,6 @@
 #include "component/answers.h"
 
+#include <cstdio>
 #include <optional>
 
 namespace tavrix::test {
@@ -14,8 +15,10 @@ struct State {
   int answer = IDYES;
   int boxes = 0;
   int saves = 0;
+  int ticks = 0;
   HWND saving = nullptr;  ///< the dialog whose save button has been clicked
 };
+constexpr int kMostTicks = 2000;
 std::optional<State> state;
 UINT_PTR timer = 0;
 
@@ -42,6 +45,10 @@ void Save(HWND dialog) {
 
 void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
   if (!state) return;
+  if (++state->ticks > kMostTicks) {
+    std::fprintf(stderr, "a window stays open whatever is answered\n");
+    ExitProcess(3);
+  }
   Found open;
   EnumThreadWindows(GetCurrentThreadId(), &Look, reinterpret_cast<LPARAM>(&open));
   if (open.box != nullptr) {

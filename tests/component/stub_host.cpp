@@ -1,6 +1,7 @@
 #include "component/stub_host.h"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <string_view>
 
@@ -52,18 +53,33 @@ std::string Cell(const StubHost& host, const StubHost::Row& row, const std::stri
   return position < row.size() ? TextOf(row[position]) : std::string();
 }
 
-/// The rows of `gl_code` that a statement asks for by one of its conditions.
-std::vector<StubHost::Row> RowsFor(const StubHost& host, const std::string& sql) {
+std::string Lower(std::string text) {
+  for (char& letter : text) letter = letter >= 'A' && letter <= 'Z' ? letter | ' ' : letter;
+  return text;
+}
+
+/// The rows of `gl_code` that meet the conditions of a statement, as far as they are known here;
+/// from the highest code on where that is asked for.
+std::vector<StubHost::Row> RowsFor(const StubHost& host, const std::string& statement) {
+  const std::string sql = Lower(statement);
   if (sql.find("gl_code") == std::string::npos) return {};
-  std::vector<StubHost::Row> rows;
   const auto category = Behind(sql, "cclass='");
   const auto code = Behind(sql, "ccode='");
   const auto id = Behind(sql, "i_id=");
+  auto start = Behind(sql, "ccode like '");
+  if (const auto parent = Behind(sql, ")='")) start = parent;  // left(ccode,4)='1002'
+  if (start && start->ends_with('%')) start->pop_back();
+  std::vector<StubHost::Row> rows;
   for (const StubHost::Row& row : host.rows) {
     if (category && Cell(host, row, "cclass") != *category) continue;
     if (code && Cell(host, row, "ccode") != *code) continue;
     if (id && Cell(host, row, "i_id") != *id) continue;
+    if (start && !Cell(host, row, "ccode").starts_with(*start)) continue;
     rows.push_back(row);
+  }
+  if (sql.find("max(") != std::string::npos) {
+    std::ranges::sort(rows, std::greater(),
+                      [&](const StubHost::Row& row) { return Cell(host, row, "ccode"); });
   }
   return rows;
 }
@@ -78,12 +94,27 @@ Variant ArrayOf(const std::vector<StubHost::Row>& rows) {
   return records.empty() ? Variant() : RowArray(records);
 }
 
-/// A field of the first row by its name; null for a name that no column has.
-Variant FieldOf(const StubHost& host, const std::vector<StubHost::Row>& rows,
-                const std::string& name) {
-  const std::size_t position = ColumnOf(host, name);
-  return rows.empty() || position >= rows.front().size() ? Variant::Null() : rows.front()[position];
-}
+/// A recordset's rows and where it stands.
+struct Cursor {
+  std::vector<StubHost::Row> rows;
+  std::size_t at = 0;
+
+  [[nodiscard]] bool End() const { return at >= rows.size(); }
+  /// Null for a name that no column has.
+  [[nodiscard]] Variant Field(const StubHost& host, const std::string& name) const {
+    const std::size_t position = ColumnOf(host, name);
+    return End() || position >= rows[at].size() ? Variant::Null() : rows[at][position];
+  }
+  /// "column='text'" or "column=number".
+  void Find(const StubHost& host, const std::string& criteria) {
+    const std::size_t equals = criteria.find('=');
+    const std::size_t start = criteria.find_first_not_of(' ');
+    const std::string column = criteria.substr(start, equals - start);
+    std::string wanted = criteria.substr(equals + 1);
+    std::erase(wanted, '\'');
+    while (!End() && Cell(host, rows[at], column) != wanted) ++at;
+  }
+};
 
 /// A recordset that also hands out its rows in one piece.
 class TextRecordset : public NamedObject, public component::Face<IHostRowTexts> {
@@ -108,26 +139,34 @@ class TextRecordset : public NamedObject, public component::Face<IHostRowTexts> 
 };
 
 Variant Recordset(const Shared& host, const std::string& sql) {
-  const std::vector<StubHost::Row> found = RowsFor(*host, sql);
   const bool given = host->whole_result.Type() != VT_EMPTY;
-  const Variant rows = given ? host->whole_result : ArrayOf(found);
-  const bool none = rows.Type() == VT_EMPTY;
+  auto cursor = std::make_shared<Cursor>(Cursor{RowsFor(*host, sql)});
+  const Variant rows = given ? host->whole_result : ArrayOf(cursor->rows);
+  const auto end = [given, cursor](const StubCall&) { return Variant(!given && cursor->End()); };
+  const auto nothing = [](const StubCall&) { return Variant(); };
   if (host->row_texts) {
-    Members members{{L"EOF", [](const StubCall&) { return Variant(false); }},
-                    {L"Close", [](const StubCall&) { return Variant(); }}};
+    Members members{{L"EOF", [](const StubCall&) { return Variant(false); }}, {L"Close", nothing}};
     return Variant(
         component::MakeObject<TextRecordset>(std::move(members), *host->row_texts).As<IDispatch>());
   }
-  return Variant(Object(host, {{L"EOF", [none](const StubCall&) { return Variant(none); }},
-                               {L"BOF", [none](const StubCall&) { return Variant(none); }},
+  return Variant(Object(host, {{L"EOF", end},
+                               {L"BOF", end},
                                {L"GetRows", [rows](const StubCall&) { return rows; }},
-                               {L"MoveFirst", [](const StubCall&) { return Variant(); }},
-                               {L"Find", [](const StubCall&) { return Variant(); }},
-                               {L"Fields",
-                                [host, found](const StubCall& call) {
-                                  return ValueObject(host, FieldOf(*host, found, call.Text(0)));
+                               {L"MoveFirst",
+                                [cursor](const StubCall&) {
+                                  cursor->at = 0;
+                                  return Variant();
                                 }},
-                               {L"Close", [](const StubCall&) { return Variant(); }}}));
+                               {L"Find",
+                                [host, cursor](const StubCall& call) {
+                                  cursor->Find(*host, call.Text(0));
+                                  return Variant();
+                                }},
+                               {L"Fields",
+                                [host, cursor](const StubCall& call) {
+                                  return ValueObject(host, cursor->Field(*host, call.Text(0)));
+                                }},
+                               {L"Close", nothing}}));
 }
 
 Variant Statement(const Shared& host, const std::string& sql) {
