@@ -1,5 +1,6 @@
 #include "book/book.h"
 
+#include <charconv>
 #include <utility>
 
 #include "book/connection_string.h"
@@ -54,6 +55,22 @@ void Fill(Session& session, const Template& content) {
   transaction.Commit();
 }
 
+/// What the book says of how long a server may take for a statement: seconds, 0 for ever. Anything
+/// else leaves the limit as it is.
+void ApplyTimeLimit(Session& session) {
+  if (session.Own().Encryption() == Wire::kNone) return;  // a file waits for nobody
+  constexpr int kMost = 24 * 60 * 60;
+  try {
+    const std::string text = ReadSetting(session, "desk", "time_limit");
+    int seconds = -1;
+    const char* const end = text.data() + text.size();
+    const auto [stop, failure] = std::from_chars(text.data(), end, seconds);
+    const bool sound = failure == std::errc() && stop == end && seconds >= 0 && seconds <= kMost;
+    if (sound) session.Own().SetTimeLimit(std::chrono::seconds(seconds));
+  } catch (const DatabaseError&) {  // a book without settings
+  }
+}
+
 /// A book held by others, or on a server where only its maker may change it, serves as it is.
 void Renew(Session& session) {
   try {
@@ -81,6 +98,7 @@ Book Book::Open(const std::string& path) {
 Book Book::Open(const Place& place) {
   Book book(std::make_shared<Session>(EngineFor(place.path).Open(place)));
   book.faults_ = CheckSchema(book.session_->Own(), ShownPlace(place.path));
+  ApplyTimeLimit(*book.session_);
   Renew(*book.session_);
   return book;
 }

@@ -108,29 +108,39 @@ void CheckEncryption(std::string_view word) {
                       "连接字符串中 SSLmode 的值“" + std::string(word) + "”无效，可以是：" + known);
 }
 
-/// The word in the option that goes to the server's own library, if it stands there.
-std::string EncryptionInOptions(const std::string& options) {
-  const auto words = ParseLibpq(options);
-  if (!words) return {};
-  for (const auto& [key, value] : *words) {
-    if (key == "sslmode") return value;
+/// What the connection string says of encryption: under the driver's two names for it, or in the
+/// option that goes to the server's own library.
+std::vector<std::string> EncryptionWords(const std::vector<Part>& parts) {
+  std::vector<std::string> words;
+  for (const Part& part : parts) {
+    if (IsKey(part, "sslmode") || IsKey(part, "ca")) words.push_back(Unbraced(part.value));
+    if (!IsKey(part, "pqopt")) continue;
+    for (const auto& [key, value] : ParseLibpq(Unbraced(part.value)).value_or(LibpqWords())) {
+      if (key == "sslmode") words.push_back(value);
+    }
   }
-  return {};
+  return words;
+}
+
+/// With cursors of its own the driver crashes when the server goes away among the rows.
+void CheckFetching(const std::vector<Part>& parts) {
+  for (const Part& part : parts) {
+    const bool named = IsKey(part, "usedeclarefetch") || IsKey(part, "b7");
+    if (!named || Unbraced(part.value) == "0") continue;
+    throw DatabaseError(Trouble::kRefused,
+                        "连接字符串中不能有 UseDeclareFetch=1：服务器中断时，"
+                        "ODBC 驱动程序会使程序崩溃");
+  }
 }
 
 /// With the wish for encryption, where PostgreSQL's driver is named and nothing is said of it.
 std::string WithEncryption(std::string text) {
   const std::vector<Part> parts = PartsOf(text);
   if (!Contains(ValueOf(parts, "driver"), "postgres")) return text;
-  std::string word;
-  for (const char* key : {"sslmode", "ca"}) {  // the driver's own two names for it
-    if (word.empty()) word = ValueOf(parts, key);
-  }
-  if (word.empty()) word = EncryptionInOptions(ValueOf(parts, "pqopt"));
-  if (!word.empty()) {
-    CheckEncryption(word);
-    return text;
-  }
+  CheckFetching(parts);
+  const std::vector<std::string> words = EncryptionWords(parts);
+  std::ranges::for_each(words, CheckEncryption);
+  if (!words.empty()) return text;
   const bool open = !text.empty() && !text.ends_with(';');
   return text + (open ? ";" : "") + "SSLmode=prefer;";
 }
@@ -155,7 +165,7 @@ std::string ShownLibpq(std::string_view place) {
 }  // namespace
 
 bool IsConnectionString(std::string_view place) {
-  if (StartsNoCase(tavrix::host::Trimmed(place), kPrefix) || IsLibpqString(place)) return true;
+  if (StartsNoCase(tavrix::host::Trimmed(place), kPrefix) || StartsAsLibpq(place)) return true;
   const std::vector<Part> parts = PartsOf(place);
   if (parts.empty()) return false;
   const auto first = [&](std::string_view key) { return IsKey(parts.front(), key); };

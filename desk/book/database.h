@@ -108,6 +108,7 @@ using Values = std::span<const host::Value>;
 enum class Wire {
   kNone,       ///< there is none: a file
   kUnknown,    ///< the server does not say
+  kLocal,      ///< it can, but does not leave this machine
   kPlain,      ///< it can
   kEncrypted,  ///< it cannot
 };

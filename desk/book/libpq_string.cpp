@@ -219,16 +219,35 @@ std::string_view DriverKey(std::string_view key) {
   return found == kKeys.end() ? std::string_view() : found->second;
 }
 
+/// Whether a semicolon outside quotes has another key behind it.
+bool HasOdbcParts(std::string_view text) {
+  bool quoted = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\\') {
+      ++i;
+    } else if (text[i] == '\'') {
+      quoted = !quoted;
+    } else if (text[i] == ';' && !quoted) {
+      const std::size_t sign = text.find_first_of("=;'", i + 1);
+      if (sign != std::string_view::npos && text[sign] == '=') return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
-bool IsLibpqString(std::string_view place) {
+bool StartsAsLibpq(std::string_view place) {
   const std::string_view text = host::Trimmed(place);
   if (IsUri(text)) return true;
   const std::string_view key = host::Trimmed(text.substr(0, text.find('=')));
-  if (key.size() == text.size()) return false;
   constexpr std::array<std::string_view, 3> kOthers = {"service", "passfile", "sslrootcert"};
-  return (!DriverKey(key).empty() || std::ranges::find(kOthers, key) != kOthers.end()) &&
-         text.find(';') == std::string_view::npos;
+  return key.size() < text.size() &&
+         (!DriverKey(key).empty() || std::ranges::find(kOthers, key) != kOthers.end());
+}
+
+bool IsLibpqString(std::string_view place) {
+  return StartsAsLibpq(place) && (IsUri(host::Trimmed(place)) || !HasOdbcParts(place));
 }
 
 std::optional<LibpqWords> ParseLibpq(std::string_view place) {

@@ -76,7 +76,8 @@ void OdbcConnection::Connect() {
 }
 
 void OdbcConnection::SetUp() {
-  read_only_ = place_.access == Access::kReadOnly || Info(SQL_DATA_SOURCE_READ_ONLY) == "Y";
+  const bool asked = place_.access == Access::kReadOnly || Info(SQL_DATA_SOURCE_READ_ONLY) == "Y";
+  why_read_only_ = asked ? "账簿是只读的，不能写入" : "";
   for (const std::string& sql : FirstStatements(Makes(), place_)) (void)Read(sql, {});
   JudgeServer();
 }
@@ -87,12 +88,14 @@ void OdbcConnection::JudgeServer() {
   CheckTexts();
 }
 
-/// A standby, and a role that may change nothing in the chart, serve for reading.
+/// A standby, and a role that may change nothing in the chart, serve for reading. A connection that
+/// comes from the server's own address does not leave the machine, nor does one without addresses.
 void OdbcConnection::JudgePostgres() {
   const auto rows = Read(
       "select current_setting('server_encoding'),"
       "(select cast(ssl as integer) from pg_stat_ssl where pid=pg_backend_pid()),"
-      "case when current_setting('transaction_read_only')='on' then 1 else 0 end,"
+      "cast(inet_client_addr() is not distinct from inet_server_addr() as integer),"
+      "cast(current_setting('transaction_read_only')='on' as integer),"
       "(select cast(has_any_column_privilege(oid,'insert,update') or "
       "has_table_privilege(oid,'delete') as integer) from pg_class where relname='gl_code' and "
       "relkind in ('r','p','v') and pg_table_is_visible(oid))",
@@ -106,8 +109,15 @@ void OdbcConnection::JudgePostgres() {
     const host::Value value = rows->Get(column);
     return !value.IsNull() && value.ToLong() == number;
   };
-  if (!rows->Get(1).IsNull()) wire_ = is(1, 1) ? Wire::kEncrypted : Wire::kPlain;
-  if (is(2, 1) || is(3, 0)) read_only_ = true;
+  wire_ = is(2, 1) ? Wire::kLocal : Wire::kPlain;
+  if (is(1, 1)) wire_ = Wire::kEncrypted;
+  if (ReadOnly()) return;
+  if (is(3, 1)) why_read_only_ = "数据库服务器或用户只准读取，账簿不能写入";
+  if (is(4, 0)) why_read_only_ = "数据库用户没有修改账簿的权限，账簿只能查看";
+}
+
+void OdbcConnection::CheckWritable() const {
+  if (ReadOnly()) throw DatabaseError(Trouble::kReadOnly, why_read_only_);
 }
 
 /// Some drivers cut texts behind certain characters, and a database in another character set loses
@@ -181,7 +191,7 @@ std::unique_ptr<OdbcRows> OdbcConnection::ReadAgain(const std::string& sql, Valu
 std::int64_t OdbcConnection::Execute(const std::string& sql, Origin origin, Values parameters) {
   if (origin == Origin::kCaller) {
     statements_.Check(sql);
-    if (read_only_) throw DatabaseError(Trouble::kReadOnly, "账簿是只读的，不能写入");
+    CheckWritable();
   }
   MakeReady();
   return Change(sql, parameters);
@@ -215,7 +225,7 @@ void OdbcConnection::End(SQLSMALLINT how) {
 }
 
 void OdbcConnection::Begin() {
-  if (read_only_) throw DatabaseError(Trouble::kReadOnly, "账簿是只读的，不能写入");
+  CheckWritable();
   if (in_transaction_) throw DatabaseError(Trouble::kOther, "已经有一个没有结束的事务");
   MakeReady();
   const bool lockable = HasTable(kIdentifierTableName);

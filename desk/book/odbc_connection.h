@@ -26,7 +26,7 @@ class OdbcConnection : public Connection {
   void Rollback() noexcept override;
   [[nodiscard]] std::string Driver() const override;
   [[nodiscard]] Flavor Makes() const override { return channel_->Server(); }
-  [[nodiscard]] bool ReadOnly() const override { return read_only_; }
+  [[nodiscard]] bool ReadOnly() const override { return !why_read_only_.empty(); }
   [[nodiscard]] bool HasTable(std::string_view table) override;
   [[nodiscard]] bool HasColumn(std::string_view table, std::string_view column) override;
   [[nodiscard]] int SchemaVersion() override;
@@ -40,6 +40,8 @@ class OdbcConnection : public Connection {
   /// What a server says of itself decides whether its book can be kept there, and how.
   void JudgeServer();
   void JudgePostgres();
+  /// `DatabaseError` when nothing may be changed.
+  void CheckWritable() const;
   void CheckTexts();
   void MakeReady();
   [[nodiscard]] std::unique_ptr<OdbcRows> Read(const std::string& sql, Values parameters);
@@ -56,7 +58,7 @@ class OdbcConnection : public Connection {
 
   Place place_;
   std::shared_ptr<OdbcChannel> channel_;
-  bool read_only_ = false;
+  std::string why_read_only_;  ///< empty where changes are welcome
   Wire wire_ = Wire::kUnknown;
   bool in_transaction_ = false;
   bool failed_ = false;           ///< a statement of the transaction under way has failed

@@ -62,10 +62,45 @@ bool IsDuplicate(const Diagnosis& diagnosis, Flavor flavor) {
   }
 }
 
+struct Cause {
+  std::string_view words;  ///< of the server or of what speaks to it
+  std::string_view text;
+};
+
+/// PostgreSQL's driver has one state for every connection that fails; why it did stands in the
+/// message alone. In another language than English the message has to do by itself.
+constexpr std::array<Cause, 14> kConnectingCauses = {{
+    {"password authentication failed", "用户名或密码不正确"},
+    {"no password supplied", "数据库服务器要求密码，而连接字符串中没有"},
+    {"authentication failed", "数据库服务器没有认可这个用户"},
+    {"no pg_hba.conf entry", "数据库服务器不允许这样连接"},
+    {"is not permitted to log in", "数据库服务器不允许这个用户连接"},
+    {"permission denied for database", "没有使用账簿的权限"},
+    {"role \"", "没有这个数据库用户"},
+    {"database \"", "没有这个数据库"},
+    {"server does not support SSL", "数据库服务器不支持加密，因此没有连接"},
+    {"certificate verify failed", "不信任数据库服务器的证书，因此没有连接"},
+    {"does not match host name", "数据库服务器的证书是给别的服务器的，因此没有连接"},
+    {"root certificate", "没有检查数据库服务器的根证书，因此没有连接"},
+    {"too many clients", "数据库服务器的连接已满，请稍后再试"},
+    {"connection slots are reserved", "数据库服务器的连接已满，请稍后再试"},
+}};
+
+Meaning ConnectingMeaning(const std::string& message) {
+  const auto* const cause = std::ranges::find_if(kConnectingCauses, [&](const Cause& one) {
+    return message.find(one.words) != std::string::npos;
+  });
+  if (cause != kConnectingCauses.end()) return {Trouble::kOther, cause->text};
+  return {Trouble::kGone, "不能连接数据库服务器"};
+}
+
 Meaning MeaningOf(const Diagnosis& diagnosis, Flavor flavor, bool connecting) {
   const std::string_view state = diagnosis.state;
   const bool late = connecting && state == "HYT00";  // of a statement it means a lock
-  if (state == "08001" || late) return {Trouble::kGone, "不能连接数据库服务器"};
+  if (state == "08001" || late) return ConnectingMeaning(diagnosis.message);
+  if (state == "57014") {
+    return {Trouble::kOther, "语句超过了时间限制，或被管理员中止，没有生效"};
+  }
   if (state.starts_with("08") || state.starts_with("57P") || state == "HYT01") return kGoneMeaning;
   if (IsLock(diagnosis, flavor)) return kLockedMeaning;
   if (IsDuplicate(diagnosis, flavor)) {

@@ -12,7 +12,7 @@ readonly packages=(
   # running what is built for Windows, and looking at it
   wine wine64 fonts-wqy-zenhei xvfb openbox xdotool imagemagick x11-utils sqlite3
   # a database server for the tests, and the driver that reaches it
-  postgresql odbc-postgresql
+  postgresql odbc-postgresql openssl
 )
 
 # missing_packages PACKAGE...: those of them that are not installed.

@@ -5,6 +5,7 @@
 server_folder=
 server_port=
 readonly server_host=127.0.0.1 standby_host=127.0.0.2
+readonly new_key=(-newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes)
 
 # The newest installed version's programs; Debian keeps them out of the path.
 server_programs() { printf '%s\n' /usr/lib/postgresql/*/bin | sort -V | tail -n 1; }
@@ -28,7 +29,8 @@ start_server() {
   if [[ $(id -u) == 0 ]]; then chown postgres: "$server_folder"; fi
   # The server's own settings, not those of whoever calls.
   as_server_user "$programs/initdb" -D "$server_folder/data" -U book -E UTF8 --locale=C.UTF-8 \
-    -A trust --no-sync >"$log" 2>&1 || { cat "$log" >&2; stop_server; return 1; }
+    -A trust --no-sync >"$log" 2>&1 && secure_server "$log" ||
+    { cat "$log" >&2; stop_server; return 1; }
   for try in 1 2 3 4 5; do
     server_port=$((20000 + RANDOM % 20000))
     ! port_taken "$server_port" || continue
@@ -37,6 +39,33 @@ start_server() {
   cat "$log" >&2
   stop_server
   return 1
+}
+
+# secure_server LOG: encryption for those who ask for it, with a certificate for the server's address
+# that root.crt has signed and stranger.crt has not; and a group of users who need a password.
+secure_server() {
+  local log=$1 certificates name
+  certificates=$(mktemp -d) || return 1
+  (
+    cd "$certificates"
+    for name in root stranger; do
+      openssl req -x509 "${new_key[@]}" -days 2 -subj "/CN=$name" -keyout "$name.key" -out "$name.crt"
+    done
+    openssl req "${new_key[@]}" -subj /CN=server -keyout server.key -out server.csr
+    printf 'subjectAltName=IP:%s' "$server_host" >names
+    openssl x509 -req -in server.csr -CA root.crt -CAkey root.key -CAcreateserial -days 2 \
+      -extfile names -out server.crt
+    chmod 600 server.key
+    printf 'host all +password_users all scram-sha-256\n' >users
+    cat "$server_folder/data/pg_hba.conf" >>users
+    if [[ $(id -u) == 0 ]]; then chown postgres: -- *; fi
+    mv root.crt stranger.crt server.crt server.key "$server_folder/data"
+    mv users "$server_folder/data/pg_hba.conf"
+    printf 'ssl = on\n' >>"$server_folder/data/postgresql.conf"
+  ) >>"$log" 2>&1
+  local status=$?
+  rm -rf "$certificates"
+  return "$status"
 }
 
 # start_standby LOG: a second server, on the same port of another host, repeats the first one, which
@@ -97,8 +126,9 @@ stop_server() {
   server_folder=
 }
 
-# server_connection [HOSTS]: of the first server unless others are named.
+# server_connection [HOSTS]: of the first server unless others are named. Without encryption: what is
+# measured is the desk.
 server_connection() {
-  printf 'Driver={PostgreSQL Unicode};Server=%s;Port=%s;Database=postgres;Uid=book;' \
+  printf 'Driver={PostgreSQL Unicode};Server=%s;Port=%s;Database=postgres;Uid=book;SSLmode=disable;' \
     "${1:-$server_host}" "$server_port"
 }

@@ -32,6 +32,8 @@ TEST(ConnectionString, IsToldFromAFileAndShownWithoutItsPassword) {
   for (const char* text :
        {"DSN=a;Pwd={x}}y;z;zy};Port=1", "DSN=a; Pwd = {x;y};Port=1", "DSN=a;Pwd=x;y z;Port=1",
         "DSN=a;pqopt={sslpassword=xyz};Port=1", "Server=a;Uid=b;Pwd=xyz;Port=1",
+        "host=a password=x;y=z user=b", "user=b;password=x y=z", "host=a password='x;y=z",
+        "postgresql://a:x;y=z@b/c?d", "password = 'x\\' y;z=' host=a",
         " Driver={a};SslPwd=xyz;Port=1", "odbc;UserPassword={x;y;z;Port=1"}) {
     EXPECT_TRUE(IsConnectionString(text)) << text;
     EXPECT_EQ(ShownPlace(text).find_first_of("xyz"), std::string::npos) << ShownPlace(text);
