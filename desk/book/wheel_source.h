@@ -17,7 +17,8 @@ class WheelSource : public host::MouseEvent {
   /// One notch of a wheel, in the units that `Turn` takes.
   static constexpr int kNotch = 120;
 
-  void SetRange(std::int32_t maximum) override { SetRange(maximum, 0); }
+  /// From the first row of data: a notch that led from the header to it would move nothing.
+  void SetRange(std::int32_t maximum) override { SetRange(maximum, 1); }
   /// Positions go from `first_row` to `maximum`; the one that stands is held within them.
   void SetRange(std::int32_t maximum, std::int32_t first_row) override;
   /// A window that is attached already is let go first. 0 attaches to nothing.

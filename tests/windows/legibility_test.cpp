@@ -11,6 +11,7 @@
 #include "viewkit/flex_grid.h"
 #include "viewkit/label.h"
 #include "viewkit/tab_strip.h"
+#include "viewkit/win32/fonts.h"
 #include "viewkit/win32/handles.h"
 #include "viewkit/win32/line_text.h"
 #include "viewkit/win32/view_window.h"
@@ -114,6 +115,30 @@ TEST_F(LegibilityTest, ACutTextEndsInOneEllipsisAndFits) {
       ASSERT_EQ(Wide(Narrow(cut)), cut) << "half a character";
     }
     EXPECT_EQ(CutToFit(dc.Get(), text, 0), L"…");
+  }
+}
+
+TEST_F(LegibilityTest, WhatWasCutIsPaintedWhole) {
+  constexpr int kRoom = 120;
+  constexpr int kWide = 400;
+  const FontSet fonts(FontSpec::System(), Scale{96});
+  const auto painted = [&](const std::wstring& text, int room) {
+    return Picture(kWide, 20, [&](HDC dc) {
+      const Selected font(dc, fonts.Get(false));
+      SetTextColor(dc, RGB(255, 255, 255));
+      SetBkMode(dc, TRANSPARENT);
+      DrawLine(dc, text, {0, 0, room, 20}, DT_LEFT | DT_VCENTER);
+    });
+  };
+  const MemoryDc dc;
+  const Selected font(dc.Get(), fonts.Get(false));
+  for (const std::wstring text :
+       {L"L’achat d’études et de prestations de services",
+        L"Produits des cessions d’éléments d’actif d’exploitation",
+        L"2024-01-31 -- 2024-02-29 -- 2024-03-31", L"—— 一个很长的名称 ——"}) {
+    const std::wstring cut = CutToFit(dc.Get(), text, kRoom);
+    ASSERT_EQ(cut.back(), L'…');
+    EXPECT_EQ(painted(text, kRoom), painted(cut, kWide)) << Narrow(cut);
   }
 }
 

@@ -275,6 +275,16 @@ void FrameWindow::OnDpi(const RECT& wanted) {
   owner_->OnStyle();
 }
 
+/// The pictures are drawn in the user's colours, and only this window is told that they have
+/// changed.
+void FrameWindow::OnColors() {
+  for (const HWND part : {tool_bar_->Handle(), status_->Handle(), reports_->Hwnd()}) {
+    SendMessageW(part, WM_SYSCOLORCHANGE, 0, 0);
+  }
+  tool_bar_->SetStyle(style_);
+  RedrawWindow(Hwnd(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+}
+
 void FrameWindow::OnActivation(bool active) {
   if (!active) {
     const HWND focus = GetFocus();
@@ -338,6 +348,9 @@ LRESULT FrameWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       return 0;
     case WM_DPICHANGED:
       OnDpi(*reinterpret_cast<const RECT*>(lparam));
+      return 0;
+    case WM_SYSCOLORCHANGE:
+      OnColors();
       return 0;
     case WM_CLOSE:
       if (owner_->OnClosing()) Destroy();

@@ -103,6 +103,7 @@ class FrameWindow : public tavrix::viewkit::win32::Window {
   void ShowOthers();
   void OnContextMenu(LPARAM place);
   void OnDpi(const RECT& wanted);
+  void OnColors();
   void OnMenuOpening(HMENU menu);
   void OnActivation(bool active);
   void RestoreFocus();

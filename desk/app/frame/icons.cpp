@@ -12,7 +12,6 @@ namespace {
 
 namespace win32 = tavrix::viewkit::win32;
 
-constexpr COLORREF kInk = RGB(72, 86, 104);
 constexpr COLORREF kSoft = RGB(160, 172, 186);
 constexpr COLORREF kPaper = RGB(240, 244, 249);
 constexpr COLORREF kBlue = kLinkColor;
@@ -20,6 +19,11 @@ constexpr COLORREF kGreen = RGB(46, 150, 92);
 constexpr COLORREF kRed = kErrorColor;
 constexpr COLORREF kAmber = kWarningColor;
 constexpr COLORREF kWhite = RGB(255, 255, 255);
+
+/// Lines and frames, which must be seen on dark strips too.
+COLORREF Ink() {
+  return Readable(RGB(72, 86, 104), FaceColor(), TextColor());
+}
 
 void Plus(IconCanvas& c, IconPoint center) {
   c.Disc(kWhite, center, 5.6);
@@ -46,13 +50,13 @@ void OpenBook(IconCanvas& c) {
 void AddSibling(IconCanvas& c) {
   c.Line(kSoft, 1.4, {{4, 3}, {4, 15}, {8, 15}});
   c.Line(kSoft, 1.4, {{4, 6}, {8, 6}});
-  c.Box(kInk, {8, 3.5}, {21, 8.5}, 1);
+  c.Box(Ink(), {8, 3.5}, {21, 8.5}, 1);
   c.Box(kGreen, {8, 12.5}, {21, 17.5}, 1);
   Plus(c, {18, 18});
 }
 
 void AddChild(IconCanvas& c) {
-  c.Box(kInk, {3, 3.5}, {17, 8.5}, 1);
+  c.Box(Ink(), {3, 3.5}, {17, 8.5}, 1);
   c.Line(kSoft, 1.4, {{6, 9}, {6, 15}, {10, 15}});
   c.Box(kGreen, {10, 12.5}, {21, 17.5}, 1);
   Plus(c, {18, 18});
@@ -61,7 +65,7 @@ void AddChild(IconCanvas& c) {
 void Edit(IconCanvas& c) {
   c.Polygon(kBlue, {{6, 14}, {15.5, 4.5}, {19.5, 8.5}, {10, 18}});
   c.Polygon(kAmber, {{16.5, 3.5}, {18, 2}, {22, 6}, {20.5, 7.5}});
-  c.Polygon(kInk, {{5, 15}, {9, 19}, {3.5, 20.5}});
+  c.Polygon(Ink(), {{5, 15}, {9, 19}, {3.5, 20.5}});
   c.Box(kSoft, {12, 20}, {21, 21.5});
 }
 
@@ -79,11 +83,11 @@ void Move(IconCanvas& c, bool up, bool bar) {
   const double tip = bar ? 7 : 5;
   c.Polygon(kBlue, {{12, y(tip)}, {19.5, y(tip + 8)}, {4.5, y(tip + 8)}});
   c.Box(kBlue, {9.5, std::min(y(tip + 7.5), y(20))}, {14.5, std::max(y(tip + 7.5), y(20))}, 0.5);
-  if (bar) c.Box(kInk, {4.5, std::min(y(3), y(5.5))}, {19.5, std::max(y(3), y(5.5))}, 0.5);
+  if (bar) c.Box(Ink(), {4.5, std::min(y(3), y(5.5))}, {19.5, std::max(y(3), y(5.5))}, 0.5);
 }
 
 void Find(IconCanvas& c) {
-  c.Line(kInk, 3.4, {{15, 15}, {20.5, 20.5}});
+  c.Line(Ink(), 3.4, {{15, 15}, {20.5, 20.5}});
   c.Disc(kBlue, {10, 10}, 7.5);
   c.Disc(kPaper, {10, 10}, 5.3);
 }
@@ -101,7 +105,7 @@ void Refresh(IconCanvas& c) {
 }
 
 void Voucher(IconCanvas& c) {
-  c.Box(kInk, {3, 3}, {21, 21}, 1.5);
+  c.Box(Ink(), {3, 3}, {21, 21}, 1.5);
   c.Box(kPaper, {4.5, 8}, {19.5, 19.5}, 0.5);
   c.Box(kWhite, {8, 4.8}, {16, 6.2});
   c.Box(kSoft, {11.5, 8}, {12.5, 19.5});
@@ -125,16 +129,16 @@ void Error(IconCanvas& c) {
 }
 
 void Reports(IconCanvas& c) {
-  c.Box(kInk, {2.5, 3}, {21.5, 21}, 1.5);
+  c.Box(Ink(), {2.5, 3}, {21.5, 21}, 1.5);
   c.Box(kPaper, {4, 6.5}, {20, 19.5}, 0.5);
   c.Disc(kRed, {7.5, 10}, 1.7);
   c.Disc(kAmber, {7.5, 15.8}, 1.7);
-  c.Box(kInk, {11, 9.2}, {18, 10.8});
-  c.Box(kInk, {11, 15}, {18, 16.6});
+  c.Box(Ink(), {11, 9.2}, {18, 10.8});
+  c.Box(Ink(), {11, 15}, {18, 16.6});
 }
 
 void Details(IconCanvas& c) {
-  c.Box(kInk, {2.5, 3}, {21.5, 21}, 1.5);
+  c.Box(Ink(), {2.5, 3}, {21.5, 21}, 1.5);
   c.Box(kPaper, {4, 4.5}, {12.5, 19.5}, 0.5);
   c.Box(kWhite, {14, 6}, {20, 7.4});
   c.Box(kSoft, {14, 9}, {20, 10.2});
@@ -144,21 +148,21 @@ void Details(IconCanvas& c) {
 }
 
 void More(IconCanvas& c) {
-  c.Line(kInk, 2, {{5, 6}, {11, 12}, {5, 18}});
-  c.Line(kInk, 2, {{12, 6}, {18, 12}, {12, 18}});
+  c.Line(Ink(), 2, {{5, 6}, {11, 12}, {5, 18}});
+  c.Line(Ink(), 2, {{12, 6}, {18, 12}, {12, 18}});
 }
 
 void Close(IconCanvas& c) {
-  c.Line(kInk, 2.2, {{7, 7}, {17, 17}});
-  c.Line(kInk, 2.2, {{17, 7}, {7, 17}});
+  c.Line(Ink(), 2.2, {{7, 7}, {17, 17}});
+  c.Line(Ink(), 2.2, {{17, 7}, {7, 17}});
 }
 
 void Collapse(IconCanvas& c) {
-  c.Line(kInk, 2.2, {{6, 9}, {12, 15}, {18, 9}});
+  c.Line(Ink(), 2.2, {{6, 9}, {12, 15}, {18, 9}});
 }
 
 void Expand(IconCanvas& c) {
-  c.Line(kInk, 2.2, {{6, 15}, {12, 9}, {18, 15}});
+  c.Line(Ink(), 2.2, {{6, 15}, {12, 9}, {18, 15}});
 }
 
 void Ledger(IconCanvas& c) {

@@ -134,6 +134,17 @@ void ReportPane::Arrange() {
   const RECT area = Client();
   MoveWindow(list_.Get(), 0, style_->strip_height, area.right,
              std::max(0L, area.bottom - style_->strip_height), TRUE);
+  WidenTexts();
+}
+
+/// The texts have all that the other columns leave.
+void ReportPane::WidenTexts() {
+  RECT area{};
+  GetClientRect(list_.Get(), &area);
+  int room = static_cast<int>(area.right);
+  for (int i = kTime; i < kText; ++i) room -= ListView_GetColumnWidth(list_.Get(), i);
+  const int least = style_->scale.Design(kColumns[kText].width);
+  ListView_SetColumnWidth(list_.Get(), kText, std::max(room, least));
 }
 
 RECT ReportPane::ClearButton() const {

@@ -45,6 +45,7 @@ class ReportPane : public Pane {
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
   void CreateList();
   void Arrange() override;
+  void WidenTexts();
   void Paint(HDC dc, const RECT& area) override;
   void DrawHeading(HDC dc, const RECT& area) const;
   [[nodiscard]] RECT ClearButton() const;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "viewkit/contrast.h"
 #include "viewkit/win32/colors.h"
+#include "viewkit/win32/line_text.h"
 
 namespace desk::app {
 
@@ -23,6 +23,12 @@ bool HighContrast() {
   contrast.cbSize = sizeof contrast;
   return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) &&
          (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
+}
+
+/// Of a small text.
+COLORREF OnStrip(COLORREF wanted) {
+  constexpr double kEasilyRead = 4;
+  return Readable(wanted, FaceColor(), TextColor(), kEasilyRead);
 }
 
 }  // namespace
@@ -60,19 +66,19 @@ COLORREF LineColor() {
 }
 
 COLORREF LinkColor() {
-  return Readable(kLinkColor, FaceColor(), TextColor());
+  return OnStrip(kLinkColor);
 }
 
 COLORREF RefusedColor() {
-  return Readable(kRefusedColor, FaceColor(), TextColor());
+  return OnStrip(kRefusedColor);
 }
 
 COLORREF DoneColor() {
-  return Readable(kDoneColor, FaceColor(), TextColor());
+  return OnStrip(kDoneColor);
 }
 
-COLORREF Readable(COLORREF wanted, COLORREF ground, COLORREF system) {
-  const bool readable = tavrix::viewkit::Contrast(wanted, ground) >= tavrix::viewkit::kLegible;
+COLORREF Readable(COLORREF wanted, COLORREF ground, COLORREF system, double least) {
+  const bool readable = tavrix::viewkit::Contrast(wanted, ground) >= least;
   return readable && !HighContrast() ? wanted : system;
 }
 
@@ -90,11 +96,10 @@ void FillPane(HDC dc, const RECT& area, const Style& style) {
   FillBox(dc, {area.left, area.top, area.right, area.top + style.scale.Design(1)}, LineColor());
 }
 
-void DrawLine(HDC dc, const wchar_t* text, RECT area, COLORREF color, UINT flags) {
+void DrawLine(HDC dc, const wchar_t* text, const RECT& area, COLORREF color, UINT flags) {
   SetBkMode(dc, TRANSPARENT);
   SetTextColor(dc, color);
-  DrawTextW(dc, text, -1, &area,
-            flags | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
+  win32::DrawLine(dc, text, area, flags | DT_VCENTER);
 }
 
 }  // namespace desk::app

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "viewkit/contrast.h"
 #include "viewkit/win32/fonts.h"
 #include "viewkit/win32/scale.h"
 
@@ -47,9 +48,10 @@ inline constexpr COLORREF kDoneColor = RGB(34, 120, 72);
 [[nodiscard]] COLORREF RefusedColor();
 [[nodiscard]] COLORREF DoneColor();
 
-/// `wanted` where it can be read on `ground`, else `system`: users may have set dark colours, or
-/// colours of high contrast.
-[[nodiscard]] COLORREF Readable(COLORREF wanted, COLORREF ground, COLORREF system);
+/// `wanted` where it has at least that contrast to `ground`, else `system`: users may have set dark
+/// colours, or colours of high contrast.
+[[nodiscard]] COLORREF Readable(COLORREF wanted, COLORREF ground, COLORREF system,
+                                double least = tavrix::viewkit::kLegible);
 
 /// Gives all windows inside `parent` the font of the frame's texts.
 void SetFontsInside(HWND parent, const Style& style);
@@ -60,6 +62,6 @@ void FillBox(HDC dc, const RECT& area, COLORREF color);
 void FillPane(HDC dc, const RECT& area, const Style& style);
 
 /// One line of text, centred vertically, cut with an ellipsis; in the device context's font.
-void DrawLine(HDC dc, const wchar_t* text, RECT area, COLORREF color, UINT flags = DT_LEFT);
+void DrawLine(HDC dc, const wchar_t* text, const RECT& area, COLORREF color, UINT flags = DT_LEFT);
 
 }  // namespace desk::app

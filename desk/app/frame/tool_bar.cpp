@@ -1,6 +1,7 @@
 #include "app/frame/tool_bar.h"
 
 #include <commctrl.h>
+#include <uxtheme.h>
 
 #include <algorithm>
 #include <vector>
@@ -181,12 +182,29 @@ bool ToolBar::OnNotify(const NMHDR& header, LRESULT& result) const {
 }
 
 LRESULT ToolBar::Paint(const NMHDR& header) const {
-  const auto& draw = reinterpret_cast<const NMTBCUSTOMDRAW&>(header).nmcd;
-  if (draw.dwDrawStage != CDDS_PREPAINT) return CDRF_DODEFAULT;
+  // The answer stands in the structure that the system passes by its common head.
+  auto& bar = const_cast<NMTBCUSTOMDRAW&>(reinterpret_cast<const NMTBCUSTOMDRAW&>(header));
+  if (bar.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) return PaintButton(bar);
+  if (bar.nmcd.dwDrawStage != CDDS_PREPAINT) return CDRF_DODEFAULT;
   RECT area{};
   GetClientRect(Handle(), &area);
-  FillBox(draw.hdc, area, FaceColor());
-  return CDRF_DODEFAULT;
+  FillBox(bar.nmcd.hdc, area, FaceColor());
+  return GetWindowTheme(Handle()) == nullptr ? CDRF_NOTIFYITEMDRAW : CDRF_DODEFAULT;
+}
+
+/// Without themes, as in colours of high contrast, the system patterns the ground of a pressed
+/// button and doubles a disabled text, and neither can be read. A pressed button gets a frame
+/// instead.
+LRESULT ToolBar::PaintButton(NMTBCUSTOMDRAW& button) {
+  if ((button.nmcd.uItemState & CDIS_CHECKED) != 0) {
+    RECT place = button.nmcd.rc;
+    FillBox(button.nmcd.hdc, place, GetSysColor(COLOR_HIGHLIGHT));
+    InflateRect(&place, -GetSystemMetrics(SM_CXEDGE), -GetSystemMetrics(SM_CYEDGE));
+    FillBox(button.nmcd.hdc, place, FaceColor());
+  }
+  button.clrText = TextColor();
+  button.clrBtnHighlight = FaceColor();
+  return TBCDRF_NOBACKGROUND | TBCDRF_NOEDGES | TBCDRF_NOETCHEDEFFECT | TBCDRF_USECDCOLORS;
 }
 
 }  // namespace desk::app

@@ -49,6 +49,7 @@ class ToolBar {
   void Show(int id, bool shown);
   void Size();
   [[nodiscard]] LRESULT Paint(const NMHDR& header) const;
+  [[nodiscard]] static LRESULT PaintButton(NMTBCUSTOMDRAW& button);
 
   SharedStyle style_;
   std::vector<Item> items_;

@@ -8,7 +8,6 @@
 #include "app/faces/window_wheel.h"
 #include "app/frame/new_book_dialog.h"
 #include "app/program/name_column.h"
-#include "app/program/view_layout.h"
 #include "book/connection_string.h"
 #include "book/posting.h"
 #include "book/sample.h"
@@ -51,6 +50,11 @@ NewBookPlan PlanOfNewBooks(const fs::path& folder) {
 
 bool IsOnServer(const std::wstring& place) {
   return book::IsConnectionString(Narrow(place));
+}
+
+/// A connection with a password in it is not written down.
+bool MayBeKept(const std::wstring& place) {
+  return !IsOnServer(place) || book::ShownPlace(Narrow(place)) == Narrow(place);
 }
 
 /// Whether the book may be there; a server tells only when it is asked to open it.
@@ -159,134 +163,6 @@ void Desk::TellUnsaved(const std::string& text) {
                      .book = open_ ? NameOf(open_->file) : std::wstring()});
 }
 
-void Desk::OnCommand(Command command) {
-  Trapped({}, [&] { Do(command); });
-  account_->Renew();
-  if (frame_->Alive()) frame_->UpdateCommands();
-}
-
-void Desk::Do(Command command) {
-  const WORD recent = static_cast<WORD>(IdOf(command) - IdOf(Command::kRecentFirst));
-  if (IdOf(command) >= IdOf(Command::kRecentFirst)) return OpenRecent(recent);
-  switch (command) {
-    case Command::kNewBook:
-      return AskNew();
-    case Command::kOpenBook:
-      return AskOpen();
-    case Command::kExit:
-      PostMessageW(frame_->Hwnd(), WM_CLOSE, 0, 0);
-      return;
-    case Command::kReports:
-      return frame_->Reports().SetOpen(!frame_->Reports().Open());
-    case Command::kAccountPane:
-      return account_->SetShown(!account_->Shown());
-    case Command::kAbout:
-      return About();
-    default:
-      if (StateOf(command).enabled) DoOnBook(command);
-  }
-}
-
-void Desk::DoOnBook(Command command) {
-  KjkmView& view = *View();
-  switch (command) {
-    case Command::kAddSibling:
-      view.Call(&IFormUI::FileNew);
-      return;
-    case Command::kAddChild:
-      view.Call(&IFormUI::FileNewNext);
-      return;
-    case Command::kEdit:
-      view.Call(&IFormUI::FileEdit);
-      return;
-    case Command::kDelete:
-      view.Call(&IFormUI::FileDelete);
-      return;
-    case Command::kRecordTop:
-      view.Call(&IFormUI::RecordTop);
-      return;
-    case Command::kRecordPrevious:
-      view.Call(&IFormUI::RecordPrevious);
-      return;
-    case Command::kRecordNext:
-      view.Call(&IFormUI::RecordNext);
-      return;
-    case Command::kRecordBottom:
-      view.Call(&IFormUI::RecordBottom);
-      return;
-    case Command::kRefresh:
-      return ReadAgain();
-    case Command::kFind:
-      return frame_->ShowBar(frame_->FindBar(), true);
-    case Command::kFindNext:
-      return OnFindNext();
-    case Command::kFilter:
-      return frame_->ShowBar(frame_->FilterBar(), true);
-    case Command::kPosting:
-      return ShowPosting(!posting_shown_);
-    case Command::kTrialBalance:
-      return ShowTrialBalance();
-    case Command::kColumns:
-      return AskViewLayout(view, *open_->book.System(), frame_->Hwnd());
-    case Command::kPickerColumns:
-      return AskPickerLayout(posting_->Picker(), *open_->book.System(), frame_->Hwnd());
-    default:
-      return DoOnOutline(command);
-  }
-}
-
-CommandState Desk::StateOf(Command command) {
-  switch (command) {
-    case Command::kNewBook:
-    case Command::kOpenBook:
-    case Command::kExit:
-    case Command::kAbout:
-      return {};
-    case Command::kReports:
-      return {.pressed = frame_->Reports().Open()};
-    case Command::kAccountPane:
-      return {.pressed = account_->Shown()};
-    default:
-      break;
-  }
-  const KjkmView* view = View();
-  const bool started = view != nullptr && view->Started();
-  if (!started) return {.enabled = false};
-  try {
-    return StateOnRow(view->State(), command);
-  } catch (const std::exception&) {  // a view that does not answer has no commands
-    return {.enabled = false};
-  }
-}
-
-CommandState Desk::StateOnRow(const ViewState& state, Command command) const {
-  switch (command) {
-    case Command::kAddSibling:
-      return {.enabled = state.row_selected || !state.has_rows};
-    case Command::kAddChild:
-      return {.enabled = state.row_selected || !state.has_rows, .shown = View()->OffersAddChild()};
-    case Command::kEdit:
-    case Command::kDelete:
-      return {.enabled = state.row_selected};
-    case Command::kRecordTop:
-    case Command::kRecordPrevious:
-    case Command::kRecordNext:
-    case Command::kRecordBottom:
-    case Command::kFindNext:
-    case Command::kExpandAll:
-    case Command::kCollapseAll:
-      return {.enabled = state.has_rows};
-    case Command::kFind:
-      return {.enabled = state.has_rows, .pressed = frame_->FindBar().Shown()};
-    case Command::kFilter:
-      return {.enabled = state.has_rows, .pressed = frame_->FilterBar().Shown()};
-    case Command::kPosting:
-      return {.pressed = posting_shown_};
-    default:
-      return {};
-  }
-}
-
 void Desk::OnViewArea(const RECT& area) {
   if (View()) View()->Container().SetArea(area);
 }
@@ -371,9 +247,7 @@ void Desk::Show(book::Book book, const std::wstring& file) {
   book.Around().user_folder = Narrow(folders_.user.wstring());
   book.Around().make_mouse_event = [] { return WindowWheel::Make(); };
   open_.emplace(OpenBook{.book = std::move(book), .file = file, .view = nullptr});
-  // A connection with a password in it is not written down.
-  const bool secret = IsOnServer(file) && book::ShownPlace(Narrow(file)) != Narrow(file);
-  if (!secret) settings_.Remember(file);
+  if (MayBeKept(file)) settings_.Remember(file);
   frame_->SetRecent(settings_.Recent());
   TellBook();
   if (!open_->book.Faults().empty()) {
@@ -400,14 +274,24 @@ void Desk::StartView() {
       views::DefaultLayout::kPicker,
       tavrix::viewkit::GetSelfFilePath(AccountPicker::StatusName(), *open_->book.System()));
   open_->view->Start(system.Get(), open_->book.System()->CreateGridNavigator());
-  FitNameColumns(*open_->view, *open_->book.System(), settings_, frame_->CurrentStyle()->fonts);
+  open_->view->OpenAgain(settings_.Branches().Read(Narrow(open_->file)));
+  FitNameColumns(*open_->view, *open_->book.System(), frame_->CurrentStyle()->fonts);
   OnFocusView();
+}
+
+void Desk::KeepBranches() {
+  if (View() == nullptr || !View()->Started() || !MayBeKept(open_->file)) return;
+  try {
+    settings_.Branches().Write(Narrow(open_->file), View()->OpenBranches());
+  } catch (const std::exception&) {  // a view that does not answer has no branches
+  }
 }
 
 void Desk::CloseBook() {
   if (!open_) return;
   CloseTrialBalance();
   posting_->ForgetBook();
+  KeepBranches();
   open_->view.reset();
   open_.reset();
   if (!frame_->Alive()) return;

@@ -65,6 +65,7 @@ class Desk : private FrameOwner {
   void OpenSample();
   void Show(book::Book book, const std::wstring& file);
   void StartView();
+  void KeepBranches();
   void CloseBook();
   /// Brings what is shown in line with the book after a change.
   void CatchUp();

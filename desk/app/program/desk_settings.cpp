@@ -61,7 +61,8 @@ DeskFolders DeskFolders::Find() {
           .books = FolderIn(FOLDERID_Documents, L"books")};
 }
 
-DeskSettings::DeskSettings(const DeskFolders& folders) {
+DeskSettings::DeskSettings(const DeskFolders& folders)
+    : branches_(Narrow((folders.user / L"branches.txt").wstring())) {
   file_.SetFileName(Narrow((folders.user / L"desk.txt").wstring()));
   for (std::size_t i = 0; i < kRecentBooks; ++i) {
     const std::string path = file_.ReadValue(kFrame, "Recent" + std::to_string(i), "");
@@ -141,14 +142,6 @@ int DeskSettings::AccountWidth() {
 
 bool DeskSettings::AccountShown() {
   return Number(kFrame, "AccountShown", 1) != 0;
-}
-
-int DeskSettings::NameWidth() {
-  return static_cast<int>(Number(kFrame, "NameWidth", 0));
-}
-
-void DeskSettings::SaveNameWidth(int width) {
-  Write(kFrame, "NameWidth", std::to_string(width));
 }
 
 void DeskSettings::SaveAccountPane(int width, bool shown) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "book/kept_branches.h"
 #include "book/settings_file.h"
 
 namespace desk::app {
@@ -46,10 +47,8 @@ class DeskSettings {
   [[nodiscard]] bool AccountShown();
   void SaveAccountPane(int width, bool shown);
 
-  /// How wide the program itself has made the column of names, in twips; 0 for not yet. Another
-  /// width in the layout file is the user's.
-  [[nodiscard]] int NameWidth();
-  void SaveNameWidth(int width);
+  /// The branches that the user leaves open in each book.
+  [[nodiscard]] book::KeptBranches& Branches() { return branches_; }
 
  private:
   [[nodiscard]] long Number(const char* section, const char* key, long fallback);
@@ -57,6 +56,7 @@ class DeskSettings {
   void WriteRecent();
 
   book::SharedSettingsFile file_;
+  book::KeptBranches branches_;
   std::vector<std::wstring> recent_;
 };
 

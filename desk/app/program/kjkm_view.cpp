@@ -1,5 +1,6 @@
 #include "app/program/kjkm_view.h"
 
+#include <algorithm>
 #include <list>
 #include <utility>
 
@@ -143,6 +144,27 @@ bool KjkmView::Reload() {
                                                         .by_hand = column.by_hand};
   }
   return done;
+}
+
+std::vector<std::vector<std::string>> KjkmView::OpenBranches() {
+  std::vector<std::vector<std::string>> pages;
+  for (int page = 0; page < kPages; ++page) {
+    const auto at = static_cast<std::size_t>(page);
+    ComGrid rows(grids_.at(at));
+    if (!filters_.at(at).empty()) static_cast<void>(navigator_->Filter(rows, host::Value("")));
+    filters_.at(at).clear();
+    pages.push_back(book::GridState::Of(rows).open);
+  }
+  return pages;
+}
+
+void KjkmView::OpenAgain(const std::vector<std::vector<std::string>>& pages) {
+  const std::size_t known = std::min<std::size_t>(pages.size(), kPages);
+  for (std::size_t page = 0; page < known; ++page) {
+    if (pages[page].empty()) continue;
+    ComGrid rows(grids_.at(page));
+    book::GridState{.open = pages[page]}.PutBack(rows);
+  }
 }
 
 void KjkmView::NoteWidths() {

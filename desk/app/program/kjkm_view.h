@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "app/com/event_sink.h"
 #include "app/container/control_container.h"
@@ -55,6 +56,10 @@ class KjkmView {
   /// For idle moments in which nothing is waiting to be read: takes note of the width that the user
   /// has given to a first column.
   void NoteWidths();
+  /// The open accounts of each page, in the page's order, without those that a filter has opened.
+  [[nodiscard]] std::vector<std::vector<std::string>> OpenBranches();
+  /// Opens them in pages that have just been loaded.
+  void OpenAgain(const std::vector<std::vector<std::string>>& pages);
   void SaveLayout();
   /// Takes back what the layout file says of the columns.
   void RestoreLayout();

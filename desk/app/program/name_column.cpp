@@ -1,6 +1,7 @@
 #include "app/program/name_column.h"
 
 #include <algorithm>
+#include <exception>
 
 #include "app/com/object.h"
 #include "app/faces/com_grid.h"
@@ -18,6 +19,11 @@ using tavrix::component::Check;
 
 constexpr char kStatusName[] = "Kjkm";
 constexpr long kNameColumn = 1;
+
+/// The program's own part of the layout file: the width that it has given to the names.
+constexpr char kSection[] = "Desk";
+constexpr char kFitted[] = "NameWidth";
+constexpr char kNameKey[] = "VsCol1";
 
 /// The view's own header, whose blanks make the column as wide as it is without a layout.
 constexpr char kNameHeader[] = "科目名称                    ";
@@ -50,9 +56,18 @@ int RoomForNames(IFlexGrid& grid) {
   return room;
 }
 
+void Keep(book::SharedSettingsFile& layout, const std::string& section, const char* key,
+          int width) {
+  try {
+    layout.WriteValue(section, key, std::to_string(width));
+  } catch (
+      const std::exception&) {  // without a layout that can be written there is no width to keep
+  }
+}
+
 }  // namespace
 
-void FitNameColumns(KjkmView& view, tavrix::host::SystemObject& system, DeskSettings& settings,
+void FitNameColumns(KjkmView& view, tavrix::host::SystemObject& system,
                     const tavrix::viewkit::TextMeasure& measure) {
   constexpr int kAllAccounts = 0;
   const ComGrid all{ComPtr<IFlexGrid>(&view.Grid(kAllAccounts))};
@@ -62,17 +77,19 @@ void FitNameColumns(KjkmView& view, tavrix::host::SystemObject& system, DeskSett
   const int width = std::min(longest, room);
   book::SharedSettingsFile layout;
   layout.SetFileName(tavrix::viewkit::GetSelfFilePath(kStatusName, system));
-  const int fitted_before = settings.NameWidth();
+  const long fitted_before = tavrix::host::LeadingLong(layout.ReadValue(kSection, kFitted, ""));
   const int unfitted = views::WidthOfText(kNameHeader, measure);
   for (int page = 0; page < KjkmView::kPages; ++page) {
     const std::string section = "VsColWidth_" + std::to_string(page);
-    const long saved = tavrix::host::LeadingLong(layout.ReadValue(section, "VsCol1", ""));
+    const long saved = tavrix::host::LeadingLong(layout.ReadValue(section, kNameKey, ""));
     const bool by_hand =
         saved > 0 && saved <= kWidest && saved != fitted_before && saved != unfitted;
-    const bool hidden = WidthOfNames(view.Grid(page)) == 0;
-    if (!by_hand && !hidden) Check(view.Grid(page).put_ColWidth(kNameColumn, width));
+    if (by_hand || WidthOfNames(view.Grid(page)) == 0) continue;
+    Check(view.Grid(page).put_ColWidth(kNameColumn, width));
+    // Also for a program that does not come to its end: both widths stand there, or neither.
+    Keep(layout, section, kNameKey, width);
   }
-  settings.SaveNameWidth(width);
+  Keep(layout, kSection, kFitted, width);
 }
 
 }  // namespace desk::app

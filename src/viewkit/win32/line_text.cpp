@@ -28,13 +28,38 @@ bool IsLeftOut(wchar_t last) {
   return last == L' ' || last == 0x3000 || last == kMore;
 }
 
-bool IsFigures(const std::wstring& text) {
-  return std::ranges::all_of(text, [](wchar_t unit) { return unit >= L' ' && unit < 0x7F; });
+/// Nothing before or behind it changes how wide it is: all of a text of these may be set letter by
+/// letter, which Arabic, Indian scripts and marks above letters must not.
+bool StandsAlone(wchar_t unit) {
+  struct Range {
+    wchar_t first;
+    wchar_t last;
+  };
+  constexpr Range kRanges[] = {
+      {0x0020, 0x007E}, {0x00A0, 0x02FF}, {0x0370, 0x0482}, {0x048A, 0x0556},
+      {0x1E00, 0x1FFF}, {0x2010, 0x2027}, {0x2030, 0x205E}, {0x20A0, 0x20BF},
+      {0x2100, 0x27BF}, {0x2E80, 0x3029}, {0x3030, 0x3098}, {0x309B, 0x9FFF},
+      {0xAC00, 0xD7A3}, {0xF900, 0xFAFF}, {0xFE30, 0xFE4F}, {0xFF01, 0xFFEF}};
+  return std::ranges::any_of(
+      kRanges, [unit](const Range& range) { return unit >= range.first && unit <= range.last; });
 }
 
-/// Each figure stands where it was measured: with fonts that paint narrower than they measure,
-/// amounts above one another would not end on one line.
-void DrawFigures(HDC dc, const std::wstring& text, const RECT& place) {
+LONG LeftOf(const RECT& place, LONG width, UINT flags) {
+  if ((flags & DT_RIGHT) != 0) return place.right - width;
+  if ((flags & DT_CENTER) != 0) return place.left + (place.right - place.left - width) / 2;
+  return place.left;
+}
+
+LONG TopOf(const RECT& place, LONG height, UINT flags) {
+  if ((flags & DT_BOTTOM) != 0) return place.bottom - height;
+  if ((flags & DT_VCENTER) != 0) return place.top + (place.bottom - place.top - height) / 2;
+  return place.top;
+}
+
+/// Each letter stands where it was measured. There are fonts that paint wider or narrower than they
+/// measure: amounts above one another would not end on one line, and what was cut to fit would lose
+/// its ellipsis at the edge.
+void DrawAsMeasured(HDC dc, const std::wstring& text, const RECT& place, UINT flags) {
   const int count = static_cast<int>(text.size());
   std::vector<int> steps(text.size());
   SIZE size{};
@@ -42,9 +67,9 @@ void DrawFigures(HDC dc, const std::wstring& text, const RECT& place) {
   GetTextExtentExPointW(dc, text.data(), count, 0, nullptr, steps.data(), &size);
   std::adjacent_difference(steps.begin(), steps.end(), steps.begin());
   GetTextMetricsW(dc, &metric);
-  const int top = static_cast<int>(place.top + (place.bottom - place.top - metric.tmHeight) / 2);
-  ExtTextOutW(dc, static_cast<int>(place.right - size.cx), top, ETO_CLIPPED, &place, text.data(),
-              static_cast<UINT>(count), steps.data());
+  ExtTextOutW(dc, static_cast<int>(LeftOf(place, size.cx, flags)),
+              static_cast<int>(TopOf(place, metric.tmHeight, flags)), ETO_CLIPPED, &place,
+              text.data(), static_cast<UINT>(count), steps.data());
 }
 
 }  // namespace
@@ -69,10 +94,7 @@ std::wstring CutToFit(HDC dc, std::wstring text, int width) {
 void DrawLine(HDC dc, std::wstring text, RECT place, UINT flags) {
   const std::wstring shown =
       CutToFit(dc, std::move(text), static_cast<int>(place.right - place.left));
-  constexpr UINT kFiguresLie = DT_RIGHT | DT_VCENTER;
-  if ((flags & kFiguresLie) == kFiguresLie && IsFigures(shown)) {
-    return DrawFigures(dc, shown, place);
-  }
+  if (std::ranges::all_of(shown, StandsAlone)) return DrawAsMeasured(dc, shown, place, flags);
   DrawTextW(dc, shown.data(), static_cast<int>(shown.size()), &place,
             flags | DT_SINGLELINE | DT_NOPREFIX);
 }
