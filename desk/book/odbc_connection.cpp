@@ -89,7 +89,8 @@ void OdbcConnection::JudgeServer() {
 }
 
 /// A standby, and a role that may change nothing in the chart, serve for reading. A connection that
-/// comes from the server's own address does not leave the machine, nor does one without addresses.
+/// comes from the server's own address does not leave the machine, nor does one without addresses,
+/// nor one to this machine, whatever takes it from there.
 void OdbcConnection::JudgePostgres() {
   const auto rows = Read(
       "select current_setting('server_encoding'),"
@@ -109,7 +110,9 @@ void OdbcConnection::JudgePostgres() {
     const host::Value value = rows->Get(column);
     return !value.IsNull() && value.ToLong() == number;
   };
-  wire_ = is(2, 1) ? Wire::kLocal : Wire::kPlain;
+  const std::string server = ServerName(place_.path);
+  const bool here = is(2, 1) || (!server.empty() && IsThisMachine(server));
+  wire_ = here ? Wire::kLocal : Wire::kPlain;
   if (is(1, 1)) wire_ = Wire::kEncrypted;
   if (ReadOnly()) return;
   if (is(3, 1)) why_read_only_ = "数据库服务器或用户只准读取，账簿不能写入";

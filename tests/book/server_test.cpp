@@ -7,6 +7,7 @@
 #include "book/connection_string.h"
 #include "book/posting.h"
 #include "book/schema.h"
+#include "book/wire_text.h"
 #include "host/calls.h"
 #include "support/server_user.h"
 #include "support/test_book.h"
@@ -41,6 +42,22 @@ TEST(ConnectionString, IsToldFromAFileAndShownWithoutItsPassword) {
   EXPECT_EQ(ShortPlace("Driver={a};SERVER=b.c; Database ={d;e};Pwd=x;"), "d;e（b.c）");
   EXPECT_EQ(ShortPlace("DSN=books;Pwd=x"), "books");
   EXPECT_EQ(ShortPlace("Driver={a;b};Pwd=x;"), "Driver={a;b};Pwd=***;");
+}
+
+TEST(ConnectionString, OnlyAnOpenWayToAnotherMachineIsWarnedOf) {
+  for (const char* here :
+       {"localhost", "LOCALHOST", "127.0.0.1", "::1", "/run/postgresql", "127.0.0.1,localhost"}) {
+    EXPECT_TRUE(IsThisMachine(here)) << here;
+  }
+  for (const char* other : {"pg1", "localhost.example.com", "127.0.0.1,pg1", "10.0.0.1"}) {
+    EXPECT_FALSE(IsThisMachine(other)) << other;
+  }
+  const char* const place = "Driver={a};Server=pg1;Database=b;Uid=c;Pwd=xyz;";
+  EXPECT_THAT(WireWarning(Wire::kPlain, place),
+              testing::AllOf(HasSubstr("“pg1”"), testing::Not(HasSubstr("xyz"))));
+  for (const Wire wire : {Wire::kNone, Wire::kUnknown, Wire::kLocal, Wire::kEncrypted}) {
+    EXPECT_EQ(WireWarning(wire, place), "");
+  }
 }
 
 /// What the script of an engine in docs/schema must hold.

@@ -11,6 +11,7 @@
 #include "book/connection_string.h"
 #include "book/posting.h"
 #include "book/sample.h"
+#include "book/wire_text.h"
 #include "host/report.h"
 #include "viewkit/m_mode.h"
 #include "viewkit/win32/wide.h"
@@ -68,10 +69,20 @@ std::wstring NameOf(const std::wstring& place) {
   return fs::path(place).filename().wstring();
 }
 
+/// What a line with little room says of a book behind its name.
+std::wstring MarksOf(const book::Book& book) {
+  const std::wstring wire = Wide(book::WireMark(book.GetSession().Own().Encryption()));
+  if (!book.ReadOnly()) return wire.empty() ? wire : L" " + wire;
+  return wire.empty() ? L"（只读）" : L" 只读，" + wire;
+}
+
 }  // namespace
 
 Desk::Desk()
-    : folders_(DeskFolders::Find()), settings_(folders_), frame_(FrameWindow::Make(*this)) {
+    : folders_(DeskFolders::Find()),
+      settings_(folders_),
+      frame_(FrameWindow::Make(*this)),
+      wait_(std::make_shared<ServerWait>(frame_->Hwnd())) {
   frame_->SetRecent(settings_.Recent());
   frame_->Reports().SetDesignHeight(settings_.ReportHeight());
   account_.emplace(*frame_, MakeFollowerCalls());
@@ -104,6 +115,7 @@ void Desk::Start(const std::wstring& book, int show) {
 int Desk::Run() {
   MSG message{};
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    wait_->OnMessage(message);
     KjkmView* view = View();
     const bool in_view = view != nullptr && view->Container().HasFocus();
     const bool used = (balance_ && balance_->Translate(message)) || posting_->Translate(message) ||
@@ -183,6 +195,7 @@ void Desk::OnStyle() {
 
 bool Desk::OnClosing() {
   if (!posting_->MayForget(L"是否关闭程序？")) return false;
+  wait_->OnClosing();
   settings_.Save(frame_->Hwnd(), DeskSettings::kFrame);
   settings_.SaveReportHeight(frame_->Reports().DesignHeight());
   settings_.SaveAccountPane(account_->DesignWidth(), account_->Shown());
@@ -225,7 +238,7 @@ void Desk::Open(const std::wstring& file) {
     if (!MayBeThere(file)) throw host::HostError("文件不存在");
     const std::wstring place = IsOnServer(file) ? file : fs::absolute(file).wstring();
     if (!posting_->MayForget(kLeaveBook)) return;
-    Show(book::Book::Open(Narrow(place)), place);
+    Show(book::Book::Open({.path = Narrow(place), .waiting = wait_}), place);
   });
 }
 
@@ -250,6 +263,7 @@ void Desk::Show(book::Book book, const std::wstring& file) {
   if (MayBeKept(file)) settings_.Remember(file);
   frame_->SetRecent(settings_.Recent());
   TellBook();
+  TellWire();
   if (!open_->book.Faults().empty()) {
     Fail(L"账簿不完整：" + Wide(open_->book.Faults()), NameOf(file));
   }
@@ -321,7 +335,15 @@ void Desk::TellBook() {
   frame_->SetTitle(company.empty() ? title : company);
   const bool usual = currency.empty() || currency == Wide(book::kUsualCurrency);
   if (!usual) company += L"（本位币：" + currency + L"）";
-  frame_->SetBookTexts(company, open_->book.ReadOnly() ? name + L"（只读）" : name);
+  frame_->SetBookTexts(company, name + MarksOf(open_->book));
+}
+
+void Desk::TellWire() {
+  const book::Wire wire = open_->book.GetSession().Own().Encryption();
+  const std::wstring text = Wide(book::WireWarning(wire, Narrow(open_->file)));
+  if (text.empty()) return;
+  frame_->AddReport(
+      {.text = text, .level = host::kCommandError, .title = kTitle, .book = NameOf(open_->file)});
 }
 
 PostingPlan Desk::MakePostingPlan() {
@@ -392,8 +414,12 @@ void Desk::SetBalanceModal(bool modal) {
 }
 
 void Desk::About() {
-  MessageBoxW(frame_->Hwnd(), L"会计科目 1.0\n\n维护会计科目表的示例程序，使用 Tavrix 控件。",
-              L"关于", MB_OK | MB_ICONINFORMATION);
+  std::wstring text = L"会计科目 1.0\n\n维护会计科目表的示例程序，使用 Tavrix 控件。";
+  if (open_) {
+    const book::Wire wire = open_->book.GetSession().Own().Encryption();
+    text += L"\n\n账簿：" + NameOf(open_->file) + L"\n" + Wide(book::WireSentence(wire));
+  }
+  MessageBoxW(frame_->Hwnd(), text.c_str(), L"关于", MB_OK | MB_ICONINFORMATION);
 }
 
 }  // namespace desk::app

@@ -14,6 +14,7 @@
 #include "app/program/account_follower.h"
 #include "app/program/desk_settings.h"
 #include "app/program/kjkm_view.h"
+#include "app/program/server_wait.h"
 #include "book/book.h"
 
 namespace desk::app {
@@ -71,6 +72,8 @@ class Desk : private FrameOwner {
   void CatchUp();
   void ReadAgain();
   void TellBook();
+  /// Warns when others can read the book on its way from the server.
+  void TellWire();
   void ShowPosting(bool shown);
   [[nodiscard]] PostingPlan MakePostingPlan();
   [[nodiscard]] AccountFollower::Calls MakeFollowerCalls();
@@ -89,6 +92,7 @@ class Desk : private FrameOwner {
   DeskFolders folders_;
   DeskSettings settings_;
   std::shared_ptr<FrameWindow> frame_;
+  std::shared_ptr<ServerWait> wait_;
   std::shared_ptr<PostingPane> posting_;
   bool posting_shown_ = false;
   std::optional<AccountFollower> account_;
