@@ -86,6 +86,10 @@ TEST_P(SavingTest, TheFirstSubAccountTakesOverFromItsParent) {
   EXPECT_EQ(editor_.saved, (Saved{{true, std::stoi(id)}}));
   EXPECT_EQ(editor_.messages, (Texts{"正在保存数据", ""}));
   EXPECT_TRUE(editor_.reports.empty());
+  for (const test::HostCall& call : editor_.recorder.Calls()) {
+    if (call.name != "NewIdentifier") continue;
+    EXPECT_EQ(call.detail, "gl_code|i_ID");
+  }
 }
 
 TEST_P(SavingTest, ACodeMovesAcrossParentsWithItsPostings) {

@@ -33,9 +33,13 @@ TEST(Lifecycle, BeforeInitAndAfterClearEveryCommandIsRefusedWithAReport) {
   EXPECT_FALSE(t.view.Refresh());
   EXPECT_FALSE(t.view.RecordTop());
   EXPECT_FALSE(t.view.FileNew());
+  EXPECT_FALSE(t.view.FileNewNext());
+  EXPECT_FALSE(t.view.FileEdit());
   EXPECT_FALSE(t.view.FileDelete());
-  ASSERT_EQ(t.reports.size(), 4U);
-  EXPECT_EQ(t.reports[0], "刷新数据时出错：控件尚未初始化|8|测试程序");
+  const std::string text = "控件尚未初始化|2|测试程序";
+  EXPECT_EQ(t.reports, (Texts{"刷新数据时出错：控件尚未初始化|8|测试程序", "RecordTop->" + text,
+                              "FileNew->" + text, "FileNewNext->" + text, "FileEdit->" + text,
+                              "FileDelete->" + text}));
   EXPECT_FALSE(t.view.Clear()) << "a second time does no harm";
 
   t.reports.clear();

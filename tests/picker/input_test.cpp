@@ -39,6 +39,9 @@ TEST(Search, GoesToTheFirstMatchAsOneTypes) {
   EXPECT_EQ(f.Current(), "1002");
   f.Search().SetText("0%1%5");  // 100202 ends with the one, 2202 begins with the other
   EXPECT_EQ(f.Current(), "1002");
+  f.Vs().SetTextMatrix(8, 3, "ABBB");
+  f.Search().SetText("bbb");  // a part of it comes before the whole
+  EXPECT_EQ(f.Vs().Row(), 8);
   f.Search().SetText("");
   EXPECT_EQ(f.Current(), "1001");
 }
@@ -232,6 +235,7 @@ TEST(View, ABoxThatTheHostShowsHasItsPlace) {
   viewkit::CheckBox& find = f.Box("ChkFind");
   const int room = f.Search().GetBounds().width;
   find.SetVisible(true);
+  EXPECT_EQ(find.Caption(), "查找");
   const host::Bounds place = find.GetBounds();
   EXPECT_LE(place.left + place.width, 9000);
   for (const char* other : {"SearchBox1", "Chk", "Check"}) {

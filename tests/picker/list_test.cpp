@@ -196,6 +196,12 @@ TEST(List, RefreshLoadsOnlyWhatHasChanged) {
   f.parameters->Set("single", 2);
   EXPECT_EQ(refresh(), 0U);
   EXPECT_EQ(f.Vs().SelectionMode(), viewkit::SelectionMode::kListBox);
+  for (const char* key : {"bcus", "科目类别", "科目编码"}) {
+    f.parameters->Set(key, 1);
+    EXPECT_GE(refresh(), 1U) << key;
+  }
+  f.parameters->Clear();
+  EXPECT_EQ(refresh(), 1U);
   f.Init();
   EXPECT_EQ(refresh(), 1U);  // another book may stand behind the same parameters
 }

@@ -24,7 +24,8 @@ struct HostCall {
   bool can_give_null = false;
   bool can_give_error_text = false;
   bool can_give_object = false;
-  std::string detail = {};  ///< what a settings file was asked for: "section|key"
+  /// What was asked for: "section|key" of a settings file, "table|column" of an identifier.
+  std::string detail = {};
 
   [[nodiscard]] bool Allows(Fault fault) const {
     switch (fault) {
