@@ -27,6 +27,7 @@ class LayoutDialog : public viewkit::DialogModel {
   };
   LayoutDialog(Plan plan, LayoutChoice choice, viewkit::UserPort& user);
 
+  void FitInto(int height) override;
   [[nodiscard]] Outcome Result() const { return outcome_; }
   [[nodiscard]] const LayoutChoice& Choice() const { return choice_; }
   [[nodiscard]] bool ForOthers() const { return others_.Value() == viewkit::CheckBox::kChecked; }

@@ -1,5 +1,7 @@
 // Where the controls of the dialog stand.
 
+#include <algorithm>
+
 #include "viewkit/form_rows.h"
 #include "views/layout_dialog.h"
 
@@ -17,7 +19,7 @@ using viewkit::form::Rows;
 namespace {
 
 // The arrangement, in twips. The frames hold three columns of labels and boxes.
-constexpr int kThird = 3300;
+constexpr int kThird = 2760;
 constexpr int kBetween = 240;
 constexpr int kFormWidth = 3 * kThird + 2 * kBetween + 4 * kMargin;
 constexpr int kLabelWidth = 1170;
@@ -51,6 +53,24 @@ void LayoutDialog::PlaceEverything() {
   Put(grid_frame_, {kMargin, grid_top, kFormWidth - 2 * kMargin, FrameHeight(kGridRows)});
   PlaceGrid(grid_top);
   PlaceButtons(kFormWidth, grid_top + FrameHeight(kGridRows) + kMargin);
+}
+
+/// The list gives way; what stands below it moves up.
+void LayoutDialog::FitInto(int height) {
+  constexpr int kLeastList = 1500;
+  Bounds list = list_.GetBounds();
+  const int over = std::min(Height() - height, list.height - kLeastList);
+  if (over <= 0) return;
+  list.height -= over;
+  for (std::size_t i = 0; i < Controls().Count(); ++i) {
+    viewkit::Control& control = Controls().At(i);
+    Bounds bounds = control.GetBounds();
+    if (bounds.top < list.top + list.height) continue;
+    bounds.top -= over;
+    control.SetBounds(bounds);
+  }
+  list_.SetBounds(list);
+  SetSize(Width(), Height() - over);
 }
 
 void LayoutDialog::PlaceColumn(int top) {

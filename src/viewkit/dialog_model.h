@@ -26,6 +26,9 @@ class DialogModel {
   [[nodiscard]] const std::string& Name() const { return name_; }
   [[nodiscard]] const std::string& Caption() const { return caption_; }
   void SetCaption(std::string caption);
+  /// The screen has room for a client area of this height, in twips. A dialog that is higher makes
+  /// itself lower, as far as it can; called before it is shown.
+  virtual void FitInto(int /*height*/) {}
   /// Size of the client area in twips; fixed, the dialog cannot be sized.
   [[nodiscard]] int Width() const { return width_; }
   [[nodiscard]] int Height() const { return height_; }

@@ -98,6 +98,27 @@ TEST_F(LayoutDialogTest, WritesWhatHasChangedAndNothingElse) {
 }
 
 // A width is not rounded by being looked at, and a column that comes back gets one.
+TEST_F(LayoutDialogTest, FitsIntoASmallScreen) {
+  constexpr int kWidth = 640 * 15 - 8 * 15;  // with a border
+  constexpr int kHeight = 480 * 15 - 32 * 15;
+  for (const int room : {kHeight, 20'000}) {
+    LayoutDialog dialog({.subject = "x", .has_defaults = true}, Read(), user_);
+    const int before = dialog.Height();
+    dialog.FitInto(room);
+    EXPECT_LE(dialog.Width(), kWidth);
+    EXPECT_EQ(dialog.Height(), std::min(before, room));
+    const auto& list = Find<viewkit::FlexGrid>(dialog, "Vs");
+    EXPECT_GE(list.GetBounds().height, 1500);
+    for (std::size_t i = 0; i < dialog.Controls().Count(); ++i) {
+      const auto& control = dialog.Controls().At(i);
+      const host::Bounds place = control.GetBounds();
+      EXPECT_LT(place.top + place.height, dialog.Height()) << control.Name();
+      if (&control == &list) continue;
+      EXPECT_GE(place.top, list.GetBounds().top + list.GetBounds().height) << control.Name();
+    }
+  }
+}
+
 TEST_F(LayoutDialogTest, WidthsOfColumnsThatComeAndGo) {
   grid_.SetColWidth(0, 0);
   const LayoutChoice before = Read();

@@ -14,8 +14,8 @@ namespace {
 namespace win32 = tavrix::viewkit::win32;
 
 constexpr wchar_t kProgramName[] = L"会计科目";
-constexpr int kLeastViewHeight = 120;
-constexpr int kLeastViewWidth = 230;
+constexpr int kLeastViewHeight = 100;
+constexpr int kLeastViewWidth = 360;
 // The first window, and the least one, where the screen is not smaller still.
 struct DesignSize {
   int cx;

@@ -24,12 +24,17 @@ namespace win32 = tavrix::viewkit::win32;
 struct ColumnPlan {
   const wchar_t* heading;
   int width;
+  int least;  ///< where the pane is narrow
   int format;
 };
-constexpr std::array kColumns = {
-    ColumnPlan{L"科目编码", 96, LVCFMT_LEFT},   ColumnPlan{L"科目名称", 170, LVCFMT_LEFT},
-    ColumnPlan{L"摘要", 220, LVCFMT_LEFT},      ColumnPlan{L"借方金额", 120, LVCFMT_RIGHT},
-    ColumnPlan{L"贷方金额", 120, LVCFMT_RIGHT}, ColumnPlan{L"往来", 160, LVCFMT_LEFT}};
+constexpr std::array kColumns = {ColumnPlan{L"科目编码", 96, 76, LVCFMT_LEFT},
+                                 ColumnPlan{L"科目名称", 170, 90, LVCFMT_LEFT},
+                                 ColumnPlan{L"摘要", 220, 70, LVCFMT_LEFT},
+                                 ColumnPlan{L"借方金额", 120, 100, LVCFMT_RIGHT},
+                                 ColumnPlan{L"贷方金额", 120, 100, LVCFMT_RIGHT},
+                                 ColumnPlan{L"往来", 160, 70, LVCFMT_LEFT}};
+
+constexpr std::size_t kSummary = 2;
 
 constexpr int kMargin = 10;
 constexpr int kGap = 8;
@@ -103,11 +108,26 @@ void PostingPane::SetStyle(SharedStyle style) {
   style_ = std::move(style);
   field_.SetStyle(style_);
   SetFontsInside(Hwnd(), *style_);
-  for (int i = 0; i < static_cast<int>(kColumns.size()); ++i) {
-    ListView_SetColumnWidth(list_, i,
-                            style_->scale.Design(kColumns[static_cast<std::size_t>(i)].width));
-  }
   Arrange();
+}
+
+/// The columns share the list's width, so that it needs no bar to be scrolled by.
+void PostingPane::FitColumns(int list_width) {
+  const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
+  int over = GetSystemMetricsForDpi(SM_CXVSCROLL, static_cast<UINT>(style_->scale.dpi)) +
+             2 * GetSystemMetrics(SM_CXBORDER) - list_width;
+  int spare = 0;
+  for (const ColumnPlan& plan : kColumns) {
+    over += design(plan.width);
+    spare += design(plan.width) - design(plan.least);
+  }
+  for (std::size_t i = 0; i < kColumns.size(); ++i) {
+    const int own_spare = design(kColumns[i].width) - design(kColumns[i].least);
+    int width = design(kColumns[i].width);
+    if (over > 0) width -= MulDiv(std::min(over, spare), own_spare, spare);
+    if (over < 0 && i == kSummary) width -= over;
+    ListView_SetColumnWidth(list_, static_cast<int>(i), width);
+  }
 }
 
 void PostingPane::Place(HWND window, int left, int top, int width, int height) {
@@ -125,6 +145,7 @@ void PostingPane::Arrange() {
   top = ArrangeEntry(top, height, width);
   const int foot = static_cast<int>(area.bottom) - height - design(kGap);
   Place(list_, design(kMargin), top, width - 2 * design(kMargin), foot - top - design(kGap));
+  FitColumns(width - 2 * design(kMargin));
   ArrangeFoot(foot, height, width);
   InvalidateRect(Hwnd(), nullptr, FALSE);
 }

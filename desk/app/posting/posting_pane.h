@@ -65,6 +65,7 @@ class PostingPane : public Pane {
   void CreateList();
   [[nodiscard]] HWND Add(const wchar_t* class_name, const wchar_t* text, DWORD style, int id);
   void Arrange() override;
+  void FitColumns(int list_width);
   int ArrangeHead(int top, int height, int width);
   int ArrangeEntry(int top, int height, int width);
   void ArrangeFoot(int top, int height, int width);

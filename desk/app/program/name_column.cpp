@@ -72,13 +72,14 @@ void FitNameColumns(KjkmView& view, tavrix::host::SystemObject& system,
   constexpr int kAllAccounts = 0;
   const ComGrid all{ComPtr<IFlexGrid>(&view.Grid(kAllAccounts))};
   const int room = RoomForNames(view.Grid(view.CurrentPage()));
-  if (room <= 0 || all.Rows() <= all.FixedRows()) return;
+  if (room == 0 || all.Rows() <= all.FixedRows()) return;
   const int longest = views::WidthOfContents(all, kNameColumn, measure);
-  const int width = std::min(longest, room);
+  const int unfitted = views::WidthOfText(kNameHeader, measure);
+  // In a small window names have more use than columns that can be scrolled to.
+  const int width = std::min(longest, std::max(room, unfitted));
   book::SharedSettingsFile layout;
   layout.SetFileName(tavrix::viewkit::GetSelfFilePath(kStatusName, system));
   const long fitted_before = tavrix::host::LeadingLong(layout.ReadValue(kSection, kFitted, ""));
-  const int unfitted = views::WidthOfText(kNameHeader, measure);
   for (int page = 0; page < KjkmView::kPages; ++page) {
     const std::string section = "VsColWidth_" + std::to_string(page);
     const long saved = tavrix::host::LeadingLong(layout.ReadValue(section, kNameKey, ""));

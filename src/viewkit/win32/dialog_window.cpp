@@ -72,10 +72,13 @@ void DialogWindow::SetIdentifiers() {
 
 void DialogWindow::SizeAndCenter(HWND owner) {
   const Scale& scale = GetScale();
-  RECT area{0, 0, scale.ToPixels(dialog_.Width()), scale.ToPixels(dialog_.Height())};
-  AdjustWindowRectExForDpi(&area, kStyle, FALSE, kExtendedStyle, static_cast<UINT>(scale.dpi));
-  const SIZE size = SizeOf(area);
   const RECT work = WorkArea(owner == nullptr ? Hwnd() : owner);
+  RECT area{};
+  AdjustWindowRectExForDpi(&area, kStyle, FALSE, kExtendedStyle, static_cast<UINT>(scale.dpi));
+  const SIZE border = SizeOf(area);
+  dialog_.FitInto(scale.ToTwips(static_cast<int>(work.bottom - work.top - border.cy)));
+  const SIZE size{border.cx + scale.ToPixels(dialog_.Width()),
+                  border.cy + scale.ToPixels(dialog_.Height())};
   RECT frame = work;
   if (owner != nullptr && !IsIconic(owner)) GetWindowRect(owner, &frame);
   const LONG left = (frame.left + frame.right - size.cx) / 2;
