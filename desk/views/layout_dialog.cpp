@@ -46,18 +46,18 @@ struct ListColumnPlan {
   Alignment alignment;
 };
 constexpr std::array<ListColumnPlan, kListColumns> kPlans = {
-    {{"列", 1650, Alignment::kLeftCenter},
-     {"显示", 600, Alignment::kCenterCenter},
-     {"宽度", 660, Alignment::kRightCenter},
+    {{"列", 1300, Alignment::kLeftCenter},
+     {"显示", 525, Alignment::kCenterCenter},
+     {"宽度", 600, Alignment::kRightCenter},
      {"数据类型", 900, Alignment::kLeftCenter},
-     {"格式", 1200, Alignment::kLeftCenter},
-     {"小数位", 750, Alignment::kLeftCenter},
+     {"格式", 900, Alignment::kLeftCenter},
+     {"小数位", 690, Alignment::kLeftCenter},
      {"取位依据", 900, Alignment::kLeftCenter},
-     {"对齐", 660, Alignment::kLeftCenter},
-     {"排序", 1350, Alignment::kLeftCenter},
-     {"合并", 600, Alignment::kCenterCenter},
-     {"小计", 600, Alignment::kCenterCenter},
-     {"合计", 600, Alignment::kCenterCenter}}};
+     {"对齐", 525, Alignment::kLeftCenter},
+     {"排序", 945, Alignment::kLeftCenter},
+     {"合并", 525, Alignment::kCenterCenter},
+     {"小计", 525, Alignment::kCenterCenter},
+     {"合计", 525, Alignment::kCenterCenter}}};
 
 /// By the numbers of the file.
 constexpr std::array<const char*, 9> kKinds = {
