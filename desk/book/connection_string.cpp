@@ -198,6 +198,14 @@ std::string ShownPlace(std::string_view place) {
   return place.ends_with(';') ? shown + ';' : shown;
 }
 
+bool HoldsSecret(std::string_view place) {
+  if (!IsLibpqString(place)) return ShownPlace(place) != place;
+  const auto words = ParseLibpq(place);
+  return !words || std::ranges::any_of(*words, [](const auto& word) {
+    return IsSecret({.text = {}, .key = word.first, .value = word.second});
+  });
+}
+
 std::string ShortPlace(std::string_view place) {
   if (IsLibpqString(place)) {
     const auto words = ParseLibpq(place);

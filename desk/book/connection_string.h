@@ -19,6 +19,9 @@ namespace desk::book {
 /// A book's place for a message or a title: passwords are hidden.
 [[nodiscard]] std::string ShownPlace(std::string_view place);
 
+/// Whether something in it is hidden there.
+[[nodiscard]] bool HoldsSecret(std::string_view place);
+
 /// What is enough to tell books apart in a title: a connection's database with its server, or the
 /// data source; all of `ShownPlace` where it names none.
 [[nodiscard]] std::string ShortPlace(std::string_view place);

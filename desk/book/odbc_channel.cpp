@@ -81,7 +81,7 @@ void OdbcChannel::Await(const OdbcWorker::Pending& call) {
   if (ended) return;
   given_up_ = true;
   if (link_) CancelApart(link_);
-  throw DatabaseError(Trouble::kGone, reason_ + "，这次操作是否完成不得而知");
+  throw DatabaseError(Trouble::kGone, reason_);
 }
 
 }  // namespace desk::book

@@ -29,6 +29,8 @@ class OdbcChannel {
   /// Whether the connection broke, so that a query may be sent again. A server that was silent for
   /// so long is not asked the same once more.
   [[nodiscard]] bool Lost() const { return dead_ && !given_up_; }
+  /// Whether an answer was given up: what was asked for may have been done.
+  [[nodiscard]] bool GivenUp() const { return given_up_; }
   /// From now on it counts as dead.
   void GiveUp() { dead_ = true; }
   /// Zero is no limit. Counts for what is sent from now on.

@@ -83,7 +83,6 @@ void OdbcConnection::SetUp() {
 }
 
 void OdbcConnection::JudgeServer() {
-  wire_ = Wire::kUnknown;
   if (Makes() == Flavor::kPostgres) JudgePostgres();
   CheckTexts();
 }
@@ -112,8 +111,13 @@ void OdbcConnection::JudgePostgres() {
   };
   const std::string server = ServerName(place_.path);
   const bool here = is(2, 1) || (!server.empty() && IsThisMachine(server));
-  wire_ = here ? Wire::kLocal : Wire::kPlain;
+  const Wire before = std::exchange(wire_, here ? Wire::kLocal : Wire::kPlain);
   if (is(1, 1)) wire_ = Wire::kEncrypted;
+  // Whoever cut the wire may want to read along on the next one.
+  if (before == Wire::kEncrypted && wire_ != before) {
+    wire_ = before;
+    throw DatabaseError(Trouble::kRefused, "连接先前已加密，现在没有加密，因此没有重新连接");
+  }
   if (ReadOnly()) return;
   if (is(3, 1)) why_read_only_ = "数据库服务器或用户只准读取，账簿不能写入";
   if (is(4, 0)) why_read_only_ = "数据库用户没有修改账簿的权限，账簿只能查看";
@@ -207,10 +211,15 @@ std::int64_t OdbcConnection::Change(const std::string& sql, Values parameters) {
       const OdbcHandle statement = link.Run(sql, values);
       return link.ChangedRows(statement);
     });
-  } catch (...) {
+  } catch (const DatabaseError& error) {
     failed_ = true;
-    throw;
+    FailChange(error);
   }
+}
+
+void OdbcConnection::FailChange(const DatabaseError& error) {
+  if (!channel_->GivenUp()) throw DatabaseError(error);
+  throw DatabaseError(Trouble::kGone, error.what() + std::string("，这次操作是否完成不得而知"));
 }
 
 void OdbcConnection::SetAutocommit(bool on) {
@@ -257,9 +266,9 @@ void OdbcConnection::Commit() {
   try {
     if (failed_) throw DatabaseError(Trouble::kOther, "事务中有语句失败，全部更改已撤销");
     End(SQL_COMMIT);
-  } catch (...) {
+  } catch (const DatabaseError& error) {
     Rollback();
-    throw;
+    FailChange(error);
   }
   in_transaction_ = false;
   try {

@@ -48,6 +48,8 @@ class OdbcConnection : public Connection {
   /// A query whose connection has gone is sent once more over a new one: it changes nothing.
   [[nodiscard]] std::unique_ptr<OdbcRows> ReadAgain(const std::string& sql, Values parameters);
   std::int64_t Change(const std::string& sql, Values parameters);
+  /// Throws `error`, of a statement that changes something, with what is not known of it.
+  [[noreturn]] void FailChange(const DatabaseError& error);
   [[nodiscard]] std::string Info(SQLUSMALLINT what) const;
   void SetAutocommit(bool on);
   void End(SQLSMALLINT how);

@@ -38,6 +38,10 @@ TEST(ConnectionString, IsToldFromAFileAndShownWithoutItsPassword) {
         " Driver={a};SslPwd=xyz;Port=1", "odbc;UserPassword={x;y;z;Port=1"}) {
     EXPECT_TRUE(IsConnectionString(text)) << text;
     EXPECT_EQ(ShownPlace(text).find_first_of("xyz"), std::string::npos) << ShownPlace(text);
+    EXPECT_TRUE(HoldsSecret(text)) << text;
+  }
+  for (const char* text : {"DSN=books;Uid=a", "host = a  dbname=b", "postgresql://a@b/c"}) {
+    EXPECT_FALSE(HoldsSecret(text)) << text;
   }
   EXPECT_EQ(ShortPlace("Driver={a};SERVER=b.c; Database ={d;e};Pwd=x;"), "d;e（b.c）");
   EXPECT_EQ(ShortPlace("DSN=books;Pwd=x"), "books");

@@ -110,6 +110,20 @@ TEST_F(ServerWire, IsEncryptedUnlessItIsForbidden) {
   }
 }
 
+TEST_F(ServerWire, OnceEncryptedNothingIsSentAgainWithout) {
+  tavrix::test::Relay relay(place_);
+  const Book book = Book::Open(relay.Place());
+  relay.RefuseEncryption();
+  EXPECT_EQ(WireTo(relay.Place()), Wire::kLocal) << "it was only asked for";
+  const std::string change = "update gl_code set chelp='x' where i_id=1";
+  EXPECT_EQ(host::ExecuteSql(*book.System(), change), "");
+  EXPECT_THROW(tavrix::test::Run(book, "select pg_terminate_backend(pg_backend_pid())"),
+               DatabaseError);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_THAT(host::ExecuteSql(*book.System(), change), HasSubstr("没有加密，因此没有重新连接"));
+  }
+}
+
 TEST_F(ServerWire, WordsForEncryptionThatDoNotExistAreRefused) {
   for (const char* more :
        {"SSLmode=requird", "SSLmode=", "SSLmode=Require", "CA=verify", "pqopt={sslmode=on}",

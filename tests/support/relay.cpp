@@ -134,6 +134,8 @@ bool Relay::FromProgram(Pair& pair) {
   const ssize_t count = recv(pair.program, block.data(), block.size(), 0);
   if (count <= 0) return false;
   const std::string_view bytes(block.data(), static_cast<std::size_t>(count));
+  constexpr std::string_view kEncryptionWanted("\0\0\0\10\4\322\26\57", 8);
+  if (refuses_encryption_ && bytes == kEncryptionWanted) return SendAll(pair.program, "N");
   const std::scoped_lock lock(mutex_);
   const bool met = !word_.empty() && bytes.find(word_) != std::string_view::npos;
   if (met) pair.silent = silent_ = true;

@@ -28,6 +28,8 @@ class Relay {
   void FallSilentAt(const std::string& word, bool pass_on);
   /// When the server has sent so many bytes from now on.
   void FallSilentAfter(int bytes) { bytes_left_ = bytes; }
+  /// New connections get none: the relay says that the server has none to offer.
+  void RefuseEncryption() { refuses_encryption_ = true; }
   /// New connections work again; those that fell silent stay so.
   void Speak();
 
@@ -53,6 +55,7 @@ class Relay {
   std::vector<Pair> pairs_;
   std::atomic<bool> silent_ = false;
   std::atomic<int> bytes_left_ = -1;  ///< -1: no end
+  std::atomic<bool> refuses_encryption_ = false;
   std::atomic<bool> ending_ = false;
   std::mutex mutex_;
   std::string word_;

@@ -7,8 +7,8 @@
 #include "app/faces/system_face.h"
 #include "app/faces/window_wheel.h"
 #include "app/frame/new_book_dialog.h"
+#include "app/program/book_place.h"
 #include "app/program/name_column.h"
-#include "book/connection_string.h"
 #include "book/posting.h"
 #include "book/sample.h"
 #include "book/wire_text.h"
@@ -47,33 +47,6 @@ NewBookPlan PlanOfNewBooks(const fs::path& folder) {
     return Wide(book::WhyNoCodeRule(Narrow(rule), ContentOf(chart).accounts));
   };
   return plan;
-}
-
-bool IsOnServer(const std::wstring& place) {
-  return book::IsConnectionString(Narrow(place));
-}
-
-/// A connection with a password in it is not written down.
-bool MayBeKept(const std::wstring& place) {
-  return !IsOnServer(place) || book::ShownPlace(Narrow(place)) == Narrow(place);
-}
-
-/// Whether the book may be there; a server tells only when it is asked to open it.
-bool MayBeThere(const std::wstring& place) {
-  return IsOnServer(place) || fs::exists(place);
-}
-
-/// The book's name as it is shown: the file's, or that of the database and its server.
-std::wstring NameOf(const std::wstring& place) {
-  if (IsOnServer(place)) return Wide(book::ShortPlace(Narrow(place)));
-  return fs::path(place).filename().wstring();
-}
-
-/// What a line with little room says of a book behind its name.
-std::wstring MarksOf(const book::Book& book) {
-  const std::wstring wire = Wide(book::WireMark(book.GetSession().Own().Encryption()));
-  if (!book.ReadOnly()) return wire.empty() ? wire : L" " + wire;
-  return wire.empty() ? L"（只读）" : L" 只读，" + wire;
 }
 
 }  // namespace
@@ -335,7 +308,7 @@ void Desk::TellBook() {
   frame_->SetTitle(company.empty() ? title : company);
   const bool usual = currency.empty() || currency == Wide(book::kUsualCurrency);
   if (!usual) company += L"（本位币：" + currency + L"）";
-  frame_->SetBookTexts(company, name + MarksOf(open_->book));
+  frame_->SetBookTexts(company, MarkedName(open_->book, file));
 }
 
 void Desk::TellWire() {
@@ -415,10 +388,7 @@ void Desk::SetBalanceModal(bool modal) {
 
 void Desk::About() {
   std::wstring text = L"会计科目 1.0\n\n维护会计科目表的示例程序，使用 Tavrix 控件。";
-  if (open_) {
-    const book::Wire wire = open_->book.GetSession().Own().Encryption();
-    text += L"\n\n账簿：" + NameOf(open_->file) + L"\n" + Wide(book::WireSentence(wire));
-  }
+  if (open_) text += L"\n\n" + TextAbout(open_->book, open_->file);
   MessageBoxW(frame_->Hwnd(), text.c_str(), L"关于", MB_OK | MB_ICONINFORMATION);
 }
 

@@ -62,7 +62,7 @@ void ServerWait::ShowWait(std::chrono::milliseconds waited) {
   }
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(waited).count();
   window_->SetText(L"正在等待数据库服务器的回答，已等待 " + std::to_wstring(seconds) +
-                   L" 秒。\n取消后，这次操作是否完成不得而知。");
+                   L" 秒。\n正在保存的，取消后是否已保存不得而知。");
 }
 
 void ServerWait::GoOnPainting() {
