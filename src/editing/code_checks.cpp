@@ -4,6 +4,7 @@
 #include "editing/session.h"
 #include "editing/trap.h"
 #include "host/calls.h"
+#include "host/flags.h"
 #include "host/text.h"
 
 namespace tavrix::editing {
@@ -141,7 +142,7 @@ std::optional<FmBkmAdd::StoredAccount> FmBkmAdd::ReadStored(Session& session,
                           if (row.EndOfFile()) return stored;
                           // A flag that is missing is not that of a leaf.
                           stored = {host::RequiredField(row, "ccode").ToText(),
-                                    host::ReadField(row, "bend").ToNumber() != 0};
+                                    host::IsSet(host::ReadField(row, "bend"))};
                           return stored;
                         });
 }

@@ -47,7 +47,7 @@ void FmBkmAdd::ConnectControls() {
 }
 
 void FmBkmAdd::Edited() {
-  if (session_ && !filling_) session_->changed = true;
+  if (session_ && !filling_) session_->changed = session_->unwritten = true;
 }
 
 /// A code that the user has changed may stand below another account, whose name nobody knows here.

@@ -32,7 +32,10 @@ class FmBkmAdd : public AccountForm, public std::enable_shared_from_this<FmBkmAd
   };
   /// The account above the one that is opened next; an empty code says that it is of the first
   /// level. It is shown and decides nothing. Untold, only the code of a reference account is known.
-  void SetAbove(NamedAccount above) { above_ = std::move(above); }
+  /// While the dialog is open it keeps what it was told, as the next opening is refused.
+  void SetAbove(NamedAccount above) {
+    if (!session_) above_ = std::move(above);
+  }
 
   /// Opens the dialog and returns when it has been closed.
   ///

@@ -7,6 +7,7 @@
 #include "host/account.h"
 #include "host/calls.h"
 #include "host/flag_scope.h"
+#include "host/flags.h"
 #include "host/text.h"
 
 namespace tavrix::editing {
@@ -88,7 +89,7 @@ bool FmBkmAdd::Prepare(bool pbNew, bool pnNewNext, std::int32_t plID) {
   } else {
     SetCaption(kEditCaption);
     session->record_id = plID;
-    if (plID > 0 && !LoadData(plID)) return false;
+    if (!LoadData(plID)) return false;
   }
   session->initial_code = Txt(kCodeBox).Text();
   TellAbove();
@@ -150,6 +151,7 @@ void FmBkmAdd::GetNewCode() noexcept {
 bool FmBkmAdd::LoadData(std::int32_t plID) noexcept {
   return Trapped("LoadData->", host::kLoadingError, false, [&] {
     const auto session = Current();
+    if (plID <= 0) throw AccountMissing();  // no row's: it would be saved as a new account
     const std::string sql = "select * from gl_code where i_id=" + std::to_string(plID);
     return host::ReadRows(*session->pcSystem, sql, [this](host::Recordset& account) {
       if (account.EndOfFile()) throw AccountMissing();
@@ -164,7 +166,7 @@ void FmBkmAdd::FillControls(host::Recordset& account) {
   const auto field = [&](const char* column) { return host::ReadField(account, column); };
   const auto text = [&](const char* column) { return field(column).ToText(); };
   const auto check = [&](int box, const char* column) {
-    const bool set = field(column).ToNumber() != 0;
+    const bool set = host::IsSet(field(column));
     Chk(box).SetValue(set ? CheckBox::kChecked : CheckBox::kUnchecked);
   };
   Txt(kCodeBox).SetText(host::RequiredField(account, "ccode").ToText());
@@ -187,7 +189,7 @@ void FmBkmAdd::FillControls(host::Recordset& account) {
   check(kProjectCheck, "bitem");
   check(kJournalCheck, "br");
   check(kBankBookCheck, "be");
-  opt(field("bproperty").ToNumber() != 0 ? kDebitOption : kCreditOption).SetValue(true);
+  opt(host::IsSet(field("bproperty")) ? kDebitOption : kCreditOption).SetValue(true);
 }
 
 // A stored text that the list does not know joins it, so that saving keeps it.

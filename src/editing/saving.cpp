@@ -58,10 +58,10 @@ bool FmBkmAdd::InsertAccount(Session& session, const std::string& code) {
     Refuse(given.error);
     return false;
   }
-  if (given.id == 0) host::ThrowMissing("NewIdentifier");
+  if (given.id <= 0) host::ThrowMissing("NewIdentifier");
   const std::string statement = InsertStatement(session, given.id);
   session.attempted_id = given.id;
-  session.changed = false;  // what is changed from here on is not in the statement
+  session.changed = session.unwritten = false;  // edits from here on are not in the statement
   if (!Send(session, statement)) return false;
   Inserted(session, std::exchange(session.attempted_id, 0), code);
   return true;
@@ -91,13 +91,15 @@ bool FmBkmAdd::UpdateAccount(Session& session, const std::string& code) {
   }
   const std::string& stored = *check.stored_code;
   const auto attempted = std::exchange(session.attempted_from, std::nullopt);
-  if (attempted && *attempted != stored) Written(session, *attempted, stored);  // it stands
-  if (!session.changed && stored == code) return true;
+  const bool stands = attempted && *attempted != stored;
+  if (stands) Written(session, *attempted, stored);
+  if (attempted && !stands) session.unwritten = true;
+  if (session.unfinished && !session.unwritten && stored == code) return true;
   const std::string statement = UpdateStatement(session);
   session.attempted_from = stored;
+  session.changed = session.unwritten = false;
   if (!Send(session, statement)) return false;
   session.attempted_from.reset();
-  session.changed = false;
   Written(session, stored, code);
   return true;
 }

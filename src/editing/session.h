@@ -28,7 +28,8 @@ struct FmBkmAdd::Session {
   std::optional<std::string> attempted_from;
   std::optional<UnfinishedSave> unfinished;
   std::int32_t level = 0;  // of the code, as it is written
-  bool changed = false;
+  bool changed = false;    // what closing asks for; a check that fails clears it
+  bool unwritten = false;  // the fields differ from the row as it was last sent
   bool code_changed = false;
   bool proposes_direction = false;  // from the category: a new account whose user has not chosen
   bool saving = false;

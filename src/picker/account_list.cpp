@@ -3,10 +3,10 @@
 
 #include "host/account.h"
 #include "host/calls.h"
+#include "host/flags.h"
 #include "host/grid_update.h"
 #include "host/text.h"
 #include "picker/columns.h"
-#include "picker/flags.h"
 #include "picker/parameters.h"
 #include "picker/session.h"
 #include "picker/trap.h"
@@ -183,7 +183,7 @@ void selKjkm::ShowRows(host::RowSet accounts) {
   const bool with_sealed = Chk_.Value() == viewkit::CheckBox::kChecked;
   Vs_.SetColHidden(kClosed, !with_sealed);
   for (int row = Vs_.FixedRows(); with_sealed && row < Vs_.Rows(); ++row) {
-    if (IsSet(Vs_.TextMatrix(row, kClosed))) ShowSealed(row);
+    if (host::IsSet(Vs_.TextMatrix(row, kClosed))) ShowSealed(row);
   }
   RestoreTotals();
 }

@@ -2,9 +2,9 @@
 
 #include "host/account.h"
 #include "host/calls.h"
+#include "host/flags.h"
 #include "host/text.h"
 #include "picker/columns.h"
-#include "picker/flags.h"
 #include "picker/parameters.h"
 #include "picker/session.h"
 #include "picker/trap.h"
@@ -58,7 +58,8 @@ bool selKjkm::CollectSelection() {
 }
 
 bool selKjkm::RefusesRow(int row) {
-  if (!ParameterIsOne(parameter::kLeavesOnly) || IsSet(Vs_.TextMatrix(row, kLeaf))) return false;
+  if (!ParameterIsOne(parameter::kLeavesOnly) || host::IsSet(Vs_.TextMatrix(row, kLeaf)))
+    return false;
   lblMessage_.SetCaption("不能返回非明细级科目！");
   return true;
 }
@@ -81,9 +82,9 @@ void selKjkm::AddResultRow(host::Recordset& account, colKjkm& selected) {
   read.ccode_name = field("ccode_name").ToText();
   read.chelp = field("chelp").ToText();
   read.cclass = field("cclass").ToText();
-  read.bpr = IsOne(field("bproperty")) ? host::kDebit : host::kCredit;
-  read.bclose = IsSet(field("bclose"));
-  read.bend = IsSet(field("bend"));
+  read.bpr = host::IsOne(field("bproperty")) ? host::kDebit : host::kCredit;
+  read.bclose = host::IsSet(field("bclose"));
+  read.bend = host::IsSet(field("bend"));
   read.cbook_type = field("cbook_type").ToText();
   const auto item = selected.Add(std::to_string(read.ID), read.ID, read.ccode, read.ccode_name,
                                  read.chelp, read.cclass);

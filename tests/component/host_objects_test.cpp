@@ -212,16 +212,19 @@ TEST_F(View, CallsAnObjectThroughItsDeclaredInterface) {
   EXPECT_THAT(DeclaredWheel::calls_, testing::EndsWith("Detach;"));
 }
 
-/// An object is no flag: it says neither that there are rows nor that there are none.
+/// What is no flag says neither that there are rows nor that there are none.
 TEST_F(View, RefusesAFlagThatIsNone) {
   ASSERT_EQ(Init(), S_OK);
-  const EventLog log(object_.Get());
-  host_->gate = [](const std::wstring& member) {
-    if (member == L"EOF") throw Answered{Variant(NamedObject::Make({}))};
-  };
-  static_cast<void>(Refresh());
-  EXPECT_THAT(log.Errors(), testing::Each("DoRefresh主程序没有提供：EOF|8|总账"));
-  EXPECT_FALSE(log.Errors().empty());
+  for (const Variant& answer : {Variant(NamedObject::Make({})), Variant(), Variant::Null(),
+                                Variant(std::string_view("no"))}) {
+    const EventLog log(object_.Get());
+    host_->gate = [&](const std::wstring& member) {
+      if (member == L"EOF") throw Answered{answer};
+    };
+    static_cast<void>(Refresh());
+    EXPECT_THAT(log.Errors(), testing::Each("DoRefresh主程序没有提供：EOF|8|总账"));
+    EXPECT_FALSE(log.Errors().empty()) << answer.Type();
+  }
 }
 
 TEST_F(View, TakesASettingThatIsNoTextAsAbsent) {

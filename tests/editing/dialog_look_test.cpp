@@ -31,6 +31,9 @@ TEST(DialogLook, TellsTheAccountAboveAsFarAsItIsKnown) {
     EXPECT_EQ(Above(editor), "") << "of another account nobody knows the name";
     editor.SetCode("100299");
     EXPECT_EQ(Above(editor), "1002 银行存款");
+    editor.dialog->SetAbove({"5001", "生产成本"});  // for an opening that is refused
+    editor.SetCode("100298");
+    EXPECT_EQ(Above(editor), "1002 银行存款");
     EXPECT_TRUE(editor.recorder.Statements().empty()) << "it is told, not read";
   });
   editor.Open(Beside("100201"), [&] { EXPECT_EQ(Above(editor), "") << "what was told is over"; });

@@ -132,6 +132,20 @@ TEST_F(DialogTest, ARecordIsShownAsItIsStored) {
   });
 }
 
+TEST_F(DialogTest, FlagsMayBeTheWordsOfALogicalColumn) {
+  if (test::DefaultEngine() == "postgresql") GTEST_SKIP() << "its flags are numbers";
+  test::DropLedgerRules(editor_.book);
+  test::Run(editor_.book,
+            "update gl_code set bend='True',bclose='True',br='False',bproperty='False' "
+            "where i_id=3");
+  editor_.Open(Edit(3), [&] {
+    EXPECT_EQ(Value(kClosedCheck), CheckBox::kChecked);
+    EXPECT_EQ(Value(kJournalCheck), CheckBox::kUnchecked);
+    EXPECT_TRUE(editor_.dialog->opt(kCreditOption).Value());
+    EXPECT_TRUE(editor_.dialog->IsCanEdit("100209", 3).allowed) << "a leaf";
+  });
+}
+
 TEST_F(DialogTest, ContradictingFlagsCanBeMended) {
   test::Run(editor_.book, "update gl_code set bdept=1,bperson=1 where i_id=3");
   editor_.Open(Edit(3), [&] {
@@ -268,9 +282,12 @@ TEST_F(DialogTest, ClosesInItsFourWays) {
 
 TEST_F(DialogTest, OpensWithoutAProposalButNotWithoutItsRecord) {
   editor_.Open(Below("5001010101", "成本"), [&] { EXPECT_EQ(editor_.Code(), ""); });
-  editor_.Open(Edit(77), [] { ADD_FAILURE() << "opened"; });
-  EXPECT_EQ(editor_.reports, (Reports{{" 本软件仅支持 4 级编码!", kCommandError},
-                                      {"LoadData->找不到该科目", kLoadingError}}));
+  for (const std::int32_t none : {77, 0, -3}) {
+    editor_.Open(Edit(none), [] { ADD_FAILURE() << "opened"; });
+  }
+  const ReportSeen missing{"LoadData->找不到该科目", kLoadingError};
+  EXPECT_EQ(editor_.reports,
+            (Reports{{" 本软件仅支持 4 级编码!", kCommandError}, missing, missing, missing}));
 }
 
 TEST_F(DialogTest, ASecondOpeningIsRefusedAndHarmsNothing) {

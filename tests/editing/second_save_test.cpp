@@ -184,6 +184,44 @@ TEST_P(SecondSave, FinishesWhatEveryFailingCallLeft) {
   }
 }
 
+/// A check of the record that fails clears the changed flag, not what there is to write.
+TEST_P(SecondSave, WritesWhatWasTypedBeforeACheckThatFailed) {
+  const auto fails_once_at = [this](const std::string& update) {
+    editor_.recorder.BeforeEach([this, update, done = false](const std::string& sql) mutable {
+      if (done || !sql.starts_with(update)) return;
+      done = true;
+      editor_.recorder.FailNext("ErrorEntry.Description", Fault::kErrorText, "锁定");
+    });
+    EXPECT_FALSE(editor_.dialog->FileSave());
+  };
+  const auto account_fails = [&] {
+    editor_.SetName("直接用料");
+    fails_once_at("update gl_code");
+  };
+  const auto ledger_fails = [&] {
+    editor_.SetCode("100101");
+    fails_once_at("update gl_accass");
+    editor_.SetName("直接用料");
+  };
+  const std::function<void()> first_saves[] = {account_fails, ledger_fails};
+  for (const auto& first_save : first_saves) {
+    Restore();
+    editor_.Open(Edit(8), [&] {
+      first_save();
+      editor_.recorder.FailNext("Statement.Recordset", Fault::kThrow);
+      EXPECT_FALSE(editor_.dialog->FileSave());
+      EXPECT_TRUE(editor_.reports.back().text.starts_with("IsCanEdit::"));
+      // Whatever the first save has written is not counted.
+      test::Run(editor_.book, "update gl_code set ccode_name='' where i_id=8");
+      EXPECT_TRUE(editor_.dialog->FileSave());
+      EXPECT_EQ(test::Scalar(editor_.book, "select ccode_name from gl_code where i_id=8"),
+                "直接用料");
+      EXPECT_EQ(editor_.saved, (Saved{{false, 8}}));
+    });
+    EXPECT_EQ(test::BrokenRules(editor_.book), Texts());
+  }
+}
+
 TEST_P(SecondSave, SendsOnlyWhatIsLeftAndAsksOnClosingUntilItHas) {
   Editor& editor = editor_;
   Restore();

@@ -9,6 +9,7 @@
 
 #include "book/files.h"
 #include "book/paths.h"
+#include "book/settings_file.h"
 #include "support/recorder.h"
 #include "support/test_book.h"
 #include "viewkit/flex_grid.h"

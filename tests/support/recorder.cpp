@@ -324,8 +324,11 @@ class RecordedSystem : public Wrapper<host::SystemObject> {
     return Object<RecordedSetting>("GetSetting", [&] { return inner_->GetSetting(key, section); });
   }
   Identifier NewIdentifier(const std::string& table, const std::string& column) override {
-    const auto fault = log_->Note(
-        {.name = "NewIdentifier", .can_give_error_text = true, .detail = table + "|" + column});
+    const auto fault = log_->Note({.name = "NewIdentifier",
+                                   .can_give_null = true,
+                                   .can_give_error_text = true,
+                                   .detail = table + "|" + column});
+    if (fault && fault->fault == Fault::kNull) return {-1, {}};  // that of no row
     if (fault) return {0, fault->text};
     return inner_->NewIdentifier(table, column);
   }

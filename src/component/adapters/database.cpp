@@ -16,8 +16,8 @@ Variant FirstResult() {
 class AutomationRecordset : public Adapted<host::Recordset, IHostRecordset> {
  public:
   using Adapted::Adapted;
-  [[nodiscard]] bool EndOfFile() override { return Object().FlagOf(L"EOF"); }
-  [[nodiscard]] bool BeginningOfFile() override { return Object().FlagOf(L"BOF"); }
+  [[nodiscard]] bool EndOfFile() override { return Object().GivenFlagOf(L"EOF"); }
+  [[nodiscard]] bool BeginningOfFile() override { return Object().GivenFlagOf(L"BOF"); }
   [[nodiscard]] host::RowSet GetRows() override {
     if (const auto texts = Object().Dispatch().As<IHostRowTexts>())
       return TakeRowTexts(*texts.Get());

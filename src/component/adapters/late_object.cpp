@@ -163,6 +163,12 @@ bool LateObject::FlagOf(const wchar_t* member, Values arguments) const {
   return host::NoObject(ToValue(Get(member, arguments)), Narrow(member).c_str()).ToNumber() != 0;
 }
 
+bool LateObject::GivenFlagOf(const wchar_t* member) const {
+  const host::Value value = ToValue(Get(member));
+  if (const bool* flag = std::get_if<bool>(&value.Raw())) return *flag;
+  return host::RequiredNumber(value, Narrow(member).c_str()) != 0;
+}
+
 std::string LateObject::GivenTextOf(const wchar_t* member, Values arguments) const {
   return host::RequiredText(ToValue(Get(member, arguments)), Narrow(member).c_str());
 }

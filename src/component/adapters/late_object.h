@@ -43,7 +43,9 @@ class LateObject {
   /// Null and Empty are an empty text and a flag that is not set.
   [[nodiscard]] std::string TextOf(const wchar_t* member, Values arguments = {}) const;
   [[nodiscard]] bool FlagOf(const wchar_t* member, Values arguments = {}) const;
-  /// What a call gives where it must give something: Null and Empty are failures too.
+  /// What a call gives where it must give something: Null and Empty are failures too. A flag may
+  /// also be a number.
+  [[nodiscard]] bool GivenFlagOf(const wchar_t* member) const;
   [[nodiscard]] std::string GivenTextOf(const wchar_t* member, Values arguments = {}) const;
   [[nodiscard]] std::int32_t LongOf(const wchar_t* member, Values arguments = {}) const;
   /// The object that a call gives; null when it gives none.
