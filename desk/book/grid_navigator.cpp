@@ -194,7 +194,13 @@ void GridSearch::CloseOpened(host::Grid& grid) {
   std::vector<std::string> opened = std::exchange(opened_[KeyOf(grid)], {});
   if (opened.empty()) return;
   std::ranges::sort(opened);
+  const int current = grid.Row();
+  int level = IsDataRow(grid, current) ? LevelOf(grid, current) : 0;
   for (int row = grid.Rows() - 1; row >= grid.FixedRows(); --row) {
+    if (row < current && level > 0 && LevelOf(grid, row) < level) {  // the way to the current row
+      level = LevelOf(grid, row);
+      continue;
+    }
     if (grid.IsCollapsed(row)) continue;
     const std::string_view code = grid.TextMatrix(row, kFirstColumn);
     if (std::ranges::binary_search(opened, code, std::less<>())) grid.SetCollapsed(row, true);

@@ -139,6 +139,9 @@ void Kjkm::SetBackColor(viewkit::Color color) {
 }
 
 void Kjkm::Resize(int width, int height) {
+  if (width == width_ && height == height_) return;  // what the host has moved since stays there
+  width_ = width;
+  height_ = height;
   vxVSTab_.SetBounds({0, 0, width, kTabHeight});
   const int grid_height = height > kTabHeight ? height - kTabHeight : 0;
   for (const auto& grid : Vs_) grid->SetBounds({0, kTabHeight, width, grid_height});

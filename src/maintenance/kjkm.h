@@ -140,6 +140,8 @@ class Kjkm : public host::IFormUI, public host::IDesignUI {
   viewkit::ControlList controls_;
   viewkit::TabStrip vxVSTab_;
   std::array<std::unique_ptr<viewkit::FlexGrid>, kPages> Vs_;
+  int width_ = -1;  // before the first `Resize`
+  int height_ = -1;
   viewkit::Color back_color_ = viewkit::color::kButtonFace;
   std::shared_ptr<Session> session_;
   int current_tab_ = 0;

@@ -41,6 +41,7 @@ void selKjkm::InitGrid() {
   Vs_.SetCols(kColumns);
   Vs_.SetFixedCols(0);
   Vs_.SetSelectionMode(viewkit::SelectionMode::kListBox);
+  Vs_.SetAllowSelection(false);  // where one row is wanted
   Vs_.SetToolTipText("提示：双击或按回车键选择完毕！");
   // The blanks inside widen the columns.
   Vs_.SetFormatString(

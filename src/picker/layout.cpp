@@ -48,6 +48,7 @@ void selKjkm::Resize(int width, int height) {
 }
 
 void selKjkm::PlaceControls() {
+  if (width_ < 0) return;
   const int width = width_;
   const int height = height_;
   const int room = std::max(0, width - 2 * kGap);

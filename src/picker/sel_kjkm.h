@@ -194,8 +194,8 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   viewkit::Label lblMessage_;
   viewkit::Splitter Splitter1_;
   viewkit::Color back_color_ = viewkit::color::kButtonFace;
-  int width_ = 0;
-  int height_ = 0;
+  int width_ = -1;  // before the first `Resize`
+  int height_ = -1;
   Placement placement_;
   bool splitter_dragged_ = false;
 

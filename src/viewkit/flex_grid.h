@@ -217,7 +217,8 @@ class FlexGrid : public Control, public host::Grid {
   /// follows.
   int SetOutlineFromColumn(int col);
   [[nodiscard]] bool IsCollapsed(int row) const override;
-  /// False collapse expands. Ignored on a row that is no node.
+  /// False collapse expands. Ignored on a row that is no node. A current row that is hidden by it
+  /// gives way to the node.
   void SetCollapsed(int row, bool collapsed) override;
   /// Shows the outline down to `level`: nodes below it are expanded, nodes on it and deeper
   /// collapsed; a negative level expands everything. The current row stays, shown or not. Raises

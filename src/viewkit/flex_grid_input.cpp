@@ -34,17 +34,19 @@ void FlexGrid::State::Move(int next, Modifiers modifiers) {
   ScrollToShow(next);
 }
 
-/// Moves by shown rows; from nowhere to the first.
+/// Moves by shown rows; from nowhere down to the first. Without a row in its direction it stays.
 void FlexGrid::State::MoveBy(int rows, Modifiers modifiers) {
   const int shown = outline.ShownCount();
   if (shown == 0) return;
+  const bool up = rows < 0;
   int position = 0;
   if (IsData(row)) {
     // From a row that is not shown the first step down leads to the one that takes its place.
     if (rows > 0 && !outline.IsShown(row - Fixed())) --rows;
     position = std::clamp(outline.ShownBefore(row - Fixed()) + rows, 0, shown - 1);
   }
-  Move(outline.ShownAt(position) + Fixed(), modifiers);
+  const int next = outline.ShownAt(position) + Fixed();
+  if (up ? next <= row : next >= row) Move(next, modifiers);
 }
 
 void FlexGrid::State::MoveByPage(int direction, Modifiers modifiers) {
@@ -54,7 +56,6 @@ void FlexGrid::State::MoveByPage(int direction, Modifiers modifiers) {
 
 void FlexGrid::State::UserCollapses(int node, bool collapsed) {
   if (!grid.HasRowsBelow(node)) return;
-  if (collapsed && row > node && row <= grid.LastRowOfNode(node)) MakeCurrent(node, Pick::kOnly);
   grid.SetCollapsed(node, collapsed);
   pending.settle = true;
 }

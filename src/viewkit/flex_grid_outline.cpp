@@ -145,6 +145,9 @@ void FlexGrid::SetCollapsed(int row, bool collapsed) {
   if (row < state_->Fixed()) return;
   Update([&](State& s) {
     if (!s.outline.SetCollapsed(row - s.Fixed(), collapsed)) return;
+    if (collapsed && s.row > row && s.row <= LastRowOfNode(row)) {
+      s.MakeCurrent(row, State::Pick::kOnly);
+    }
     s.pending.collapsed.push_back(row);
     s.RowsCameOrWent();
   });

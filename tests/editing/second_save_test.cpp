@@ -186,10 +186,12 @@ TEST_P(SecondSave, FinishesWhatEveryFailingCallLeft) {
 
 /// A check of the record that fails clears the changed flag, not what there is to write.
 TEST_P(SecondSave, WritesWhatWasTypedBeforeACheckThatFailed) {
-  const auto fails_once_at = [this](const std::string& update) {
-    editor_.recorder.BeforeEach([this, update, done = false](const std::string& sql) mutable {
-      if (done || !sql.starts_with(update)) return;
-      done = true;
+  bool failed = false;
+  const auto fails_once_at = [&](const std::string& update) {
+    failed = false;
+    editor_.recorder.BeforeEach([&, update](const std::string& sql) {
+      if (failed || !sql.starts_with(update)) return;
+      failed = true;
       editor_.recorder.FailNext("ErrorEntry.Description", Fault::kErrorText, "锁定");
     });
     EXPECT_FALSE(editor_.dialog->FileSave());

@@ -289,6 +289,17 @@ TEST(Wheel, AGridThatGetsTheFocusTakesTheSource) {
   EXPECT_EQ(t.wheel->attached, 1) << "it is attached already";
 }
 
+TEST(Design, WhatTheHostHasPlacedStaysUntilTheViewIsResized) {
+  ViewTest t;
+  t.view.Resize(9000, 6000);
+  const host::Bounds was = t.Grid().GetBounds();
+  t.Grid().SetBounds({300, 2000, 4000, 1000});
+  t.view.Resize(9000, 6000);
+  EXPECT_EQ(t.Grid().GetBounds().left, 300);
+  t.view.Resize(9000, 6015);
+  EXPECT_EQ(t.Grid().GetBounds().left, was.left);
+}
+
 TEST(Design, BackColorIsTheOnlyParameter) {
   ViewTest t;
   const auto parameters = std::make_shared<desk::book::ParameterList>();

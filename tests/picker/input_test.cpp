@@ -260,6 +260,12 @@ TEST(View, WhatTheHostHasPlacedStaysUntilTheViewIsResized) {
   f.picker.Resize(9000, 6015);
   EXPECT_EQ(f.Vs().GetBounds().left, was.left);
   EXPECT_NE(f.Cmd(2).GetBounds(), button);
+
+  selKjkm unsized(f.user);
+  auto& control = dynamic_cast<viewkit::Control&>(unsized.Controls().At(0));
+  control.SetBounds(list);
+  control.SetVisible(false);
+  EXPECT_EQ(control.GetBounds(), list) << "there is no size to arrange anything in";
 }
 
 std::vector<desk::book::Account> ManyAccounts() {

@@ -61,6 +61,22 @@ TEST(Selection, AParentIsRefusedWhereOnlyLeavesAreWanted) {
   EXPECT_EQ(f.picker.Text(), "100202");
 }
 
+TEST(Selection, OneRowIsOneHoweverItIsChosen) {
+  PickerFixture f;
+  f.parameters->Set("single", 1);
+  f.picker.Refresh();
+  f.Vs().SetRow(1);
+  for (int times = 0; times < 2; ++times) f.Press(f.Vs(), Key::kDown, {.shift = true});
+  EXPECT_EQ(f.Count(), "共:8条，已选中1条");
+  f.Vs().HandlePress(1, 1, false, {.shift = true});
+  f.Vs().HandleDrag(4);
+  EXPECT_EQ(f.Count(), "共:8条，已选中1条");
+  f.parameters->Set("single", 0);
+  f.picker.Refresh();
+  f.Press(f.Vs(), Key::kDown, {.shift = true});
+  EXPECT_EQ(f.Count(), "共:8条，已选中2条");
+}
+
 TEST(Selection, WithoutARowThePickIsEmpty) {
   PickerFixture f;
   f.parameters->Set("single", 1);

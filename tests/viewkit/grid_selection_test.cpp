@@ -140,7 +140,15 @@ TEST_F(GridSelection, KeysGoOnFromAHiddenRow) {
   EXPECT_EQ(moves(Key::kPageDown), 5) << "a page of three rows, less one";
   EXPECT_EQ(moves(Key::kPageUp), 1);
   for (const int row : {4, 5, 6}) grid.SetRowHidden(row, true);
-  EXPECT_EQ(moves(Key::kDown), 2) << "nothing comes after it";
+  EXPECT_EQ(moves(Key::kDown), 3) << "nothing comes after it";
+  EXPECT_EQ(moves(Key::kPageDown), 3);
+  for (const int row : {1, 2}) grid.SetRowHidden(row, true);
+  grid.SetRowHidden(5, false);
+  EXPECT_EQ(moves(Key::kUp), 3) << "nothing comes before it";
+  EXPECT_EQ(moves(Key::kPageUp), 3);
+  grid.SetRow(0);
+  grid.HandleKey(Key::kUp);
+  EXPECT_EQ(grid.Row(), 0) << "nor before the first row";
 }
 
 TEST_F(GridSelection, TheOtherChosenRowsOutliveTheCurrentOne) {
@@ -173,6 +181,12 @@ TEST_F(GridSelection, ArrowsWalkTheTree) {
   EXPECT_TRUE(grid.HandleKey(Key::kMultiply));
   EXPECT_EQ(grid.ShownRows(), 4);
   grid.SetRow(3);
+  grid.SetCollapsed(2, true);  // whoever closes the node
+  EXPECT_EQ(grid.Row(), 2);
+  grid.SetRow(3);
+  grid.SetCollapsed(2, true);
+  EXPECT_EQ(grid.Row(), 3) << "it was closed";
+  grid.SetCollapsed(2, false);
   grid.SetRow(2);
   EXPECT_TRUE(grid.HandleKey(Key::kSubtract));
   EXPECT_FALSE(grid.IsShown(3));
