@@ -34,7 +34,7 @@ TEST_F(RecorderTest, EachCallCanFailOnce) {
     const std::string text = host::ExecuteSql(system, "delete from gl_accsum");
     if (!text.empty()) throw host::HostError(text);
     const auto id = system.NewIdentifier("gl_code", "i_id");
-    if (!id.error.empty()) throw host::HostError(id.error);
+    if (!id.error.empty() || id.id <= 0) throw host::HostError(id.error);
   };
   command(*recorder_.System());
   const auto calls = recorder_.Calls();

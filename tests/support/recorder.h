@@ -13,7 +13,7 @@ namespace tavrix::test {
 enum class Fault {
   kThrow,      ///< it throws `HostError`
   kErrorText,  ///< it gives an error text where a caller reads one
-  kNull,       ///< it gives no object, or a null value
+  kNull,       ///< it gives no object, a null value, or an identifier that no row has
   kObject,     ///< it gives an object where a value is wanted
 };
 
