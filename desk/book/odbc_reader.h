@@ -20,7 +20,7 @@ class OdbcPortion {
   void AddText(const SQLWCHAR* units, std::size_t length);
 
   [[nodiscard]] std::size_t Cells() const { return cells_.size(); }
-  [[nodiscard]] host::Value Get(std::size_t cell) const;
+  [[nodiscard]] host::Value Get(std::size_t at) const;
   /// Passes the cells from `first` on.
   void Pass(std::size_t first, CellSink& sink) const;
   /// Whether no row follows.
