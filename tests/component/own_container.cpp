@@ -46,9 +46,11 @@ class Frame : public component::Identity, public Face<IOleInPlaceFrame> {
   STDMETHODIMP RequestBorderSpace(const BORDERWIDTHS*) noexcept override {
     return INPLACE_E_NOTOOLSPACE;
   }
-  STDMETHODIMP SetBorderSpace(const BORDERWIDTHS*) noexcept override { return S_OK; }
+  STDMETHODIMP SetBorderSpace(const BORDERWIDTHS*) noexcept override {
+    return container_.Hear("SetBorderSpace");
+  }
   STDMETHODIMP SetActiveObject(IOleInPlaceActiveObject*, LPCOLESTR) noexcept override {
-    return S_OK;
+    return container_.Hear("SetActiveObject");
   }
   STDMETHODIMP InsertMenus(HMENU, OLEMENUGROUPWIDTHS*) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP SetMenu(HMENU, HOLEMENU, HWND) noexcept override { return E_NOTIMPL; }
@@ -56,8 +58,7 @@ class Frame : public component::Identity, public Face<IOleInPlaceFrame> {
   STDMETHODIMP SetStatusText(LPCOLESTR) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP EnableModeless(BOOL enable) noexcept override {
     container_.modeless.push_back(enable != FALSE);
-    if (container_.on_modeless) container_.on_modeless();
-    return S_OK;
+    return container_.Hear("EnableModeless");
   }
   STDMETHODIMP TranslateAccelerator(MSG*, WORD) noexcept override { return S_FALSE; }
 
@@ -86,14 +87,14 @@ class Site : public component::Identity,
 
   STDMETHODIMP SaveObject() noexcept override {
     ++container_.saved;
-    return S_OK;
+    return container_.Hear("SaveObject");
   }
   STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker**) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP GetContainer(IOleContainer** result) noexcept override {
     *result = nullptr;
     return E_NOINTERFACE;
   }
-  STDMETHODIMP ShowObject() noexcept override { return S_OK; }
+  STDMETHODIMP ShowObject() noexcept override { return container_.Hear("ShowObject"); }
   STDMETHODIMP OnShowWindow(BOOL) noexcept override { return S_OK; }
   STDMETHODIMP RequestNewObjectLayout() noexcept override { return E_NOTIMPL; }
 
@@ -102,37 +103,43 @@ class Site : public component::Identity,
     return S_OK;
   }
   STDMETHODIMP ContextSensitiveHelp(BOOL) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP CanInPlaceActivate() noexcept override { return S_OK; }
-  STDMETHODIMP OnInPlaceActivate() noexcept override { return S_OK; }
-  STDMETHODIMP OnUIActivate() noexcept override { return S_OK; }
+  STDMETHODIMP CanInPlaceActivate() noexcept override {
+    return container_.Hear("CanInPlaceActivate");
+  }
+  STDMETHODIMP OnInPlaceActivate() noexcept override {
+    return container_.Hear("OnInPlaceActivate");
+  }
+  STDMETHODIMP OnUIActivate() noexcept override { return container_.Hear("OnUIActivate"); }
   STDMETHODIMP GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document,
                                 RECT* place, RECT* clip,
                                 OLEINPLACEFRAMEINFO* info) noexcept override {
     *frame = component::MakeObject<Frame>(container_).As<IOleInPlaceFrame>().Detach();
     *document = nullptr;
     GetClientRect(container_.window.Get(), place);
-    *clip = *place;
+    if (container_.clips) *clip = *place;
     info->hwndFrame = container_.window.Get();
     info->haccel = container_.accelerators;
     info->cAccelEntries = container_.accelerators == nullptr ? 0 : 1;
-    return S_OK;
+    return container_.Hear("GetWindowContext");
   }
   STDMETHODIMP Scroll(SIZE) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP OnUIDeactivate(BOOL) noexcept override { return S_OK; }
-  STDMETHODIMP OnInPlaceDeactivate() noexcept override { return S_OK; }
+  STDMETHODIMP OnUIDeactivate(BOOL) noexcept override { return container_.Hear("OnUIDeactivate"); }
+  STDMETHODIMP OnInPlaceDeactivate() noexcept override {
+    return container_.Hear("OnInPlaceDeactivate");
+  }
   STDMETHODIMP DiscardUndoState() noexcept override { return E_NOTIMPL; }
   STDMETHODIMP DeactivateAndUndo() noexcept override { return E_NOTIMPL; }
   STDMETHODIMP OnPosRectChange(const RECT*) noexcept override { return S_OK; }
 
   STDMETHODIMP OnControlInfoChanged() noexcept override {
     ++container_.control_info_changes;
-    return S_OK;
+    return container_.Hear("OnControlInfoChanged");
   }
   STDMETHODIMP LockInPlaceActive(BOOL) noexcept override { return S_OK; }
   STDMETHODIMP GetExtendedControl(IDispatch**) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP TranslateAccelerator(MSG*, DWORD) noexcept override { return S_FALSE; }
-  STDMETHODIMP OnFocus(BOOL) noexcept override { return S_OK; }
+  STDMETHODIMP OnFocus(BOOL) noexcept override { return container_.Hear("OnFocus"); }
   STDMETHODIMP ShowPropertyFrame() noexcept override { return E_NOTIMPL; }
 
   STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
@@ -154,7 +161,7 @@ class Site : public component::Identity,
     } else {
       return DISP_E_MEMBERNOTFOUND;
     }
-    return S_OK;
+    return container_.Hear("an ambient property");
   }
 
  private:
@@ -166,6 +173,10 @@ class Site : public component::Identity,
 OwnContainer::OwnContainer()
     : window(CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 400, 300, nullptr,
                              nullptr, nullptr, nullptr)) {}
+
+HRESULT OwnContainer::Hear(const char* member) {
+  return on_call ? on_call(member) : S_OK;
+}
 
 ComPtr<IOleClientSite> OwnContainer::MakeSite() {
   return component::MakeObject<Site>(*this).As<IOleClientSite>();

@@ -30,10 +30,12 @@ struct OwnContainer {
   Ambients ambients;
   viewkit::win32::OwnedWindow window;
   HACCEL accelerators = nullptr;  ///< lent to the control
+  bool clips = true;              ///< fills in a clipping rectangle
   int saved = 0;
   int control_info_changes = 0;
   std::vector<bool> modeless;  ///< what `EnableModeless` was told, in order
-  std::function<void()> on_modeless;
+  /// Hears of each call of the control, with the name of the member, and gives its answer.
+  std::function<HRESULT(const std::string& member)> on_call;
 
   OwnContainer();
   /// Outlives no container.
@@ -44,6 +46,8 @@ struct OwnContainer {
   [[nodiscard]] HRESULT Do(const ComPtr<IUnknown>& control, LONG verb);
   /// Takes the control out again.
   void Remove(const ComPtr<IUnknown>& control);
+  /// For the container's parts: `member` has been called.
+  [[nodiscard]] HRESULT Hear(const char* member);
   /// The control's own window; null when it has none.
   [[nodiscard]] HWND ControlWindow() const { return GetWindow(window.Get(), GW_CHILD); }
 };

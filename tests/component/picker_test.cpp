@@ -161,6 +161,13 @@ TEST_F(Picker, ReplacesTheStringsOfAnEarlyBoundCaller) {
   EXPECT_EQ(Validate("1001", &code_given, &name_given), S_OK);
   EXPECT_EQ(SysStringLen(code_given) + SysStringLen(name_given), 0U);
   EXPECT_EQ(Validate("1001", nullptr, &name_given), E_POINTER);
+  // One variable for what is typed and for the code.
+  SysFreeString(std::exchange(code_given, SysAllocString(L"1002")));
+  VARIANT_BOOL result = VARIANT_FALSE;
+  EXPECT_EQ(
+      picker_->Validate(nullptr, nullptr, nullptr, code_given, &code_given, &name_given, &result),
+      S_OK);
+  EXPECT_THAT(host_->statements.back(), testing::HasSubstr("ccode='1002'"));
   SysFreeString(code_given);
   SysFreeString(name_given);
 }

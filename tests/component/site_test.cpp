@@ -7,6 +7,7 @@
 #include <olectl.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "component/answers.h"
@@ -77,7 +78,47 @@ TEST_F(Sited, IsShownAgainByEveryVerbThatShows) {
     EXPECT_EQ(container_.Do(control, OLEIVERB_HIDE), S_OK);
     EXPECT_FALSE(IsWindowVisible(container_.ControlWindow())) << verb;
   }
+  EXPECT_EQ(container_.Do(control, 7), OLEOBJ_S_INVALIDVERB);
+  EXPECT_TRUE(IsWindowVisible(container_.ControlWindow())) << "taken for the first verb";
+  EXPECT_EQ(container_.Do(control, -77), E_NOTIMPL);
+  auto* verbs = reinterpret_cast<IEnumOLEVERB*>(1);
+  EXPECT_EQ(control.As<IOleObject>()->EnumVerbs(&verbs), OLEOBJ_E_NOVERBS);
+  EXPECT_EQ(verbs, nullptr);
   container_.Remove(control);
+}
+
+TEST_F(Sited, LeavesASiteThatDoesNotTakeItAndItsOldOneForAnother) {
+  const auto control = container_.Place(L"tavrix.Kjkm");
+  std::vector<std::string> calls;
+  std::string refused = "CanInPlaceActivate";
+  container_.on_call = [&](const std::string& member) {
+    calls.push_back(member);
+    return member == refused ? E_FAIL : S_OK;
+  };
+  EXPECT_EQ(container_.Do(control, OLEIVERB_SHOW), E_FAIL);
+  EXPECT_THAT(calls, ElementsAre(refused));
+  refused = "OnInPlaceActivate";
+  calls.clear();
+  EXPECT_EQ(container_.Do(control, OLEIVERB_SHOW), E_FAIL);
+  EXPECT_THAT(calls, ElementsAre("CanInPlaceActivate", refused));
+  refused = "GetWindowContext";
+  calls.clear();
+  EXPECT_EQ(container_.Do(control, OLEIVERB_SHOW), E_FAIL);
+  EXPECT_EQ(calls.back(), "OnInPlaceDeactivate");
+  refused.clear();
+  EXPECT_EQ(container_.Do(control, OLEIVERB_SHOW), S_OK);
+  EXPECT_NE(container_.ControlWindow(), nullptr);
+  OwnContainer other;
+  calls.clear();
+  EXPECT_EQ(control.As<IOleObject>()->SetClientSite(other.MakeSite().Get()), S_OK);
+  EXPECT_THAT(calls, testing::Contains("OnInPlaceDeactivate"));
+  EXPECT_EQ(container_.ControlWindow(), nullptr);
+  other.clips = false;
+  EXPECT_EQ(other.Do(control, OLEIVERB_SHOW), S_OK);
+  const HRGN region = CreateRectRgn(0, 0, 0, 0);
+  EXPECT_EQ(GetWindowRgn(other.ControlWindow(), region), ERROR) << "all of it is shown";
+  DeleteObject(region);
+  other.Remove(control);
 }
 
 TEST_F(Sited, TellsWhichKeysItsFocusedPartEats) {
@@ -128,13 +169,14 @@ TEST_F(Sited, EndsAfterTheCallInWhoseQuestionItsContainerLetGo) {
   Load(control, FewAccounts());
   EXPECT_EQ(Child<IFlexGrid>(control, "Vs(0)")->put_Row(1), S_OK);
   IFormUI* const bare = control.As<IFormUI>().Get();
-  container_.on_modeless = [&] {
-    if (control) container_.Remove(control);
-    control = nullptr;
+  container_.on_call = [&](const std::string& member) {
+    if (control && member == "EnableModeless") container_.Remove(std::exchange(control, nullptr));
+    return S_OK;
   };
   const Answers answers(IDYES);
   VARIANT_BOOL done = VARIANT_FALSE;
   EXPECT_EQ(bare->FileDelete(&done), S_OK);
+  EXPECT_THAT(container_.modeless, ElementsAre(false, true)) << "its frame is not left disabled";
   EXPECT_EQ(library.CanUnloadNow(), S_OK);
 }
 
@@ -165,6 +207,42 @@ TEST_F(Sited, SavesAtItsEndWhatHasChanged) {
   EXPECT_EQ(kept->IsDirty(), S_FALSE);
   EXPECT_EQ(ole->Close(OLECLOSE_SAVEIFDIRTY), S_OK);
   EXPECT_EQ(container_.saved, 1) << "nothing has changed since";
+  container_.Remove(control);
+}
+
+/// Hears that an object has been closed.
+class CloseSink : public component::Identity, public component::Face<IAdviseSink> {
+ public:
+  explicit CloseSink(int& closed)
+      : Face<IAdviseSink>(static_cast<Identity&>(*this)), closed_(closed) {
+    Publish(IID_IAdviseSink, this);
+  }
+  STDMETHODIMP_(void) OnDataChange(FORMATETC*, STGMEDIUM*) noexcept override {}
+  STDMETHODIMP_(void) OnViewChange(DWORD, LONG) noexcept override {}
+  STDMETHODIMP_(void) OnRename(IMoniker*) noexcept override {}
+  STDMETHODIMP_(void) OnSave() noexcept override {}
+  STDMETHODIMP_(void) OnClose() noexcept override { ++closed_; }
+
+ private:
+  int& closed_;
+};
+
+TEST_F(Sited, ClosesThoughItsContainerCannotSaveIt) {
+  const auto control = container_.Place(L"tavrix.Kjkm");
+  int closed = 0;
+  DWORD cookie = 0;
+  const auto sink = component::MakeObject<CloseSink>(closed).As<IAdviseSink>();
+  EXPECT_EQ(control.As<IOleObject>()->Advise(sink.Get(), &cookie), S_OK);
+  for (const HRESULT answer : {E_ACCESSDENIED, E_NOTIMPL}) {
+    ASSERT_EQ(container_.Do(control, OLEIVERB_SHOW), S_OK);
+    container_.on_call = [answer](const std::string& member) {
+      return member == "SaveObject" ? answer : S_OK;
+    };
+    EXPECT_EQ(control.As<IOleObject>()->Close(OLECLOSE_SAVEIFDIRTY),
+              answer == E_NOTIMPL ? S_OK : answer);
+    EXPECT_EQ(container_.ControlWindow(), nullptr);
+  }
+  EXPECT_EQ(closed, 2);
   container_.Remove(control);
 }
 
@@ -313,6 +391,10 @@ TEST_F(Kept, ComesBackFromPropertiesByName) {
   EXPECT_EQ(view_.As<IPersistPropertyBag>()->Save(bag.Get(), TRUE, TRUE), S_OK);
   EXPECT_EQ(other_.As<IPersistPropertyBag>()->Load(bag.Get(), nullptr), S_OK);
   EXPECT_EQ(ColorOf(other_), 0x00123456);
+  VARIANT unsigned_color = Variant(2147483663.0).Detach();
+  EXPECT_EQ(bag->Write(L"BackColor", &unsigned_color), S_OK);
+  EXPECT_EQ(other_.As<IPersistPropertyBag>()->Load(bag.Get(), nullptr), S_OK);
+  EXPECT_EQ(ColorOf(other_), static_cast<long>(0x8000000F));
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 
 #include <memory>
 #include <optional>
+#include <stdexcept>
+#include <string>
 
 #include "viewkit/check_box.h"
 #include "viewkit/combo_box.h"
@@ -13,6 +15,7 @@
 #include "viewkit/label.h"
 #include "viewkit/tab_strip.h"
 #include "viewkit/text_box.h"
+#include "viewkit/tree_view.h"
 #include "windows/desktop.h"
 
 namespace tavrix::viewkit::win32 {
@@ -241,6 +244,36 @@ TEST_F(ViewWindowTest, TheActiveTabIsMarkedWhoeverActivatedIt) {
 TEST_F(ViewWindowTest, RefusesAParentThatIsNone) {
   EXPECT_THROW(ViewWindow(controls, {.parent = nullptr}), std::system_error);
   EXPECT_EQ(tabs.GetPeer(), nullptr);
+}
+
+/// A control that no window is made for.
+class Strange : public Control {
+ public:
+  Strange() : Control("strange") {}
+  [[nodiscard]] std::string TypeName() const override { return "Strange"; }
+};
+
+TEST_F(ViewWindowTest, ModelsKnowNothingOfAWindowThatOpensHalf) {
+  Strange strange;
+  TreeView tree{"TV"};
+  controls.Add(tree);
+  controls.Add(strange);
+  EXPECT_THROW(Open(), std::invalid_argument);
+  EXPECT_EQ(first.GetPeer(), nullptr);
+  first.SetCols(2);
+  first.SetRows(5);
+  first.AutoSize(0);
+  tree.Nodes().Add(nullptr, Relationship::kLast, "key", "资产");
+  EXPECT_EQ(tree.Nodes().Count(), 1);
+}
+
+TEST_F(ViewWindowTest, AListenerToItsEndMayFail) {
+  view.emplace(controls, ViewWindowOptions{
+                             .parent = frame->Get(), .place = {0, 0, 400, 300}, .destroyed = [] {
+                               throw std::runtime_error("too late");
+                             }});
+  frame.reset();
+  EXPECT_EQ(view->Handle(), nullptr);
 }
 
 TEST_F(ViewWindowTest, ManyViewsLeaveNothingBehind) {

@@ -83,12 +83,14 @@ void ActiveControl::PublishFaces() {
 
 void ActiveControl::SetSite(IOleClientSite* site) {
   const ComPtr<IUnknown> keep(&Controlling());
-  if (site == nullptr) in_place_.Deactivate();
+  if (site != site_.Client().Get()) in_place_.Deactivate();
   site_.Set(site);
   if (site != nullptr) ApplyAmbients();
 }
 
 void ActiveControl::ApplyAmbients() {
+  // The container is asked, and may take the control out: its window is looked up each time.
+  const ComPtr<IUnknown> keep(&Controlling());
   view_->SetContainerName(site_.DisplayName());
   const auto color = site_.BackColor();
   if (color && !own_back_color_) {
@@ -96,13 +98,15 @@ void ActiveControl::ApplyAmbients() {
     view_->SetBackColor(*color);
     applying_ambients_ = false;
   }
-  if (auto* window = in_place_.Window()) {
-    window->SetForeColor(site_.ForeColor());
-    window->SetFont(site_.Font());
-  }
+  if (!in_place_.Active()) return;
+  const auto fore_color = site_.ForeColor();
+  const auto font = site_.Font();
+  if (auto* window = in_place_.Window()) window->SetForeColor(fore_color);
+  if (auto* window = in_place_.Window()) window->SetFont(font);
 }
 
 void ActiveControl::SetExtent(const SIZEL& extent) {
+  const ComPtr<IUnknown> keep(&Controlling());
   extent_ = extent;
   // A window has its own say: the container sizes it with the object's rectangle.
   if (!in_place_.Active()) Resize(TwipsOf(extent));
@@ -123,6 +127,7 @@ KeptState ActiveControl::State() const {
 }
 
 void ActiveControl::Restore(const KeptState& state) {
+  const ComPtr<IUnknown> keep(&Controlling());
   SetExtent({state.width, state.height});
   if (state.back_color != viewkit::color::kDefault) SetBackColor(state.back_color);
   MarkKept();

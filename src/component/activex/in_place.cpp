@@ -10,6 +10,12 @@ namespace tavrix::component {
 
 using viewkit::win32::ViewWindow;
 
+namespace {
+
+constexpr LONG kFar = 32'767;  // no window lies beyond
+
+}  // namespace
+
 InPlace::~InPlace() {
   // A container that lets go without a word gets none either: its site may be gone.
   window_.reset();
@@ -20,7 +26,7 @@ void InPlace::Activate(bool ui) {
   if (Active() && window_->Handle() == nullptr) Deactivate();  // the container took it away
   if (Active()) {
     SetShown(true);
-  } else {
+  } else if (!site_) {
     EnterSite();
   }
   const auto client = control_.ClientSite().Client();
@@ -31,29 +37,47 @@ void InPlace::Activate(bool ui) {
 }
 
 void InPlace::EnterSite() {
-  site_ = control_.ClientSite().Client().As<IOleInPlaceSite>();
-  if (!site_) throw ComFailure(E_UNEXPECTED);
-  if (site_->CanInPlaceActivate() != S_OK) throw ComFailure(E_FAIL);
-  const ComPtr<IOleInPlaceSite> site = site_;
-  Check(site->OnInPlaceActivate());
+  const auto site = control_.ClientSite().Client().As<IOleInPlaceSite>();
+  if (!site) throw ComFailure(E_UNEXPECTED);
+  site_ = site;
+  try {
+    OpenIn(site);
+  } catch (...) {
+    if (site_.Get() == site.Get()) Leave();
+    throw;
+  }
+}
+
+/// In each of these calls the container may take the control out again.
+void InPlace::OpenIn(const ComPtr<IOleInPlaceSite>& site) {
+  const auto left = [&] { return site_.Get() != site.Get(); };
+  if (site->CanInPlaceActivate() != S_OK) throw ComFailure(E_FAIL);
+  if (left()) return;
+  entered_ = true;
+  const HRESULT entered = site->OnInPlaceActivate();
+  if (left()) return;
+  entered_ = SUCCEEDED(entered);
+  Check(entered);
   HWND parent = nullptr;
   RECT position{};
-  RECT clip{};
+  // Some containers give no clipping rectangle.
+  RECT clip{-kFar, -kFar, kFar, kFar};
   OLEINPLACEFRAMEINFO frame_info{};
   frame_info.cb = sizeof frame_info;
-  HRESULT result = site->GetWindow(&parent);
-  if (SUCCEEDED(result)) {
-    result = site->GetWindowContext(frame_.Put(), document_.Put(), &position, &clip, &frame_info);
-  }
-  if (FAILED(result)) {
-    Leave();
-    throw ComFailure(result);
-  }
-  CreateViewWindow(parent, position);
+  ComPtr<IOleInPlaceFrame> frame;
+  ComPtr<IOleInPlaceUIWindow> document;
+  Check(site->GetWindow(&parent));
+  Check(site->GetWindowContext(frame.Put(), document.Put(), &position, &clip, &frame_info));
+  if (left()) return;
+  frame_ = frame;
+  document_ = document;
+  auto window = MakeWindow(parent, position);
+  if (left()) return;
+  window_ = std::move(window);
   Place(position, clip);
 }
 
-void InPlace::CreateViewWindow(HWND parent, const RECT& position) {
+std::unique_ptr<ViewWindow> InPlace::MakeWindow(HWND parent, const RECT& position) {
   viewkit::win32::ViewWindowOptions options;
   options.parent = parent;
   options.place = position;
@@ -66,12 +90,7 @@ void InPlace::CreateViewWindow(HWND parent, const RECT& position) {
   options.destroyed = [this] { WindowGone(); };
   // A host may let go of the control while it handles the user's click or key.
   options.keep = [this] { return std::make_shared<ComPtr<IUnknown>>(&control_.Controlling()); };
-  try {
-    window_ = std::make_unique<ViewWindow>(control_.View().Controls(), std::move(options));
-  } catch (...) {
-    Leave();
-    throw;
-  }
+  return std::make_unique<ViewWindow>(control_.View().Controls(), std::move(options));
 }
 
 ComPtr<IOleInPlaceActiveObject> InPlace::ActiveObject() const {
@@ -97,6 +116,7 @@ void InPlace::TakeFrame() {
 
 void InPlace::UiDeactivate() {
   if (!std::exchange(user_active_, false)) return;
+  const ComPtr<IUnknown> keep(&control_.Controlling());
   const ComPtr<IOleInPlaceSite> site = site_;
   const auto let_go = [](const auto& window) {
     if (window) window->SetActiveObject(nullptr, nullptr);
@@ -107,7 +127,7 @@ void InPlace::UiDeactivate() {
 }
 
 void InPlace::Deactivate() {
-  if (!Active()) return;
+  if (!Active() && !site_) return;
   const ComPtr<IUnknown> keep(&control_.Controlling());
   UiDeactivate();
   const auto window = std::exchange(window_, nullptr);
@@ -120,7 +140,7 @@ void InPlace::Leave() {
   frame_ = nullptr;
   document_ = nullptr;
   user_active_ = false;
-  if (site) site->OnInPlaceDeactivate();
+  if (std::exchange(entered_, false)) site->OnInPlaceDeactivate();
 }
 
 void InPlace::WindowGone() {
@@ -156,7 +176,9 @@ DWORD InPlace::KeysEaten() const {
 
 void InPlace::Place(const RECT& position, const RECT& clip) {
   if (!Active()) return;
+  const ComPtr<IUnknown> keep(&control_.Controlling());
   window_->SetPlace(position);
+  if (!Active()) return;  // the view tells the host what has moved
   RECT shown{};
   IntersectRect(&shown, &position, &clip);
   if (EqualRect(&shown, &position)) {
@@ -184,7 +206,12 @@ HWND InPlace::ModalOwner() const {
 }
 
 void InPlace::SetModal(bool open) {
-  if (const auto frame = frame_) frame->EnableModeless(open ? FALSE : TRUE);
+  // The frame that was disabled is enabled again, though the control may have left it meanwhile.
+  if (open) disabled_frames_.push_back(frame_);
+  if (disabled_frames_.empty()) return;
+  const auto frame = disabled_frames_.back();
+  if (!open) disabled_frames_.pop_back();
+  if (frame) frame->EnableModeless(open ? FALSE : TRUE);
 }
 
 }  // namespace tavrix::component

@@ -6,6 +6,7 @@
 #include <oleidl.h>
 
 #include <memory>
+#include <vector>
 
 #include "component/base/com_ptr.h"
 #include "viewkit/win32/view_window.h"
@@ -50,7 +51,9 @@ class InPlace {
 
  private:
   void EnterSite();
-  void CreateViewWindow(HWND parent, const RECT& position);
+  void OpenIn(const ComPtr<IOleInPlaceSite>& site);
+  [[nodiscard]] std::unique_ptr<viewkit::win32::ViewWindow> MakeWindow(HWND parent,
+                                                                       const RECT& position);
   void TakeFrame();
   void FocusChanged(bool focused);
   void FocusMoved();
@@ -59,10 +62,12 @@ class InPlace {
   [[nodiscard]] ComPtr<IOleInPlaceActiveObject> ActiveObject() const;
 
   ActiveControl& control_;
-  ComPtr<IOleInPlaceSite> site_;
+  ComPtr<IOleInPlaceSite> site_;  // from the first question whether it takes the control
+  bool entered_ = false;          // it knows that the control is active
   ComPtr<IOleInPlaceFrame> frame_;
   ComPtr<IOleInPlaceUIWindow> document_;
   std::unique_ptr<viewkit::win32::ViewWindow> window_;
+  std::vector<ComPtr<IOleInPlaceFrame>> disabled_frames_;  // one for each open modal window
   bool user_active_ = false;
   DWORD keys_told_ = 0;  // what the container has been told of the keys that the control eats
 };

@@ -27,14 +27,18 @@ HRESULT OleObject::Close(DWORD save) noexcept {
     const ComPtr<IUnknown> keep(&control_.Controlling());
     // A control asks no question of its own at its end: to prompt means to save.
     const auto site = control_.ClientSite().Client();
-    if (save != OLECLOSE_NOSAVE && site && control_.Dirty()) Check(site->SaveObject());
+    const bool saves = save != OLECLOSE_NOSAVE && site && control_.Dirty();
+    const HRESULT saved = saves ? site->SaveObject() : S_OK;
     control_.Placement().Deactivate();
-    if (advised_) advised_->SendOnClose();
+    if (const auto advised = advised_) advised->SendOnClose();
+    // A container that keeps nothing says so; it is closed as well as any other.
+    return saved == E_NOTIMPL || SUCCEEDED(saved) ? S_OK : saved;
   });
 }
 
 HRESULT OleObject::DoVerb(LONG verb, LPMSG, IOleClientSite*, LONG, HWND, LPCRECT) noexcept {
   return Guarded(IID_IOleObject, [&] {
+    const ComPtr<IUnknown> keep(&control_.Controlling());
     InPlace& placement = control_.Placement();
     switch (verb) {
       case OLEIVERB_SHOW:
@@ -52,8 +56,17 @@ HRESULT OleObject::DoVerb(LONG verb, LPMSG, IOleClientSite*, LONG, HWND, LPCRECT
       case OLEIVERB_DISCARDUNDOSTATE:
         return S_OK;
       default:
-        return verb > 0 ? OLEOBJ_S_INVALIDVERB : E_NOTIMPL;
+        if (verb < 0) return E_NOTIMPL;
+        placement.Activate(true);  // what it does not know it takes for the first of its own
+        return OLEOBJ_S_INVALIDVERB;
     }
+  });
+}
+
+HRESULT OleObject::EnumVerbs(IEnumOLEVERB** result) noexcept {
+  return Guarded(IID_IOleObject, [&] {
+    Out(result) = nullptr;
+    return OLEOBJ_E_NOVERBS;
   });
 }
 

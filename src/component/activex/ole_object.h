@@ -32,7 +32,7 @@ class OleObject : public Face<IOleObject> {
   STDMETHODIMP GetClipboardData(DWORD, IDataObject**) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP DoVerb(LONG verb, LPMSG message, IOleClientSite* site, LONG index, HWND parent,
                       LPCRECT position) noexcept override;
-  STDMETHODIMP EnumVerbs(IEnumOLEVERB**) noexcept override { return OLEOBJ_E_NOVERBS; }
+  STDMETHODIMP EnumVerbs(IEnumOLEVERB** result) noexcept override;
   STDMETHODIMP Update() noexcept override { return S_OK; }
   STDMETHODIMP IsUpToDate() noexcept override { return S_OK; }
   STDMETHODIMP GetUserClassID(CLSID* result) noexcept override;

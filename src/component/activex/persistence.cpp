@@ -71,7 +71,7 @@ HRESULT BagPersistence::Load(IPropertyBag* bag, IErrorLog* errors) noexcept {
     color.InPlace()->vt = VT_I4;  // the type that is wanted
     if (FAILED(Out(bag).Read(kBackColor, color.InPlace(), errors))) return;
     KeptState state = control_.State();
-    state.back_color = static_cast<viewkit::Color>(color.As(VT_I4).Get().lVal);
+    state.back_color = viewkit::ColorOf(color.As(VT_R8).Get().dblVal);
     control_.Restore(state);
   });
 }

@@ -48,6 +48,7 @@ HRESULT ViewObject::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, HDC dc
                          LPCRECTL, WINBOOL(CALLBACK*)(ULONG_PTR), ULONG_PTR) noexcept {
   return Guarded(IID_IViewObject2, [&] {
     if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+    const ComPtr<IUnknown> keep(&control_.Controlling());
     const RECTL& given = Out(bounds);
     RECT area{given.left, given.top, given.right, given.bottom};
     if (const ViewWindow* window = control_.Placement().Window()) {

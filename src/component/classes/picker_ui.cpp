@@ -48,13 +48,17 @@ HRESULT PickerUi::Validate(BSTR psSqlString, BSTR psField_Code, BSTR psField_Nam
                            VARIANT_BOOL* result) noexcept {
   return Run([&] {
     Out(result) = VARIANT_FALSE;
+    // A caller may give the same variable for a result.
+    const std::string sql = TextOf(psSqlString);
+    const std::string code_field = TextOf(psField_Code);
+    const std::string name_field = TextOf(psField_Name);
+    const std::string text = TextOf(psText);
     // Both are empty after a failure.
     PutText(Out(sReturnField_Code), {});
     PutText(Out(sReturnField_Name), {});
     std::string code;
     std::string name;
-    *result = Flag(view_.Validate(TextOf(psSqlString), TextOf(psField_Code), TextOf(psField_Name),
-                                  TextOf(psText), code, name));
+    *result = Flag(view_.Validate(sql, code_field, name_field, text, code, name));
     PutText(*sReturnField_Code, code);
     PutText(*sReturnField_Name, name);
   });

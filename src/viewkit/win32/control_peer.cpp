@@ -18,6 +18,7 @@ std::intptr_t ControlPeer::Handle() const {
 
 void ControlPeer::Update(const Change& change) {
   if (!Alive()) return;
+  const auto keep = shared_from_this();  // who hears of it may end the view
   switch (change.kind) {
     case Change::Kind::kBounds:
       return ApplyBounds();
@@ -55,10 +56,11 @@ DWORD ControlPeer::StateStyle() const {
 void ControlPeer::ApplyState() {
   const bool shown = (GetWindowLongW(Hwnd(), GWL_STYLE) & WS_VISIBLE) != 0;
   if (shown != control_.Visible()) ShowWindow(Hwnd(), control_.Visible() ? SW_SHOWNA : SW_HIDE);
+  if (!Alive()) return;
   if ((IsWindowEnabled(Hwnd()) != 0) != control_.Enabled()) {
     EnableWindow(Hwnd(), control_.Enabled() ? TRUE : FALSE);
   }
-  InvalidateRect(Hwnd(), nullptr, FALSE);
+  if (Alive()) InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
 void ControlPeer::ApplyBounds() {

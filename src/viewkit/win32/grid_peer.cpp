@@ -38,13 +38,13 @@ void GridPeer::OnGone() {
 void GridPeer::OnFontChanged() {
   grid_.SetTextMeasure(Context().fonts.get());
   ApplyBounds();
-  Arrange();
-  InvalidateRect(Hwnd(), nullptr, FALSE);
+  if (Alive()) Arrange();
+  if (Alive()) InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
 void GridPeer::ApplyBounds() {
   ControlPeer::ApplyBounds();
-  tip_->Set({}, {});
+  if (tip_) tip_->Set({}, {});
 }
 
 SIZE GridPeer::ClientSize() const {
@@ -264,7 +264,7 @@ LRESULT GridPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     }
     case WM_SIZE:
       Arrange();
-      InvalidateRect(Hwnd(), nullptr, FALSE);
+      if (Alive()) InvalidateRect(Hwnd(), nullptr, FALSE);
       return 0;
     case WM_SYSCOLORCHANGE:
       InvalidateRect(Hwnd(), nullptr, FALSE);

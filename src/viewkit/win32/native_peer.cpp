@@ -16,7 +16,7 @@ void NativePeer::OpenNative(const Plan& plan) {
 
 void NativePeer::OnFontChanged() {
   Tell(WM_SETFONT, reinterpret_cast<WPARAM>(Context().fonts->Get(false)), TRUE);
-  ApplyBounds();
+  if (Alive()) ApplyBounds();
 }
 
 RECT NativePeer::PlaceOfLine() const {
@@ -56,6 +56,11 @@ std::string NativePeer::TipOrCutText() const {
   return width > client.right - client.left ? text : std::string();
 }
 
+bool NativePeer::HasFocus() const {
+  const HWND focus = GetFocus();
+  return focus == Hwnd() || IsChild(Hwnd(), focus);
+}
+
 LRESULT NativePeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   if (message == WM_MOUSEMOVE && tip_) {
     RECT client{};
@@ -63,6 +68,11 @@ LRESULT NativePeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     tip_->Set(TipText(), client);
   }
   if (tip_) tip_->Relay(message, wparam, lparam);
+  // The system's control would take the focus itself, and not survive if who hears of that ends it.
+  if (message == WM_LBUTTONDOWN && TabStop() && !HasFocus()) {
+    static_cast<void>(TakeFocus());
+    if (!Alive()) return 0;
+  }
   return ControlPeer::OnMessage(message, wparam, lparam);
 }
 

@@ -38,6 +38,9 @@ class NativePeer : public ControlPeer {
   void OnGone() override;
 
  private:
+  /// The focus is here or in a window inside, as in that of a box with a list.
+  [[nodiscard]] bool HasFocus() const;
+
   std::optional<ToolTip> tip_;  // while the window is there
 };
 

@@ -15,12 +15,21 @@ void PeerHost::Prepare(Color back_color, const FontSpec& font) {
   ApplyScale();
 }
 
+template <class Action>
+void PeerHost::ForEachAlive(Action&& action) {
+  const auto keep = shared_from_this();
+  for (std::size_t position = 0; position < peers_.size(); ++position) {
+    const auto peer = peers_[position];
+    if (peer->Alive()) action(*peer);
+  }
+}
+
 void PeerHost::OpenPeers(const ControlList& controls) {
   for (std::size_t position = 0; position < controls.Count(); ++position) {
     peers_.push_back(MakePeer(*context_, controls.At(position)));
     peers_.back()->Open();
   }
-  for (const auto& peer : peers_) peer->OnAllOpen();
+  ForEachAlive([](ControlPeer& peer) { peer.OnAllOpen(); });
 }
 
 void PeerHost::ApplyScale() {
@@ -32,9 +41,7 @@ void PeerHost::SetFont(const FontSpec& font) {
   font_ = font;
   // Peers let go of the old fonts before these end.
   const auto old = std::exchange(context_->fonts, std::make_unique<FontSet>(font, context_->scale));
-  for (const auto& peer : peers_) {
-    if (peer->Alive()) peer->OnFontChanged();
-  }
+  ForEachAlive([](ControlPeer& peer) { peer.OnFontChanged(); });
 }
 
 void PeerHost::SetBackColor(Color color) {
@@ -135,9 +142,7 @@ void PeerHost::Draw(HDC dc, const RECT& area) const {
 }
 
 void PeerHost::PassOn(UINT message, WPARAM wparam, LPARAM lparam) {
-  for (const auto& peer : peers_) {
-    if (peer->Alive()) SendMessageW(peer->Hwnd(), message, wparam, lparam);
-  }
+  ForEachAlive([&](ControlPeer& peer) { SendMessageW(peer.Hwnd(), message, wparam, lparam); });
 }
 
 std::optional<LRESULT> PeerHost::Reflect(UINT message, WPARAM wparam, LPARAM lparam) {

@@ -50,6 +50,9 @@ class PeerHost : public Window {
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:
+  /// Goes through the peers that have a window; who hears of it may end the view, and with it all.
+  template <class Action>
+  void ForEachAlive(Action&& action);
   void RedrawAll();
   void Erase(HDC dc) const;
   void PassOn(UINT message, WPARAM wparam, LPARAM lparam);

@@ -2,6 +2,7 @@
 
 #include <windowsx.h>
 
+#include "host/flag_scope.h"
 #include "viewkit/win32/colors.h"
 #include "viewkit/win32/tree_peer.h"
 
@@ -44,7 +45,7 @@ std::optional<LRESULT> TreePeer::OnTreeNotice(const NMHDR& header) {
       OnDeleted(notice);
       return 0;
     case TVN_BEGINDRAGW:
-      if (TreeNode* node = NodeOf(notice.itemNew.hItem)) tree_.BeginDrag.Raise(*node);
+      Postpone(Action::Kind::kDrag, notice.itemNew.hItem);
       return 0;
     case NM_CLICK:
       OnClick();
@@ -57,13 +58,37 @@ std::optional<LRESULT> TreePeer::OnTreeNotice(const NMHDR& header) {
 void TreePeer::OnSelected(const NMTREEVIEWW& notice) {
   // An item that goes takes the caret to a neighbour, which is nobody's choice.
   if (following_ || notice.action == TVC_UNKNOWN) return;
-  tree_.Select(NodeOf(notice.itemNew.hItem));
+  Postpone(Action::Kind::kSelect, notice.itemNew.hItem);
 }
 
 void TreePeer::OnExpanded(const NMTREEVIEWW& notice) {
   if (following_) return;
-  TreeNode* node = NodeOf(notice.itemNew.hItem);
-  if (node != nullptr) node->SetExpanded((notice.itemNew.state & TVIS_EXPANDED) != 0);
+  const bool expanded = (notice.itemNew.state & TVIS_EXPANDED) != 0;
+  Postpone(expanded ? Action::Kind::kExpand : Action::Kind::kCollapse, notice.itemNew.hItem);
+}
+
+void TreePeer::Postpone(Action::Kind kind, HTREEITEM item) {
+  const TreeNode* node = NodeOf(item);
+  pending_.push_back({kind, node == nullptr ? 0 : node->Id()});
+}
+
+void TreePeer::RunPending() {
+  while (Alive() && !pending_.empty()) {
+    const Action action = pending_.front();
+    pending_.erase(pending_.begin());
+    Run(action);
+  }
+}
+
+void TreePeer::Run(const Action& action) {
+  if (action.kind == Action::Kind::kMenu) return AskForMenu(action.value);
+  TreeNode* node = action.value == 0 ? nullptr : tree_.Nodes().FindId(action.value);
+  if (action.kind == Action::Kind::kSelect && (node != nullptr || action.value == 0)) {
+    return tree_.Select(node);
+  }
+  if (node == nullptr) return;  // gone meanwhile
+  if (action.kind == Action::Kind::kDrag) return tree_.BeginDrag.Raise(*node);
+  node->SetExpanded(action.kind == Action::Kind::kExpand);
 }
 
 void TreePeer::OnDeleted(const NMTREEVIEWW& notice) {
@@ -111,7 +136,7 @@ TreeNode* TreePeer::NodeAt(POINT point, UINT* where) const {
   return NodeOf(reinterpret_cast<HTREEITEM>(item));
 }
 
-void TreePeer::OnContextMenu(LPARAM where) {
+void TreePeer::AskForMenu(LPARAM where) {
   if (where == -1) return tree_.ContextRequested.Raise(tree_.SelectedItem());  // the menu key
   POINT point = PointOf(where);
   ScreenToClient(Hwnd(), &point);
@@ -163,12 +188,20 @@ LRESULT TreePeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       }
       break;
     case WM_CONTEXTMENU:
-      OnContextMenu(lparam);
+      pending_.push_back({Action::Kind::kMenu, lparam});
+      if (!handling_) RunPending();
       return 0;
     default:
       break;
   }
-  return NativePeer::OnMessage(message, wparam, lparam);
+  if (handling_) return NativePeer::OnMessage(message, wparam, lparam);
+  LRESULT result = 0;
+  {
+    const host::FlagScope handling(handling_);
+    result = NativePeer::OnMessage(message, wparam, lparam);
+  }
+  RunPending();
+  return result;
 }
 
 }  // namespace tavrix::viewkit::win32

@@ -38,12 +38,14 @@ void TreePeer::OnGone() {
 
 void TreePeer::OnFontChanged() {
   NativePeer::OnFontChanged();
+  if (!Alive()) return;
   const int height = std::max(Context().scale.Design(kItemHeight), Context().fonts->LinePixels());
   Tell(TVM_SETITEMHEIGHT, static_cast<WPARAM>(height));
 }
 
 void TreePeer::ApplyState() {
   NativePeer::ApplyState();
+  if (!Alive()) return;
   const auto style = static_cast<DWORD>(GetWindowLongW(Hwnd(), GWL_STYLE));
   const bool shown = (style & TVS_CHECKBOXES) != 0;
   if (shown != tree_.CheckBoxes()) {

@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <unordered_map>
+#include <vector>
 
 #include "viewkit/tree_view.h"
 #include "viewkit/win32/native_peer.h"
@@ -54,13 +55,23 @@ class TreePeer : public NativePeer, public TreeWindow {
   void ShowExpanded(const TreeNode& node);
 
   // --- the user's input (tree_input.cpp)
+  /// What the user has done in the native control. Who hears of it may end the window, which the
+  /// control does not survive: it is told when the control has handled its message.
+  struct Action {
+    enum class Kind { kSelect, kExpand, kCollapse, kDrag, kMenu };
+    Kind kind;
+    std::intptr_t value;  ///< the node's id, 0 for none; for a menu, where
+  };
+  void Postpone(Action::Kind kind, HTREEITEM item);
+  void RunPending();
+  void Run(const Action& action);
   std::optional<LRESULT> OnTreeNotice(const NMHDR& header);
   void OnSelected(const NMTREEVIEWW& notice);
   void OnExpanded(const NMTREEVIEWW& notice);
   void OnDeleted(const NMTREEVIEWW& notice);
   void OnClick();
   LRESULT OnCustomDraw(NMTVCUSTOMDRAW& draw) const;
-  void OnContextMenu(LPARAM where);
+  void AskForMenu(LPARAM where);
   bool OnDrag(UINT message, WPARAM wparam, LPARAM lparam);
   void EndDrag(bool drop, POINT point);
   void ToggleCheck(TreeNode& node);
@@ -70,6 +81,8 @@ class TreePeer : public NativePeer, public TreeWindow {
   std::unordered_map<std::intptr_t, HTREEITEM> items_;
   bool following_ = false;  // what the native control reports now is the model's own doing
   const TreeNode* toggling_ = nullptr;  // the control shows its new check mark by itself
+  bool handling_ = false;               // the native control is at work on a message
+  std::vector<Action> pending_;
   bool closing_ = false;  // the native control drops its items because it goes, not the nodes
 };
 

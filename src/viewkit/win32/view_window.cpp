@@ -101,13 +101,16 @@ bool ViewWindow::State::FocusWantsKey(Key key) const {
 }
 
 bool ViewWindow::State::FocusFirst() {
+  const auto keep = shared_from_this();
   ControlPeer* last = last_focus_ == nullptr ? nullptr : PeerOf(last_focus_);
   return (last != nullptr && last->TakeFocus()) || FocusPreferred() || FocusFrom(0, false);
 }
 
 bool ViewWindow::State::Translate(MSG& message) {
-  const ControlPeer* peer = Alive() ? PeerOf(message.hwnd) : nullptr;
+  const auto keep = shared_from_this();
+  ControlPeer* peer = Alive() ? PeerOf(message.hwnd) : nullptr;
   if (peer == nullptr) return false;
+  const auto keep_peer = peer->shared_from_this();
   const bool key_down = message.message == WM_KEYDOWN;
   const bool text = message.message == WM_CHAR;
   if (!key_down && !text) return false;
@@ -115,6 +118,7 @@ bool ViewWindow::State::Translate(MSG& message) {
   const Modifiers modifiers = ModifiersNow();
   if (key_down && key == Key::kTab && !modifiers.control) return MoveFocus(modifiers.shift);
   if (key_down && UseViewKey(key, modifiers)) return true;
+  if (!peer->Alive()) return true;
   if (key_down && !peer->WantsKey(key, modifiers)) return false;
   TranslateMessage(&message);
   DispatchMessageW(&message);
@@ -131,7 +135,12 @@ LRESULT ViewWindow::State::OnMessage(UINT message, WPARAM wparam, LPARAM lparam)
 
 ViewWindow::ViewWindow(const ControlList& controls, ViewWindowOptions options)
     : state_(std::make_shared<State>(std::move(options))) {
-  state_->Open(controls);
+  try {
+    state_->Open(controls);
+  } catch (...) {
+    state_->Close();  // the controls must not know the peers that are there already
+    throw;
+  }
 }
 
 ViewWindow::~ViewWindow() {

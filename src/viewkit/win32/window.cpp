@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "host/report.h"
 #include "viewkit/win32/visual_styles.h"
 
 namespace tavrix::viewkit::win32 {
@@ -110,7 +111,7 @@ LRESULT Window::Dispatch(UINT message, WPARAM wparam, LPARAM lparam) noexcept {
   } catch (...) {
     // Nothing may unwind through the system. Views report their own errors before this.
   }
-  if (message == WM_NCDESTROY) Forget(keep != nullptr);
+  if (message == WM_NCDESTROY) host::Quietly([&] { Forget(keep != nullptr); });
   return result;
 }
 
