@@ -114,11 +114,12 @@ TEST_F(View, TakesRowsAsOnePieceOfText) {
         StubHost::RowTexts{7, {4, 8, -1, 7, 8, 9, 11}, text},
         StubHost::RowTexts{7, {4, 8, -1, 8, 8, 9}, text}, StubHost::RowTexts{0, {4}, text},
         StubHost::RowTexts{7, {}, text},
-        StubHost::RowTexts{7, {4, 8, -1, 8, 8, 9, 11}, text, E_ACCESSDENIED}}) {
+        StubHost::RowTexts{7, {4, 8, -1, 8, 8, 9, 11}, text, E_ACCESSDENIED},
+        StubHost::RowTexts{7, {4, 8, -1, 8, 8, 9, 11}, text, S_OK, VT_R8}}) {
     host_->row_texts = broken;
     EXPECT_TRUE(Refresh());
   }
-  EXPECT_EQ(log.Errors().size(), 6U);
+  EXPECT_EQ(log.Errors().size(), 7U);
   EXPECT_THAT(log.Errors(), testing::Each(StartsWith("DoRefresh")));
 }
 

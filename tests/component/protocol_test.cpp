@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "component/base/failure.h"
 #include "component/event_sink.h"
 #include "component/loaded_library.h"
 #include "component/stub_host.h"
@@ -98,6 +99,72 @@ TEST(Identity, AnswersEveryNameItIsAskedFor) {
   const DISPID known = ids[0];
   EXPECT_EQ(view->GetIDsOfNames(IID_NULL, names, 2, LOCALE_USER_DEFAULT, ids), DISP_E_UNKNOWNNAME);
   EXPECT_THAT(ids, ElementsAre(known, DISPID_UNKNOWN));
+}
+
+/// A call by name as a script engine makes it: arguments in reverse, the first of them named.
+struct Late {
+  explicit Late(const ComPtr<IUnknown>& object) : object_(object.As<IDispatch>()) {}
+  [[nodiscard]] HRESULT Call(const wchar_t* name, std::vector<VARIANT> arguments,
+                             std::vector<DISPID> named = {}) {
+    std::wstring text = name;
+    LPOLESTR given = text.data();
+    DISPID id = 0;
+    component::Check(object_->GetIDsOfNames(IID_NULL, &given, 1, LOCALE_USER_DEFAULT, &id));
+    const bool puts = named == std::vector<DISPID>{DISPID_PROPERTYPUT};
+    DISPPARAMS all{arguments.data(), named.data(), static_cast<UINT>(arguments.size()),
+                   static_cast<UINT>(named.size())};
+    return object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT,
+                           puts ? DISPATCH_PROPERTYPUT : DISPATCH_METHOD, &all, nullptr, nullptr,
+                           &wrong);
+  }
+  UINT wrong = 4711;
+
+ private:
+  ComPtr<IDispatch> object_;
+};
+
+TEST(LateCalls, TellWhichArgumentIsWrong) {
+  Late view(CreateView());
+  const Variant name(std::string_view("x"));
+  EXPECT_EQ(view.Call(L"DoSetStatus", {name.Get(), name.Get()}), DISP_E_TYPEMISMATCH);
+  EXPECT_EQ(view.wrong, 0U);
+  EXPECT_EQ(view.Call(L"DoSetStatus", {name.Get(), name.Get()}, {0, 1}), DISP_E_TYPEMISMATCH);
+  EXPECT_EQ(view.wrong, 1U) << "by its name";
+  EXPECT_EQ(view.Call(L"DoSetStatus", {Variant(true).Get(), name.Get()}, {1, 0}), S_OK);
+  EXPECT_EQ(view.Call(L"DoSetStatus", {name.Get(), Variant(true).Get()}, {9}),
+            DISP_E_PARAMNOTFOUND);
+  EXPECT_EQ(view.wrong, 0U);
+}
+
+TEST(LateCalls, TakeAColorOfTheSystemWithoutASign) {
+  const auto view = CreateView();
+  VARIANT whole{};
+  whole.vt = VT_UI4;
+  whole.ulVal = 0x80000005;
+  for (const VARIANT& color : {Variant(2147483653.0).Get(), whole}) {
+    EXPECT_EQ(view.As<_Kjkm>()->put_BackColor(0), S_OK);
+    EXPECT_EQ(Late(view).Call(L"BackColor", {color}, {DISPID_PROPERTYPUT}), S_OK);
+    long now = 0;
+    EXPECT_EQ(view.As<_Kjkm>()->get_BackColor(&now), S_OK);
+    EXPECT_EQ(now, static_cast<long>(0x80000005));
+  }
+  const VARIANT beyond = Variant(4294967296.0).Get();
+  EXPECT_EQ(Late(view).Call(L"BackColor", {beyond}, {DISPID_PROPERTYPUT}), DISP_E_OVERFLOW);
+}
+
+TEST(LateCalls, LeaveAVariableAloneThatTheMemberDoesNotFill) {
+  const auto view = CreateView();
+  Variant nothing;
+  EXPECT_EQ(Late(view).Call(L"Check", {nothing.Reference()}), S_OK);
+  EXPECT_EQ(nothing.Type(), VT_EMPTY);
+  // A host that puts something else there meanwhile keeps it.
+  const auto host = FewAccounts();
+  Variant system(StubHost::System(host));
+  host->gate = [&](const std::wstring&) { system = Variant(std::int32_t{5}); };
+  const Variant one(std::int32_t{1});
+  const VARIANT given = system.Reference();
+  EXPECT_EQ(Late(view).Call(L"Init", {one.Get(), one.Get(), given}), S_OK);
+  EXPECT_EQ(system.Type(), VT_I4);
 }
 
 /// A view that raises a report at each `Refresh`, because nobody has initialised it.
@@ -267,6 +334,21 @@ TEST_F(Events, WaitWhileFrozen) {
   EXPECT_THAT(heard_, ElementsAre("thawed"));
   control->FreezeEvents(FALSE);  // one too many does no harm
   Raise();
+  EXPECT_EQ(heard_.size(), 2U);
+}
+
+TEST_F(Events, WaitAgainWhenAListenerFreezesThem) {
+  const auto control = view_.As<IOleControl>();
+  const Sink sink = Listen("heard", [&] {
+    control->FreezeEvents(TRUE);
+    return S_OK;
+  });
+  control->FreezeEvents(TRUE);
+  Raise();
+  Raise();
+  control->FreezeEvents(FALSE);
+  EXPECT_EQ(heard_.size(), 1U);
+  control->FreezeEvents(FALSE);
   EXPECT_EQ(heard_.size(), 2U);
 }
 

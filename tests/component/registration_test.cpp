@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <olectl.h>
+
 #include <map>
 #include <set>
 #include <string>
@@ -148,9 +150,8 @@ TEST_F(Registration, ThatFailsLeavesWhatWasThere) {
   const std::wstring last = L"CLSID\\" + Wide(TextOfGuid(__uuidof(clsKjkm)));
   block(last);
   const Values nothing = All();
-  EXPECT_TRUE(FAILED(library_.Register()));
+  EXPECT_EQ(library_.Register(), SELFREG_E_CLASS);
   EXPECT_EQ(All(), nothing);
-
   RegDeleteTreeW(scratch_, last.c_str());
   ASSERT_EQ(library_.Register(), S_OK);
   // Another copy's, as far as it goes.
@@ -159,7 +160,7 @@ TEST_F(Registration, ThatFailsLeavesWhatWasThere) {
   RegDeleteTreeW(scratch_, last.c_str());
   block(last);
   const Values before = All();
-  EXPECT_TRUE(FAILED(library_.Register()));
+  EXPECT_EQ(library_.Register(), SELFREG_E_CLASS);
   EXPECT_EQ(All(), before);
 }
 

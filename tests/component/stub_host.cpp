@@ -128,8 +128,10 @@ class TextRecordset : public NamedObject, public component::Face<IHostRowTexts> 
 
   STDMETHODIMP GetRowTexts(long* fields, SAFEARRAY** ends, BSTR* text) noexcept override {
     *fields = texts_.fields;
-    *ends = SafeArrayCreateVector(VT_I4, 0, static_cast<ULONG>(texts_.ends.size()));
-    std::ranges::copy(texts_.ends, static_cast<LONG*>((*ends)->pvData));
+    *ends = SafeArrayCreateVector(texts_.type, 0, static_cast<ULONG>(texts_.ends.size()));
+    if (texts_.type == VT_I4) {
+      std::ranges::copy(texts_.ends, static_cast<LONG*>((*ends)->pvData));
+    }
     *text = component::Bstr(std::wstring_view(texts_.text)).Detach();
     return texts_.status;
   }

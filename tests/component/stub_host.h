@@ -33,6 +33,7 @@ struct StubHost {
     std::vector<LONG> ends;
     std::wstring text;
     HRESULT status = S_OK;
+    VARTYPE type = VT_I4;  ///< of `ends`, which stay zero in any other
   };
   std::optional<RowTexts> row_texts;
   /// Called with the name of each member before it answers.

@@ -103,7 +103,8 @@ ComFailure NoRowTexts() {
 }
 
 host::RowSet ReadTexts(std::size_t fields, SAFEARRAY& ends, std::wstring_view text) {
-  const std::size_t cells = ends.cDims == 1 ? Extent(ends, 1) : 0;
+  const bool numbers = ends.cDims == 1 && ends.cbElements == sizeof(LONG);
+  const std::size_t cells = numbers ? Extent(ends, 1) : 0;
   if (cells == 0 || cells % fields != 0) throw NoRowTexts();
   const LockedArray data(ends);
   host::RowSet rows(fields);

@@ -45,7 +45,12 @@ void EventSource::Fire(DISPID id, std::vector<Variant> arguments) {
 void EventSource::Thaw() {
   if (freezes_ == 0 || --freezes_ > 0) return;
   const ComPtr<IConnectionPoint> keep = Point();
-  for (const Waiting& event : std::exchange(waiting_, {})) Deliver(event);
+  // A listener may freeze again: what has not been delivered then goes on waiting.
+  while (freezes_ == 0 && !waiting_.empty()) {
+    const Waiting event = std::move(waiting_.front());
+    waiting_.erase(waiting_.begin());
+    Deliver(event);
+  }
 }
 
 void EventSource::Deliver(const Waiting& event) {

@@ -2,6 +2,9 @@
 
 #include <oleauto.h>
 
+#include <cmath>
+#include <cstdint>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -31,10 +34,14 @@ class Arguments {
     Variant value;                   // converted to what the method takes
     VARIANT passed{};                // the value or a reference to it
     const VARIANT* given = nullptr;  // the caller's argument
+    ComPtr<IUnknown> before;         // the object it refers to, when it refers to one
   };
+  void CheckNames() const;
   void Prepare(std::size_t position);
   void PrepareReference(Slot& slot, VARTYPE type);
+  [[nodiscard]] std::size_t NamedPosition(UINT argument) const;
   [[nodiscard]] const VARIANT* Given(std::size_t position) const;
+  void Blame(const VARIANT* argument) const;
   [[nodiscard]] Variant Converted(const Parameter& parameter, const VARIANT& given) const;
 
   const Member& member_;
@@ -55,8 +62,21 @@ Variant ToObject(const Variant& value) {
   return Variant(object);
 }
 
+/// A colour of the system as languages without such a Long calculate it: 0x8000000F as a number
+/// that is not negative.
+std::optional<Variant> UnsignedLong(const Variant& value) {
+  double number = 0;
+  if (value.Type() == VT_R8) number = value.Get().dblVal;
+  if (value.Type() == VT_UI4) number = value.Get().ulVal;
+  if (number < 2147483648.0 || number > 4294967295.0 || std::floor(number) != number) return {};
+  return Variant(static_cast<std::int32_t>(static_cast<std::uint32_t>(number)));
+}
+
 Variant ToType(const Variant& value, VARTYPE type, LCID locale) {
   if (type == VT_VARIANT || type == value.Type()) return value;
+  if (type == VT_I4) {
+    if (const auto number = UnsignedLong(value)) return *number;
+  }
   if (type == VT_DISPATCH) return ToObject(value);
   Variant result;
   Check(VariantChangeTypeEx(result.Put(), Readable(value.Get()), locale, VARIANT_ALPHABOOL, type));
@@ -99,17 +119,34 @@ void Store(const VARIANT& given, const Variant& value, LCID locale) {
 Arguments::Arguments(const Member& member, const LateCall& call)
     : member_(member), call_(call), slots_(member.parameters.size()) {
   if (call.arguments->cArgs > member.Arguments()) throw ComFailure(DISP_E_BADPARAMCOUNT);
+  CheckNames();
   for (std::size_t i = 0; i < slots_.size(); ++i) Prepare(i);
+}
+
+void Arguments::CheckNames() const {
+  for (UINT i = 0; i < call_.arguments->cNamedArgs; ++i) {
+    if (NamedPosition(i) < member_.Arguments()) continue;
+    Blame(&call_.arguments->rgvarg[i]);
+    throw ComFailure(DISP_E_PARAMNOTFOUND);
+  }
+}
+
+/// Tells the caller which of its arguments is wrong.
+void Arguments::Blame(const VARIANT* argument) const {
+  if (call_.bad_argument == nullptr) return;
+  *call_.bad_argument = static_cast<UINT>(argument - call_.arguments->rgvarg);
+}
+
+std::size_t Arguments::NamedPosition(UINT argument) const {
+  const DISPID name = call_.arguments->rgdispidNamedArgs[argument];
+  return name == DISPID_PROPERTYPUT ? member_.Arguments() - 1 : static_cast<std::size_t>(name);
 }
 
 /// Arguments stand in reverse; the named ones come first and tell their position.
 const VARIANT* Arguments::Given(std::size_t position) const {
   const DISPPARAMS& all = *call_.arguments;
   for (UINT i = 0; i < all.cNamedArgs; ++i) {
-    const bool assigned = all.rgdispidNamedArgs[i] == DISPID_PROPERTYPUT;
-    const auto named =
-        assigned ? member_.Arguments() - 1 : static_cast<std::size_t>(all.rgdispidNamedArgs[i]);
-    if (named == position) return &all.rgvarg[i];
+    if (NamedPosition(i) == position) return &all.rgvarg[i];
   }
   const std::size_t plain = all.cArgs - all.cNamedArgs;
   return position < plain ? &all.rgvarg[all.cArgs - 1 - position] : nullptr;
@@ -136,9 +173,7 @@ void Arguments::Prepare(std::size_t position) {
       // A variant that is left out stays "missing"; all else is converted.
       slot.value = missing ? parameter.fallback : Converted(parameter, *slot.given);
     } catch (const ComFailure&) {
-      if (call_.bad_argument != nullptr) {
-        *call_.bad_argument = call_.arguments->cArgs - 1 - static_cast<UINT>(position);
-      }
+      if (!missing) Blame(slot.given);
       throw;
     }
   }
@@ -159,6 +194,7 @@ void Arguments::PrepareReference(Slot& slot, VARTYPE type) {
   }
   if (value.vt != target) value.vt = target;  // an empty result: all bits are zero
   slot.passed.byref = DataOf(value);
+  if (target == VT_DISPATCH || target == VT_UNKNOWN) slot.before = ComPtr<IUnknown>(value.punkVal);
 }
 
 HRESULT Arguments::Call(void* object, const Member& member) {
@@ -179,6 +215,11 @@ void Arguments::FillReferences() {
     const Parameter& parameter = member_.parameters[i];
     if (parameter.result || (parameter.type & VT_BYREF) == 0 || slots_[i].given == nullptr)
       continue;
+    // A member that leaves an object alone leaves the caller's variable alone too: it may hold
+    // something else by now, or nothing.
+    const VARIANT& now = slots_[i].value.Get();
+    const bool object = now.vt == VT_DISPATCH || now.vt == VT_UNKNOWN;
+    if (object && now.punkVal == slots_[i].before.Get()) continue;
     Store(*slots_[i].given, slots_[i].value, call_.locale);
   }
 }

@@ -1,7 +1,5 @@
 #include <windows.h>
 
-#include <olectl.h>
-
 #include <algorithm>
 
 #include "component/base/abi.h"
@@ -36,9 +34,9 @@ STDAPI DllCanUnloadNow() {
 }
 
 STDAPI DllRegisterServer() {
-  return SUCCEEDED(component::Register()) ? S_OK : SELFREG_E_CLASS;
+  return component::Register();
 }
 
 STDAPI DllUnregisterServer() {
-  return SUCCEEDED(component::Unregister()) ? S_OK : SELFREG_E_CLASS;
+  return component::Unregister();
 }

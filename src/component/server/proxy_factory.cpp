@@ -2,8 +2,6 @@
 
 #include <oaidl.h>
 
-#include <mutex>
-
 #include "component/base/abi.h"
 #include "component/base/member_table.h"
 #include "qnDesignUI.h"
@@ -39,15 +37,10 @@ HRESULT ProxyFactory::CreateStub(REFIID iid, IUnknown* server, IRpcStubBuffer** 
 }
 
 void OfferProxies() {
-  static std::once_flag once;
-  std::call_once(once, [] {
-    for (const IID& iid : {IID_IFormUI, IID_IDesignUI, IID_IPickerUI}) {
-      CLSID known{};
-      if (FAILED(CoGetPSClsid(iid, &known))) {
-        static_cast<void>(CoRegisterPSClsid(iid, CLSID_Kjkm));
-      }
-    }
-  });
+  for (const IID& iid : {IID_IFormUI, IID_IDesignUI, IID_IPickerUI}) {
+    CLSID known{};
+    if (FAILED(CoGetPSClsid(iid, &known))) static_cast<void>(CoRegisterPSClsid(iid, CLSID_Kjkm));
+  }
 }
 
 }  // namespace tavrix::component

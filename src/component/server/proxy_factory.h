@@ -21,7 +21,8 @@ class ProxyFactory : public Identity, public Face<IPSFactoryBuffer> {
 };
 
 /// Lets this process carry the host's interfaces (IFormUI, IDesignUI, IPickerUI) between apartments
-/// where the host has not registered them: the library's own registration leaves them alone.
+/// where the host has not registered them: the library's own registration leaves them alone. The
+/// process forgets it when it is done with COM: every new use of the library offers them anew.
 void OfferProxies();
 
 }  // namespace tavrix::component

@@ -1,6 +1,7 @@
 #include "component/server/registration.h"
 
 #include <oleauto.h>
+#include <olectl.h>
 
 #include <memory>
 #include <optional>
@@ -185,22 +186,24 @@ void WriteAll() {
   if (FAILED(result) && !was_registered) {
     static_cast<void>(Guarded(IID_NULL, [] { DeleteTypeLibrary(); }));
   }
-  Check(result);
+  if (FAILED(result)) throw ComFailure(SELFREG_E_TYPELIB);
   classes.Keep();
 }
 
 }  // namespace
 
 HRESULT Register() noexcept {
-  return Guarded(IID_NULL, [] { WriteAll(); });
+  const HRESULT result = Guarded(IID_NULL, [] { WriteAll(); });
+  return SUCCEEDED(result) || result == SELFREG_E_TYPELIB ? result : SELFREG_E_CLASS;
 }
 
 HRESULT Unregister() noexcept {
   // Each part is tried whatever becomes of the others; the first failure is told.
-  HRESULT first = Guarded(IID_NULL, [] { DeleteTypeLibrary(); });
+  const bool library_gone = SUCCEEDED(Guarded(IID_NULL, [] { DeleteTypeLibrary(); }));
+  HRESULT first = library_gone ? S_OK : SELFREG_E_TYPELIB;
   const auto remove = [&](const std::wstring& key) {
     const HRESULT result = Guarded(IID_NULL, [&] { DeleteTree(key); });
-    if (SUCCEEDED(first)) first = result;
+    if (SUCCEEDED(first) && FAILED(result)) first = SELFREG_E_CLASS;
   };
   for (const ClassEntry& entry : AllClasses()) {
     remove(ClassKey(entry));
