@@ -161,13 +161,15 @@ TEST_F(Picker, ReplacesTheStringsOfAnEarlyBoundCaller) {
   EXPECT_EQ(Validate("1001", &code_given, &name_given), S_OK);
   EXPECT_EQ(SysStringLen(code_given) + SysStringLen(name_given), 0U);
   EXPECT_EQ(Validate("1001", nullptr, &name_given), E_POINTER);
-  // One variable for what is typed and for the code.
-  SysFreeString(std::exchange(code_given, SysAllocString(L"1002")));
+  // One variable for what is typed and for the code; so long a text is given back to the system at
+  // once when it is freed.
+  const std::wstring typed(400'000, L'7');
+  SysFreeString(std::exchange(code_given, SysAllocString(typed.c_str())));
   VARIANT_BOOL result = VARIANT_FALSE;
   EXPECT_EQ(
       picker_->Validate(nullptr, nullptr, nullptr, code_given, &code_given, &name_given, &result),
       S_OK);
-  EXPECT_THAT(host_->statements.back(), testing::HasSubstr("ccode='1002'"));
+  EXPECT_THAT(host_->statements.back(), testing::HasSubstr("ccode='7777"));
   SysFreeString(code_given);
   SysFreeString(name_given);
 }
