@@ -143,6 +143,22 @@ void FillPostings(const Connection& connection, const std::string& code, long co
   connection.Run("commit");
 }
 
+void FillVouchers(const Connection& connection, long count) {
+  connection.Run("begin");
+  connection.Run("create temporary table leaf as select ccode from gl_code where bend=1");
+  connection.Run(
+      "with recursive n(i) as (select 1 union all select i+1 from n where i<" +
+      std::to_string(count) +
+      ")insert into gl_accvouch(i_id,fiscal_year,fiscal_period,voucher_number,line_number,"
+      "entry_date,summary,ccode,debit,credit,currency_name,foreign_amount,quantity,department,"
+      "person,customer,supplier,project,prepared_by)"
+      "select i,2026,1+(i-1)/4%12,(i-1)/4,1+(i-1)%4,'2026-01-15','收到货款 '||i,"
+      "(select ccode from leaf where rowid=1+i*7919%(select count(*) from leaf)),"
+      "case when i%2=0 then i*17%1000000 else 0 end,case when i%2=0 then 0 else i*17%1000000 end,"
+      "'',0,i%8*0.25,'销售部','','客户 '||i%500,'','','张三' from n");
+  connection.Run("commit");
+}
+
 void FillSubtree(const Connection& connection, const std::string& root, long count) {
   connection.Run("begin");
   connection.Run("with recursive n(i) as (select 0 union all select i+1 from n where i<" +

@@ -34,6 +34,9 @@ class Connection {
 /// Adds `count` voucher entries on one account.
 void FillPostings(const Connection& connection, const std::string& code, long count);
 
+/// Adds `count` voucher entries on the leaf accounts of the chart, four to a voucher.
+void FillVouchers(const Connection& connection, long count);
+
 /// Adds the first-level account `root` with accounts below it, `count` in all.
 void FillSubtree(const Connection& connection, const std::string& root, long count);
 

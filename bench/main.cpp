@@ -28,6 +28,14 @@ int main(int count, char** arguments) try {
     tavrix::bench::MakeBooks(arguments[2], sizes);
     return 0;
   }
+  if (count == 5 && std::strcmp(arguments[1], "--ledger") == 0) {
+    tavrix::bench::MakeLedger(arguments[2], std::atoi(arguments[3]), std::atol(arguments[4]));
+    return 0;
+  }
+  if (count == 4 && std::strcmp(arguments[1], "--copy") == 0) {
+    tavrix::bench::PrintCopy(arguments[2], arguments[3]);
+    return 0;
+  }
   if (count == 3 && std::strcmp(arguments[1], "--server") == 0) {
     tavrix::bench::MeasureServer(figures, arguments[2]);
     return figures.Within() ? 0 : 1;
@@ -40,7 +48,7 @@ int main(int count, char** arguments) try {
   if (count != 1) {
     std::fprintf(stderr,
                  "usage: tavrix_bench [--book FILE | --server CONNECTION | --make FOLDER SIZE... | "
-                 "--large]\n");
+                 "--ledger FILE ACCOUNTS ENTRIES | --copy FROM TO | --large]\n");
     return 2;
   }
   tavrix::bench::MeasureList(figures, folder.Path());

@@ -43,10 +43,10 @@ class OleScope {
 
 int RunDesk(int show) {
   const std::vector<std::wstring> arguments = Arguments();
+  const OleScope ole;
   if (arguments.size() == 3 && arguments[0] == L"--copy") {
     return desk::app::CopyByCommand(arguments[1], arguments[2]);
   }
-  const OleScope ole;
   INITCOMMONCONTROLSEX controls{};
   controls.dwSize = sizeof controls;
   controls.dwICC = ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES;

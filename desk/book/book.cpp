@@ -85,7 +85,7 @@ Book::Book(std::shared_ptr<Session> session)
     : session_(std::move(session)), surroundings_(std::make_shared<Surroundings>()) {}
 
 Book Book::Create(const std::string& path, const Template& content, const Filling& furnish) {
-  return Book(EngineFor(path).Make(path, [&](Session& session) {
+  return Book(EngineFor(path).Make({.path = path}, [&](Session& session) {
     Fill(session, content);
     if (furnish) furnish(session);
   }));

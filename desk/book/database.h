@@ -194,7 +194,7 @@ class Engine {
   /// Makes a book where nothing is: no file, or a database without a book (tables of a book that
   /// are all there and all empty count as none). Others see it when it is whole; nothing of it is
   /// there when `fill` throws or the process dies. Gives it open.
-  [[nodiscard]] virtual std::shared_ptr<Session> Make(const std::string& path,
+  [[nodiscard]] virtual std::shared_ptr<Session> Make(const Place& place,
                                                       const Filling& fill) const = 0;
 
  protected:

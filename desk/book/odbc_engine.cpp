@@ -30,8 +30,8 @@ std::unique_ptr<Connection> OdbcEngine::Open(const Place& place) const {
   return Connect(place, false);
 }
 
-std::shared_ptr<Session> OdbcEngine::Make(const std::string& path, const Filling& fill) const {
-  auto session = std::make_shared<Session>(Connect({.path = path}, true));
+std::shared_ptr<Session> OdbcEngine::Make(const Place& place, const Filling& fill) const {
+  auto session = std::make_shared<Session>(Connect(place, true));
   fill(*session);
   return session;
 }

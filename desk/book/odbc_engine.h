@@ -9,7 +9,7 @@ class OdbcEngine : public Engine {
  public:
   [[nodiscard]] std::unique_ptr<Connection> Open(const Place& place) const override;
   /// The tables come with the transaction that fills them.
-  [[nodiscard]] std::shared_ptr<Session> Make(const std::string& path,
+  [[nodiscard]] std::shared_ptr<Session> Make(const Place& place,
                                               const Filling& fill) const override;
 };
 

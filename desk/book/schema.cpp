@@ -308,8 +308,14 @@ bool HasEmptySchema(Connection& connection) {
   });
 }
 
-void CreateSchema(Connection& connection) {
-  if (!HasEmptySchema(connection)) Run(connection, SchemaScript(connection.Makes()));
+void CreateSchema(Connection& connection, const std::function<void()>& load) {
+  std::vector<std::string> script;
+  if (!HasEmptySchema(connection)) script = SchemaScript(connection.Makes());
+  const auto rest = std::ranges::stable_partition(
+      script, [](const std::string& statement) { return statement.starts_with("create table "); });
+  Run(connection, {script.begin(), rest.begin()});
+  if (load) load();
+  Run(connection, {rest.begin(), rest.end()});
   connection.SetSchemaVersion(kSchemaVersion);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -56,8 +57,9 @@ inline constexpr std::string_view kIdentifierTableName = "desk_identifier";
 [[nodiscard]] bool HasEmptySchema(Connection& connection);
 
 /// Makes all tables in a database without a book, where they are not there yet; runs inside the
-/// caller's transaction. `DatabaseError` when it is not known how the engine makes tables.
-void CreateSchema(Connection& connection);
+/// caller's transaction. `load` fills them before their indexes and rules are made, which is much
+/// faster. `DatabaseError` when it is not known how the engine makes tables.
+void CreateSchema(Connection& connection, const std::function<void()>& load = {});
 
 /// Brings a book that an earlier desk has made up to this version; does nothing to others, nor
 /// where nothing can be written. Version 2 had rules for the ledgers,

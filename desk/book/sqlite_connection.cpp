@@ -48,10 +48,14 @@ SqliteStatement SqliteConnection::Prepare(const std::string& sql, Origin origin,
     if (guard_.Objection().empty()) throw SqliteError(database_.get());
     throw DatabaseError(Trouble::kRefused, guard_.Objection());
   }
-  for (std::size_t i = 0; i < parameters.size(); ++i) {
-    Bind(statement.get(), static_cast<int>(i) + 1, parameters[i]);
-  }
+  BindAll(statement.get(), parameters);
   return statement;
+}
+
+void SqliteConnection::BindAll(sqlite3_stmt* statement, Values parameters) {
+  for (std::size_t i = 0; i < parameters.size(); ++i) {
+    Bind(statement, static_cast<int>(i) + 1, parameters[i]);
+  }
 }
 
 void SqliteConnection::Bind(sqlite3_stmt* statement, int position, const host::Value& value) {
@@ -83,8 +87,26 @@ std::unique_ptr<Rows> SqliteConnection::Query(const std::string& sql, Origin ori
 }
 
 std::int64_t SqliteConnection::Execute(const std::string& sql, Origin origin, Values parameters) {
+  if (origin == Origin::kDesk && !parameters.empty()) return ExecuteRepeated(sql, parameters);
   SqliteRows rows(Prepare(sql, origin, parameters));
   while (rows.Next()) {
+  }
+  return sqlite3_changes64(database_.get());
+}
+
+std::int64_t SqliteConnection::ExecuteRepeated(const std::string& sql, Values parameters) {
+  if (repeated_ == nullptr || sql != repeated_sql_) {
+    repeated_ = Prepare(sql, Origin::kDesk, {});
+    repeated_sql_ = sql;
+  }
+  sqlite3_stmt* const statement = repeated_.get();
+  const auto ended = [](sqlite3_stmt* run) { sqlite3_reset(run); };
+  const std::unique_ptr<sqlite3_stmt, decltype(ended)> run(statement, ended);
+  sqlite3_clear_bindings(statement);  // a null is what nothing is bound to
+  BindAll(statement, parameters);
+  for (int result = SQLITE_ROW; result != SQLITE_DONE;) {
+    result = sqlite3_step(statement);
+    if (result != SQLITE_ROW && result != SQLITE_DONE) throw SqliteError(database_.get());
   }
   return sqlite3_changes64(database_.get());
 }

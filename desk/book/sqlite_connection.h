@@ -41,9 +41,14 @@ class SqliteConnection : public Connection {
   void SetUp(const Place& place, Use use);
   [[nodiscard]] SqliteStatement Prepare(const std::string& sql, Origin origin, Values parameters);
   void Bind(sqlite3_stmt* statement, int position, const host::Value& value);
+  void BindAll(sqlite3_stmt* statement, Values parameters);
+  /// A statement of the desk with parameters, which is likely to come again.
+  std::int64_t ExecuteRepeated(const std::string& sql, Values parameters);
 
   SqliteGuard guard_;  // before the handle: closing it may still ask the guard
   SqliteHandle database_;
+  std::string repeated_sql_;  ///< of `repeated_`
+  SqliteStatement repeated_;  ///< the last one, with which rows are copied
   StatementGuard statements_{*this};
 };
 

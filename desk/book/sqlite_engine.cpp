@@ -93,7 +93,8 @@ std::unique_ptr<Connection> SqliteEngine::Open(const Place& place) const {
   }
 }
 
-std::shared_ptr<Session> SqliteEngine::Make(const std::string& path, const Filling& fill) const {
+std::shared_ptr<Session> SqliteEngine::Make(const Place& place, const Filling& fill) const {
+  const std::string& path = place.path;
   if (path == kInMemory) return MakeInMemory(fill);
   const std::filesystem::path file = PathOf(path);
   std::error_code ignored;
@@ -107,7 +108,7 @@ std::shared_ptr<Session> SqliteEngine::Make(const std::string& path, const Filli
   } catch (const host::HostError& error) {  // of the file itself
     throw DatabaseError(Trouble::kOther, error.what());
   }
-  return std::make_shared<Session>(Open({.path = path}));
+  return std::make_shared<Session>(Open(place));
 }
 
 }  // namespace desk::book

@@ -8,7 +8,7 @@ namespace desk::book {
 class SqliteEngine : public Engine {
  public:
   [[nodiscard]] std::unique_ptr<Connection> Open(const Place& place) const override;
-  [[nodiscard]] std::shared_ptr<Session> Make(const std::string& path,
+  [[nodiscard]] std::shared_ptr<Session> Make(const Place& place,
                                               const Filling& fill) const override;
 };
 

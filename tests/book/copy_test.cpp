@@ -41,16 +41,34 @@ class CopyTest : public testing::Test {
                                  "from gl_accvouch group by ccode,fiscal_year,fiscal_period order "
                                  "by ccode,fiscal_year,fiscal_period");
   }
+  /// What an array of texts or a number's text could take for something else.
+  static constexpr const char* kOddTexts =
+      "update gl_accvouch set summary=case i_id%8 when 0 then null when 1 then 'NULL' when 2 then "
+      "'' "
+      "when 3 then '{a,b}' when 4 then '\\' when 5 then '\"' when 6 then ' a ' else "
+      "'两'||char(10)||'行' end";
+  static constexpr const char* kOddNumbers =
+      "update gl_accvouch set quantity=case i_id%6 when 0 then 0.1 when 1 then 1e-5 when 2 then "
+      "123456789012.25 when 3 then 1e300 when 4 then -0.30000000000000004 else null end, "
+      "debit=case "
+      "when i_id=1 then 9007199254740993 else debit end";
+  static constexpr const char* kOdd =
+      "select i_id,summary,quantity,debit from gl_accvouch order by i_id";
+
   /// Copies the sample book to `there` and from there into a file again.
   void GoAndReturn(const std::string& there) {
     const std::string home = File("示例.book");
     int next = 0;
     std::vector<std::string> totals;
+    std::vector<std::string> odd;
     {
       const Book sample = CreateSampleBook(home, StandardChart::kEnterprise);
       tavrix::test::Run(sample, "update gl_code set chelp='a\"b|😀', bproperty=-1 where i_id=1");
+      tavrix::test::Run(sample, kOddTexts);
+      tavrix::test::Run(sample, kOddNumbers);
       next = NewIdentifier(sample.GetSession(), "gl_code", "i_id") + 1;
       totals = Totals(sample);
+      odd = tavrix::test::AllRows(sample, kOdd);
     }
     const auto copied = CopyBook(home, there);
     EXPECT_GT(RowsOf(copied, "gl_code"), 150);
@@ -62,6 +80,7 @@ class CopyTest : public testing::Test {
       EXPECT_EQ(book.Faults(), "");
       EXPECT_EQ(Totals(book), totals);
       EXPECT_EQ(Scalar(book, "select chelp from gl_code where i_id=1"), "a\"b|😀");
+      EXPECT_EQ(tavrix::test::AllRows(book, kOdd), odd);
       EXPECT_EQ(book.Setting("system", "kmbm"), "4222");
       EXPECT_EQ(NewIdentifier(book.GetSession(), "gl_code", "i_id"), next);
     }
@@ -90,6 +109,49 @@ TEST_F(CopyTest, ARowThatTheServerRefusesIsNamedAndNothingStays) {
   EXPECT_NE(Failure(File("none.book"), place), "");
   tavrix::test::Run(Book::Open(File("a.book")), "update gl_code set igrade=2 where i_id=4");
   EXPECT_EQ(Failure(File("a.book"), place), "");
+}
+
+TEST_F(CopyTest, OfManyRowsTheOneThatIsRefusedIsNamed) {
+  if (tavrix::test::ServerPlace().empty()) GTEST_SKIP() << "TAVRIX_ODBC names no server";
+  const std::string place = tavrix::test::NewServerPlace();
+  {
+    const Book book = Book::Create(File("a.book"));
+    tavrix::test::Run(book,
+                      "with recursive n(i) as (select 1 union all select i+1 from n where i<12000) "
+                      "insert into gl_accvouch(i_id,ccode) select i,'1001' from n");
+    tavrix::test::Run(book, "update gl_accvouch set debit='许多' where i_id=6789");
+  }
+  EXPECT_THAT(Failure(File("a.book"), place), HasSubstr("gl_accvouch 中 i_id=6789 的行"));
+}
+
+TEST_F(CopyTest, ACancelledCopyLeavesNothing) {
+  (void)CreateSampleBook(File("a.book"), StandardChart::kEnterprise);
+  std::vector<std::string> places = {File("b.book")};
+  if (!tavrix::test::ServerPlace().empty()) places.push_back(tavrix::test::NewServerPlace());
+  for (const std::string& place : places) {
+    // Once at the start of each table, copied and compared.
+    int steps = 0;
+    (void)CopyBook(File("a.book"), File("whole.book"), [&](const CopyState& state) {
+      EXPECT_LE(state.done, state.all);
+      return ++steps > 0;
+    });
+    std::filesystem::remove(PathOf(File("whole.book")));
+    EXPECT_GE(steps, 18);
+    for (int last = 1; last <= steps; last += 7) {
+      int step = 0;
+      try {
+        (void)CopyBook(File("a.book"), place, [&](const CopyState&) { return ++step < last; });
+        ADD_FAILURE() << "not cancelled at step " << last;
+      } catch (const DatabaseError& error) {
+        EXPECT_STREQ(error.what(), "复制已取消");
+      }
+      EXPECT_THROW((void)Book::Open(place), DatabaseError);
+    }
+    EXPECT_EQ(Failure(File("a.book"), place), "");
+  }
+  for (const auto& entry : std::filesystem::directory_iterator(PathOf(folder_.Path()))) {
+    EXPECT_EQ(PathText(entry.path().filename()).find(".new"), std::string::npos) << entry.path();
+  }
 }
 
 TEST_F(CopyTest, AFailedCopyLeavesNoFile) {

@@ -79,6 +79,25 @@ TEST_F(MakingTest, AKilledMakerLeavesNothingInTheWay) {
   std::cout << killed << " makers killed\n";
 }
 
+TEST_F(MakingTest, AKilledCopyToAServerLeavesNothing) {
+  if (test::ServerPlace().empty()) GTEST_SKIP() << "TAVRIX_ODBC names no server";
+  const std::string from = File("from.book");
+  (void)desk::book::CreateSampleBook(from, desk::book::StandardChart::kEnterprise);
+  const std::string query = "select count(*),sum(debit) from gl_accvouch";
+  const auto whole = test::AllRows(Book::Open(from), query);
+  int killed = 0;
+  for (int round = 0; round < (Long() ? 30 : 4); ++round) {
+    const std::string to = test::NewServerPlace();
+    if (!KillDuring([&] { (void)desk::book::CopyBook(from, to); }, 800)) {
+      ++killed;
+      // Nothing is there, so that it can be copied again. The server ends what was under way first.
+      EXPECT_NO_THROW((void)desk::book::CopyBook(from, to)) << round;
+    }
+    EXPECT_EQ(test::AllRows(Book::Open(to), query), whole) << round;
+  }
+  EXPECT_GT(killed, 0);
+}
+
 TEST_F(MakingTest, OfTwoDesksThatMakeOneBookOneSucceeds) {
   for (int round = 0; round < 10; ++round) {
     const auto start = std::chrono::steady_clock::now() + 20ms;
