@@ -8,6 +8,7 @@
 #include <exception>
 
 #include "app/frame/icons.h"
+#include "app/frame/popup_menu.h"
 #include "app/frame/search_strip.h"
 #include "app/posting/account_range.h"
 #include "app/posting/box_text.h"
@@ -282,6 +283,20 @@ void PostingPane::OnNotice(const NMHDR& header) {
   }
 }
 
+/// Boxes have the system's own menu.
+void PostingPane::OnContextMenu(LPARAM place) {
+  const bool chosen = ListView_GetNextItem(list_, -1, LVNI_SELECTED) >= 0;
+  const std::array entries = {MenuEntry{L"修改分录(&M)\tEnter", chosen},
+                              MenuEntry{L"删除分录(&D)\tDel", chosen}, MenuEntry{},
+                              MenuEntry{L"过账(&G)", !lines_.empty()},
+                              MenuEntry{L"清空(&E)", !lines_.empty()}};
+  const auto entry = ChooseEntry(Hwnd(), MenuPlaceInList(list_, place), entries);
+  if (entry == 0U) EditSelected();
+  if (entry == 1U) RemoveLine();
+  if (entry == 3U) OnCommand(kPostingPost, BN_CLICKED);
+  if (entry == 4U) OnCommand(kPostingClear, BN_CLICKED);
+}
+
 bool PostingPane::Translate(MSG& message) {
   if (field_.Translate(message)) return true;
   const bool in_amount = message.hwnd == debit_ || message.hwnd == credit_;
@@ -305,6 +320,9 @@ LRESULT PostingPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       return 0;
     case WM_SETFOCUS:
       FocusFirst();
+      return 0;
+    case WM_CONTEXTMENU:
+      if (reinterpret_cast<HWND>(wparam) == list_) OnContextMenu(lparam);
       return 0;
     case kAccountLeft:
       OnAccountLeft();

@@ -75,6 +75,7 @@ class PostingPane : public Pane {
   void OnCommand(int id, int code);
   void OnEdit(int id);
   void OnNotice(const NMHDR& header);
+  void OnContextMenu(LPARAM place);
   void OnButton(int id);
   void OnEnter();
   /// Where Enter leads from a box; null when it ends the entry.
