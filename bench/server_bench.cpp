@@ -20,7 +20,7 @@ namespace tavrix::bench {
 namespace {
 
 constexpr int kAccounts = 100000;
-constexpr double kLimit = 1.3;
+constexpr double kLimit = 1.2;
 
 void Check(SQLRETURN result, const char* what) {
   if (!SQL_SUCCEEDED(result)) throw std::runtime_error(what);

@@ -9,6 +9,9 @@
 // failover_desk read PLACE           opens it for reading: what the list and the trial balance
 // hold,
 //                                    and what becomes of a voucher
+// failover_desk post PLACE           enters one voucher with a time limit of two seconds: "saved",
+// or
+//                                    "lost TEXT"
 
 #include <chrono>
 #include <cstdlib>
@@ -76,6 +79,22 @@ void Read(const std::string& place) {
             << (refused ? ", read only" : ", writable") << "\n";
 }
 
+void PostInTime(const std::string& place) {
+  const book::Book opened =
+      book::Book::Open({.path = place, .time_limit = std::chrono::seconds(2)});
+  try {
+    (void)book::Post(opened.GetSession(),
+                     {.year = 2026,
+                      .month = 1,
+                      .day = 1,
+                      .entries = {{.code = "1001", .debit = 1}, {.code = "2202", .credit = 1}}});
+    std::cout << "saved\n";
+  } catch (const book::DatabaseError& error) {
+    if (error.Reason() != book::Trouble::kGone) throw;
+    std::cout << "lost " << error.what() << "\n";
+  }
+}
+
 int Run(const std::string& what, const std::string& place, int seconds) {
   if (what == "make") {
     (void)book::Book::Create(place, {.code_rule = "4444", .accounts = SharedBook::Accounts()});
@@ -83,6 +102,8 @@ int Run(const std::string& what, const std::string& place, int seconds) {
     Work(place, seconds);
   } else if (what == "read") {
     Read(place);
+  } else if (what == "post") {
+    PostInTime(place);
   } else {
     return 2;
   }

@@ -43,6 +43,7 @@ void Worker::Move() {
   const std::string code = AnyCode("igrade=2 and bend=1");
   if (code.empty()) return;
   const std::string id = IdOf(code);
+  if (id == "(none)") return;  // the other desk was quicker
   const std::string parent = Below(2) == 0 ? code.substr(0, 4) : AnyCode("igrade<3");
   const std::string target = parent + std::to_string(5000 + Below(5000));
   tell_("try move " + id);
@@ -97,7 +98,9 @@ void Worker::Delete(const std::string& code) {
   if (!view_.view.Init(view_.host.System(), 0, 0) || !view_.view.Refresh()) {
     throw std::runtime_error("the account list does not show the book");
   }
-  view_.Grid().SetRow(view_.Grid().FindRow(code, 1, 0));
+  const int row = view_.Grid().FindRow(code, 1, 0);
+  if (row < 0) return;  // the other desk was quicker
+  view_.Grid().SetRow(row);
   view_.user.answers = {viewkit::UserPort::Answer::kYes};
   view_.user.in_question = [this](const auto&) {
     std::this_thread::sleep_for(std::chrono::milliseconds(Below(5)));
