@@ -9,6 +9,8 @@ namespace desk::book {
 namespace {
 
 // The statements of the account list, as it sends them on every engine.
+constexpr std::string_view kList =
+    "select ccode,ccode_name,cexch_name,'',i_id,igrade,cclass from gl_code";
 constexpr std::string_view kCount = "select count(i_id) from gl_accvouch where ccode like '";
 constexpr std::string_view kDelete = "delete from gl_code where ccode like '";
 constexpr std::string_view kEnd = "%'";
@@ -28,7 +30,8 @@ struct Found {
 };
 
 std::vector<Found> AccountsFrom(Connection& connection, const std::string& code) {
-  const host::Value bounds[] = {code, code + "~"};
+  // Up to the last character that there is, with which no code goes on.
+  const host::Value bounds[] = {code, code + "\xF4\x8F\xBF\xBF"};
   const auto rows =
       connection.Query("select i_id,ccode from gl_code where ccode>=? and ccode<? order by ccode",
                        Origin::kDesk, bounds);
@@ -39,14 +42,28 @@ std::vector<Found> AccountsFrom(Connection& connection, const std::string& code)
   return found;
 }
 
+/// Later accounts have greater identifiers.
+std::int64_t Newest(Connection& connection) {
+  const auto rows = connection.Query("select max(i_id) from gl_code", Origin::kDesk);
+  return rows->Next() ? static_cast<std::int64_t>(rows->Get(0).ToNumber()) : 0;
+}
+
 }  // namespace
 
+bool DeletionCheck::WasListed(std::int64_t id) const {
+  return own_.contains(id) ||
+         std::ranges::all_of(newest_, [id](const auto& list) { return id <= list.second; });
+}
+
 void DeletionCheck::Note(Connection& connection, const std::string& sql) {
+  if (sql.starts_with(kList)) newest_[sql] = Newest(connection);
   const std::string code = CodeIn(sql, kCount);
   if (code.empty()) return;
   Identifiers& seen = seen_[code];
   seen.clear();
-  for (const Found& account : AccountsFrom(connection, code)) seen.push_back(account.id);
+  for (const Found& account : AccountsFrom(connection, code)) {
+    if (WasListed(account.id)) seen.push_back(account.id);
+  }
   std::ranges::sort(seen);
 }
 

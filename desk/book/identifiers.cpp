@@ -76,6 +76,7 @@ std::int32_t NewIdentifier(Session& session, const std::string& table, const std
   Transaction transaction(session);
   const std::int32_t id = ReserveIdentifiers(session.Own(), table, column, 1);
   transaction.Commit();
+  if (TableWithKey(table, column).name == SchemaTables().front().name) session.NoteGiven(id);
   return id;
 }
 

@@ -26,8 +26,9 @@ std::vector<std::string> FirstStatements(Flavor flavor, const Place& place) {
   std::vector<std::string> statements;
   switch (flavor) {
     case Flavor::kPostgres:
-      statements = {"set standard_conforming_strings=on", "set lock_timeout=" + patience,
-                    TimeLimitStatement(place.time_limit)};
+      statements = {"set standard_conforming_strings=on",
+                    "set default_transaction_isolation='read committed'",
+                    "set lock_timeout=" + patience, TimeLimitStatement(place.time_limit)};
       if (place.access == Access::kReadOnly) {
         statements.emplace_back("set default_transaction_read_only=on");
       }
@@ -36,10 +37,12 @@ std::vector<std::string> FirstStatements(Flavor flavor, const Place& place) {
       statements = {"set quoted_identifier on", "set lock_timeout " + patience};
       break;
     case Flavor::kMariaDb:
-      statements = {"set sql_mode='TRADITIONAL,NO_BACKSLASH_ESCAPES,IGNORE_SPACE,ANSI_QUOTES'",
-                    "set session transaction isolation level read committed",
-                    "set innodb_lock_wait_timeout=" +
-                        std::to_string(std::max<std::int64_t>(place.patience.count() / 1000, 1))};
+      statements = {
+          "set sql_mode='TRADITIONAL,NO_BACKSLASH_ESCAPES,IGNORE_SPACE,ANSI_QUOTES,"
+          "PIPES_AS_CONCAT'",
+          "set session transaction isolation level read committed",
+          "set innodb_lock_wait_timeout=" +
+              std::to_string(std::max<std::int64_t>(place.patience.count() / 1000, 1))};
       break;
     default:
       break;

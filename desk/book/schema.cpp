@@ -267,11 +267,15 @@ std::string KeyBeyondBounds(Connection& connection, const Table& table) {
   if (key.kind != kKey || !connection.HasTable(name) || !connection.HasColumn(name, key.name)) {
     return {};
   }
-  const auto rows =
-      connection.Query("select max(" + std::string(key.name) + ") from " + name, Origin::kDesk);
-  const host::Value greatest = rows->Next() ? rows->Get(0) : host::Value();
-  if (greatest.ToNumber() <= std::numeric_limits<std::int32_t>::max()) return {};
-  return "账簿的表 " + name + " 的标识超出范围：" + greatest.ToText() + "\n";
+  using Bounds = std::numeric_limits<std::int32_t>;
+  for (const char* end : {"max(", "min("}) {  // in two queries the engine looks at two rows alone
+    const auto rows = connection.Query("select " + (end + std::string(key.name)) + ") from " + name,
+                                       Origin::kDesk);
+    const host::Value value = rows->Next() ? rows->Get(0) : host::Value();
+    if (value.ToNumber() >= Bounds::min() && value.ToNumber() <= Bounds::max()) continue;
+    return "账簿的表 " + name + " 的标识超出范围：" + value.ToText() + "\n";
+  }
+  return {};
 }
 
 }  // namespace
@@ -341,10 +345,12 @@ void EnsureIdentifierTable(Connection& connection) {
   Run(connection, script);
 }
 
+void RefuseNoBook(const std::string& path) {
+  throw DatabaseError(Trouble::kDamaged, "这个文件不是账簿（没有科目表 gl_code）：" + path);
+}
+
 std::string CheckSchema(Connection& connection, const std::string& path) {
-  if (!connection.HasTable(kTables[0].name)) {
-    throw DatabaseError(Trouble::kDamaged, "这个文件不是账簿（没有科目表 gl_code）：" + path);
-  }
+  if (!connection.HasTable(kTables[0].name)) RefuseNoBook(path);
   if (connection.SchemaVersion() > kSchemaVersion) {
     throw DatabaseError(Trouble::kDamaged, "账簿由更新的版本建立，请先升级本软件：" + path);
   }

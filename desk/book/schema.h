@@ -12,7 +12,7 @@
 /// The tables of a book.
 namespace desk::book {
 
-inline constexpr int kSchemaVersion = 3;
+inline constexpr int kSchemaVersion = 4;
 
 /// How a column is kept.
 enum class ColumnKind {
@@ -62,13 +62,15 @@ inline constexpr std::string_view kIdentifierTableName = "desk_identifier";
 void CreateSchema(Connection& connection, const std::function<void()>& load = {});
 
 /// Brings a book that an earlier desk has made up to this version; does nothing to others, nor
-/// where nothing can be written. Version 2 had rules for the ledgers,
-/// version 3 has those of `LedgerRules`. `DatabaseError` when the
-/// engine refuses: the book is as it was.
+/// where nothing can be written. Versions 2 and 3 had other rules for the ledgers than
+/// `LedgerRules` gives now. `DatabaseError` when the engine refuses: the book is as it was.
 void RenewSchema(Session& session);
 
 /// Makes the desk's own table of given identifiers in a book that has none.
 void EnsureIdentifierTable(Connection& connection);
+
+/// Says that a file or a database is no book.
+[[noreturn]] void RefuseNoBook(const std::string& path);
 
 /// Refuses a database that is no book, or one of a later version. What else a book lacks, tables
 /// and columns, and keys that are too great, comes back as text, one line for each: such a book can

@@ -41,6 +41,9 @@ class Session {
   /// So does a deletion of accounts that would take more than the caller has seen: `DeletionCheck`.
   void Execute(const std::string& sql);
 
+  /// An identifier for an account that callers were given.
+  void NoteGiven(std::int64_t id) { deletions_.NoteGiven(id); }
+
   /// Counts the callers' statements that have changed the book: whoever shows it can tell from this
   /// whether what he shows is old.
   [[nodiscard]] std::uint64_t Changes() const { return changes_; }
