@@ -63,6 +63,11 @@ class Grammar final : private SqlExpressions {
     return scope.Result();
   }
 
+  void AddSource(SqlScope& scope, std::string_view name, RowShape shape) {
+    if (scope.AddSource(name, std::move(shape))) return;
+    Reader().Refuse("语句中的表太多：", Reader().At() - 1);
+  }
+
   bool TakeUnion() {
     const std::string_view word = Reader().TakeOneOf({"union", "except", "intersect"});
     if (word == "union") Reader().TakeWord("all");
@@ -110,7 +115,8 @@ class Grammar final : private SqlExpressions {
     } else {
       output.name = OutputValue();
     }
-    if (output.name != "*" && Reader().TakeWord("as")) output.name = ExpectAlias();
+    const std::string_view alias = output.name == "*" ? std::string_view() : ColumnAlias();
+    if (!alias.empty()) output.name = alias;
     if (!output.name.empty()) Scope().AddOutput(output);
   }
 
@@ -152,8 +158,7 @@ class Grammar final : private SqlExpressions {
       RowShape shape;
       shape.Add(table);
       const std::string_view alias = Alias();
-      Scope().AddSource(alias.empty() ? name : alias, std::move(shape));
-      return;
+      return AddSource(Scope(), alias.empty() ? name : alias, std::move(shape));
     }
     if (!Reader().IsWord("select")) {
       Source();
@@ -165,7 +170,15 @@ class Grammar final : private SqlExpressions {
     Reader().ExpectSymbol(")");
     const std::string_view alias = Alias();
     if (alias.empty()) Reader().RefuseNext();
-    Scope().AddSource(alias, std::move(shape));
+    AddSource(Scope(), alias, std::move(shape));
+  }
+
+  /// Without "as", PostgreSQL takes the parts of a date for a type.
+  std::string_view ColumnAlias() {
+    for (const std::string_view part : {"year", "month", "day", "hour", "minute", "second"}) {
+      if (Reader().IsWord(part)) return {};
+    }
+    return Alias();
   }
 
   std::string_view Alias() {
@@ -210,11 +223,12 @@ class Grammar final : private SqlExpressions {
       Reader().ExpectWord("delete");
       Reader().ExpectWord("from");
     }
-    const std::string_view name = Reader().NextText();
+    std::string_view name = Reader().NextText();
     RowShape shape;
     shape.Add(ExpectTable());
+    if (update && Reader().TakeWord("as")) name = ExpectAlias();
     SqlScope scope;
-    scope.AddSource(name, shape);
+    AddSource(scope, name, shape);
     {
       const Inside inside(*this, scope);
       if (update) Set(shape);
@@ -267,6 +281,7 @@ StatementKind StatementGuard::Check(std::string_view sql) {
   if (connection_.Makes() == Flavor::kOther && sql.find('\\') != std::string_view::npos) {
     throw DatabaseError(Trouble::kRefused, "语句中有不允许的写法：\\");
   }
+  unknown_.clear();
   return CheckCallerStatement(sql, [this](std::string_view table, std::string_view column) {
     return HasColumn(table, column);
   });
@@ -276,9 +291,12 @@ bool StatementGuard::HasColumn(std::string_view table, std::string_view column) 
   std::string name(table);
   name.append(".").append(column);
   if (known_.contains(name)) return true;
-  if (!connection_.HasColumn(table, column)) return false;
-  known_.insert(std::move(name));
-  return true;
+  // Each question may be one to a server: a statement that needs so many means nothing.
+  constexpr std::size_t kMostUnknown = 256;
+  if (unknown_.contains(name) || unknown_.size() >= kMostUnknown) return false;
+  const bool known = connection_.HasColumn(table, column);
+  (known ? known_ : unknown_).insert(std::move(name));
+  return known;
 }
 
 }  // namespace desk::book

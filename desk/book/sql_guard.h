@@ -30,7 +30,8 @@ class StatementGuard {
   [[nodiscard]] bool HasColumn(std::string_view table, std::string_view column);
 
   Connection& connection_;
-  std::set<std::string> known_;  ///< columns that were found, each behind its table
+  std::set<std::string> known_;    ///< columns that were found, each behind its table
+  std::set<std::string> unknown_;  ///< those that the statement being checked asked for in vain
 };
 
 }  // namespace desk::book

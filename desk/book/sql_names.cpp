@@ -18,13 +18,17 @@ bool IsColumn(const Table& table, std::string_view name) {
 
 }  // namespace
 
+bool NameOrder::operator()(std::string_view left, std::string_view right) const {
+  return IsNameBefore(left, right);
+}
+
 void RowShape::Add(const RowShape& other) {
-  names_.insert(names_.end(), other.names_.begin(), other.names_.end());
-  tables_.insert(tables_.end(), other.tables_.begin(), other.tables_.end());
+  names_.insert(other.names_.begin(), other.names_.end());
+  tables_.insert(other.tables_.begin(), other.tables_.end());
 }
 
 bool RowShape::Knows(std::string_view column) const {
-  return std::ranges::any_of(names_, [&](auto name) { return IsSameName(name, column); }) ||
+  return names_.contains(column) ||
          std::ranges::any_of(tables_, [&](auto* table) { return IsColumn(*table, column); });
 }
 
@@ -35,8 +39,20 @@ bool RowShape::Has(std::string_view column, const ColumnQuestion& question) cons
   return std::ranges::any_of(tables_, [&](auto* table) { return question(table->name, column); });
 }
 
-void SqlScope::AddSource(std::string_view name, RowShape shape) {
+bool SqlScope::AddSource(std::string_view name, RowShape shape) {
+  constexpr std::size_t kMost = 64;  // SQLite joins no more
+  if (sources_.size() >= kMost) return false;
+  all_.Add(shape);
   sources_.push_back({name, std::move(shape)});
+  return true;
+}
+
+void SqlScope::AddOutput(const NameUse& output) {
+  if (output.name == kAll) {
+    whole_.insert(output.qualifier);
+  } else {
+    outputs_.insert(output.name);
+  }
 }
 
 const SqlScope::Source* SqlScope::Find(std::string_view name) const {
@@ -54,11 +70,8 @@ bool SqlScope::Explains(const NameUse& use, bool outputs, const SqlReader& reade
     return true;
   }
   if (use.name == kAll) return !sources_.empty();
-  const auto is_output = [&](const NameUse& output) { return IsSameName(output.name, use.name); };
-  if (outputs && std::ranges::any_of(outputs_, is_output)) return true;
-  // What the schema knows is looked for everywhere before the database is asked.
-  return std::ranges::any_of(sources_, [&](auto& s) { return s.shape.Knows(use.name); }) ||
-         std::ranges::any_of(sources_, [&](auto& s) { return s.shape.Has(use.name, question); });
+  if (outputs && outputs_.contains(use.name)) return true;
+  return all_.Has(use.name, question);
 }
 
 NameUses SqlScope::Resolve(const SqlReader& reader, const ColumnQuestion& question) const {
@@ -71,15 +84,10 @@ NameUses SqlScope::Resolve(const SqlReader& reader, const ColumnQuestion& questi
 
 RowShape SqlScope::Result() const {
   RowShape result;
-  for (const NameUse& output : outputs_) {
-    if (output.name != kAll) {
-      result.Add(output.name);
-      continue;
-    }
-    for (const Source& source : sources_) {
-      const bool wanted = output.qualifier.empty() || IsSameName(output.qualifier, source.name);
-      if (wanted) result.Add(source.shape);
-    }
+  for (const std::string_view name : outputs_) result.Add(name);
+  for (const Source& source : sources_) {
+    const bool wanted = whole_.contains("") || whole_.contains(source.name);
+    if (wanted) result.Add(source.shape);
   }
   return result;
 }

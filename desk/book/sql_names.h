@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <functional>
+#include <set>
 #include <string_view>
 #include <vector>
 
@@ -24,26 +25,33 @@ struct NameUse {
 };
 using NameUses = std::vector<NameUse>;
 
-/// The columns of a table, or of a subselect.
+/// Names without regard to case.
+struct NameOrder {
+  [[nodiscard]] bool operator()(std::string_view left, std::string_view right) const;
+};
+using NameSet = std::set<std::string_view, NameOrder>;
+
+/// The columns of a table, or of a subselect; however often it names them, each is kept once.
 class RowShape {
  public:
-  void Add(std::string_view column) { names_.push_back(column); }
-  void Add(const Table& table) { tables_.push_back(&table); }
+  void Add(std::string_view column) { names_.insert(column); }
+  void Add(const Table& table) { tables_.insert(&table); }
   void Add(const RowShape& other);
   [[nodiscard]] bool Knows(std::string_view column) const;
   [[nodiscard]] bool Has(std::string_view column, const ColumnQuestion& question) const;
 
  private:
-  std::vector<std::string_view> names_;
-  std::vector<const Table*> tables_;
+  NameSet names_;
+  std::set<const Table*> tables_;
 };
 
 /// What one select, or one change of a table, reads from, and the names that it uses.
 class SqlScope {
  public:
-  void AddSource(std::string_view name, RowShape shape);
+  /// Gives whether there is room for another one.
+  [[nodiscard]] bool AddSource(std::string_view name, RowShape shape);
   /// A column of the result: a name of its own, a column, or all columns of one or every source.
-  void AddOutput(const NameUse& output) { outputs_.push_back(output); }
+  void AddOutput(const NameUse& output);
   void Use(const NameUse& use) { uses_.push_back(use); }
 
   /// What is used from here on may also be a column of the result, by its name.
@@ -64,7 +72,9 @@ class SqlScope {
                               const ColumnQuestion& question) const;
 
   std::vector<Source> sources_;
-  NameUses outputs_;
+  RowShape all_;  ///< of all of them
+  NameSet outputs_;
+  NameSet whole_;  ///< sources all of whose columns are in the result; "": those of every one
   NameUses uses_;
   std::size_t first_minding_ = static_cast<std::size_t>(-1);
 };

@@ -64,6 +64,15 @@ bool IsPlain(const SqlToken& token) {
   return false;
 }
 
+/// Whether a text may stand directly behind `word`: a word of the grammar's own, which no server
+/// reads as a mark of the text like E'..', N'..' or _utf8'..'.
+bool LeadsToText(std::string_view word) {
+  constexpr std::array<std::string_view, 12> kWords = {"like", "or",      "and",    "not",
+                                                       "in",   "then",    "else",   "when",
+                                                       "case", "between", "select", "escape"};
+  return std::ranges::any_of(kWords, [&](auto known) { return IsSameName(known, word); });
+}
+
 }  // namespace
 
 SqlReader::SqlReader(std::string_view sql) : sql_(sql), tokens_(SqlTokens(sql)) {
@@ -104,8 +113,9 @@ void SqlReader::CheckToken(std::size_t at) const {
   const SqlToken& token = tokens_[at];
   bool plain = IsPlain(token);
   if (at > 0 && tokens_[at - 1].End() == token.start && token.kind == Kind::kText) {
-    // E'..', N'..', B'..': only plain texts mean the same everywhere.
-    plain = plain && tokens_[at - 1].kind == Kind::kSymbol;
+    const SqlToken& before = tokens_[at - 1];
+    plain = plain && (before.kind == Kind::kSymbol ||
+                      (before.kind == Kind::kWord && LeadsToText(before.text)));
   }
   if (at > 0 && tokens_[at - 1].End() == token.start && token.kind == Kind::kWord) {
     plain = plain && tokens_[at - 1].kind != Kind::kNumber;

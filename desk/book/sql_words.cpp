@@ -93,4 +93,8 @@ bool IsSameName(std::string_view left, std::string_view right) {
   return std::ranges::equal(left, right, {}, LowerLetter, LowerLetter);
 }
 
+bool IsNameBefore(std::string_view left, std::string_view right) {
+  return std::ranges::lexicographical_compare(left, right, {}, LowerLetter, LowerLetter);
+}
+
 }  // namespace desk::book

@@ -11,5 +11,7 @@ namespace desk::book {
 [[nodiscard]] bool IsSqlWord(std::string_view word);
 
 [[nodiscard]] bool IsSameName(std::string_view left, std::string_view right);
+/// An order of names that tells apart what `IsSameName` does.
+[[nodiscard]] bool IsNameBefore(std::string_view left, std::string_view right);
 
 }  // namespace desk::book

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 #include "host/calls.h"
 #include "support/test_book.h"
 
@@ -84,6 +86,9 @@ TEST(SqlGuard, RefusesOtherTablesWhateverHidesThem) {
       {"select * from gl_code group by ccode having 1 in(select i_id from pg_class)", kTable},
       {"select * from gl_code where ccode in(select a from (select 1 as a from pg_user)t)", kTable},
       {"select case when 1=1 then (select 1 from pg_user) end", kTable},
+      {"select max(ccode) set,hr.pay from gl_code", kSyntax},
+      {"update gl_code as set set bend=1", kAlias},
+      {"update gl_code as a set bend=1 where gl_code.bend=0", kColumn},
       {"select * from gl_code a left join gl_accsum b on (select 1 from pg_user)=1", kTable},
       {"select * into other from gl_code", kSyntax},
       {"select 1 as a into other", kSyntax},
@@ -157,6 +162,8 @@ TEST(SqlGuard, RefusesMoreThanOneStatement) {
       {"delete from gl_code;delete from gl_accvouch", kSecond},
       {"select 1;;select 2", kSecond},
       {"select 1 drop table gl_code", kSyntax},
+      {"select 1 a drop table gl_code", kSyntax},
+      {"select ccode year from gl_code", kSyntax},
       {"select 1 as a drop table gl_code", kSyntax},
       {"select 1 exec sp_who", kSyntax},
       {"select 1 from gl_code exec", kSyntax},
@@ -202,6 +209,8 @@ TEST(SqlGuard, RefusesWhatServersReadInDifferentWays) {
       {"select E'\\' ; delete from desk_identifier --'", kSecond},
       {"select N'a'", kQuote},
       {"select 1'a'", kQuote},
+      {"select B'1'", kQuote},
+      {"select left'a'", kQuote},
       {"select U&'\\0027'", kSpelling},
       {"select x'41'", kQuote},
       {"select _utf8'a'", kQuote},
@@ -312,6 +321,37 @@ TEST(SqlGuard, DeepNestingIsRefusedBeforeTheStackEnds) {
   EXPECT_THAT(Verdict(joins), HasSubstr("嵌套太深"));
   EXPECT_EQ(Verdict(nested("- ", "", 100'000)), "");
   EXPECT_EQ(Verdict(nested("not ", "", 100'000)), "");
+}
+
+// What a statement costs grows with its length, not with what it could be multiplied to.
+TEST(SqlGuard, ManyNamesAndTablesCostLittle) {
+  const auto repeated = [](const std::string& item, int times) {
+    std::string list = item;
+    for (int i = 1; i < times; ++i) list += "," + item;
+    return list;
+  };
+  const Book book = tavrix::test::MakeBook();
+  const auto verdict = [&](const std::string& sql) {
+    return host::ExecuteSql(*book.System(), sql);
+  };
+  const auto start = std::chrono::steady_clock::now();
+  std::string stars = "gl_code";
+  for (int i = 0; i < 20; ++i) stars = "(select *,*,*,*,*,*,*,* from " + stars + ")a";
+  EXPECT_EQ(Verdict("select 1 from " + stars), "");
+  std::string names = "(select igrade as n0";
+  for (int i = 1; i < 10'000; ++i) names += ",igrade as n" + std::to_string(i);
+  EXPECT_EQ(Verdict("select n9 from (select " + repeated("*", 10'000) + " from " + names +
+                    " from gl_code)a)b order by " + repeated("n9", 10'000)),
+            "");
+  EXPECT_EQ(Verdict("select ccode_name from gl_accsum," + repeated("tvxbz", 62) + ",gl_code"), "");
+  EXPECT_THAT(verdict("select " + repeated("nope", 8000) + " from " + repeated("gl_code", 8000)),
+              HasSubstr("表太多"));
+  EXPECT_THAT(verdict("select " + repeated("nope", 8000) + " from " + repeated("gl_code", 64)),
+              HasSubstr(kColumn));
+  std::string inner = "select (select n0";
+  for (int i = 1; i < 8000; ++i) inner += ",n" + std::to_string(i);
+  EXPECT_THAT(verdict(inner + " from " + repeated("gl_code", 64) + ")"), HasSubstr(kColumn));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
 TEST(SqlGuard, ColumnsThatTheDatabaseHasBesidesTheSchemaAreAsked) {
