@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <random>
 #include <string>
@@ -30,6 +31,9 @@ namespace {
 
 using NativeName = fs::path::string_type;
 
+// Nobody calls a file of his own so.
+constexpr std::string_view kMark = ".tavrix-";
+constexpr std::size_t kDigits = 20;
 constexpr std::string_view kEnding = ".new";
 
 NativeName Native(std::string_view text) {
@@ -39,43 +43,58 @@ NativeName Native(std::string_view text) {
 fs::path NameBeside(const fs::path& path) {
   // No process identifier: on a network share two machines may use the same one.
   std::random_device random;
+  std::string digits;
+  while (digits.size() < kDigits) digits += std::to_string(random());
   fs::path name = path;
-  name += "." + std::to_string(random()) + std::to_string(random()) + std::string(kEnding);
+  name += std::string(kMark) + digits.substr(0, kDigits) + std::string(kEnding);
   return name;
 }
 
 /// Whether `name` is one that `NameBeside` gives for `path`.
 bool IsBeside(const fs::path& name, const fs::path& path) {
   const NativeName file = name.filename().native();
-  const NativeName start = path.filename().native() + Native(".");
+  const NativeName start = path.filename().native() + Native(kMark);
   const NativeName end = Native(kEnding);
-  if (file.size() <= start.size() + end.size()) return false;
+  if (file.size() != start.size() + kDigits + end.size()) return false;
   if (!file.starts_with(start) || !file.ends_with(end)) return false;
-  const auto digits = file.substr(start.size(), file.size() - start.size() - end.size());
+  const auto digits = file.substr(start.size(), kDigits);
   return std::ranges::all_of(digits, [](auto c) { return c >= '0' && c <= '9'; });
 }
 
+/// Null when it cannot be made.
 OpenFile Open(const fs::path& path) {
 #ifdef _WIN32
   return OpenFile(_wfopen(path.c_str(), L"wb"));
 #else
   const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   if (file < 0) return nullptr;
-  (void)flock(file, LOCK_EX | LOCK_NB);
+  (void)flock(file, LOCK_EX);
   return OpenFile(fdopen(file, "wb"));
 #endif
 }
 
-/// Nobody holds it: who made it is gone. Windows does not remove what somebody holds.
-bool IsLeft([[maybe_unused]] const fs::path& path) {
+/// Before it was held, somebody may have taken it for one that was left.
+bool IsGone([[maybe_unused]] const OpenFile& file) {
 #ifdef _WIN32
-  return true;
+  return false;
+#else
+  struct stat now {};
+  return fstat(fileno(file.get()), &now) == 0 && now.st_nlink == 0;
+#endif
+}
+
+/// Removes it when nobody holds it: who made it is gone. Windows does not remove what somebody
+/// holds, but a file is let go of for a moment before it gets its name.
+void RemoveIfLeft(const fs::path& path) {
+  std::error_code failed;
+#ifdef _WIN32
+  const auto age = fs::file_time_type::clock::now() - fs::last_write_time(path, failed);
+  if (!failed && age > std::chrono::minutes(1)) fs::remove(path, failed);
 #else
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-  if (file < 0) return false;
-  const bool left = flock(file, LOCK_EX | LOCK_NB) == 0;
+  if (file < 0) return;
+  if (flock(file, LOCK_EX | LOCK_NB) == 0) fs::remove(path, failed);
   close(file);
-  return left;
 #endif
 }
 
@@ -88,7 +107,7 @@ void RemoveLeftBeside(const fs::path& path) {
   for (const auto& entry : fs::directory_iterator(FolderOf(path), ignored)) {
     if (!IsBeside(entry.path(), path)) continue;
     std::error_code failed;
-    if (entry.is_regular_file(failed) && IsLeft(entry.path())) fs::remove(entry.path(), failed);
+    if (entry.is_regular_file(failed)) RemoveIfLeft(entry.path());
   }
 }
 
@@ -146,6 +165,10 @@ bool MoveToFreeName(const fs::path& from, const fs::path& to, std::error_code& f
 FreshFile::FreshFile(const fs::path& path) : path_(path), name_(NameBeside(path)) {
   RemoveLeftBeside(path_);
   file_ = Open(name_);
+  while (file_ && IsGone(file_)) {
+    name_ = NameBeside(path_);
+    file_ = Open(name_);
+  }
   if (!file_) Fail(path_);
 #ifndef _WIN32
   TakeOverOwner(fileno(file_.get()), path_);

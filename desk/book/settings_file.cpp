@@ -58,7 +58,7 @@ class SettingsDocument {
   explicit SettingsDocument(const fs::path& path) : path_(Target(path)) {
     if (const auto text = TextOfFile(path_)) {
       text_ = SettingsText(*text);
-      most_bytes_now_ = text->size();
+      most_bytes_now_ = text_.Text().size();  // it may have been in UTF-16
     } else {
       refused_ = true;
     }

@@ -9,7 +9,7 @@
 namespace desk::book {
 
 SqliteConnection::SqliteConnection(SqliteHandle database, const Place& place, Use use)
-    : database_(std::move(database)) {
+    : database_(std::move(database)), for_reading_(place.access == Access::kReadOnly) {
   sqlite3_extended_result_codes(database_.get(), 1);
   sqlite3_busy_timeout(database_.get(), static_cast<int>(place.patience.count()));
   guard_.Install(database_.get());
@@ -20,6 +20,7 @@ SqliteConnection::SqliteConnection(SqliteHandle database, const Place& place, Us
 void SqliteConnection::SetUp(const Place& place, Use use) {
   const auto set = [this](const char* pragma) { Execute(pragma, Origin::kDesk, {}); };
   set("pragma cache_size=-32000");
+  if (place.access == Access::kReadOnly) set("pragma query_only=on");
   set("pragma synchronous=full");
   if (use == Use::kMake || SchemaVersion() > 0) {
     // The rules of a book hold for rows that a REPLACE takes away too, and one of them is a key.
@@ -126,7 +127,7 @@ void SqliteConnection::Rollback() noexcept {
 }
 
 bool SqliteConnection::ReadOnly() const {
-  return sqlite3_db_readonly(database_.get(), "main") == 1;
+  return for_reading_ || sqlite3_db_readonly(database_.get(), "main") == 1;
 }
 
 bool SqliteConnection::HasTable(std::string_view table) {

@@ -49,6 +49,7 @@ class SqliteConnection : public Connection {
   SqliteHandle database_;
   std::string repeated_sql_;  ///< of `repeated_`
   SqliteStatement repeated_;  ///< the last one, with which rows are copied
+  bool for_reading_;
   StatementGuard statements_{*this};
 };
 

@@ -26,23 +26,28 @@ DatabaseError WithPath(const DatabaseError& error, const std::string& path) {
   return {error.Reason(), text.find(path) == std::string::npos ? text + "：" + path : text};
 }
 
-/// A book that was closed in good order can be read where nothing can be written, on a backup disc
-/// for example; but the engine must be told that nobody writes there.
-bool WantsImmutable(sqlite3* database, const Place& place) {
+bool NeedsToWrite(sqlite3* database) {
   if (sqlite3_db_readonly(database, "main") != 1) return false;
   const int result = sqlite3_exec(database, "pragma schema_version", nullptr, nullptr, nullptr);
   const int reason = result & 0xFF;
-  std::error_code ignored;
-  return (reason == SQLITE_CANTOPEN || reason == SQLITE_READONLY) &&
-         !std::filesystem::exists(PathOf(place.path + "-wal"), ignored);
+  return reason == SQLITE_CANTOPEN || reason == SQLITE_READONLY;
+}
+
+/// A book that was closed in good order can be read on a backup disc for example; but the engine
+/// must be told that nobody writes there.
+SqliteHandle OpenWhereNothingCanBeWritten(const std::string& path) {
+  if (HasBeside(path, "-wal")) return OpenSqliteFileWithLog(path);
+  if (HasBeside(path, "-journal")) {
+    throw DatabaseError(Trouble::kReadOnly,
+                        "账簿有没有完成的更改，须先由可以写入的用户打开一次：" + path);
+  }
+  return OpenSqliteFile(ImmutableName(path), kReadOnlyFlags | SQLITE_OPEN_URI);
 }
 
 std::unique_ptr<Connection> OpenForReading(Place place) {
   place.access = Access::kReadOnly;
   SqliteHandle database = OpenSqliteFile(place.path, kReadOnlyFlags);
-  if (WantsImmutable(database.get(), place)) {
-    database = OpenSqliteFile(ImmutableName(place.path), kReadOnlyFlags | SQLITE_OPEN_URI);
-  }
+  if (NeedsToWrite(database.get())) database = OpenWhereNothingCanBeWritten(place.path);
   return std::make_unique<SqliteConnection>(std::move(database), place);
 }
 
@@ -53,7 +58,8 @@ std::unique_ptr<Connection> OpenForWriting(const Place& place) {
     SqliteHandle database = OpenSqliteFile(place.path, kReadWriteFlags);
     if (sqlite3_db_readonly(database.get(), "main") == 1) return OpenForReading(place);
     return std::make_unique<SqliteConnection>(std::move(database), place);
-  } catch (const DatabaseError&) {
+  } catch (const DatabaseError& error) {
+    if (error.Reason() == Trouble::kLocked) throw;  // a moment later it can be written
     try {
       return OpenForReading(place);
     } catch (const DatabaseError&) {  // the first reason is told
@@ -86,7 +92,7 @@ void FillFile(const std::filesystem::path& file, const Filling& fill) {
 
 std::unique_ptr<Connection> SqliteEngine::Open(const Place& place) const {
   try {
-    JudgeSqliteFile(place.path);
+    JudgeSqliteFile(place.path, place.patience);
     return place.access == Access::kReadOnly ? OpenForReading(place) : OpenForWriting(place);
   } catch (const DatabaseError& error) {
     throw WithPath(error, place.path);

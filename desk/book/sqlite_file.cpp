@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <random>
 #include <utility>
 
 #include "book/paths.h"
@@ -19,6 +20,9 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int kReadOnlyFlags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READONLY;
+constexpr int kReadWriteFlags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE;
+constexpr const char* kLog = "-wal";
+constexpr const char* kJournal = "-journal";
 
 /// Stops what a connection does for longer than a sound book needs.
 class Deadline {
@@ -71,29 +75,80 @@ void Judge(SqliteHandle database, const std::string& path,
   (void)CheckSchema(connection, path);
 }
 
-/// What a log holds is a part of the book. The connection that reads it keeps its index in memory
-/// and leaves the log where it is.
-void JudgeWithLog(const std::string& path) {
-  const auto open = [&](int flags) {
-    SqliteHandle database = OpenSqliteFile(path, flags);
-    sqlite3_db_config(database.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-    return database;
-  };
-  try {
-    SqliteHandle database = open(SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE);
-    sqlite3_exec(database.get(), "pragma locking_mode=exclusive", nullptr, nullptr, nullptr);
-    Judge(std::move(database), path);
-  } catch (const DatabaseError& error) {
-    if (error.Reason() == Trouble::kDamaged) throw;
-    // Somebody works with it, so that the index is there already; or it cannot be written.
-    Judge(open(kReadOnlyFlags), path, std::chrono::seconds(5));
-  }
+void LeaveLog(sqlite3* database) {
+  sqlite3_db_config(database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 }
 
-bool HasLog(const std::string& path) {
-  std::error_code failed;
-  const std::uintmax_t size = fs::file_size(PathOf(path + "-wal"), failed);
-  return !failed && size > 0;
+/// Closing a file by any other way than the engine's would let go of the locks that this process
+/// has on it.
+bool KeepsLog(const std::string& path) {
+  constexpr int kPlace = 18;  // of the header
+  const SqliteHandle database = OpenSqliteFile(path, kReadOnlyFlags);
+  sqlite3_file* file = nullptr;
+  sqlite3_file_control(database.get(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  char format = 0;
+  return file != nullptr && file->pMethods != nullptr &&
+         file->pMethods->xRead(file, &format, 1, kPlace) == SQLITE_OK && format == 2;
+}
+
+/// What a log holds is a part of the book.
+void JudgeWithLog(const std::string& path, std::chrono::milliseconds patience) {
+  try {
+    return Judge(OpenSqliteFileWithLog(path), path);
+  } catch (const DatabaseError& error) {
+    if (error.Reason() == Trouble::kDamaged) throw;
+    // Somebody works with it, so that the log's index is there already; or it cannot be written.
+    if (error.Reason() == Trouble::kLocked || HasBeside(path, kLog)) {
+      SqliteHandle database = OpenSqliteFile(path, kReadOnlyFlags);
+      LeaveLog(database.get());
+      return Judge(std::move(database), path, patience);
+    }
+  }
+  Judge(OpenSqliteFile(ImmutableName(path), kReadOnlyFlags | SQLITE_OPEN_URI), path);
+}
+
+/// A copy of a file and its journal, in a folder that only this user may read.
+class JournalCopy {
+ public:
+  explicit JournalCopy(const std::string& path) {
+    std::random_device random;
+    folder_ = fs::temp_directory_path() /
+              ("tavrix-" + std::to_string(random()) + "-" + std::to_string(random()));
+    std::error_code failed;
+    const bool made = fs::create_directory(folder_, failed);
+    if (!made && !failed) failed = std::make_error_code(std::errc::file_exists);
+    if (made) fs::permissions(folder_, fs::perms::owner_all, failed);
+    for (const char* suffix : {"", kJournal}) {
+      if (!failed) fs::copy_file(PathOf(path + suffix), PathOf(Name() + suffix), failed);
+    }
+    if (!failed) return;
+    Remove();
+    throw DatabaseError(Trouble::kOther, "不能读取账簿和它没有完成的更改：" + path);
+  }
+  JournalCopy(const JournalCopy&) = delete;
+  JournalCopy& operator=(const JournalCopy&) = delete;
+  ~JournalCopy() { Remove(); }
+
+  [[nodiscard]] std::string Name() const { return PathText(folder_ / "book"); }
+
+ private:
+  void Remove() const noexcept {
+    std::error_code ignored;
+    fs::remove_all(folder_, ignored);
+  }
+  fs::path folder_;
+};
+
+/// What a killed program has changed is undone by whoever opens the file: in a copy of it, as long
+/// as nobody knows whether it is a book.
+void JudgeWithJournal(const std::string& path, std::chrono::milliseconds patience) {
+  try {
+    return Judge(OpenSqliteFile(path, kReadOnlyFlags), path, patience);
+  } catch (const DatabaseError& error) {
+    if (error.Reason() != Trouble::kReadOnly) throw;
+  }
+  const JournalCopy copy(path);
+  Judge(OpenSqliteFile(copy.Name(), kReadWriteFlags), path);
 }
 
 }  // namespace
@@ -121,7 +176,21 @@ std::string ImmutableName(const std::string& path) {
   return name + "?immutable=1";
 }
 
-void JudgeSqliteFile(const std::string& path) {
+SqliteHandle OpenSqliteFileWithLog(const std::string& path) {
+  SqliteHandle database = OpenSqliteFile(path, kReadWriteFlags);
+  std::error_code ignored;
+  if (fs::exists(PathOf(path + kLog), ignored)) LeaveLog(database.get());
+  sqlite3_exec(database.get(), "pragma locking_mode=exclusive", nullptr, nullptr, nullptr);
+  return database;
+}
+
+bool HasBeside(const std::string& path, const char* suffix) {
+  std::error_code failed;
+  const std::uintmax_t size = fs::file_size(PathOf(path + suffix), failed);
+  return !failed && size > 0;
+}
+
+void JudgeSqliteFile(const std::string& path, std::chrono::milliseconds patience) {
   std::error_code failed;
   const fs::file_status status = fs::status(PathOf(path), failed);
   if (status.type() == fs::file_type::not_found) {
@@ -130,14 +199,10 @@ void JudgeSqliteFile(const std::string& path) {
   if (!fs::is_regular_file(status)) {
     throw DatabaseError(Trouble::kDamaged, "无法打开账簿文件（不是普通文件）：" + path);
   }
-  if (HasLog(path)) return JudgeWithLog(path);
-  try {
-    Judge(OpenSqliteFile(ImmutableName(path), kReadOnlyFlags | SQLITE_OPEN_URI), path);
-  } catch (const DatabaseError&) {
-    // Somebody may have begun to work with it meanwhile.
-    if (!HasLog(path)) throw;
-    JudgeWithLog(path);
-  }
+  // The engine would remove what stands beside an empty file.
+  if (fs::file_size(PathOf(path), failed) == 0 && !failed) RefuseNoBook(path);
+  if (HasBeside(path, kLog) || KeepsLog(path)) return JudgeWithLog(path, patience);
+  JudgeWithJournal(path, patience);
 }
 
 }  // namespace desk::book

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <set>
 #include <string>
 
 namespace desk::book {
@@ -19,6 +20,7 @@ class SqliteGuard {
     Watch(SqliteGuard& guard, bool on) : guard_(guard) {
       guard_.on_ = on;
       guard_.objection_.clear();
+      guard_.tables_of_book_.clear();
     }
     Watch(const Watch&) = delete;
     Watch& operator=(const Watch&) = delete;
@@ -31,12 +33,13 @@ class SqliteGuard {
  private:
   static int Authorize(void* self, int action, const char* first, const char* second,
                        const char* database, const char* trigger) noexcept;
-  [[nodiscard]] int Judge(int action, const char* table, const char* trigger);
-  [[nodiscard]] int JudgeTable(const char* table, const char* trigger);
+  [[nodiscard]] int Judge(int action, const char* table, const char* column, const char* trigger);
+  [[nodiscard]] int JudgeTable(const char* table, const char* column, bool of_book);
   [[nodiscard]] int Object(std::string reason);
 
   bool on_ = false;
   std::string objection_;
+  std::set<std::string> tables_of_book_;  ///< that views and triggers of the book have read
 };
 
 }  // namespace desk::book

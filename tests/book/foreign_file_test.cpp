@@ -116,6 +116,12 @@ TEST_F(ForeignFileTest, OpeningKeepsEveryByteOfWhatIsNoBook) {
   };
   const Case cases[] = {
       {"nothing in it", [&] { write(""); }, "不是账簿"},
+      {"nothing in it, beside a log",
+       [&] {
+         write("");
+         std::ofstream(PathOf(File() + "-wal"), std::ios::binary) << std::string(5000, 'x');
+       },
+       "不是账簿"},
       {"a letter", [&] { write(std::string(5000, 'x')); }, "不是账簿"},
       {"only a header", [&] { write(std::string("SQLite format 3") + '\0'); }, "不是账簿"},
       {"another's database", [&] { Foreign(File()).Do(kLetters); }, "gl_code"},
@@ -154,6 +160,37 @@ TEST_F(ForeignFileTest, ABookWhoseDeskWasKilledOpensWithAllOfItsLog) {
   EXPECT_EQ(Scalar(Book::Open(File()), "select chelp from gl_code where i_id=1"), "last");
 }
 
+// The file alone has no table of accounts any more: what the program did is undone from its
+// journal.
+TEST_F(ForeignFileTest, ABookWhoseProgramWasKilledInAChangeOpensAsItWasBefore) {
+  std::string tables;
+  std::string more;
+  for (int i = 0; i < 100; ++i) {
+    std::string columns = "(a";
+    for (int k = 0; k < 20; ++k) columns += ",column_number_" + std::to_string(k);
+    tables += "create table other" + std::to_string(i) + columns + ");";
+    more += "create table more" + std::to_string(i) + columns + ");";
+  }
+  const TempFolder elsewhere;
+  const std::string made = elsewhere.File("x");
+  (void)Book::Create(made, {.accounts = FewAccounts()});
+  {
+    const Foreign foreign(made);
+    foreign.Do("pragma journal_mode=delete;" + tables);
+    foreign.Do("pragma cache_size=5;begin;alter table gl_code rename to gl_code_old;" + more +
+               "update gl_code_old set ccode_name=hex(randomblob(3000))");
+    for (const char* suffix : {"", "-journal"}) {
+      fs::copy(PathOf(made + suffix), PathOf(File() + suffix));
+    }
+  }
+  EXPECT_GT(fs::file_size(PathOf(File() + "-journal")), 0U);
+  const Files before = Bytes();
+  EXPECT_THAT(Failure(Access::kReadOnly), HasSubstr("没有完成的更改"));
+  EXPECT_TRUE(Bytes() == before);
+  EXPECT_EQ(Scalar(Book::Open(File()), "select ccode_name from gl_code where i_id=1"), "库存现金");
+  EXPECT_FALSE(fs::exists(PathOf(File() + "-journal")));
+}
+
 TEST_F(ForeignFileTest, ViewsThatNeverEndAreRefusedInSeconds) {
   const std::pair<const char*, const char*> endless[] = {{"xt_accinformation", ""},
                                                          {"gl_code", " where i<0"}};
@@ -174,8 +211,15 @@ TEST_F(ForeignFileTest, ViewsThatNeverEndAreRefusedInSeconds) {
   (void)Book::Create(File(), {.accounts = FewAccounts()});
   Foreign(File()).Do(
       "alter table tvxbz rename to currencies;"
-      "create view tvxbz as select * from currencies");
-  EXPECT_EQ(Failure(), "");
+      "create view tvxbz as with recursive n(i) as (select 1 union all select i+1 from n where "
+      "i<9) "
+      "select * from currencies,n where i=1;"
+      "create table changes(what);create trigger audit after update on gl_code begin "
+      "insert into changes select old.ccode_name from currencies where 0 union select 'x'; end");
+  const Book book = Book::Open(File());
+  EXPECT_EQ(host::QueryRows(*book.System(), "select 币种ID from tvxbz")->EndOfFile(), true);
+  EXPECT_EQ(host::ExecuteSql(*book.System(), "update gl_code set chelp='a' where i_id=1"), "");
+  EXPECT_EQ(Scalar(book, "select count(*) from changes"), "1");
 }
 
 #ifndef _WIN32
@@ -218,7 +262,9 @@ TEST_F(ForeignFileTest, NumbersBeyondAllBoundsAreNamed) {
   test::Run(book, "update gl_code set i_id=1099511627776 where i_id=1");
   EXPECT_THAT(book.System()->NewIdentifier("gl_code", "i_id").error, HasSubstr("用完"));
   EXPECT_THAT(Book::Open(File()).Faults(), HasSubstr("1099511627776"));
-  test::Run(book, "update gl_code set i_id=1 where i_id>1000");
+  test::Run(book, "update gl_code set i_id=-2147483649 where i_id>1000");
+  EXPECT_THAT(Book::Open(File()).Faults(), HasSubstr("-2147483649"));
+  test::Run(book, "update gl_code set i_id=1 where i_id<0");
   test::Run(book, "update desk_identifier set last_id=1e300");
   EXPECT_THAT(book.System()->NewIdentifier("gl_code", "i_id").error, HasSubstr("用完"));
   test::Run(book,

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #ifndef _WIN32
 #include <unistd.h>
@@ -178,7 +179,56 @@ TEST_F(OpenTest, ABookInAFolderThatNobodyMayWriteOpensForReading) {
     fs::remove(PathOf(File()));
   }
 }
+
+TEST_F(OpenTest, ABookWithALogInAFolderThatNobodyMayWriteIsReadWithIt) {
+  namespace fs = std::filesystem;
+  const TempFolder elsewhere;
+  const std::string made = elsewhere.File("x");
+  {
+    const Book book = Book::Create(made, {.accounts = tavrix::test::FewAccounts()});
+    tavrix::test::Run(book, "update gl_code set chelp='last' where i_id=1");
+    for (const char* suffix : {"", "-wal"}) {
+      fs::copy(PathOf(made + suffix), PathOf(File() + suffix));
+      fs::permissions(PathOf(File() + suffix), fs::perms(0666));
+    }
+  }
+  const auto size = fs::file_size(PathOf(File() + "-wal"));
+  fs::permissions(PathOf(folder_.Path()), fs::perms(0555));
+  {
+    const AsNobody nobody;
+    const Book book = Book::Open(File());
+    EXPECT_TRUE(book.ReadOnly());
+    EXPECT_EQ(Scalar(book, "select chelp from gl_code where i_id=1"), "last");
+    EXPECT_THAT(host::ExecuteSql(*book.System(), "delete from gl_code"), HasSubstr("只读"));
+  }
+  EXPECT_EQ(fs::file_size(PathOf(File() + "-wal")), size);
+  fs::permissions(PathOf(folder_.Path()), fs::perms(0755));
+}
 #endif
+
+// Whoever comes in the moment before the others are done would read for the rest of the day.
+TEST_F(OpenTest, ABookThatIsHeldForAMomentIsNotOpenedForReading) {
+  using Clock = std::chrono::steady_clock;
+  const Book other = CreateBook();
+  tavrix::test::Run(other, "pragma journal_mode=delete");
+  const Place place = {.path = File(), .patience = std::chrono::milliseconds(200)};
+  const auto start = Clock::now();
+  (void)Book::Open(place);
+  tavrix::test::Run(other, "pragma journal_mode=delete");
+  const auto free = Clock::now() - start;
+  EXPECT_EQ(Scalar(other, "pragma journal_mode"), "delete");
+  tavrix::test::Run(other, "begin exclusive");
+  std::thread ends([&] {
+    std::this_thread::sleep_for(free + place.patience * 3 / 2);
+    tavrix::test::Run(other, "rollback");
+  });
+  try {
+    EXPECT_FALSE(Book::Open(place).ReadOnly());
+  } catch (const DatabaseError& error) {
+    EXPECT_EQ(error.Reason(), Trouble::kLocked) << error.what();
+  }
+  ends.join();
+}
 
 TEST_F(OpenTest, ABookInAnotherJournalModeServes) {
   const Book other = CreateBook();

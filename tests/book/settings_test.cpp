@@ -189,6 +189,22 @@ TEST_F(SettingsFileTest, WhatWouldMakeTheFileTooLargeIsRefusedBeforeItIsWritten)
   EXPECT_EQ(file.ReadValue("a", "k0", "none"), "999");
 }
 
+TEST_F(SettingsFileTest, WhatIsTooLargeInUtf8OrWithItsLineEndsStaysAsItIs) {
+  std::string utf16 = "\xFF\xFE";
+  for (const char c : std::string("[a]\r\nb=")) utf16 += {c, '\0'};
+  for (int i = 0; i < 400'000; ++i) utf16 += "\xD1\x79";  // 科
+  for (const std::string& old : {utf16, "[a]\r\nb=1" + std::string(600'000, '\n')}) {
+    std::ofstream(PathOf(path_), std::ios::binary) << old;
+    {
+      SharedSettingsFile file;
+      file.SetFileName(path_);
+      EXPECT_NE(file.ReadValue("a", "b", "none"), "none");
+      EXPECT_THROW(file.WriteValue("a", "c", "2"), host::HostError);
+    }
+    EXPECT_TRUE(OnDisk() == old);
+  }
+}
+
 TEST_F(SettingsFileTest, AFileThatCannotBeReplacedStays) {
   const std::string old = "[a]\r\nb=1\r\n";
   std::ofstream(PathOf(path_), std::ios::binary) << old;

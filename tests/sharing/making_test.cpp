@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -98,6 +99,30 @@ TEST_F(MakingTest, AKilledCopyToAServerLeavesNothing) {
   EXPECT_GT(killed, 0);
 }
 
+// Whoever closes a book last folds its log and removes it: others must see that somebody is there.
+TEST_F(MakingTest, ABookOpenedTwiceInOneProgramStaysHeld) {
+  const auto told = [this](const std::string& name) { return PathOf(File(name)); };
+  const auto await = [&](const std::string& name) {
+    for (int i = 0; i < 10'000 && !fs::exists(told(name)); ++i) std::this_thread::sleep_for(2ms);
+  };
+  Process other([&](int out) {  // before a book is open: it would take over its state
+    await("opened");
+    (void)Book::Open(File());
+    std::ofstream(told("closed")) << "x";
+    await("changed");
+    const std::string text = test::Scalar(Book::Open(File()), "select chelp from gl_code");
+    (void)!write(out, text.data(), text.size());
+  });
+  (void)Book::Create(File(), {.accounts = {{.code = "1001", .name = "a", .category = "资产"}}});
+  const Book book = Book::Open(File());
+  (void)Book::Open(File());
+  std::ofstream(told("opened")) << "x";
+  await("closed");
+  test::Run(book, "update gl_code set chelp='kept'");
+  std::ofstream(told("changed")) << "x";
+  EXPECT_EQ(other.ReadAll(), "kept");
+}
+
 TEST_F(MakingTest, OfTwoDesksThatMakeOneBookOneSucceeds) {
   for (int round = 0; round < 10; ++round) {
     const auto start = std::chrono::steady_clock::now() + 20ms;
@@ -138,6 +163,38 @@ TEST_F(MakingTest, KilledWritersOfSettingsLeaveAWholeFileAndNothingElse) {
   }
   write();
   EXPECT_EQ(Names(), std::vector<std::string>{"desk.txt"});
+}
+
+// What one of them is making looks like what another one has left.
+TEST_F(MakingTest, WritersOfOneFileDoNotRemoveEachOthersNewFiles) {
+  const auto path = PathOf(File("desk.txt"));
+  std::atomic<int> failed = 0;
+  std::vector<std::thread> writers;
+  for (int i = 0; i < 4; ++i) {
+    writers.emplace_back([&] {
+      for (int round = 0; round < (Long() ? 20'000 : 1000); ++round) {
+        try {
+          desk::book::ReplaceFile(path, "[a]\n");
+        } catch (const std::exception&) {
+          ++failed;
+        }
+      }
+    });
+  }
+  for (std::thread& writer : writers) writer.join();
+  EXPECT_EQ(failed, 0);
+  EXPECT_EQ(Names(), std::vector<std::string>{"desk.txt"});
+}
+
+TEST_F(MakingTest, FilesOfTheUsersOwnStay) {
+  const std::string left = "账簿.book.tavrix-01234567890123456789.new";
+  const std::vector<std::string> own = {"账簿.book.2024.new", "账簿.book.tavrix-2024.new",
+                                        "账簿.book.01234567890123456789.new"};
+  std::ofstream(PathOf(File(left))) << "x";
+  for (const std::string& name : own) std::ofstream(PathOf(File(name))) << "x";
+  (void)Book::Create(File(), {.accounts = test::FewAccounts()});
+  for (const std::string& name : own) EXPECT_TRUE(fs::exists(PathOf(File(name)))) << name;
+  EXPECT_FALSE(fs::exists(PathOf(File(left))));
 }
 
 TEST_F(MakingTest, ASettingsFileKeepsItsOwnerAndItsMode) {
