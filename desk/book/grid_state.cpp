@@ -1,7 +1,6 @@
 #include "book/grid_state.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "host/grid_update.h"
 #include "host/text.h"
@@ -40,8 +39,15 @@ int RowAt(const host::Grid& grid, int first, std::string_view code) {
     first = end + 1;
     end = std::min(rows, end + step);
   }
-  const auto rest = std::views::iota(first, std::max(first, end));
-  return *std::ranges::partition_point(rest, before);
+  while (first < end) {
+    const int middle = first + (end - first) / 2;
+    if (before(middle)) {
+      first = middle + 1;
+    } else {
+      end = middle;
+    }
+  }
+  return first;
 }
 
 /// What is open only here, such as what a filter has opened, closes.

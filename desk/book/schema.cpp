@@ -315,11 +315,11 @@ bool HasEmptySchema(Connection& connection) {
 void CreateSchema(Connection& connection, const std::function<void()>& load) {
   std::vector<std::string> script;
   if (!HasEmptySchema(connection)) script = SchemaScript(connection.Makes());
-  const auto rest = std::ranges::stable_partition(
-      script, [](const std::string& statement) { return statement.starts_with("create table "); });
-  Run(connection, {script.begin(), rest.begin()});
+  const auto is_table = [](const std::string& s) { return s.starts_with("create table "); };
+  const auto rest = std::stable_partition(script.begin(), script.end(), is_table);
+  Run(connection, {script.begin(), rest});
   if (load) load();
-  Run(connection, {rest.begin(), rest.end()});
+  Run(connection, {rest, script.end()});
   connection.SetSchemaVersion(kSchemaVersion);
 }
 
