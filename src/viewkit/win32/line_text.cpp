@@ -56,20 +56,60 @@ LONG TopOf(const RECT& place, LONG height, UINT flags) {
   return place.top;
 }
 
-/// Each letter stands where it was measured. There are fonts that paint wider or narrower than they
-/// measure: amounts above one another would not end on one line, and what was cut to fit would lose
-/// its ellipsis at the edge.
-void DrawAsMeasured(HDC dc, const std::wstring& text, const RECT& place, UINT flags) {
-  const int count = static_cast<int>(text.size());
+/// How far each letter moves on as it is measured.
+std::vector<int> MeasuredSteps(HDC dc, const std::wstring& text) {
   std::vector<int> steps(text.size());
   SIZE size{};
-  TEXTMETRICW metric{};
-  GetTextExtentExPointW(dc, text.data(), count, 0, nullptr, steps.data(), &size);
+  GetTextExtentExPointW(dc, text.data(), static_cast<int>(text.size()), 0, nullptr, steps.data(),
+                        &size);
   std::adjacent_difference(steps.begin(), steps.end(), steps.begin());
+  return steps;
+}
+
+/// How far each letter moves on as it is painted: a font with drawn pictures of a small size paints
+/// narrower than it measures. Empty where that is not known.
+std::vector<int> PaintedSteps(HDC dc, const std::wstring& text) {
+  TEXTMETRICW metric{};
   GetTextMetricsW(dc, &metric);
-  ExtTextOutW(dc, static_cast<int>(LeftOf(place, size.cx, flags)),
+  if (metric.tmWeight >= FW_SEMIBOLD) return {};  // thickened by the system, which measures that
+  const MAT2 unchanged{{0, 1}, {0, 0}, {0, 0}, {0, 1}};
+  std::vector<int> steps;
+  for (const wchar_t unit : text) {
+    GLYPHMETRICS glyph{};
+    const DWORD size = GetGlyphOutlineW(dc, unit, GGO_BITMAP, &glyph, 0, nullptr, &unchanged);
+    if (size == GDI_ERROR) return {};
+    steps.push_back(glyph.gmCellIncX);
+  }
+  return steps;
+}
+
+/// Whether a text is a number at the right edge: its figures keep the font's own distances, or a
+/// comma would touch the next one. It only gets narrower by that.
+bool IsAmount(const std::wstring& text, UINT flags) {
+  return (flags & DT_RIGHT) != 0 &&
+         std::ranges::all_of(text, [](wchar_t unit) { return unit >= L' ' && unit < 0x7F; });
+}
+
+/// Each letter stands at a known place. There are fonts that paint wider or narrower than they
+/// measure: amounts above one another would not end on one line, and what was cut to fit would lose
+/// its ellipsis at the edge.
+void DrawByLetters(HDC dc, const std::wstring& text, const RECT& place, UINT flags) {
+  std::vector<int> steps = MeasuredSteps(dc, text);
+  const LONG measured = std::accumulate(steps.begin(), steps.end(), LONG{0});
+  LONG width = measured;
+  if (IsAmount(text, flags)) {
+    std::vector<int> painted = PaintedSteps(dc, text);
+    const LONG sum = std::accumulate(painted.begin(), painted.end(), LONG{0});
+    if (!painted.empty() && sum < measured) {
+      steps = std::move(painted);
+      width = sum;
+    }
+  }
+  TEXTMETRICW metric{};
+  GetTextMetricsW(dc, &metric);
+  ExtTextOutW(dc, static_cast<int>(LeftOf(place, width, flags)),
               static_cast<int>(TopOf(place, metric.tmHeight, flags)), ETO_CLIPPED, &place,
-              text.data(), static_cast<UINT>(count), steps.data());
+              text.data(), static_cast<UINT>(text.size()), steps.data());
 }
 
 }  // namespace
@@ -94,7 +134,7 @@ std::wstring CutToFit(HDC dc, std::wstring text, int width) {
 void DrawLine(HDC dc, std::wstring text, RECT place, UINT flags) {
   const std::wstring shown =
       CutToFit(dc, std::move(text), static_cast<int>(place.right - place.left));
-  if (std::ranges::all_of(shown, StandsAlone)) return DrawAsMeasured(dc, shown, place, flags);
+  if (std::ranges::all_of(shown, StandsAlone)) return DrawByLetters(dc, shown, place, flags);
   DrawTextW(dc, shown.data(), static_cast<int>(shown.size()), &place,
             flags | DT_SINGLELINE | DT_NOPREFIX);
 }
