@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <chrono>
 #include <ctime>
 #include <string>
 #include <utility>
@@ -22,11 +23,17 @@ class Figures {
 };
 
 /// Milliseconds of processor time that this process has used. All that is measured runs on one
-/// thread, and other programs on the machine do not count.
+/// thread, and other programs on the machine do not count. Windows tells it in steps of ten or
+/// more: there it is the time that passes.
 [[nodiscard]] inline double ProcessorTime() {
+#ifdef _WIN32
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration<double, std::milli>(now).count();
+#else
   timespec now{};
   clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
   return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+#endif
 }
 
 [[nodiscard]] inline double MedianOf(std::vector<double> times) {
