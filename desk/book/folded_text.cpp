@@ -65,8 +65,36 @@ constexpr bool IsCombiningMark(char32_t point) {
   return Within(point, 0x300, 0x36F);
 }
 
-char LowerAscii(char32_t point) {
-  return static_cast<char>(Within(point, 'A', 'Z') ? point + ('a' - 'A') : point);
+/// Whether all characters that begin with this byte of UTF-8 have three bytes and stay as they are:
+/// U+4000 to U+CFFF, Chinese ones among them.
+constexpr bool FoldsToItself(unsigned byte) {
+  return byte >= 0xE4 && byte <= 0xEC;
+}
+
+char LowerAscii(char unit) {
+  return unit >= 'A' && unit <= 'Z' ? static_cast<char>(unit + ('a' - 'A')) : unit;
+}
+
+bool IsContinuation(char unit) {
+  return (static_cast<unsigned char>(unit) & 0xC0) == 0x80;
+}
+
+/// How many bytes a text begins with that stay as they are but for capitals of ASCII: most of a
+/// chart, codes and Chinese names.
+std::size_t PlainLength(std::string_view text) {
+  std::size_t length = 0;
+  while (length < text.size()) {
+    const auto unit = static_cast<unsigned char>(text[length]);
+    if (unit < 0x80) {
+      ++length;
+      continue;
+    }
+    const bool whole = FoldsToItself(unit) && length + 2 < text.size() &&
+                       IsContinuation(text[length + 1]) && IsContinuation(text[length + 2]);
+    if (!whole) return length;
+    length += 3;
+  }
+  return length;
 }
 
 void AppendPlain(char letter, char32_t point, std::string& folded) {
@@ -80,7 +108,7 @@ void AppendFolded(char32_t point, std::string& folded) {
   constexpr char32_t kFullWidth = 0xFF01 - '!';
   if (Within(point, 0xFF01, 0xFF5E)) point -= kFullWidth;
   point = PlainSign(point);
-  if (point < 0x80) return folded.push_back(LowerAscii(point));
+  if (point < 0x80) return folded.push_back(LowerAscii(static_cast<char>(point)));
   if (point >= kFirstPlain && point - kFirstPlain < kPlain.size()) {
     return AppendPlain(kPlain[point - kFirstPlain], point, folded);
   }
@@ -100,10 +128,11 @@ bool HasOtherLetters(char32_t point) {
 void FoldInto(std::string_view text, std::string& folded) {
   folded.clear();
   for (std::size_t at = 0; at < text.size();) {
-    const auto unit = static_cast<unsigned char>(text[at]);
-    if (unit < 0x80) {  // most of a chart: codes
-      folded.push_back(LowerAscii(unit));
-      ++at;
+    if (const std::size_t plain = PlainLength(text.substr(at)); plain > 0) {
+      const std::size_t start = folded.size();
+      folded += text.substr(at, plain);
+      for (std::size_t i = start; i < folded.size(); ++i) folded[i] = LowerAscii(folded[i]);
+      at += plain;
       continue;
     }
     const std::size_t start = at;
@@ -122,7 +151,19 @@ std::string Folded(std::string_view text) {
   return folded;
 }
 
+FoldedPattern::FoldedPattern(std::string_view text) : sought_(Folded(text)) {
+  if (sought_.empty()) return;
+  constexpr char kReplacement = '\xEF';  // how U+FFFD begins, which broken sequences fold to
+  const bool any = sought_.front() == kReplacement;
+  for (unsigned byte = 0; byte < starts_.size(); ++byte) {
+    const bool folds = byte >= 0x80 && (any || !FoldsToItself(byte));
+    starts_[byte] = folds || LowerAscii(static_cast<char>(byte)) == sought_.front();
+  }
+}
+
 bool FoldedPattern::FoundIn(std::string_view text) const {
+  const auto may_start = [this](char unit) { return starts_[static_cast<unsigned char>(unit)]; };
+  if (!sought_.empty() && std::ranges::none_of(text, may_start)) return false;
   FoldInto(text, folded_);
   return folded_.find(sought_) != std::string::npos;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -15,13 +16,14 @@ void FoldInto(std::string_view text, std::string& folded);
 /// A text that is looked for in many others. One thread.
 class FoldedPattern {
  public:
-  explicit FoldedPattern(std::string_view text) : sought_(Folded(text)) {}
+  explicit FoldedPattern(std::string_view text);
   [[nodiscard]] bool Empty() const { return sought_.empty(); }
   [[nodiscard]] bool FoundIn(std::string_view text) const;
 
  private:
   std::string sought_;
-  mutable std::string folded_;  // the text that is looked through, kept for its memory
+  std::array<bool, 256> starts_{};  // the bytes that the text sought may begin with before folding
+  mutable std::string folded_;      // the text that is looked through, kept for its memory
 };
 
 }  // namespace desk::book

@@ -50,6 +50,14 @@ bool IsDataRow(const host::Grid& grid, int row) {
   return row >= grid.FixedRows() && row < grid.Rows();
 }
 
+std::vector<int> VisibleColumns(const host::Grid& grid) {
+  std::vector<int> columns;
+  for (int col = 0; col < grid.Cols(); ++col) {
+    if (!grid.ColHidden(col)) columns.push_back(col);
+  }
+  return columns;
+}
+
 int KeyOf(const host::Grid& grid) {
   constexpr int kOutsideArrays = -1;
   return grid.Index().value_or(kOutsideArrays);
@@ -60,10 +68,8 @@ int KeyOf(const host::Grid& grid) {
 /// What is looked for, and the columns that it is looked for in.
 class GridSearch::Pattern {
  public:
-  Pattern(const host::Grid& grid, const std::string& text, const Unseen& unseen) : text_(text) {
-    for (int col = 0; col < grid.Cols(); ++col) {
-      if (!grid.ColHidden(col)) columns_.push_back(col);
-    }
+  Pattern(const host::Grid& grid, const std::string& text, const Unseen& unseen)
+      : text_(text), columns_(VisibleColumns(grid)) {
     if (unseen) unseen_ = unseen(text_);
   }
   [[nodiscard]] bool Matches(const host::Grid& grid, int row) const {
@@ -114,12 +120,11 @@ bool GridSearch::Find(host::Grid& grid, const host::Value& data) {
 bool GridSearch::FindNext(host::Grid& grid) {
   *tally_ = {};
   if (sought_.empty() || grid.Rows() <= grid.FixedRows()) return false;
-  const Pattern pattern = PatternFor(grid, sought_);
   const int current = grid.Row();
   int first = -1;
   int next = -1;
-  for (int row = grid.FixedRows(); row < grid.Rows(); ++row) {
-    if (grid.RowHidden(row) || !pattern.Matches(grid, row)) continue;
+  for (const int row : MatchesOf(grid)) {
+    if (grid.RowHidden(row)) continue;
     ++tally_->matches;
     if (first < 0) first = row;
     if (next >= 0 || row <= current) continue;
@@ -132,6 +137,20 @@ bool GridSearch::FindNext(host::Grid& grid) {
   const int found = next < 0 ? first : next;
   ExpandAncestors(grid, found);
   return Select(grid, found);
+}
+
+const std::vector<int>& GridSearch::MatchesOf(const host::Grid& grid) {
+  Matches now{sought_, KeyOf(grid), grid.TextVersion(), VisibleColumns(grid), {}};
+  if (now.version != 0 && now.text == matches_.text && now.grid == matches_.grid &&
+      now.version == matches_.version && now.columns == matches_.columns) {
+    return matches_.rows;
+  }
+  const Pattern pattern = PatternFor(grid, sought_);
+  for (int row = grid.FixedRows(); row < grid.Rows(); ++row) {
+    if (pattern.Matches(grid, row)) now.rows.push_back(row);
+  }
+  matches_ = std::move(now);
+  return matches_.rows;
 }
 
 bool GridSearch::Filter(host::Grid& grid, const host::Value& data) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -42,7 +43,8 @@ class GridSearch : public host::GridNavigator {
   /// Searches from behind the current row round to it, through collapsed nodes too, which open, but
   /// not through rows that a filter hides. An empty text finds nothing.
   [[nodiscard]] bool Find(host::Grid& grid, const host::Value& data) override;
-  /// The last `Find` again; false before the first.
+  /// The last `Find` again; false before the first. What matches unseen is asked for again with the
+  /// next change of the grid.
   [[nodiscard]] bool FindNext(host::Grid& grid) override;
   /// Hides the rows that do not match and have no matching row below them in the outline; the nodes
   /// above a match open. An empty text shows all rows and closes the nodes that a filter has
@@ -52,8 +54,18 @@ class GridSearch : public host::GridNavigator {
  private:
   class Pattern;
   struct Shown;
+  /// The rows that match a text, hidden ones too, and the state of the grid that this is true of.
+  struct Matches {
+    std::string text;
+    int grid = 0;
+    std::uint64_t version = 0;
+    std::vector<int> columns;
+    std::vector<int> rows;
+  };
 
   [[nodiscard]] Pattern PatternFor(const host::Grid& grid, const std::string& text) const;
+  /// Looked for only when the grid's texts or columns have changed since the last time.
+  [[nodiscard]] const std::vector<int>& MatchesOf(const host::Grid& grid);
   [[nodiscard]] Shown ShowMatches(host::Grid& grid, const Pattern& pattern);
   void ShowAll(host::Grid& grid);
   void CloseOpened(host::Grid& grid);
@@ -61,6 +73,7 @@ class GridSearch : public host::GridNavigator {
   std::shared_ptr<SearchTally> tally_ = std::make_shared<SearchTally>();
   Unseen unseen_;
   std::string sought_;
+  Matches matches_;
   /// By a grid's position in its array: first-column texts of the nodes that a filter has opened.
   /// Row numbers would not outlive a change of the chart.
   std::map<int, std::vector<std::string>> opened_;

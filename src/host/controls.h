@@ -57,7 +57,10 @@ class Grid : public virtual Control {
   virtual void SetRowHidden(int row, bool hidden) = 0;
   [[nodiscard]] virtual int RowOutlineLevel(int row) const = 0;
   [[nodiscard]] virtual bool IsSubtotal(int row) const = 0;
-  /// The row sums up others and is no find: never, in a grid that has no totals.
+  /// Another number after each change of texts or rows, and for another grid; 0 where the grid
+  /// does not count.
+  [[nodiscard]] virtual std::uint64_t TextVersion() const { return 0; }
+  /// A row of totals, which no search finds.
   [[nodiscard]] virtual bool IsTotalRow(int /*row*/) const { return false; }
   [[nodiscard]] virtual bool IsCollapsed(int row) const = 0;
   virtual void SetCollapsed(int row, bool collapsed) = 0;

@@ -1,6 +1,7 @@
 #include "viewkit/cell_store.h"
 
 #include <algorithm>
+#include <atomic>
 #include <stdexcept>
 #include <utility>
 
@@ -24,6 +25,12 @@ void DropSlack(Container& container) {
 }
 
 }  // namespace
+
+std::uint64_t CellStore::FirstVersion() {
+  constexpr std::uint64_t kChangesOfOne = std::uint64_t{1} << 32;  // apart from one another
+  static std::atomic<std::uint64_t> next = 1;
+  return next.fetch_add(kChangesOfOne);
+}
 
 void CellStore::Take(host::RowSet&& rows, std::size_t columns) {
   ++version_;

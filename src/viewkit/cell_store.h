@@ -52,7 +52,7 @@ class CellStore {
   }
   void DropCopy(std::size_t row) { cells_.Erase(row, 1); }
 
-  /// Another number after every change; never 0.
+  /// Another number after every change, and in every store; never 0.
   [[nodiscard]] std::uint64_t Version() const { return version_; }
 
   /// Bytes held in all.
@@ -61,13 +61,14 @@ class CellStore {
  private:
   using Cell = host::RowSet::Cell;
 
+  [[nodiscard]] static std::uint64_t FirstVersion();
   [[nodiscard]] std::size_t BytesOf(std::size_t row) const;
   void Waste(std::size_t bytes);
   void Compact();
 
   RowArray<Cell> cells_{Cell{}, 0};
   std::string text_;
-  std::uint64_t version_ = 1;
+  std::uint64_t version_ = FirstVersion();
   std::size_t wasted_ = 0;  // bytes of the buffer that no cell refers to, at least
 };
 

@@ -255,6 +255,25 @@ std::string_view FlexGrid::TextMatrix(int row, int col) const {
   return s.cells.Text(static_cast<std::size_t>(row - s.Fixed()), column);
 }
 
+std::uint64_t FlexGrid::TextVersion() const {
+  return state_->cells.Version();
+}
+
+void FlexGrid::AppendTexts(int begin, int end, std::span<const int> cols, std::string& text,
+                           std::vector<std::int32_t>& ends) const {
+  const State& s = *state_;
+  for (const int col : cols) s.CheckCol(col);
+  for (int row = begin; row < end; ++row) {
+    const bool data = s.IsData(row);
+    for (const int col : cols) {
+      text += data ? s.cells.Text(static_cast<std::size_t>(row - s.Fixed()),
+                                  static_cast<std::size_t>(col))
+                   : TextMatrix(row, col);
+      ends.push_back(static_cast<std::int32_t>(text.size()));
+    }
+  }
+}
+
 void FlexGrid::SetTextMatrix(int row, int col, std::string_view text) {
   if (TextMatrix(row, col) == text) return;
   Update([&](State& s) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -139,6 +140,11 @@ class FlexGrid : public Control, public host::Grid {
   void SetFrozenCols(int cols);
   /// Valid until a text, a row or a column changes.
   [[nodiscard]] std::string_view TextMatrix(int row, int col) const override;
+  [[nodiscard]] std::uint64_t TextVersion() const override;
+  /// The texts of these columns of the rows from `begin` to before `end`, one behind the other;
+  /// each of `ends` is where the text of a cell ends. For callers that go through all rows.
+  void AppendTexts(int begin, int end, std::span<const int> cols, std::string& text,
+                   std::vector<std::int32_t>& ends) const;
   void SetTextMatrix(int row, int col, std::string_view text);
   /// Another number after every change of a data row's text, of the rows' order or their number;
   /// never 0. For whoever keeps something that follows from the texts.

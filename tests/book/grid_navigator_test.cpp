@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <random>
 #include <utility>
 
 #include "viewkit/flex_grid.h"
@@ -150,6 +151,33 @@ TEST_F(NavigatorTest, TellsHowManyThereAreAndWhichOneItIs) {
   EXPECT_EQ(tally->matches, 3) << "what is filtered away is not there";
 }
 
+// Matches are kept from one search to the next.
+TEST_F(NavigatorTest, SearchesAgainWhatHasChangedMeanwhile) {
+  const auto tally = std::make_shared<SearchTally>();
+  GridSearch search(tally, {});
+  const auto matches = [&](tavrix::viewkit::FlexGrid& grid) {
+    EXPECT_TRUE(search.FindNext(grid));
+    return tally->matches;
+  };
+  EXPECT_TRUE(search.Find(grid_, "c"));
+  EXPECT_EQ(matches(grid_), 4);
+  grid_.SetTextMatrix(1, 1, "Bank");
+  EXPECT_EQ(matches(grid_), 3);
+  grid_.SetTextMatrix(grid_.AddItem(), 1, "Credit");
+  EXPECT_EQ(matches(grid_), 4);
+  grid_.RemoveItem(6);
+  EXPECT_EQ(matches(grid_), 3);
+  grid_.SetTextMatrix(1, 0, "c");
+  grid_.SetColHidden(0, true);
+  EXPECT_EQ(matches(grid_), 3);
+  grid_.SetColHidden(0, false);
+  EXPECT_EQ(matches(grid_), 4);
+  tavrix::viewkit::FlexGrid other("Vs");
+  other.SetCols(1);
+  other.SetTextMatrix(other.AddItem(), 0, "c");
+  EXPECT_EQ(matches(other), 1);
+}
+
 TEST_F(NavigatorTest, FindsByWhatTheGridDoesNotShow) {
   GridSearch search(std::make_shared<SearchTally>(), [](const FoldedPattern& pattern) {
     return pattern.FoundIn("MeiYuan") ? std::vector<std::string>{"10020201"}
@@ -175,6 +203,33 @@ TEST(FoldedText, LeavesWhatCounts) {
       {"\xff\xc3", "\uFFFD\uFFFD"},
       {"", ""}};
   for (const auto& [text, folded] : texts) EXPECT_EQ(Folded(text), folded) << text;
+}
+
+// Most texts are passed over without being folded.
+TEST(FoldedText, FindsWhatTheFoldedTextHolds) {
+  const std::vector<std::string> pieces = {
+      "a",  "A",      "9",    "é",        "e\u0301", "Œ",      "存", "款",
+      "Ｚ", "z",      "Б",    "\u3000",   " ",       "\u2019", "'",  "\U0001F600",
+      "한", "\uFFFD", "\xe5", "\xe5\xad", "\xff",    "-",      "—"};
+  std::mt19937 random(7);
+  const auto text = [&](unsigned most) {
+    std::string made;
+    for (auto count = random() % (most + 1); count > 0; --count) {
+      made += pieces[random() % pieces.size()];
+    }
+    return made;
+  };
+  int found = 0;
+  for (int round = 0; round < 20'000; ++round) {
+    const std::string sought = text(2);
+    const std::string looked_through = text(8);
+    const bool held = Folded(looked_through).find(Folded(sought)) != std::string::npos;
+    ASSERT_EQ(FoldedPattern(sought).FoundIn(looked_through), held)
+        << sought << " in " << looked_through;
+    found += held ? 1 : 0;
+  }
+  EXPECT_GT(found, 4'000);
+  EXPECT_LT(found, 16'000);
 }
 
 TEST_F(NavigatorTest, FindsNoTotals) {

@@ -148,6 +148,49 @@ TEST_F(View, AGridGivesManyRowsAtOnce) {
   EXPECT_EQ(fetch(count + 1, 5, levels, ends, none), E_INVALIDARG);
   EXPECT_EQ(fetch(0, -1, levels, ends, none), E_INVALIDARG);
   EXPECT_EQ(rows->GetRows(0, 1, nullptr, nullptr, nullptr), E_POINTER);
+  ASSERT_EQ(grid->put_RowHidden(2, VARIANT_TRUE), S_OK);
+  Variant states;
+  states.InPlace()->vt = VT_ARRAY | VT_UI1;
+  ASSERT_EQ(rows->GetStates(0, 1000, &states.InPlace()->parray), S_OK);
+  ASSERT_EQ(states.Get().parray->rgsabound[0].cElements, static_cast<ULONG>(count));
+  const auto* state = static_cast<const BYTE*>(states.Get().parray->pvData);
+  int collapsed = 0;
+  int below = 0;
+  for (long row = 0; row < count; ++row) {
+    VARIANT_BOOL closed = VARIANT_FALSE;
+    grid->get_IsCollapsed(row, &closed);
+    collapsed += closed != VARIANT_FALSE ? 1 : 0;
+    EXPECT_EQ(state[row] & 3, (row == 2 ? 1 : 0) + (closed != VARIANT_FALSE ? 2 : 0)) << row;
+    below += (state[row] & 5) == 0 ? 1 : 0;
+  }
+  EXPECT_GT(collapsed, 0);
+  EXPECT_GT(below, 0);
+  EXPECT_EQ(state[2] & 4, 0);
+  Variant unused;
+  EXPECT_EQ(rows->GetStates(count + 1, 5, &unused.InPlace()->parray), E_INVALIDARG);
+  EXPECT_EQ(rows->GetStates(0, 1, nullptr), E_POINTER);
+
+  hyper before = 0;
+  hyper after = 0;
+  ASSERT_EQ(rows->TextVersion(&before), S_OK);
+  for (long row = 1; row < count; ++row) {
+    static_cast<BYTE*>(states.Get().parray->pvData)[row] = row == 3 ? 1 : 0;
+  }
+  ASSERT_EQ(rows->SetStates(0, states.Get().parray), S_OK);
+  for (long row = 1; row < count; ++row) {
+    VARIANT_BOOL closed = VARIANT_TRUE;
+    VARIANT_BOOL hidden = VARIANT_FALSE;
+    grid->get_IsCollapsed(row, &closed);
+    grid->get_RowHidden(row, &hidden);
+    EXPECT_EQ(closed, VARIANT_FALSE) << row;
+    EXPECT_EQ(hidden != VARIANT_FALSE, row == 3) << row;
+  }
+  EXPECT_EQ(rows->SetStates(1, states.Get().parray), E_INVALIDARG) << "more than there are";
+  ASSERT_EQ(fetch(0, 1, levels, ends, none), S_OK);
+  EXPECT_EQ(rows->SetStates(0, levels.Get().parray), E_INVALIDARG) << "no bytes";
+  EXPECT_EQ(rows->SetStates(0, nullptr), E_INVALIDARG);
+  ASSERT_EQ(rows->TextVersion(&after), S_OK);
+  EXPECT_EQ(before, after) << "texts are as they were";
 }
 
 TEST_F(View, ObjectsHandedOutOutliveItSafely) {

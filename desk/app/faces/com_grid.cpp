@@ -1,7 +1,12 @@
 #include "app/faces/com_grid.h"
 
+#include <algorithm>
+#include <new>
+#include <utility>
+
 #include "app/com/values.h"
 #include "component/base/failure.h"
+#include "host/report.h"
 #include "host/text.h"
 #include "viewkit/ports.h"
 #include "viewkit/win32/scale.h"
@@ -27,12 +32,35 @@ void TakeText(BSTR text, std::string& target) {
   }
 }
 
+/// What `IGridRows::GetStates` adds up.
+constexpr unsigned char kHidden = 1;
+constexpr unsigned char kCollapsed = 2;
+constexpr unsigned char kShown = 4;
+constexpr unsigned char kTotal = 8;
+
+/// An array of Automation that a call makes.
+SAFEARRAY** MadeArray(tavrix::component::Variant& value, VARTYPE type) {
+  value.InPlace()->vt = VT_ARRAY | type;
+  value.InPlace()->parray = nullptr;
+  return &value.InPlace()->parray;
+}
+
 /// The elements of a vector of Automation; `value` holds it from now on.
 template <class Element>
 std::span<const Element> ElementsOf(const tavrix::component::Variant& value) {
   const SAFEARRAY* const array = value.Get().parray;
   if (array == nullptr) return {};
   return {static_cast<const Element*>(array->pvData), array->rgsabound[0].cElements};
+}
+
+/// A vector of Automation with these bytes.
+tavrix::component::Variant VectorOf(std::span<const unsigned char> bytes) {
+  tavrix::component::Variant made;
+  SAFEARRAY** const array = MadeArray(made, VT_UI1);
+  *array = SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size()));
+  if (*array == nullptr) throw std::bad_alloc();
+  std::ranges::copy(bytes, static_cast<unsigned char*>((*array)->pvData));
+  return made;
 }
 
 }  // namespace
@@ -50,13 +78,8 @@ bool ComGrid::Read(int row) const {
   if (row >= block_.first && row - block_.first < std::ssize(block_.level)) return true;
   constexpr int kRows = 1024;
   Block block{.first = row / kRows * kRows};
-  const auto array = [](tavrix::component::Variant& value, VARTYPE type) {
-    value.InPlace()->vt = VT_ARRAY | type;
-    value.InPlace()->parray = nullptr;
-    return &value.InPlace()->parray;
-  };
-  Check(rows_->GetRows(block.first, kRows, array(block.levels, VT_I4), array(block.ends, VT_I4),
-                       array(block.text, VT_UI1)));
+  Check(rows_->GetRows(block.first, kRows, MadeArray(block.levels, VT_I4),
+                       MadeArray(block.ends, VT_I4), MadeArray(block.text, VT_UI1)));
   block.level = ElementsOf<LONG>(block.levels);
   block.end = ElementsOf<LONG>(block.ends);
   block.bytes = ElementsOf<char>(block.text).data();
@@ -65,6 +88,30 @@ bool ComGrid::Read(int row) const {
   }
   block_ = std::move(block);
   return row - block_.first < std::ssize(block_.level);
+}
+
+ComGrid::~ComGrid() {
+  host::Quietly([this] { HandOn(); });
+}
+
+void ComGrid::HandOn() const {
+  const int first = first_changed_;
+  const int count = std::exchange(end_changed_, 0) - std::exchange(first_changed_, 0);
+  if (count <= 0) return;
+  const tavrix::component::Variant array = VectorOf(std::span(states_).subspan(first, count));
+  Check(rows_->SetStates(first, array.Get().parray));
+}
+
+unsigned char* ComGrid::StateOf(int row) const {
+  if (!rows_ || row < 0) return nullptr;
+  if (states_.empty()) {
+    tavrix::component::Variant made;
+    Check(rows_->GetStates(0, Rows(), MadeArray(made, VT_UI1)));
+    const auto states = ElementsOf<unsigned char>(made);
+    states_.assign(states.begin(), states.end());
+  }
+  const auto place = static_cast<std::size_t>(row);
+  return place < states_.size() ? &states_[place] : nullptr;
 }
 
 template <class Result>
@@ -157,7 +204,8 @@ void ComGrid::SetToolTipText(std::string text) {
 }
 
 int ComGrid::Rows() const {
-  return static_cast<int>(Get(&IFlexGrid::get_Rows));
+  if (!row_count_) row_count_ = static_cast<int>(Get(&IFlexGrid::get_Rows));
+  return *row_count_;
 }
 
 int ComGrid::Cols() const {
@@ -165,22 +213,27 @@ int ComGrid::Cols() const {
 }
 
 int ComGrid::FixedRows() const {
-  return static_cast<int>(Get(&IFlexGrid::get_FixedRows));
+  if (!fixed_rows_) fixed_rows_ = static_cast<int>(Get(&IFlexGrid::get_FixedRows));
+  return *fixed_rows_;
 }
 
 int ComGrid::Row() const {
+  HandOn();
   return static_cast<int>(Get(&IFlexGrid::get_Row));
 }
 
 void ComGrid::SetRow(int row) {
+  HandOn();
   Check(grid_->put_Row(row));
 }
 
 int ComGrid::TopRow() const {
+  HandOn();
   return static_cast<int>(Get(&IFlexGrid::get_TopRow));
 }
 
 void ComGrid::SetTopRow(int row) {
+  HandOn();
   Check(grid_->put_TopRow(row));
 }
 
@@ -199,12 +252,35 @@ std::string_view ComGrid::TextMatrix(int row, int col) const {
 }
 
 bool ComGrid::RowHidden(int row) const {
+  if (const unsigned char* const state = StateOf(row)) return (*state & kHidden) != 0;
   return GetAt(&IFlexGrid::get_RowHidden, row) != VARIANT_FALSE;
 }
 
+bool ComGrid::IsTotalRow(int row) const {
+  const unsigned char* const state = StateOf(row);
+  return state != nullptr && (*state & kTotal) != 0;
+}
+
+std::uint64_t ComGrid::TextVersion() const {
+  hyper version = 0;
+  if (rows_) Check(rows_->TextVersion(&version));
+  return static_cast<std::uint64_t>(version);
+}
+
 void ComGrid::SetRowHidden(int row, bool hidden) {
+  if (StateOf(row) != nullptr) return SetState(row, kHidden, hidden);
   shown_.clear();
   Check(grid_->put_RowHidden(row, Flag(hidden)));
+}
+
+void ComGrid::SetState(int row, unsigned char bit, bool on) {
+  unsigned char& state = *StateOf(row);
+  if (((state & bit) != 0) == on) return;
+  state = static_cast<unsigned char>(state ^ bit);
+  shown_changed_ = true;
+  const bool none = end_changed_ <= first_changed_;
+  first_changed_ = none ? row : std::min(first_changed_, row);
+  end_changed_ = none ? row + 1 : std::max(end_changed_, row + 1);
 }
 
 int ComGrid::RowOutlineLevel(int row) const {
@@ -220,10 +296,12 @@ bool ComGrid::IsSubtotal(int row) const {
 }
 
 bool ComGrid::IsCollapsed(int row) const {
+  if (const unsigned char* const state = StateOf(row)) return (*state & kCollapsed) != 0;
   return GetAt(&IFlexGrid::get_IsCollapsed, row) != VARIANT_FALSE;
 }
 
 void ComGrid::SetCollapsed(int row, bool collapsed) {
+  if (StateOf(row) != nullptr) return SetState(row, kCollapsed, collapsed);
   shown_.clear();
   Check(grid_->put_IsCollapsed(row, Flag(collapsed)));
 }
@@ -249,6 +327,11 @@ void ComGrid::FindShownRows() const {
 }
 
 bool ComGrid::IsShown(int row) const {
+  if (std::exchange(shown_changed_, false)) {
+    HandOn();
+    states_.clear();
+  }
+  if (const unsigned char* const state = StateOf(row)) return (*state & kShown) != 0;
   if (shown_.empty()) FindShownRows();
   return row >= 0 && static_cast<std::size_t>(row) < shown_.size() &&
          shown_[static_cast<std::size_t>(row)];
@@ -296,7 +379,9 @@ void ComGrid::BeginUpdate() {
 }
 
 void ComGrid::EndUpdate() {
-  if (--updates_ > 0 || !still_) return;
+  if (--updates_ > 0) return;
+  HandOn();
+  if (!still_) return;
   long window = 0;
   if (FAILED(grid_->get_hWnd(&window)) || window == 0) return;
   const HWND hwnd = reinterpret_cast<HWND>(static_cast<INT_PTR>(window));

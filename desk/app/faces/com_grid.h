@@ -16,12 +16,18 @@ namespace desk::app {
 /// A grid of a view, reached through its declared interface, as the portable navigator sees it.
 ///
 /// What the interface does not offer is worked out here: which rows are shown (once, until
-/// something is changed through this object) and which are in view. Texts and levels are read for
-/// many rows at once and kept as long as this object: it lives for one walk over the rows. A text
-/// lasts until one of another row is asked for. Failing calls throw `component::ComFailure`.
+/// something is changed through this object) and which are in view. The number of rows, texts,
+/// levels and states are read for many rows at once and kept as long as this object: it lives for
+/// one walk over the rows. Rows that are hidden, opened and closed are handed on together: before
+/// anything that depends on them is asked for or set, and at the end of an update and of the
+/// object. A text lasts until one of another row is asked for. Failing calls throw
+/// `component::ComFailure`.
 class ComGrid : public tavrix::host::Grid {
  public:
   explicit ComGrid(tavrix::component::ComPtr<IFlexGrid> grid);
+  ComGrid(const ComGrid&) = delete;
+  ComGrid& operator=(const ComGrid&) = delete;
+  ~ComGrid() override;
 
   // host::Control
   [[nodiscard]] std::string TypeName() const override;
@@ -46,6 +52,8 @@ class ComGrid : public tavrix::host::Grid {
   [[nodiscard]] int TopRow() const override;
   void SetTopRow(int row) override;
   [[nodiscard]] std::string_view TextMatrix(int row, int col) const override;
+  [[nodiscard]] std::uint64_t TextVersion() const override;
+  [[nodiscard]] bool IsTotalRow(int row) const override;
   [[nodiscard]] bool RowHidden(int row) const override;
   void SetRowHidden(int row, bool hidden) override;
   [[nodiscard]] int RowOutlineLevel(int row) const override;
@@ -68,8 +76,13 @@ class ComGrid : public tavrix::host::Grid {
   [[nodiscard]] Result GetAt(HRESULT (STDMETHODCALLTYPE IFlexGrid::*member)(long, Result*),
                              int index) const;
   void FindShownRows() const;
+  /// Before whatever depends on which rows are shown.
+  void HandOn() const;
+  void SetState(int row, unsigned char bit, bool on);
   /// Reads the rows around `row`; false where the grid does not offer that.
   [[nodiscard]] bool Read(int row) const;
+  /// What `IGridRows` tells of a row; null where the grid doesn't offer it.
+  [[nodiscard]] unsigned char* StateOf(int row) const;
   [[nodiscard]] int HeightOf(int row) const;
 
   /// Rows as `IGridRows` gives them.
@@ -87,11 +100,17 @@ class ComGrid : public tavrix::host::Grid {
   tavrix::component::ComPtr<IGridRows> rows_;
   std::vector<int> places_;  // of the columns among those that `rows_` gives; -1 for hidden ones
   int read_columns_ = 0;
+  mutable std::optional<int> row_count_;
+  mutable std::optional<int> fixed_rows_;
   mutable Block block_;
+  mutable std::vector<unsigned char> states_;  // of all rows; empty: not read yet
+  mutable int first_changed_ = 0;  // of the rows whose states the grid does not know yet
+  mutable int end_changed_ = 0;    // the one behind the last; not above the first: none
   mutable std::string text_;
   mutable std::string name_;
   mutable std::string tip_;
-  mutable std::vector<bool> shown_;  // empty: not worked out since the last change
+  mutable std::vector<bool> shown_;  // without `rows_`; empty: not worked out since the last change
+  mutable bool shown_changed_ = false;  // what `states_` tells of shown rows holds no longer
   int updates_ = 0;
   bool still_ = false;  // painting has been stopped
 };

@@ -22,7 +22,6 @@ namespace {
 
 namespace host = tavrix::host;
 namespace win32 = tavrix::viewkit::win32;
-using win32::Narrow;
 using win32::Wide;
 
 constexpr UINT kAccountLeft = WM_APP + 1;

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "host/grid_update.h"
 
 namespace tavrix::component {
 
@@ -18,12 +21,16 @@ int Number(long number) {
   return static_cast<int>(number);
 }
 
+/// What `IGridRows` adds up for a row.
+enum RowState : BYTE { kHidden = 1, kCollapsed = 2, kShown = 4, kTotal = 8 };
+
 struct RowPieces {
   std::vector<LONG> levels;
-  std::vector<LONG> ends;
+  std::vector<std::int32_t> ends;
   std::string text;
 };
 constexpr std::size_t kMostText = 0x7FFFFFFF;
+constexpr std::size_t kUsualText = 12;  // bytes of a cell, to begin with
 
 struct ArrayDestroyer {
   void operator()(SAFEARRAY* array) const { SafeArrayDestroy(array); }
@@ -41,6 +48,27 @@ OwnedArray ArrayOf(VARTYPE type, const Elements& elements) {
   return array;
 }
 
+/// The elements of a vector of bytes that a caller owns.
+std::span<const BYTE> BytesOf(SAFEARRAY* array) {
+  VARTYPE type = VT_EMPTY;
+  if (array == nullptr || FAILED(SafeArrayGetVartype(array, &type)) || type != VT_UI1 ||
+      SafeArrayGetDim(array) != 1) {
+    throw ComFailure(E_INVALIDARG);
+  }
+  return {static_cast<const BYTE*>(array->pvData), array->rgsabound[0].cElements};
+}
+
+/// The rows that a caller means: those from `first` on, as many as there are of `rows`.
+struct RowRange {
+  RowRange(const FlexGrid& grid, long first, long rows) {
+    if (first < 0 || rows < 0 || first > grid.Rows()) throw ComFailure(E_INVALIDARG);
+    begin = Number(first);
+    end = begin + std::min(Number(rows), grid.Rows() - begin);
+  }
+  int begin;
+  int end;
+};
+
 viewkit::SortOrder Order(long number) {
   constexpr auto kLast = static_cast<long>(viewkit::SortOrder::kStringDescending);
   if (number < 0 || number > kLast) throw ComFailure(E_INVALIDARG);
@@ -57,18 +85,20 @@ HRESULT GridFace::GetRows(long first, long rows, SAFEARRAY** levels, SAFEARRAY**
                           SAFEARRAY** text) noexcept {
   return With([&](FlexGrid& grid) {
     for (SAFEARRAY** result : {levels, ends, text}) Out(result) = nullptr;
-    if (first < 0 || rows < 0 || first > grid.Rows()) throw ComFailure(E_INVALIDARG);
-    const int begin = Number(first);
-    const int end = begin + std::min(Number(rows), grid.Rows() - begin);
+    const auto [begin, end] = RowRange(grid, first, rows);
+    std::vector<int> cols;
+    for (int col = 0; col < grid.Cols(); ++col) {
+      if (!grid.ColHidden(col)) cols.push_back(col);
+    }
+    const auto count = static_cast<std::size_t>(end - begin);
     RowPieces pieces;
+    pieces.levels.reserve(count);
+    pieces.ends.reserve(count * cols.size());
+    pieces.text.reserve(count * cols.size() * kUsualText);
     for (int row = begin; row < end; ++row) {
       pieces.levels.push_back(grid.IsSubtotal(row) ? grid.RowOutlineLevel(row) : -1);
-      for (int col = 0; col < grid.Cols(); ++col) {
-        if (grid.ColHidden(col)) continue;
-        pieces.text.append(grid.TextMatrix(row, col));
-        pieces.ends.push_back(static_cast<LONG>(pieces.text.size()));
-      }
     }
+    grid.AppendTexts(begin, end, cols, pieces.text, pieces.ends);
     if (pieces.text.size() > kMostText) throw ComFailure(E_OUTOFMEMORY);
     auto made_levels = ArrayOf(VT_I4, pieces.levels);
     auto made_ends = ArrayOf(VT_I4, pieces.ends);
@@ -76,6 +106,42 @@ HRESULT GridFace::GetRows(long first, long rows, SAFEARRAY** levels, SAFEARRAY**
     *levels = made_levels.release();
     *ends = made_ends.release();
     *text = made_text.release();
+  });
+}
+
+HRESULT GridFace::TextVersion(hyper* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = static_cast<hyper>(grid.TextVersion()); });
+}
+
+HRESULT GridFace::GetStates(long first, long rows, SAFEARRAY** states) noexcept {
+  return With([&](FlexGrid& grid) {
+    Out(states) = nullptr;
+    const auto [begin, end] = RowRange(grid, first, rows);
+    std::vector<BYTE> made;
+    made.reserve(static_cast<std::size_t>(end - begin));
+    for (int row = begin; row < end; ++row) {
+      const int state = (grid.RowHidden(row) ? kHidden : 0) |
+                        (grid.IsCollapsed(row) ? kCollapsed : 0) |
+                        (grid.IsShown(row) ? kShown : 0) | (grid.IsTotalRow(row) ? kTotal : 0);
+      made.push_back(static_cast<BYTE>(state));
+    }
+    *states = ArrayOf(VT_UI1, made).release();
+  });
+}
+
+HRESULT GridFace::SetStates(long first, SAFEARRAY* states) noexcept {
+  return With([&](FlexGrid& grid) {
+    const std::span<const BYTE> given = BytesOf(states);
+    const auto [begin, end] = RowRange(grid, first, static_cast<long>(given.size()));
+    if (end - begin != std::ssize(given)) throw ComFailure(E_INVALIDARG);
+    const host::GridUpdate update(grid);
+    for (int row = begin; row < end; ++row) {
+      const BYTE state = given[static_cast<std::size_t>(row - begin)];
+      grid.SetRowHidden(row, (state & kHidden) != 0);
+      if (const bool collapsed = (state & kCollapsed) != 0; collapsed != grid.IsCollapsed(row)) {
+        grid.SetCollapsed(row, collapsed);
+      }
+    }
   });
 }
 

@@ -13,6 +13,9 @@ class GridFace : public ChildFace<IFlexGrid, viewkit::FlexGrid> {
   /// `IGridRows`.
   [[nodiscard]] HRESULT GetRows(long first, long rows, SAFEARRAY** levels, SAFEARRAY** ends,
                                 SAFEARRAY** text) noexcept;
+  [[nodiscard]] HRESULT TextVersion(hyper* result) noexcept;
+  [[nodiscard]] HRESULT GetStates(long first, long rows, SAFEARRAY** states) noexcept;
+  [[nodiscard]] HRESULT SetStates(long first, SAFEARRAY* states) noexcept;
 
   STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) noexcept override;
   STDMETHODIMP get_Rows(long* result) noexcept override;
@@ -60,6 +63,13 @@ class GridFace : public ChildFace<IFlexGrid, viewkit::FlexGrid> {
     STDMETHODIMP GetRows(long first, long rows, SAFEARRAY** levels, SAFEARRAY** ends,
                          SAFEARRAY** text) noexcept override {
       return grid_.GetRows(first, rows, levels, ends, text);
+    }
+    STDMETHODIMP TextVersion(hyper* result) noexcept override { return grid_.TextVersion(result); }
+    STDMETHODIMP GetStates(long first, long rows, SAFEARRAY** states) noexcept override {
+      return grid_.GetStates(first, rows, states);
+    }
+    STDMETHODIMP SetStates(long first, SAFEARRAY* states) noexcept override {
+      return grid_.SetStates(first, states);
     }
 
    private:
