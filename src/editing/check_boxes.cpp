@@ -54,7 +54,6 @@ void FmBkmAdd::Chk_Click(int Index) noexcept {
       default:
         LockOut(Index);
     }
-    return true;
   });
 }
 
@@ -104,7 +103,6 @@ void FmBkmAdd::FillGatherList() noexcept {
     list.Clear();
     for (std::string& code : above) list.AddItem(std::move(code));
     list.SetText(std::string(list.Text()));
-    return true;
   });
 }
 

@@ -98,7 +98,6 @@ void FmBkmAdd::OnFocusMoved(viewkit::Control& from, viewkit::Control& to) {
 void FmBkmAdd::Cmd_Click(int Index) noexcept {
   Trapped("Cmd_Click->", host::kCommandError, false, [&] {
     if (Index == kCancelButton || (Index == kSaveButton && FileSave())) Close();
-    return true;
   });
 }
 

@@ -48,9 +48,8 @@ void FmBkmAdd::py_SubProgram(std::shared_ptr<host::SystemObject> pcSystem,
     if (session_) throw host::HostError("科目窗体已经打开");
     session_ = ours;
     StartSession(std::move(pcSystem), psKmLb, psBm);
-    if (!Prepare(pbNew, pnNewNext, plID)) return false;
+    if (!Prepare(pbNew, pnNewNext, plID)) return;
     user_.ShowModal(*this);
-    return true;
   });
   if (session_ != ours) return;
   // Not closed: it never opened, or the program that showed it is ending.
@@ -58,7 +57,6 @@ void FmBkmAdd::py_SubProgram(std::shared_ptr<host::SystemObject> pcSystem,
     Unload();
     session_.reset();
     above_.reset();
-    return true;
   });
 }
 
@@ -103,7 +101,6 @@ bool FmBkmAdd::InitBaseValue() noexcept {
     Trapped(kPrefix, host::kLoadingError, false, [&] {
       const auto session = Current();
       FillFromQuery(*session->pcSystem, Combo(list), sql);
-      return true;
     });
   };
   fill(kCurrencyList, "select 币种ID,外币名称 from tvxbz order by 外币代号");
@@ -114,7 +111,6 @@ bool FmBkmAdd::InitBaseValue() noexcept {
     FillWithWords(Combo(kBookTypeList), host::kBookTypes);
     session->rule = host::SettingText(*session->pcSystem, host::kCodeRuleSetting);
     SetBookType();
-    return true;
   });
 }
 
@@ -144,7 +140,6 @@ void FmBkmAdd::GetNewCode() noexcept {
     const Busy busy(*this, "正在取新的编码");
     const auto code = NextBm(session->reference, session->category, Caption() == kNewBelowCaption);
     if (code) Txt(kCodeBox).SetText(*code);
-    return code.has_value();
   });
 }
 

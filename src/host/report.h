@@ -5,6 +5,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace tavrix::host {
@@ -20,13 +21,19 @@ inline constexpr const char* kPromptTitle = "提示：";
 [[nodiscard]] std::string ErrorText(const std::exception& error);
 
 /// The error trap of a public routine: runs `body`; when it throws, reports `prefix` followed
-/// directly by the error's text through `report(text, level)` and gives `failed`.
+/// directly by the error's text through `report(text, level)` and gives `failed`. A body without a
+/// result gives true.
 /// No exception leaves, not even one of `report` itself.
 template <class Report, class Body, class Result>
 Result Trap(const Report& report, std::string_view prefix, std::int32_t level, Result failed,
             Body&& body) noexcept {
   try {
-    return std::forward<Body>(body)();
+    if constexpr (std::is_void_v<std::invoke_result_t<Body>>) {
+      std::forward<Body>(body)();
+      return true;
+    } else {
+      return std::forward<Body>(body)();
+    }
   } catch (const std::exception& error) {
     try {
       report(std::string(prefix) + ErrorText(error), level);

@@ -60,31 +60,23 @@ void ThrowIfFailed(const std::string& error) {
 }  // namespace
 
 bool Kjkm::RecordTop() {
-  return Trapped("RecordTop->", host::kCommandError, [this] {
-    (void)Navigator()->MoveTop(CurrentGrid());
-    return true;
-  });
+  return Trapped("RecordTop->", host::kCommandError,
+                 [this] { (void)Navigator()->MoveTop(CurrentGrid()); });
 }
 
 bool Kjkm::RecordPrevious() {
-  return Trapped("RecordPrevious->", host::kCommandError, [this] {
-    (void)Navigator()->MovePrevious(CurrentGrid());
-    return true;
-  });
+  return Trapped("RecordPrevious->", host::kCommandError,
+                 [this] { (void)Navigator()->MovePrevious(CurrentGrid()); });
 }
 
 bool Kjkm::RecordNext() {
-  return Trapped("RecordNext->", host::kCommandError, [this] {
-    (void)Navigator()->MoveNext(CurrentGrid());
-    return true;
-  });
+  return Trapped("RecordNext->", host::kCommandError,
+                 [this] { (void)Navigator()->MoveNext(CurrentGrid()); });
 }
 
 bool Kjkm::RecordBottom() {
-  return Trapped("RecordBottom->", host::kCommandError, [this] {
-    (void)Navigator()->MoveBottom(CurrentGrid());
-    return true;
-  });
+  return Trapped("RecordBottom->", host::kCommandError,
+                 [this] { (void)Navigator()->MoveBottom(CurrentGrid()); });
 }
 
 bool Kjkm::Find(const host::Value& pvData) {

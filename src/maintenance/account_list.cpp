@@ -149,16 +149,15 @@ void Kjkm::OnAccountSaved(bool pNew, std::int32_t plID) noexcept {
     const auto session = Running();
     const std::string id = std::to_string(plID);
     const auto saved = ReadSaved(*session->pcSystem, id);
-    if (!saved || session_ != session) return true;
+    if (!saved || session_ != session) return;
     const bool shown = current_tab_ == 0 || saved->category == CategoryOf(current_tab_);
-    if (!shown) return true;  // another page's
+    if (!shown) return;  // another page's
     FlexGrid& grid = CurrentGrid();
     const GridUpdate update(grid);
     const int row = pNew ? grid.AddItem() : EditedRow(grid, id);
     for (const auto& [col, text] : saved->cells) grid.SetTextMatrix(row, col, text);
     FormatOutline(grid, true);
     LocateCode(grid, saved->code);
-    return true;
   });
 }
 
@@ -184,12 +183,11 @@ void Kjkm::LocateCode(FlexGrid& grid, std::string_view code) {
 void Kjkm::OnTabActivated(const std::string& key) noexcept {
   Trapped("Kjkm-->vxVSTab_TabActivated::", host::kLoadingError, [&] {
     const bool ours = key.size() == 4 && key.starts_with("key") && key[3] >= '1' && key[3] <= '7';
-    if (!ours) return true;
+    if (!ours) return;
     current_tab_ = key[3] - '1';
     CurrentGrid().SetVisible(true);
     for (int page = 0; page < kPages; ++page) Grid(page).SetVisible(page == current_tab_);
     if (session_ && session_->mcMouseEvent) ArmWheel(session_);
-    return true;
   });
 }
 

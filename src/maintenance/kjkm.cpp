@@ -123,12 +123,11 @@ std::string Kjkm::Attributes(const std::string& psName) const {
 void Kjkm::SetParameters(const std::shared_ptr<host::Parameters>& parameters) {
   static constexpr const char* kBackColor = "backcolor";
   Trapped("IDesignUI_Parameters->", host::kCommandError, [&] {
-    if (!parameters || !parameters->Exists(kBackColor)) return true;
+    if (!parameters || !parameters->Exists(kBackColor)) return;
     const viewkit::Color color =
         viewkit::ColorOf(host::RequiredNumber(parameters->Item(kBackColor), kBackColor));
     SetBackColor(color);
     vxVSTab_.SetBackColor(color);
-    return true;
   });
 }
 

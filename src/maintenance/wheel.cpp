@@ -20,27 +20,24 @@ void Kjkm::OnWheel(std::int32_t value) noexcept {
     const auto session = session_;
     const auto wheel = session->mcMouseEvent;
     session->wheel.OnWheel(CurrentGrid(), value, session->scroll_rate, *wheel);
-    return true;
   });
 }
 
 void Kjkm::OnScrolled(int page) noexcept {
   Trapped("Vs_AfterScroll->", host::kLoadingError, [&] {
-    if (page != current_tab_ || !session_ || !session_->mcMouseEvent) return true;
+    if (page != current_tab_ || !session_ || !session_->mcMouseEvent) return;
     const auto session = session_;
     const auto wheel = session->mcMouseEvent;
     session->wheel.OnScrolled(Grid(page), session->scroll_rate, *wheel);
-    return true;
   });
 }
 
 void Kjkm::OnGridFocused(int page) noexcept {
   Trapped("Vs_GotFocus->", host::kLoadingError, [&] {
-    if (!session_ || !session_->mcMouseEvent) return true;
+    if (!session_ || !session_->mcMouseEvent) return;
     const auto wheel = session_->mcMouseEvent;
     const std::intptr_t window = Grid(page).WindowHandle();
     if (wheel->AttachedTo() != window) wheel->Attach(window);
-    return true;
   });
 }
 

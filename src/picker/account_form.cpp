@@ -82,7 +82,7 @@ std::string selKjkm::CategoryOfNewAccount() const {
 
 void selKjkm::mfrmKjkm_EvHasLoad(bool pNew, std::int32_t plID) noexcept {
   Trapped([&] {
-    if (plID <= 0) return true;
+    if (plID <= 0) return;
     const auto session = Running();
     const std::string id = std::to_string(plID);
     // The parameters are not applied here, deliberately unlike the list: what the user has just
@@ -97,7 +97,6 @@ void selKjkm::mfrmKjkm_EvHasLoad(bool pNew, std::int32_t plID) noexcept {
     const auto texts = host::ReadRows(
         *session->m_System, select + " FROM gl_code " + where + " order by ccode", ReadSaved);
     if (texts && session == session_) WriteRow(*texts, pNew, id);
-    return true;
   });
 }
 
@@ -137,7 +136,6 @@ void selKjkm::mfrmKjkm_ErrMessage(const std::string& psMsg) noexcept {
     using viewkit::UserPort;
     (void)user_.Ask(psMsg, host::kPromptTitle, UserPort::Icon::kInformation,
                     UserPort::Buttons::kOk);
-    return true;
   });
 }
 

@@ -58,10 +58,7 @@ bool selKjkm::Refresh() {
   lblMessage_.SetCaption("");
   // A right that cannot be read is not granted, but is no reason to show no accounts.
   bool may_maintain = false;
-  Trapped([&] {
-    may_maintain = MayMaintain(*Running());
-    return true;
-  });
+  Trapped([&] { may_maintain = MayMaintain(*Running()); });
   Cmd_[3]->SetVisible(may_maintain);
   Trapped([this] {
     const auto session = Running();
@@ -71,11 +68,10 @@ bool selKjkm::Refresh() {
       session->m_ParamKey = std::move(key);
       session->m_Loaded = false;
     }
-    if (session->m_Loaded) return true;
+    if (session->m_Loaded) return;
     session->tree_stands = LoadCategoryTree();
-    if (session != session_) return true;  // the host has let go of the picker meanwhile
+    if (session != session_) return;  // the host has let go of the picker meanwhile
     ReloadAccountList();
-    return true;
   });
   return true;
 }
@@ -158,16 +154,12 @@ bool selKjkm::LoadAccountList() noexcept {
           return rows.EndOfFile() ? host::RowSet(kColumns) : host::GivenRows(rows, kColumns);
         });
     // Whenever the host was called it may have let go of the picker, and show another book in it.
-    if (running != session_) return true;
+    if (running != session_) return;
     ShowRows(std::move(accounts));
-    if (running != session_) return true;
-    Trapped([&] {
-      SetWheelRange(*running);
-      return true;
-    });
+    if (running != session_) return;
+    Trapped([&] { SetWheelRange(*running); });
     (void)Vs_.SetFocus();  // it may be hidden
     ShowRowCount();
-    return true;
   });
   if (!loaded) {
     if (session) session->m_Loaded = false;  // the next refresh tries again

@@ -82,7 +82,7 @@ bool selKjkm::LoadCategoryTree() noexcept {
         codes ? AccountsOfCode(*session, codes->ToText()) : host::RowSet(0);
     // While the host ran the query and the user read its error, the picker may have been loaded
     // anew or let go.
-    if (session != session_ || load != session->tree_loads) return true;
+    if (session != session_ || load != session->tree_loads) return;
     {
       const host::FlagScope filling(filling_tree_);
       const Painting painting(*tree);
@@ -101,7 +101,6 @@ bool selKjkm::LoadCategoryTree() noexcept {
     }
     const host::FlagScope filling(filling_tree_);
     tree->ReSelectItem();
-    return true;
   });
 }
 

@@ -54,13 +54,11 @@ void selKjkm::OnKeyUp(Key key) {
 void selKjkm::MoveRow(Key key) {
   Trapped([&] {
     const int fixed = Vs_.FixedRows();
-    const int step = key == Key::kDown ? 1 : -1;
     const int from = Vs_.Row() < fixed ? fixed - 1 : Vs_.Row();
-    const int row = step > 0 ? Vs_.NextShownRow(from) : Vs_.PreviousShownRow(from);
-    if (row < fixed) return true;
+    const int row = key == Key::kDown ? Vs_.NextShownRow(from) : Vs_.PreviousShownRow(from);
+    if (row < fixed) return;
     Vs_.SetRow(row);
     Vs_.ShowRow(row);
-    return true;
   });
 }
 
@@ -77,10 +75,7 @@ void selKjkm::OnButton(int index) noexcept {
       ReloadAccountList();
       break;
     case 3:
-      Trapped([this] {
-        OpenForm();
-        return true;
-      });
+      Trapped([this] { OpenForm(); });
       break;
     default:
       break;

@@ -16,7 +16,6 @@ void selKjkm::OnSearchMode() noexcept {
   Trapped([this] {
     SearchBox1_.SetFilterMode(Check_.Value() == viewkit::CheckBox::kChecked);
     SearchBox1_.Search();
-    return true;
   });
 }
 
@@ -27,7 +26,7 @@ int selKjkm::FirstMatch() {
 
 void selKjkm::OnSearch() noexcept {
   Trapped([this] {
-    if (Vs_.Cols() < 1) return true;
+    if (Vs_.Cols() < 1) return;
     int match = FirstMatch();
     const int fixed = Vs_.FixedRows();
     const int rows = Vs_.Rows() - fixed;
@@ -35,10 +34,10 @@ void selKjkm::OnSearch() noexcept {
     const host::GridUpdate update(Vs_);
     if (!filter) {
       for (int row = 0; row < rows; ++row) SetHidden(Vs_, fixed + row, false);
-      if (match < 0) return true;
+      if (match < 0) return;
       Vs_.SetRow(fixed + match);
       if (!Vs_.IsInView(fixed + match)) Vs_.SetTopRow(fixed + match);
-      return true;
+      return;
     }
     const std::string wanted = host::LowerCase(SearchBox1_.Text());
     for (int row = 0; row < rows; ++row) {
@@ -46,7 +45,6 @@ void selKjkm::OnSearch() noexcept {
       SetHidden(Vs_, fixed + row, !matches);
       if (matches) match = row_texts_.Find(wanted, row + 1);
     }
-    return true;
   });
 }
 

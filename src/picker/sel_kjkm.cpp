@@ -153,9 +153,8 @@ void selKjkm::SetText(const std::string& text) {
 void selKjkm::SetParameters(const std::shared_ptr<host::Parameters>& parameters) {
   static constexpr const char* kBackColor = "backcolor";
   Trapped([&] {
-    if (!parameters || !parameters->Exists(kBackColor)) return true;
+    if (!parameters || !parameters->Exists(kBackColor)) return;
     SetBackColor(viewkit::ColorOf(host::RequiredNumber(parameters->Item(kBackColor), kBackColor)));
-    return true;
   });
 }
 

@@ -138,7 +138,7 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   void m_Tv_Selected() noexcept;
 
   // Selection
-  bool FinishSelection() noexcept;
+  void FinishSelection() noexcept;
   [[nodiscard]] bool CollectSelection();
   [[nodiscard]] bool RefusesRow(int row);
   static void AddAccount(Session& session, colKjkm& selected, std::int32_t id);

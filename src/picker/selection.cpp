@@ -18,16 +18,12 @@ constexpr std::int32_t kNoAccount = -1;  // an id that finds nothing
 
 }  // namespace
 
-bool selKjkm::FinishSelection() noexcept {
+void selKjkm::FinishSelection() noexcept {
   const auto session = session_;
-  const bool collected = Trapped([this] { return CollectSelection(); });
-  if (!collected) return false;
+  if (!Trapped([this] { return CollectSelection(); })) return;
   DoSaveFormStatus();
-  if (session != session_) return false;  // the host has let go of the picker meanwhile
-  return Trapped([this] {
-    DoSelect.Raise();
-    return true;
-  });
+  if (session != session_) return;  // the host has let go of the picker meanwhile
+  Trapped([this] { DoSelect.Raise(); });
 }
 
 bool selKjkm::CollectSelection() {
@@ -50,7 +46,7 @@ bool selKjkm::CollectSelection() {
                none ? kNoAccount : host::LeadingLong(Vs_.TextMatrix(row, kId)));
   }
   // The last of several picks, and none that `Clear` has ended, has its say.
-  if (session != session_ || selected != m_Selected) return false;
+  if (selected != m_Selected) return false;
   const bool picked = selected->Count() > 0;
   m_Value = picked ? host::Value(std::int64_t{selected->At(0)->ID}) : host::Value("");
   m_Text = picked ? selected->At(0)->ccode : "";
@@ -98,7 +94,6 @@ void selKjkm::Cancel() noexcept {
   Trapped([this] {
     m_Selected = std::make_shared<colKjkm>();
     DoCancel.Raise();
-    return true;
   });
 }
 

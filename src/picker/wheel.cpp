@@ -15,27 +15,24 @@ void selKjkm::OnWheel(std::int32_t value) noexcept {
     const auto session = Running();
     const auto wheel = session->mcMouseEvent;
     session->wheel.OnWheel(Vs_, value, session->m_ScrollRate, *wheel);
-    return true;
   });
 }
 
 void selKjkm::OnScrolled() noexcept {
   Trapped([this] {
-    if (!session_ || !session_->mcMouseEvent) return true;
+    if (!session_ || !session_->mcMouseEvent) return;
     const auto session = session_;
     const auto wheel = session->mcMouseEvent;
     session->wheel.OnScrolled(Vs_, session->m_ScrollRate, *wheel);
-    return true;
   });
 }
 
 void selKjkm::OnGridFocused() noexcept {
   Trapped([this] {
-    if (!session_ || !session_->mcMouseEvent) return true;
+    if (!session_ || !session_->mcMouseEvent) return;
     const auto wheel = session_->mcMouseEvent;
     const std::intptr_t window = Vs_.WindowHandle();
     if (wheel->AttachedTo() != window) wheel->Attach(window);
-    return true;
   });
 }
 

@@ -3,9 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <regex>
 #include <set>
 #include <string>
+#include <utility>
 
 namespace tavrix::editing {
 namespace {
@@ -77,12 +79,45 @@ TEST_F(AccountFormTest, MnemonicsAreUniqueAndLeadToTheBoxBesideTheirLabel) {
   EXPECT_EQ(std::string(letters.begin(), letters.end()), "12345BCDEFGJKLMNQRSWXY");
 }
 
+TEST_F(AccountFormTest, ItsRowsReadLikeTheAccountTheyShow) {
+  // A frame counts by its upper edge; labels and boxes of one row end at the same line.
+  std::map<std::pair<int, int>, std::string> cells;
+  ForEach([&](Control& control) {
+    const Bounds at = control.GetBounds();
+    const bool frame = control.TypeName() == "Frame";
+    const auto* captioned = dynamic_cast<viewkit::Captioned*>(&control);
+    std::string text = captioned != nullptr ? captioned->Caption()
+                                            : control.Name() + std::to_string(*control.Index());
+    if (frame) text = "[" + text + "]";
+    cells[{frame ? at.top : at.top + at.height, at.left}] = text;
+  });
+  std::map<int, std::string> rows;
+  for (const auto& [place, text] : cells) rows[place.first] += " " + text;
+  std::string form;
+  for (const auto& [line, text] : rows) form += text + "\n";
+  EXPECT_EQ(form,
+            " [科目]\n"
+            " 上级科目 \n"
+            " 编码(&B) Txt0 类别(&L) Combo1\n"
+            " 名称(&N) Txt1\n"
+            " 助记码(&M) Txt3 余额方向 借方(&J) 贷方(&D)\n"
+            " 英文名称(&E) Txt2\n"
+            " [核算方式] [辅助核算]\n"
+            " 外币核算(&W) Combo0 部门核算(&1) 个人往来(&2)\n"
+            " 数量核算(&Q) Combo3 客户往来(&3) 供应商往来(&4)\n"
+            " 账页格式(&Y) Combo4 项目核算(&5)\n"
+            " 汇总到(&G) Combo2\n"
+            " [标志]\n"
+            " 日记账(&R) 银行账(&K) 封存(&F) 受控系统(&X) Txt4\n"
+            " 保存(&S) 取消(&C)\n");
+}
+
 TEST_F(AccountFormTest, ControlsCarryTheNumbersThatAutomatedUsersKnow) {
   const int numbers[] = {
-      form_.Identifier(form_.Txt(kCodeBox)), form_.Identifier(form_.Chk(kProjectCheck)),
+      form_.Identifier(form_.Txt(kNameBox)), form_.Identifier(form_.Chk(kProjectCheck)),
       form_.Identifier(form_.opt(kCreditOption)), form_.Identifier(form_.Combo(kBookTypeList)),
       form_.Identifier(form_.Cmd(kCancelButton))};
-  EXPECT_THAT(numbers, testing::ElementsAre(100, 208, 301, 404, 501));
+  EXPECT_THAT(numbers, testing::ElementsAre(101, 208, 301, 404, 501));
 }
 
 }  // namespace

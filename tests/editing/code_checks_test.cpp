@@ -179,10 +179,11 @@ TEST_P(CodeChecksTest, LeavingTheCodeBoxChecksItButNotOnTheWayOut) {
 TEST(CodeChecks, WithoutAnOpenDialogNothingIsAllowed) {
   Editor editor;
   EXPECT_FALSE(editor.dialog->IsCanSave());
+  EXPECT_FALSE(editor.dialog->IsCanCodeRule());
   EXPECT_FALSE(editor.dialog->IsCanEdit("1001", 1).allowed);
   EXPECT_EQ(editor.dialog->NextBm("1001", "资产", false), std::nullopt);
   EXPECT_FALSE(editor.dialog->FileSave());
-  EXPECT_EQ(editor.reports.size(), 4U);
+  EXPECT_EQ(editor.reports.size(), 5U);
   EXPECT_TRUE(editor.dialog->CloseForm());
 }
 

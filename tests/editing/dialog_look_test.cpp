@@ -9,16 +9,8 @@
 namespace tavrix::editing {
 namespace {
 
-/// What stands beside "上级科目".
 std::string Above(Editor& editor) {
-  bool beside = false;
-  const viewkit::ControlList& controls = editor.dialog->Controls();
-  for (std::size_t i = 0; i < controls.Count(); ++i) {
-    const auto* label = dynamic_cast<const viewkit::Label*>(&controls.At(i));
-    if (beside) return label->Caption();
-    beside = label != nullptr && label->Caption() == "上级科目";
-  }
-  return "(no label)";
+  return test::LabelBehind(*editor.dialog, "上级科目");
 }
 
 TEST(DialogLook, TellsTheAccountAboveAsFarAsItIsKnown) {

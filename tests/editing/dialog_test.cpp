@@ -56,6 +56,8 @@ TEST_F(DialogTest, EveryOpeningStartsAfresh) {
       editor_.SetName("x");
       Click(kPersonCheck);
       Click(kCurrencyCheck);
+      Click(kGatherCheck);
+      editor_.dialog->Combo(kGatherList).SetText("6001");
       editor_.dialog->opt(kDebitOption).Click();
       editor_.user.answers = {Answer::kNo};
       EXPECT_TRUE(shown.Close());
@@ -127,6 +129,7 @@ TEST_F(DialogTest, ARecordIsShownAsItIsStored) {
                                     "0-",     "0+",    "0+",    "0+",  "1+",
                                     "0+"}));
     EXPECT_EQ(Items(kGatherList), Texts{"1002"});
+    EXPECT_EQ(Items(kCategoryList).size(), 6U);
     EXPECT_TRUE(editor_.dialog->opt(kCreditOption).Value());
     EXPECT_TRUE(editor_.dialog->Close());  // loading is no change
   });

@@ -176,13 +176,16 @@ TEST_P(Commands, AddingAndEditingOpenTheDialogInTheirMode) {
   Texts captions;
   t.user.in_dialog = [&](viewkit::DialogModel& dialog) {
     auto& form = dynamic_cast<editing::FmBkmAdd&>(dialog);
-    captions.push_back(form.Caption() + " " + form.Txt(0).Text() + " " + form.Combo(1).Text());
+    captions.push_back(form.Caption() + " " + form.Txt(0).Text() + " " + form.Combo(1).Text() +
+                       " " + LabelBehind(dialog, "上级科目"));
     dialog.Unload();
   };
   EXPECT_TRUE(t.view.FileNew());
   EXPECT_TRUE(t.view.FileNewNext());
   EXPECT_TRUE(t.view.FileEdit());
-  EXPECT_EQ(captions, (Texts{"新增同级 1003 资产", "新增下级 100203 资产", "修改 1002 资产"}));
+  EXPECT_EQ(captions,
+            (Texts{"新增同级 1003 资产 无（一级科目）", "新增下级 100203 资产 1002 银行存款",
+                   "修改 1002 资产 无（一级科目）"}));
   EXPECT_EQ(t.reports, Texts());
   t.Grid().HandleDoubleClick(t.Grid().Row());
   EXPECT_EQ(captions.size(), 4U);
@@ -190,6 +193,22 @@ TEST_P(Commands, AddingAndEditingOpenTheDialogInTheirMode) {
   EXPECT_EQ(captions.size(), 5U);
   t.Grid().KeyDown.Raise(viewkit::Key::kEnter, {.repeated = true});
   EXPECT_EQ(captions.size(), 5U) << "a key that is held down";
+  t.Select("50010101");
+  EXPECT_TRUE(t.view.FileEdit());
+  // A page may lack the account above: none stands there, or another one does.
+  t.Sql("update gl_code set cclass='成本' where ccode='100201'");
+  t.Sql(
+      "insert into gl_code(i_ID,ccode,ccode_name,igrade,cclass) values(90,'6001','',1,'损益'),"
+      "(91,'600101','',2,'成本')");
+  ASSERT_TRUE(t.view.Refresh());
+  t.Tabs().SetCurrTab(5);
+  for (const char* code : {"100201", "600101"}) {
+    t.Select(code, 5);
+    EXPECT_TRUE(t.view.FileEdit());
+  }
+  captions.erase(captions.begin(), captions.begin() + 5);
+  EXPECT_EQ(captions, (Texts{"修改 50010101 成本 500101 基本生产成本", "修改 100201 成本 ",
+                             "修改 600101 成本 "}));
 }
 
 TEST_P(Commands, AnEmptyPageOpensTheDialogWithItsCategoryAndNoReference) {

@@ -19,16 +19,25 @@ TEST(AccountList, EveryPageShowsItsAccountsInCodeOrderWithFirstLevelOpen) {
   viewkit::FlexGrid& grid = t.Grid(0);
   EXPECT_EQ(grid.ShownRows(), 4);
   EXPECT_EQ(grid.Row(), 0) << "no account is current after a load";
-  EXPECT_EQ(grid.TextMatrix(0, 1), "科目名称");
   EXPECT_EQ(grid.TextMatrix(3, 1), "工行");
   EXPECT_EQ(grid.TextMatrix(3, 4), "3");
   EXPECT_EQ(grid.TextMatrix(3, 6), "资产");
+  std::string captions;
   for (int col = 0; col < grid.Cols(); ++col) {
+    captions += "|" + std::string(grid.TextMatrix(0, col));
+    EXPECT_EQ(grid.FixedAlignment(col), viewkit::Alignment::kCenterCenter);
     EXPECT_EQ(grid.ColHidden(col), col > 3) << col;
     if (col > 3) continue;
     EXPECT_EQ(grid.ColAlignment(col), viewkit::Alignment::kLeftCenter) << col;
   }
-  EXPECT_EQ(grid.Cols(), 7);
+  EXPECT_EQ(captions, "|科目编码|科目名称|外币币种|辅助核算|科目ID|级次|类别");
+  EXPECT_EQ(grid.FixedRows() * 10 + grid.FixedCols(), 10);
+  const viewkit::FlexGrid::Look look = grid.GetLook();
+  EXPECT_TRUE(!look.grid_lines && look.resize_columns && look.resize_rows);
+  EXPECT_EQ(look.outline_bar, 5);
+  grid.HandlePress(1, 1, false);
+  grid.HandlePress(2, 1, false, {.shift = true});
+  EXPECT_EQ(grid.SelectedRows(), 1) << "one account at a time";
 }
 
 TEST(AccountList, AsksForEachPageOnceAndShowsItsProgress) {

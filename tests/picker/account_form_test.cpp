@@ -82,16 +82,26 @@ TEST_P(FormTest, ANewAccountIsAppendedAndCurrentWhenItPassesTheView) {
 TEST_P(FormTest, OpensOnTheCurrentAccountOrForANewOne) {
   std::vector<std::string> opened;
   const auto note = [&](FmBkmAdd& form) {
-    opened.push_back(form.Txt(editing::kCodeBox).Text() + "/" +
-                     form.Combo(editing::kCategoryList).Text());
+    opened.push_back(form.Caption() + " " + form.Txt(editing::kCodeBox).Text() + "/" +
+                     form.Combo(editing::kCategoryList).Text() + "/" +
+                     test::LabelBehind(form, "上级科目"));
   };
-  f.Vs().SetRow(f.RowOf("2202"));
-  InForm(note);
+  for (const char* code : {"1001", "2202", "50010101", "100202"}) {
+    f.Vs().SetRow(f.RowOf(code));
+    InForm(note);
+  }
   f.SelectNode("r成本");  // a load leaves no row current
   InForm(note);
-  ASSERT_EQ(opened.size(), 2U);
-  EXPECT_EQ(opened[0], "2202/负债");
-  EXPECT_THAT(opened[1], testing::EndsWith("/成本"));
+  f.SelectNode("r");
+  InForm(note);
+  f.parameters->Set("科目类别", "负债");
+  f.picker.Refresh();
+  f.SelectNode("r");
+  InForm(note);
+  EXPECT_THAT(opened, ElementsAre("修改 1001/资产/", "修改 2202/负债/",
+                                  "修改 50010101/成本/500101 基本生产成本",
+                                  "修改 100202/资产/1002 银行存款", "新增同级 5002/成本/",
+                                  "新增同级 1003/资产/", "新增同级 2203/负债/"));
 }
 
 TEST_P(FormTest, ItsReportsAreShownInABox) {

@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <tuple>
+#include <utility>
 
 #include "picker/picker_support.h"
 
@@ -200,9 +202,9 @@ TEST(Keys, ControlBLeadsToTheSearchBox) {
 TEST(View, BoxesAndLayoutFitEverySize) {
   Loaded f;
   for (const auto& [width, height] :
-       {std::pair{4800, 3600}, {28800, 16200}, {9000, 6000}, {300, 100}, {0, 0}}) {
+       {std::pair{3600, 3600}, {4800, 3600}, {28800, 16200}, {9000, 6000}, {300, 100}, {0, 0}}) {
     f.picker.Resize(width, height);
-    const bool usable = width >= 4800;
+    const bool usable = width >= 3600;
     std::vector<host::Bounds> places;
     for (const viewkit::Control* control : f.Everywhere()) {
       if (!control->Visible()) continue;
@@ -210,6 +212,7 @@ TEST(View, BoxesAndLayoutFitEverySize) {
       EXPECT_GE(b.width, 0);
       EXPECT_GE(b.height, 0);
       if (!usable) continue;
+      EXPECT_GT(std::min(b.width, b.height), 0) << control->Name();
       EXPECT_TRUE(b.left >= 0 && b.left + b.width <= width) << control->Name();
       EXPECT_TRUE(b.top >= 0 && b.top + b.height <= height) << control->Name();
       for (const host::Bounds& o : places) {
@@ -219,9 +222,26 @@ TEST(View, BoxesAndLayoutFitEverySize) {
       }
       places.push_back(b);
     }
+    const auto place = [&](const char* name) {
+      return f.Control<viewkit::Control>(name).GetBounds();
+    };
     if (usable) {
       EXPECT_GE(f.Vs().GetBounds().height, 100 * 15);
       EXPECT_GE(f.Search().GetBounds().width, 100 * 15);
+      for (const host::Bounds& last : {place("Vs"), place("lblMessage"), f.Cmd(1).GetBounds(),
+                                       place(width > 3600 ? "Chk" : "SearchBox1")}) {
+        EXPECT_EQ(last.left + last.width, width - 60) << "each line ends at the same margin";
+      }
+      int left = 0;
+      for (const int button : {2, 3, 0, 1}) {
+        EXPECT_LT(std::exchange(left, f.Cmd(button).GetBounds().left),
+                  f.Cmd(button).GetBounds().left);
+      }
+      EXPECT_LT(place("TV").left, place("Vs").left);
+    } else if (width == 0) {
+      EXPECT_EQ(place("Vs").width + place("TV").width + place("lblMessage").width +
+                    f.Search().GetBounds().width + f.Cmd(0).GetBounds().width + place("Vs").height,
+                0);
     }
   }
 }

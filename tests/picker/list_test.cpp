@@ -169,12 +169,15 @@ TEST(List, InitReadsItsSettings) {
   EXPECT_EQ(f.Search().ToolTipText(), "提示：按回车键选择完毕！");
   EXPECT_EQ(f.Vs().ToolTipText(), "提示：双击或按回车键选择完毕！");
   EXPECT_EQ(f.Vs().Cols(), 8);
+  EXPECT_EQ(f.Vs().FixedRows() * 10 + f.Vs().FixedCols(), 10);
+  EXPECT_EQ(f.Vs().SelectionMode(), viewkit::SelectionMode::kListBox);
   std::string captions;
   for (int col = 0; col < f.Vs().Cols(); ++col) {
     captions.append(f.Vs().TextMatrix(0, col)).append("|");
     const bool word = col == 4 || col == 6 || col == 7;  // of one or two characters
     EXPECT_EQ(f.Vs().ColAlignment(col),
               word ? viewkit::Alignment::kCenterCenter : viewkit::Alignment::kLeftCenter);
+    EXPECT_EQ(f.Vs().FixedAlignment(col), viewkit::Alignment::kCenterCenter);
   }
   EXPECT_EQ(captions, "科目ID|科目编码|科目名称|助忆词|余额方向|科目类别|是否使用|是否明细|");
   EXPECT_GT(f.Vs().ColWidth(2), f.Vs().ColWidth(1)) << "the blanks of the captions widen";
@@ -203,6 +206,7 @@ TEST(List, RefreshLoadsOnlyWhatHasChanged) {
   f.parameters->Clear();
   EXPECT_EQ(refresh(), 1U);
   f.Init();
+  EXPECT_EQ(f.Column().size(), 0U);
   EXPECT_EQ(refresh(), 1U);  // another book may stand behind the same parameters
 }
 
@@ -214,6 +218,9 @@ TEST(List, TheFormButtonFollowsTheRightsOnTheMaintenance) {
   f.book.Around().rights_by_program[201].can_edit = true;
   f.picker.Refresh();
   EXPECT_TRUE(f.Cmd(3).Visible());
+  f.recorder.FailNext("Rights", test::Fault::kThrow);
+  f.picker.Refresh();
+  EXPECT_FALSE(f.Cmd(3).Visible()) << "a right that cannot be read is not granted";
 }
 
 TEST(List, AFailedLoadKeepsTheListAndIsTriedAgain) {

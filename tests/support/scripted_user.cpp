@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "viewkit/dialog_model.h"
+#include "viewkit/label.h"
+
 namespace tavrix::test {
 
 namespace {
@@ -43,6 +46,16 @@ void ScriptedUser::SetWaitCursor(bool on) {
   wait_depth += on ? 1 : -1;
   deepest_wait = std::max(deepest_wait, wait_depth);
   EXPECT_GE(wait_depth, 0) << "the hourglass was taken off twice";
+}
+
+std::string LabelBehind(const viewkit::DialogModel& dialog, const std::string& caption) {
+  bool found = false;
+  for (std::size_t i = 0; i < dialog.Controls().Count(); ++i) {
+    const auto* label = dynamic_cast<const viewkit::Label*>(&dialog.Controls().At(i));
+    if (found) return label->Caption();
+    found = label != nullptr && label->Caption() == caption;
+  }
+  return "(no label)";
 }
 
 }  // namespace tavrix::test

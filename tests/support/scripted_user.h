@@ -45,4 +45,8 @@ class ScriptedUser : public viewkit::UserPort {
   [[nodiscard]] std::string ApplicationTitle() override { return title; }
 };
 
+/// What the dialog's label behind the one with this caption says.
+[[nodiscard]] std::string LabelBehind(const viewkit::DialogModel& dialog,
+                                      const std::string& caption);
+
 }  // namespace tavrix::test
