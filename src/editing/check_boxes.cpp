@@ -37,7 +37,7 @@ constexpr Exclusion kExclusions[] = {
 }  // namespace
 
 void FmBkmAdd::Chk_Click(int Index) noexcept {
-  Trapped("Chk_Click->", host::kCommandError, false, [&] {
+  Trapped("Chk_Click->", host::kCommandError, [&] {
     switch (Index) {
       case kGatherCheck:
         EnableList(kGatherCheck, kGatherList);
@@ -89,7 +89,7 @@ void FmBkmAdd::LockOut(int clicked) {
 
 // Offers the codes of the accounts above this one. Any other code can be typed.
 void FmBkmAdd::FillGatherList() noexcept {
-  Trapped("FillGatherList->", host::kCommandError, false, [this] {
+  Trapped("FillGatherList->", host::kCommandError, [this] {
     const auto session = Current();
     std::vector<std::string> above;
     for (std::string code = CodeText();;) {

@@ -54,7 +54,7 @@ const char* ParentRefusal(host::Recordset& family, const std::string& parent,
 }  // namespace
 
 bool FmBkmAdd::IsCanSave() noexcept {
-  return Trapped("IsCanSave->", host::kCommandError, false, [this] {
+  return Trapped("IsCanSave->", host::kCommandError, [this] {
     const auto session = Current();
     if (!session->Unsaved()) return false;
     const std::string code = CodeText();
@@ -80,7 +80,7 @@ bool FmBkmAdd::IsCanSave() noexcept {
 }
 
 bool FmBkmAdd::IsCanCodeRule() noexcept {
-  return Trapped("IsCanCodeRule->", host::kCommandError, false, [this] {
+  return Trapped("IsCanCodeRule->", host::kCommandError, [this] {
     const auto session = Current();
     const Busy busy(*this, "正在验证编码规则");
     const std::string code = CodeText();
@@ -93,7 +93,7 @@ bool FmBkmAdd::IsCanCodeRule() noexcept {
 std::optional<std::int32_t> FmBkmAdd::BmIsTrue(const std::string& code,
                                                std::int32_t record_id) noexcept {
   using Level = std::optional<std::int32_t>;
-  return Trapped("BmIsTrue::", host::kCommandError, Level(), [&]() -> Level {
+  return Trapped("BmIsTrue::", host::kCommandError, [&]() -> Level {
     const auto session = Current();
     std::int32_t level = 0;
     switch (FindLevel(session->rule, host::TextLength(code), level)) {
@@ -148,7 +148,7 @@ std::optional<FmBkmAdd::StoredAccount> FmBkmAdd::ReadStored(Session& session,
 }
 
 FmBkmAdd::EditCheck FmBkmAdd::IsCanEdit(const std::string& code, std::int32_t record_id) noexcept {
-  return Trapped("IsCanEdit::", host::kCommandError, EditCheck(), [&] {
+  return Trapped("IsCanEdit::", host::kCommandError, [&] {
     const auto session = Current();
     const auto stored = ReadStored(*session, record_id);
     if (!stored) throw AccountMissing();

@@ -96,13 +96,13 @@ void FmBkmAdd::OnFocusMoved(viewkit::Control& from, viewkit::Control& to) {
 }
 
 void FmBkmAdd::Cmd_Click(int Index) noexcept {
-  Trapped("Cmd_Click->", host::kCommandError, false, [&] {
+  Trapped("Cmd_Click->", host::kCommandError, [&] {
     if (Index == kCancelButton || (Index == kSaveButton && FileSave())) Close();
   });
 }
 
 bool FmBkmAdd::CloseForm() noexcept {
-  return Trapped("CloseForm->", host::kCommandError, false, [this] {
+  return Trapped("CloseForm->", host::kCommandError, [this] {
     using Buttons = UserPort::Buttons;
     const auto agreed = [this](const char* question, Buttons buttons) {
       return user_.Ask(question, host::kPromptTitle, UserPort::Icon::kInformation, buttons) ==

@@ -9,6 +9,7 @@
 #include "editing/account_form.h"
 #include "editing/ledger_code.h"
 #include "host/objects.h"
+#include "host/report.h"
 #include "viewkit/event.h"
 #include "viewkit/ports.h"
 
@@ -103,8 +104,8 @@ class FmBkmAdd : public AccountForm, public std::enable_shared_from_this<FmBkmAd
   /// Status text and hourglass while a routine works.
   class Busy;
 
-  template <class Result, class Body>
-  Result Trapped(std::string_view prefix, std::int32_t level, Result failed, Body&& body) noexcept;
+  template <class Body>
+  host::TrapResult<Body> Trapped(std::string_view prefix, std::int32_t level, Body&& body) noexcept;
   [[nodiscard]] std::shared_ptr<Session> Current() const;
   /// Raises `ErrMessage` with the application title.
   void Report(const std::string& text, std::int32_t level);

@@ -52,7 +52,7 @@ host::Value HighestCode(host::SystemObject& system, std::int32_t length,
 std::optional<std::string> FmBkmAdd::NextBm(const std::string& reference,
                                             const std::string& category, bool below) noexcept {
   using Code = std::optional<std::string>;
-  return Trapped("-->NextBm::", host::kCommandError, Code(), [&]() -> Code {
+  return Trapped("-->NextBm::", host::kCommandError, [&]() -> Code {
     const auto session = Current();
     host::CodeRule& rule = *session->code_rule;
     const auto levels = static_cast<std::int32_t>(host::TextLength(session->rule));

@@ -44,7 +44,7 @@ void FmBkmAdd::py_SubProgram(std::shared_ptr<host::SystemObject> pcSystem,
                              const std::string& psBm, std::int32_t plID) noexcept {
   const auto self = weak_from_this().lock();  // the owner may let go while the dialog is shown
   const auto ours = std::make_shared<Session>();
-  Trapped("py_SubProgram->", host::kLoadingError, false, [&] {
+  Trapped("py_SubProgram->", host::kLoadingError, [&] {
     if (session_) throw host::HostError("科目窗体已经打开");
     session_ = ours;
     StartSession(std::move(pcSystem), psKmLb, psBm);
@@ -53,7 +53,7 @@ void FmBkmAdd::py_SubProgram(std::shared_ptr<host::SystemObject> pcSystem,
   });
   if (session_ != ours) return;
   // Not closed: it never opened, or the program that showed it is ending.
-  Trapped("py_SubProgram->", host::kLoadingError, false, [this] {
+  Trapped("py_SubProgram->", host::kLoadingError, [this] {
     Unload();
     session_.reset();
     above_.reset();
@@ -98,14 +98,14 @@ bool FmBkmAdd::InitBaseValue() noexcept {
   static constexpr const char* kPrefix = "InitBaseValue->";
   // One that cannot be read stays empty.
   const auto fill = [this](int list, const char* sql) {
-    Trapped(kPrefix, host::kLoadingError, false, [&] {
+    Trapped(kPrefix, host::kLoadingError, [&] {
       const auto session = Current();
       FillFromQuery(*session->pcSystem, Combo(list), sql);
     });
   };
   fill(kCurrencyList, "select 币种ID,外币名称 from tvxbz order by 外币代号");
   fill(kUnitList, "select 单位ID,名称 from tvxjldw order by 代码");
-  return Trapped(kPrefix, host::kLoadingError, false, [this] {
+  return Trapped(kPrefix, host::kLoadingError, [this] {
     const auto session = Current();
     FillWithWords(Combo(kCategoryList), host::kCategories);
     FillWithWords(Combo(kBookTypeList), host::kBookTypes);
@@ -135,7 +135,7 @@ void FmBkmAdd::ProposeDirection() {
 }
 
 void FmBkmAdd::GetNewCode() noexcept {
-  Trapped("GetNewCode->", host::kCommandError, false, [this] {
+  Trapped("GetNewCode->", host::kCommandError, [this] {
     const auto session = Current();
     const Busy busy(*this, "正在取新的编码");
     const auto code = NextBm(session->reference, session->category, Caption() == kNewBelowCaption);
@@ -144,7 +144,7 @@ void FmBkmAdd::GetNewCode() noexcept {
 }
 
 bool FmBkmAdd::LoadData(std::int32_t plID) noexcept {
-  return Trapped("LoadData->", host::kLoadingError, false, [&] {
+  return Trapped("LoadData->", host::kLoadingError, [&] {
     const auto session = Current();
     if (plID <= 0) throw AccountMissing();  // no row's: it would be saved as a new account
     const std::string sql = "select * from gl_code where i_id=" + std::to_string(plID);

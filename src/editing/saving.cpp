@@ -34,7 +34,7 @@ std::string Flag(Dialect dialect, const viewkit::CheckBox& box) {
 }  // namespace
 
 bool FmBkmAdd::FileSave() noexcept {
-  return Trapped("FileSave->", host::kCommandError, false, [this] {
+  return Trapped("FileSave->", host::kCommandError, [this] {
     const auto session = Current();
     if (session->saving) return false;  // a click while the host runs a statement of this save
     const host::FlagScope saving(session->saving);

@@ -7,11 +7,11 @@
 
 namespace tavrix::editing {
 
-template <class Result, class Body>
-Result FmBkmAdd::Trapped(std::string_view prefix, std::int32_t level, Result failed,
-                         Body&& body) noexcept {
+template <class Body>
+host::TrapResult<Body> FmBkmAdd::Trapped(std::string_view prefix, std::int32_t level,
+                                         Body&& body) noexcept {
   const auto report = [this](const std::string& text, std::int32_t at) { Report(text, at); };
-  return host::Trap(report, prefix, level, std::move(failed), std::forward<Body>(body));
+  return host::Trap(report, prefix, level, std::forward<Body>(body));
 }
 
 }  // namespace tavrix::editing

@@ -20,13 +20,17 @@ inline constexpr const char* kPromptTitle = "提示：";
 /// The text of an exception for a user.
 [[nodiscard]] std::string ErrorText(const std::exception& error);
 
+/// What a trapped `Body` gives; where it has no result of its own, whether it has come to its end.
+template <class Body>
+using TrapResult = std::conditional_t<std::is_void_v<std::invoke_result_t<Body>>, bool,
+                                      std::invoke_result_t<Body>>;
+
 /// The error trap of a public routine: runs `body`; when it throws, reports `prefix` followed
-/// directly by the error's text through `report(text, level)` and gives `failed`. A body without a
-/// result gives true.
-/// No exception leaves, not even one of `report` itself.
-template <class Report, class Body, class Result>
-Result Trap(const Report& report, std::string_view prefix, std::int32_t level, Result failed,
-            Body&& body) noexcept {
+/// directly by the error's text through `report(text, level)` and gives a result of no value:
+/// false, nothing. No exception leaves, not even one of `report` itself.
+template <class Report, class Body>
+TrapResult<Body> Trap(const Report& report, std::string_view prefix, std::int32_t level,
+                      Body&& body) noexcept {
   try {
     if constexpr (std::is_void_v<std::invoke_result_t<Body>>) {
       std::forward<Body>(body)();
@@ -39,9 +43,9 @@ Result Trap(const Report& report, std::string_view prefix, std::int32_t level, R
       report(std::string(prefix) + ErrorText(error), level);
     } catch (...) {  // a listener that throws has had its report
     }
-    return failed;
+    return {};
   } catch (...) {
-    return failed;
+    return {};
   }
 }
 

@@ -185,7 +185,7 @@ std::int32_t LeadingLong(std::string_view text) {
 
 std::string NumberText(double number) {
   std::array<char, 400> digits;
-  const bool plain = std::abs(number) < 1e15 && (number == 0 || std::abs(number) >= 1e-4);
+  const bool plain = std::abs(number) < 1e15 && std::abs(number) >= 1e-4;
   const auto end = plain ? std::to_chars(digits.data(), digits.data() + digits.size(), number,
                                          std::chars_format::fixed)
                          : std::to_chars(digits.data(), digits.data() + digits.size(), number);

@@ -8,6 +8,7 @@
 
 #include "host/forms.h"
 #include "host/objects.h"
+#include "host/report.h"
 #include "viewkit/control.h"
 #include "viewkit/event.h"
 #include "viewkit/flex_grid.h"
@@ -92,7 +93,7 @@ class Kjkm : public host::IFormUI, public host::IDesignUI {
   /// Raises `ErrMessage` with the application title.
   void Report(const std::string& text, std::int32_t level);
   template <class Body>
-  bool Trapped(std::string_view prefix, std::int32_t level, Body&& body) noexcept;
+  host::TrapResult<Body> Trapped(std::string_view prefix, std::int32_t level, Body&& body) noexcept;
   /// The running session, or a `HostError` when the last `Init` has not succeeded.
   [[nodiscard]] std::shared_ptr<Session> Running() const;
   /// `Clear` has not ended the session.

@@ -8,9 +8,10 @@
 namespace tavrix::maintenance {
 
 template <class Body>
-bool Kjkm::Trapped(std::string_view prefix, std::int32_t level, Body&& body) noexcept {
+host::TrapResult<Body> Kjkm::Trapped(std::string_view prefix, std::int32_t level,
+                                     Body&& body) noexcept {
   const auto report = [this](const std::string& text, std::int32_t at) { Report(text, at); };
-  return host::Trap(report, prefix, level, false, std::forward<Body>(body));
+  return host::Trap(report, prefix, level, std::forward<Body>(body));
 }
 
 }  // namespace tavrix::maintenance

@@ -9,6 +9,7 @@
 #include "editing/fm_bkm_add.h"
 #include "host/forms.h"
 #include "host/objects.h"
+#include "host/report.h"
 #include "picker/col_kjkm.h"
 #include "picker/columns.h"
 #include "picker/placement.h"
@@ -98,7 +99,7 @@ class selKjkm : public host::IPickerUI, public host::IDesignUI {
   void ConnectKeys();
   /// Runs `body`; a failure is shown in the message label and gives false.
   template <class Body>
-  bool Trapped(Body&& body) noexcept;
+  host::TrapResult<Body> Trapped(Body&& body) noexcept;
   void ShowError(const std::string& text);
   /// The running session, or a `HostError` when `Init` has not succeeded.
   [[nodiscard]] std::shared_ptr<Session> Running() const;

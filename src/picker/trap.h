@@ -9,9 +9,9 @@
 namespace tavrix::picker {
 
 template <class Body>
-bool selKjkm::Trapped(Body&& body) noexcept {
+host::TrapResult<Body> selKjkm::Trapped(Body&& body) noexcept {
   const auto show = [this](const std::string& text, std::int32_t) { ShowError(text); };
-  return host::Trap(show, "", host::kCommandError, false, std::forward<Body>(body));
+  return host::Trap(show, "", host::kCommandError, std::forward<Body>(body));
 }
 
 }  // namespace tavrix::picker

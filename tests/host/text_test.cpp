@@ -6,6 +6,8 @@
 #include <limits>
 #include <random>
 
+#include "host/code_points.h"
+
 namespace tavrix::host {
 namespace {
 
@@ -35,6 +37,11 @@ TEST(NumberTextTest, IsShort) {
   EXPECT_EQ(NumberText(-0.1), "-0.1");
   EXPECT_EQ(NumberText(123456789012), "123456789012");
   EXPECT_EQ(NumberText(1e300), "1e+300");
+  EXPECT_EQ(NumberText(999999999999999), "999999999999999");
+  EXPECT_EQ(NumberText(-1e15), "-1e+15");
+  EXPECT_EQ(NumberText(0.0001), "0.0001");
+  EXPECT_EQ(NumberText(-0.00009), "-9e-05");
+  EXPECT_EQ(NumberText(0), "0");
 }
 
 TEST(Utf16Test, GoesThereAndBack) {
@@ -42,17 +49,35 @@ TEST(Utf16Test, GoesThereAndBack) {
   EXPECT_EQ(ToUtf16(text), u"a科\U00020000");
   EXPECT_EQ(ToUtf8(ToUtf16(text)), text);
   EXPECT_EQ(TextLength(text), 4U);
+  for (char32_t point = 1; point <= 0x10FFFF; point += point < 0x10000 ? 1 : 0x3FFF) {
+    if (point >= 0xD800 && point < 0xE000) continue;
+    std::string narrow;
+    AppendUtf8(narrow, point);
+    const std::u16string wide = ToUtf16(narrow);
+    ASSERT_EQ(wide.size(), point < 0x10000 ? 1U : 2U) << std::hex << point;
+    ASSERT_TRUE(wide.size() == 2 || wide[0] == point) << std::hex << point;
+    ASSERT_EQ(ToUtf8(wide), narrow);
+    ASSERT_EQ(TextLength(narrow), wide.size());
+  }
+  EXPECT_EQ(ToUtf16("\xF4\x8F\xBF\xBF"), u"\U0010FFFF");
 }
 
 TEST(Utf16Test, ReplacesWhatIsMalformed) {
   EXPECT_EQ(ToUtf16("\xFF"), u"\uFFFD");
-  EXPECT_EQ(ToUtf16("a\xE7\xA7"), u"a\uFFFD\uFFFD");          // cut off
-  EXPECT_EQ(ToUtf16("\xC0\x80"), u"\uFFFD\uFFFD");            // longer than need be
-  EXPECT_EQ(ToUtf16("\xED\xA0\x80"), u"\uFFFD\uFFFD\uFFFD");  // half a pair
+  EXPECT_EQ(ToUtf16("a\xE7\xA7"), u"a\uFFFD\uFFFD");  // cut off
+  EXPECT_EQ(ToUtf16("\xC0\x80"), u"\uFFFD\uFFFD");    // longer than need be
+  for (const char* longer : {"\xE0\x9F\xBF", "\xED\xA0\x80", "\xED\xBF\xBF"}) {  // or half a pair
+    EXPECT_EQ(ToUtf16(longer), u"\uFFFD\uFFFD\uFFFD");
+  }
+  for (const char* beyond : {"\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80"}) {
+    EXPECT_EQ(ToUtf16(beyond), u"\uFFFD\uFFFD\uFFFD\uFFFD");
+  }
   EXPECT_EQ(ToUtf8(std::u16string{u'a', 0xD800, u'b'}),
             "a\xEF\xBF\xBD"
             "b");
   EXPECT_EQ(ToUtf8(std::u16string{0xDC00}), "\xEF\xBF\xBD");
+  EXPECT_EQ(ToUtf8(std::u16string{0xD800, 0xE000}), "\xEF\xBF\xBD\xEE\x80\x80");
+  EXPECT_EQ(ToUtf8(std::u16string{0xDC00, 0xDC00}), "\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
 TEST(CompareTextTest, OrdersAsCodeUnitsDo) {
@@ -89,8 +114,9 @@ TEST(CompareNoCaseTest, OrdersTheLowerCaseForms) {
 }
 
 TEST(CaseTest, MapsLettersAndKeepsTheRest) {
-  EXPECT_EQ(LowerCase("ÀÖ×ΑЯЁＡ科ß"), "àö×αяёａ科ß");
-  EXPECT_EQ(UpperCase("àö÷αяёａ科"), "ÀÖ÷ΑЯЁＡ科");
+  // Each kind of letter from its first to its last, and what stands beside them.
+  EXPECT_EQ(LowerCase("@AZ[ÀÖ×ØÞßΑΡΣΫЀЁЏАЯ＠ＡＺ［科"), "@az[àö×øþßαρσϋѐёџая＠ａｚ［科");
+  EXPECT_EQ(UpperCase("`az{àö÷øþÿαρσϋѐёџая｀ａｚ｛科"), "`AZ{ÀÖ÷ØÞÿΑΡΣΫЀЁЏАЯ｀ＡＺ｛科");
   EXPECT_TRUE(EqualNoCase("Vs", "vS"));
   EXPECT_FALSE(EqualNoCase("Vs", "Vss"));
 }
