@@ -54,8 +54,8 @@ TEST(Utf16Test, GoesThereAndBack) {
     std::string narrow;
     AppendUtf8(narrow, point);
     const std::u16string wide = ToUtf16(narrow);
-    ASSERT_EQ(wide.size(), point < 0x10000 ? 1U : 2U) << std::hex << point;
-    ASSERT_TRUE(wide.size() == 2 || wide[0] == point) << std::hex << point;
+    ASSERT_EQ(wide.size(), point < 0x10000 ? 1U : 2U) << static_cast<std::uint32_t>(point);
+    ASSERT_TRUE(wide.size() == 2 || wide[0] == point) << static_cast<std::uint32_t>(point);
     ASSERT_EQ(ToUtf8(wide), narrow);
     ASSERT_EQ(TextLength(narrow), wide.size());
   }

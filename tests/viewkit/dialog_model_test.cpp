@@ -9,6 +9,8 @@
 #include "viewkit/combo_box.h"
 #include "viewkit/label.h"
 #include "viewkit/option_button.h"
+#include "viewkit/ports.h"
+#include "viewkit/tab_strip.h"
 #include "viewkit/text_box.h"
 
 namespace tavrix::viewkit {
@@ -43,6 +45,44 @@ TEST(OptionButton, OneOfAGroupIsChosen) {
   second.Click();
   EXPECT_TRUE(second.Value());
   EXPECT_EQ(clicks, 1);
+  EXPECT_TRUE(second.StopsTab() && !first.StopsTab());
+  second.SetValue(false);
+  EXPECT_TRUE(first.StopsTab() && !second.StopsTab()) << "where none is chosen";
+  first.SetEnabled(false);
+  first.Click();
+  EXPECT_FALSE(first.Value());
+}
+
+TEST(TabStrip, KeysGoFromTabToTab) {
+  TabStrip tabs("Tabs");
+  for (const char* key : {"a", "b", "c"}) tabs.AddTab(key, key);
+  std::string seen;
+  tabs.TabActivated.Add([&](const std::string& key) { seen += key; });
+  for (const Key key : {Key::kLeft, Key::kRight, Key::kEnd, Key::kRight}) {
+    EXPECT_TRUE(tabs.HandleKey(key));
+  }
+  EXPECT_TRUE(tabs.HandleKey(Key::kTab, {.control = true}));
+  EXPECT_TRUE(tabs.HandleKey(Key::kTab, {.shift = true, .control = true}));
+  EXPECT_TRUE(tabs.HandleKey(Key::kHome));
+  EXPECT_TRUE(tabs.Activate("b"));
+  EXPECT_EQ(seen, "bcacab") << "it ends at the last by arrows, and goes round by Control and Tab";
+  EXPECT_FALSE(tabs.Activate("x") || tabs.HandleKey(Key::kDown));
+  EXPECT_FALSE(tabs.HandleKey(Key::kLeft, {.control = true}) ||
+               tabs.HandleKey(Key::kLeft, {.alt = true}));
+  tabs.SetEnabled(false);
+  EXPECT_FALSE(tabs.HandleKey(Key::kLeft));
+  EXPECT_EQ(seen, "bcacab");
+}
+
+TEST(PlainTextMeasure, WideLettersTakeTwoPlaces) {
+  const auto width = [](std::string_view text) { return PlainTextMeasure().Width(text, false); };
+  for (const char* narrow : {"a", "é", "\u10FF", "\u1180", "\u2E7F", "\uFF61", "\uFFBF"}) {
+    EXPECT_EQ(width(narrow), 90) << narrow;
+  }
+  for (const char* wide : {"\u1100", "\u115F", "\u2E80", "\u3000", "科", "\uFF60", "Ａ", "😀"}) {
+    EXPECT_EQ(width(wide), 180) << wide;
+  }
+  EXPECT_EQ(PlainTextMeasure().Width("a科", true), 270 + 15);
 }
 
 TEST(ComboBox, AListShowsItsItemsOnlyWhileAnEditableBoxTakesAnyText) {

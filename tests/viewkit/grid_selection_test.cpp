@@ -87,6 +87,17 @@ TEST_F(GridSelection, ListBoxByKeys) {
   EXPECT_THAT(SelectionOf(grid), ElementsAre(6));
   grid.HandleKey(Key::kHome, kShift);
   EXPECT_EQ(grid.SelectedRows(), 6);
+  grid.HandlePress(2, 0, false);
+  grid.HandleKey(Key::kDown, kControl);
+  grid.HandleKey(Key::kDown, kControl);
+  grid.HandleKey(Key::kSpace, kShift);
+  EXPECT_THAT(SelectionOf(grid), ElementsAre(2, 3, 4));
+  grid.HandlePress(6, 0, false, kControl);
+  grid.HandleKey(Key::kUp, kBoth);
+  EXPECT_THAT(SelectionOf(grid), ElementsAre(2, 3, 4, 5, 6));
+  for (const Key node_key : {Key::kAdd, Key::kSubtract, Key::kMultiply}) {
+    EXPECT_FALSE(grid.HandleKey(node_key)) << "no node";
+  }
   EXPECT_FALSE(grid.HandleKey(Key::kEnter));
   EXPECT_FALSE(grid.HandleKey(Key::kDown, {.alt = true}));
 }
@@ -209,6 +220,30 @@ TEST_F(GridSelection, TypingSeeksTheOutlineColumn) {
   EXPECT_EQ(grid.Row(), 2);
   EXPECT_TRUE(grid.HandleTypeAhead("库", 9000));
   EXPECT_EQ(grid.Row(), 4);
+  EXPECT_FALSE(grid.HandleTypeAhead("", 20000));
+  FillOutline(grid, {0, 1, 0});
+  grid.Outline(0);
+  for (const int hidden : {1, 2}) {
+    grid.SetRowHidden(hidden, true);
+    EXPECT_FALSE(grid.HandleTypeAhead("r1", 30000 * hidden))
+        << "no node opens for what a filter hides";
+    grid.SetRowHidden(hidden, false);
+  }
+  EXPECT_TRUE(grid.IsCollapsed(1));
+}
+
+TEST_F(GridSelection, ADisabledGridAnswersNobody) {
+  grid.SetSelectionMode(SelectionMode::kListBox);
+  int clicks = 0;
+  grid.DoubleClick.Add([&] { ++clicks; });
+  grid.SetRow(2);
+  grid.SetEnabled(false);
+  grid.HandlePress(4, 0, false);
+  grid.HandleDrag(4);
+  grid.HandleDoubleClick(4);
+  EXPECT_FALSE(grid.HandleTypeAhead("e", 0) || grid.HandleKey(Key::kSpace, kControl));
+  EXPECT_THAT(SelectionOf(grid), ElementsAre(2));
+  EXPECT_EQ(clicks, 0);
 }
 
 TEST_F(GridSelection, ClipTextHoldsTheShownColumnsOfTheSelectedRows) {

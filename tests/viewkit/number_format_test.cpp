@@ -32,6 +32,9 @@ TEST(FormatNumberTest, WritesDigitsAsTheFormatSays) {
   EXPECT_EQ(FormatNumber(5, "#,##0.###"), "5");
   EXPECT_EQ(FormatNumber(0.5, "#.0#"), ".5");
   EXPECT_EQ(FormatNumber(7, "000"), "007");
+  EXPECT_EQ(FormatNumber(7, "0##"), "007");
+  EXPECT_EQ(FormatNumber(1234.56, "0.0,0"), "1234.56");
+  EXPECT_EQ(FormatNumber(123456, "#,#"), "123,456");
   EXPECT_EQ(FormatNumber(0, "#"), "0");
   EXPECT_EQ(FormatNumber(999.995, "0.00"), "1000.00");
   EXPECT_EQ(FormatNumber(2.675, "0.00"), "2.68");
@@ -52,9 +55,40 @@ TEST(DateTest, ReadsWrittenAndStoredDates) {
   EXPECT_EQ(DateOf("20240131"), (Date{2024, 1, 31}));
   EXPECT_EQ(DateOf("45322.25"), (Date{2024, 1, 31, 6, 0, 0}));
   EXPECT_EQ(SerialOf({2024, 1, 31, 6, 0, 0}), 45322.25);
-  for (const char* none :
-       {"", "2023-02-29", "2024-13-01", "2024-1/2", "2024-01-01 24:00", "24-1-1", "2024-01-01 x",
-        "2024-01-01x", "0", "-1", "3000000", "20240132", "9e9"}) {
+  EXPECT_EQ(SerialOf({1899, 12, 31, 23, 59, 59}), 1 + 86399.0 / 86400);
+  EXPECT_EQ(DateOf("1"), (Date{1899, 12, 31}));
+  EXPECT_EQ(DateOf("2958465.999"), (Date{9999, 12, 31, 23, 58, 34}));
+  EXPECT_EQ(DateOf("10000101"), (Date{1000, 1, 1}));
+  EXPECT_EQ(DateOf("99991231"), (Date{9999, 12, 31}));
+  EXPECT_EQ(DateOf("2024-01-01T0:59"), (Date{2024, 1, 1, 0, 59, 0}));
+  for (const char* none : {"",
+                           "2023-02-29",
+                           "2024-13-01",
+                           "2024-1/2",
+                           "2024-01-01 24:00",
+                           "24-1-1",
+                           "2024-01-01 x",
+                           "2024-01-01x",
+                           "0",
+                           "-1",
+                           "3000000",
+                           "20240132",
+                           "9e9",
+                           "2958466",
+                           "0.99",
+                           "10000101.5",
+                           "10000100",
+                           "99991232",
+                           "2024-01-01 23:60",
+                           "2024-01-01 10:00:60",
+                           "2024-01-01 10",
+                           "2024-01-01 :30",
+                           "2024-01-01 10:",
+                           "2024-01-01 10:00:",
+                           "2024-01-01 10:00:00.",
+                           "02024-01-01",
+                           "2024-011-01",
+                           "2024-01-01 010:00"}) {
     EXPECT_EQ(DateOf(none), std::nullopt) << none;
   }
   EXPECT_EQ(WrittenDate("20240131"), std::nullopt);
@@ -69,8 +103,13 @@ TEST(DateTest, WritesDatesAsTheFormatSays) {
       {"yyyy年M月d日 dddd", "2024年3月5日 星期二"},
       {R"(\d\"dd" day")", R"(d"05 day)"},
       {"mm:ss", "04:09"},
+      {"h-m d-m", "15-4 5-3"},
+      {"yyy ddd am/pm", "2024 周二 PM"},
       {R"(MM")", "03"}};
   for (const auto& [format, text] : kFormats) EXPECT_EQ(FormatDate(date, format), text) << format;
+  for (const auto& [hour, text] : {std::pair{0, "12 AM"}, {11, "11 AM"}, {12, "12 PM"}}) {
+    EXPECT_EQ(FormatDate({2024, 3, 5, hour}, "h AM/PM"), text);
+  }
   for (const char* format : {"yyyy-MM-dd", "dd"}) EXPECT_TRUE(IsDateFormat(format)) << format;
   for (const char* format : {"", "#,##0.00", R"(0 "days")", "0d", R"("dd")"}) {
     EXPECT_FALSE(IsDateFormat(format)) << format;
@@ -85,6 +124,8 @@ TEST(FormatNumberTest, KeepsTheTextAroundTheDigits) {
   EXPECT_EQ(FormatNumber(3, "0;(0)"), "3");
   EXPECT_EQ(FormatNumber(3, "text"), "text");
   EXPECT_EQ(FormatNumber(3, "0\""), "3");
+  EXPECT_EQ(FormatNumber(3, "0\\"), "3");
+  EXPECT_EQ(FormatNumber(1.25, ",0.0.0"), ",1.25.");
   EXPECT_EQ(FormatNumber(12, "\"RMB \"#,##0.00\"元\""), "RMB 12.00元");
 }
 

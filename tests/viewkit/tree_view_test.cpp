@@ -129,6 +129,9 @@ TEST(TreeView, ScrollsWithoutAWindow) {
   EXPECT_EQ(tree.FirstSeen()->Text(), "9");
   tree.ScrollTo(tree.Nodes().Item(21));  // the last page stays full
   EXPECT_EQ(tree.FirstSeen()->Text(), "15");
+  tree.Nodes().Remove(*tree.FirstSeen());
+  EXPECT_EQ(tree.FirstSeen(), &root) << "from the top where the first that was seen is gone";
+  tree.ScrollTo(tree.Nodes().Item(5));
   root.SetExpanded(false);
   EXPECT_EQ(tree.FirstSeen(), &root);
 }
@@ -151,7 +154,17 @@ TEST(TreeView, KeysMoveTheSelectionAsInTheNativeControl) {
   EXPECT_EQ(press(Key::kEnd), "负债");
   EXPECT_EQ(press(Key::kHome), "资产");
   EXPECT_EQ(press(Key::kUp), "资产");
+  EXPECT_EQ(press(Key::kPageDown), "银行存款");
+  EXPECT_EQ(press(Key::kLeft), "资产");
+  EXPECT_EQ(press(Key::kLeft), "资产");  // collapses
+  EXPECT_FALSE(f.assets->Expanded());
+  EXPECT_EQ(press(Key::kLeft), "资产");
+  EXPECT_EQ(press(Key::kDown), "负债");
   EXPECT_FALSE(f.tree.HandleKey(Key::kEnter));
+  EXPECT_FALSE(f.tree.HandleKey(Key::kUp, {.control = true}) ||
+               f.tree.HandleKey(Key::kUp, {.alt = true}));
+  f.tree.Select(nullptr);
+  EXPECT_EQ(press(Key::kDown), "负债") << "from the first where none is selected";
 }
 
 }  // namespace
