@@ -3,8 +3,6 @@
 #include <array>
 #include <bit>
 #include <charconv>
-#include <cinttypes>
-#include <cstdio>
 #include <memory>
 #include <utility>
 
@@ -63,8 +61,9 @@ class Progress final : public WaitPort {
  public:
   explicit Progress(const CopyWatch& watch) : watch_(watch) {}
   void Expect(std::int64_t rows) { state_.all = rows; }
-  void Enter(std::string_view table) {
+  void Enter(std::string_view table, bool compares) {
     state_.table = table;
+    state_.compares = compares;
     Tell();
   }
   void Row() {
@@ -114,11 +113,14 @@ class Contents {
 constexpr std::string_view kCellEnd = "\x1F";
 constexpr std::string_view kNull = "\x01";
 
+using Bits = std::array<char, 16>;
+
 /// A number with a fraction as the bits that hold it: its decimal text is not everywhere the same.
-std::string BitsText(double number) {
-  std::array<char, 17> text{};
-  std::snprintf(text.data(), text.size(), "%016" PRIx64, std::bit_cast<std::uint64_t>(number));
-  return text.data();
+Bits BitsText(double number) {
+  auto bits = std::bit_cast<std::uint64_t>(number);
+  Bits text;
+  for (std::size_t i = text.size(); i-- > 0; bits >>= 4) text[i] = "0123456789abcdef"[bits & 15];
+  return text;
 }
 
 /// As PostgreSQL gives what `Contents` takes of a row.
@@ -129,9 +131,9 @@ std::string TextOfRow(const LoadPlan& part) {
     const std::string text = column.kind == ColumnKind::kNumber
                                  ? "encode(float8send(" + name + "),'hex')"
                                  : "cast(" + name + " as text)";
-    list += (list.empty() ? "" : ",") + ("coalesce(" + text + ",chr(1)),chr(31)");
+    list += ",coalesce(" + text + ",chr(1))";
   }
-  return "select concat(" + list + ")" + Rest(part);
+  return "select concat_ws(chr(31)" + list + ",'')" + Rest(part);
 }
 
 /// Takes the contents of a table while its cells pass, to `next` unless that is null.
@@ -145,17 +147,15 @@ class CellContents final : public CellSink {
   }
   void OnWhole(std::int64_t number) override {
     if (next_ != nullptr) next_->OnWhole(number);
-    if (columns_[column_].kind == ColumnKind::kNumber) {
-      return EndCell(BitsText(static_cast<double>(number)));
-    }
+    if (HoldsBits()) return EndBits(static_cast<double>(number));
     std::array<char, 24> digits{};
     const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
     EndCell({digits.begin(), end});
   }
   void OnNumber(double number) override {
     if (next_ != nullptr) next_->OnNumber(number);
-    const bool bits = columns_[column_].kind == ColumnKind::kNumber;
-    EndCell(bits ? BitsText(number) : host::Value(number).ToText());
+    if (HoldsBits()) return EndBits(number);
+    EndCell(host::Value(number).ToText());
   }
   void OnText(std::string_view text) override {
     if (next_ != nullptr) next_->OnText(text);
@@ -164,6 +164,11 @@ class CellContents final : public CellSink {
   [[nodiscard]] const Contents& Seen() const { return seen_; }
 
  private:
+  [[nodiscard]] bool HoldsBits() const { return columns_[column_].kind == ColumnKind::kNumber; }
+  void EndBits(double number) {
+    const Bits text = BitsText(number);
+    EndCell({text.begin(), text.end()});
+  }
   void EndCell(std::string_view text) {
     seen_.Add(text);
     seen_.Add(kCellEnd);
@@ -217,7 +222,7 @@ void Pass(Connection& connection, const std::string& query, CellSink& sink) {
 
 Contents Load(Connection& source, Connection& target, const LoadPlan& part, Progress& progress) {
   if (part.columns.empty()) return {};
-  progress.Enter(part.table);
+  progress.Enter(part.table, false);
   const auto loader = NewRowLoader(target, part);
   CellContents sent(part, progress, loader.get());
   Pass(source, Query(part), sent);
@@ -227,7 +232,7 @@ Contents Load(Connection& source, Connection& target, const LoadPlan& part, Prog
 
 Contents ContentsOf(Connection& target, const LoadPlan& part, Progress& progress) {
   if (part.columns.empty()) return {};
-  progress.Enter(part.table);
+  progress.Enter(part.table, true);
   if (target.Makes() == Flavor::kPostgres) {
     RowContents kept(progress);
     Pass(target, TextOfRow(part), kept);

@@ -16,6 +16,7 @@ struct CopiedTable {
 /// How far a copy has come. Every row counts twice: it is copied, and later compared.
 struct CopyState {
   std::string_view table;
+  bool compares = false;  ///< its rows are copied no more, but compared
   std::int64_t done = 0;  ///< rows of all tables
   std::int64_t all = 0;
 };

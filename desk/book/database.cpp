@@ -18,6 +18,11 @@ void RowSetSink::OnNumber(double number) {
   rows_.AppendText(host::NumberText(number));
 }
 
+Ending Connection::Start(const std::string& sql, std::vector<host::Value> parameters) {
+  Execute(sql, Origin::kDesk, parameters);
+  return [] {};
+}
+
 const Engine& EngineFor(std::string_view path) {
   static const SqliteEngine files;
   static const OdbcEngine servers;

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/error.h"
 #include "host/row_set.h"
@@ -130,6 +131,9 @@ class WaitPort {
   WaitPort& operator=(const WaitPort&) = default;
 };
 
+/// Waits for the end of a statement that was started, and throws what it failed with.
+using Ending = std::function<void()>;
+
 /// One connection to one book. One thread. Parameters fill the question marks of a statement in
 /// order. All members throw `DatabaseError`.
 class Connection {
@@ -140,6 +144,10 @@ class Connection {
   /// Runs a statement to its end; rows that it gives are dropped. How many rows an INSERT, UPDATE
   /// or DELETE met; no meaning for others.
   virtual std::int64_t Execute(const std::string& sql, Origin origin, Values parameters = {}) = 0;
+  /// As `Execute` of a statement of the desk's own, which a server may still be busy with
+  /// afterwards; what is sent next comes after it. The connection must outlive what it gives.
+  [[nodiscard]] virtual Ending Start(const std::string& sql,
+                                     std::vector<host::Value> parameters = {});
   /// Starts a transaction that will write. It waits for other writers, within the connection's
   /// patience; once it has begun, nobody else writes.
   virtual void Begin() = 0;

@@ -208,12 +208,25 @@ std::int64_t OdbcConnection::Execute(const std::string& sql, Origin origin, Valu
 }
 
 std::int64_t OdbcConnection::Change(const std::string& sql, Values parameters) {
+  return FinishChange(StartChange(sql, {parameters.begin(), parameters.end()}));
+}
+
+Ending OdbcConnection::Start(const std::string& sql, std::vector<host::Value> parameters) {
+  MakeReady();
+  return [this, change = StartChange(sql, std::move(parameters))] { (void)FinishChange(change); };
+}
+
+OdbcConnection::PendingChange OdbcConnection::StartChange(const std::string& sql,
+                                                          std::vector<host::Value> parameters) {
+  return channel_->Start([sql, values = std::move(parameters)](OdbcLink& link) {
+    const OdbcHandle statement = link.Run(sql, values);
+    return link.ChangedRows(statement);
+  });
+}
+
+std::int64_t OdbcConnection::FinishChange(const PendingChange& change) {
   try {
-    const std::vector<host::Value> values(parameters.begin(), parameters.end());
-    return channel_->Call([sql, values](OdbcLink& link) {
-      const OdbcHandle statement = link.Run(sql, values);
-      return link.ChangedRows(statement);
-    });
+    return channel_->Finish(change);
   } catch (const DatabaseError& error) {
     failed_ = true;
     FailChange(error);

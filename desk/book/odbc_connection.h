@@ -4,6 +4,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "book/odbc_channel.h"
 #include "book/odbc_rows.h"
@@ -21,6 +22,7 @@ class OdbcConnection : public Connection {
   [[nodiscard]] std::unique_ptr<Rows> Query(const std::string& sql, Origin origin,
                                             Values parameters) override;
   std::int64_t Execute(const std::string& sql, Origin origin, Values parameters) override;
+  [[nodiscard]] Ending Start(const std::string& sql, std::vector<host::Value> parameters) override;
   void Begin() override;
   void Commit() override;
   void Rollback() noexcept override;
@@ -47,7 +49,11 @@ class OdbcConnection : public Connection {
   [[nodiscard]] std::unique_ptr<OdbcRows> Read(const std::string& sql, Values parameters);
   /// A query whose connection has gone is sent once more over a new one: it changes nothing.
   [[nodiscard]] std::unique_ptr<OdbcRows> ReadAgain(const std::string& sql, Values parameters);
+  using PendingChange = OdbcChannel::Pending<std::int64_t>;
   std::int64_t Change(const std::string& sql, Values parameters);
+  [[nodiscard]] PendingChange StartChange(const std::string& sql,
+                                          std::vector<host::Value> parameters);
+  std::int64_t FinishChange(const PendingChange& change);
   /// Throws `error`, of a statement that changes something, with what is not known of it.
   [[noreturn]] void FailChange(const DatabaseError& error);
   [[nodiscard]] std::string Info(SQLUSMALLINT what) const;

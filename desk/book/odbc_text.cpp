@@ -1,5 +1,7 @@
 #include "book/odbc_text.h"
 
+#include <algorithm>
+
 #include "host/text.h"
 
 namespace desk::book {
@@ -13,10 +15,13 @@ std::string FromWide(const SQLWCHAR* text, std::size_t length) {
 }
 
 void AppendWide(std::string& to, const SQLWCHAR* text, std::size_t length) {
-  std::size_t plain = 0;
-  while (plain < length && text[plain] < 0x80) to += static_cast<char>(text[plain++]);
-  if (plain == length) return;
-  const std::u16string rest(text + plain, text + length);
+  const auto plain = std::find_if(text, text + length, [](SQLWCHAR unit) { return unit >= 0x80; });
+  const std::size_t start = to.size();
+  to.resize(start + static_cast<std::size_t>(plain - text));
+  std::transform(text, plain, to.begin() + static_cast<std::ptrdiff_t>(start),
+                 [](SQLWCHAR unit) { return static_cast<char>(unit); });
+  if (plain == text + length) return;
+  const std::u16string rest(plain, text + length);
   to += tavrix::host::ToUtf8(rest);
 }
 

@@ -63,42 +63,69 @@ class SingleLoader final : public RowLoader {
   std::vector<host::Value> row_;
 };
 
-/// Many rows as one array for each column: one statement, and the server reads each array in one
-/// go. The arrays are taken apart among the columns of the select, not behind its `from`, where
-/// each would be stored once more.
-class ArrayLoader final : public RowLoader {
+std::string_view TypeOf(ColumnKind kind) {
+  switch (kind) {
+    case ColumnKind::kKey:
+    case ColumnKind::kWhole:
+    case ColumnKind::kOptional:
+      return "integer";
+    case ColumnKind::kFlag:
+      return "smallint";
+    case ColumnKind::kMoney:
+      return "bigint";
+    case ColumnKind::kNumber:
+      return "double precision";
+    case ColumnKind::kText:
+    case ColumnKind::kCode:
+    case ColumnKind::kKeyText:
+      break;
+  }
+  return "text";
+}
+
+/// Rows as the texts of arrays, one for each column.
+class RowArrays {
  public:
-  ArrayLoader(Connection& connection, LoadPlan plan)
-      : connection_(connection), plan_(std::move(plan)), columns_(plan_.columns.size()) {
-    const auto array = [](const Column& column) {
-      return "unnest(cast(? as " + std::string(TypeOf(column.kind)) + "[]))";
-    };
-    insert_ = InsertStart(plan_) + "select " + List(plan_.columns, array);
+  explicit RowArrays(std::size_t columns) : columns_(columns) {}
+  [[nodiscard]] std::size_t Rows() const { return rows_; }
+  [[nodiscard]] std::size_t Bytes() const { return bytes_; }
+  /// Without rows, but with the room that it had.
+  void Clear() {
+    for (Texts& column : columns_) {
+      column.text.clear();
+      column.ends.clear();
+    }
+    rows_ = bytes_ = 0;
   }
 
-  void OnNull() override {
-    Cell().append("NULL");
+  void AddPlain(std::string_view text) {
+    Cell().append(text);
     EndCell();
   }
-  void OnWhole(std::int64_t number) override { AddNumber(number); }
-  void OnNumber(double number) override { AddNumber(number); }
-  void OnText(std::string_view text) override {
+  void AddQuoted(std::string_view text) {
     std::string& cell = Cell();
     cell += '"';
-    for (const char c : text) {
-      if (c == '"' || c == '\\') cell += '\\';
-      cell += c;
+    for (std::size_t at = 0; at < text.size();) {
+      const std::size_t special = std::min(text.find_first_of("\"\\", at), text.size());
+      cell.append(text, at, special - at);
+      if (special < text.size()) cell.append({'\\', text[special]});
+      at = special + 1;
     }
     cell += '"';
     EndCell();
   }
-  void Finish() override {
-    if (rows_ == 0) return;
-    connection_.Execute("savepoint loaded_rows", Origin::kDesk);
-    Send(0, rows_);
-    connection_.Execute("release savepoint loaded_rows", Origin::kDesk);
-    for (Texts& column : columns_) column = {};
-    rows_ = bytes_ = 0;
+
+  /// An array of the cells of a column in the rows from `first` on and before `end`.
+  [[nodiscard]] std::string Array(std::size_t column, std::size_t first, std::size_t end) const {
+    const auto [start, length] = Place(column, first, end);
+    std::string array;
+    array.reserve(length + 2);
+    return array.append("{").append(columns_[column].text, start, length).append("}");
+  }
+  /// The cell that names a row in messages.
+  [[nodiscard]] std::string Key(std::size_t row) const {
+    const auto [start, length] = Place(0, row, row + 1);
+    return columns_.front().text.substr(start, length);
   }
 
  private:
@@ -108,37 +135,10 @@ class ArrayLoader final : public RowLoader {
     std::vector<std::size_t> ends;
   };
 
-  static std::string_view TypeOf(ColumnKind kind) {
-    switch (kind) {
-      case ColumnKind::kKey:
-      case ColumnKind::kWhole:
-      case ColumnKind::kOptional:
-        return "integer";
-      case ColumnKind::kFlag:
-        return "smallint";
-      case ColumnKind::kMoney:
-        return "bigint";
-      case ColumnKind::kNumber:
-        return "double precision";
-      case ColumnKind::kText:
-      case ColumnKind::kCode:
-      case ColumnKind::kKeyText:
-        break;
-    }
-    return "text";
-  }
-
   std::string& Cell() {
     std::string& text = columns_[next_].text;
     if (rows_ > 0) text += ',';
     return text;
-  }
-  template <class Number>
-  void AddNumber(Number number) {
-    char digits[32];
-    const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
-    Cell().append(std::begin(digits), end);
-    EndCell();
   }
   void EndCell() {
     Texts& column = columns_[next_];
@@ -147,31 +147,103 @@ class ArrayLoader final : public RowLoader {
     if (++next_ < columns_.size()) return;
     next_ = 0;
     ++rows_;
-    if (rows_ >= kMostRows || bytes_ >= kMostBytes) Finish();
   }
-  /// An array of the cells of the rows from `first` on and before `end`.
-  static std::string Array(const Texts& column, std::size_t first, std::size_t end) {
-    const std::size_t start = first == 0 ? 0 : column.ends[first - 1] + 1;
-    return "{" + column.text.substr(start, column.ends[end - 1] - start) + "}";
+  /// Where the cells of some rows stand, and how long they are.
+  [[nodiscard]] std::pair<std::size_t, std::size_t> Place(std::size_t column, std::size_t first,
+                                                          std::size_t end) const {
+    const std::vector<std::size_t>& ends = columns_[column].ends;
+    const std::size_t start = first == 0 ? 0 : ends[first - 1] + 1;
+    return {start, ends[end - 1] - start};
   }
-  /// When the server refuses them, half of them, and so on, until it is known which row it is.
-  void Send(std::size_t first, std::size_t end) {
-    std::vector<host::Value> arrays;
-    for (const Texts& column : columns_) arrays.emplace_back(Array(column, first, end));
+
+  std::vector<Texts> columns_;
+  std::size_t next_ = 0;  ///< column of the next cell
+  std::size_t rows_ = 0;  ///< whole ones
+  std::size_t bytes_ = 0;
+};
+
+/// Many rows as one array for each column: one statement, and the server reads each array in one
+/// go. The arrays are taken apart among the columns of the select, not behind its `from`, where
+/// each would be stored once more. While the server stores some rows, the next are gathered.
+class ArrayLoader final : public RowLoader {
+ public:
+  ArrayLoader(Connection& connection, LoadPlan plan)
+      : connection_(connection),
+        plan_(std::move(plan)),
+        gathered_(plan_.columns.size()),
+        sent_(plan_.columns.size()) {
+    const auto array = [](const Column& column) {
+      return "unnest(cast(? as " + std::string(TypeOf(column.kind)) + "[]))";
+    };
+    insert_ = InsertStart(plan_) + "select " + List(plan_.columns, array);
+  }
+
+  void OnNull() override {
+    gathered_.AddPlain("NULL");
+    SendWhenMany();
+  }
+  void OnWhole(std::int64_t number) override { AddNumber(number); }
+  void OnNumber(double number) override { AddNumber(number); }
+  void OnText(std::string_view text) override {
+    gathered_.AddQuoted(text);
+    SendWhenMany();
+  }
+  void Finish() override {
+    Send();
+    Await();
+  }
+
+ private:
+  template <class Number>
+  void AddNumber(Number number) {
+    char digits[32];
+    const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+    gathered_.AddPlain({std::begin(digits), end});
+    SendWhenMany();
+  }
+  void SendWhenMany() {
+    if (gathered_.Rows() >= kMostRows || gathered_.Bytes() >= kMostBytes) Send();
+  }
+  void Send() {
+    Await();
+    if (gathered_.Rows() == 0) return;
+    std::swap(gathered_, sent_);
+    under_way_.push_back(connection_.Start("savepoint loaded_rows"));
+    under_way_.push_back(connection_.Start(insert_, Arrays(0, sent_.Rows())));
+  }
+  void Await() {
+    if (under_way_.empty()) return;
     try {
-      connection_.Execute(insert_, Origin::kDesk, arrays);
-      return;
+      for (const Ending& end : std::exchange(under_way_, {})) end();
     } catch (const DatabaseError& error) {
-      if (error.Reason() == Trouble::kGone) throw;
-      if (end - first == 1) {
-        const std::string key = Array(columns_.front(), first, end);
-        Refuse(plan_, key.substr(1, key.size() - 2), error);
-      }
+      Divide(0, sent_.Rows(), error);
     }
+    connection_.Execute("release savepoint loaded_rows", Origin::kDesk);
+    sent_.Clear();
+  }
+  /// The server has refused these rows. It is asked for half of them, and so on, until it is known
+  /// which row it is.
+  void Divide(std::size_t first, std::size_t end, const DatabaseError& error) {
+    if (error.Reason() == Trouble::kGone) throw DatabaseError(error);
+    if (end - first == 1) Refuse(plan_, sent_.Key(first), error);
     connection_.Execute("rollback to savepoint loaded_rows", Origin::kDesk);
     const std::size_t middle = first + (end - first) / 2;
-    Send(first, middle);
-    Send(middle, end);
+    Insert(first, middle);
+    Insert(middle, end);
+  }
+  void Insert(std::size_t first, std::size_t end) {
+    try {
+      connection_.Execute(insert_, Origin::kDesk, Arrays(first, end));
+    } catch (const DatabaseError& error) {
+      Divide(first, end, error);
+    }
+  }
+  [[nodiscard]] std::vector<host::Value> Arrays(std::size_t first, std::size_t end) const {
+    std::vector<host::Value> arrays;
+    for (std::size_t column = 0; column < plan_.columns.size(); ++column) {
+      arrays.emplace_back(sent_.Array(column, first, end));
+    }
+    return arrays;
   }
 
   static constexpr std::size_t kMostRows = 5000;
@@ -180,10 +252,9 @@ class ArrayLoader final : public RowLoader {
   Connection& connection_;
   LoadPlan plan_;
   std::string insert_;
-  std::vector<Texts> columns_;
-  std::size_t next_ = 0;  ///< column of the next cell
-  std::size_t rows_ = 0;  ///< whole ones that have not been sent
-  std::size_t bytes_ = 0;
+  RowArrays gathered_;
+  RowArrays sent_;
+  std::vector<Ending> under_way_;  ///< what stores the rows that were sent
 };
 
 }  // namespace

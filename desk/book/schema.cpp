@@ -6,6 +6,7 @@
 #include <limits>
 #include <utility>
 
+#include "book/connection_string.h"
 #include "book/ledger_rules.h"
 #include "host/text.h"
 
@@ -346,6 +347,10 @@ void EnsureIdentifierTable(Connection& connection) {
 }
 
 void RefuseNoBook(const std::string& path) {
+  if (IsConnectionString(path)) {
+    throw DatabaseError(Trouble::kDamaged,
+                        "数据库中没有账簿（没有科目表 gl_code）：" + ShortPlace(path));
+  }
   throw DatabaseError(Trouble::kDamaged, "这个文件不是账簿（没有科目表 gl_code）：" + path);
 }
 

@@ -26,7 +26,7 @@ std::string WireSentence(Wire wire) {
     case Wire::kPlain:
       return "与数据库服务器的连接没有加密。";
     case Wire::kLocal:
-      return "与数据库服务器的连接没有加密，但不离开这台机器。";
+      return "与数据库服务器的连接没有加密，但不离开本机。";
     case Wire::kUnknown:
       break;
   }

@@ -107,6 +107,27 @@ std::string NumberPart(std::string_view text, std::size_t at) {
   return part;
 }
 
+/// Writes `point` to `to`, which has room for four bytes; gives where it ends.
+char* PutUtf8(char* to, char32_t point) {
+  const auto put = [&](char32_t bits) { *to++ = static_cast<char>(bits); };
+  if (point < 0x80) {
+    put(point);
+  } else if (point < 0x800) {
+    put(0xC0 | (point >> 6));
+    put(0x80 | (point & 0x3F));
+  } else if (point < 0x10000) {
+    put(0xE0 | (point >> 12));
+    put(0x80 | ((point >> 6) & 0x3F));
+    put(0x80 | (point & 0x3F));
+  } else {
+    put(0xF0 | (point >> 18));
+    put(0x80 | ((point >> 12) & 0x3F));
+    put(0x80 | ((point >> 6) & 0x3F));
+    put(0x80 | (point & 0x3F));
+  }
+  return to;
+}
+
 }  // namespace
 
 char32_t NextCodePoint(std::string_view text, std::size_t& at) {
@@ -134,22 +155,8 @@ char32_t NextCodePoint(std::string_view text, std::size_t& at) {
 }
 
 void AppendUtf8(std::string& text, char32_t point) {
-  const auto append = [&](char32_t bits) { text.push_back(static_cast<char>(bits)); };
-  if (point < 0x80) {
-    append(point);
-  } else if (point < 0x800) {
-    append(0xC0 | (point >> 6));
-    append(0x80 | (point & 0x3F));
-  } else if (point < 0x10000) {
-    append(0xE0 | (point >> 12));
-    append(0x80 | ((point >> 6) & 0x3F));
-    append(0x80 | (point & 0x3F));
-  } else {
-    append(0xF0 | (point >> 18));
-    append(0x80 | ((point >> 12) & 0x3F));
-    append(0x80 | ((point >> 6) & 0x3F));
-    append(0x80 | (point & 0x3F));
-  }
+  std::array<char, 4> units;
+  text.append(units.data(), PutUtf8(units.data(), point));
 }
 
 std::optional<double> NumberAtStart(std::string_view text) {
@@ -193,38 +200,40 @@ std::string NumberText(double number) {
 }
 
 std::u16string ToUtf16(std::string_view text) {
-  std::u16string wide;
-  wide.reserve(text.size());
+  std::u16string wide(text.size(), u'\0');
+  char16_t* end = wide.data();
   for (std::size_t at = 0; at < text.size();) {
     const char32_t point = NextCodePoint(text, at);
     if (point < 0x10000) {
-      wide.push_back(static_cast<char16_t>(point));
+      *end++ = static_cast<char16_t>(point);
     } else {
-      wide.push_back(static_cast<char16_t>(0xD7C0 + (point >> 10)));
-      wide.push_back(static_cast<char16_t>(0xDC00 | (point & 0x3FF)));
+      *end++ = static_cast<char16_t>(0xD7C0 + (point >> 10));
+      *end++ = static_cast<char16_t>(0xDC00 | (point & 0x3FF));
     }
   }
+  wide.resize(static_cast<std::size_t>(end - wide.data()));
   return wide;
 }
 
 std::string ToUtf8(std::u16string_view text) {
-  std::string narrow;
-  narrow.reserve(text.size() * 3);
+  std::string narrow(text.size() * 3, '\0');
+  char* end = narrow.data();
   for (std::size_t at = 0; at < text.size(); ++at) {
     const char16_t unit = text[at];
     if (unit < 0xD800 || unit > 0xDFFF) {
-      AppendUtf8(narrow, unit);
+      end = PutUtf8(end, unit);
       continue;
     }
     const bool pair =
         unit < 0xDC00 && at + 1 < text.size() && text[at + 1] >= 0xDC00 && text[at + 1] < 0xE000;
     if (!pair) {
-      AppendUtf8(narrow, kReplacement);
+      end = PutUtf8(end, kReplacement);
       continue;
     }
     ++at;
-    AppendUtf8(narrow, 0x10000 + ((char32_t{unit} - 0xD800) << 10) + (text[at] - 0xDC00U));
+    end = PutUtf8(end, 0x10000 + ((char32_t{unit} - 0xD800) << 10) + (text[at] - 0xDC00U));
   }
+  narrow.resize(static_cast<std::size_t>(end - narrow.data()));
   return narrow;
 }
 

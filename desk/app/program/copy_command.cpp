@@ -4,7 +4,11 @@
 
 #include <shlobj.h>
 
+#include <cstdint>
 #include <exception>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "app/com/object.h"
 #include "book/copy.h"
@@ -27,9 +31,19 @@ bool Write(DWORD where, const std::string& text) {
          WriteFile(out, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
 }
 
-void Tell(const std::string& text, UINT icon) {
-  if (!Write(STD_OUTPUT_HANDLE, text))
-    MessageBoxW(nullptr, Wide(text).c_str(), kTitle, MB_OK | icon);
+/// `printed` goes to standard output; where there is none, a box shows `shown`.
+void Tell(const std::string& printed, const std::string& shown, UINT icon) {
+  if (!Write(STD_OUTPUT_HANDLE, printed))
+    MessageBoxW(nullptr, Wide(shown).c_str(), kTitle, MB_OK | icon);
+}
+
+/// What users call the contents of a table. Those without a name are copied in no time.
+std::string ContentsOf(std::string_view table) {
+  if (table == "gl_code") return "科目";
+  if (table == "gl_accvouch") return "凭证";
+  if (table == "gl_accass") return "辅助账";
+  if (table == "gl_accsum") return "总账";
+  return "其他资料";
 }
 
 /// How far the copy has come: lines on standard error for a script, which cancels by ending the
@@ -59,7 +73,9 @@ class ShownProgress {
       Print(state);
       return true;
     }
-    dialog_->SetLine(2, Wide(std::string(state.table)).c_str(), FALSE, nullptr);
+    dialog_->SetLine(1, state.compares ? L"正在逐行核对复制的账簿" : L"正在复制账簿", FALSE,
+                     nullptr);
+    dialog_->SetLine(2, Wide(ContentsOf(state.table)).c_str(), FALSE, nullptr);
     dialog_->SetProgress64(static_cast<ULONGLONG>(state.done), static_cast<ULONGLONG>(state.all));
     return dialog_->HasUserCancelled() == FALSE;
   }
@@ -77,24 +93,47 @@ class ShownProgress {
   int next_ = 0;
 };
 
+/// A line for each table.
+std::string PrintedRows(const std::vector<book::CopiedTable>& tables) {
+  std::string text = "账簿已复制，逐行核对一致：\n";
+  for (const book::CopiedTable& table : tables) {
+    text += table.name + "\t" + std::to_string(table.rows) + "\n";
+  }
+  return text;
+}
+
+/// A line for each kind of contents.
+std::string ShownRows(const std::vector<book::CopiedTable>& tables) {
+  std::vector<std::pair<std::string, std::int64_t>> kinds;
+  for (const book::CopiedTable& table : tables) {
+    const std::string kind = ContentsOf(table.name);
+    if (kinds.empty() || kinds.back().first != kind) kinds.emplace_back(kind, 0);
+    kinds.back().second += table.rows;
+  }
+  std::string text = "账簿已复制，逐行核对一致。\n";
+  for (const auto& [kind, rows] : kinds) text += "\n" + kind + "：" + std::to_string(rows) + " 行";
+  return text;
+}
+
 }  // namespace
 
 int CopyByCommand(const std::wstring& from, const std::wstring& to) {
+  bool cancelled = false;
   try {
     std::vector<book::CopiedTable> tables;
     {
       ShownProgress progress;
-      tables = book::CopyBook(Narrow(from), Narrow(to),
-                              [&](const book::CopyState& state) { return progress.Show(state); });
+      tables = book::CopyBook(Narrow(from), Narrow(to), [&](const book::CopyState& state) {
+        cancelled = !progress.Show(state);
+        return !cancelled;
+      });
     }
-    std::string text = "账簿已复制，逐行核对一致：\n";
-    for (const book::CopiedTable& table : tables) {
-      text += table.name + "\t" + std::to_string(table.rows) + "\n";
-    }
-    Tell(text, MB_ICONINFORMATION);
+    Tell(PrintedRows(tables), ShownRows(tables), MB_ICONINFORMATION);
     return 0;
   } catch (const std::exception& error) {
-    Tell("不能复制账簿：" + tavrix::host::ErrorText(error) + "\n", MB_ICONERROR);
+    const std::string text = cancelled ? "复制已取消，没有留下任何内容。"
+                                       : "不能复制账簿：" + tavrix::host::ErrorText(error);
+    Tell(text + "\n", text, cancelled ? MB_ICONINFORMATION : MB_ICONERROR);
     return 1;
   }
 }
