@@ -183,7 +183,12 @@ TEST(CodeChecks, WithoutAnOpenDialogNothingIsAllowed) {
   EXPECT_FALSE(editor.dialog->IsCanEdit("1001", 1).allowed);
   EXPECT_EQ(editor.dialog->NextBm("1001", "资产", false), std::nullopt);
   EXPECT_FALSE(editor.dialog->FileSave());
-  EXPECT_EQ(editor.reports.size(), 5U);
+  Reports refusals;
+  for (const std::string prefix :
+       {"IsCanSave->", "IsCanCodeRule->", "IsCanEdit::", "-->NextBm::", "FileSave->"}) {
+    refusals.push_back({prefix + "窗体尚未打开", kCommandError});
+  }
+  EXPECT_EQ(editor.reports, refusals);
   EXPECT_TRUE(editor.dialog->CloseForm());
 }
 

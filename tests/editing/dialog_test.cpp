@@ -297,7 +297,7 @@ TEST_F(DialogTest, ASecondOpeningIsRefusedAndHarmsNothing) {
   editor_.Open(Edit(3), [&] {
     editor_.SetName("工商银行");
     editor_.dialog->py_SubProgram(editor_.recorder.System(), "", false, false, "", 1);
-    EXPECT_EQ(editor_.reports.size(), 1U);
+    EXPECT_EQ(editor_.reports, (Reports{{"py_SubProgram->科目窗体已经打开", kLoadingError}}));
     EXPECT_EQ(editor_.Code(), "100201");
     EXPECT_TRUE(editor_.dialog->FileSave());
   });

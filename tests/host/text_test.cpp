@@ -26,7 +26,7 @@ TEST(LeadingNumberTest, ReadsWhatTheTextBeginsWith) {
 TEST(LeadingNumberTest, StaysFinite) {
   EXPECT_EQ(LeadingNumber("1e999"), std::numeric_limits<double>::max());
   EXPECT_EQ(LeadingNumber("-1e999"), -std::numeric_limits<double>::max());
-  EXPECT_EQ(LeadingNumber("1e-999"), 0);
+  EXPECT_EQ(LeadingNumber("1e-999") + LeadingNumber("1E-999"), 0);
   EXPECT_EQ(LeadingLong("99999999999"), std::numeric_limits<std::int32_t>::max());
   EXPECT_EQ(LeadingLong("-2.9"), -2);
   EXPECT_EQ(ToLong32(std::numeric_limits<double>::quiet_NaN()), 0);

@@ -31,15 +31,17 @@ TEST(Lifecycle, BeforeInitAndAfterClearEveryCommandIsRefusedWithAReport) {
   EXPECT_FALSE(t.view.Clear());
   EXPECT_EQ(t.wheel->detached, 1);
   EXPECT_FALSE(t.view.Refresh());
-  EXPECT_FALSE(t.view.RecordTop());
-  EXPECT_FALSE(t.view.FileNew());
-  EXPECT_FALSE(t.view.FileNewNext());
-  EXPECT_FALSE(t.view.FileEdit());
-  EXPECT_FALSE(t.view.FileDelete());
-  const std::string text = "控件尚未初始化|2|测试程序";
-  EXPECT_EQ(t.reports, (Texts{"刷新数据时出错：控件尚未初始化|8|测试程序", "RecordTop->" + text,
-                              "FileNew->" + text, "FileNewNext->" + text, "FileEdit->" + text,
-                              "FileDelete->" + text}));
+  EXPECT_FALSE(t.view.RecordTop() || t.view.RecordPrevious() || t.view.RecordNext() ||
+               t.view.RecordBottom() || t.view.Find("x") || t.view.FindNext() ||
+               t.view.Filter("x") || t.view.FileNew() || t.view.FileNewNext() ||
+               t.view.FileEdit() || t.view.FileDelete());
+  Texts expected = {"刷新数据时出错：控件尚未初始化|8|测试程序"};
+  for (const std::string command :
+       {"RecordTop", "RecordPrevious", "RecordNext", "RecordBottom", "Find", "FindNext", "Filter",
+        "FileNew", "FileNewNext", "FileEdit", "FileDelete"}) {
+    expected.push_back(command + "->控件尚未初始化|2|测试程序");
+  }
+  EXPECT_EQ(t.reports, expected);
   EXPECT_FALSE(t.view.Clear()) << "a second time does no harm";
 
   t.reports.clear();
@@ -287,6 +289,13 @@ TEST(Wheel, AGridThatGetsTheFocusTakesTheSource) {
   t.Grid().NotifyFocus(false);
   EXPECT_TRUE(t.Grid().SetFocus());
   EXPECT_EQ(t.wheel->attached, 1) << "it is attached already";
+  t.wheel->Attach(4711);
+  t.Grid().NotifyFocus(false);
+  t.host.FailNext("MouseEvent.Attach", Fault::kThrow, "x");
+  EXPECT_TRUE(t.Grid().SetFocus());
+  t.host.FailNext("MouseEvent.Position", Fault::kThrow, "x");
+  t.Grid().SetTopRow(3);
+  EXPECT_EQ(t.reports, (Texts{"Vs_GotFocus->x|8|测试程序", "Vs_AfterScroll->x|8|测试程序"}));
 }
 
 TEST(Design, WhatTheHostHasPlacedStaysUntilTheViewIsResized) {
@@ -318,7 +327,8 @@ TEST(Design, BackColorIsTheOnlyParameter) {
   parameters->Set("backcolor", "黑");
   t.view.SetParameters(parameters);
   EXPECT_EQ(t.view.BackColor(), 0x80000005U) << "what is no number is no colour";
-  EXPECT_EQ(t.reports.size(), 1U);
+  ASSERT_EQ(t.reports.size(), 1U);
+  EXPECT_TRUE(t.reports[0].starts_with("IDesignUI_Parameters->")) << t.reports[0];
 }
 
 }  // namespace

@@ -201,6 +201,12 @@ TEST(Keys, ControlBLeadsToTheSearchBox) {
 
 TEST(View, BoxesAndLayoutFitEverySize) {
   Loaded f;
+  std::string captions;
+  for (viewkit::Control* control : f.Everywhere()) {
+    const auto* captioned = dynamic_cast<viewkit::Captioned*>(control);
+    if (captioned != nullptr) captions += captioned->Caption() + "|";
+  }
+  EXPECT_EQ(captions, "显示封存科目|筛选|查找|确定|取消|刷新|科目...|共:8条||");
   for (const auto& [width, height] :
        {std::pair{3600, 3600}, {4800, 3600}, {28800, 16200}, {9000, 6000}, {300, 100}, {0, 0}}) {
     f.picker.Resize(width, height);

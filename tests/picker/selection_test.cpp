@@ -274,6 +274,8 @@ TEST(Selection, NamesItsStatusFileAfterProgramAndContainer) {
   EXPECT_EQ(f.picker.StatusName(), "77");
   f.picker.SetContainerName("凭证:科目*1");
   EXPECT_EQ(f.picker.StatusName(), "77凭证_科目_1");
+  f.picker.SetContainerName("<>:\"/\\|?*\x1F !");
+  EXPECT_EQ(f.picker.StatusName(), "77__________ !");
 }
 
 TEST(PickedAccounts, AreFoundByPositionAndKey) {

@@ -50,6 +50,7 @@ TEST(FormatNumberTest, WritesDigitsAsTheFormatSays) {
 
 TEST(DateTest, ReadsWrittenAndStoredDates) {
   EXPECT_EQ(DateOf("2024-2-29"), (Date{2024, 2, 29}));
+  EXPECT_EQ(DateOf("2024.2.29t1:2"), (Date{2024, 2, 29, 1, 2}));
   EXPECT_EQ(DateOf(" 2024/12/31 23:59:58 "), (Date{2024, 12, 31, 23, 59, 58}));
   EXPECT_EQ(DateOf("2024-01-05T07:08:09.5"), (Date{2024, 1, 5, 7, 8, 9}));
   EXPECT_EQ(DateOf("20240131"), (Date{2024, 1, 31}));
