@@ -94,6 +94,7 @@ class RowArrays {
     for (Texts& column : columns_) {
       column.text.clear();
       column.ends.clear();
+      column.same = true;
     }
     rows_ = bytes_ = 0;
   }
@@ -122,6 +123,8 @@ class RowArrays {
     array.reserve(length + 2);
     return array.append("{").append(columns_[column].text, start, length).append("}");
   }
+  /// Whether all rows have the same there.
+  [[nodiscard]] bool IsSame(std::size_t column) const { return columns_[column].same; }
   /// The cell that names a row in messages.
   [[nodiscard]] std::string Key(std::size_t row) const {
     const auto [start, length] = Place(0, row, row + 1);
@@ -133,6 +136,7 @@ class RowArrays {
   struct Texts {
     std::string text;
     std::vector<std::size_t> ends;
+    bool same = true;
   };
 
   std::string& Cell() {
@@ -144,6 +148,10 @@ class RowArrays {
     Texts& column = columns_[next_];
     bytes_ += column.text.size() - (column.ends.empty() ? 0 : column.ends.back());
     column.ends.push_back(column.text.size());
+    if (column.same && rows_ > 0) {
+      const std::string_view text(column.text);
+      column.same = text.substr(column.ends[rows_ - 1] + 1) == text.substr(0, column.ends.front());
+    }
     if (++next_ < columns_.size()) return;
     next_ = 0;
     ++rows_;
@@ -171,12 +179,7 @@ class ArrayLoader final : public RowLoader {
       : connection_(connection),
         plan_(std::move(plan)),
         gathered_(plan_.columns.size()),
-        sent_(plan_.columns.size()) {
-    const auto array = [](const Column& column) {
-      return "unnest(cast(? as " + std::string(TypeOf(column.kind)) + "[]))";
-    };
-    insert_ = InsertStart(plan_) + "select " + List(plan_.columns, array);
-  }
+        sent_(plan_.columns.size()) {}
 
   void OnNull() override {
     gathered_.AddPlain("NULL");
@@ -208,6 +211,7 @@ class ArrayLoader final : public RowLoader {
     Await();
     if (gathered_.Rows() == 0) return;
     std::swap(gathered_, sent_);
+    insert_ = InsertStart(plan_) + "select " + Selected();
     under_way_.push_back(connection_.Start("savepoint loaded_rows"));
     under_way_.push_back(connection_.Start(insert_, Arrays(0, sent_.Rows())));
   }
@@ -238,10 +242,22 @@ class ArrayLoader final : public RowLoader {
       Divide(first, end, error);
     }
   }
+  /// Where all rows have the same, as in columns that a book does not use, an array of one does.
+  /// The first column tells how many rows there are.
+  [[nodiscard]] bool IsOneForAll(std::size_t column) const {
+    return column > 0 && sent_.IsSame(column);
+  }
+  [[nodiscard]] std::string Selected() const {
+    std::size_t next = 0;
+    return List(plan_.columns, [&](const Column& column) {
+      const std::string array = "cast(? as " + std::string(TypeOf(column.kind)) + "[])";
+      return IsOneForAll(next++) ? "(" + array + ")[1]" : "unnest(" + array + ")";
+    });
+  }
   [[nodiscard]] std::vector<host::Value> Arrays(std::size_t first, std::size_t end) const {
     std::vector<host::Value> arrays;
     for (std::size_t column = 0; column < plan_.columns.size(); ++column) {
-      arrays.emplace_back(sent_.Array(column, first, end));
+      arrays.emplace_back(sent_.Array(column, first, IsOneForAll(column) ? first + 1 : end));
     }
     return arrays;
   }
