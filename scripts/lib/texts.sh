@@ -1,0 +1,66 @@
+# The documents against what they speak of.
+# shellcheck shell=bash
+
+documents() { (cd "$root" && find README.md CHANGELOG.md docs -name '*.md' | sort); }
+
+check_texts() {
+  local bad=0
+  links_lead_nowhere && bad=1
+  paths_are_gone && bad=1
+  commands_are_not_told && bad=1
+  keys_differ && bad=1
+  return "$bad"
+}
+
+# complain WHAT: tells what standard input lists; fails when that is nothing.
+complain() {
+  local found
+  found=$(cat)
+  [[ -n $found ]] || return 1
+  warn "$1"
+  printf '%s\n' "$found" >&2
+}
+
+links_lead_nowhere() {
+  documents | while read -r document; do
+    { grep -oE '\]\([^)#]+' "$root/$document" || true; } | sed 's/^](//' | grep -v '^[a-z]*:' |
+      while read -r target; do
+        [[ -e $root/$(dirname "$document")/$target ]] || printf '%s: %s\n' "$document" "$target"
+      done
+  done | complain "these links lead nowhere:"
+}
+
+# What a document names in `...` below one of our folders.
+paths_are_gone() {
+  documents | grep -v CHANGELOG | while read -r document; do
+    { grep -oE '`(src|desk|tests|scripts|docs|bench|fuzz|samples|packaging)/[^` ]*' "$root/$document" || true; } |
+      tr -d '`' | sort -u | while read -r path; do
+        compgen -G "$root/$path" >/dev/null || printf '%s: %s\n' "$document" "$path"
+      done
+  done | complain "these files are gone:"
+}
+
+commands_are_not_told() {
+  find "$root/scripts" -maxdepth 1 -type f -perm -u+x -printf 'scripts/%f\n' | sort |
+    while read -r command; do
+      grep -qE "$command([^-a-z0-9]|\$)" "$root/docs/building.md" || printf '%s\n' "$command"
+    done | complain "docs/building.md does not tell of:"
+}
+
+# The keys in the desk's tables of commands: as its menus show them.
+keys_differ() {
+  local told product
+  product=$(grep -oE '(\{|, )L"(Ctrl|Shift|Alt|F[0-9]|Del)[^"]*"' "$root/desk/app/frame/commands.cpp" |
+    sed 's/^[^"]*"//; s/"$//' | sort -u)
+  told=$(sed -n '/^| Key | Command/,/^$/p' "$root/docs/desk.md" |
+    awk -F '|' 'NR > 2 { print $2; print $4 }' | sed 's/ … /, /g' | tr ',' '\n' |
+    sed 's/^ *//; s/ *$//' | sort -u)
+  {
+    # Alt+F4 is the system's; keys between the ends of a range are not told one by one.
+    comm -23 <(printf '%s\n' "$product") <(printf '%s\n' "$told") |
+      grep -vE '^(Alt\+F4|Ctrl\+[2-6])$' | sed 's/^/not told: /'
+    # What the view and the system do by themselves is no command of the desk.
+    comm -13 <(printf '%s\n' "$product") <(printf '%s\n' "$told") |
+      grep -vE '^(|Enter|Shift\+F10|menu key|right click)$' | sed 's/^/no command: /'
+  } | complain "docs/desk.md and the desk's keys differ:"
+}
