@@ -198,6 +198,17 @@ TEST_F(LegibilityTest, OnDarkGroundsDarkTextsTakeTheSystemsColour) {
   EXPECT_GT(Count(Shown(tabs), 0xF0FFF0), 20);
 }
 
+// Sealed accounts, on systems whose grey is hardly seen.
+TEST_F(LegibilityTest, WhatStandsBackDoesSoLegibly) {
+  constexpr COLORREF kBetween = 0x666666;
+  const SystemColors pale({COLOR_GRAYTEXT, COLOR_WINDOW, COLOR_WINDOWTEXT},
+                          {0xC0C0C0, 0xFFFFFF, 0x000000});
+  grid.SetTextMatrix(1, 0, "应收账款");
+  EXPECT_EQ(Count(Shown(grid), kBetween), 0);
+  grid.SetCellForeColor(1, 0, color::kGrayText);
+  EXPECT_GT(Count(Shown(grid), kBetween), 20);
+}
+
 TEST_F(LegibilityTest, OnALightCellOfADarkSystemTheTextIsDark) {
   const SystemColors dark({COLOR_WINDOW, COLOR_WINDOWTEXT, COLOR_BTNFACE, COLOR_BTNTEXT},
                           {0x000000, 0xF0FFF0, 0x000000, 0xF0FFF0});

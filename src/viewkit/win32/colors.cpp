@@ -20,8 +20,13 @@ COLORREF ToColorRef(Color color, Color fallback) {
 }
 
 COLORREF TextOn(COLORREF ground, COLORREF wanted) {
-  const Color system[] = {GetSysColor(COLOR_WINDOWTEXT), GetSysColor(COLOR_BTNTEXT),
-                          GetSysColor(COLOR_HIGHLIGHTTEXT), GetSysColor(COLOR_WINDOW)};
+  constexpr int kStandsBack = 60;
+  const COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
+  // What stands back shall do so too where the system's grey is too light.
+  const bool grey = wanted == GetSysColor(COLOR_GRAYTEXT);
+  const Color system[] = {grey ? Blend(text, ground, kStandsBack) : text, text,
+                          GetSysColor(COLOR_BTNTEXT), GetSysColor(COLOR_HIGHLIGHTTEXT),
+                          GetSysColor(COLOR_WINDOW)};
   return LegibleOn(ground, wanted, system);
 }
 
