@@ -47,9 +47,9 @@ TEST(AmbientProperties, GiveTheControlItsFontAndColourAndChangeThem) {
   OwnContainer container;
   Ambients& ambients = container.ambients;
   const ComPtr<IUnknown> control = container.Place(L"tavrix.selKjkm");
-  long color = 0;
+  OLE_COLOR color = 0;
   EXPECT_EQ(control.As<_selKjkm>()->get_BackColor(&color), S_OK);
-  EXPECT_EQ(color, ambients.back_color);
+  EXPECT_EQ(color, static_cast<OLE_COLOR>(ambients.back_color));
   ASSERT_EQ(container.Do(control, OLEIVERB_INPLACEACTIVATE), S_OK);
 
   LOGFONTW font = FontOfChild(control, "SearchBox1");
@@ -69,12 +69,12 @@ TEST(AmbientProperties, GiveTheControlItsFontAndColourAndChangeThem) {
   EXPECT_NEAR(-font.lfHeight, pixels(), 1);
   EXPECT_EQ(TextColorOf(view), 0x00FFF0F0U);
   EXPECT_EQ(control.As<_selKjkm>()->get_BackColor(&color), S_OK);
-  EXPECT_EQ(color, ambients.back_color);
+  EXPECT_EQ(color, static_cast<OLE_COLOR>(ambients.back_color));
   // A colour that a caller has set counts more than the container's.
   EXPECT_EQ(control.As<_selKjkm>()->put_BackColor(0x00FFFFFF), S_OK);
   EXPECT_EQ(control.As<IOleControl>()->OnAmbientPropertyChange(DISPID_UNKNOWN), S_OK);
   EXPECT_EQ(control.As<_selKjkm>()->get_BackColor(&color), S_OK);
-  EXPECT_EQ(color, 0x00FFFFFF);
+  EXPECT_EQ(color, 0x00FFFFFFU);
   container.Remove(control);
 }
 

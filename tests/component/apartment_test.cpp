@@ -10,11 +10,13 @@
 #include "component/loaded_library.h"
 #include "qnDesignUI.h"
 #include "qnFormUI.h"
+#include "tavrix.h"
 
 namespace tavrix::test {
 namespace {
 
 using component::Bstr;
+using component::Variant;
 
 /// A view in an apartment of its own, used from another one, with nothing registered. Wine keeps
 /// that apartment and what it holds: no test behind this one can see the library unloaded.
@@ -36,10 +38,22 @@ TEST(Apartments, EarlyBoundCallersReachAViewFromAnyThread) {
       if (design && SUCCEEDED(design->get_Controls(controls.Put())) && controls) {
         found += " controls";
       }
+      OLE_COLOR color = 0;
+      if (auto own = view.As<_Kjkm>(); own && SUCCEEDED(own->get_BackColor(&color)))
+        found += " colour";
+      ComPtr<IDispatch> child;
+      auto all = controls ? controls.As<IChildControls>() : nullptr;
+      if (all && SUCCEEDED(all->get_Item(Variant(std::string_view("Vs(0)")).Get(), child.Put()))) {
+        const auto grid = child.As<IChildControl>();
+        if (grid && SUCCEEDED(grid->get_TypeName(text.Put()))) {
+          found += " " + component::TextOf(text.Get());
+        }
+        if (child.As<IGridRows>()) found += " rows";
+      }
     }
     CoUninitialize();
   }).join();
-  EXPECT_EQ(found, "interfaces True controls");
+  EXPECT_EQ(found, "interfaces True controls colour VSFlexGrid rows");
 }
 
 }  // namespace

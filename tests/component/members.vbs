@@ -48,6 +48,10 @@ Assert.Equal view.BackColor, 255, "BackColor"
 Assert.Equal view.Controls.Item("vxVSTab").BackColor, 255, "BackColor of the tabs"
 view.BackColor = 128
 Assert.Equal view.BackColor, 128, "BackColor set"
+view.BackColor = 2147483663
+Assert.Equal view.BackColor, -2147483633, "a colour of the system is a Long with its sign"
+Assert.Equal TypeName(view.BackColor), "Long", "type of a colour"
+Assert.Equal TypeName(view.Controls.Item("Vs(0)").CellForeColor(0, 0)), "Long", "type of a cell's colour"
 
 ' The long names, and any case.
 Assert.Equal view.IFormUI_IsDirty, False, "a name with its interface"

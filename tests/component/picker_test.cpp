@@ -59,6 +59,37 @@ StubHost::Row PickerRow(int id, std::string_view code, std::string_view name) {
           number(1),  text("资产"), number(0),  number(1)};
 }
 
+/// Results of one library are of its own types, and each class describes itself.
+TEST(PickedAccounts, AreTypedForEarlyBoundCallersAndTellTheirClass) {
+  CLSID clsid{};
+  ComPtr<_colKjkm> accounts;
+  ASSERT_EQ(CLSIDFromProgID(L"tavrix.colKjkm", &clsid), S_OK);
+  ASSERT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(_colKjkm),
+                             accounts.PutVoid()),
+            S_OK);
+  const Bstr text(std::string_view("1001"));
+  ComPtr<_clsKjkm> account;
+  ComPtr<_colKjkm> below;
+  ASSERT_EQ(
+      accounts->Add(text.Get(), 7, text.Get(), text.Get(), text.Get(), text.Get(), account.Put()),
+      S_OK);
+  ASSERT_EQ(account->get_colKjkm(below.Put()), S_OK);
+  EXPECT_EQ(account->putref_colKjkm(accounts.Get()), S_OK);
+  EXPECT_EQ(account->get_colKjkm(below.Put()), S_OK);
+  EXPECT_EQ(below.Get(), accounts.Get());
+  EXPECT_EQ(account->putref_colKjkm(nullptr), S_OK) << "ends the circle";
+  const auto name_of = [](const auto& object) {
+    ComPtr<ITypeInfo> described;
+    Bstr name;
+    const auto info = object.template As<IProvideClassInfo>();
+    if (!info || FAILED(info->GetClassInfo(described.Put()))) return std::string("(none)");
+    described->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr);
+    return component::TextOf(name.Get());
+  };
+  EXPECT_EQ(name_of(accounts), "colKjkm");
+  EXPECT_EQ(name_of(account), "clsKjkm");
+}
+
 /// The picker for a caller that knows its interfaces.
 class Picker : public testing::Test {
  protected:

@@ -144,9 +144,9 @@ TEST(LateCalls, TakeAColorOfTheSystemWithoutASign) {
   for (const VARIANT& color : {Variant(2147483653.0).Get(), whole}) {
     EXPECT_EQ(view.As<_Kjkm>()->put_BackColor(0), S_OK);
     EXPECT_EQ(Late(view).Call(L"BackColor", {color}, {DISPID_PROPERTYPUT}), S_OK);
-    long now = 0;
+    OLE_COLOR now = 0;
     EXPECT_EQ(view.As<_Kjkm>()->get_BackColor(&now), S_OK);
-    EXPECT_EQ(now, static_cast<long>(0x80000005));
+    EXPECT_EQ(now, 0x80000005);
   }
   const VARIANT beyond = Variant(4294967296.0).Get();
   EXPECT_EQ(Late(view).Call(L"BackColor", {beyond}, {DISPID_PROPERTYPUT}), DISP_E_OVERFLOW);

@@ -331,13 +331,13 @@ class Kept : public testing::Test {
     SIZEL extent{9000, 7000};
     EXPECT_EQ(view_.As<IOleObject>()->SetExtent(DVASPECT_CONTENT, &extent), S_OK);
   }
-  [[nodiscard]] static long ColorOf(const ComPtr<IUnknown>& view) {
-    long color = 0;
+  [[nodiscard]] static OLE_COLOR ColorOf(const ComPtr<IUnknown>& view) {
+    OLE_COLOR color = 0;
     EXPECT_EQ(view.As<_Kjkm>()->get_BackColor(&color), S_OK);
     return color;
   }
   static void ExpectRestored(const ComPtr<IUnknown>& view) {
-    EXPECT_EQ(ColorOf(view), 0x00123456);
+    EXPECT_EQ(ColorOf(view), 0x00123456U);
     SIZEL extent{};
     EXPECT_EQ(view.As<IOleObject>()->GetExtent(DVASPECT_CONTENT, &extent), S_OK);
     EXPECT_EQ(extent.cx, 9000);
@@ -385,16 +385,16 @@ TEST_F(Kept, ComesBackFromAStorage) {
 
 TEST_F(Kept, ComesBackFromPropertiesByName) {
   const auto bag = component::MakeObject<Bag>().As<IPropertyBag>();
-  const long before = ColorOf(other_);
+  const OLE_COLOR before = ColorOf(other_);
   EXPECT_EQ(other_.As<IPersistPropertyBag>()->Load(bag.Get(), nullptr), S_OK);
   EXPECT_EQ(ColorOf(other_), before) << "a property that is missing";
   EXPECT_EQ(view_.As<IPersistPropertyBag>()->Save(bag.Get(), TRUE, TRUE), S_OK);
   EXPECT_EQ(other_.As<IPersistPropertyBag>()->Load(bag.Get(), nullptr), S_OK);
-  EXPECT_EQ(ColorOf(other_), 0x00123456);
+  EXPECT_EQ(ColorOf(other_), 0x00123456U);
   VARIANT unsigned_color = Variant(2147483663.0).Detach();
   EXPECT_EQ(bag->Write(L"BackColor", &unsigned_color), S_OK);
   EXPECT_EQ(other_.As<IPersistPropertyBag>()->Load(bag.Get(), nullptr), S_OK);
-  EXPECT_EQ(ColorOf(other_), static_cast<long>(0x8000000F));
+  EXPECT_EQ(ColorOf(other_), 0x8000000F);
 }
 
 }  // namespace

@@ -140,7 +140,7 @@ std::vector<std::wstring> AccountPicker::Picked() const {
   Check(accounts->get_Count(&count));
   std::vector<std::wstring> codes;
   for (std::int32_t position = 1; position <= count; ++position) {
-    ComPtr<IDispatch> account;
+    ComPtr<_clsKjkm> account;
     Check(accounts->get_Item(Variant(position).Get(), account.Put()));
     codes.push_back(CodeOf(account.Get()));
   }

@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "component/activex/class_info.h"
+#include "component/activex/control_class_info.h"
 #include "component/activex/embedded_view.h"
 #include "component/activex/in_place.h"
 #include "component/activex/listening.h"
@@ -92,7 +92,7 @@ class ActiveControl : public Identity {
 
   ErrorSupport errors_;
   EventContainer event_container_;
-  ClassInfo class_info_;
+  ControlClassInfo class_info_;
   OleObject ole_object_;
   OleControl ole_control_;
   OleInPlaceObject in_place_object_;

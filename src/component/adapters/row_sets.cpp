@@ -2,10 +2,13 @@
 
 #include <oleauto.h>
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "component/adapters/late_object.h"
 #include "component/adapters/values.h"
 #include "component/base/failure.h"
 
@@ -124,6 +127,42 @@ host::RowSet ReadTexts(std::size_t fields, SAFEARRAY& ends, std::wstring_view te
   return rows;
 }
 
+ComFailure NoRows() {
+  return {DISP_E_TYPEMISMATCH, "GetRows 没有返回二维数组"};
+}
+
+LateObject ElementOf(const LateObject& array, std::int32_t index) {
+  ComPtr<IDispatch> element = array.ObjectOf(std::to_wstring(index).c_str());
+  if (!element) throw NoRows();
+  return LateObject(std::move(element));
+}
+
+/// What JavaScript has in place of an array of two dimensions: an array of records, each an array
+/// of as many fields.
+host::RowSet ReadRecords(const LateObject& records) {
+  const std::int32_t count = records.LongOf(L"length");
+  const std::int32_t fields = count > 0 ? ElementOf(records, 0).LongOf(L"length") : 0;
+  if (fields < 1) throw NoRows();
+  host::RowSet rows(static_cast<std::size_t>(fields));
+  TextConverter text(rows);
+  for (std::int32_t i = 0; i < count; ++i) {
+    const LateObject record = ElementOf(records, i);
+    if (record.LongOf(L"length") != fields) throw NoRows();
+    for (std::int32_t j = 0; j < fields; ++j) {
+      AppendCell(rows, text, record.Get(std::to_wstring(j).c_str()).Get());
+    }
+  }
+  return rows;
+}
+
+bool IsScriptArray(const LateObject& object) {
+  try {
+    return object.IsOfScript() && object.LongOf(L"length") >= 0;
+  } catch (const ComFailure&) {  // an object of another kind
+    return false;
+  }
+}
+
 SAFEARRAY* ArrayOf(const VARIANT& value) {
   if ((value.vt & VT_ARRAY) == 0) return nullptr;
   return (value.vt & VT_BYREF) != 0 ? *value.pparray : value.parray;
@@ -133,10 +172,12 @@ SAFEARRAY* ArrayOf(const VARIANT& value) {
 
 host::RowSet ToRowSet(const Variant& rows) {
   const VARIANT& value = Target(rows.Get());
-  SAFEARRAY* const array = ArrayOf(value);
-  if (array == nullptr || array->cDims != 2) {
-    throw ComFailure(DISP_E_TYPEMISMATCH, "GetRows 没有返回二维数组");
+  if (auto object = rows.Object()) {
+    const LateObject records(std::move(object));
+    if (IsScriptArray(records)) return ReadRecords(records);
   }
+  SAFEARRAY* const array = ArrayOf(value);
+  if (array == nullptr || array->cDims != 2) throw NoRows();
   return Read(*array, static_cast<VARTYPE>(value.vt & ~(VT_ARRAY | VT_BYREF)));
 }
 

@@ -40,18 +40,33 @@ class Lent {
 using LentFunction = Lent<FUNCDESC, &ITypeInfo::ReleaseFuncDesc>;
 using LentType = Lent<TYPEATTR, &ITypeInfo::ReleaseTypeAttr>;
 
-/// The type as it is passed: a pointer to a simple type becomes VT_BYREF, an object a VT_DISPATCH.
-VARTYPE PassedType(const TYPEDESC& type) {
-  if (type.vt != VT_PTR) return type.vt;
-  const VARTYPE target = type.lptdesc->vt;
-  if (target == VT_USERDEFINED) return VT_DISPATCH;
-  return static_cast<VARTYPE>(VT_BYREF | PassedType(*type.lptdesc));
+VARTYPE PassedType(ITypeInfo& info, const TYPEDESC& type);
+
+/// What stands behind a name: an interface is an object, an alias what it stands for.
+VARTYPE NamedType(ITypeInfo& info, HREFTYPE reference) {
+  ComPtr<ITypeInfo> named;
+  Check(info.GetRefTypeInfo(reference, named.Put()));
+  LentType attributes(*named.Get());
+  Check(named->GetTypeAttr(attributes.Put()));
+  if (attributes->typekind != TKIND_ALIAS) return VT_DISPATCH;
+  const VARTYPE target = PassedType(*named.Get(), attributes->tdescAlias);
+  // Colours: script engines cannot calculate with numbers that have no sign.
+  return target == VT_UI4 ? static_cast<VARTYPE>(VT_I4) : target;
 }
 
-Parameter ReadParameter(const ELEMDESC& element) {
+/// The type as it is passed: a pointer to a simple type becomes VT_BYREF, an object a VT_DISPATCH.
+VARTYPE PassedType(ITypeInfo& info, const TYPEDESC& type) {
+  if (type.vt == VT_USERDEFINED) return NamedType(info, type.hreftype);
+  if (type.vt != VT_PTR) return type.vt;
+  const VARTYPE target = PassedType(info, *type.lptdesc);
+  const bool object = type.lptdesc->vt == VT_USERDEFINED && target == VT_DISPATCH;
+  return object ? target : static_cast<VARTYPE>(VT_BYREF | target);
+}
+
+Parameter ReadParameter(ITypeInfo& info, const ELEMDESC& element) {
   const USHORT flags = element.paramdesc.wParamFlags;
   Parameter parameter;
-  parameter.type = PassedType(element.tdesc);
+  parameter.type = PassedType(info, element.tdesc);
   parameter.result = (flags & PARAMFLAG_FRETVAL) != 0;
   parameter.optional = (flags & (PARAMFLAG_FOPT | PARAMFLAG_FHASDEFAULT)) != 0;
   parameter.fallback = Variant::Missing();
@@ -61,13 +76,13 @@ Parameter ReadParameter(const ELEMDESC& element) {
   return parameter;
 }
 
-Member ReadMember(const LentFunction& function) {
+Member ReadMember(ITypeInfo& info, const LentFunction& function) {
   Member member;
   member.id = function->memid;
   member.kind = function->invkind;
   member.slot = static_cast<ULONG_PTR>(function->oVft);
   for (SHORT i = 0; i < function->cParams; ++i) {
-    member.parameters.push_back(ReadParameter(function->lprgelemdescParam[i]));
+    member.parameters.push_back(ReadParameter(info, function->lprgelemdescParam[i]));
   }
   return member;
 }
@@ -98,8 +113,9 @@ MemberTable::MemberTable(const IID& iid) : info_(TypeInfoOf(iid)) {
   HREFTYPE reference = 0;
   // A dual interface is described twice; -1 leads from its names to its table of methods.
   Check(info_->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference));
-  Check(info_->GetRefTypeInfo(reference, methods_.Put()));
-  Read(*methods_.Get());
+  ComPtr<ITypeInfo> methods;
+  Check(info_->GetRefTypeInfo(reference, methods.Put()));
+  Read(*methods.Get());
 }
 
 void MemberTable::Read(ITypeInfo& methods) {
@@ -110,7 +126,7 @@ void MemberTable::Read(ITypeInfo& methods) {
   for (UINT i = 0; i < type->cFuncs; ++i) {
     LentFunction function(methods);
     Check(methods.GetFuncDesc(i, function.Put()));
-    members_.push_back(ReadMember(function));
+    members_.push_back(ReadMember(methods, function));
   }
   ReadInherited(methods);
 }

@@ -52,8 +52,6 @@ class MemberTable {
   /// The interface's own name.
   [[nodiscard]] std::wstring_view Name() const { return name_; }
   [[nodiscard]] const ComPtr<ITypeInfo>& Info() const { return info_; }
-  /// The interface as its table of methods.
-  [[nodiscard]] const ComPtr<ITypeInfo>& Methods() const { return methods_; }
 
  private:
   void Read(ITypeInfo& methods);
@@ -61,7 +59,6 @@ class MemberTable {
 
   std::vector<IID> iids_;  // its own, then those it inherits
   ComPtr<ITypeInfo> info_;
-  ComPtr<ITypeInfo> methods_;
   std::wstring name_;
   std::vector<Member> members_;
 };

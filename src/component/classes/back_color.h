@@ -12,13 +12,11 @@ class BackColorFace : public DualFace<Interface> {
   explicit BackColorFace(ActiveControl& control)
       : DualFace<Interface>(control), control_(control) {}
 
-  STDMETHODIMP get_BackColor(long* result) noexcept override {
-    return Guarded(__uuidof(Interface),
-                   [&] { Out(result) = static_cast<long>(control_.View().BackColor()); });
+  STDMETHODIMP get_BackColor(OLE_COLOR* result) noexcept override {
+    return Guarded(__uuidof(Interface), [&] { Out(result) = control_.View().BackColor(); });
   }
-  STDMETHODIMP put_BackColor(long value) noexcept override {
-    return Guarded(__uuidof(Interface),
-                   [&] { control_.SetBackColor(static_cast<viewkit::Color>(value)); });
+  STDMETHODIMP put_BackColor(OLE_COLOR value) noexcept override {
+    return Guarded(__uuidof(Interface), [&] { control_.SetBackColor(value); });
   }
 
  private:

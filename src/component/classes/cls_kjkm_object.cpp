@@ -12,9 +12,11 @@ ClsKjkmObject::ClsKjkmObject(IUnknown* outer, std::shared_ptr<picker::clsKjkm> a
       DualFace(static_cast<Identity&>(*this)),
       account_(std::move(account)),
       entry_(account_.get(), *this),
-      errors_(*this) {
+      errors_(*this),
+      class_info_(*this, CLSID_clsKjkm) {
   PublishDual(IID__clsKjkm, this);
   Publish(IID_ISupportErrorInfo, &errors_);
+  Publish(IID_IProvideClassInfo, &class_info_);
 }
 
 HRESULT ClsKjkmObject::get_ID(long* result) noexcept {
@@ -105,14 +107,14 @@ HRESULT ClsKjkmObject::put_sKey(BSTR value) noexcept {
   return Guarded(IID__clsKjkm, [&] { account_->sKey = TextOf(value); });
 }
 
-HRESULT ClsKjkmObject::get_colKjkm(IDispatch** result) noexcept {
+HRESULT ClsKjkmObject::get_colKjkm(_colKjkm** result) noexcept {
   return Guarded(IID__clsKjkm, [&] {
     Out(result) = nullptr;
     *result = PickedAccountsObject(account_->Children()).Detach();
   });
 }
 
-HRESULT ClsKjkmObject::putref_colKjkm(IDispatch* children) noexcept {
+HRESULT ClsKjkmObject::putref_colKjkm(_colKjkm* children) noexcept {
   return Guarded(IID__clsKjkm, [&] { account_->SetChildren(ColKjkmObject::AccountsOf(children)); });
 }
 
@@ -120,10 +122,10 @@ HRESULT ClsKjkmObject::sbClear() noexcept {
   return Guarded(IID__clsKjkm, [&] { account_->sbClear(); });
 }
 
-ComPtr<IDispatch> PickedAccountObject(const std::shared_ptr<picker::clsKjkm>& account) {
+ComPtr<_clsKjkm> PickedAccountObject(const std::shared_ptr<picker::clsKjkm>& account) {
   if (!account) return nullptr;
-  if (auto* face = FaceRegistry<ClsKjkmObject>::Find(account.get())) return ComPtr<IDispatch>(face);
-  return MakeObject<ClsKjkmObject>(nullptr, account).As<IDispatch>();
+  if (auto* face = FaceRegistry<ClsKjkmObject>::Find(account.get())) return ComPtr<_clsKjkm>(face);
+  return MakeObject<ClsKjkmObject>(nullptr, account).As<_clsKjkm>();
 }
 
 }  // namespace tavrix::component

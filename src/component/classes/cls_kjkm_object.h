@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "component/base/class_info.h"
 #include "component/base/error_support.h"
 #include "component/base/face_registry.h"
 #include "component/base/identity.h"
@@ -40,14 +41,15 @@ class ClsKjkmObject : public Identity, public DualFace<_clsKjkm> {
   STDMETHODIMP put_Change(VARIANT_BOOL value) noexcept override;
   STDMETHODIMP get_sKey(BSTR* result) noexcept override;
   STDMETHODIMP put_sKey(BSTR value) noexcept override;
-  STDMETHODIMP get_colKjkm(IDispatch** result) noexcept override;
-  STDMETHODIMP putref_colKjkm(IDispatch* children) noexcept override;
+  STDMETHODIMP get_colKjkm(_colKjkm** result) noexcept override;
+  STDMETHODIMP putref_colKjkm(_colKjkm* children) noexcept override;
   STDMETHODIMP sbClear() noexcept override;
 
  private:
   std::shared_ptr<picker::clsKjkm> account_;
   FaceRegistry<ClsKjkmObject> entry_;
   ErrorSupport errors_;
+  ClassInfo class_info_;
 };
 
 }  // namespace tavrix::component

@@ -24,9 +24,11 @@ ColKjkmObject::ColKjkmObject(IUnknown* outer, std::shared_ptr<picker::colKjkm> a
       accounts_(std::move(accounts)),
       entry_(accounts_.get(), *this),
       own_entry_(AddressOf(this), *this),
-      errors_(*this) {
+      errors_(*this),
+      class_info_(*this, CLSID_colKjkm) {
   PublishDual(IID__colKjkm, this);
   Publish(IID_ISupportErrorInfo, &errors_);
+  Publish(IID_IProvideClassInfo, &class_info_);
 }
 
 std::shared_ptr<picker::colKjkm> ColKjkmObject::AccountsOf(IDispatch* object) {
@@ -37,7 +39,7 @@ std::shared_ptr<picker::colKjkm> ColKjkmObject::AccountsOf(IDispatch* object) {
   return ours->accounts_;
 }
 
-HRESULT ColKjkmObject::get_Item(VARIANT vntIndexKey, IDispatch** result) noexcept {
+HRESULT ColKjkmObject::get_Item(VARIANT vntIndexKey, _clsKjkm** result) noexcept {
   return Guarded(IID__colKjkm, [&] {
     Out(result) = nullptr;
     *result = PickedAccountObject(accounts_->Item(ToValue(Variant(vntIndexKey)))).Detach();
@@ -45,7 +47,7 @@ HRESULT ColKjkmObject::get_Item(VARIANT vntIndexKey, IDispatch** result) noexcep
 }
 
 HRESULT ColKjkmObject::Add(BSTR sKey, long ID, BSTR ccode, BSTR ccode_name, BSTR chelp, BSTR cclass,
-                           IDispatch** result) noexcept {
+                           _clsKjkm** result) noexcept {
   return Guarded(IID__colKjkm, [&] {
     Out(result) = nullptr;
     const auto account = accounts_->Add(TextOf(sKey), ID, TextOf(ccode), TextOf(ccode_name),
@@ -74,11 +76,10 @@ HRESULT ColKjkmObject::get_NewEnum(IUnknown** result) noexcept {
   });
 }
 
-ComPtr<IDispatch> PickedAccountsObject(const std::shared_ptr<picker::colKjkm>& accounts) {
+ComPtr<_colKjkm> PickedAccountsObject(const std::shared_ptr<picker::colKjkm>& accounts) {
   if (!accounts) return nullptr;
-  if (auto* face = FaceRegistry<ColKjkmObject>::Find(accounts.get()))
-    return ComPtr<IDispatch>(face);
-  return MakeObject<ColKjkmObject>(nullptr, accounts).As<IDispatch>();
+  if (auto* face = FaceRegistry<ColKjkmObject>::Find(accounts.get())) return ComPtr<_colKjkm>(face);
+  return MakeObject<ColKjkmObject>(nullptr, accounts).As<_colKjkm>();
 }
 
 }  // namespace tavrix::component

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "component/base/class_info.h"
 #include "component/base/error_support.h"
 #include "component/base/face_registry.h"
 #include "component/base/identity.h"
@@ -22,9 +23,9 @@ class ColKjkmObject : public Identity, public DualFace<_colKjkm> {
   /// other object.
   [[nodiscard]] static std::shared_ptr<picker::colKjkm> AccountsOf(IDispatch* object);
 
-  STDMETHODIMP get_Item(VARIANT vntIndexKey, IDispatch** result) noexcept override;
+  STDMETHODIMP get_Item(VARIANT vntIndexKey, _clsKjkm** result) noexcept override;
   STDMETHODIMP Add(BSTR sKey, long ID, BSTR ccode, BSTR ccode_name, BSTR chelp, BSTR cclass,
-                   IDispatch** result) noexcept override;
+                   _clsKjkm** result) noexcept override;
   STDMETHODIMP get_Count(long* result) noexcept override;
   STDMETHODIMP Remove(VARIANT vntIndexKey) noexcept override;
   STDMETHODIMP get_NewEnum(IUnknown** result) noexcept override;
@@ -34,6 +35,7 @@ class ColKjkmObject : public Identity, public DualFace<_colKjkm> {
   FaceRegistry<ColKjkmObject> entry_;
   FaceRegistry<ColKjkmObject> own_entry_;  // under its own address: tells our objects from others
   ErrorSupport errors_;
+  ClassInfo class_info_;
 };
 
 }  // namespace tavrix::component

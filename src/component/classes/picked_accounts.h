@@ -8,14 +8,14 @@
 
 #include "component/base/com_ptr.h"
 #include "picker/col_kjkm.h"
+#include "tavrix.h"
 
 namespace tavrix::component {
 
 /// The object that callers see for a collection of picked accounts, or for one of them: the same
 /// one for the same collection as long as anyone holds it. Null gives null.
-[[nodiscard]] ComPtr<IDispatch> PickedAccountsObject(
+[[nodiscard]] ComPtr<_colKjkm> PickedAccountsObject(
     const std::shared_ptr<picker::colKjkm>& accounts);
-[[nodiscard]] ComPtr<IDispatch> PickedAccountObject(
-    const std::shared_ptr<picker::clsKjkm>& account);
+[[nodiscard]] ComPtr<_clsKjkm> PickedAccountObject(const std::shared_ptr<picker::clsKjkm>& account);
 
 }  // namespace tavrix::component

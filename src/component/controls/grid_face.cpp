@@ -16,6 +16,16 @@ namespace {
 
 using viewkit::FlexGrid;
 
+// The numbers that callers know by name are the model's.
+static_assert(tvxAlignGeneral == static_cast<int>(viewkit::Alignment::kGeneral) &&
+              tvxAlignCenterTop == static_cast<int>(viewkit::Alignment::kCenterTop) &&
+              tvxAlignRightCenter == static_cast<int>(viewkit::Alignment::kRightCenter) &&
+              tvxSortStringDescending == static_cast<int>(viewkit::SortOrder::kStringDescending) &&
+              tvxSortNumericAscending == static_cast<int>(viewkit::SortOrder::kNumericAscending) &&
+              tvxSelectionListBox == static_cast<int>(viewkit::SelectionMode::kListBox) &&
+              tvxDataBoolean == static_cast<int>(viewkit::ColumnType::kBoolean) &&
+              tvxDataDate == static_cast<int>(viewkit::ColumnType::kDate));
+
 /// Row and column numbers are ints everywhere on Windows.
 int Number(long number) {
   return static_cast<int>(number);
@@ -293,16 +303,12 @@ HRESULT GridFace::put_IsSelected(long row, VARIANT_BOOL value) noexcept {
   return With([&](FlexGrid& grid) { grid.SetSelected(Number(row), value != VARIANT_FALSE); });
 }
 
-HRESULT GridFace::get_CellForeColor(long row, long col, long* result) noexcept {
-  return With([&](FlexGrid& grid) {
-    Out(result) = static_cast<long>(grid.CellForeColor(Number(row), Number(col)));
-  });
+HRESULT GridFace::get_CellForeColor(long row, long col, OLE_COLOR* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.CellForeColor(Number(row), Number(col)); });
 }
 
-HRESULT GridFace::get_CellBackColor(long row, long col, long* result) noexcept {
-  return With([&](FlexGrid& grid) {
-    Out(result) = static_cast<long>(grid.CellBackColor(Number(row), Number(col)));
-  });
+HRESULT GridFace::get_CellBackColor(long row, long col, OLE_COLOR* result) noexcept {
+  return With([&](FlexGrid& grid) { Out(result) = grid.CellBackColor(Number(row), Number(col)); });
 }
 
 HRESULT GridFace::get_CellFontBold(long row, long col, VARIANT_BOOL* result) noexcept {

@@ -52,8 +52,8 @@ class GridFace : public ChildFace<IFlexGrid, viewkit::FlexGrid> {
   STDMETHODIMP get_SelectedRow(long n, long* result) noexcept override;
   STDMETHODIMP get_IsSelected(long row, VARIANT_BOOL* result) noexcept override;
   STDMETHODIMP put_IsSelected(long row, VARIANT_BOOL value) noexcept override;
-  STDMETHODIMP get_CellForeColor(long row, long col, long* result) noexcept override;
-  STDMETHODIMP get_CellBackColor(long row, long col, long* result) noexcept override;
+  STDMETHODIMP get_CellForeColor(long row, long col, OLE_COLOR* result) noexcept override;
+  STDMETHODIMP get_CellBackColor(long row, long col, OLE_COLOR* result) noexcept override;
   STDMETHODIMP get_CellFontBold(long row, long col, VARIANT_BOOL* result) noexcept override;
 
  private:

@@ -27,8 +27,8 @@ HRESULT TabFace::get_TabCaption(long tab, BSTR* result) noexcept {
   return With([&](TabStrip& tabs) { GiveText(result, tabs.TabCaption(static_cast<int>(tab))); });
 }
 
-HRESULT TabFace::get_BackColor(long* result) noexcept {
-  return With([&](TabStrip& tabs) { Out(result) = static_cast<long>(tabs.BackColor()); });
+HRESULT TabFace::get_BackColor(OLE_COLOR* result) noexcept {
+  return With([&](TabStrip& tabs) { Out(result) = tabs.BackColor(); });
 }
 
 HRESULT SearchFace::get_Text(BSTR* result) noexcept {

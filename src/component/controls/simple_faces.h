@@ -19,7 +19,7 @@ class TabFace : public ChildFace<ITabControl, viewkit::TabStrip> {
   STDMETHODIMP put_CurrTab(long value) noexcept override;
   STDMETHODIMP get_TabKey(long tab, BSTR* result) noexcept override;
   STDMETHODIMP get_TabCaption(long tab, BSTR* result) noexcept override;
-  STDMETHODIMP get_BackColor(long* result) noexcept override;
+  STDMETHODIMP get_BackColor(OLE_COLOR* result) noexcept override;
 };
 
 class SearchFace : public ChildFace<ISearchControl, viewkit::SearchBox> {

@@ -16,7 +16,7 @@ using viewkit::TreeView;
   throw ComFailure(CO_E_OBJNOTCONNECTED, "树节点已不存在");
 }
 
-ComPtr<IDispatch> NodeObject(const ModelReference<TreeView>& tree, TreeNode* node);
+ComPtr<ITreeNode> NodeObject(const ModelReference<TreeView>& tree, TreeNode* node);
 
 /// A node for callers; fails once the node is out of its tree.
 class NodeFace : public Identity, public DualFace<ITreeNode> {
@@ -40,7 +40,7 @@ class NodeFace : public Identity, public DualFace<ITreeNode> {
   STDMETHODIMP get_Tag(BSTR* result) noexcept override {
     return With([&](TreeNode& node) { GiveText(result, node.Tag()); });
   }
-  STDMETHODIMP get_Parent(IDispatch** result) noexcept override {
+  STDMETHODIMP get_Parent(ITreeNode** result) noexcept override {
     return With([&](TreeNode& node) {
       Out(result) = nullptr;
       *result = NodeObject(tree_, node.Parent()).Detach();
@@ -79,11 +79,11 @@ class NodeFace : public Identity, public DualFace<ITreeNode> {
   ErrorSupport errors_;
 };
 
-ComPtr<IDispatch> NodeObject(const ModelReference<TreeView>& tree, TreeNode* node) {
+ComPtr<ITreeNode> NodeObject(const ModelReference<TreeView>& tree, TreeNode* node) {
   if (node == nullptr) return nullptr;
   // Never another node's: while a face lives, its reference keeps the address taken.
-  if (auto* face = FaceRegistry<NodeFace>::Find(node)) return ComPtr<IDispatch>(face);
-  return MakeObject<NodeFace>(tree, *node).As<IDispatch>();
+  if (auto* face = FaceRegistry<NodeFace>::Find(node)) return ComPtr<ITreeNode>(face);
+  return MakeObject<NodeFace>(tree, *node).As<ITreeNode>();
 }
 
 class NodesFace : public Identity, public DualFace<ITreeNodes> {
@@ -99,7 +99,7 @@ class NodesFace : public Identity, public DualFace<ITreeNodes> {
   /// False once its tree is gone; another may stand in its place then.
   [[nodiscard]] bool InUse() const { return static_cast<bool>(tree_.Lock()); }
 
-  STDMETHODIMP get_Item(VARIANT index, IDispatch** result) noexcept override {
+  STDMETHODIMP get_Item(VARIANT index, ITreeNode** result) noexcept override {
     return With([&](TreeView& tree) {
       Out(result) = nullptr;
       const Variant key(index);
@@ -138,22 +138,22 @@ class NodesFace : public Identity, public DualFace<ITreeNodes> {
   ErrorSupport errors_;
 };
 
-ComPtr<IDispatch> NodesObject(const ModelReference<TreeView>& reference, TreeView& tree) {
+ComPtr<ITreeNodes> NodesObject(const ModelReference<TreeView>& reference, TreeView& tree) {
   auto* face = FaceRegistry<NodesFace>::Find(&tree);
-  if (face != nullptr && face->InUse()) return ComPtr<IDispatch>(face);
-  return MakeObject<NodesFace>(reference, tree).As<IDispatch>();
+  if (face != nullptr && face->InUse()) return ComPtr<ITreeNodes>(face);
+  return MakeObject<NodesFace>(reference, tree).As<ITreeNodes>();
 }
 
 }  // namespace
 
-HRESULT TreeFace::get_Nodes(IDispatch** result) noexcept {
+HRESULT TreeFace::get_Nodes(ITreeNodes** result) noexcept {
   return With([&](TreeView& tree) {
     Out(result) = nullptr;
     *result = NodesObject(Reference(), tree).Detach();
   });
 }
 
-HRESULT TreeFace::get_SelectedItem(IDispatch** result) noexcept {
+HRESULT TreeFace::get_SelectedItem(ITreeNode** result) noexcept {
   return With([&](TreeView& tree) {
     Out(result) = nullptr;
     *result = NodeObject(Reference(), tree.SelectedItem()).Detach();

@@ -11,8 +11,8 @@ namespace tavrix::component {
 class TreeFace : public ChildFace<ITreeControl, viewkit::TreeView> {
  public:
   using ChildFace::ChildFace;
-  STDMETHODIMP get_Nodes(IDispatch** result) noexcept override;
-  STDMETHODIMP get_SelectedItem(IDispatch** result) noexcept override;
+  STDMETHODIMP get_Nodes(ITreeNodes** result) noexcept override;
+  STDMETHODIMP get_SelectedItem(ITreeNode** result) noexcept override;
 };
 
 }  // namespace tavrix::component

@@ -3,7 +3,7 @@
 #include <oaidl.h>
 
 #include "component/base/abi.h"
-#include "component/base/member_table.h"
+#include "component/base/type_library.h"
 #include "qnDesignUI.h"
 #include "qnFormUI.h"
 #include "qnPickerUI.h"
@@ -19,6 +19,20 @@ HRESULT WINAPI CreateStubFromTypeInfo(ITypeInfo* info, REFIID iid, IUnknown* ser
 
 namespace tavrix::component {
 
+namespace {
+
+/// The interface as its table of methods, by which calls travel.
+ComPtr<ITypeInfo> MethodsOf(const IID& iid) {
+  const ComPtr<ITypeInfo> info = TypeInfoOf(iid);
+  HREFTYPE reference = 0;
+  ComPtr<ITypeInfo> methods;
+  if (FAILED(info->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference))) return info;
+  Check(info->GetRefTypeInfo(reference, methods.Put()));
+  return methods;
+}
+
+}  // namespace
+
 ProxyFactory::ProxyFactory() : Face<IPSFactoryBuffer>(static_cast<Identity&>(*this)) {
   Publish(IID_IPSFactoryBuffer, this);
 }
@@ -26,18 +40,21 @@ ProxyFactory::ProxyFactory() : Face<IPSFactoryBuffer>(static_cast<Identity&>(*th
 HRESULT ProxyFactory::CreateProxy(IUnknown* outer, REFIID iid, IRpcProxyBuffer** proxy,
                                   void** result) noexcept {
   return Guarded(IID_IPSFactoryBuffer, [&] {
-    return CreateProxyFromTypeInfo(MemberTable::Of(iid).Methods().Get(), outer, iid, proxy, result);
+    return CreateProxyFromTypeInfo(MethodsOf(iid).Get(), outer, iid, proxy, result);
   });
 }
 
 HRESULT ProxyFactory::CreateStub(REFIID iid, IUnknown* server, IRpcStubBuffer** result) noexcept {
-  return Guarded(IID_IPSFactoryBuffer, [&] {
-    return CreateStubFromTypeInfo(MemberTable::Of(iid).Methods().Get(), iid, server, result);
-  });
+  return Guarded(IID_IPSFactoryBuffer,
+                 [&] { return CreateStubFromTypeInfo(MethodsOf(iid).Get(), iid, server, result); });
 }
 
 void OfferProxies() {
-  for (const IID& iid : {IID_IFormUI, IID_IDesignUI, IID_IPickerUI}) {
+  // What derives from IChildControl is left out: the system makes a proxy of two parts for it, and
+  // asks for the second in a way that only a registered one can answer.
+  for (const IID& iid : {IID_IFormUI, IID_IDesignUI, IID_IPickerUI, IID__Kjkm, IID__selKjkm,
+                         IID__clsKjkm, IID__colKjkm, IID_IChildControls, IID_IChildControl,
+                         IID_IGridRows, IID_ITreeNodes, IID_ITreeNode}) {
     CLSID known{};
     if (FAILED(CoGetPSClsid(iid, &known))) static_cast<void>(CoRegisterPSClsid(iid, CLSID_Kjkm));
   }

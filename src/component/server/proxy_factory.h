@@ -20,9 +20,10 @@ class ProxyFactory : public Identity, public Face<IPSFactoryBuffer> {
   STDMETHODIMP CreateStub(REFIID iid, IUnknown* server, IRpcStubBuffer** result) noexcept override;
 };
 
-/// Lets this process carry the host's interfaces (IFormUI, IDesignUI, IPickerUI) between apartments
-/// where the host has not registered them: the library's own registration leaves them alone. The
-/// process forgets it when it is done with COM: every new use of the library offers them anew.
+/// Lets this process carry the public interfaces between apartments where nobody has registered
+/// them: the library's own registration leaves the host's (IFormUI, IDesignUI, IPickerUI) alone,
+/// and activation without registration knows none. The process forgets it when it is done with COM:
+/// every new use of the library offers them anew.
 void OfferProxies();
 
 }  // namespace tavrix::component
