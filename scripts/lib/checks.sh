@@ -91,6 +91,9 @@ check_library() {
   return "$bad"
 }
 
+# Every public member stands in the reference as the interface definitions declare it.
+check_reference() { perl "$root/scripts/reference" --check; }
+
 # Books that were made by hand lie in the user's documents, survive the prefix that they were made
 # through, and are never overwritten by one.
 check_documents() (

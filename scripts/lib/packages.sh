@@ -11,6 +11,8 @@ readonly packages=(
   clang-format-14 clang-tidy-14 clang-14 libclang-rt-14-dev
   # running what is built for Windows, and looking at it
   wine wine64 fonts-wqy-zenhei xvfb openbox xdotool imagemagick x11-utils sqlite3
+  # compiling the samples in C#
+  mono-mcs libmono-system-windows-forms4.0-cil libmono-microsoft-csharp4.0-cil
   # a database server for the tests, and the driver that reaches it
   postgresql odbc-postgresql openssl
 )

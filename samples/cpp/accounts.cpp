@@ -1,0 +1,188 @@
+// The chart of accounts and the account picker from C++, bound early: prints both, then shows the
+// chart in a window until it is closed (with /print: prints alone; with /moment: closes it at
+// once).
+#include <cstdio>
+#include <string>
+
+#include "container.h"
+#include "host.h"
+#include "object.h"
+#include "qnDesignUI.h"
+#include "qnFormUI.h"
+#include "qnPickerUI.h"
+#include "tavrix.h"
+
+/// Hears the events of a Kjkm, which come by number.
+class Reports : public Object<__Kjkm> {
+ public:
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments,
+                                   VARIANT*, EXCEPINFO*, UINT*) override {
+    constexpr DISPID kErrMessage = 2;
+    // Arguments stand in reverse: title, level, text.
+    if (event == kErrMessage && arguments->cArgs == 3)
+      std::printf("%ls: %ls\n", arguments->rgvarg[0].bstrVal, arguments->rgvarg[2].bstrVal);
+    return S_OK;
+  }
+};
+
+template <class Class>
+Ref<IUnknown> Create() {
+  void* made = nullptr;
+  const HRESULT result =
+      CoCreateInstance(__uuidof(Class), nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, &made);
+  if (FAILED(result)) std::printf("not registered? %08lX\n", static_cast<unsigned long>(result));
+  return Ref<IUnknown>(static_cast<IUnknown*>(made));
+}
+
+/// A control inside a view by its name.
+template <class Interface>
+Ref<Interface> Child(const Ref<IUnknown>& view, const wchar_t* name) {
+  Ref<IDispatch> controls;
+  Ref<IDispatch> child;
+  const Text text(name);
+  VARIANT key{};
+  key.vt = VT_BSTR;
+  key.bstrVal = text.Get();
+  view.As<IDesignUI>()->get_Controls(controls.Put());
+  controls.As<IChildControls>()->get_Item(key, child.Put());
+  return child.As<Interface>();
+}
+
+std::wstring Cell(const Ref<IFlexGrid>& grid, long row, long col) {
+  Text text;
+  grid->get_TextMatrix(row, col, text.Put());
+  return text.Words();
+}
+
+/// Loads the chart and prints the page of all accounts.
+bool Load(const Ref<IUnknown>& view, IDispatch* system) {
+  const auto form = view.As<IFormUI>();
+  VARIANT_BOOL done = VARIANT_FALSE;
+  if (FAILED(form->Init(&system, 0, 0, &done)) || done == VARIANT_FALSE) return false;
+  form->Refresh(&done);  // every command is called so: form->FileNew(&done)
+  const auto grid = Child<IFlexGrid>(view, L"Vs(0)");
+  long rows = 0;
+  long first = 0;
+  grid->get_Rows(&rows);
+  grid->get_FixedRows(&first);
+  std::printf("Kjkm: %ld accounts\n", rows - first);
+  for (long row = first; row < rows; ++row)
+    std::printf("%ls %ls\n", Cell(grid, row, 0).c_str(), Cell(grid, row, 1).c_str());
+  return true;
+}
+
+bool Pick(IDispatch* system) {
+  const auto view = Create<selKjkm>();
+  const auto picker = view.As<IPickerUI>();
+  const Text host;
+  VARIANT_BOOL done = VARIANT_FALSE;
+  if (!picker || FAILED(picker->Init(&system, 1, host.Get(), &done)) || done == VARIANT_FALSE)
+    return false;
+  const Ref<Parameters> parameters(new Parameters);
+  parameters->Add(L"single", L"1");  // one account; other keys: see the reference
+  picker->putref_Parameters(parameters.Get());
+  picker->Refresh(&done);
+  const auto grid = Child<IFlexGrid>(view, L"Vs");
+  long rows = 0;
+  long first = 0;
+  grid->get_Rows(&rows);
+  grid->get_FixedRows(&first);
+  std::printf("selKjkm: %ld accounts\n", rows - first);
+
+  // What a user has typed elsewhere.
+  const Text none;
+  const Text code_field(L"ccode");
+  const Text name_field(L"ccode_name");
+  const Text typed(L"1002");
+  Text code;
+  Text name;
+  picker->Validate(none.Get(), code_field.Get(), name_field.Get(), typed.Get(), code.Put(),
+                   name.Put(), &done);
+  std::printf("typed %ls: %ls\n", code.Words().c_str(), name.Words().c_str());
+
+  // What the user's choice and OK do; a form would wait for the event DoSelect.
+  grid->put_Row(first);
+  Child<IButtonControl>(view, L"Cmd(0)")->Click();
+  Ref<IDispatch> objects;
+  picker->get_Objects(objects.Put());
+  const auto accounts = objects.As<_colKjkm>();
+  long count = 0;
+  accounts->get_Count(&count);
+  for (long i = 1; i <= count; ++i) {
+    VARIANT position{};
+    position.vt = VT_I4;
+    position.lVal = i;
+    Ref<_clsKjkm> account;
+    Text picked_code;
+    Text picked_name;
+    accounts->get_Item(position, account.Put());
+    account->get_ccode(picked_code.Put());
+    account->get_ccode_name(picked_name.Put());
+    std::printf("picked %ls: %ls\n", picked_code.Words().c_str(), picked_name.Words().c_str());
+  }
+  picker->Clear();
+  return true;
+}
+
+LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wide, LPARAM parameter) {
+  auto* site = reinterpret_cast<Site*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (message == WM_SIZE && site != nullptr) site->Resize();
+  if (message == WM_CLOSE && site != nullptr) site->Close();  // while there is still a window
+  if (message == WM_DESTROY) PostQuitMessage(0);
+  return DefWindowProcW(window, message, wide, parameter);
+}
+
+/// Shows the view until its window is closed; with `moment` it is closed at once.
+bool Show(const Ref<IUnknown>& view, bool moment) {
+  WNDCLASSW kind{};
+  kind.lpfnWndProc = OnMessage;
+  kind.hInstance = GetModuleHandleW(nullptr);
+  kind.hCursor = LoadCursor(nullptr, IDC_ARROW);
+  kind.lpszClassName = L"Accounts";
+  RegisterClassW(&kind);
+  const HWND window = CreateWindowExW(
+      0, kind.lpszClassName, L"Accounts", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CW_USEDEFAULT,
+      CW_USEDEFAULT, 800, 600, nullptr, nullptr, kind.hInstance, nullptr);
+  if (window == nullptr) return false;
+  Site site(window);
+  SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&site));
+  long handle = 0;
+  if (SUCCEEDED(site.Show(view.Get()))) Child<IFlexGrid>(view, L"Vs(0)")->get_hWnd(&handle);
+  if (moment) PostMessageW(window, WM_CLOSE, 0, 0);
+  MSG message;
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (site.Translate(message)) continue;  // before the keys are translated
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+  return handle != 0;
+}
+
+/// Both controls; true when all went well.
+bool Run(bool window, bool moment) {
+  const Ref<Host> host(new Host);
+  IHostSystem* system = host.Get();
+  const auto view = Create<Kjkm>();
+  if (!view) return false;
+
+  const Ref<Reports> reports(new Reports);
+  Ref<IConnectionPoint> events;
+  DWORD connection = 0;
+  view.As<IConnectionPointContainer>()->FindConnectionPoint(__uuidof(__Kjkm), events.Put());
+  events->Advise(reports.Get(), &connection);
+
+  bool good = Load(view, system) && Pick(system);
+  if (good && window) good = Show(view, moment);
+  VARIANT_BOOL none = VARIANT_FALSE;
+  view.As<IFormUI>()->Clear(&none);  // before the host's objects end
+  events->Unadvise(connection);
+  return good;
+}
+
+int main(int count, char** words) {
+  const std::string how = count > 1 ? words[1] : "";
+  if (FAILED(OleInitialize(nullptr))) return 1;  // a single-threaded apartment
+  const bool good = Run(how != "/print", how == "/moment");
+  OleUninitialize();
+  return good ? 0 : 1;
+}
