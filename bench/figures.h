@@ -22,10 +22,10 @@ class Figures {
   bool within_ = true;
 };
 
-/// Milliseconds of processor time that this process has used. All that is measured runs on one
-/// thread, and other programs on the machine do not count. Windows tells it in steps of ten or
-/// more: there it is the time that passes.
-[[nodiscard]] inline double ProcessorTime() {
+/// The clock of all measures: processor time that this process has used, since all runs on one
+/// thread and other programs on the machine shall not count. Windows tells that in steps of ten
+/// milliseconds or more: there it is the time that passes.
+[[nodiscard]] inline double MillisecondsNow() {
 #ifdef _WIN32
   const auto now = std::chrono::steady_clock::now().time_since_epoch();
   return std::chrono::duration<double, std::milli>(now).count();
@@ -42,14 +42,14 @@ class Figures {
   return *middle;
 }
 
-/// Processor time that `work` took: the median of `rounds`.
+/// What `work` took: the median of `rounds`.
 template <class Work>
 [[nodiscard]] double Median(int rounds, Work&& work) {
   std::vector<double> times;
   for (int round = 0; round < rounds; ++round) {
-    const double start = ProcessorTime();
+    const double start = MillisecondsNow();
     work();
-    times.push_back(ProcessorTime() - start);
+    times.push_back(MillisecondsNow() - start);
   }
   return MedianOf(std::move(times));
 }

@@ -193,7 +193,6 @@ void AccountForm::ShowAbove(const std::string& text) {
 }
 
 void AccountForm::ResetControls() {
-  ShowAbove("");
   for (auto& box : txt_) box.SetText("");
   for (auto& box : chk_) {
     box.SetValue(viewkit::CheckBox::kUnchecked);

@@ -204,9 +204,8 @@ bool Kjkm::ConfirmDelete(const std::string& code, const std::string& name) {
 }
 
 int Kjkm::RowOf(const FlexGrid& grid, const std::string& code) {
-  // The host may have refreshed the view since the command began.
-  const bool in_place = RowSelected(grid) && grid.TextMatrix(grid.Row(), kCode) == code;
-  return in_place ? grid.Row() : grid.FindRow(code, grid.FixedRows(), kCode);
+  // Not the current one: the host may have refreshed the view since the command began.
+  return grid.FindRow(code, grid.FixedRows(), kCode);
 }
 
 void Kjkm::DeleteAccounts(host::SystemObject& system, const std::string& code,

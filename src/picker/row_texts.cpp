@@ -38,7 +38,7 @@ std::size_t FindText(std::string_view text, std::string_view wanted, std::size_t
 }  // namespace
 
 void RowTexts::Update(const viewkit::FlexGrid& grid) {
-  if (version_ == grid.ContentVersion()) return;
+  if (version_ == grid.TextVersion()) return;
   texts_.clear();
   ends_.clear();
   const int cols = grid.Cols();
@@ -50,7 +50,7 @@ void RowTexts::Update(const viewkit::FlexGrid& grid) {
     }
     ends_.push_back(texts_.size());
   }
-  version_ = grid.ContentVersion();
+  version_ = grid.TextVersion();
 }
 
 int RowTexts::Find(std::string_view wanted, int from) const {

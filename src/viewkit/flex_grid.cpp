@@ -242,10 +242,6 @@ void FlexGrid::SetFrozenCols(int cols) {
 
 // --- texts
 
-std::uint64_t FlexGrid::ContentVersion() const {
-  return state_->cells.Version();
-}
-
 std::string_view FlexGrid::TextMatrix(int row, int col) const {
   const State& s = *state_;
   s.CheckRow(row);

@@ -146,9 +146,6 @@ class FlexGrid : public Control, public host::Grid {
   void AppendTexts(int begin, int end, std::span<const int> cols, std::string& text,
                    std::vector<std::int32_t>& ends) const;
   void SetTextMatrix(int row, int col, std::string_view text);
-  /// Another number after every change of a data row's text, of the rows' order or their number;
-  /// never 0. For whoever keeps something that follows from the texts.
-  [[nodiscard]] std::uint64_t ContentVersion() const;
   /// As displayed: with the column's format applied to a number.
   [[nodiscard]] std::string DisplayText(int row, int col) const;
   /// Leading number of the cell's text, with thousands separators accepted.

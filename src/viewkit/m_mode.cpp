@@ -3,9 +3,9 @@
 #include <string_view>
 
 #include "host/calls.h"
-#include "host/file_system.h"
 #include "host/grid_update.h"
 #include "host/report.h"
+#include "viewkit/file_system.h"
 #include "viewkit/layout_file.h"
 #include "viewkit/layout_reader.h"
 
@@ -16,9 +16,9 @@ using host::Quietly;
 std::string GetSelfFilePath(const std::string& psName, host::SystemObject& pcSystem) {
   const std::string user = host::Required(pcSystem.Folders(), "Folders")->UserFolder();
   if (user.empty()) host::ThrowMissing("UserFolder");
-  const std::string folder = user + host::kPathSeparator + "selfbb";
-  host::MakeFolder(folder);  // one level only
-  return folder + host::kPathSeparator + psName + ".txt";
+  const std::string folder = user + kPathSeparator + "selfbb";
+  MakeFolder(folder);  // one level only
+  return folder + kPathSeparator + psName + ".txt";
 }
 
 int GetCtrlIndex(const host::Control& ctrl) {
@@ -38,7 +38,7 @@ void ApplyVsLayout(const std::string& psFile, FlexGrid& grid, bool pbWidthOnly,
       reader.ApplyRows();
       reader.ApplyFrozenCols();
     });
-    if (pbWidthOnly || host::Exists(psFile)) return;
+    if (pbWidthOnly || Exists(psFile)) return;
     SaveVsLayout(psFile, grid, false, pcSystem);
   });
 }

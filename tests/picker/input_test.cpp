@@ -46,6 +46,12 @@ TEST(Search, GoesToTheFirstMatchAsOneTypes) {
   EXPECT_EQ(f.Vs().Row(), 8);
   f.Search().SetText("");
   EXPECT_EQ(f.Current(), "1001");
+  f.Vs().SetTextMatrix(8, 3, "A7Z");
+  for (const char* end_of_alphabet : {"a7", "7z"}) {
+    f.Vs().SetRow(1);
+    f.Search().SetText(end_of_alphabet);
+    EXPECT_EQ(f.Vs().Row(), 8);
+  }
 }
 
 TEST(Search, HidesWhatDoesNotMatchInFilterMode) {

@@ -248,17 +248,17 @@ TEST_F(GridContent, RefusesNumbersThatNameNothing) {
   EXPECT_EQ(grid.DisplayText(1, 0), "1.0");
 }
 
-TEST_F(GridContent, CountsContentVersions) {
+TEST_F(GridContent, CountsVersionsOfTexts) {
   Fill(grid, {{"b"}, {"a"}});
-  const auto loaded = grid.ContentVersion();
+  const auto loaded = grid.TextVersion();
   grid.SetRow(1);
   grid.SetRowHidden(1, true);
-  EXPECT_EQ(grid.ContentVersion(), loaded);
+  EXPECT_EQ(grid.TextVersion(), loaded);
   grid.SetTextMatrix(1, 0, "c");
-  const auto changed = grid.ContentVersion();
+  const auto changed = grid.TextVersion();
   EXPECT_NE(changed, loaded);
   grid.SortRows(0, SortOrder::kStringAscending, 1, 2);
-  EXPECT_NE(grid.ContentVersion(), changed);
+  EXPECT_NE(grid.TextVersion(), changed);
 }
 
 }  // namespace

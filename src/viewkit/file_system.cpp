@@ -1,4 +1,4 @@
-#include "host/file_system.h"
+#include "viewkit/file_system.h"
 
 #include <sys/stat.h>
 
@@ -9,13 +9,13 @@
 #include <direct.h>
 #endif
 
-namespace tavrix::host {
+namespace tavrix::viewkit {
 
 #ifdef _WIN32
 namespace {
 
 std::wstring Wide(std::string_view path) {
-  const std::u16string text = ToUtf16(path);
+  const std::u16string text = host::ToUtf16(path);
   return {text.begin(), text.end()};
 }
 
@@ -40,4 +40,4 @@ void MakeFolder(std::string_view path) {
 }
 #endif
 
-}  // namespace tavrix::host
+}  // namespace tavrix::viewkit

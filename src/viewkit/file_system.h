@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace tavrix::host {
+namespace tavrix::viewkit {
 
 /// What the library needs of a file system. The standard library's <filesystem> would bring its
 /// streams and locales along, which are half as large as all the rest.
@@ -20,4 +20,4 @@ inline constexpr char kPathSeparator = '/';
 /// Makes a folder (UTF-8) in one that is there; whoever needs it will see whether that worked.
 void MakeFolder(std::string_view path);
 
-}  // namespace tavrix::host
+}  // namespace tavrix::viewkit
