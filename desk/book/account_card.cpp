@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <utility>
 
 #include "book/code_rule.h"
@@ -155,7 +156,7 @@ std::optional<int> AccountCard::ShareOfParent() const {
   if ((balance < 0) != (*parent_balance < 0) && balance != 0) return std::nullopt;
   constexpr double kWhole = 1000;
   const double share = static_cast<double>(balance) / static_cast<double>(*parent_balance) * kWhole;
-  return static_cast<int>(share + 0.5);
+  return static_cast<int>(std::lround(share));
 }
 
 std::optional<AccountCard> ReadAccountCard(Session& session, const std::string& code) {

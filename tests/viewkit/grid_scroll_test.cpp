@@ -41,6 +41,10 @@ TEST_F(GridScroll, TheTopRowLeavesTheLastPageFull) {
   EXPECT_EQ(grid.TopRow(), 19);
   grid.SetViewport(2500, 40 * kRow);
   EXPECT_EQ(grid.TopRow(), 1);
+  grid.SetLeftCol(9);
+  EXPECT_EQ(grid.LeftCol(), 2);
+  grid.SetViewport(3000, 40 * kRow);  // wider, as high as before
+  EXPECT_EQ(grid.LeftCol(), 1);
   CheckInvariants(grid);
 }
 

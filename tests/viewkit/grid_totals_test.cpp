@@ -133,6 +133,7 @@ TEST_F(GridTotalsTest, ClearingTakesTheTotalsAndNothingElse) {
   grid.Subtotal(SubtotalFunction::kClear);
   EXPECT_THAT(ColumnOf(grid, 4), ElementsAre("1", "2", "3", "4"));
   EXPECT_EQ(grid.Row(), 4);  // the row that took the place of the total
+  EXPECT_TRUE(grid.IsSelected(4));
   EXPECT_TRUE(grid.IsSubtotal(1));
   EXPECT_EQ(grid.CellForeColor(4, 0), color::kDefault);
 
