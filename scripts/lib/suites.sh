@@ -117,11 +117,11 @@ check_suites() {
   return "$bad"
 }
 
-# run_walk SCRIPT [ARGUMENT...]: walks through the desk and counts each step.
+# run_walk SCRIPT [ARGUMENT...]: walks through the desk and counts each step; ends it after walk_seconds.
 run_walk() {
   local name=$1 log=$build/logs/$1.log passed failed status=0
   shift
-  timeout 600 "$root/scripts/$name" "$@" >"$log" 2>&1 || status=$?
+  timeout "${walk_seconds:-600}" "$root/scripts/$name" "$@" >"$log" 2>&1 || status=$?
   cat "$log" >&2
   passed=$(grep -c '^ok - ' "$log" || true)
   failed=$(grep -c '^not ok - ' "$log" || true)

@@ -13,6 +13,7 @@
 #include "book/sample.h"
 #include "book/wire_text.h"
 #include "host/report.h"
+#include "tavrix_version.h"
 #include "viewkit/m_mode.h"
 #include "viewkit/win32/wide.h"
 #include "views/default_layout.h"
@@ -387,7 +388,7 @@ void Desk::SetBalanceModal(bool modal) {
 }
 
 void Desk::About() {
-  std::wstring text = L"会计科目 1.0\n\n维护会计科目表的示例程序，使用 Tavrix 控件。";
+  std::wstring text = L"会计科目 " TAVRIX_VERSION L"\n\n维护会计科目表的示例程序，使用 Tavrix 控件。";
   if (open_) text += L"\n\n" + TextAbout(open_->book, open_->file);
   MessageBoxW(frame_->Hwnd(), text.c_str(), L"关于", MB_OK | MB_ICONINFORMATION);
 }
