@@ -6,9 +6,8 @@ readonly idl_folder=$root/src/component/idl packing=$build/packing
 
 product_version() { sed -n 's/^project(tavrix VERSION \([0-9.]*\) .*/\1/p' "$root/CMakeLists.txt"; }
 
-# The preset that builds for x64 or x86, and the tools' prefix.
+# The preset that builds for x64 or x86.
 preset_of() { if [[ $1 == x64 ]]; then echo win64; else echo win32; fi; }
-tools_of() { if [[ $1 == x64 ]]; then echo x86_64-w64-mingw32; else echo i686-w64-mingw32; fi; }
 
 facts() { awk -f "$root/packaging/facts.awk" "$idl_folder/$1.idl"; }
 
@@ -26,10 +25,9 @@ still() { TZ=UTC find "$1" -exec touch -h -d "$packing_time" {} +; }
 # One hash of the names and contents of a folder's files.
 hash_of_folder() { (cd "$1" && find . -type f -print0 | sort -z | xargs -0 sha256sum | hash_of); }
 
-# stage_program ARCHITECTURE NAME FOLDER: a program or library as it is given away, without symbols.
-stage_program() {
-  "$(tools_of "$1")-strip" -o "$3/$2" "$build/$(preset_of "$1")/bin/$2"
-}
+# stage_program ARCHITECTURE NAME FOLDER: a program or library as it was linked; removing symbols later
+# would put the time into it.
+stage_program() { cp "$build/$(preset_of "$1")/bin/$2" "$3"; }
 
 # stage_library ARCHITECTURE FOLDER: the library and what belongs beside it.
 stage_library() {
@@ -84,6 +82,15 @@ write_installer() {
   [[ -f $out ]]
 }
 
+# The texts of the desk's installer that its users see.
+put_in_chinese() {
+  local table=$packing/_ForceCodepage.idt
+  printf '\r\n\r\n936\t_ForceCodepage\r\n' >"$table"
+  TZ=UTC faketime -f "$packing_time" msibuild "$1" -i "$table" &&
+    query "$1" "UPDATE \`Shortcut\` SET \`Name\`='会计科目'" &&
+    query "$1" "UPDATE \`LaunchCondition\` SET \`Description\`='已安装更新的版本。'"
+}
+
 query() { TZ=UTC faketime -f "$packing_time" msibuild "$1" -q "$2"; }
 
 # The library's installer.
@@ -114,7 +121,8 @@ package_desk() {
   else
     set -- ComponentId=3eddd604-b648-44dd-94ac-97ea776ba9f5 UpgradeCode=f2e82cd8-e6b5-4736-b8cb-d90e572fd410
   fi
-  write_installer "$folder/desk.wxs" "$arch" "$version" 2052 "$out/desk-$version-$arch.msi" "$@"
+  write_installer "$folder/desk.wxs" "$arch" "$version" 2052 "$out/desk-$version-$arch.msi" "$@" &&
+    put_in_chinese "$out/desk-$version-$arch.msi"
 }
 
 # What hosts are written and given away with, as a folder.
@@ -150,7 +158,7 @@ package_kit() {
   stage_kit "$version" "$packing/$name"
   still "$packing/$name"
   rm -f "$out/$name.zip"
-  (cd "$packing" && find "$name" | sort | TZ=UTC zip -q -9 -X -@ "$out/$name.zip")
+  (cd "$packing" && find "$name" | sort | TZ=UTC zip -q -9 -X "$out/$name.zip" -@)
 }
 
 # write_packages VERSION FOLDER: all packages of what is built.

@@ -388,7 +388,8 @@ void Desk::SetBalanceModal(bool modal) {
 }
 
 void Desk::About() {
-  std::wstring text = L"会计科目 " TAVRIX_VERSION L"\n\n维护会计科目表的示例程序，使用 Tavrix 控件。";
+  std::wstring text =
+      L"会计科目 " TAVRIX_VERSION L"\n\n维护会计科目表的示例程序，使用 Tavrix 控件。";
   if (open_) text += L"\n\n" + TextAbout(open_->book, open_->file);
   MessageBoxW(frame_->Hwnd(), text.c_str(), L"关于", MB_OK | MB_ICONINFORMATION);
 }
