@@ -26,7 +26,7 @@ desk/views views book embedded viewkit host
 desk/app app views component book viewkit host"
 
 # The rooms that may know Windows, and the suites of these rooms.
-readonly windows_rooms='^((src/viewkit/win32|src/component|desk/app|tests/component|tests/windows|bench/windows)/|desk/book/(odbc_api\.h|fresh_file\.cpp)$)'
+readonly windows_rooms='^((src/viewkit/win32|src/component|desk/app|tests/component|tests/windows|tests/package|bench/windows)/|desk/book/(odbc_api\.h|fresh_file\.cpp)$)'
 readonly windows_words='<(windows|windowsx|commctrl|ole2|oleauto|olectl|objbase)\.h>|\<(HWND|HDC|HRESULT|BSTR|IDispatch|IUnknown|LPARAM|WPARAM)\>'
 
 check_layers() {
@@ -76,9 +76,10 @@ includes_point_up() {
 readonly library_exports="DllCanUnloadNow DllGetClassObject DllRegisterServer DllUnregisterServer"
 readonly system_libraries='^(advapi32|comctl32|comdlg32|gdi32|imm32|kernel32|msimg32|msvcrt|ole32|oleaut32|rpcrt4|shell32|shlwapi|user32|usp10|uxtheme|version)\.dll$'
 
-# check_library PRESET TOOL-PREFIX MACHINE: what a host relies on before it runs any of the code.
+# check_library PRESET TOOL-PREFIX MACHINE BYTES: what a host relies on before it runs any of the code, and
+# how large it may be.
 check_library() {
-  local library=$build/$1/bin/tavrix.dll objdump=$2-objdump machine=$3 facts exports strange bad=0
+  local library=$build/$1/bin/tavrix.dll objdump=$2-objdump machine=$3 most=$4 facts exports strange bytes bad=0
   [[ -f $library ]] || { warn "$library was not built"; return 1; }
   facts=$("$objdump" -p "$library")
   grep -q "file format $machine" <<<"$facts" || { warn "not for $machine"; bad=1; }
@@ -87,6 +88,8 @@ check_library() {
   [[ $exports == "$library_exports" ]] || { warn "exports: $exports"; bad=1; }
   strange=$(awk '/DLL Name:/ { print tolower($NF) }' <<<"$facts" | grep -vE "$system_libraries" || true)
   [[ -z $strange ]] || { warn "imports:" $strange; bad=1; }
+  bytes=$(stat -c %s "$library")
+  [[ $bytes -lt $most ]] || { warn "$bytes bytes"; bad=1; }
   grep -qE 'TYPELIB' <<<"$facts" || { warn "no type library"; bad=1; }
   return "$bad"
 }
