@@ -7,11 +7,10 @@
   text = text $0 " "
 }
 
-function word(attributes, name,    found) {
-  if (!match(attributes, name "\\([^)]*\\)")) return "-"
-  found = substr(attributes, RSTART + length(name) + 1, RLENGTH - length(name) - 2)
-  gsub(/"/, "", found)
-  return found
+function word(attributes, name) {
+  if (match(attributes, name "\\(\"[^\"]*\"")) return substr(attributes, RSTART + length(name) + 2, RLENGTH - length(name) - 3)
+  if (match(attributes, name "\\([^)]*")) return substr(attributes, RSTART + length(name) + 1, RLENGTH - length(name) - 1)
+  return "-"
 }
 
 END {

@@ -9,7 +9,8 @@ product_version() { sed -n 's/^project(tavrix VERSION \([0-9.]*\) .*/\1/p' "$roo
 # The preset that builds for x64 or x86.
 preset_of() { if [[ $1 == x64 ]]; then echo win64; else echo win32; fi; }
 
-facts() { awk -f "$root/packaging/facts.awk" "$idl_folder/$1.idl"; }
+# What the definition of a library and its parts declare.
+facts() { awk -f "$root/packaging/facts.awk" "$idl_folder/$1.idl" $(compgen -G "$idl_folder/$1_*.idl"); }
 
 # An identifier that follows from the arguments, as installers write it.
 identifier() {
