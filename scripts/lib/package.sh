@@ -67,7 +67,7 @@ write_installer() {
   still "$folder"
   # The sources' own folder: an installer knows its files by relative names.
   (
-    cd "$folder"
+    cd "$folder" || exit 1
     rm -f "$out"
     TZ=UTC faketime -f "$packing_time" wixl -a "$arch" "${options[@]}" -o "$out" "$name.wxs" || exit 1
     # Programs replace others by their version, which the compiler of installers does not read.
