@@ -304,6 +304,8 @@ class FlexGrid : public Control, public host::Grid {
   void SetSelectionMode(viewkit::SelectionMode mode);
   /// Whether several rows may be selected by dragging or Shift outside list-box mode; so at first.
   void SetAllowSelection(bool allow);
+  /// Whether the user can select several rows now.
+  [[nodiscard]] bool CanSelectSeveral() const;
   [[nodiscard]] int SelectedRows() const;
   /// The n-th selected row from the top, n from 0.
   [[nodiscard]] int SelectedRow(int n) const;

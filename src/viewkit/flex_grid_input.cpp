@@ -111,6 +111,14 @@ bool FlexGrid::State::HandleSpace(Modifiers modifiers) {
   return true;
 }
 
+/// Ctrl+A: all shown rows; the current one stays.
+bool FlexGrid::State::HandleSelectAll(Key key, Modifiers modifiers) {
+  if (key != Key::kA || !modifiers.control || modifiers.shift || !SeveralRows()) return false;
+  if (DataRows() == 0) return true;
+  SelectionChanged(selection.Assign(ShownBetween(Fixed(), Rows() - 1)));
+  return true;
+}
+
 bool FlexGrid::State::HandleArrow(Key key, Modifiers modifiers) {
   switch (key) {
     case Key::kUp:
@@ -148,7 +156,7 @@ bool FlexGrid::HandleKey(Key key, Modifiers modifiers) {
   bool used = false;
   Update([&](State& s) {
     used = s.HandleArrow(key, modifiers) || (key == Key::kSpace && s.HandleSpace(modifiers)) ||
-           (!modifiers.control && s.HandleNodeKey(key));
+           s.HandleSelectAll(key, modifiers) || (!modifiers.control && s.HandleNodeKey(key));
   });
   return used;
 }

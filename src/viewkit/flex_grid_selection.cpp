@@ -83,6 +83,10 @@ void FlexGrid::SetAllowSelection(bool allow) {
   });
 }
 
+bool FlexGrid::CanSelectSeveral() const {
+  return state_->SeveralRows();
+}
+
 int FlexGrid::SelectedRows() const {
   return state_->selection.Count();
 }

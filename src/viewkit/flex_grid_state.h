@@ -107,6 +107,7 @@ struct FlexGrid::State {
   void MoveByPage(int direction, Modifiers modifiers);
   void MoveInTree(bool left_key, Modifiers modifiers);
   void ScrollSideways(int step);
+  bool HandleSelectAll(Key key, Modifiers modifiers);
   void UserCollapses(int node, bool collapsed);
   void ExpandAllBelow(int node);
   [[nodiscard]] bool HandleArrow(Key key, Modifiers modifiers);

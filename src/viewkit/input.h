@@ -19,6 +19,7 @@ enum class Key {
   kRight = 0x27,
   kDown = 0x28,
   kDelete = 0x2E,
+  kA = 0x41,
   kB = 0x42,
   kC = 0x43,
   kMultiply = 0x6A,

@@ -45,6 +45,24 @@ TEST_F(GridSelection, OneRowAtATime) {
   EXPECT_EQ(grid.SelectedRows(), 0);
 }
 
+TEST_F(GridSelection, ControlASelectsWhatIsSeenWhereSeveralRowsMayBe) {
+  grid.SetSelectionMode(SelectionMode::kByRow);
+  grid.SetAllowSelection(false);
+  grid.SetRow(2);
+  EXPECT_FALSE(grid.HandleKey(Key::kA, kControl));
+  EXPECT_THAT(SelectionOf(grid), ElementsAre(2));
+  grid.SetSelectionMode(SelectionMode::kListBox);
+  grid.SetRowHidden(3, true);
+  EXPECT_TRUE(grid.HandleKey(Key::kA, kControl));
+  EXPECT_THAT(SelectionOf(grid), ElementsAre(1, 2, 4, 5, 6));
+  EXPECT_EQ(grid.Row(), 2);
+  grid.HandleKey(Key::kDown, kShift);  // from where the selection began
+  EXPECT_THAT(SelectionOf(grid), ElementsAre(2, 4));
+  grid.SetRows(grid.FixedRows());
+  EXPECT_TRUE(grid.HandleKey(Key::kA, kControl));
+  EXPECT_THAT(SelectionOf(grid), IsEmpty());
+}
+
 TEST_F(GridSelection, ListBoxByMouse) {
   grid.SetSelectionMode(SelectionMode::kListBox);
   grid.HandlePress(2, 0, false);

@@ -26,6 +26,7 @@ Key OutlineKey(wchar_t unit) {
 bool GridPeer::WantsKey(Key key, Modifiers modifiers) const {
   if (modifiers.alt) return false;
   if (modifiers.control && key == Key::kC) return true;
+  if (modifiers.control && key == Key::kA) return grid_.CanSelectSeveral();
   switch (key) {
     case Key::kLeft:
     case Key::kUp:
