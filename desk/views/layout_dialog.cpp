@@ -243,6 +243,7 @@ int LayoutDialog::PlaceList(int width, int height) {
   if (!everything) list_.SetColWidth(kTitle, 2850);
   list_.SetSelectionMode(viewkit::SelectionMode::kByRow);
   list_.SetAllowSelection(false);
+  list_.SetAccessibleName("列");
   Put(list_, {kMargin, kMargin, width - 2 * kMargin, height});
   return kMargin + height + kGap;
 }

@@ -155,6 +155,7 @@ void TrialBalanceView::MakeGrid() {
   }
   ResetColumns();
   grid_.SetSelectionMode(viewkit::SelectionMode::kByRow);
+  grid_.SetAccessibleName("试算平衡表");
   controls_.Add(grid_);
 }
 

@@ -116,6 +116,10 @@ void AccountForm::PlaceKinds() {
   PlaceList(kBookTypeList, rows.Field(2));
   PlaceCheck(kGatherCheck, "汇总到(&G)", rows.Lead(3));
   PlaceList(kGatherList, rows.Field(3));
+  // The check box before them says whether, not what.
+  Combo(kCurrencyList).SetAccessibleName("外币币种");
+  Combo(kUnitList).SetAccessibleName("计量单位");
+  Combo(kGatherList).SetAccessibleName("汇总到");
 }
 
 void AccountForm::PlaceAuxiliary() {

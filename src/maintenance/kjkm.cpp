@@ -19,6 +19,7 @@ constexpr int kTabHeight = 28 * viewkit::kTwipsPerPixel;
 
 Kjkm::Kjkm(viewkit::UserPort& user) : user_(user), vxVSTab_("vxVSTab") {
   controls_.Add(vxVSTab_);
+  vxVSTab_.SetAccessibleName("科目类别");
   vxVSTab_.AddTab("key1", "全部");
   for (std::size_t i = 0; i < host::kCategories.size(); ++i) {
     vxVSTab_.AddTab("key" + std::to_string(i + 2), std::string(host::kCategories[i]));
@@ -27,6 +28,7 @@ Kjkm::Kjkm(viewkit::UserPort& user) : user_(user), vxVSTab_("vxVSTab") {
   for (int page = 0; page < kPages; ++page) {
     auto& grid = Vs_[static_cast<std::size_t>(page)];
     grid = std::make_unique<viewkit::FlexGrid>("Vs", page);
+    grid->SetAccessibleName(vxVSTab_.TabCaption(page) + "科目");
     grid->SetVisible(page == 0);
     grid->DoubleClick.Add([this] { FileEdit(); });
     ConnectEnter(*grid);

@@ -55,6 +55,11 @@ void selKjkm::AddControls() {
   ChkFind_.SetCaption("查找");
   ChkFind_.SetVisible(false);  // a click on it does nothing; a host that wants it shows it
 
+  TV_.SetAccessibleName("科目类别");
+  Vs_.SetAccessibleName("科目");
+  SearchBox1_.SetAccessibleName("查找科目");
+  Splitter1_.SetAccessibleName("分隔条");
+
   for (viewkit::Control* control : std::initializer_list<viewkit::Control*>{
            &TV_, &Vs_, &SearchBox1_, &Chk_, &Check_, &ChkFind_}) {
     controls_.Add(*control);

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/controls.h"
@@ -32,6 +33,12 @@ class Control : public virtual host::Control {
   void SetBounds(const host::Bounds& bounds) override;
   [[nodiscard]] const std::string& ToolTipText() const override { return tool_tip_; }
   void SetToolTipText(std::string text) override;
+
+  /// What the control is, for users who hear it and do not see what stands around it. Empty where
+  /// its caption, or the label created before it, says it.
+  [[nodiscard]] const std::string& AccessibleName() const { return accessible_name_; }
+  /// Before the control has a window.
+  void SetAccessibleName(std::string name) { accessible_name_ = std::move(name); }
 
   /// Whether a view that gets the focus for the first time passes it here rather than to the first
   /// control that can take it: where the user's work is.
@@ -63,6 +70,7 @@ class Control : public virtual host::Control {
   std::string name_;
   std::optional<int> index_;
   std::string tool_tip_;
+  std::string accessible_name_;
   host::Bounds bounds_;
   bool visible_ = true;
   bool enabled_ = true;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "component/accessible/accessible_object.h"
 #include "component/base/abi.h"
 #include "component/base/module.h"
 #include "component/server/class_factory.h"
@@ -25,6 +26,7 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** result) {
       return component::MakeObject<component::ProxyFactory>()->QueryInterface(iid, result);
     }
     component::OfferProxies();
+    component::OfferAccessibility();
     return component::MakeObject<component::ClassFactory>(*found)->QueryInterface(iid, result);
   });
 }

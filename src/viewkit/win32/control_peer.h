@@ -45,6 +45,7 @@ class ControlPeer : public Window, public Peer {
   void Update(const Change& change) override;
   bool TakeFocus() override;
   [[nodiscard]] Control& Model() const { return control_; }
+  [[nodiscard]] std::shared_ptr<void> Held() const override { return context_->Held(); }
   /// Creates the window; the peer must be owned by a shared_ptr.
   virtual void Open() = 0;
   /// All windows of the view stand now.
@@ -72,7 +73,6 @@ class ControlPeer : public Window, public Peer {
   /// The control has got or lost the focus; `other` is the window on the other side.
   void FocusChanged(bool focused, HWND other);
 
-  [[nodiscard]] std::shared_ptr<void> Held() const override { return context_->Held(); }
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
   void OnGone() override;
 

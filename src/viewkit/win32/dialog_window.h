@@ -18,6 +18,7 @@ class DialogWindow : public PeerHost {
   /// Shows it and handles the thread's messages until the dialog has been closed. A quit message
   /// ends the dialog and is left for the outer message loop.
   void Run();
+  [[nodiscard]] Accessible* Inside() override { return &accessible_; }
 
  protected:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
@@ -34,6 +35,7 @@ class DialogWindow : public PeerHost {
   void RestoreFocus();
 
   DialogModel& dialog_;
+  AccessibleWindow accessible_{AccessibleRole::kDialog};
   int caption_listener_ = 0;
 };
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/flag_scope.h"
+#include "viewkit/win32/accessibility.h"
 #include "viewkit/win32/grid_painter.h"
 #include "viewkit/win32/wide.h"
 
@@ -24,13 +25,19 @@ GridPeer::GridPeer(ViewContext& context, FlexGrid& grid)
     : ControlPeer(context, grid), grid_(grid) {}
 
 void GridPeer::Open() {
-  Create(GridClass(), {.style = StateStyle(), .place = PlaceOfModel(), .parent = Context().window});
+  const std::wstring name = Wide(grid_.AccessibleName());
+  Create(GridClass(), {.text = name.c_str(),
+                       .style = StateStyle(),
+                       .place = PlaceOfModel(),
+                       .parent = Context().window});
+  Listen();
   tip_.emplace(Hwnd());
   OnFontChanged();
 }
 
 void GridPeer::OnGone() {
   tip_.reset();
+  grid_.AfterCollapse.Remove(collapse_listener_);
   grid_.SetTextMeasure(&PlainTextMeasure());
   ControlPeer::OnGone();
 }
@@ -151,6 +158,7 @@ void GridPeer::Settle() {
   Arrange();
   if (Alive()) marks_ = RowMarks();
   if (Alive()) grid_.SettleScroll();
+  if (Alive()) RaiseAccessibleEvent(Hwnd(), EVENT_OBJECT_REORDER, {});
 }
 
 void GridPeer::OnContent(const Change& change) {
@@ -237,19 +245,6 @@ void GridPeer::InvalidateSelection() {
   marks_ = std::move(now);
 }
 
-/// The window's text is what a screen reader speaks: the current row.
-void GridPeer::Announce() {
-  if (!grid_.Focused()) return;
-  const int row = grid_.Row();
-  std::string text;
-  for (int col = 0; row >= grid_.FixedRows() && row < grid_.Rows() && col < grid_.Cols(); ++col) {
-    if (!Seen(col)) continue;
-    text += (text.empty() ? "" : " ") + grid_.DisplayText(row, col);
-  }
-  SetWindowTextW(Hwnd(), Wide(text).c_str());
-  NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, Hwnd(), OBJID_CLIENT, CHILDID_SELF);
-}
-
 LRESULT GridPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case WM_ERASEBKGND:
@@ -273,7 +268,7 @@ LRESULT GridPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_KILLFOCUS: {
       const LRESULT result = ControlPeer::OnMessage(message, wparam, lparam);
       if (Alive()) InvalidateRows(grid_.Row(), grid_.Row());
-      if (Alive()) Announce();
+      if (Alive() && message == WM_SETFOCUS) AnnounceFocus();
       return result;
     }
     default:

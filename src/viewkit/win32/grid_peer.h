@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "viewkit/accessible_grid.h"
 #include "viewkit/flex_grid.h"
 #include "viewkit/win32/control_peer.h"
 #include "viewkit/win32/grid_layout.h"
@@ -22,6 +23,9 @@ class GridPeer : public ControlPeer {
   [[nodiscard]] bool WantsKey(Key key, Modifiers modifiers) const override;
   void OnFontChanged() override;
   void Settle() override;
+  [[nodiscard]] Accessible* Inside() override { return &accessible_; }
+  [[nodiscard]] RECT PlaceOf(AccessibleId id) const override;
+  [[nodiscard]] AccessibleId IdAt(POINT point) const override;
 
  protected:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
@@ -60,7 +64,12 @@ class GridPeer : public ControlPeer {
   void InvalidateSelection();
   [[nodiscard]] std::vector<RowMark> RowMarks() const;
   [[nodiscard]] bool HasMergedColumns() const;
+
+  // --- assistive programs (grid_accessible.cpp)
+  void Listen();
   void Announce();
+  void AnnounceFocus() const;
+  void AnnounceRow(DWORD event, int row) const;
 
   // --- the mouse (grid_mouse.cpp)
   LRESULT OnMouse(UINT message, WPARAM wparam, LPARAM lparam);
@@ -90,6 +99,8 @@ class GridPeer : public ControlPeer {
   [[nodiscard]] int TrackedPosition(int bar) const;
 
   FlexGrid& grid_;
+  AccessibleGrid accessible_{grid_};
+  int collapse_listener_ = 0;
   std::optional<ToolTip> tip_;  // while the window is there
   bool arranging_ = false;
   bool unsettled_ = false;  // changed as a whole, invalidated and not arranged yet

@@ -12,8 +12,12 @@ namespace tavrix::viewkit::win32 {
 /// A control that the system draws.
 class NativePeer : public ControlPeer {
  public:
-  using ControlPeer::ControlPeer;
+  NativePeer(ViewContext& context, Control& control)
+      : ControlPeer(context, control), named_(AccessibleRole::kSystem, control.AccessibleName()) {}
   void OnFontChanged() override;
+  [[nodiscard]] Accessible* Inside() override {
+    return Model().AccessibleName().empty() ? nullptr : &named_;
+  }
   [[nodiscard]] bool WantsKey(Key, Modifiers) const override { return false; }
 
  protected:
@@ -41,6 +45,7 @@ class NativePeer : public ControlPeer {
   /// The focus is here or in a window inside, as in that of a box with a list.
   [[nodiscard]] bool HasFocus() const;
 
+  AccessibleWindow named_;
   std::optional<ToolTip> tip_;  // while the window is there
 };
 

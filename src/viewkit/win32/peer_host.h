@@ -16,6 +16,7 @@ class PeerHost : public Window {
   void SetForeColor(Color color);
   void SetFont(const FontSpec& font);
   [[nodiscard]] const Scale& GetScale() const { return context_->scale; }
+  [[nodiscard]] std::shared_ptr<void> Held() const override { return context_->Held(); }
   /// Draws the window with its controls; `area` is the target in `dc`.
   void Draw(HDC dc, const RECT& area) const;
 
@@ -46,7 +47,6 @@ class PeerHost : public Window {
 
   /// The client area has another size or another resolution.
   virtual void OnResized() = 0;
-  [[nodiscard]] std::shared_ptr<void> Held() const override { return context_->Held(); }
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:

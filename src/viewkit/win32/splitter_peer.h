@@ -9,11 +9,14 @@ namespace tavrix::viewkit::win32 {
 class SplitterPeer : public ControlPeer {
  public:
   SplitterPeer(ViewContext& context, Splitter& splitter)
-      : ControlPeer(context, splitter), splitter_(splitter) {}
+      : ControlPeer(context, splitter),
+        splitter_(splitter),
+        accessible_(AccessibleRole::kSeparator, splitter.AccessibleName()) {}
 
   void Open() override;
   [[nodiscard]] bool WantsKey(Key key, Modifiers modifiers) const override;
   void OnFontChanged() override { ApplyBounds(); }
+  [[nodiscard]] Accessible* Inside() override { return &accessible_; }
 
  protected:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
@@ -24,6 +27,7 @@ class SplitterPeer : public ControlPeer {
   void MoveBy(int pixels);
 
   Splitter& splitter_;
+  AccessibleWindow accessible_;
   int grip_ = -1;  // where the pointer holds the bar, from its left edge; -1 when it does not
 };
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "viewkit/win32/accessibility.h"
 #include "viewkit/win32/colors.h"
 #include "viewkit/win32/line_text.h"
 #include "viewkit/win32/wide.h"
@@ -24,10 +25,13 @@ const WindowClass& TabClass() {
 }  // namespace
 
 void TabPeer::Open() {
-  Create(TabClass(), {.style = StateStyle(), .place = PlaceOfModel(), .parent = Context().window});
+  const std::wstring name = Wide(strip_.AccessibleName());
+  Create(TabClass(), {.text = name.c_str(),
+                      .style = StateStyle(),
+                      .place = PlaceOfModel(),
+                      .parent = Context().window});
   tip_.emplace(Hwnd());
   shown_current_ = strip_.CurrTab();
-  ShowCaption();
 }
 
 void TabPeer::OnGone() {
@@ -50,7 +54,6 @@ void TabPeer::OnFontChanged() {
 }
 
 void TabPeer::OnContent(const Change& change) {
-  ShowCaption();
   if (change.kind != Change::Kind::kSelection) {
     InvalidateRect(Hwnd(), nullptr, FALSE);
     return;
@@ -58,13 +61,16 @@ void TabPeer::OnContent(const Change& change) {
   InvalidateTab(shown_current_);
   shown_current_ = strip_.CurrTab();
   InvalidateTab(shown_current_);
-  if (strip_.Focused()) NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, Hwnd(), OBJID_CLIENT, 0);
+  RaiseAccessibleEvent(Hwnd(), EVENT_OBJECT_SELECTION, accessible_.Current());
+  AnnounceFocus();
 }
 
-/// The window's text is what a screen reader speaks: the active tab.
-void TabPeer::ShowCaption() {
-  const int tab = strip_.CurrTab();
-  SetWindowTextW(Hwnd(), tab < 0 ? L"" : Wide(strip_.TabCaption(tab)).c_str());
+void TabPeer::AnnounceFocus() const {
+  if (strip_.Focused()) RaiseAccessibleEvent(Hwnd(), EVENT_OBJECT_FOCUS, accessible_.Current());
+}
+
+RECT TabPeer::PlaceOf(AccessibleId id) const {
+  return id.item == 0 ? RECT{} : Places().at(static_cast<std::size_t>(id.item - 1));
 }
 
 std::vector<RECT> TabPeer::Places() const {
@@ -199,6 +205,7 @@ LRESULT TabPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   if (!Alive()) return result;
   if (message == WM_KEYDOWN) strip_.HandleKey(static_cast<Key>(wparam), ModifiersNow());
   if (message == WM_SETFOCUS || message == WM_KILLFOCUS) InvalidateTab(strip_.CurrTab());
+  if (message == WM_SETFOCUS) AnnounceFocus();
   return result;
 }
 

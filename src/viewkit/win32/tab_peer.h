@@ -3,6 +3,7 @@
 #include <optional>
 #include <vector>
 
+#include "viewkit/accessible_tabs.h"
 #include "viewkit/tab_strip.h"
 #include "viewkit/win32/control_peer.h"
 #include "viewkit/win32/tool_tip.h"
@@ -18,6 +19,9 @@ class TabPeer : public ControlPeer {
   [[nodiscard]] bool WantsKey(Key key, Modifiers modifiers) const override;
   bool UseViewKey(Key key, Modifiers modifiers) override;
   void OnFontChanged() override;
+  [[nodiscard]] Accessible* Inside() override { return &accessible_; }
+  [[nodiscard]] RECT PlaceOf(AccessibleId id) const override;
+  [[nodiscard]] AccessibleId IdAt(POINT point) const override { return {TabAt(point) + 1, 0}; }
 
  protected:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
@@ -33,9 +37,10 @@ class TabPeer : public ControlPeer {
   void OnMouseMove(POINT point);
   void SetHot(int tab);
   void InvalidateTab(int tab);
-  void ShowCaption();
+  void AnnounceFocus() const;
 
   TabStrip& strip_;
+  AccessibleTabs accessible_{strip_};
   std::optional<ToolTip> tip_;  // while the window is there
   int hot_ = -1;
   int shown_current_ = -1;

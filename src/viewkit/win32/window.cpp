@@ -6,12 +6,14 @@
 #include <utility>
 
 #include "host/report.h"
+#include "viewkit/win32/accessibility.h"
 #include "viewkit/win32/visual_styles.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
 
 constexpr UINT_PTR kSubclass = 1;
+constexpr UINT kOpenItem = WM_APP + 1;
 constexpr LPARAM kWasDown = 1 << 30;  // of a key message, see "Keystroke Message Flags"
 
 Window* AttachedTo(HWND hwnd) {
@@ -88,6 +90,28 @@ LRESULT Window::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   return DefWindowProcW(hwnd_, message, wparam, lparam);
 }
 
+LRESULT Window::Answer(UINT message, WPARAM wparam, LPARAM lparam) {
+  if (Inside() == nullptr) return OnMessage(message, wparam, lparam);
+  if (message == kOpenItem && Inside()->HasItems()) {
+    OpenItem({static_cast<int>(wparam), static_cast<int>(lparam)});
+    return 0;
+  }
+  const bool asked = message == WM_GETOBJECT && static_cast<LONG>(lparam) == OBJID_CLIENT;
+  const auto answer = asked ? GetAccessibleAnswer() : nullptr;
+  return answer == nullptr ? OnMessage(message, wparam, lparam)
+                           : answer(shared_from_this(), wparam);
+}
+
+void Window::PostOpen(AccessibleId id) const {
+  PostMessageW(hwnd_, kOpenItem, static_cast<WPARAM>(id.item), id.part);
+}
+
+void Window::OpenItem(AccessibleId id) {
+  if (!Inside()->Exists(id)) return;
+  Inside()->Select({id.item, 0}, AccessibleSelect::kOnly);
+  if (Alive() && Inside()->Exists(id)) Inside()->Act(id);
+}
+
 LRESULT CALLBACK Window::Entry(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
   if (message == WM_NCCREATE) {
     const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(lparam);
@@ -107,7 +131,7 @@ LRESULT Window::Dispatch(UINT message, WPARAM wparam, LPARAM lparam) noexcept {
   LRESULT result = 0;
   try {
     if (keep) held = Held();
-    result = keep ? OnMessage(message, wparam, lparam) : Window::OnMessage(message, wparam, lparam);
+    result = keep ? Answer(message, wparam, lparam) : Window::OnMessage(message, wparam, lparam);
   } catch (...) {
     // Nothing may unwind through the system. Views report their own errors before this.
   }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "viewkit/accessible.h"
 #include "viewkit/input.h"
 
 namespace tavrix::viewkit::win32 {
@@ -50,6 +51,20 @@ class Window : public std::enable_shared_from_this<Window> {
   [[nodiscard]] bool Alive() const { return hwnd_ != nullptr; }
   /// Ends the window; no message reaches the object any more.
   void Destroy();
+  /// What must live besides this object until a message, or a call, has been handled; null for
+  /// nothing.
+  [[nodiscard]] virtual std::shared_ptr<void> Held() const { return nullptr; }
+
+  /// What assistive programs are told of this window's inside; null where the system knows it.
+  [[nodiscard]] virtual Accessible* Inside() { return nullptr; }
+  /// Where an item or part is seen, in pixels of the client area; empty where it is not.
+  [[nodiscard]] virtual RECT PlaceOf(AccessibleId) const { return {}; }
+  /// What is under a point of the client area; the window itself for nothing.
+  [[nodiscard]] virtual AccessibleId IdAt(POINT) const { return {}; }
+  [[nodiscard]] virtual bool TakeFocus() { return false; }
+  /// Selects the item and does what `Accessible::Act` says, when the caller has had its answer:
+  /// a dialog may come of it.
+  void PostOpen(AccessibleId id) const;
 
  protected:
   /// Creates a window of an own class. The object must be owned by a shared_ptr.
@@ -59,8 +74,6 @@ class Window : public std::enable_shared_from_this<Window> {
 
   /// Handles a message; the base class answers as the window's class does.
   virtual LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam);
-  /// What must live besides this object until a message has been handled; null for nothing.
-  [[nodiscard]] virtual std::shared_ptr<void> Held() const { return nullptr; }
   /// The window has gone; called once, also when its parent took it along.
   virtual void OnGone() {}
 
@@ -70,6 +83,8 @@ class Window : public std::enable_shared_from_this<Window> {
   static LRESULT CALLBACK SubclassEntry(HWND hwnd, UINT message, WPARAM wparam, LPARAM lparam,
                                         UINT_PTR id, DWORD_PTR window) noexcept;
   LRESULT Dispatch(UINT message, WPARAM wparam, LPARAM lparam) noexcept;
+  LRESULT Answer(UINT message, WPARAM wparam, LPARAM lparam);
+  void OpenItem(AccessibleId id);
   void Forget(bool tell);
 
   HWND hwnd_ = nullptr;

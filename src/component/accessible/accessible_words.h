@@ -1,0 +1,32 @@
+#pragma once
+
+#include <windows.h>
+
+#include <oleacc.h>
+
+#include <string>
+
+#include "viewkit/accessible.h"
+
+/// What of a control's `Accessible` has other words, or numbers, in the system's interface.
+namespace tavrix::component {
+
+[[nodiscard]] inline VARIANT Number(LONG number) {
+  VARIANT value{};
+  value.vt = VT_I4;
+  value.lVal = number;
+  return value;
+}
+
+[[nodiscard]] inline bool IsSelf(const VARIANT& child) {
+  return child.vt == VT_I4 && child.lVal == CHILDID_SELF;
+}
+
+/// `ROLE_SYSTEM_...`
+[[nodiscard]] LONG RoleNumber(viewkit::AccessibleRole role);
+/// `STATE_SYSTEM_...`
+[[nodiscard]] LONG StateBits(const viewkit::AccessibleStates& states);
+/// What the user is told that the default action does; empty for none.
+[[nodiscard]] std::string ActionText(const viewkit::Accessible& inside, viewkit::AccessibleId id);
+
+}  // namespace tavrix::component
