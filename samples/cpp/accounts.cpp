@@ -1,6 +1,6 @@
 // The chart of accounts and the account picker from C++, bound early: prints both, then shows the
-// chart in a window until it is closed (with /print: prints alone; with /moment: closes it at
-// once).
+// chart in a window until it is closed. With /print it only prints, with /moment it closes the
+// window at once.
 #include <cstdio>
 #include <string>
 
@@ -12,17 +12,81 @@
 #include "qnPickerUI.h"
 #include "tavrix.h"
 
-/// Hears the events of a Kjkm, which come by number.
+/// Prints a line. Reports of the library are in Chinese: the console gets UTF-8.
+void Print(const std::wstring& line) {
+  std::string bytes(3 * line.size(), '\0');
+  const int size =
+      WideCharToMultiByte(CP_UTF8, 0, line.data(), static_cast<int>(line.size()), bytes.data(),
+                          static_cast<int>(bytes.size()), nullptr, nullptr);
+  bytes.resize(static_cast<std::size_t>(size));
+  std::puts(bytes.c_str());
+}
+
+/// Receives the events of a Kjkm, by their DISPIDs.
 class Reports : public Object<__Kjkm> {
  public:
   HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments,
                                    VARIANT*, EXCEPINFO*, UINT*) override {
     constexpr DISPID kErrMessage = 2;
-    // Arguments stand in reverse: title, level, text.
+    // Arguments are in reverse order: title, level, text.
     if (event == kErrMessage && arguments->cArgs == 3)
-      std::printf("%ls: %ls\n", arguments->rgvarg[0].bstrVal, arguments->rgvarg[2].bstrVal);
+      Print(std::wstring(arguments->rgvarg[0].bstrVal) + L": " + arguments->rgvarg[2].bstrVal);
     return S_OK;
   }
+};
+
+/// Prints the accounts of a pick.
+void PrintPicked(IPickerUI* picker) {
+  Ref<IDispatch> objects;
+  picker->get_Objects(objects.Put());
+  const auto accounts = objects.As<_colKjkm>();
+  long count = 0;
+  accounts->get_Count(&count);
+  for (long i = 1; i <= count; ++i) {
+    VARIANT position{};
+    position.vt = VT_I4;
+    position.lVal = i;
+    Ref<_clsKjkm> account;
+    Text code;
+    Text name;
+    accounts->get_Item(position, account.Put());
+    account->get_ccode(code.Put());
+    account->get_ccode_name(name.Put());
+    Print(L"picked " + code.Words() + L": " + name.Words());
+  }
+}
+
+/// Receives the events of a selKjkm. The picker outlives it.
+class Picks : public Object<__selKjkm> {
+ public:
+  explicit Picks(IPickerUI* picker) : picker_(picker) {}
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*,
+                                   EXCEPINFO*, UINT*) override {
+    constexpr DISPID kDoSelect = 1;  // 2 is DoCancel
+    if (event == kDoSelect) PrintPicked(picker_);
+    return S_OK;
+  }
+
+ private:
+  IPickerUI* picker_;
+};
+
+/// Connects a receiver to a view's events, as long as it lives.
+class Connection {
+ public:
+  Connection(const Ref<IUnknown>& view, REFIID events, IUnknown* receiver) {
+    view.As<IConnectionPointContainer>()->FindConnectionPoint(events, point_.Put());
+    if (point_) point_->Advise(receiver, &cookie_);
+  }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+  ~Connection() {
+    if (point_) point_->Unadvise(cookie_);
+  }
+
+ private:
+  Ref<IConnectionPoint> point_;
+  DWORD cookie_ = 0;
 };
 
 template <class Class>
@@ -30,7 +94,8 @@ Ref<IUnknown> Create() {
   void* made = nullptr;
   const HRESULT result =
       CoCreateInstance(__uuidof(Class), nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, &made);
-  if (FAILED(result)) std::printf("not registered? %08lX\n", static_cast<unsigned long>(result));
+  if (FAILED(result))  // 80040154: the DLL of this program's size is not registered
+    std::fprintf(stderr, "cannot create the control: %08lX\n", static_cast<unsigned long>(result));
   return Ref<IUnknown>(static_cast<IUnknown*>(made));
 }
 
@@ -65,9 +130,8 @@ bool Load(const Ref<IUnknown>& view, IDispatch* system) {
   long first = 0;
   grid->get_Rows(&rows);
   grid->get_FixedRows(&first);
-  std::printf("Kjkm: %ld accounts\n", rows - first);
-  for (long row = first; row < rows; ++row)
-    std::printf("%ls %ls\n", Cell(grid, row, 0).c_str(), Cell(grid, row, 1).c_str());
+  Print(L"Kjkm: " + std::to_wstring(rows - first) + L" accounts");
+  for (long row = first; row < rows; ++row) Print(Cell(grid, row, 0) + L" " + Cell(grid, row, 1));
   return true;
 }
 
@@ -87,7 +151,7 @@ bool Pick(IDispatch* system) {
   long first = 0;
   grid->get_Rows(&rows);
   grid->get_FixedRows(&first);
-  std::printf("selKjkm: %ld accounts\n", rows - first);
+  Print(L"selKjkm: " + std::to_wstring(rows - first) + L" accounts");
 
   // What a user has typed elsewhere.
   const Text none;
@@ -98,28 +162,14 @@ bool Pick(IDispatch* system) {
   Text name;
   picker->Validate(none.Get(), code_field.Get(), name_field.Get(), typed.Get(), code.Put(),
                    name.Put(), &done);
-  std::printf("typed %ls: %ls\n", code.Words().c_str(), name.Words().c_str());
+  Print(L"typed " + code.Words() + L": " + name.Words());
 
-  // What the user's choice and OK do; a form would wait for the event DoSelect.
+  // The picker raises DoSelect when the user has picked. Here the program does what the user would:
+  // it makes a row current and clicks the OK button.
+  const Ref<Picks> picks(new Picks(picker.Get()));
+  const Connection connection(view, __uuidof(__selKjkm), picks.Get());
   grid->put_Row(first);
   Child<IButtonControl>(view, L"Cmd(0)")->Click();
-  Ref<IDispatch> objects;
-  picker->get_Objects(objects.Put());
-  const auto accounts = objects.As<_colKjkm>();
-  long count = 0;
-  accounts->get_Count(&count);
-  for (long i = 1; i <= count; ++i) {
-    VARIANT position{};
-    position.vt = VT_I4;
-    position.lVal = i;
-    Ref<_clsKjkm> account;
-    Text picked_code;
-    Text picked_name;
-    accounts->get_Item(position, account.Put());
-    account->get_ccode(picked_code.Put());
-    account->get_ccode_name(picked_name.Put());
-    std::printf("picked %ls: %ls\n", picked_code.Words().c_str(), picked_name.Words().c_str());
-  }
   picker->Clear();
   return true;
 }
@@ -166,21 +216,21 @@ bool Run(bool window, bool moment) {
   if (!view) return false;
 
   const Ref<Reports> reports(new Reports);
-  Ref<IConnectionPoint> events;
-  DWORD connection = 0;
-  view.As<IConnectionPointContainer>()->FindConnectionPoint(__uuidof(__Kjkm), events.Put());
-  events->Advise(reports.Get(), &connection);
+  const Connection connection(view, __uuidof(__Kjkm), reports.Get());
 
   bool good = Load(view, system) && Pick(system);
-  if (good && window) good = Show(view, moment);
+  if (good && window) {
+    good = Show(view, moment);
+    if (!good) std::fputs("no window: under Wine it needs a display\n", stderr);
+  }
   VARIANT_BOOL none = VARIANT_FALSE;
   view.As<IFormUI>()->Clear(&none);  // before the host's objects end
-  events->Unadvise(connection);
   return good;
 }
 
 int main(int count, char** words) {
   const std::string how = count > 1 ? words[1] : "";
+  SetConsoleOutputCP(CP_UTF8);
   if (FAILED(OleInitialize(nullptr))) return 1;  // a single-threaded apartment
   const bool good = Run(how != "/print", how == "/moment");
   OleUninitialize();

@@ -9,6 +9,7 @@
 
 #include "object.h"
 #include "qnSystem.h"
+#include "tavrix.h"
 
 using Account = std::map<std::wstring, std::wstring>;  // column, value
 
@@ -233,8 +234,12 @@ class Host : public Object<IHostSystem, IHostRights, IHostFolders, IHostDatabase
     if (wanted == L"Parameters") return GiveNew<Parameters>(result);
     return Give<IHostCodeRule>(result);  // any interface: the library asks for the one it wants
   }
-  HRESULT STDMETHODCALLTYPE get_CanAdd(VARIANT_BOOL* result) override { return Yes(result); }
-  HRESULT STDMETHODCALLTYPE get_CanEdit(VARIANT_BOOL* result) override { return Yes(result); }
+  HRESULT STDMETHODCALLTYPE get_CanAdd(VARIANT_BOOL* result) override {
+    return Answer(true, result);
+  }
+  HRESULT STDMETHODCALLTYPE get_CanEdit(VARIANT_BOOL* result) override {
+    return Answer(true, result);
+  }
   HRESULT STDMETHODCALLTYPE get_UserFolder(BSTR* result) override { return Words(L".", result); }
 
   // The database
@@ -259,7 +264,8 @@ class Host : public Object<IHostSystem, IHostRights, IHostFolders, IHostDatabase
     return Words(all.size() > 4 ? all.substr(0, all.size() - 2) : L"", result);
   }
   HRESULT STDMETHODCALLTYPE LevelOf(BSTR code, BSTR, long* result) override {
-    *result = (static_cast<long>(SysStringLen(code)) - 2) / 2;
+    const auto length = static_cast<long>(SysStringLen(code));
+    *result = length >= 4 && length % 2 == 0 ? (length - 2) / 2 : 0;
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE LengthAtLevel(long level, BSTR, long* result) override {
@@ -267,26 +273,28 @@ class Host : public Object<IHostSystem, IHostRights, IHostFolders, IHostDatabase
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE SetDatabase(IDispatch*) override { return S_OK; }
-  HRESULT STDMETHODCALLTYPE MoveTop(IDispatch*, VARIANT_BOOL* result) override {
-    return Yes(result);
+  HRESULT STDMETHODCALLTYPE MoveTop(IDispatch* grid, VARIANT_BOOL* result) override {
+    return Move(grid, result, [](long, long first, long) { return first; });
   }
-  HRESULT STDMETHODCALLTYPE MovePrevious(IDispatch*, VARIANT_BOOL* result) override {
-    return Yes(result);
+  HRESULT STDMETHODCALLTYPE MovePrevious(IDispatch* grid, VARIANT_BOOL* result) override {
+    return Move(grid, result,
+                [](long row, long first, long) { return row > first ? row - 1 : first; });
   }
-  HRESULT STDMETHODCALLTYPE MoveNext(IDispatch*, VARIANT_BOOL* result) override {
-    return Yes(result);
+  HRESULT STDMETHODCALLTYPE MoveNext(IDispatch* grid, VARIANT_BOOL* result) override {
+    return Move(grid, result,
+                [](long row, long, long last) { return row < last ? row + 1 : last; });
   }
-  HRESULT STDMETHODCALLTYPE MoveBottom(IDispatch*, VARIANT_BOOL* result) override {
-    return Yes(result);
+  HRESULT STDMETHODCALLTYPE MoveBottom(IDispatch* grid, VARIANT_BOOL* result) override {
+    return Move(grid, result, [](long, long, long last) { return last; });
   }
   HRESULT STDMETHODCALLTYPE FindNext(IDispatch*, VARIANT_BOOL* result) override {
-    return Yes(result);
+    return Answer(false, result);
   }
   HRESULT STDMETHODCALLTYPE Find(IDispatch*, VARIANT, VARIANT_BOOL* result) override {
-    return Yes(result);
+    return Answer(false, result);
   }
   HRESULT STDMETHODCALLTYPE Filter(IDispatch*, VARIANT, VARIANT_BOOL* result) override {
-    return Yes(result);
+    return Answer(false, result);
   }
   HRESULT STDMETHODCALLTYPE SetRange(long, VARIANT) override { return S_OK; }
   HRESULT STDMETHODCALLTYPE Attach(long window) override {
@@ -301,9 +309,24 @@ class Host : public Object<IHostSystem, IHostRights, IHostFolders, IHostDatabase
   HRESULT STDMETHODCALLTYPE put_Position(long) override { return S_OK; }
 
  private:
-  static HRESULT Yes(VARIANT_BOOL* result) {
-    *result = VARIANT_TRUE;
+  static HRESULT Answer(bool yes, VARIANT_BOOL* result) {
+    *result = yes ? VARIANT_TRUE : VARIANT_FALSE;
     return S_OK;
+  }
+  /// Makes the row current that `target` gives for the current, the first and the last data row.
+  template <class Target>
+  static HRESULT Move(IDispatch* object, VARIANT_BOOL* result, Target target) {
+    Ref<IFlexGrid> grid;
+    object->QueryInterface(__uuidof(IFlexGrid), reinterpret_cast<void**>(grid.Put()));
+    if (!grid) return E_INVALIDARG;
+    long row = 0;
+    long first = 0;
+    long rows = 0;
+    grid->get_Row(&row);
+    grid->get_FixedRows(&first);
+    grid->get_Rows(&rows);
+    if (rows > first) grid->put_Row(target(row, first, rows - 1));
+    return Answer(true, result);
   }
   static HRESULT Words(const std::wstring& text, BSTR* result) {
     *result = SysAllocString(text.c_str());

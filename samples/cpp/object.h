@@ -47,16 +47,18 @@ class Ref {
 /// Owns a text of Automation.
 class Text {
  public:
-  explicit Text(const std::wstring& text = {}) : text_(SysAllocString(text.c_str())) {}
+  Text() = default;  // empty: a BSTR may be null
+  explicit Text(const std::wstring& text) : text_(SysAllocString(text.c_str())) {}
   Text(const Text&) = delete;
   Text& operator=(const Text&) = delete;
   ~Text() { SysFreeString(text_); }
   BSTR Get() const { return text_; }
+  /// For results, of an owner that holds nothing yet.
   BSTR* Put() { return &text_; }
   std::wstring Words() const { return text_ == nullptr ? L"" : text_; }
 
  private:
-  BSTR text_;
+  BSTR text_ = nullptr;
 };
 
 /// An object with these interfaces, all of them IDispatch. It begins with one reference, its

@@ -1,7 +1,7 @@
 // The chart of accounts in a window of Windows Forms, from C#: the control by its class, commands
 // bound early through IFormUI, all else by name.
 //
-//   csc /platform:x64 Accounts.cs Host.cs            (x86 for the 32-bit library)
+//   csc /platform:x64 /target:winexe Accounts.cs Host.cs      (x86 for the 32-bit library)
 //
 // The build needs nothing of the library; to run, it must be registered.
 using System;

@@ -48,7 +48,7 @@ namespace Accounts
 
         // Helpers: codes by the rule 4222, the grid's current row, the wheel
         public string ParentCode(string code, string rule) { return code.Length > 4 ? code.Substring(0, code.Length - 2) : ""; }
-        public int LevelOf(string code, string rule) { return (code.Length - 2) / 2; }
+        public int LevelOf(string code, string rule) { return code.Length >= 4 && code.Length % 2 == 0 ? (code.Length - 2) / 2 : 0; }
         public int LengthAtLevel(int level, string rule) { return level > 0 ? 2 + 2 * level : 0; }
         public void SetDatabase(object database) { }
         public bool MoveTop(dynamic grid) { grid.Row = grid.FixedRows; return true; }

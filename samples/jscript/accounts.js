@@ -94,7 +94,7 @@ var helpers = {
   CodeRule: function () {
     return {
       ParentCode: function (code, rule) { return code.length > 4 ? code.slice(0, -2) : ""; },
-      LevelOf: function (code, rule) { return (code.length - 2) / 2; },
+      LevelOf: function (code, rule) { return code.length >= 4 && code.length % 2 === 0 ? (code.length - 2) / 2 : 0; },
       LengthAtLevel: function (level, rule) { return level > 0 ? 2 + 2 * level : 0; }
     };
   },

@@ -79,7 +79,7 @@ const host = {
   Item: (key) => ({Value: ''}),              // "jet" for Access
 
   ParentCode: (code, rule) => code.length > 4 ? code.slice(0, -2) : '',
-  LevelOf: (code, rule) => (code.length - 2) / 2,
+  LevelOf: (code, rule) => code.length >= 4 && code.length % 2 === 0 ? (code.length - 2) / 2 : 0,
   LengthAtLevel: (level, rule) => level > 0 ? 2 + 2 * level : 0,
   SetDatabase: (database) => {},
   MoveTop: () => true, MovePrevious: () => true, MoveNext: () => true, MoveBottom: () => true,

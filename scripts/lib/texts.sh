@@ -6,6 +6,7 @@ documents() { (cd "$root" && find README.md CHANGELOG.md docs -name '*.md' | sor
 check_texts() {
   local bad=0
   links_lead_nowhere && bad=1
+  headings_are_gone && bad=1
   paths_are_gone && bad=1
   commands_are_not_told && bad=1
   keys_differ && bad=1
@@ -28,6 +29,26 @@ links_lead_nowhere() {
         [[ -e $root/$(dirname "$document")/$target ]] || printf '%s: %s\n' "$document" "$target"
       done
   done | complain "these links lead nowhere:"
+}
+
+# Links to a heading of a document: no heading there makes that anchor.
+headings_are_gone() {
+  documents | (cd "$root" && perl -Mutf8 -CS -Mopen=:std,:utf8 -MFile::Basename -e '
+    my %anchors;
+    sub text_of { open(my $file, "<:utf8", $_[0]) or return ""; local $/; return scalar <$file> }
+    sub anchors_of {
+      my ($path) = @_;
+      return $anchors{$path} //= { map { my $a = lc; $a =~ s/[^\w\s-]//g; $a =~ s/ /-/g; ($a => 1) }
+        text_of($path) =~ /^#+ (.*)$/mg };
+    }
+    while (my $document = <STDIN>) {
+      chomp $document;
+      my $text = text_of($document);
+      while ($text =~ /\]\(([^):#]*)#([^)]+)\)/g) {
+        my $target = $1 eq "" ? $document : dirname($document) . "/$1";
+        print "$document: $1#$2\n" unless anchors_of($target)->{$2};
+      }
+    }') | complain "these headings are gone:"
 }
 
 # What a document names in `...` below one of our folders.
