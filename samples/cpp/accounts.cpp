@@ -197,7 +197,12 @@ bool Show(const Ref<IUnknown>& view, bool moment) {
   Site site(window);
   SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&site));
   long handle = 0;
-  if (SUCCEEDED(site.Show(view.Get()))) Child<IFlexGrid>(view, L"Vs(0)")->get_hWnd(&handle);
+  if (SUCCEEDED(site.Show(view.Get()))) {
+    // It was loaded without a window; a load with one measures the codes in the window's font.
+    VARIANT_BOOL done = VARIANT_FALSE;
+    view.As<IFormUI>()->Refresh(&done);
+    Child<IFlexGrid>(view, L"Vs(0)")->get_hWnd(&handle);
+  }
   if (moment) PostMessageW(window, WM_CLOSE, 0, 0);
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
