@@ -394,6 +394,7 @@ class FlexGrid : public Control, public host::Grid {
  private:
   [[nodiscard]] bool CanBeOpened(int row) const;  // it is seen once the nodes above it are open
   void OpenAbove(int row);
+  void RefitColumns();
   struct State;
   template <class Body>
   void Update(Body&& body);

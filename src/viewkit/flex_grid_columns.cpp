@@ -176,6 +176,7 @@ void FlexGrid::AutoSize(int col) {
     measure(candidate.row, indent(candidate.row));
   }
   SetColWidth(col, std::min(widest + kBeside, kWidestColumn));
+  s.At(col).fitted = ColWidth(col);
 }
 
 }  // namespace tavrix::viewkit

@@ -76,10 +76,20 @@ void FlexGrid::SetCellFontBold(int row, int col, bool bold) {
 }
 
 void FlexGrid::SetTextMeasure(const TextMeasure* measure) {
+  const bool first_font = state_->measure == &PlainTextMeasure();
   Update([&](State& s) {
     s.measure = measure == nullptr ? &PlainTextMeasure() : measure;
     s.StructureChanged();
+    if (first_font && s.measure != &PlainTextMeasure()) RefitColumns();
   });
+}
+
+/// A host may load a view before it gives it a window, and with it a font.
+void FlexGrid::RefitColumns() {
+  for (int col = 0; col < Cols(); ++col) {
+    const State::Column& column = state_->At(col);
+    if (column.fitted > 0 && column.fitted == column.width) AutoSize(col);
+  }
 }
 
 const TextMeasure& FlexGrid::Measure() const {

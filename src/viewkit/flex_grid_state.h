@@ -25,6 +25,7 @@ struct FlexGrid::State {
   };
   struct Column {
     int width = kDefaultColWidth;
+    int fitted = 0;  // the width that `AutoSize` has found for it; 0: none
     bool hidden = false;
     bool merge = false;
     Alignment alignment = Alignment::kGeneral;

@@ -207,6 +207,26 @@ TEST_F(GridContent, AutoSizeFindsTheWidestCellByMeasuringAFew) {
   grid.SetTextMeasure(nullptr);
 }
 
+// A host may load a view before it places it in a window.
+TEST_F(GridContent, AFittedColumnIsFittedAgainWhenTheFontIsKnown) {
+  class WideMeasure final : public TextMeasure {
+   public:
+    int Width(std::string_view text, bool bold) const override {
+      return 2 * PlainTextMeasure().Width(text, bold);
+    }
+    int LineHeight() const override { return 200; }
+  };
+  Fill(grid, {{"10020101", "10020101"}});
+  for (const int col : {0, 1}) grid.AutoSize(col);
+  const int fitted = grid.ColWidth(0);
+  grid.SetColWidth(1, fitted + 1);  // by the user
+  const WideMeasure font;
+  grid.SetTextMeasure(&font);
+  EXPECT_EQ(grid.ColWidth(0) - fitted, PlainTextMeasure().Width("10020101", false));
+  EXPECT_EQ(grid.ColWidth(1), fitted + 1);
+  grid.SetTextMeasure(nullptr);
+}
+
 TEST_F(GridContent, DisplaysNumbersInTheColumnsFormat) {
   Fill(grid, {{"1234.5"}, {"none"}, {""}});
   grid.SetColFormat(0, "#,##0.00");
