@@ -1,12 +1,13 @@
 # A registration-free manifest from the facts of facts.awk: of a side-by-side assembly (kind=assembly,
-# with `machine` and `file_version`), or for a host's own executable (kind=host).
+# with `machine` and `file_version`), or for a host's own executable (kind=host). The assembly must not have
+# the name of the DLL: Windows looks for NAME\NAME.dll before NAME\NAME.manifest, and would take the DLL for it.
 
 BEGIN {
   FS = "\t"
   print "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>"
   print "<assembly xmlns=\"urn:schemas-microsoft-com:asm.v1\" manifestVersion=\"1.0\">"
   if (kind == "assembly") {
-    printf "  <assemblyIdentity type=\"win32\" name=\"Tavrix\" version=\"%s\" processorArchitecture=\"%s\"/>\n",
+    printf "  <assemblyIdentity type=\"win32\" name=\"Tavrix.Controls\" version=\"%s\" processorArchitecture=\"%s\"/>\n",
       file_version, machine
   }
   print "  <file name=\"tavrix.dll\">"

@@ -138,7 +138,7 @@ stage_kit() {
     [[ $arch == x64 ]] || machine=x86
     facts tavrix | awk -v kind=host -f "$root/packaging/manifest.awk" >"$folder/$arch/host.manifest"
     facts tavrix | awk -v kind=assembly -v machine=$machine -v file_version="$version.0" \
-      -f "$root/packaging/manifest.awk" >"$folder/$arch/Tavrix.manifest"
+      -f "$root/packaging/manifest.awk" >"$folder/$arch/Tavrix.Controls.manifest"
     sed "s/@FILE_VERSION@/$version.0/; s/@MACHINE@/$machine/" \
       "$root/packaging/host-of-assembly.manifest.in" >"$folder/$arch/host-of-assembly.manifest"
   done
