@@ -211,6 +211,23 @@ TEST_F(AccessibleView, TheDefaultActionCollapsesExpandsAndEdits) {
   EXPECT_EQ(test.Tabs().CurrTab(), 2);
 }
 
+TEST_F(AccessibleView, ChildrenAreNumberedAsScriptsDoIt) {
+  const Element tabs = ClientOf(Window(test.Tabs()));
+  VARIANT number{};
+  number.vt = VT_I2;
+  number.iVal = 2;
+  component::Bstr name;
+  EXPECT_EQ(tabs.object->get_accName(number, name.Put()), S_OK);
+  EXPECT_EQ(component::TextOf(name.Get()), "资产");
+  VARIANT left_out{};
+  EXPECT_EQ(tabs.object->get_accName(left_out, name.Put()), S_OK);
+  EXPECT_EQ(component::TextOf(name.Get()), "科目类别");
+  left_out.vt = VT_ERROR;
+  left_out.scode = DISP_E_PARAMNOTFOUND;
+  EXPECT_EQ(tabs.object->get_accName(left_out, name.Put()), S_OK);
+  EXPECT_EQ(tabs.Children().at(2).Go(NAVDIR_LEFT).Name(), "资产");
+}
+
 TEST_F(AccessibleView, SelectingMovesFocusAndRow) {
   EXPECT_EQ(Row("2202").Select(SELFLAG_TAKEFOCUS | SELFLAG_TAKESELECTION), S_OK);
   EXPECT_EQ(GetFocus(), Window(test.Grid()));
@@ -349,6 +366,14 @@ TEST_F(AccessiblePicker, SeveralRowsAreSelectedOneByOneAndByKey) {
   EXPECT_EQ(Vs().SelectedRows(), 2);
   EXPECT_EQ(rows.at(3).Select(SELFLAG_REMOVESELECTION), S_OK);
   EXPECT_EQ(rows.at(4).Select(SELFLAG_EXTENDSELECTION), S_OK);
+  EXPECT_EQ(Vs().SelectedRows(), 4);
+  EXPECT_EQ(rows.at(2).Select(SELFLAG_TAKEFOCUS), S_OK);
+  EXPECT_EQ(rows.at(2).Select(SELFLAG_ADDSELECTION | SELFLAG_REMOVESELECTION), E_INVALIDARG);
+  EXPECT_EQ(Vs().SelectedRows(), 4) << "the focus alone selects nothing";
+  EnableWindow(GetAncestor(Window(Vs()), GA_ROOT), FALSE);  // as a modal dialog does
+  EXPECT_EQ(rows.at(1).Select(SELFLAG_TAKESELECTION), S_FALSE);
+  EXPECT_EQ(rows.at(1).DoDefaultAction(), S_FALSE);
+  EnableWindow(GetAncestor(Window(Vs()), GA_ROOT), TRUE);
   EXPECT_EQ(Vs().SelectedRows(), 4);
   const HeldKey control(VK_CONTROL);
   const auto heard = listener.While([this] { SendMessageW(Window(Vs()), WM_KEYDOWN, 'A', 1); });

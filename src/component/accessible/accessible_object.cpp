@@ -1,5 +1,6 @@
 #include "component/accessible/accessible_object.h"
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -25,6 +26,23 @@ constexpr GUID kDescriptions = {
 /// Nothing, and so no text.
 std::string NoText(const Accessible&, AccessibleId) {
   return {};
+}
+
+/// Nothing for flags that contradict each other.
+std::optional<AccessibleSelect> SelectionOf(LONG flags) {
+  switch (flags) {
+    case SELFLAG_TAKESELECTION:
+      return AccessibleSelect::kOnly;
+    case SELFLAG_EXTENDSELECTION:
+    case SELFLAG_EXTENDSELECTION | SELFLAG_ADDSELECTION:
+      return AccessibleSelect::kExtend;
+    case SELFLAG_ADDSELECTION:
+      return AccessibleSelect::kAdd;
+    case SELFLAG_REMOVESELECTION:
+      return AccessibleSelect::kRemove;
+    default:
+      return std::nullopt;
+  }
 }
 
 LRESULT AnswerFor(const std::shared_ptr<viewkit::win32::Window>& window, WPARAM wparam) {
@@ -60,16 +78,6 @@ AccessibleObject::Reached AccessibleObject::Reach() const {
   if (inside == nullptr || !inside->Exists(self_)) throw ComFailure(CO_E_OBJNOTCONNECTED);
   auto held = window->Held();
   return {std::move(window), std::move(held), *inside};
-}
-
-HRESULT AccessibleObject::Ask(const Answer& answer) const noexcept {
-  return Guarded(__uuidof(IAccessible), [&] { return answer(Reach()); });
-}
-
-HRESULT AccessibleObject::AskValue(VARIANT* result, const Answer& answer) const noexcept {
-  if (result == nullptr) return E_POINTER;
-  VariantInit(result);
-  return Ask(answer);
 }
 
 AccessibleId AccessibleObject::IdOf(const VARIANT& child, const Accessible& inside) const {
@@ -122,6 +130,7 @@ HRESULT AccessibleObject::get_accChildCount(LONG* result) noexcept {
 }
 
 HRESULT AccessibleObject::get_accChild(VARIANT child, IDispatch** result) noexcept {
+  child = ChildOf(child);
   if (result == nullptr) return E_POINTER;
   *result = nullptr;
   return Ask([&](const Reached& reached) -> HRESULT {
@@ -134,10 +143,11 @@ HRESULT AccessibleObject::get_accChild(VARIANT child, IDispatch** result) noexce
   });
 }
 
-HRESULT AccessibleObject::AskText(BSTR* result, const VARIANT& child, OurText ours,
+HRESULT AccessibleObject::AskText(BSTR* result, const VARIANT& given, OurText ours,
                                   SystemText theirs) const noexcept {
   if (result == nullptr) return E_POINTER;
   *result = nullptr;
+  const VARIANT child = ChildOf(given);
   return Ask([&](const Reached& reached) -> HRESULT {
     IAccessible* system = SystemFor(child, reached);
     const bool own = IsSelf(child) || reached.inside.HasItems();
@@ -175,14 +185,18 @@ HRESULT AccessibleObject::get_accDefaultAction(VARIANT child, BSTR* result) noex
   return AskText(result, child, ActionText, &IAccessible::get_accDefaultAction);
 }
 
-HRESULT AccessibleObject::get_accHelpTopic(BSTR* file, VARIANT, LONG* topic) noexcept {
+HRESULT AccessibleObject::get_accHelpTopic(BSTR* file, VARIANT child, LONG* topic) noexcept {
   if (file == nullptr || topic == nullptr) return E_POINTER;
   *file = nullptr;
   *topic = 0;
-  return S_FALSE;
+  return Ask([&](const Reached& reached) -> HRESULT {
+    IAccessible* system = SystemInside(reached);
+    return system == nullptr ? S_FALSE : system->get_accHelpTopic(file, ChildOf(child), topic);
+  });
 }
 
 HRESULT AccessibleObject::get_accRole(VARIANT child, VARIANT* result) noexcept {
+  child = ChildOf(child);
   return AskValue(result, [&](const Reached& reached) -> HRESULT {
     const bool own = IsSelf(child) || reached.inside.HasItems();
     const AccessibleRole role =
@@ -194,6 +208,7 @@ HRESULT AccessibleObject::get_accRole(VARIANT child, VARIANT* result) noexcept {
 }
 
 HRESULT AccessibleObject::get_accState(VARIANT child, VARIANT* result) noexcept {
+  child = ChildOf(child);
   return AskValue(result, [&](const Reached& reached) -> HRESULT {
     IAccessible* system = SystemFor(child, reached);
     if (system != nullptr && !IsSelf(child)) return system->get_accState(child, result);
@@ -233,24 +248,26 @@ HRESULT AccessibleObject::get_accSelection(VARIANT* result) noexcept {
 }
 
 HRESULT AccessibleObject::accSelect(LONG flags, VARIANT child) noexcept {
+  child = ChildOf(child);
   return Ask([&](const Reached& reached) -> HRESULT {
     if (IAccessible* system = SystemInside(reached)) return system->accSelect(flags, child);
     const AccessibleId id = IdOf(child, reached.inside);
     const bool focus = (flags & SELFLAG_TAKEFOCUS) != 0;
+    const LONG selection = flags & ~SELFLAG_TAKEFOCUS;
+    if (!reached.window->TakesInput()) return S_FALSE;
     if (focus && !reached.window->TakeFocus()) return S_FALSE;
     if (!reached.window->Alive()) return CO_E_OBJNOTCONNECTED;
-    if (id == AccessibleId{}) return focus ? S_OK : E_INVALIDARG;
-    if (!reached.inside.Exists(id)) return E_INVALIDARG;
-    AccessibleSelect how = AccessibleSelect::kOnly;
-    if ((flags & SELFLAG_EXTENDSELECTION) != 0) how = AccessibleSelect::kExtend;
-    if ((flags & SELFLAG_ADDSELECTION) != 0) how = AccessibleSelect::kAdd;
-    if ((flags & SELFLAG_REMOVESELECTION) != 0) how = AccessibleSelect::kRemove;
-    return reached.inside.Select(id, how) ? S_OK : S_FALSE;
+    // The focus alone leaves what is selected, and with it the current item, as it is.
+    if (id == AccessibleId{} || selection == SELFLAG_NONE) return focus ? S_OK : E_INVALIDARG;
+    const auto how = SelectionOf(selection);
+    if (!how || !reached.inside.Exists(id)) return E_INVALIDARG;
+    return reached.inside.Select(id, *how) ? S_OK : S_FALSE;
   });
 }
 
 HRESULT AccessibleObject::accLocation(LONG* left, LONG* top, LONG* width, LONG* height,
                                       VARIANT child) noexcept {
+  child = ChildOf(child);
   for (LONG* result : {left, top, width, height}) {
     if (result == nullptr) return E_POINTER;
     *result = 0;
@@ -288,9 +305,11 @@ HRESULT AccessibleObject::accHitTest(LONG x, LONG y, VARIANT* result) noexcept {
 }
 
 HRESULT AccessibleObject::accDoDefaultAction(VARIANT child) noexcept {
+  child = ChildOf(child);
   return Ask([&](const Reached& reached) -> HRESULT {
     if (IAccessible* system = SystemFor(child, reached)) return system->accDoDefaultAction(child);
     const AccessibleId id = IdOf(child, reached.inside);
+    if (!reached.window->TakesInput()) return S_FALSE;
     switch (reached.inside.Action(id)) {
       case AccessibleAction::kNone:
         return DISP_E_MEMBERNOTFOUND;
@@ -304,13 +323,19 @@ HRESULT AccessibleObject::accDoDefaultAction(VARIANT child) noexcept {
   });
 }
 
-// Names and values are the view's; clients that may write them are of the past.
-HRESULT AccessibleObject::put_accName(VARIANT, BSTR) noexcept {
-  return DISP_E_MEMBERNOTFOUND;
+// Names and values of what the view paints are its own; the text of a box can be written.
+HRESULT AccessibleObject::put_accName(VARIANT child, BSTR name) noexcept {
+  return Ask([&](const Reached& reached) -> HRESULT {
+    IAccessible* system = SystemInside(reached);
+    return system == nullptr ? DISP_E_MEMBERNOTFOUND : system->put_accName(ChildOf(child), name);
+  });
 }
 
-HRESULT AccessibleObject::put_accValue(VARIANT, BSTR) noexcept {
-  return DISP_E_MEMBERNOTFOUND;
+HRESULT AccessibleObject::put_accValue(VARIANT child, BSTR value) noexcept {
+  return Ask([&](const Reached& reached) -> HRESULT {
+    IAccessible* system = SystemInside(reached);
+    return system == nullptr ? DISP_E_MEMBERNOTFOUND : system->put_accValue(ChildOf(child), value);
+  });
 }
 
 // Calls by name go by the system's own description of the interface.

@@ -4,10 +4,10 @@
 
 #include <oleacc.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
+#include "component/base/abi.h"
 #include "component/base/identity.h"
 #include "viewkit/win32/window.h"
 
@@ -78,12 +78,18 @@ class AccessibleObject : public Identity, public Face<IAccessible> {
     viewkit::Accessible& inside;
   };
 
-  using Answer = std::function<HRESULT(const Reached&)>;
-
   [[nodiscard]] Reached Reach() const;
-  /// `answer`, or the failure that keeps it from being given.
-  [[nodiscard]] HRESULT Ask(const Answer& answer) const noexcept;
-  [[nodiscard]] HRESULT AskValue(VARIANT* result, const Answer& answer) const noexcept;
+  /// What `answer` gives for what is reached, or the failure that keeps it from being given.
+  template <class Answer>
+  [[nodiscard]] HRESULT Ask(Answer&& answer) const noexcept {
+    return Guarded(__uuidof(IAccessible), [&]() -> HRESULT { return answer(Reach()); });
+  }
+  template <class Answer>
+  [[nodiscard]] HRESULT AskValue(VARIANT* result, Answer&& answer) const noexcept {
+    if (result == nullptr) return E_POINTER;
+    VariantInit(result);
+    return Ask(answer);
+  }
   using OurText = std::string (*)(const viewkit::Accessible&, viewkit::AccessibleId);
   using SystemText = HRESULT (STDMETHODCALLTYPE IAccessible::*)(VARIANT, BSTR*);
   [[nodiscard]] HRESULT AskText(BSTR* result, const VARIANT& child, OurText ours,

@@ -14,10 +14,11 @@ using viewkit::AccessibleId;
 HRESULT AccessibleObject::Neighbour(LONG direction, AccessibleId id, const Accessible& inside,
                                     VARIANT* result) const {
   const bool down = direction == NAVDIR_FIRSTCHILD || direction == NAVDIR_LASTCHILD;
+  const bool side_by_side = id.part != 0 || inside.Role(id) == viewkit::AccessibleRole::kTab;
   const bool forward =
-      direction == NAVDIR_NEXT || direction == (id.part != 0 ? NAVDIR_RIGHT : NAVDIR_DOWN);
+      direction == NAVDIR_NEXT || direction == (side_by_side ? NAVDIR_RIGHT : NAVDIR_DOWN);
   const bool backward =
-      direction == NAVDIR_PREVIOUS || direction == (id.part != 0 ? NAVDIR_LEFT : NAVDIR_UP);
+      direction == NAVDIR_PREVIOUS || direction == (side_by_side ? NAVDIR_LEFT : NAVDIR_UP);
   if (!down && !forward && !backward) return S_FALSE;
   const AccessibleId parent = down ? id : AccessibleId{id.part == 0 ? 0 : id.item, 0};
   const int count = inside.Children(parent);
@@ -29,6 +30,7 @@ HRESULT AccessibleObject::Neighbour(LONG direction, AccessibleId id, const Acces
 }
 
 HRESULT AccessibleObject::accNavigate(LONG direction, VARIANT start, VARIANT* result) noexcept {
+  start = ChildOf(start);
   return AskValue(result, [&](const Reached& reached) -> HRESULT {
     IAccessible* system = SystemInside(reached);
     const bool down = direction == NAVDIR_FIRSTCHILD || direction == NAVDIR_LASTCHILD;
@@ -39,6 +41,7 @@ HRESULT AccessibleObject::accNavigate(LONG direction, VARIANT start, VARIANT* re
 }
 
 HRESULT AccessibleObject::Walk::Next(ULONG count, VARIANT* result, ULONG* fetched) noexcept {
+  if (fetched != nullptr) *fetched = 0;
   return object_.Ask([&](const Reached& reached) -> HRESULT {
     if (result == nullptr || (fetched == nullptr && count != 1)) return E_POINTER;
     const AccessibleId self = object_.self_;

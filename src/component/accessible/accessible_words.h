@@ -18,6 +18,15 @@ namespace tavrix::component {
   return value;
 }
 
+/// The number of a child as callers give it: scripts leave it out for the object itself, or give a
+/// short one.
+[[nodiscard]] inline VARIANT ChildOf(const VARIANT& given) {
+  const bool left_out =
+      given.vt == VT_EMPTY || (given.vt == VT_ERROR && given.scode == DISP_E_PARAMNOTFOUND);
+  if (left_out) return Number(CHILDID_SELF);
+  return given.vt == VT_I2 ? Number(given.iVal) : given;
+}
+
 [[nodiscard]] inline bool IsSelf(const VARIANT& child) {
   return child.vt == VT_I4 && child.lVal == CHILDID_SELF;
 }

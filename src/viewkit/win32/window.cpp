@@ -106,8 +106,12 @@ void Window::PostOpen(AccessibleId id) const {
   PostMessageW(hwnd_, kOpenItem, static_cast<WPARAM>(id.item), id.part);
 }
 
+bool Window::TakesInput() const {
+  return IsWindowEnabled(hwnd_) != FALSE && IsWindowEnabled(GetAncestor(hwnd_, GA_ROOT)) != FALSE;
+}
+
 void Window::OpenItem(AccessibleId id) {
-  if (!Inside()->Exists(id)) return;
+  if (!Inside()->Exists(id) || !TakesInput()) return;
   Inside()->Select({id.item, 0}, AccessibleSelect::kOnly);
   if (Alive() && Inside()->Exists(id)) Inside()->Act(id);
 }

@@ -65,6 +65,8 @@ class Window : public std::enable_shared_from_this<Window> {
   /// Selects the item and does what `Accessible::Act` says, when the caller has had its answer:
   /// a dialog may come of it.
   void PostOpen(AccessibleId id) const;
+  /// Keys and clicks reach the window now: no modal window stands before it.
+  [[nodiscard]] bool TakesInput() const;
 
  protected:
   /// Creates a window of an own class. The object must be owned by a shared_ptr.
