@@ -98,7 +98,8 @@ void ComGrid::HandOn() const {
   const int first = first_changed_;
   const int count = std::exchange(end_changed_, 0) - std::exchange(first_changed_, 0);
   if (count <= 0) return;
-  const tavrix::component::Variant array = VectorOf(std::span(states_).subspan(first, count));
+  const tavrix::component::Variant array =
+      VectorOf({states_.data() + first, static_cast<std::size_t>(count)});
   Check(rows_->SetStates(first, array.Get().parray));
 }
 

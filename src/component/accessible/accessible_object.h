@@ -92,7 +92,7 @@ class AccessibleObject : public Identity, public Face<IAccessible> {
   }
   using OurText = std::string (*)(const viewkit::Accessible&, viewkit::AccessibleId);
   using SystemText = HRESULT (STDMETHODCALLTYPE IAccessible::*)(VARIANT, BSTR*);
-  [[nodiscard]] HRESULT AskText(BSTR* result, const VARIANT& child, OurText ours,
+  [[nodiscard]] HRESULT AskText(BSTR* result, const VARIANT& given, OurText ours,
                                 SystemText theirs) const noexcept;
   [[nodiscard]] HRESULT Neighbour(LONG direction, viewkit::AccessibleId id,
                                   const viewkit::Accessible& inside, VARIANT* result) const;

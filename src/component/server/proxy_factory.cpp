@@ -23,7 +23,7 @@ namespace {
 
 /// The interface as its table of methods, by which calls travel.
 ComPtr<ITypeInfo> MethodsOf(const IID& iid) {
-  const ComPtr<ITypeInfo> info = TypeInfoOf(iid);
+  ComPtr<ITypeInfo> info = TypeInfoOf(iid);
   HREFTYPE reference = 0;
   ComPtr<ITypeInfo> methods;
   if (FAILED(info->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference))) return info;
