@@ -131,7 +131,7 @@ class OutlineRows {
   void ChangedFrom(std::size_t row);
   /// Before the stretches or the bits are read.
   void BringUpToDate() const;
-  void WorkOut(std::size_t stretch, std::uint16_t collapsed_before) const;
+  void WorkOut(std::size_t at, std::uint16_t collapsed_before) const;
   [[nodiscard]] std::span<std::uint64_t> BitsOf(std::size_t stretch) const {
     return std::span(shown_bits_).subspan(stretch * kStretchWords, kStretchWords);
   }

@@ -14,10 +14,10 @@
 #include "component/accessible/accessible_object.h"
 #include "maintenance/view_test.h"
 #include "picker/picker_support.h"
-#include "viewkit/win32/view_window.h"
 #include "viewkit/win32/windows_user.h"
 #include "windows/accessible_tree.h"
 #include "windows/desktop.h"
+#include "windows/shown.h"
 
 namespace tavrix::test {
 namespace {
@@ -26,8 +26,6 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::SizeIs;
-using viewkit::win32::ViewWindow;
-using viewkit::win32::ViewWindowOptions;
 
 HWND Window(const viewkit::Control& control) {
   return reinterpret_cast<HWND>(control.WindowHandle());
@@ -96,26 +94,6 @@ class Listener {
   HWND window_;
   HWINEVENTHOOK hook_;
   std::vector<std::string> heard_;
-};
-
-/// A view in a frame.
-template <class View>
-class Shown {
- public:
-  explicit Shown(View& view) {
-    const ViewWindowOptions options{
-        .parent = frame_.Get(),
-        .place = frame_.Client(),
-        .resized = [&view](int width, int height) { view.Resize(width, height); }};
-    window_.emplace(view.Controls(), options);
-    Pump();
-  }
-  [[nodiscard]] HWND Handle() const { return window_->Handle(); }
-  void Close() { window_.reset(); }
-
- private:
-  Frame frame_;
-  std::optional<ViewWindow> window_;
 };
 
 /// The view on accounts, as a whole.

@@ -18,8 +18,7 @@ namespace tavrix::component {
 /// object's life but has an identity of its own, as the protocol wants it.
 class EventSource {
  public:
-  EventSource(Identity& owner, const IID& source)
-      : owner_(owner), point_(*this, owner), source_(source) {}
+  EventSource(Identity& owner, const IID& source) : point_(*this, owner), source_(source) {}
   EventSource(const EventSource&) = delete;
   EventSource& operator=(const EventSource&) = delete;
 
@@ -60,7 +59,6 @@ class EventSource {
   [[nodiscard]] bool Unadvise(DWORD cookie);
   void Deliver(const Waiting& event);
 
-  Identity& owner_;
   PointFace point_;
   IID source_;
   std::vector<Connection> sinks_;

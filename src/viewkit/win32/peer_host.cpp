@@ -18,6 +18,7 @@ void PeerHost::Prepare(Color back_color, const FontSpec& font) {
 template <class Action>
 void PeerHost::ForEachAlive(Action&& action) {
   const auto keep = shared_from_this();
+  // By position: an action may end in more peers or none. NOLINTNEXTLINE(modernize-loop-convert)
   for (std::size_t position = 0; position < peers_.size(); ++position) {
     const auto peer = peers_[position];
     if (peer->Alive()) action(*peer);
