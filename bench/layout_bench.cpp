@@ -10,14 +10,14 @@
 #include <vector>
 
 #include "book/book.h"
-#include "book/files.h"
-#include "book/paths.h"
-#include "book/settings_file.h"
+#include "book/files/files.h"
+#include "book/files/paths.h"
+#include "book/host/settings_file.h"
 #include "chart.h"
 #include "picker_view.h"
 #include "view.h"
-#include "viewkit/m_mode.h"
-#include "viewkit/number_format.h"
+#include "viewkit/grid/number_format.h"
+#include "viewkit/layout/m_mode.h"
 
 namespace tavrix::bench {
 

@@ -12,7 +12,7 @@
 #include <string>
 
 #include "book/copy.h"
-#include "book/grid_navigator.h"
+#include "book/host/grid_navigator.h"
 #include "chart.h"
 #include "host/account.h"
 #include "view.h"

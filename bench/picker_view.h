@@ -5,7 +5,7 @@
 #include <string>
 
 #include "book/book.h"
-#include "book/parameters.h"
+#include "book/host/parameters.h"
 #include "picker/sel_kjkm.h"
 #include "quiet_user.h"
 

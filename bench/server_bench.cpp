@@ -6,9 +6,9 @@
 #include <stdexcept>
 #include <vector>
 
-#include "book/connection_string.h"
 #include "book/copy.h"
-#include "book/odbc_api.h"
+#include "book/database/connection_string.h"
+#include "book/odbc/odbc_api.h"
 #include "chart.h"
 #include "host/account.h"
 #include "host/text.h"

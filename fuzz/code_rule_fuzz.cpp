@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "book/code_rule.h"
+#include "book/ledger/code_rule.h"
 #include "host/text.h"
 #include "input.h"
 

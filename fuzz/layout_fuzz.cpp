@@ -4,9 +4,9 @@
 #include <string>
 #include <utility>
 
-#include "book/settings_text.h"
+#include "book/host/settings_text.h"
 #include "input.h"
-#include "viewkit/m_mode.h"
+#include "viewkit/layout/m_mode.h"
 
 namespace tavrix::fuzz {
 namespace {

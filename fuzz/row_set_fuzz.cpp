@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "input.h"
-#include "viewkit/flex_grid.h"
+#include "viewkit/grid/flex_grid.h"
 
 namespace tavrix::fuzz {
 namespace {

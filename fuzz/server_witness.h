@@ -6,8 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "book/database.h"
-#include "book/schema.h"
+#include "book/database/database.h"
+#include "book/engines.h"
+#include "book/session/schema.h"
 #include "too_far.h"
 
 namespace tavrix::fuzz {

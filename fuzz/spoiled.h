@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "book/schema.h"
+#include "book/database/tables.h"
 #include "input.h"
 #include "sql_statements.h"
 

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "book/sql_guard.h"
+#include "book/sql/sql_guard.h"
 #include "input.h"
 #include "server_witness.h"
 #include "spoiled.h"

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "book/schema.h"
+#include "book/database/tables.h"
 #include "sql_values.h"
 
 namespace tavrix::fuzz {

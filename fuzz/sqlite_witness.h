@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "book/schema.h"
-#include "book/sql_words.h"
-#include "book/sqlite_functions.h"
+#include "book/session/schema.h"
+#include "book/sql/sql_words.h"
+#include "book/sqlite/sqlite_functions.h"
 #include "input.h"
 #include "too_far.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "book/book.h"
-#include "book/parameters.h"
+#include "book/host/parameters.h"
 #include "host/calls.h"
 #include "input.h"
 #include "picker/sel_kjkm.h"

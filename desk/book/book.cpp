@@ -3,10 +3,11 @@
 #include <charconv>
 #include <utility>
 
-#include "book/connection_string.h"
-#include "book/identifiers.h"
-#include "book/schema.h"
-#include "book/settings.h"
+#include "book/database/connection_string.h"
+#include "book/engines.h"
+#include "book/session/identifiers.h"
+#include "book/session/schema.h"
+#include "book/session/settings.h"
 #include "host/account.h"
 
 namespace desk::book {

@@ -3,9 +3,9 @@
 #include <memory>
 #include <string>
 
-#include "book/host_system.h"
-#include "book/session.h"
-#include "book/template.h"
+#include "book/host/host_system.h"
+#include "book/ledger/template.h"
+#include "book/session/session.h"
 
 namespace desk::book {
 

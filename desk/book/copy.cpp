@@ -6,10 +6,11 @@
 #include <memory>
 #include <utility>
 
-#include "book/connection_string.h"
+#include "book/database/connection_string.h"
+#include "book/engines.h"
 #include "book/row_loader.h"
-#include "book/schema.h"
-#include "book/session.h"
+#include "book/session/schema.h"
+#include "book/session/session.h"
 
 namespace desk::book {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "book/database.h"
-#include "book/schema.h"
+#include "book/database/database.h"
+#include "book/database/tables.h"
 
 namespace desk::book {
 

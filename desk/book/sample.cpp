@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "book/posting.h"
+#include "book/ledger/posting.h"
 
 namespace desk::book {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "book/money_text.h"
+#include "book/ledger/money_text.h"
 #include "host/account.h"
 
 namespace desk::views {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "book/account_card.h"
+#include "book/ledger/account_card.h"
 
 namespace desk::views {
 

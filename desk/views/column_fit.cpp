@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "viewkit/grid_metrics.h"
-#include "viewkit/text_width.h"
+#include "viewkit/grid/grid_metrics.h"
+#include "viewkit/grid/text_width.h"
 
 namespace desk::views {
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "host/text.h"
-#include "viewkit/layout_file.h"
+#include "viewkit/layout/layout_file.h"
 
 namespace desk::views {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "host/objects.h"
-#include "viewkit/flex_grid.h"
+#include "viewkit/grid/flex_grid.h"
 
 /// What a user may choose of a grid's layout, the keys included that a view never writes itself.
 namespace desk::views {

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <system_error>
 
-#include "book/files.h"
-#include "book/paths.h"
+#include "book/files/files.h"
+#include "book/files/paths.h"
 #include "embedded/kPickerLayout.h"
 #include "embedded/kTrialBalanceLayout.h"
 #include "host/report.h"

@@ -7,7 +7,7 @@
 
 #include "host/row_set.h"
 #include "host/text.h"
-#include "viewkit/form_rows.h"
+#include "viewkit/controls/form_rows.h"
 
 namespace desk::views {
 

@@ -3,13 +3,13 @@
 #include <string>
 #include <vector>
 
-#include "viewkit/check_box.h"
-#include "viewkit/combo_box.h"
-#include "viewkit/dialog_model.h"
-#include "viewkit/flex_grid.h"
-#include "viewkit/frame_box.h"
-#include "viewkit/label.h"
-#include "viewkit/text_box.h"
+#include "viewkit/controls/check_box.h"
+#include "viewkit/controls/combo_box.h"
+#include "viewkit/controls/dialog_model.h"
+#include "viewkit/controls/frame_box.h"
+#include "viewkit/controls/label.h"
+#include "viewkit/controls/text_box.h"
+#include "viewkit/grid/flex_grid.h"
 #include "views/column_layout.h"
 
 namespace desk::views {

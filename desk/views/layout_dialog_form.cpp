@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "viewkit/form_rows.h"
+#include "viewkit/controls/form_rows.h"
 #include "views/layout_dialog.h"
 
 namespace desk::views {

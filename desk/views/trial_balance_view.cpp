@@ -5,11 +5,11 @@
 #include <exception>
 #include <utility>
 
-#include "book/money_text.h"
+#include "book/ledger/money_text.h"
 #include "host/grid_update.h"
 #include "host/report.h"
 #include "host/row_set.h"
-#include "viewkit/m_mode.h"
+#include "viewkit/layout/m_mode.h"
 #include "views/default_layout.h"
 #include "views/layout_dialog.h"
 

@@ -5,14 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "book/session.h"
-#include "book/trial_balance.h"
+#include "book/ledger/trial_balance.h"
+#include "book/session/session.h"
 #include "host/objects.h"
-#include "viewkit/check_box.h"
-#include "viewkit/combo_box.h"
-#include "viewkit/command_button.h"
-#include "viewkit/flex_grid.h"
-#include "viewkit/label.h"
+#include "viewkit/controls/check_box.h"
+#include "viewkit/controls/combo_box.h"
+#include "viewkit/controls/command_button.h"
+#include "viewkit/controls/label.h"
+#include "viewkit/grid/flex_grid.h"
 #include "views/column_layout.h"
 
 namespace desk::views {

@@ -13,20 +13,34 @@ check_format() {
   return 1
 }
 
-# What each room may include, by the first folder of the include; the longest match of a room wins.
-readonly room_includes="\
+# What each folder may include, a line each: the folder, then those whose headers it may use, as
+# includes name them; "/*" stands for all folders below. The longest line of a source's folder counts.
+readonly folder_includes="\
 src/host host
 src/viewkit viewkit host
-src/editing editing viewkit host
-src/maintenance maintenance editing viewkit host
-src/picker picker editing viewkit host
-src/component component picker maintenance editing viewkit host
-desk/book book embedded host
-desk/views views book embedded viewkit host
-desk/app app views component book viewkit host"
+src/viewkit/grid viewkit/grid viewkit host
+src/viewkit/tree viewkit/tree viewkit host
+src/viewkit/controls viewkit/controls viewkit host
+src/viewkit/layout viewkit/layout viewkit/controls viewkit/grid viewkit/tree viewkit host
+src/viewkit/win32 viewkit viewkit/* host
+src/editing editing viewkit viewkit/* host
+src/maintenance maintenance editing viewkit viewkit/* host
+src/picker picker editing viewkit viewkit/* host
+src/component component component/* picker maintenance editing viewkit viewkit/* host
+desk/book/files book/files host
+desk/book/database book/database host
+desk/book/sql book/sql book/database host
+desk/book/session book/session book/sql book/database host
+desk/book/sqlite book/sqlite book/session book/sql book/database book/files host
+desk/book/odbc book/odbc book/session book/sql book/database book/files host
+desk/book/ledger book/ledger book/session book/sql book/database embedded host
+desk/book/host book/host book/ledger book/session book/sql book/database book/files host
+desk/book book book/* embedded host
+desk/views views book book/* embedded viewkit viewkit/* host
+desk/app app app/* views component component/* book book/* viewkit viewkit/* host"
 
-# The rooms that may know Windows, and the suites of these rooms.
-readonly windows_rooms='^((src/viewkit/win32|src/component|desk/app|tests/component|tests/windows|tests/package|bench/windows)/|desk/book/(odbc_api\.h|fresh_file\.cpp)$)'
+# The modules that may know Windows, and their suites.
+readonly windows_folders='^((src/viewkit/win32|src/component|desk/app|tests/component|tests/windows|tests/package)/|desk/book/(odbc/odbc_api\.h|files/fresh_file\.cpp)$)'
 readonly windows_words='<(windows|windowsx|commctrl|ole2|oleauto|olectl|objbase)\.h>|\<(HWND|HDC|HRESULT|BSTR|IDispatch|IUnknown|LPARAM|WPARAM)\>'
 
 check_layers() {
@@ -39,9 +53,9 @@ check_layers() {
 # Comments may speak of windows; the code may not.
 portable_sources_name_windows() {
   local found
-  found=$(our_sources | grep -vE "$windows_rooms" | (cd "$root" && xargs grep -nE "$windows_words") |
+  found=$(our_sources | grep -vE "$windows_folders" | (cd "$root" && xargs grep -nE "$windows_words") |
     grep -vE '^[^:]*:[0-9]*: *(//|\*)' || true)
-  found+=$(our_sources | grep -vE "$windows_rooms" |
+  found+=$(our_sources | grep -vE "$windows_folders" |
     (cd "$root" && xargs grep -nE '#include "viewkit/win32/') || true)
   [[ -n $found ]] || return 1
   warn "these know Windows and must not:"
@@ -52,21 +66,24 @@ includes_point_up() {
   local found
   # What measures the desk from inside is one of the benchmarks.
   found=$(our_sources | grep -E '^(src|desk)/' | grep -v '^desk/app/measure/' | (cd "$root" && xargs grep -HnE '^#include "') |
-    awk -v table="$room_includes" '
+    awk -v table="$folder_includes" '
       BEGIN {
         count = split(table, lines, "\n")
         for (i = 1; i <= count; ++i) {
           words = split(lines[i], word, " ")
-          for (j = 2; j <= words; ++j) may[word[1], word[j]] = 1
+          known[word[1]]
+          for (j = 2; j <= words; ++j) may[word[1], word[j]]
         }
       }
+      function folder_of(path) { return sub(/\/[^\/]*$/, "", path) ? path : "" }
       {
-        split($0, parts, ":")
-        split(parts[1], path, "/")
+        folder = folder_of(substr($0, 1, index($0, ":") - 1))
+        while (folder != "" && !(folder in known)) folder = folder_of(folder)
         included = $0; sub(/^.*#include "/, "", included)
+        included = folder_of(included)
         # A generated header stands beside nothing: it has no folder.
-        if (!sub(/\/.*/, "", included)) next
-        if (!((path[1] "/" path[2], included) in may)) print
+        if (included == "") next
+        if (!((folder, included) in may) && !((folder, folder_of(included) "/*") in may)) print
       }')
   [[ -n $found ]] || return 1
   warn "these include what is above them:"

@@ -1,6 +1,6 @@
 #include "editing/account_form.h"
 
-#include "viewkit/form_rows.h"
+#include "viewkit/controls/form_rows.h"
 
 namespace tavrix::editing {
 

@@ -2,14 +2,14 @@
 
 #include <deque>
 
-#include "viewkit/check_box.h"
-#include "viewkit/combo_box.h"
-#include "viewkit/command_button.h"
-#include "viewkit/dialog_model.h"
-#include "viewkit/frame_box.h"
-#include "viewkit/label.h"
-#include "viewkit/option_button.h"
-#include "viewkit/text_box.h"
+#include "viewkit/controls/check_box.h"
+#include "viewkit/controls/combo_box.h"
+#include "viewkit/controls/command_button.h"
+#include "viewkit/controls/dialog_model.h"
+#include "viewkit/controls/frame_box.h"
+#include "viewkit/controls/label.h"
+#include "viewkit/controls/option_button.h"
+#include "viewkit/controls/text_box.h"
 
 namespace tavrix::editing {
 

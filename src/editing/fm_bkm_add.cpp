@@ -2,8 +2,7 @@
 
 #include <utility>
 
-#include "editing/session.h"
-#include "editing/trap.h"
+#include "editing/fm_bkm_add_impl.h"
 #include "host/error.h"
 #include "host/text.h"
 

@@ -6,8 +6,7 @@
 #include "host/calls.h"
 #include "host/report.h"
 #include "host/text.h"
-#include "maintenance/session.h"
-#include "maintenance/trap.h"
+#include "maintenance/kjkm_impl.h"
 
 namespace tavrix::maintenance {
 

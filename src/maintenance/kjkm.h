@@ -10,10 +10,10 @@
 #include "host/objects.h"
 #include "host/report.h"
 #include "viewkit/control.h"
+#include "viewkit/controls/tab_strip.h"
 #include "viewkit/event.h"
-#include "viewkit/flex_grid.h"
+#include "viewkit/grid/flex_grid.h"
 #include "viewkit/ports.h"
-#include "viewkit/tab_strip.h"
 
 namespace tavrix::editing {
 class FmBkmAdd;

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "viewkit/flex_grid.h"
+#include "viewkit/grid/flex_grid.h"
 
 namespace tavrix::picker {
 

@@ -6,8 +6,7 @@
 #include "host/grid_update.h"
 #include "host/text.h"
 #include "picker/parameters.h"
-#include "picker/session.h"
-#include "picker/trap.h"
+#include "picker/sel_kjkm_impl.h"
 
 namespace tavrix::picker {
 

@@ -14,16 +14,16 @@
 #include "picker/columns.h"
 #include "picker/placement.h"
 #include "picker/row_texts.h"
-#include "viewkit/check_box.h"
-#include "viewkit/command_button.h"
 #include "viewkit/control.h"
+#include "viewkit/controls/check_box.h"
+#include "viewkit/controls/command_button.h"
+#include "viewkit/controls/label.h"
+#include "viewkit/controls/search_box.h"
+#include "viewkit/controls/splitter.h"
 #include "viewkit/event.h"
-#include "viewkit/flex_grid.h"
-#include "viewkit/label.h"
+#include "viewkit/grid/flex_grid.h"
 #include "viewkit/ports.h"
-#include "viewkit/search_box.h"
-#include "viewkit/splitter.h"
-#include "viewkit/tree_view.h"
+#include "viewkit/tree/tree_view.h"
 
 namespace tavrix::picker {
 

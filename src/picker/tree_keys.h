@@ -1,6 +1,6 @@
 #pragma once
 
-#include "viewkit/tree_node.h"
+#include "viewkit/tree/tree_node.h"
 
 /// Keys of the category tree's nodes: one letter for the kind, then the category or the code.
 namespace tavrix::picker::tree_key {

@@ -1,10 +1,10 @@
-#include "book/account_card.h"
+#include "book/ledger/account_card.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "book/account_search.h"
-#include "book/posting.h"
+#include "book/ledger/account_search.h"
+#include "book/ledger/posting.h"
 #include "support/test_book.h"
 
 namespace desk::book {

@@ -5,10 +5,11 @@
 
 #include <filesystem>
 
-#include "book/identifiers.h"
-#include "book/paths.h"
+#include "book/engines.h"
+#include "book/files/paths.h"
 #include "book/sample.h"
-#include "book/schema.h"
+#include "book/session/identifiers.h"
+#include "book/session/schema.h"
 #include "support/test_book.h"
 
 namespace desk::book {

@@ -13,11 +13,11 @@
 #include <sys/stat.h>
 #endif
 
-#include "book/files.h"
-#include "book/paths.h"
-#include "book/posting.h"
-#include "book/schema.h"
-#include "book/trial_balance.h"
+#include "book/files/files.h"
+#include "book/files/paths.h"
+#include "book/ledger/posting.h"
+#include "book/ledger/trial_balance.h"
+#include "book/session/schema.h"
 #include "host/calls.h"
 #include "support/test_book.h"
 

@@ -1,4 +1,4 @@
-#include "book/grid_navigator.h"
+#include "book/host/grid_navigator.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <random>
 #include <utility>
 
-#include "viewkit/flex_grid.h"
+#include "viewkit/grid/flex_grid.h"
 
 namespace desk::book {
 namespace {

@@ -1,10 +1,10 @@
-#include "book/grid_state.h"
+#include "book/host/grid_state.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "book/grid_navigator.h"
-#include "viewkit/flex_grid.h"
+#include "book/host/grid_navigator.h"
+#include "viewkit/grid/flex_grid.h"
 
 namespace desk::book {
 namespace {

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "book/code_rule.h"
-#include "book/parameters.h"
-#include "book/wheel_source.h"
+#include "book/host/parameters.h"
+#include "book/host/wheel_source.h"
+#include "book/ledger/code_rule.h"
 #include "support/test_book.h"
 
 namespace desk::book {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "book/book.h"
-#include "book/identifiers.h"
+#include "book/session/identifiers.h"
 #include "support/test_book.h"
 
 namespace desk::book {

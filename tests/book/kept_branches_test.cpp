@@ -1,11 +1,11 @@
-#include "book/kept_branches.h"
+#include "book/host/kept_branches.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
 
-#include "book/paths.h"
+#include "book/files/paths.h"
 #include "support/test_book.h"
 
 namespace desk::book {

@@ -1,4 +1,4 @@
-#include "book/money_text.h"
+#include "book/ledger/money_text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

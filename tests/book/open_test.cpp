@@ -9,7 +9,7 @@
 #include <unistd.h>
 #endif
 
-#include "book/paths.h"
+#include "book/files/paths.h"
 #include "host/calls.h"
 #include "support/test_book.h"
 

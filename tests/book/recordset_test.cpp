@@ -1,4 +1,4 @@
-#include "book/recordset.h"
+#include "book/host/recordset.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

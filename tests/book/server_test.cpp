@@ -4,10 +4,11 @@
 #include <fstream>
 #include <iterator>
 
-#include "book/connection_string.h"
-#include "book/posting.h"
-#include "book/schema.h"
-#include "book/wire_text.h"
+#include "book/database/connection_string.h"
+#include "book/engines.h"
+#include "book/ledger/posting.h"
+#include "book/odbc/wire_text.h"
+#include "book/session/schema.h"
 #include "host/calls.h"
 #include "support/server_user.h"
 #include "support/test_book.h"

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <functional>
 
-#include "book/connection_string.h"
+#include "book/database/connection_string.h"
 #include "host/calls.h"
 #include "support/relay.h"
 #include "support/temp_folder.h"

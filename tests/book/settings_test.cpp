@@ -4,10 +4,10 @@
 #include <fstream>
 #include <string>
 
-#include "book/files.h"
-#include "book/paths.h"
-#include "book/settings_file.h"
-#include "book/settings_text.h"
+#include "book/files/files.h"
+#include "book/files/paths.h"
+#include "book/host/settings_file.h"
+#include "book/host/settings_text.h"
 #include "host/error.h"
 #include "support/test_book.h"
 

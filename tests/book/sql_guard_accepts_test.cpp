@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-#include "book/sql_guard.h"
+#include "book/sql/sql_guard.h"
 #include "host/calls.h"
 #include "support/test_book.h"
 

@@ -1,4 +1,4 @@
-#include "book/sql_guard.h"
+#include "book/sql/sql_guard.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "book/sql_text.h"
+#include "book/sql/sql_text.h"
 #include "host/calls.h"
 #include "support/test_book.h"
 

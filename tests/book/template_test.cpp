@@ -1,4 +1,4 @@
-#include "book/template.h"
+#include "book/ledger/template.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <set>
 
-#include "book/posting.h"
+#include "book/ledger/posting.h"
 #include "book/sample.h"
 #include "host/account.h"
 #include "host/error.h"

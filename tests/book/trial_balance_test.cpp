@@ -1,10 +1,10 @@
-#include "book/trial_balance.h"
+#include "book/ledger/trial_balance.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "book/money_text.h"
-#include "book/posting.h"
+#include "book/ledger/money_text.h"
+#include "book/ledger/posting.h"
 #include "support/test_book.h"
 
 namespace desk::book {

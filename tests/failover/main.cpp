@@ -22,8 +22,8 @@
 #include <string>
 #include <thread>
 
-#include "book/posting.h"
-#include "book/trial_balance.h"
+#include "book/ledger/posting.h"
+#include "book/ledger/trial_balance.h"
 #include "sharing/shared_book.h"
 #include "sharing/worker.h"
 

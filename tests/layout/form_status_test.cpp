@@ -1,19 +1,19 @@
-#include "viewkit/form_status.h"
+#include "viewkit/layout/form_status.h"
 
 #include <memory>
 
 #include "layout/layout_support.h"
-#include "viewkit/check_box.h"
-#include "viewkit/combo_box.h"
-#include "viewkit/date_picker.h"
-#include "viewkit/label.h"
-#include "viewkit/list_view.h"
-#include "viewkit/option_button.h"
-#include "viewkit/search_box.h"
-#include "viewkit/text_box.h"
-#include "viewkit/tree_view.h"
-#include "viewkit/vx_grid.h"
-#include "viewkit/vx_txt_s.h"
+#include "viewkit/controls/check_box.h"
+#include "viewkit/controls/combo_box.h"
+#include "viewkit/controls/date_picker.h"
+#include "viewkit/controls/label.h"
+#include "viewkit/controls/list_view.h"
+#include "viewkit/controls/option_button.h"
+#include "viewkit/controls/search_box.h"
+#include "viewkit/controls/text_box.h"
+#include "viewkit/controls/vx_txt_s.h"
+#include "viewkit/grid/vx_grid.h"
+#include "viewkit/tree/tree_view.h"
 
 namespace tavrix::viewkit {
 namespace {

@@ -7,13 +7,13 @@
 #include <utility>
 #include <vector>
 
-#include "book/files.h"
-#include "book/paths.h"
-#include "book/settings_file.h"
+#include "book/files/files.h"
+#include "book/files/paths.h"
+#include "book/host/settings_file.h"
 #include "support/recorder.h"
 #include "support/test_book.h"
-#include "viewkit/flex_grid.h"
-#include "viewkit/m_mode.h"
+#include "viewkit/grid/flex_grid.h"
+#include "viewkit/layout/m_mode.h"
 
 namespace tavrix::viewkit {
 

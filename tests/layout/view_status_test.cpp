@@ -1,14 +1,14 @@
-#include "book/parameters.h"
+#include "book/host/parameters.h"
 #include "editing/fm_bkm_add.h"
 #include "layout/layout_support.h"
 #include "maintenance/kjkm.h"
 #include "picker/sel_kjkm.h"
 #include "support/scripted_user.h"
-#include "viewkit/check_box.h"
-#include "viewkit/command_button.h"
-#include "viewkit/dialog_model.h"
-#include "viewkit/label.h"
-#include "viewkit/tree_view.h"
+#include "viewkit/controls/check_box.h"
+#include "viewkit/controls/command_button.h"
+#include "viewkit/controls/dialog_model.h"
+#include "viewkit/controls/label.h"
+#include "viewkit/tree/tree_view.h"
 
 namespace tavrix {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "book/parameters.h"
+#include "book/host/parameters.h"
 #include "editing/fm_bkm_add.h"
 #include "maintenance/kjkm.h"
 #include "support/recorder.h"

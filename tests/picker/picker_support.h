@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "book/parameters.h"
+#include "book/host/parameters.h"
 #include "picker/sel_kjkm.h"
 #include "support/recorder.h"
 #include "support/scripted_user.h"

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "book/schema.h"
+#include "book/session/schema.h"
 #include "editing/editor_test.h"
 #include "host/calls.h"
 #include "maintenance/view_test.h"

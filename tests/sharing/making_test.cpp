@@ -11,10 +11,10 @@
 #include <thread>
 
 #include "book/copy.h"
-#include "book/files.h"
-#include "book/paths.h"
+#include "book/files/files.h"
+#include "book/files/paths.h"
+#include "book/host/settings_file.h"
 #include "book/sample.h"
-#include "book/settings_file.h"
 #include "sharing/process.h"
 #include "support/test_book.h"
 

@@ -6,8 +6,9 @@
 #include <iterator>
 
 #include "book/copy.h"
-#include "book/posting.h"
-#include "book/trial_balance.h"
+#include "book/engines.h"
+#include "book/ledger/posting.h"
+#include "book/ledger/trial_balance.h"
 #include "editing/editor_test.h"
 #include "host/calls.h"
 #include "maintenance/view_test.h"

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "book/posting.h"
+#include "book/ledger/posting.h"
 #include "editing/editor_test.h"
 #include "host/calls.h"
 #include "maintenance/view_test.h"

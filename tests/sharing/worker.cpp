@@ -5,7 +5,7 @@
 #include <thread>
 #include <utility>
 
-#include "book/posting.h"
+#include "book/ledger/posting.h"
 
 namespace tavrix::sharing {
 

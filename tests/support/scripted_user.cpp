@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "viewkit/dialog_model.h"
-#include "viewkit/label.h"
+#include "viewkit/controls/dialog_model.h"
+#include "viewkit/controls/label.h"
 
 namespace tavrix::test {
 

@@ -2,6 +2,8 @@
 
 #include <chrono>
 
+#include "book/engines.h"
+
 namespace tavrix::test {
 
 namespace book = desk::book;

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "book/database.h"
+#include "book/database/database.h"
 
 namespace tavrix::test {
 

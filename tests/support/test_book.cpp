@@ -8,8 +8,9 @@
 #include <memory>
 #include <utility>
 
-#include "book/code_rule.h"
-#include "book/identifiers.h"
+#include "book/engines.h"
+#include "book/ledger/code_rule.h"
+#include "book/session/identifiers.h"
 
 namespace tavrix::test {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "viewkit/accessible_grid.h"
+#include "viewkit/grid/accessible_grid.h"
 #include "viewkit/grid_support.h"
 
 namespace tavrix::viewkit {

@@ -1,4 +1,4 @@
-#include "viewkit/contrast.h"
+#include "viewkit/grid/contrast.h"
 
 #include <gtest/gtest.h>
 

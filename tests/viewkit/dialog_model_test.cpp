@@ -1,17 +1,17 @@
-#include "viewkit/dialog_model.h"
+#include "viewkit/controls/dialog_model.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "viewkit/check_box.h"
-#include "viewkit/combo_box.h"
-#include "viewkit/label.h"
-#include "viewkit/option_button.h"
+#include "viewkit/controls/check_box.h"
+#include "viewkit/controls/combo_box.h"
+#include "viewkit/controls/label.h"
+#include "viewkit/controls/option_button.h"
+#include "viewkit/controls/tab_strip.h"
+#include "viewkit/controls/text_box.h"
 #include "viewkit/ports.h"
-#include "viewkit/tab_strip.h"
-#include "viewkit/text_box.h"
 
 namespace tavrix::viewkit {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <stdexcept>
 
-#include "viewkit/cell_store.h"
-#include "viewkit/grid_metrics.h"
+#include "viewkit/grid/cell_store.h"
+#include "viewkit/grid/grid_metrics.h"
 #include "viewkit/grid_support.h"
 
 namespace tavrix::viewkit {

@@ -3,7 +3,7 @@
 
 #include <random>
 
-#include "viewkit/decimal.h"
+#include "viewkit/grid/decimal.h"
 #include "viewkit/grid_support.h"
 
 namespace tavrix::viewkit {

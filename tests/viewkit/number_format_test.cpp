@@ -1,8 +1,8 @@
-#include "viewkit/number_format.h"
+#include "viewkit/grid/number_format.h"
 
 #include <gtest/gtest.h>
 
-#include "viewkit/date_format.h"
+#include "viewkit/grid/date_format.h"
 
 namespace tavrix::viewkit {
 namespace {

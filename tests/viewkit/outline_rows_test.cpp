@@ -1,4 +1,4 @@
-#include "viewkit/outline_rows.h"
+#include "viewkit/grid/outline_rows.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "viewkit/m_tree_view.h"
+#include "viewkit/tree/m_tree_view.h"
 #include "viewkit/tree_support.h"
 
 namespace tavrix::viewkit {

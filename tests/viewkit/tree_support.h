@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "viewkit/c_tree_view.h"
+#include "viewkit/tree/c_tree_view.h"
 
 namespace tavrix::viewkit {
 

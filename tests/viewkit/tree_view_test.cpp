@@ -1,4 +1,4 @@
-#include "viewkit/tree_view.h"
+#include "viewkit/tree/tree_view.h"
 
 #include <gtest/gtest.h>
 

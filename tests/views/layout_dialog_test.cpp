@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "book/files.h"
-#include "book/paths.h"
+#include "book/files/files.h"
+#include "book/files/paths.h"
 #include "support/scripted_user.h"
 #include "support/test_book.h"
 #include "views/column_layout.h"

@@ -6,8 +6,8 @@
 
 #include "support/temp_folder.h"
 #include "support/test_book.h"
-#include "viewkit/flex_grid.h"
-#include "viewkit/m_mode.h"
+#include "viewkit/grid/flex_grid.h"
+#include "viewkit/layout/m_mode.h"
 #include "views/column_fit.h"
 #include "views/default_layout.h"
 

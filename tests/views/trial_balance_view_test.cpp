@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "book/files.h"
-#include "book/paths.h"
-#include "book/posting.h"
+#include "book/files/files.h"
+#include "book/files/paths.h"
+#include "book/ledger/posting.h"
 #include "book/sample.h"
 #include "support/scripted_user.h"
 #include "support/temp_folder.h"

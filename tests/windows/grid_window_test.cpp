@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <chrono>
 
-#include "viewkit/flex_grid.h"
-#include "viewkit/grid_metrics.h"
+#include "viewkit/grid/flex_grid.h"
+#include "viewkit/grid/grid_metrics.h"
 #include "viewkit/win32/grid_layout.h"
 #include "viewkit/win32/view_window.h"
 #include "viewkit/win32/wide.h"

@@ -8,9 +8,9 @@
 #include <optional>
 #include <vector>
 
-#include "viewkit/flex_grid.h"
-#include "viewkit/label.h"
-#include "viewkit/tab_strip.h"
+#include "viewkit/controls/label.h"
+#include "viewkit/controls/tab_strip.h"
+#include "viewkit/grid/flex_grid.h"
 #include "viewkit/win32/fonts.h"
 #include "viewkit/win32/handles.h"
 #include "viewkit/win32/line_text.h"

@@ -4,8 +4,8 @@
 #include <random>
 #include <span>
 
-#include "viewkit/flex_grid.h"
-#include "viewkit/tree_view.h"
+#include "viewkit/grid/flex_grid.h"
+#include "viewkit/tree/tree_view.h"
 
 /// What a user and a host do to grids and trees, by chance.
 namespace tavrix::test {

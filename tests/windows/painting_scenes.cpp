@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "book/posting.h"
+#include "book/ledger/posting.h"
 #include "maintenance/view_test.h"
 #include "picker/picker_support.h"
 #include "views/trial_balance_view.h"

@@ -6,9 +6,9 @@
 
 #include <optional>
 
-#include "viewkit/search_box.h"
-#include "viewkit/splitter.h"
-#include "viewkit/tree_view.h"
+#include "viewkit/controls/search_box.h"
+#include "viewkit/controls/splitter.h"
+#include "viewkit/tree/tree_view.h"
 #include "viewkit/win32/view_window.h"
 #include "windows/desktop.h"
 

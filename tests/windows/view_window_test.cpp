@@ -8,14 +8,14 @@
 #include <stdexcept>
 #include <string>
 
-#include "viewkit/check_box.h"
-#include "viewkit/combo_box.h"
-#include "viewkit/command_button.h"
-#include "viewkit/flex_grid.h"
-#include "viewkit/label.h"
-#include "viewkit/tab_strip.h"
-#include "viewkit/text_box.h"
-#include "viewkit/tree_view.h"
+#include "viewkit/controls/check_box.h"
+#include "viewkit/controls/combo_box.h"
+#include "viewkit/controls/command_button.h"
+#include "viewkit/controls/label.h"
+#include "viewkit/controls/tab_strip.h"
+#include "viewkit/controls/text_box.h"
+#include "viewkit/grid/flex_grid.h"
+#include "viewkit/tree/tree_view.h"
 #include "windows/desktop.h"
 
 namespace tavrix::viewkit::win32 {

@@ -2,7 +2,7 @@
 
 #include "app/faces/database_face.h"
 #include "app/faces/give.h"
-#include "book/parameters.h"
+#include "book/host/parameters.h"
 
 namespace desk::app {
 

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "app/com/dispatch_object.h"
-#include "book/recordset.h"
+#include "book/host/recordset.h"
 #include "qnSystem.h"
 
 namespace desk::app {

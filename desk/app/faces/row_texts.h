@@ -4,7 +4,7 @@
 
 #include <oleauto.h>
 
-#include "book/recordset.h"
+#include "book/host/recordset.h"
 
 namespace desk::app {
 

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "book/wheel_source.h"
+#include "book/host/wheel_source.h"
 
 namespace desk::app {
 

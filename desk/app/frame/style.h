@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "viewkit/contrast.h"
+#include "viewkit/grid/contrast.h"
 #include "viewkit/win32/fonts.h"
 #include "viewkit/win32/scale.h"
 

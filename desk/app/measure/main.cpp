@@ -27,10 +27,10 @@
 #include "bench/chart.h"
 #include "bench/figures.h"
 #include "book/book.h"
-#include "book/grid_navigator.h"
+#include "book/host/grid_navigator.h"
 #include "host/account.h"
 #include "host/grid_update.h"
-#include "viewkit/flex_grid.h"
+#include "viewkit/grid/flex_grid.h"
 #include "viewkit/win32/handles.h"
 #include "viewkit/win32/window.h"
 

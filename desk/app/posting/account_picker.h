@@ -10,7 +10,7 @@
 
 #include "app/com/event_sink.h"
 #include "app/container/control_container.h"
-#include "book/parameters.h"
+#include "book/host/parameters.h"
 #include "component/base/com_ptr.h"
 #include "qnPickerUI.h"
 #include "tavrix.h"

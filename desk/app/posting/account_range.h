@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "book/parameters.h"
+#include "book/host/parameters.h"
 
 namespace desk::app {
 

@@ -1,7 +1,7 @@
 #include "app/posting/box_text.h"
 
 #include "app/frame/search_strip.h"
-#include "book/money_text.h"
+#include "book/ledger/money_text.h"
 #include "host/text.h"
 #include "viewkit/win32/wide.h"
 

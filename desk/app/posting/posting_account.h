@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "book/posting.h"
-#include "book/session.h"
+#include "book/ledger/posting.h"
+#include "book/session/session.h"
 
 namespace desk::app {
 

@@ -13,7 +13,7 @@
 #include "app/posting/account_range.h"
 #include "app/posting/box_text.h"
 #include "app/posting/posting_ids.h"
-#include "book/money_text.h"
+#include "book/ledger/money_text.h"
 #include "host/report.h"
 #include "viewkit/win32/wide.h"
 

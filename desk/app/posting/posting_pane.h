@@ -12,7 +12,7 @@
 #include "app/frame/style.h"
 #include "app/posting/account_field.h"
 #include "app/posting/posting_account.h"
-#include "book/posting.h"
+#include "book/ledger/posting.h"
 #include "viewkit/win32/handles.h"
 
 namespace desk::app {

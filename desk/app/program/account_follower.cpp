@@ -4,7 +4,7 @@
 #include <exception>
 #include <utility>
 
-#include "book/account_card.h"
+#include "book/ledger/account_card.h"
 #include "host/report.h"
 #include "viewkit/win32/wide.h"
 

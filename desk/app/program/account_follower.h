@@ -6,7 +6,7 @@
 
 #include "app/frame/account_pane.h"
 #include "app/frame/frame_window.h"
-#include "book/session.h"
+#include "book/session/session.h"
 
 namespace desk::app {
 

@@ -2,8 +2,8 @@
 
 #include <filesystem>
 
-#include "book/connection_string.h"
-#include "book/wire_text.h"
+#include "book/database/connection_string.h"
+#include "book/odbc/wire_text.h"
 #include "viewkit/win32/wide.h"
 
 namespace desk::app {

@@ -9,7 +9,7 @@
 #include "app/com/values.h"
 #include "component/base/failure.h"
 #include "tavrix.h"
-#include "viewkit/flex_grid.h"
+#include "viewkit/grid/flex_grid.h"
 
 /// Making the component's controls, and finding what is inside them.
 namespace desk::app {

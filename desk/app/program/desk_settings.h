@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "book/kept_branches.h"
-#include "book/settings_file.h"
+#include "book/host/kept_branches.h"
+#include "book/host/settings_file.h"
 
 namespace desk::app {
 

@@ -8,7 +8,7 @@
 #include "app/com/values.h"
 #include "app/faces/com_grid.h"
 #include "app/program/controls.h"
-#include "book/grid_state.h"
+#include "book/host/grid_state.h"
 #include "component/base/failure.h"
 #include "viewkit/win32/wide.h"
 

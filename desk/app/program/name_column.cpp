@@ -5,10 +5,10 @@
 
 #include "app/com/object.h"
 #include "app/faces/com_grid.h"
-#include "book/settings_file.h"
+#include "book/host/settings_file.h"
 #include "component/base/failure.h"
 #include "host/text.h"
-#include "viewkit/m_mode.h"
+#include "viewkit/layout/m_mode.h"
 #include "viewkit/win32/scale.h"
 #include "views/column_fit.h"
 

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "app/frame/wait_window.h"
-#include "book/database.h"
+#include "book/database/database.h"
 
 namespace desk::app {
 

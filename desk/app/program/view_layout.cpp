@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "app/program/controls.h"
-#include "viewkit/m_mode.h"
+#include "viewkit/layout/m_mode.h"
 #include "viewkit/win32/wide.h"
 #include "viewkit/win32/windows_user.h"
 #include "views/column_layout.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "component/controls/child_face.h"
-#include "viewkit/flex_grid.h"
+#include "viewkit/grid/flex_grid.h"
 
 namespace tavrix::component {
 

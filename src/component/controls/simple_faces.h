@@ -1,12 +1,12 @@
 #pragma once
 
 #include "component/controls/child_face.h"
-#include "viewkit/check_box.h"
-#include "viewkit/command_button.h"
-#include "viewkit/label.h"
-#include "viewkit/option_button.h"
-#include "viewkit/search_box.h"
-#include "viewkit/tab_strip.h"
+#include "viewkit/controls/check_box.h"
+#include "viewkit/controls/command_button.h"
+#include "viewkit/controls/label.h"
+#include "viewkit/controls/option_button.h"
+#include "viewkit/controls/search_box.h"
+#include "viewkit/controls/tab_strip.h"
 
 /// The small controls for callers.
 namespace tavrix::component {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "component/controls/child_face.h"
-#include "viewkit/tree_view.h"
+#include "viewkit/tree/tree_view.h"
 
 namespace tavrix::component {
 

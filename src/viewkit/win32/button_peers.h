@@ -2,11 +2,11 @@
 
 #include <optional>
 
-#include "viewkit/check_box.h"
-#include "viewkit/command_button.h"
-#include "viewkit/frame_box.h"
-#include "viewkit/label.h"
-#include "viewkit/option_button.h"
+#include "viewkit/controls/check_box.h"
+#include "viewkit/controls/command_button.h"
+#include "viewkit/controls/frame_box.h"
+#include "viewkit/controls/label.h"
+#include "viewkit/controls/option_button.h"
 #include "viewkit/win32/native_peer.h"
 
 namespace tavrix::viewkit::win32 {

@@ -1,6 +1,6 @@
 #include "viewkit/win32/colors.h"
 
-#include "viewkit/contrast.h"
+#include "viewkit/grid/contrast.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "viewkit/dialog_model.h"
+#include "viewkit/controls/dialog_model.h"
 #include "viewkit/win32/peer_host.h"
 
 namespace tavrix::viewkit::win32 {

@@ -4,9 +4,9 @@
 #include <string>
 #include <utility>
 
-#include "viewkit/combo_box.h"
-#include "viewkit/search_box.h"
-#include "viewkit/text_box.h"
+#include "viewkit/controls/combo_box.h"
+#include "viewkit/controls/search_box.h"
+#include "viewkit/controls/text_box.h"
 #include "viewkit/win32/native_peer.h"
 
 namespace tavrix::viewkit::win32 {

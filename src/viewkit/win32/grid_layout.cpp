@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "viewkit/grid_metrics.h"
+#include "viewkit/grid/grid_metrics.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {

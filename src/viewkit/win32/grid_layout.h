@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "viewkit/flex_grid.h"
+#include "viewkit/grid/flex_grid.h"
 #include "viewkit/win32/scale.h"
 
 namespace tavrix::viewkit::win32 {

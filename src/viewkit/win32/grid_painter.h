@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "viewkit/flex_grid.h"
+#include "viewkit/grid/flex_grid.h"
 #include "viewkit/win32/fonts.h"
 #include "viewkit/win32/grid_layout.h"
 #include "viewkit/win32/grid_outline.h"

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "viewkit/accessible_grid.h"
-#include "viewkit/flex_grid.h"
+#include "viewkit/grid/accessible_grid.h"
+#include "viewkit/grid/flex_grid.h"
 #include "viewkit/win32/control_peer.h"
 #include "viewkit/win32/grid_layout.h"
 #include "viewkit/win32/tool_tip.h"

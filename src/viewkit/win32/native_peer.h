@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "viewkit/captioned.h"
+#include "viewkit/controls/captioned.h"
 #include "viewkit/win32/control_peer.h"
 #include "viewkit/win32/tool_tip.h"
 

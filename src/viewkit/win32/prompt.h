@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "viewkit/command_button.h"
-#include "viewkit/dialog_model.h"
-#include "viewkit/label.h"
-#include "viewkit/text_box.h"
+#include "viewkit/controls/command_button.h"
+#include "viewkit/controls/dialog_model.h"
+#include "viewkit/controls/label.h"
+#include "viewkit/controls/text_box.h"
 
 namespace tavrix::viewkit::win32 {
 

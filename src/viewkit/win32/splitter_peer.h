@@ -1,6 +1,6 @@
 #pragma once
 
-#include "viewkit/splitter.h"
+#include "viewkit/controls/splitter.h"
 #include "viewkit/win32/control_peer.h"
 
 namespace tavrix::viewkit::win32 {

@@ -3,8 +3,8 @@
 #include <optional>
 #include <vector>
 
-#include "viewkit/accessible_tabs.h"
-#include "viewkit/tab_strip.h"
+#include "viewkit/controls/accessible_tabs.h"
+#include "viewkit/controls/tab_strip.h"
 #include "viewkit/win32/control_peer.h"
 #include "viewkit/win32/tool_tip.h"
 

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "viewkit/tree_view.h"
+#include "viewkit/tree/tree_view.h"
 #include "viewkit/win32/native_peer.h"
 
 namespace tavrix::viewkit::win32 {

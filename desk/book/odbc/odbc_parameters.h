@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "book/odbc/odbc_link.h"
+
+namespace desk::book {
+
+/// The parameters of one run; drivers read them while the statement runs.
+class OdbcParameters {
+ public:
+  /// Binds `values` to the question marks of `statement` in order.
+  OdbcParameters(OdbcLink& link, const OdbcHandle& statement, Values values);
+  OdbcParameters(const OdbcParameters&) = delete;
+  OdbcParameters& operator=(const OdbcParameters&) = delete;
+  ~OdbcParameters() = default;
+
+ private:
+  struct Cell {
+    SQLBIGINT whole = 0;
+    SQLINTEGER small_whole = 0;
+    double real = 0;
+    std::u16string text;
+    SQLLEN indicator = 0;
+  };
+
+  void Bind(std::size_t at, const host::Value& value);
+  void BindWhole(std::size_t at, std::int64_t number);
+  void BindReal(std::size_t at, double number);
+  void Pass(std::size_t at, SQLSMALLINT from, SQLSMALLINT to, SQLULEN length, SQLPOINTER data);
+
+  OdbcLink& link_;
+  const OdbcHandle& statement_;
+  std::vector<Cell> cells_;
+};
+
+}  // namespace desk::book

@@ -1,0 +1,43 @@
+#include "book/odbc/wire_text.h"
+
+#include "book/database/connection_string.h"
+
+namespace desk::book {
+
+std::string WireMark(Wire wire) {
+  switch (wire) {
+    case Wire::kEncrypted:
+      return "已加密";
+    case Wire::kPlain:
+      return "未加密";
+    case Wire::kLocal:
+      return "本机，未加密";
+    default:
+      return {};
+  }
+}
+
+std::string WireSentence(Wire wire) {
+  switch (wire) {
+    case Wire::kNone:
+      return {};
+    case Wire::kEncrypted:
+      return "与数据库服务器的连接已加密。";
+    case Wire::kPlain:
+      return "与数据库服务器的连接没有加密。";
+    case Wire::kLocal:
+      return "与数据库服务器的连接没有加密，但不离开本机。";
+    case Wire::kUnknown:
+      break;
+  }
+  return "数据库服务器没有说明连接是否加密。";
+}
+
+std::string WireWarning(Wire wire, std::string_view place) {
+  if (wire != Wire::kPlain) return {};
+  return "与数据库服务器“" + ServerName(place) +
+         "”的连接没有加密，网络上的其他人可以读到账簿的内容。请让管理员为服务器设置加密，"
+         "或在连接字符串中写明 SSLmode=require，使没有加密时不能连接";
+}
+
+}  // namespace desk::book

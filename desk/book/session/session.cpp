@@ -1,0 +1,83 @@
+#include "book/session/session.h"
+
+#include <utility>
+
+#include "book/session/ledger_moves.h"
+#include "book/sql/sql_text.h"
+
+namespace desk::book {
+
+Session::Session(std::unique_ptr<Connection> connection)
+    : connection_(std::move(connection)), driver_(connection_->Driver()) {}
+
+std::string Session::Translated(const std::string& sql) const {
+  if (driver_ != "jet") return sql;
+  const Flavor flavor = connection_->Makes();
+  return FromJet(sql, flavor == Flavor::kAccess || flavor == Flavor::kSqlServer);
+}
+
+std::unique_ptr<Rows> Session::Query(const std::string& sql) {
+  deletions_.Note(*connection_, sql);
+  return connection_->Query(Translated(sql), Origin::kCaller);
+}
+
+void Session::Execute(const std::string& sql) {
+  KeepResults();
+  const bool changed = Change(sql) > 0;
+  ++changes_;
+  if (changed) return;
+  // MariaDB does not count a row that stays as it was.
+  const std::string row = QueryForChangedRow(sql);
+  if (row.empty() || connection_->Query(row, Origin::kCaller)->Next()) return;
+  throw DatabaseError(Trouble::kMissing, "这条记录已被其他用户删除，没有保存");
+}
+
+std::int64_t Session::Change(const std::string& sql) {
+  const std::string translated = LeavingLeavesAlone(Translated(sql));
+  if (!deletions_.IsNoted(sql)) return connection_->Execute(translated, Origin::kCaller);
+  Transaction transaction(*this);
+  deletions_.Check(*connection_, sql);
+  const std::int64_t rows = connection_->Execute(translated, Origin::kCaller);
+  transaction.Commit();
+  return rows;
+}
+
+void Session::Reserve(const std::string& sql, host::RowSet& rows) const {
+  const auto last = sizes_.find(sql);
+  if (last == sizes_.end()) return;
+  constexpr std::size_t kSpare = 64;  // one part of so many, for what has come since
+  rows.Reserve(last->second.rows + last->second.rows / kSpare + kSpare,
+               last->second.bytes + last->second.bytes / kSpare + kSpare);
+}
+
+void Session::NoteSize(const std::string& sql, const host::RowSet& rows) {
+  constexpr std::size_t kLarge = 1000;
+  constexpr std::size_t kMostQueries = 32;
+  if (rows.Rows() < kLarge) {
+    sizes_.erase(sql);
+    return;
+  }
+  if (sizes_.size() >= kMostQueries) sizes_.clear();
+  sizes_[sql] = {.rows = rows.Rows(), .bytes = rows.TextBytes()};
+}
+
+void Session::KeepResults() noexcept {
+  for (LiveResult* result : live_) result->Keep();
+}
+
+Transaction::Transaction(Session& session) : connection_(session.Own()) {
+  // A result half read holds on to an older state of the book, from which no write can start.
+  session.KeepResults();
+  connection_.Begin();
+}
+
+Transaction::~Transaction() {
+  if (open_) connection_.Rollback();
+}
+
+void Transaction::Commit() {
+  connection_.Commit();
+  open_ = false;
+}
+
+}  // namespace desk::book

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "book/database/database.h"
+#include "book/session/deletion_check.h"
+
+namespace desk::book {
+
+/// A result that is still being read. Before anything is written it takes its remaining rows into
+/// memory, so that it goes on showing what was there when it was opened.
+class LiveResult {
+ public:
+  virtual void Keep() noexcept = 0;
+
+ protected:
+  LiveResult() = default;
+  LiveResult(const LiveResult&) = default;
+  LiveResult& operator=(const LiveResult&) = default;
+  ~LiveResult() = default;
+};
+
+/// One open book as all its objects share it: the connection, the dialect that callers speak, and
+/// the results that are still being read.
+class Session {
+ public:
+  explicit Session(std::unique_ptr<Connection> connection);
+
+  /// What the property "driver" says: the engine's own name unless it is overridden. "jet" means
+  /// that callers' statements come in the Jet dialect.
+  [[nodiscard]] const std::string& Driver() const { return driver_; }
+  void SetDriver(std::string driver) { driver_ = std::move(driver); }
+
+  /// A caller's statement. `DatabaseError` when it fails.
+  [[nodiscard]] std::unique_ptr<Rows> Query(const std::string& sql);
+  /// A change of one row by its key fails when the row is gone: the caller would believe it saved.
+  /// So does a deletion of accounts that would take more than the caller has seen: `DeletionCheck`.
+  void Execute(const std::string& sql);
+
+  /// An identifier for an account that callers were given.
+  void NoteGiven(std::int64_t id) { deletions_.NoteGiven(id); }
+
+  /// Counts the callers' statements that have changed the book: whoever shows it can tell from this
+  /// whether what he shows is old.
+  [[nodiscard]] std::uint64_t Changes() const { return changes_; }
+
+  /// For the desk's own statements. Those that write belong inside a `Transaction`.
+  [[nodiscard]] Connection& Own() { return *connection_; }
+
+  /// Makes room in `rows` for as many as the query gave the last time: growing step by step, and
+  /// giving back what was too much, would cost more than the room.
+  void Reserve(const std::string& sql, host::RowSet& rows) const;
+  void NoteSize(const std::string& sql, const host::RowSet& rows);
+
+  void Add(LiveResult& result) { live_.push_back(&result); }
+  void Remove(LiveResult& result) { std::erase(live_, &result); }
+  void KeepResults() noexcept;
+
+ private:
+  [[nodiscard]] std::string Translated(const std::string& sql) const;
+  [[nodiscard]] std::int64_t Change(const std::string& sql);
+
+  std::unique_ptr<Connection> connection_;
+  std::string driver_;
+  std::vector<LiveResult*> live_;
+  DeletionCheck deletions_;
+  struct Size {
+    std::size_t rows = 0;
+    std::size_t bytes = 0;
+  };
+  std::map<std::string, Size> sizes_;  ///< of the results of large queries
+  std::uint64_t changes_ = 0;
+};
+
+/// The desk's own changes, all or nothing: undone unless committed.
+class Transaction {
+ public:
+  explicit Transaction(Session& session);
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  ~Transaction();
+  void Commit();
+
+ private:
+  Connection& connection_;
+  bool open_ = true;
+};
+
+}  // namespace desk::book

@@ -1,0 +1,25 @@
+#include "book/session/settings.h"
+
+namespace desk::book {
+
+std::string ReadSetting(Session& session, const std::string& section, const std::string& key) {
+  const host::Value names[] = {section, key};
+  const auto rows = session.Own().Query(
+      "select item_value from xt_accinformation where system_code=? and item_code=?", Origin::kDesk,
+      names);
+  return rows->Next() ? rows->Get(0).ToText() : std::string();
+}
+
+void WriteSetting(Session& session, const std::string& section, const std::string& key,
+                  const std::string& value) {
+  const host::Value values[] = {section, key, value};
+  Transaction transaction(session);
+  session.Own().Execute("delete from xt_accinformation where system_code=? and item_code=?",
+                        Origin::kDesk, Values(values).first(2));
+  session.Own().Execute(
+      "insert into xt_accinformation(system_code,item_code,item_value)values(?,?,?)", Origin::kDesk,
+      values);
+  transaction.Commit();
+}
+
+}  // namespace desk::book

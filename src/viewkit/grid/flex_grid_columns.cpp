@@ -1,0 +1,182 @@
+// Columns: widths, alignment, formats, sizing to the content; the header's format string.
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "host/text.h"
+#include "viewkit/grid/flex_grid_state.h"
+#include "viewkit/grid/grid_metrics.h"
+#include "viewkit/grid/text_width.h"
+
+namespace tavrix::viewkit {
+
+namespace {
+
+constexpr int kWidestColumn = 30'000;  // by sizing to the content
+constexpr int kMostWidth = 1'000'000;  // at all, so that the widths can be added up
+/// Deeper levels are drawn no further to the right.
+constexpr int kDeepestIndent = 100;
+
+/// Room beside the text: padding, and a pixel lost to rounding on the screen.
+constexpr int kBeside = 2 * grid_metrics::kCellPadding + kTwipsPerPixel;
+
+void CheckAlignment(Alignment alignment) {
+  if (alignment < Alignment::kLeftTop || alignment > Alignment::kGeneral) {
+    throw std::out_of_range("no such alignment");
+  }
+}
+
+Alignment AlignmentOf(char sign) {
+  if (sign == '^') return Alignment::kCenterCenter;
+  return sign == '>' ? Alignment::kRightCenter : Alignment::kLeftCenter;
+}
+
+}  // namespace
+
+int FlexGrid::ColWidth(int col) const {
+  return state_->At(col).width;
+}
+
+void FlexGrid::SetColWidth(int col, int width) {
+  width = width < 0 ? State::kDefaultColWidth : std::min(width, kMostWidth);
+  if (ColWidth(col) == width) return;
+  Update([&](State& s) {
+    s.At(col).width = width;
+    s.pending.columns = s.pending.settle = true;
+  });
+}
+
+bool FlexGrid::ColHidden(int col) const {
+  return state_->At(col).hidden;
+}
+
+void FlexGrid::SetColHidden(int col, bool hidden) {
+  if (ColHidden(col) == hidden) return;
+  Update([&](State& s) {
+    s.At(col).hidden = hidden;
+    s.pending.columns = s.pending.settle = true;
+  });
+}
+
+Alignment FlexGrid::ColAlignment(int col) const {
+  return state_->At(col).alignment;
+}
+
+void FlexGrid::SetColAlignment(int col, Alignment alignment) {
+  CheckAlignment(alignment);
+  if (ColAlignment(col) == alignment) return;
+  Update([&](State& s) {
+    s.At(col).alignment = alignment;
+    s.pending.columns = true;
+  });
+}
+
+Alignment FlexGrid::FixedAlignment(int col) const {
+  return state_->At(col).fixed_alignment;
+}
+
+void FlexGrid::SetFixedAlignment(int col, Alignment alignment) {
+  CheckAlignment(alignment);
+  if (FixedAlignment(col) == alignment) return;
+  Update([&](State& s) {
+    s.At(col).fixed_alignment = alignment;
+    s.pending.columns = true;
+  });
+}
+
+ColumnType FlexGrid::ColDataType(int col) const {
+  return state_->At(col).type;
+}
+
+void FlexGrid::SetColDataType(int col, ColumnType type) {
+  constexpr int kLast = 21;  // the last of the integers
+  const int number = static_cast<int>(type);
+  if (number < 0 || number > kLast) throw std::out_of_range("no such type of a column");
+  if (ColDataType(col) == type) return;
+  Update([&](State& s) {
+    s.At(col).type = type;
+    s.ContentChanged();
+  });
+}
+
+const std::string& FlexGrid::ColFormat(int col) const {
+  return state_->At(col).format;
+}
+
+void FlexGrid::SetColFormat(int col, std::string format) {
+  if (ColFormat(col) == format) return;
+  Update([&](State& s) {
+    s.At(col).format = std::move(format);
+    s.ContentChanged();
+  });
+}
+
+bool FlexGrid::MergeCol(int col) const {
+  return state_->At(col).merge;
+}
+
+void FlexGrid::SetMergeCol(int col, bool merge) {
+  if (MergeCol(col) == merge) return;
+  Update([&](State& s) {
+    s.At(col).merge = merge;
+    s.pending.columns = true;
+  });
+}
+
+void FlexGrid::SetFormatString(std::string_view format) {
+  if (format.empty()) return;
+  const auto count = static_cast<int>(std::count(format.begin(), format.end(), '|')) + 1;
+  Update([&](State& s) {
+    SetCols(std::max(Cols(), count));
+    for (int col = 0; col < count; ++col) {
+      const std::size_t end = std::min(format.find('|'), format.size());
+      std::string_view title = format.substr(0, end);
+      format.remove_prefix(std::min(end + 1, format.size()));
+      if (!title.empty() && std::string_view("<^>").find(title[0]) != std::string_view::npos) {
+        SetColAlignment(col, AlignmentOf(title[0]));
+        title.remove_prefix(1);
+      }
+      SetColWidth(col, s.measure->Width(title, false) + kBeside);
+      if (s.Fixed() > 0) SetTextMatrix(0, col, host::Trimmed(title));
+    }
+  });
+}
+
+void FlexGrid::AutoSize(int col) {
+  State& s = *state_;
+  s.CheckCol(col);
+  int widest = 0;
+  const auto measure = [&](int row, int extra) {
+    const int text = s.measure->Width(DisplayText(row, col), CellFontBold(row, col));
+    widest = std::max(widest, text + extra);
+  };
+  const bool outlined = s.look.outline_bar != 0 && col == s.outline_col;
+  const auto indent = [&](int row) {
+    const int data = row - s.Fixed();
+    if (!outlined || !s.outline.IsNode(data)) return 0;
+    return (std::min(s.outline.Level(data), kDeepestIndent) + 1) * grid_metrics::kOutlineIndent;
+  };
+
+  for (int row = 0; row < s.Fixed(); ++row) measure(row, 0);
+  WidestTexts widest_texts(*s.measure);
+  const bool formatted = !s.At(col).format.empty();
+  const bool plain = s.styles.AllDefault();
+  const int rows = s.Rows();
+  for (int row = s.Fixed(); row < rows; ++row) {
+    const bool bold = !plain && CellFontBold(row, col);
+    if (formatted) {
+      widest_texts.Offer(row, DisplayText(row, col), indent(row), bold);
+    } else {
+      widest_texts.Offer(row, s.DataText(row - s.Fixed(), col), indent(row), bold);
+    }
+  }
+  for (const auto& candidate : widest_texts.Candidates()) {
+    measure(candidate.row, indent(candidate.row));
+  }
+  SetColWidth(col, std::min(widest + kBeside, kWidestColumn));
+  s.At(col).fitted = ColWidth(col);
+}
+
+}  // namespace tavrix::viewkit

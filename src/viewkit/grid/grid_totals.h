@@ -1,0 +1,111 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "viewkit/grid/cell_store.h"
+#include "viewkit/grid/decimal.h"
+#include "viewkit/grid/flex_grid.h"
+#include "viewkit/grid/outline_rows.h"
+
+namespace tavrix::viewkit {
+
+/// What can be said of many numbers at once. All are reckoned in whole multiples of one power of
+/// ten, so that adding up decimal numbers loses nothing.
+class NumberTotals {
+ public:
+  explicit NumberTotals(int decimals = 0) : decimals_(decimals) {}
+
+  void Add(const Decimal& number) {
+    if (number.decimals > decimals_) Rescale(number.decimals);
+    AddUnits(number.units * PowerOfTen(decimals_ - number.decimals));
+  }
+  /// A number of the power of ten that this has now.
+  void AddUnits(double units) {
+    sum_ += units;
+    least_ = units < least_ ? units : least_;
+    most_ = units > most_ ? units : most_;
+    ++count_;
+  }
+  [[nodiscard]] Decimal Sum() const { return {sum_, decimals_}; }
+  /// `whole` is what `kPercent` is the share of. 0 over no numbers.
+  [[nodiscard]] Decimal Result(SubtotalFunction function, const Decimal& whole) const;
+
+ private:
+  void Rescale(int decimals);
+
+  int decimals_;
+  double sum_ = 0;
+  double least_ = std::numeric_limits<double>::infinity();
+  double most_ = -std::numeric_limits<double>::infinity();
+  std::int64_t count_ = 0;
+};
+
+/// The groups of a grid's rows, and what is known of its numbers, from one call of `Subtotal` to
+/// the next. Rows count from 0 without the header; a place counts only rows that are no totals.
+class GridTotals {
+ public:
+  /// The mark of the grand total.
+  static constexpr std::uint16_t kWholeGrid = 1;
+  /// Rows of totals of one `group_on`.
+  struct Level {
+    SubtotalOptions options;  ///< of the last call
+    bool above = false;
+    std::vector<int> cols;            ///< the columns in which the rows of a group agree
+    std::vector<std::uint32_t> ends;  ///< the place after the last row of each group
+    std::vector<std::uint32_t> rows;  ///< the row of totals of each group; none as long as unknown
+    std::uint16_t mark = kWholeGrid;  ///< of its rows in the outline; greater for inner groups
+    bool texts_stand = false;         ///< its rows show the groups' texts as they are now
+  };
+  /// The numbers of one column by their places, empty cells as NaN.
+  struct Numbers {
+    int col = 0;
+    int decimals = 0;
+    std::vector<double> units;
+  };
+
+  GridTotals(const CellStore& cells, const OutlineRows& outline)
+      : cells_(cells), outline_(outline) {}
+
+  /// Forgets what no longer holds since the cells have changed.
+  void Refresh();
+  /// The cells have changed from this version on, but no number that counts.
+  void Follow(std::uint64_t from) {
+    if (version_ == from) version_ = cells_.Version();
+  }
+  void Forget();
+  /// Rows have become totals, or are none any more.
+  void RowsRedefined() { version_ = 0; }
+  /// The level of these options, made if there is none. Valid until the next call.
+  [[nodiscard]] Level& LevelOf(const SubtotalOptions& options, bool above);
+  /// Where the rows of totals of a level stand, or belong: for each group the row in front of which
+  /// one must be put in, and the row that is there already.
+  struct Sites {
+    std::vector<std::uint32_t> before;
+    std::vector<std::uint32_t> existing;
+  };
+  [[nodiscard]] Sites FindSites(const Level& level) const;
+  /// All levels but this one no longer know their rows: some have been put in.
+  void RowsMoved(const Level& known);
+  [[nodiscard]] const Numbers& NumbersOf(int col);
+
+ private:
+  template <class Visit>
+  void ForEachRow(Visit&& visit) const;
+  [[nodiscard]] std::vector<int> ColumnsOf(const SubtotalOptions& options) const;
+  [[nodiscard]] std::uint16_t NewMark(const SubtotalOptions& options) const;
+  [[nodiscard]] const Level* LevelWithin(const std::vector<int>& cols) const;
+  void FindEnds(Level& level) const;
+
+  const CellStore& cells_;
+  const OutlineRows& outline_;
+  std::uint64_t version_ = 0;  // of the cells that the following was made from
+  std::vector<Level> levels_;
+  std::vector<Numbers> numbers_;
+};
+
+}  // namespace tavrix::viewkit
