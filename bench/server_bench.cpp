@@ -11,7 +11,7 @@
 #include "book/odbc/odbc_api.h"
 #include "chart.h"
 #include "host/account.h"
-#include "host/text.h"
+#include "host/utf.h"
 #include "support/temp_folder.h"
 #include "view.h"
 

@@ -4,6 +4,7 @@
 
 #include "book/ledger/code_rule.h"
 #include "host/text.h"
+#include "host/utf.h"
 #include "input.h"
 
 namespace tavrix::fuzz {

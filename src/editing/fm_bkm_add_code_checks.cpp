@@ -5,6 +5,7 @@
 #include "host/calls.h"
 #include "host/flags.h"
 #include "host/text.h"
+#include "host/utf.h"
 
 namespace tavrix::editing {
 

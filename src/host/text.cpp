@@ -14,8 +14,6 @@ namespace tavrix::host {
 
 namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
-
 /// Upper-case letters whose lower-case letter lies a fixed distance above them.
 struct CaseRange {
   char32_t first;
@@ -107,57 +105,7 @@ std::string NumberPart(std::string_view text, std::size_t at) {
   return part;
 }
 
-/// Writes `point` to `to`, which has room for four bytes; gives where it ends.
-char* PutUtf8(char* to, char32_t point) {
-  const auto put = [&](char32_t bits) { *to++ = static_cast<char>(bits); };
-  if (point < 0x80) {
-    put(point);
-  } else if (point < 0x800) {
-    put(0xC0 | (point >> 6));
-    put(0x80 | (point & 0x3F));
-  } else if (point < 0x10000) {
-    put(0xE0 | (point >> 12));
-    put(0x80 | ((point >> 6) & 0x3F));
-    put(0x80 | (point & 0x3F));
-  } else {
-    put(0xF0 | (point >> 18));
-    put(0x80 | ((point >> 12) & 0x3F));
-    put(0x80 | ((point >> 6) & 0x3F));
-    put(0x80 | (point & 0x3F));
-  }
-  return to;
-}
-
 }  // namespace
-
-char32_t NextCodePoint(std::string_view text, std::size_t& at) {
-  const auto unit = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned char lead = unit(at++);
-  if (lead < 0x80) return lead;
-  const int following = lead >= 0xF0 && lead < 0xF5   ? 3
-                        : lead >= 0xE0 && lead < 0xF0 ? 2
-                        : lead >= 0xC2 && lead < 0xE0 ? 1
-                                                      : 0;
-  if (following == 0) return kReplacement;
-  char32_t point = lead & (0x3FU >> following);
-  for (int i = 0; i < following; ++i) {
-    const std::size_t next = at + static_cast<std::size_t>(i);
-    if (next >= text.size() || (unit(next) & 0xC0) != 0x80) return kReplacement;
-    point = (point << 6) | (unit(next) & 0x3F);
-  }
-  constexpr std::array<char32_t, 4> kLeast = {0, 0x80, 0x800, 0x10000};
-  const bool surrogate = point >= 0xD800 && point < 0xE000;
-  if (point < kLeast[static_cast<std::size_t>(following)] || surrogate || point > 0x10FFFF) {
-    return kReplacement;
-  }
-  at += static_cast<std::size_t>(following);
-  return point;
-}
-
-void AppendUtf8(std::string& text, char32_t point) {
-  std::array<char, 4> units;
-  text.append(units.data(), PutUtf8(units.data(), point));
-}
 
 std::optional<double> NumberAtStart(std::string_view text) {
   const std::size_t start = text.find_first_not_of(" \t\r\n");
@@ -197,44 +145,6 @@ std::string NumberText(double number) {
                                          std::chars_format::fixed)
                          : std::to_chars(digits.data(), digits.data() + digits.size(), number);
   return {digits.data(), end.ptr};
-}
-
-std::u16string ToUtf16(std::string_view text) {
-  std::u16string wide(text.size(), u'\0');
-  char16_t* end = wide.data();
-  for (std::size_t at = 0; at < text.size();) {
-    const char32_t point = NextCodePoint(text, at);
-    if (point < 0x10000) {
-      *end++ = static_cast<char16_t>(point);
-    } else {
-      *end++ = static_cast<char16_t>(0xD7C0 + (point >> 10));
-      *end++ = static_cast<char16_t>(0xDC00 | (point & 0x3FF));
-    }
-  }
-  wide.resize(static_cast<std::size_t>(end - wide.data()));
-  return wide;
-}
-
-std::string ToUtf8(std::u16string_view text) {
-  std::string narrow(text.size() * 3, '\0');
-  char* end = narrow.data();
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    const char16_t unit = text[at];
-    if (unit < 0xD800 || unit > 0xDFFF) {
-      end = PutUtf8(end, unit);
-      continue;
-    }
-    const bool pair =
-        unit < 0xDC00 && at + 1 < text.size() && text[at + 1] >= 0xDC00 && text[at + 1] < 0xE000;
-    if (!pair) {
-      end = PutUtf8(end, kReplacement);
-      continue;
-    }
-    ++at;
-    end = PutUtf8(end, 0x10000 + ((char32_t{unit} - 0xD800) << 10) + (text[at] - 0xDC00U));
-  }
-  narrow.resize(static_cast<std::size_t>(end - narrow.data()));
-  return narrow;
 }
 
 std::size_t TextLength(std::string_view text) {

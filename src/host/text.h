@@ -25,10 +25,6 @@ namespace tavrix::host {
 /// `number` in its shortest decimal form; whole numbers without a point.
 [[nodiscard]] std::string NumberText(double number);
 
-/// UTF-8 to UTF-16 and back. Malformed input becomes U+FFFD, one for each bad unit.
-[[nodiscard]] std::u16string ToUtf16(std::string_view text);
-[[nodiscard]] std::string ToUtf8(std::u16string_view text);
-
 [[nodiscard]] constexpr bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }

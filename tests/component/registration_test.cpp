@@ -9,14 +9,14 @@
 #include <string>
 
 #include "component/loaded_library.h"
+#include "host/utf.h"
 #include "tavrix.h"
-#include "viewkit/win32/wide.h"
 
 namespace tavrix::test {
 namespace {
 
-using viewkit::win32::Narrow;
-using viewkit::win32::Wide;
+using host::Narrow;
+using host::Wide;
 
 constexpr const wchar_t* kScratch = L"Software\\tavrix_component_tests";
 

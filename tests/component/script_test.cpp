@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "component/script_engine.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace tavrix::test {
 namespace {
@@ -15,13 +15,13 @@ constexpr const wchar_t* kKind = L"VBSCRIPT";
 constexpr const char* kHostScript = "HOST";
 
 std::string_view ScriptText(const std::string& name, const wchar_t* kind = kKind) {
-  const HRSRC place = FindResourceW(nullptr, viewkit::win32::Wide(name).c_str(), kind);
+  const HRSRC place = FindResourceW(nullptr, host::Wide(name).c_str(), kind);
   const HGLOBAL data = LoadResource(nullptr, place);
   return {static_cast<const char*>(LockResource(data)), SizeofResource(nullptr, place)};
 }
 
 BOOL CALLBACK CollectName(HMODULE, LPCWSTR, LPWSTR name, LONG_PTR names) {
-  const std::string text = viewkit::win32::Narrow(name);
+  const std::string text = host::Narrow(name);
   if (text != kHostScript) reinterpret_cast<std::vector<std::string>*>(names)->push_back(text);
   return TRUE;
 }

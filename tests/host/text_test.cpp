@@ -1,4 +1,5 @@
 #include "host/text.h"
+#include "host/utf.h"
 
 #include <gtest/gtest.h>
 

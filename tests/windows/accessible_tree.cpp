@@ -7,14 +7,14 @@
 
 #include "component/base/bstr.h"
 #include "component/base/variant.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace tavrix::test {
 namespace {
 
 using component::Bstr;
 using component::Variant;
-using viewkit::win32::Narrow;
+using host::Narrow;
 
 VARIANT Number(LONG child) {
   VARIANT value{};

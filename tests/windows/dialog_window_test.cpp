@@ -1,13 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "host/utf.h"
 #include "viewkit/controls/check_box.h"
 #include "viewkit/controls/combo_box.h"
 #include "viewkit/controls/dialog_model.h"
 #include "viewkit/controls/label.h"
 #include "viewkit/controls/option_button.h"
 #include "viewkit/controls/text_box.h"
-#include "viewkit/win32/wide.h"
 #include "viewkit/win32/windows_user.h"
 #include "windows/desktop.h"
 

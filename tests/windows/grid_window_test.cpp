@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <chrono>
 
+#include "host/utf.h"
 #include "viewkit/grid/flex_grid.h"
 #include "viewkit/grid/grid_metrics.h"
 #include "viewkit/win32/grid_layout.h"
 #include "viewkit/win32/view_window.h"
-#include "viewkit/win32/wide.h"
 #include "windows/desktop.h"
 
 namespace tavrix::viewkit::win32 {

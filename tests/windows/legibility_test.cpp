@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "host/utf.h"
 #include "viewkit/controls/label.h"
 #include "viewkit/controls/tab_strip.h"
 #include "viewkit/grid/flex_grid.h"
@@ -15,11 +16,13 @@
 #include "viewkit/win32/handles.h"
 #include "viewkit/win32/line_text.h"
 #include "viewkit/win32/view_window.h"
-#include "viewkit/win32/wide.h"
 #include "windows/desktop.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
+
+using host::Narrow;
+using host::Wide;
 
 using test::Picture;
 
@@ -122,7 +125,7 @@ TEST_F(LegibilityTest, WhatWasCutIsPaintedWhole) {
   constexpr int kRoom = 120;
   constexpr int kWide = 400;
   const FontSet fonts(FontSpec::System(), Scale{96});
-  const auto painted = [&](const std::wstring& text, int room) {
+  const auto painted = [&](std::wstring text, int room) {
     return Picture(kWide, 20, [&](HDC dc) {
       const Selected font(dc, fonts.Get(false));
       SetTextColor(dc, RGB(255, 255, 255));

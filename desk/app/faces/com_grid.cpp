@@ -7,7 +7,7 @@
 #include "app/com/values.h"
 #include "component/base/failure.h"
 #include "host/report.h"
-#include "host/text.h"
+#include "host/utf.h"
 #include "viewkit/ports.h"
 #include "viewkit/win32/scale.h"
 
@@ -18,19 +18,6 @@ namespace host = tavrix::host;
 using tavrix::component::Bstr;
 using tavrix::component::Check;
 using tavrix::component::Flag;
-
-/// UTF-8 into a buffer that is used again and again; codes and figures are ASCII.
-void TakeText(BSTR text, std::string& target) {
-  const std::wstring_view units = tavrix::component::ViewOf(text);
-  target.clear();
-  for (const wchar_t unit : units) {
-    if (unit >= 0x80) {
-      target = TextOf(text);
-      return;
-    }
-    target.push_back(static_cast<char>(unit));
-  }
-}
 
 /// What `IGridRows::GetStates` adds up.
 constexpr unsigned char kHidden = 1;
@@ -248,7 +235,8 @@ std::string_view ComGrid::TextMatrix(int row, int col) const {
   }
   Bstr text;
   Check(grid_->get_TextMatrix(row, col, text.Put()));
-  TakeText(text.Get(), text_);
+  text_.clear();
+  host::AppendNarrow(text_, tavrix::component::ViewOf(text.Get()));
   return text_;
 }
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/com/wide_text.h"
+#include "app/com/values.h"
 
 namespace desk::app {
 namespace {
@@ -31,7 +31,7 @@ class VariantCells : public book::CellSink {
     Add(VT_I4).lVal = narrow;
   }
   void OnNumber(double number) override { Add(VT_R8).dblVal = number; }
-  void OnText(std::string_view text) override { Add(VT_BSTR).bstrVal = NewBstrDirectly(text); }
+  void OnText(std::string_view text) override { Add(VT_BSTR).bstrVal = NewBstr(text); }
 
   [[nodiscard]] std::size_t Count() const {
     return blocks_.empty() ? 0 : (blocks_.size() - 1) * kBlock + blocks_.back().size();

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
-#include "app/com/wide_text.h"
 #include "component/base/bstr.h"
 #include "host/text.h"
+#include "host/utf.h"
 
 namespace desk::app {
 namespace {
@@ -27,7 +27,7 @@ class TextCells : public book::CellSink {
   }
   void OnNumber(double number) override { OnText(tavrix::host::NumberText(number)); }
   void OnText(std::string_view text) override {
-    AppendWide(text_, text);
+    tavrix::host::AppendWide(text_, text);
     if (text_.size() > kMostUnits) throw std::bad_alloc();
     ends_.push_back(static_cast<LONG>(text_.size()));
   }

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace desk::app {
 namespace {
 
 namespace win32 = tavrix::viewkit::win32;
+using tavrix::host::Wide;
 using views::AccountSheet;
-using win32::Wide;
 
 constexpr UINT kWrap = DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX;
 constexpr int kThousandths = 1000;

@@ -6,7 +6,7 @@
 
 #include "app/frame/account_painter.h"
 #include "app/frame/icons.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace desk::app {
 namespace {
@@ -48,7 +48,8 @@ void AccountPane::SetSheet(std::optional<views::AccountSheet> sheet, std::wstrin
   if (other) scrolled_ = 0;
   // What a screen reader says when the focus comes here.
   const std::wstring name =
-      sheet_ ? win32::Wide(sheet_->code + " " + sheet_->name + " " + sheet_->balance) : reason_;
+      sheet_ ? tavrix::host::Wide(sheet_->code + " " + sheet_->name + " " + sheet_->balance)
+             : reason_;
   SetWindowTextW(Hwnd(), name.c_str());
   SetBar();
   InvalidateRect(Hwnd(), nullptr, FALSE);

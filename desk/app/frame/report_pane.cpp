@@ -8,8 +8,8 @@
 
 #include "app/frame/popup_menu.h"
 #include "host/report.h"
+#include "host/utf.h"
 #include "viewkit/win32/clipboard.h"
-#include "viewkit/win32/wide.h"
 
 namespace desk::app {
 namespace {
@@ -223,7 +223,7 @@ void ReportPane::CopySelected() const {
     if (row < 0) break;
     text += RowText(row);
   }
-  if (!text.empty()) win32::CopyText(Hwnd(), win32::Narrow(text));
+  if (!text.empty()) win32::CopyText(Hwnd(), tavrix::host::Narrow(text));
 }
 
 void ReportPane::OnContextMenu(LPARAM place) {

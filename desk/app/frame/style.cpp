@@ -99,7 +99,8 @@ void FillPane(HDC dc, const RECT& area, const Style& style) {
 void DrawLine(HDC dc, const wchar_t* text, const RECT& area, COLORREF color, UINT flags) {
   SetBkMode(dc, TRANSPARENT);
   SetTextColor(dc, color);
-  win32::DrawLine(dc, text, area, flags | DT_VCENTER);
+  std::wstring line = text;
+  win32::DrawLine(dc, line, area, flags | DT_VCENTER);
 }
 
 }  // namespace desk::app

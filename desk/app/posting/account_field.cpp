@@ -9,15 +9,15 @@
 #include "host/error.h"
 #include "host/flag_scope.h"
 #include "host/text.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace desk::app {
 namespace {
 
 namespace host = tavrix::host;
 using tavrix::host::FlagScope;
-using tavrix::viewkit::win32::Narrow;
-using tavrix::viewkit::win32::Wide;
+using tavrix::host::Narrow;
+using tavrix::host::Wide;
 
 std::wstring Quoted(const std::wstring& text) {
   return L"“" + text + L"”";

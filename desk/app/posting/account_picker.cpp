@@ -8,7 +8,7 @@
 #include "app/program/controls.h"
 #include "component/base/failure.h"
 #include "host/error.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace desk::app {
 namespace {
@@ -97,7 +97,7 @@ bool AccountPicker::HasRow() const {
 }
 
 std::string AccountPicker::StatusName() {
-  return std::to_string(kPostingProgram) + tavrix::viewkit::win32::Narrow(kDisplayName);
+  return std::to_string(kPostingProgram) + tavrix::host::Narrow(kDisplayName);
 }
 
 AccountPicker::~AccountPicker() {

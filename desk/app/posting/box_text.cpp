@@ -3,12 +3,12 @@
 #include "app/frame/search_strip.h"
 #include "book/ledger/money_text.h"
 #include "host/text.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace desk::app {
 
-using tavrix::viewkit::win32::Narrow;
-using tavrix::viewkit::win32::Wide;
+using tavrix::host::Narrow;
+using tavrix::host::Wide;
 
 std::string TrimmedText(HWND box) {
   return std::string(tavrix::host::Trimmed(Narrow(WindowText(box))));

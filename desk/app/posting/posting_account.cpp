@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace desk::app {
 namespace {
@@ -24,7 +24,7 @@ const std::string kSelect =
     "select ccode,ccode_name,bend,bdept,bperson,bcus,bsup,bitem from gl_code where ";
 
 PostingAccount ReadAccount(const book::Rows& rows) {
-  using tavrix::viewkit::win32::Wide;
+  using tavrix::host::Wide;
   constexpr int kCode = 0;
   constexpr int kName = 1;
   constexpr int kLeaf = 2;
@@ -52,7 +52,7 @@ std::wstring PartnersText(const book::Auxiliary& auxiliary) {
                                   &auxiliary.supplier, &auxiliary.project}) {
     if (!part->empty()) text += (text.empty() ? "" : "/") + *part;
   }
-  return tavrix::viewkit::win32::Wide(text);
+  return tavrix::host::Wide(text);
 }
 
 std::optional<PostingAccount> FindPostingAccount(book::Session& session, const std::string& code) {

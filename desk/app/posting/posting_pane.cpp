@@ -15,14 +15,14 @@
 #include "app/posting/posting_ids.h"
 #include "book/ledger/money_text.h"
 #include "host/report.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace desk::app {
 namespace {
 
 namespace host = tavrix::host;
 namespace win32 = tavrix::viewkit::win32;
-using win32::Wide;
+using tavrix::host::Wide;
 
 constexpr UINT kAccountLeft = WM_APP + 1;
 

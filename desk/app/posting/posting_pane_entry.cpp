@@ -7,15 +7,15 @@
 #include "app/posting/posting_pane.h"
 #include "book/ledger/money_text.h"
 #include "host/text.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace desk::app {
 namespace {
 
 namespace host = tavrix::host;
 namespace win32 = tavrix::viewkit::win32;
-using win32::Narrow;
-using win32::Wide;
+using tavrix::host::Narrow;
+using tavrix::host::Wide;
 
 std::wstring PartnersLabel(const std::optional<PostingAccount>& account) {
   if (!account || account->wanted.empty()) return L"往来";

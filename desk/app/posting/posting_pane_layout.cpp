@@ -14,7 +14,7 @@
 #include "app/posting/posting_ids.h"
 #include "app/posting/posting_pane.h"
 #include "book/ledger/money_text.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace desk::app {
 namespace {
@@ -250,9 +250,9 @@ void PostingPane::PaintFoot(HDC dc, const RECT& area) const {
     debit += line.entry.debit;
     credit += line.entry.credit;
   }
-  std::wstring sums = L"借方合计 " + win32::Wide(book::MoneyText(debit)) + L"    贷方合计 " +
-                      win32::Wide(book::MoneyText(credit));
-  if (debit != credit) sums += L"    差额 " + win32::Wide(book::MoneyText(debit - credit));
+  std::wstring sums = L"借方合计 " + tavrix::host::Wide(book::MoneyText(debit)) + L"    贷方合计 " +
+                      tavrix::host::Wide(book::MoneyText(credit));
+  if (debit != credit) sums += L"    差额 " + tavrix::host::Wide(book::MoneyText(debit - credit));
   const win32::Selected font(dc, style_->Font());
   DrawLine(dc, sums.c_str(), area, TextColor());
   RECT rest = area;

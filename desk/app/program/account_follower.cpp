@@ -6,7 +6,7 @@
 
 #include "book/ledger/account_card.h"
 #include "host/report.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace desk::app {
 
@@ -69,7 +69,7 @@ void AccountFollower::Read() {
     pane_->SetSheet(views::MakeAccountSheet(*card));
   } catch (const std::exception& error) {
     const std::string text = tavrix::host::ErrorText(error);
-    pane_->SetSheet(std::nullopt, L"不能读取：" + tavrix::viewkit::win32::Wide(text));
+    pane_->SetSheet(std::nullopt, L"不能读取：" + tavrix::host::Wide(text));
   }
 }
 

@@ -4,13 +4,13 @@
 
 #include "book/database/connection_string.h"
 #include "book/odbc/wire_text.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace desk::app {
 
 namespace fs = std::filesystem;
-using tavrix::viewkit::win32::Narrow;
-using tavrix::viewkit::win32::Wide;
+using tavrix::host::Narrow;
+using tavrix::host::Wide;
 
 bool IsOnServer(const std::wstring& place) {
   return book::IsConnectionString(Narrow(place));

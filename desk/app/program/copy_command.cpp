@@ -13,14 +13,14 @@
 #include "app/com/object.h"
 #include "book/copy.h"
 #include "host/report.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace desk::app {
 
 namespace {
 
-using tavrix::viewkit::win32::Narrow;
-using tavrix::viewkit::win32::Wide;
+using tavrix::host::Narrow;
+using tavrix::host::Wide;
 
 constexpr const wchar_t* kTitle = L"会计科目";
 

@@ -13,9 +13,9 @@
 #include "book/odbc/wire_text.h"
 #include "book/sample.h"
 #include "host/report.h"
+#include "host/utf.h"
 #include "tavrix_version.h"
 #include "viewkit/layout/m_mode.h"
-#include "viewkit/win32/wide.h"
 #include "views/default_layout.h"
 
 namespace desk::app {
@@ -23,8 +23,8 @@ namespace {
 
 namespace fs = std::filesystem;
 namespace host = tavrix::host;
-using tavrix::viewkit::win32::Narrow;
-using tavrix::viewkit::win32::Wide;
+using tavrix::host::Narrow;
+using tavrix::host::Wide;
 
 constexpr wchar_t kTitle[] = L"会计科目";
 constexpr wchar_t kLeaveBook[] = L"是否打开另一账簿？";

@@ -10,15 +10,15 @@
 #include "app/frame/account_pane.h"
 #include "app/frame/commands.h"
 #include "host/text.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 #include "viewkit/win32/window.h"
 
 namespace desk::app {
 namespace {
 
 namespace fs = std::filesystem;
-using tavrix::viewkit::win32::Narrow;
-using tavrix::viewkit::win32::Wide;
+using tavrix::host::Narrow;
+using tavrix::host::Wide;
 
 constexpr wchar_t kProgramFolder[] = L"Tavrix";
 

@@ -2,7 +2,7 @@
 
 #include "app/faces/com_grid.h"
 #include "app/program/desk.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 #include "views/outline_commands.h"
 
 // What the user does with the rows of the view: finding, filtering, the outline, its menu.
@@ -32,7 +32,7 @@ AccountFollower::Calls Desk::MakeFollowerCalls() {
             if (!open_) return {};
             const auto account = View() ? View()->SelectedAccount() : std::nullopt;
             return {.session = &open_->book.GetSession(),
-                    .code = account ? tavrix::viewkit::win32::Narrow(account->code) : ""};
+                    .code = account ? tavrix::host::Narrow(account->code) : ""};
           },
           .leave = [this] { OnFocusView(); }};
 }

@@ -10,7 +10,7 @@
 #include "app/program/controls.h"
 #include "book/host/grid_state.h"
 #include "component/base/failure.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace desk::app {
 namespace {
@@ -22,7 +22,7 @@ using tavrix::component::CheckCall;
 using tavrix::component::ComFailure;
 using tavrix::component::ViewOf;
 
-using tavrix::viewkit::win32::Narrow;
+using tavrix::host::Narrow;
 
 constexpr long kCodeColumn = 0;
 constexpr DISPID kMessage = 1;

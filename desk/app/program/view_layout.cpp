@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "app/program/controls.h"
+#include "host/utf.h"
 #include "viewkit/layout/m_mode.h"
-#include "viewkit/win32/wide.h"
 #include "viewkit/win32/windows_user.h"
 #include "views/column_layout.h"
 #include "views/layout_dialog.h"
@@ -48,7 +48,7 @@ void AskViewLayout(KjkmView& view, host::SystemObject& system, HWND frame) {
   view.SaveLayout();
   const int page = view.CurrentPage();
   viewkit::win32::WindowsUser user({.owner = [frame] { return frame; }});
-  LayoutDialog dialog({.subject = viewkit::win32::Narrow(view.PageCaption(page)),
+  LayoutDialog dialog({.subject = host::Narrow(view.PageCaption(page)),
                        .scope = views::LayoutScope::kWidths,
                        .for_others = "同样用于其他各页(&A)"},
                       views::ReadLayout(path, *CopyColumns(view.Grid(page)), system), user);

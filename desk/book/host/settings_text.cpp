@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/text.h"
+#include "host/utf.h"
 
 namespace desk::book {
 

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "host/text.h"
+#include "host/utf.h"
 
 namespace desk::book {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "host/text.h"
+#include "host/utf.h"
 
 namespace desk::book {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/text.h"
+#include "host/utf.h"
 
 namespace desk::book {
 

@@ -6,6 +6,7 @@
 #include "book/database/database.h"
 #include "book/sql/sql_words.h"
 #include "host/text.h"
+#include "host/utf.h"
 
 namespace desk::book {
 

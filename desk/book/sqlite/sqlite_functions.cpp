@@ -8,6 +8,7 @@
 
 #include "book/sqlite/sqlite_error.h"
 #include "host/text.h"
+#include "host/utf.h"
 
 namespace desk::book {
 

@@ -10,13 +10,13 @@
 #include "component/base/invoke.h"
 #include "component/base/raised_exception.h"
 #include "host/calls.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace tavrix::component {
 
 namespace {
 
-using viewkit::win32::Narrow;
+using host::Narrow;
 
 /// Classes of VBScript know their names through the extended interface only under Wine.
 DISPID FindMember(IDispatch& object, const wchar_t* member) {

@@ -11,6 +11,7 @@
 #include "component/adapters/late_object.h"
 #include "component/adapters/values.h"
 #include "component/base/failure.h"
+#include "host/utf.h"
 
 namespace tavrix::component {
 
@@ -44,15 +45,9 @@ class TextConverter {
 };
 
 void TextConverter::Append(std::wstring_view text) {
-  constexpr std::size_t kMostBytes = 3;  // of one unit in UTF-8
-  if (buffer_.size() < text.size() * kMostBytes) buffer_.resize(text.size() * kMostBytes);
-  // Malformed text becomes U+FFFD, as everywhere.
-  const int length =
-      text.empty()
-          ? 0
-          : WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
-                                buffer_.data(), static_cast<int>(buffer_.size()), nullptr, nullptr);
-  rows_.AppendText(std::string_view(buffer_).substr(0, static_cast<std::size_t>(length)));
+  buffer_.clear();
+  host::AppendNarrow(buffer_, text);
+  rows_.AppendText(buffer_);
 }
 
 void AppendCell(host::RowSet& rows, TextConverter& text, const VARIANT& cell) {

@@ -1,8 +1,9 @@
 #include "component/base/bstr.h"
 
+#include <array>
 #include <new>
 
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace tavrix::component {
 
@@ -11,14 +12,23 @@ Bstr::Bstr(std::wstring_view text)
   if (text_ == nullptr) throw std::bad_alloc();
 }
 
-Bstr::Bstr(std::string_view text) : Bstr(std::wstring_view(viewkit::win32::Wide(text))) {}
+Bstr::Bstr(std::string_view text) {
+  // Rows are given out as one string for each cell: a short one takes no memory beside its own.
+  std::array<wchar_t, 128> short_text;
+  if (text.size() > short_text.size()) {
+    *this = Bstr(std::wstring_view(host::Wide(text)));
+    return;
+  }
+  const wchar_t* const end = host::PutWide(text, short_text.data());
+  *this = Bstr(std::wstring_view(short_text.data(), end));
+}
 
 std::wstring_view ViewOf(BSTR text) {
   return text == nullptr ? std::wstring_view() : std::wstring_view(text, SysStringLen(text));
 }
 
 std::string TextOf(BSTR text) {
-  return viewkit::win32::Narrow(ViewOf(text));
+  return host::Narrow(ViewOf(text));
 }
 
 }  // namespace tavrix::component

@@ -6,7 +6,7 @@
 
 #include "component/base/bstr.h"
 #include "component/base/com_ptr.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace tavrix::component {
 
@@ -26,10 +26,10 @@ std::string MeaningOf(HRESULT code) {
   const std::unique_ptr<wchar_t, LocalDeleter> owner(buffer);
   std::wstring_view text(buffer == nullptr ? L"" : buffer, length);
   while (!text.empty() && (text.back() <= L' ')) text.remove_suffix(1);
-  if (!text.empty()) return viewkit::win32::Narrow(text);
+  if (!text.empty()) return host::Narrow(text);
   wchar_t number[40];
   swprintf(number, std::size(number), L"自动化错误 0x%08lX", static_cast<unsigned long>(code));
-  return viewkit::win32::Narrow(number);
+  return host::Narrow(number);
 }
 
 ComFailure::ComFailure(HRESULT code) : HostError(MeaningOf(code)), code_(code) {}

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "host/text.h"
+#include "host/utf.h"
 #ifdef _WIN32
 #include <direct.h>
 #endif

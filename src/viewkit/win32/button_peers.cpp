@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
+#include "host/utf.h"
 #include "viewkit/win32/line_text.h"
-#include "viewkit/win32/wide.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -37,8 +37,8 @@ void LabelPeer::Paint(HDC dc) const {
   const Selected font(dc, Context().fonts->Get(false));
   SetBkMode(dc, TRANSPARENT);
   SetTextColor(dc, label_.Enabled() ? Context().Ink() : GetSysColor(COLOR_GRAYTEXT));
-  const std::wstring caption = Wide(label_.Caption());
-  const std::wstring text = WithoutMark(caption);
+  const std::wstring caption = host::Wide(label_.Caption());
+  std::wstring text = WithoutMark(caption);
   if (CutToFit(dc, text, static_cast<int>(client.right)) != text) {
     return DrawLine(dc, text, client, DT_VCENTER);
   }

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -48,7 +48,7 @@ bool CopyText(HWND owner, std::string_view text) {
   const OpenedClipboard clipboard(owner);
   if (!clipboard.IsOpen()) return false;
   EmptyClipboard();
-  GlobalMemory memory = Copy(Wide(text));
+  GlobalMemory memory = Copy(host::Wide(text));
   if (!memory || SetClipboardData(CF_UNICODETEXT, memory.get()) == nullptr) return false;
   (void)memory.release();  // the clipboard's from now on
   return true;

@@ -4,9 +4,9 @@
 #include <map>
 #include <mutex>
 
+#include "host/utf.h"
 #include "viewkit/win32/button_peers.h"
 #include "viewkit/win32/edit_peers.h"
-#include "viewkit/win32/wide.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -20,7 +20,7 @@ const WindowClass& DialogClass(const std::string& name) {
   static std::mutex mutex;
   const std::lock_guard lock(mutex);
   static std::map<std::string, WindowClass> classes;
-  return classes.try_emplace(name, Wide(name)).first->second;
+  return classes.try_emplace(name, host::Wide(name)).first->second;
 }
 
 SIZE SizeOf(const RECT& area) {
@@ -58,7 +58,7 @@ void DialogWindow::Open(HWND owner) {
 }
 
 void DialogWindow::SetCaption() {
-  SetWindowTextW(Hwnd(), Wide(dialog_.Caption()).c_str());
+  SetWindowTextW(Hwnd(), host::Wide(dialog_.Caption()).c_str());
 }
 
 void DialogWindow::SetIdentifiers() {

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "host/flag_scope.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -104,7 +104,7 @@ void ComboBoxPeer::OnContent(const Change& change) {
 void ComboBoxPeer::ShowItems() {
   Tell(CB_RESETCONTENT);
   for (int item = 0; item < box_.ListCount(); ++item) {
-    Tell(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(box_.List(item)).c_str()));
+    Tell(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(host::Wide(box_.List(item)).c_str()));
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -54,7 +54,7 @@ int FontSet::Width(std::string_view text, bool bold) const {
   auto& widths = widths_[bold ? 1 : 0];
   if (widths.size() >= kRememberedWidths) widths.clear();
   const auto [place, fresh] = widths.try_emplace(std::string(text), 0);
-  if (fresh) place->second = scale_.ToTwips(Pixels(Wide(text), bold));
+  if (fresh) place->second = scale_.ToTwips(Pixels(host::Wide(text), bold));
   return place->second;
 }
 

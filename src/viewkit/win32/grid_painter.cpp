@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "host/utf.h"
 #include "viewkit/win32/colors.h"
 #include "viewkit/win32/line_text.h"
-#include "viewkit/win32/wide.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -111,7 +111,7 @@ void GridPainter::PaintTotalTexts(HDC dc, const Span& row) const {
   const auto& columns = layout_.Columns();
   for (auto column = columns.begin(); column != columns.end();) {
     Text text = TextOf(row, *column, selected);
-    const int width = fonts_.Pixels(Wide(text.content), text.bold);
+    const int width = fonts_.Pixels(WideOf(text), text.bold);
     const bool left_aligned = (text.alignment & (DT_CENTER | DT_RIGHT)) == 0;
     const LONG line = grid_.GetLook().grid_lines ? 1 : 0;
     for (++column; column != columns.end() && left_aligned; ++column) {
@@ -212,7 +212,13 @@ void GridPainter::PaintText(HDC dc, const Text& text) const {
   if (text.content.empty() || text.place.right <= text.place.left) return;
   const Selected font(dc, fonts_.Get(text.bold));
   SetTextColor(dc, text.color);
-  DrawLine(dc, Wide(text.content), text.place, text.alignment);
+  DrawLine(dc, WideOf(text), text.place, text.alignment);
+}
+
+std::wstring& GridPainter::WideOf(const Text& text) const {
+  wide_.clear();
+  host::AppendWide(wide_, text.content);
+  return wide_;
 }
 
 }  // namespace tavrix::viewkit::win32

@@ -37,6 +37,8 @@ class GridPainter {
   void PaintFrozenEdge(HDC dc) const;
   void PaintFocus(HDC dc) const;
   void PaintText(HDC dc, const Text& text) const;
+  /// Its content, until the next call.
+  [[nodiscard]] std::wstring& WideOf(const Text& text) const;
   [[nodiscard]] Text TextOf(const Span& row, const Span& column, bool selected) const;
   [[nodiscard]] COLORREF BackOf(int row, int col, bool selected) const;
   /// The row after the last one whose cell is one with that of `first`.
@@ -49,6 +51,7 @@ class GridPainter {
   GridOutline outline_;
   SIZE client_;
   bool focused_;
+  mutable std::wstring wide_;  // used again: a cell takes no memory
 };
 
 }  // namespace tavrix::viewkit::win32

@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "host/flag_scope.h"
+#include "host/utf.h"
 #include "viewkit/win32/accessibility.h"
 #include "viewkit/win32/grid_painter.h"
-#include "viewkit/win32/wide.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -25,7 +25,7 @@ GridPeer::GridPeer(ViewContext& context, FlexGrid& grid)
     : ControlPeer(context, grid), grid_(grid) {}
 
 void GridPeer::Open() {
-  const std::wstring name = Wide(grid_.AccessibleName());
+  const std::wstring name = host::Wide(grid_.AccessibleName());
   Create(GridClass(), {.text = name.c_str(),
                        .style = StateStyle(),
                        .place = PlaceOfModel(),

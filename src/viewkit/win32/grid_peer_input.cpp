@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/utf.h"
 #include "viewkit/win32/clipboard.h"
 #include "viewkit/win32/grid_peer.h"
-#include "viewkit/win32/wide.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -99,7 +99,7 @@ void GridPeer::OnChar(wchar_t unit) {
   std::wstring character;
   if (IsSurrogate(unit, 0xDC00)) character += high_surrogate_;
   character += unit;
-  grid_.HandleTypeAhead(Narrow(character), static_cast<std::int64_t>(GetTickCount64()));
+  grid_.HandleTypeAhead(host::Narrow(character), static_cast<std::int64_t>(GetTickCount64()));
 }
 
 int GridPeer::TrackedPosition(int bar) const {

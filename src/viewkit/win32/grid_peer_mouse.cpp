@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/utf.h"
 #include "viewkit/win32/grid_peer.h"
-#include "viewkit/win32/wide.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -171,8 +171,8 @@ bool GridPeer::OnSetCursor() const {
 
 bool GridPeer::IsClipped(const GridLayout& layout, const RECT& cell, int row, int col) const {
   const LONG right = std::min(cell.right - layout.Padding(), ClientSize().cx);
-  const int width =
-      Context().fonts->Pixels(Wide(grid_.DisplayText(row, col)), grid_.CellFontBold(row, col));
+  const int width = Context().fonts->Pixels(host::Wide(grid_.DisplayText(row, col)),
+                                            grid_.CellFontBold(row, col));
   return layout.TextLeft(cell, row, col) + width > right;
 }
 

@@ -128,14 +128,14 @@ std::wstring CutToFit(HDC dc, std::wstring text, int width) {
   while (kept > 0 && kept < text.size() && Joins(text[kept])) --kept;
   while (kept > 0 && IsLeftOut(text[kept - 1])) --kept;
   text.resize(kept);
-  return text + kMore;
+  text += kMore;
+  return text;
 }
 
-void DrawLine(HDC dc, std::wstring text, RECT place, UINT flags) {
-  const std::wstring shown =
-      CutToFit(dc, std::move(text), static_cast<int>(place.right - place.left));
-  if (std::ranges::all_of(shown, StandsAlone)) return DrawByLetters(dc, shown, place, flags);
-  DrawTextW(dc, shown.data(), static_cast<int>(shown.size()), &place,
+void DrawLine(HDC dc, std::wstring& text, RECT place, UINT flags) {
+  text = CutToFit(dc, std::move(text), static_cast<int>(place.right - place.left));
+  if (std::ranges::all_of(text, StandsAlone)) return DrawByLetters(dc, text, place, flags);
+  DrawTextW(dc, text.data(), static_cast<int>(text.size()), &place,
             flags | DT_SINGLELINE | DT_NOPREFIX);
 }
 

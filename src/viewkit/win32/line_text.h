@@ -10,7 +10,8 @@ namespace tavrix::viewkit::win32 {
 /// much of its beginning as fits, and ends in exactly one "…".
 [[nodiscard]] std::wstring CutToFit(HDC dc, std::wstring text, int width);
 
-/// Draws a text, cut to fit, into `place`; `flags` as of DrawText. Ampersands are drawn as such.
-void DrawLine(HDC dc, std::wstring text, RECT place, UINT flags);
+/// Draws a text into `place`, cut to fit: `text` is what was drawn afterwards, in the memory that
+/// it has. `flags` as of DrawText. Ampersands are drawn as such.
+void DrawLine(HDC dc, std::wstring& text, RECT place, UINT flags);
 
 }  // namespace tavrix::viewkit::win32

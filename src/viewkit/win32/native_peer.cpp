@@ -1,6 +1,6 @@
 #include "viewkit/win32/native_peer.h"
 
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace tavrix::viewkit::win32 {
 
@@ -40,11 +40,11 @@ std::string NativePeer::ShownText() const {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(Hwnd())) + 1, L'\0');
   const int length = GetWindowTextW(Hwnd(), text.data(), static_cast<int>(text.size()));
   text.resize(static_cast<std::size_t>(length));
-  return Narrow(text);
+  return host::Narrow(text);
 }
 
 void NativePeer::ShowText(const std::string& text) {
-  if (ShownText() != text) SetWindowTextW(Hwnd(), Wide(text).c_str());
+  if (ShownText() != text) SetWindowTextW(Hwnd(), host::Wide(text).c_str());
 }
 
 std::string NativePeer::TipOrCutText() const {
@@ -52,7 +52,7 @@ std::string NativePeer::TipOrCutText() const {
   RECT client{};
   GetClientRect(Hwnd(), &client);
   std::string text = ShownText();
-  const int width = Context().fonts->Pixels(Wide(text), false);
+  const int width = Context().fonts->Pixels(host::Wide(text), false);
   return width > client.right - client.left ? text : std::string();
 }
 

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <numeric>
 
+#include "host/utf.h"
 #include "viewkit/win32/accessibility.h"
 #include "viewkit/win32/colors.h"
 #include "viewkit/win32/line_text.h"
-#include "viewkit/win32/wide.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -25,7 +25,7 @@ const WindowClass& TabClass() {
 }  // namespace
 
 void TabPeer::Open() {
-  const std::wstring name = Wide(strip_.AccessibleName());
+  const std::wstring name = host::Wide(strip_.AccessibleName());
   Create(TabClass(), {.text = name.c_str(),
                       .style = StateStyle(),
                       .place = PlaceOfModel(),
@@ -79,7 +79,7 @@ std::vector<RECT> TabPeer::Places() const {
   std::vector<int> widths;
   widths.reserve(static_cast<std::size_t>(strip_.Tabs()));
   for (int tab = 0; tab < strip_.Tabs(); ++tab) {
-    widths.push_back(Context().fonts->Pixels(Wide(strip_.TabCaption(tab)), false) +
+    widths.push_back(Context().fonts->Pixels(host::Wide(strip_.TabCaption(tab)), false) +
                      2 * Context().scale.Design(kPadding));
   }
   const int wanted = std::accumulate(widths.begin(), widths.end(), 0);
@@ -141,7 +141,8 @@ void TabPeer::PaintTab(HDC dc, const RECT& place, int tab) const {
   const Color fore = current ? color::kWindowText : Context().fore_color;
   SetTextColor(dc,
                strip_.Enabled() ? TextOn(ground, ToColorRef(fore)) : GetSysColor(COLOR_GRAYTEXT));
-  DrawLine(dc, Wide(strip_.TabCaption(tab)), place, DT_CENTER | DT_VCENTER);
+  std::wstring caption = host::Wide(strip_.TabCaption(tab));
+  DrawLine(dc, caption, place, DT_CENTER | DT_VCENTER);
   if (!current || !strip_.Focused()) return;
   RECT focus = place;
   InflateRect(&focus, -Context().scale.Design(4), -Context().scale.Design(5));

@@ -2,8 +2,8 @@
 
 #include <commctrl.h>
 
+#include "host/utf.h"
 #include "viewkit/win32/visual_styles.h"
-#include "viewkit/win32/wide.h"
 #include "viewkit/win32/window.h"
 
 namespace tavrix::viewkit::win32 {
@@ -39,7 +39,7 @@ void ToolTip::Set(const std::string& text, const RECT& area) {
   if (text == text_ && EqualRect(&area, &area_)) return;
   if (text.empty() && window_.Get() == nullptr) return;
   if (window_.Get() == nullptr) Open();
-  std::wstring wide = Wide(text);
+  std::wstring wide = host::Wide(text);
   auto tool = ToolOf(owner_, area, wide);
   if (!text_.empty()) Tell(window_.Get(), TTM_DELTOOLW, tool);
   text_ = text;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "host/flag_scope.h"
-#include "viewkit/win32/wide.h"
+#include "host/utf.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -96,7 +96,7 @@ std::intptr_t TreePeer::SendRecord(unsigned message, const TreeItemRecord& recor
 }
 
 void TreePeer::Insert(const TreeNode& node) {
-  std::wstring text = Wide(node.Text());
+  std::wstring text = host::Wide(node.Text());
   TVINSERTSTRUCTW insert{};
   insert.hParent = ItemOf(node.Parent());
   // After its sibling: the control would look for the last one from the first on.
@@ -152,7 +152,7 @@ void TreePeer::NodeChanged(const TreeNode& node) {
 
 void TreePeer::ShowNode(const TreeNode& node) {
   const host::FlagScope following(following_);
-  std::wstring text = Wide(node.Text());
+  std::wstring text = host::Wide(node.Text());
   TVITEMW item{};
   item.mask = TVIF_HANDLE | TVIF_TEXT | TVIF_STATE;
   item.hItem = ItemOf(&node);

@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
+#include "host/utf.h"
 #include "viewkit/win32/dialog_window.h"
 #include "viewkit/win32/prompt.h"
-#include "viewkit/win32/wide.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -129,7 +129,7 @@ UserPort::Answer WindowsUser::Ask(const std::string& text, const std::string& ti
                                   Buttons buttons) {
   const Modal modal(*this);
   // The box disables its owner itself, and enables only one that it has disabled.
-  const int answer = MessageBoxW(Owner(), Wide(text).c_str(), Wide(title).c_str(),
+  const int answer = MessageBoxW(Owner(), host::Wide(text).c_str(), host::Wide(title).c_str(),
                                  ButtonFlags(buttons) | IconFlag(icon));
   if (answer == IDYES) return Answer::kYes;
   return buttons == Buttons::kOk ? Answer::kOk : Answer::kNo;
@@ -161,7 +161,7 @@ std::string WindowsUser::ApplicationTitle() {
 
 std::string ProgramTitle(const std::wstring& file) {
   const std::wstring description = Description(file);
-  return Narrow(description.empty() ? Stem(file) : description);
+  return host::Narrow(description.empty() ? Stem(file) : description);
 }
 
 }  // namespace tavrix::viewkit::win32
