@@ -1,16 +1,19 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "viewkit/controls/check_box.h"
 #include "viewkit/controls/combo_box.h"
 #include "viewkit/controls/dialog_model.h"
+#include "viewkit/controls/form_rows.h"
 #include "viewkit/controls/frame_box.h"
 #include "viewkit/controls/label.h"
 #include "viewkit/controls/text_box.h"
 #include "viewkit/grid/flex_grid.h"
 #include "views/column_layout.h"
+#include "views/layout_property.h"
 
 namespace desk::views {
 
@@ -33,15 +36,24 @@ class LayoutDialog : public viewkit::DialogModel {
   [[nodiscard]] bool ForOthers() const { return others_.Value() == viewkit::CheckBox::kChecked; }
 
  private:
+  /// One of the properties that can be set, with its box and the label beside it.
+  struct Setting {
+    const ColumnProperty* property;
+    std::unique_ptr<PropertyBox> box = nullptr;
+    std::unique_ptr<viewkit::Label> label = nullptr;  ///< null where the box has the caption
+  };
+
+  void MakeSettings();
+  [[nodiscard]] Setting& SettingOf(WidthProperty property);
+  void PutSetting(Setting& setting, const viewkit::form::Rows& rows, int row);
   void PlaceEverything();
-  void PlaceColumn(int top);
   void PlaceGrid(int top);
   void PlaceWidths();
   int PlaceList(int width, int height);
   void PlaceButtons(int width, int top);
   void PutLabel(viewkit::Label& label, const char* caption, const host::Bounds& bounds);
   void Put(viewkit::Control& control, const host::Bounds& bounds);
-  void FillLists();
+  void FillGridBoxes();
   void Listen();
   void ShowRows();
   void ShowRow(std::size_t position);
@@ -66,24 +78,7 @@ class LayoutDialog : public viewkit::DialogModel {
 
   viewkit::FlexGrid list_{"Vs"};
   viewkit::FrameBox frame_{"Frame", 0};
-  viewkit::CheckBox shown_{"Chk", 0};
-  viewkit::Label width_label_{"Lbl", 0};
-  viewkit::TextBox width_{"Txt", 0};
-  viewkit::Label alignment_label_{"Lbl", 1};
-  viewkit::ComboBox alignment_{viewkit::ComboBox::Style::kList, "Combo", 0};
-  viewkit::Label type_label_{"Lbl", 7};
-  viewkit::ComboBox type_{viewkit::ComboBox::Style::kList, "Combo", 6};
-  viewkit::Label format_label_{"Lbl", 2};
-  viewkit::ComboBox format_{viewkit::ComboBox::Style::kEditable, "Combo", 1};
-  viewkit::Label decimals_label_{"Lbl", 3};
-  viewkit::ComboBox decimals_{viewkit::ComboBox::Style::kEditable, "Combo", 2};
-  viewkit::Label kind_label_{"Lbl", 4};
-  viewkit::ComboBox kind_{viewkit::ComboBox::Style::kList, "Combo", 3};
-  viewkit::Label sort_label_{"Lbl", 5};
-  viewkit::ComboBox sort_{viewkit::ComboBox::Style::kList, "Combo", 4};
-  viewkit::CheckBox group_{"Chk", 1};
-  viewkit::CheckBox total_{"Chk", 2};
-  viewkit::CheckBox merge_{"Chk", 3};
+  std::vector<Setting> settings_;  // in the order of the Tab key
   viewkit::FrameBox grid_frame_{"Frame", 1};
   viewkit::Label frozen_label_{"Lbl", 6};
   viewkit::ComboBox frozen_{viewkit::ComboBox::Style::kList, "Combo", 5};

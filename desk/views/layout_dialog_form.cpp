@@ -41,13 +41,21 @@ void LayoutDialog::PutLabel(viewkit::Label& label, const char* caption, const Bo
   Put(label, bounds);
 }
 
+void LayoutDialog::PutSetting(Setting& setting, const Rows& rows, int row) {
+  if (!setting.label) return Put(setting.box->Control(), rows.Whole(row));
+  Put(*setting.label, rows.Label(row));
+  Put(setting.box->Control(), rows.Field(row));
+}
+
 void LayoutDialog::PlaceEverything() {
   constexpr int kListHeight = 3750;
   constexpr int kColumnRows = 4;
   constexpr int kGridRows = 2;
   const int top = PlaceList(kFormWidth, kListHeight);
   Put(frame_, {kMargin, top, kFormWidth - 2 * kMargin, FrameHeight(kColumnRows)});
-  PlaceColumn(top);
+  for (Setting& setting : settings_) {
+    PutSetting(setting, ThirdOf(top, setting.property->third), setting.property->row);
+  }
   const int grid_top = top + FrameHeight(kColumnRows) + kGap;
   grid_frame_.SetCaption("整个表格");
   Put(grid_frame_, {kMargin, grid_top, kFormWidth - 2 * kMargin, FrameHeight(kGridRows)});
@@ -57,9 +65,9 @@ void LayoutDialog::PlaceEverything() {
 
 /// The list gives way; what stands below it moves up.
 void LayoutDialog::FitInto(int height) {
-  constexpr int kLeastList = 1500;
+  constexpr int kMinList = 1500;
   Bounds list = list_.GetBounds();
-  const int over = std::min(Height() - height, list.height - kLeastList);
+  const int over = std::min(Height() - height, list.height - kMinList);
   if (over <= 0) return;
   list.height -= over;
   for (std::size_t i = 0; i < Controls().Count(); ++i) {
@@ -71,34 +79,6 @@ void LayoutDialog::FitInto(int height) {
   }
   list_.SetBounds(list);
   SetSize(Width(), Height() - over);
-}
-
-void LayoutDialog::PlaceColumn(int top) {
-  const Rows left = ThirdOf(top, 0);
-  const Rows middle = ThirdOf(top, 1);
-  const Rows right = ThirdOf(top, 2);
-  shown_.SetCaption("显示(&S)");
-  Put(shown_, left.Whole(0));
-  PutLabel(width_label_, "宽度(&W)", left.Label(1));
-  Put(width_, left.Field(1));
-  PutLabel(alignment_label_, "对齐(&A)", left.Label(2));
-  Put(alignment_, left.Field(2));
-  PutLabel(sort_label_, "排序(&P)", left.Label(3));
-  Put(sort_, left.Field(3));
-  PutLabel(type_label_, "数据类型(&D)", middle.Label(0));
-  Put(type_, middle.Field(0));
-  PutLabel(format_label_, "格式(&F)", middle.Label(1));
-  Put(format_, middle.Field(1));
-  PutLabel(decimals_label_, "小数位(&X)", middle.Label(2));
-  Put(decimals_, middle.Field(2));
-  PutLabel(kind_label_, "取位依据(&T)", middle.Label(3));
-  Put(kind_, middle.Field(3));
-  group_.SetCaption("按此列分组小计(&G)");
-  Put(group_, right.Whole(0));
-  total_.SetCaption("合计此列(&Z)");
-  Put(total_, right.Whole(1));
-  merge_.SetCaption("合并相同的相邻值(&M)");
-  Put(merge_, right.Whole(2));
 }
 
 void LayoutDialog::PlaceGrid(int top) {
@@ -118,11 +98,8 @@ void LayoutDialog::PlaceWidths() {
   constexpr int kWidthAll = 4800;
   constexpr int kLabel = 900;
   int top = PlaceList(kWidthAll, kListHeight);
-  shown_.SetCaption("显示(&S)");
-  Put(shown_, {kMargin, top, 1500, kBoxHeight});
-  const Rows right{kWidthAll / 2, top, kLabel, kWidthAll / 2 - kLabel - kMargin};
-  PutLabel(width_label_, "宽度(&W)", right.Label(0));
-  Put(width_, right.Field(0));
+  PutSetting(SettingOf(kShownProperty), {kMargin, top, 0, 1500}, 0);
+  PutSetting(SettingOf(kWidthProperty), {kWidthAll / 2, top, kLabel, kWidthAll / 2 - kLabel - kMargin}, 0);
   top += kRowPitch;
   if (!plan_.for_others.empty()) {
     others_.SetCaption(plan_.for_others);
