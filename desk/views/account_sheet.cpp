@@ -58,7 +58,7 @@ int BarOf(std::int64_t amount, std::int64_t largest) {
 }
 
 std::vector<AccountSheet::Bar> BarsOf(const std::vector<MonthMovement>& months) {
-  const std::size_t shown = std::min<std::size_t>(months.size(), AccountSheet::kMostMonths);
+  const std::size_t shown = std::min<std::size_t>(months.size(), AccountSheet::kMaxMonths);
   const std::size_t first = months.size() - shown;
   std::int64_t largest = 0;
   for (std::size_t i = first; i < months.size(); ++i) {

@@ -24,7 +24,7 @@ struct AccountSheet {
     int credit_bar = 0;
     friend bool operator==(const Bar&, const Bar&) = default;
   };
-  static constexpr int kMostMonths = 12;
+  static constexpr int kMaxMonths = 12;
 
   std::string code = {};
   std::string name = {};

@@ -14,7 +14,7 @@ using tavrix::viewkit::LayoutFile;
 namespace {
 
 constexpr int kDefaultWidth = 1440;
-constexpr int kMostValueKind = 8;
+constexpr int kMaxValueKind = 8;
 
 /// A width or a height of the file that a screen can show.
 int Twips(const LayoutFile& file, std::string_view section, const std::string& key, int fallback) {
@@ -41,10 +41,10 @@ ColumnChoice ReadColumn(const LayoutFile& file, const viewkit::FlexGrid& grid, i
   column.type = grid.ColDataType(col);
   column.format = grid.ColFormat(col);
   column.decimals = std::string(host::Trimmed(file.Read(layout::kDecimals, key, "")));
-  column.value_kind = Choice(file, layout::kValueKind, key, kMostValueKind);
+  column.value_kind = Choice(file, layout::kValueKind, key, kMaxValueKind);
   column.alignment = grid.ColAlignment(col);
-  constexpr int kMostSort = static_cast<int>(viewkit::SortOrder::kStringDescending);
-  column.sort = static_cast<viewkit::SortOrder>(Choice(file, layout::kSort, key, kMostSort));
+  constexpr int kMaxSort = static_cast<int>(viewkit::SortOrder::kStringDescending);
+  column.sort = static_cast<viewkit::SortOrder>(Choice(file, layout::kSort, key, kMaxSort));
   column.merge = grid.MergeCol(col);
   column.group = file.ReadFlag(layout::kGroup, key, false);
   column.total = file.ReadFlag(layout::kTotal, key, false);

@@ -15,8 +15,8 @@ namespace win32 = tavrix::viewkit::win32;
 constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
 constexpr int kDesignWidth = 1160;
 constexpr int kDesignHeight = 640;
-constexpr int kLeastDesignWidth = 620;
-constexpr int kLeastDesignHeight = 260;
+constexpr int kMinDesignWidth = 620;
+constexpr int kMinDesignHeight = 260;
 
 const win32::WindowClass& BalanceClass() {
   static const win32::WindowClass balance(L"DeskTrialBalance", 0);
@@ -144,7 +144,7 @@ LRESULT TrialBalanceWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam
     }
     case WM_GETMINMAXINFO:
       reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = {
-          style_->scale.Design(kLeastDesignWidth), style_->scale.Design(kLeastDesignHeight)};
+          style_->scale.Design(kMinDesignWidth), style_->scale.Design(kMinDesignHeight)};
       return 0;
     case WM_CONTEXTMENU:
       if (view_) OnContextMenu(lparam);

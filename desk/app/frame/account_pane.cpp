@@ -182,13 +182,10 @@ void AccountPane::PaintHeading(HDC dc, const RECT& area) {
 void AccountPane::OnClick(POINT at) {
   const RECT cross = CrossArea(Client(), style_->strip_height, *style_);
   if (PtInRect(&cross, at)) return calls_.close();
-  dragging_ = OnEdge(at.x);
-  if (dragging_) return static_cast<void>(SetCapture(Hwnd()));
-  SetFocus(Hwnd());
+  if (!StartDrag(at)) SetFocus(Hwnd());
 }
 
 LRESULT AccountPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-  const POINT at{GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)};
   switch (message) {
     case WM_TIMER:
       KillTimer(Hwnd(), kExpected);
@@ -209,17 +206,7 @@ LRESULT AccountPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       InvalidateRect(Hwnd(), nullptr, FALSE);
       return 0;
     case WM_LBUTTONDOWN:
-      OnClick(at);
-      return 0;
-    case WM_MOUSEMOVE:
-      if (dragging_) calls_.drag(static_cast<int>(Client().right) - at.x);
-      SetCursor(LoadCursorW(nullptr, dragging_ || OnEdge(at.x) ? IDC_SIZEWE : IDC_ARROW));
-      return 0;
-    case WM_LBUTTONUP:
-      if (dragging_) ReleaseCapture();
-      return 0;
-    case WM_CAPTURECHANGED:
-      dragging_ = false;
+      OnClick({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
       return 0;
     default:
       break;

@@ -19,13 +19,14 @@ namespace desk::app {
 class AccountPane : public Pane {
  public:
   struct Calls {
-    std::function<void()> close;          ///< the cross, or Escape
-    std::function<void(int width)> drag;  ///< the edge is wanted there: the pane's width in pixels
-    std::function<void()> leave;          ///< Tab: the focus goes back to the view
-    std::function<void()> due;            ///< the moment that `Expect` began is over
+    std::function<void()> close;  ///< the cross, or Escape
+    /// The edge is dragged to this width of the pane, at 96 dots per inch.
+    std::function<void(int design_width)> drag;
+    std::function<void()> leave;  ///< Tab: the focus goes back to the view
+    std::function<void()> due;    ///< the moment that `Expect` began is over
   };
   static constexpr int kDesignWidth = 300;
-  static constexpr int kLeastDesignWidth = 190;
+  static constexpr int kMinDesignWidth = 190;
 
   [[nodiscard]] static std::shared_ptr<AccountPane> Make(HWND parent, SharedStyle style,
                                                          Calls calls);
@@ -39,6 +40,8 @@ class AccountPane : public Pane {
  private:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
   void Arrange() override { SetBar(); }
+  [[nodiscard]] PaneEdge Edge() const override { return PaneEdge::kLeft; }
+  void OnEdgeDragged(int design_size) override { calls_.drag(design_size); }
   void Paint(HDC dc, const RECT& area) override;
   void PaintSheet(HDC dc, const RECT& area);
   void PaintHeading(HDC dc, const RECT& area);
@@ -47,7 +50,6 @@ class AccountPane : public Pane {
   void OnScroll(WORD action);
   bool OnKey(WPARAM key);
   void OnClick(POINT at);
-  [[nodiscard]] bool OnEdge(int x) const { return x < style_->scale.Design(5); }
   [[nodiscard]] int Page() const;
 
   SharedStyle style_;
@@ -56,7 +58,6 @@ class AccountPane : public Pane {
   std::wstring reason_;
   int height_ = 0;  // of the whole sheet
   int scrolled_ = 0;
-  bool dragging_ = false;
   tavrix::viewkit::win32::BackBuffer buffer_;
 };
 

@@ -14,15 +14,15 @@ namespace {
 namespace win32 = tavrix::viewkit::win32;
 
 constexpr wchar_t kProgramName[] = L"会计科目";
-constexpr int kLeastViewHeight = 100;
-constexpr int kLeastViewWidth = 360;
+constexpr int kMinViewHeight = 100;
+constexpr int kMinViewWidth = 360;
 // The first window, and the least one, where the screen is not smaller still.
 struct DesignSize {
   int cx;
   int cy;
 };
 constexpr DesignSize kFirstDesign{1060, 720};
-constexpr DesignSize kLeastDesign{480, 360};
+constexpr DesignSize kMinDesign{480, 360};
 constexpr UINT kShowNotice = WM_APP + 1;
 
 const win32::WindowClass& FrameClass() {
@@ -62,8 +62,8 @@ RECT WorkArea(HWND window) {
 POINT LeastSize(HWND window) {
   const int dpi = static_cast<int>(GetDpiForWindow(window));
   const RECT work = WorkArea(window);
-  return {std::min<LONG>(MulDiv(kLeastDesign.cx, dpi, 96), work.right - work.left),
-          std::min<LONG>(MulDiv(kLeastDesign.cy, dpi, 96), work.bottom - work.top)};
+  return {std::min<LONG>(MulDiv(kMinDesign.cx, dpi, 96), work.right - work.left),
+          std::min<LONG>(MulDiv(kMinDesign.cy, dpi, 96), work.bottom - work.top)};
 }
 
 void Put(HWND window, const RECT& place) {
@@ -202,10 +202,10 @@ void FrameWindow::Dock(HWND pane, int design_height) {
   Arrange();
 }
 
-void FrameWindow::DockBeside(HWND pane, int design_width, int least) {
+void FrameWindow::DockBeside(HWND pane, int design_width, int min_width) {
   beside_ = pane;
   beside_design_width_ = design_width;
-  beside_least_ = least;
+  beside_min_width_ = min_width;
   Arrange();
 }
 
@@ -225,7 +225,7 @@ void FrameWindow::Arrange() {
   // The panes give way to the list, which always shows some rows.
   const auto room = [&] {
     const int height = static_cast<int>(rest.bottom - rest.top);
-    return std::max(0, height - style_->scale.Design(kLeastViewHeight));
+    return std::max(0, height - style_->scale.Design(kMinViewHeight));
   };
   const int docked = docked_ == nullptr ? 0 : style_->scale.Design(docked_design_height_);
   const int heading = style_->strip_height;
@@ -234,9 +234,9 @@ void FrameWindow::Arrange() {
   if (docked_ != nullptr) Put(docked_, TakeBottom(rest, std::min(docked, room())));
   if (beside_ != nullptr) {
     const int width = static_cast<int>(rest.right - rest.left);
-    const int most = width - style_->scale.Design(kLeastViewWidth);
+    const int most = width - style_->scale.Design(kMinViewWidth);
     const int wanted = std::min(style_->scale.Design(beside_design_width_), most);
-    Put(beside_, TakeRight(rest, std::max(wanted, style_->scale.Design(beside_least_))));
+    Put(beside_, TakeRight(rest, std::max(wanted, style_->scale.Design(beside_min_width_))));
   }
   Put(area_->Hwnd(), rest);
 }

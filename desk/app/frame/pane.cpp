@@ -1,5 +1,7 @@
 #include "app/frame/pane.h"
 
+#include <windowsx.h>
+
 #include "app/frame/icons.h"
 #include "viewkit/win32/handles.h"
 
@@ -9,6 +11,31 @@ RECT Pane::Client() const {
   RECT area{};
   GetClientRect(Hwnd(), &area);
   return area;
+}
+
+bool Pane::OnEdge(POINT at) const {
+  constexpr int kDesignGrip = 5;
+  const int grip = MulDiv(kDesignGrip, static_cast<int>(GetDpiForWindow(Hwnd())), 96);
+  return (Edge() == PaneEdge::kLeft && at.x < grip) || (Edge() == PaneEdge::kTop && at.y < grip);
+}
+
+bool Pane::StartDrag(POINT at) {
+  dragging_ = OnEdge(at);
+  if (dragging_) SetCapture(Hwnd());
+  return dragging_;
+}
+
+void Pane::OnMouseMove(POINT at) {
+  const PaneEdge edge = Edge();
+  if (edge == PaneEdge::kNone) return;
+  const bool left = edge == PaneEdge::kLeft;
+  if (dragging_) {
+    const RECT area = Client();
+    const LONG size = left ? area.right - at.x : area.bottom - at.y;
+    OnEdgeDragged(MulDiv(static_cast<int>(size), 96, static_cast<int>(GetDpiForWindow(Hwnd()))));
+  }
+  const wchar_t* const sizing = left ? IDC_SIZEWE : IDC_SIZENS;
+  SetCursor(LoadCursorW(nullptr, dragging_ || OnEdge(at) ? sizing : IDC_ARROW));
 }
 
 LRESULT Pane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -24,6 +51,15 @@ LRESULT Pane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       Paint(paint.Dc(), Client());
       return 0;
     }
+    case WM_MOUSEMOVE:
+      OnMouseMove({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
+      return 0;
+    case WM_LBUTTONUP:
+      if (dragging_) ReleaseCapture();
+      return 0;
+    case WM_CAPTURECHANGED:
+      dragging_ = false;
+      return 0;
     default:
       return Window::OnMessage(message, wparam, lparam);
   }

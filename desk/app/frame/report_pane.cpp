@@ -86,7 +86,7 @@ void ReportPane::SetStyle(SharedStyle style) {
 }
 
 void ReportPane::Add(const Report& report) {
-  if (count_ >= kMostReports) ListView_DeleteItem(list_.Get(), 0);
+  if (count_ >= kMaxReports) ListView_DeleteItem(list_.Get(), 0);
   const bool loading = report.level >= host::kLoadingError;
   const std::wstring time = TimeText();
   LVITEMW item{};
@@ -125,9 +125,9 @@ int ReportPane::WantedHeight(int available) const {
 }
 
 void ReportPane::SetDesignHeight(int height) {
-  constexpr int kLeast = 80;
-  constexpr int kMost = 2000;
-  design_height_ = std::clamp(height, kLeast, kMost);
+  constexpr int kMin = 80;
+  constexpr int kMax = 2000;
+  design_height_ = std::clamp(height, kMin, kMax);
 }
 
 void ReportPane::Arrange() {
@@ -175,26 +175,15 @@ void ReportPane::DrawHeading(HDC dc, const RECT& area) const {
   DrawLine(dc, L"清除", ClearButton(), LinkColor(), DT_CENTER);
 }
 
-bool ReportPane::OnSplitter(int y) const {
-  return open_ && y < style_->scale.Design(5);
-}
-
 void ReportPane::OnClick(POINT at) {
-  if (OnSplitter(at.y)) {
-    dragging_ = true;
-    SetCapture(Hwnd());
-    return;
-  }
+  if (StartDrag(at)) return;
   const RECT clear = ClearButton();
   if (count_ > 0 && PtInRect(&clear, at)) return Clear();
   SetOpen(!open_);
 }
 
-void ReportPane::Drag(int y) {
-  RECT area{};
-  GetClientRect(Hwnd(), &area);
-  const int wanted = static_cast<int>(area.bottom) - y;
-  SetDesignHeight(MulDiv(wanted, 96, style_->scale.dpi));
+void ReportPane::OnEdgeDragged(int design_size) {
+  SetDesignHeight(design_size);
   layout_changed_();
 }
 
@@ -237,20 +226,9 @@ void ReportPane::OnContextMenu(LPARAM place) {
 }
 
 LRESULT ReportPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
-  const POINT at{GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)};
   switch (message) {
     case WM_LBUTTONDOWN:
-      OnClick(at);
-      return 0;
-    case WM_MOUSEMOVE:
-      if (dragging_) Drag(at.y);
-      SetCursor(LoadCursorW(nullptr, OnSplitter(at.y) || dragging_ ? IDC_SIZENS : IDC_ARROW));
-      return 0;
-    case WM_LBUTTONUP:
-      if (dragging_) ReleaseCapture();
-      return 0;
-    case WM_CAPTURECHANGED:
-      dragging_ = false;
+      OnClick({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
       return 0;
     case WM_CONTEXTMENU:
       if (open_) OnContextMenu(lparam);

@@ -45,19 +45,19 @@ class ReportPane : public Pane {
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
   void CreateList();
   void Arrange() override;
+  [[nodiscard]] PaneEdge Edge() const override { return open_ ? PaneEdge::kTop : PaneEdge::kNone; }
+  void OnEdgeDragged(int design_size) override;
   void WidenTexts();
   void Paint(HDC dc, const RECT& area) override;
   void DrawHeading(HDC dc, const RECT& area) const;
   [[nodiscard]] RECT ClearButton() const;
-  [[nodiscard]] bool OnSplitter(int y) const;
   void OnClick(POINT at);
-  void Drag(int y);
   [[nodiscard]] bool OnListNotify(const NMHDR& header);
   void CopySelected() const;
   void OnContextMenu(LPARAM place);
   [[nodiscard]] std::wstring RowText(int row) const;
 
-  static constexpr int kMostReports = 1000;
+  static constexpr int kMaxReports = 1000;
 
   SharedStyle style_;
   std::function<void()> layout_changed_;
@@ -65,7 +65,6 @@ class ReportPane : public Pane {
   tavrix::viewkit::win32::OwnedWindow list_;
   tavrix::viewkit::win32::BackBuffer back_buffer_;
   bool open_ = false;
-  bool dragging_ = false;
   int design_height_ = 150;
   int count_ = 0;
 };

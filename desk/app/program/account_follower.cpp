@@ -12,25 +12,24 @@ namespace desk::app {
 
 AccountFollower::AccountFollower(FrameWindow& frame, Calls calls)
     : frame_(frame), calls_(std::move(calls)) {
-  pane_ =
-      AccountPane::Make(frame.Hwnd(), frame.CurrentStyle(),
-                        {.close =
-                             [this] {
-                               SetShown(false);
-                               calls_.leave();
-                             },
-                         .drag =
-                             [this](int width) {
-                               SetDesignWidth(MulDiv(width, 96, frame_.CurrentStyle()->scale.dpi));
-                               Place();
-                             },
-                         .leave = [this] { calls_.leave(); },
-                         .due = [this] { Read(); }});
+  pane_ = AccountPane::Make(frame.Hwnd(), frame.CurrentStyle(),
+                            {.close =
+                                 [this] {
+                                   SetShown(false);
+                                   calls_.leave();
+                                 },
+                             .drag =
+                                 [this](int width) {
+                                   SetDesignWidth(width);
+                                   Place();
+                                 },
+                             .leave = [this] { calls_.leave(); },
+                             .due = [this] { Read(); }});
 }
 
 void AccountFollower::SetDesignWidth(int width) {
-  constexpr int kMost = 900;
-  design_width_ = std::clamp(width, AccountPane::kLeastDesignWidth, kMost);
+  constexpr int kMaxDesignWidth = 900;
+  design_width_ = std::clamp(width, AccountPane::kMinDesignWidth, kMaxDesignWidth);
 }
 
 void AccountFollower::SetShown(bool shown) {
@@ -41,8 +40,7 @@ void AccountFollower::SetShown(bool shown) {
 }
 
 void AccountFollower::Place() {
-  frame_.DockBeside(shown_ ? pane_->Hwnd() : nullptr, design_width_,
-                    AccountPane::kLeastDesignWidth);
+  frame_.DockBeside(shown_ ? pane_->Hwnd() : nullptr, design_width_, AccountPane::kMinDesignWidth);
 }
 
 void AccountFollower::Follow() {
