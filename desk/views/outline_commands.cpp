@@ -1,7 +1,5 @@
 #include "views/outline_commands.h"
 
-#include <limits>
-
 #include "host/grid_update.h"
 
 namespace desk::views {
@@ -33,10 +31,6 @@ void KeepRowInView(Grid& grid) {
 }
 
 }  // namespace
-
-void ExpandAll(Grid& grid) {
-  ExpandToLevel(grid, std::numeric_limits<int>::max());
-}
 
 void ExpandToLevel(Grid& grid, int level) {
   if (grid.Rows() <= grid.FixedRows()) return;

@@ -71,7 +71,7 @@ commands_are_not_told() {
 # The keys in the desk's tables of commands: as its menus show them.
 keys_differ() {
   local told product
-  product=$(grep -oE '(\{|, )L"(Ctrl|Shift|Alt|F[0-9]|Del)[^"]*"' "$root/desk/app/frame/commands.cpp" |
+  product=$(grep -oE ', "(Ctrl|Shift|Alt|F[0-9]|Del)[^"]*"' "$root/desk/views/commands.cpp" |
     sed 's/^[^"]*"//; s/"$//' | sort -u)
   told=$(sed -n '/^| Key | Command/,/^$/p' "$root/docs/desk.md" |
     awk -F '|' 'NR > 2 { print $2; print $4 }' | sed 's/ … /, /g' | tr ',' '\n' |

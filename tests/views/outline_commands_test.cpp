@@ -33,7 +33,7 @@ class OutlineCommandsTest : public testing::Test {
 };
 
 TEST_F(OutlineCommandsTest, OpensAndClosesToALevel) {
-  ExpandAll(grid_);
+  ExpandToLevel(grid_, kAllLevels);
   EXPECT_EQ(Shown(), (std::vector{1, 2, 3, 4, 5}));
   ExpandToLevel(grid_, 2);
   EXPECT_EQ(Shown(), (std::vector{1, 2, 4, 5}));
@@ -46,7 +46,7 @@ TEST_F(OutlineCommandsTest, OpensAndClosesToALevel) {
 }
 
 TEST_F(OutlineCommandsTest, TheCurrentRowStaysInSight) {
-  ExpandAll(grid_);
+  ExpandToLevel(grid_, kAllLevels);
   grid_.SetRow(3);
   ExpandToLevel(grid_, 2);
   EXPECT_EQ(grid_.Row(), 2);
@@ -54,10 +54,10 @@ TEST_F(OutlineCommandsTest, TheCurrentRowStaysInSight) {
   ExpandToLevel(grid_, 1);
   EXPECT_EQ(grid_.Row(), 5);
   grid_.SetRow(0);
-  ExpandAll(grid_);
+  ExpandToLevel(grid_, kAllLevels);
   EXPECT_EQ(grid_.Row(), 0) << "none was chosen";
   grid_.SetRows(1);
-  ExpandAll(grid_);
+  ExpandToLevel(grid_, kAllLevels);
   EXPECT_EQ(grid_.Row(), 0);
 }
 

@@ -18,23 +18,25 @@ void FrameWindow::ShowOthers() {
 }
 
 void FrameWindow::UpdateCommands() {
+  const views::DeskState desk = owner_->State();
   for (const CommandInfo& info : Commands()) {
-    if (*info.bar_text == L'\0') continue;
-    const CommandState state = owner_->StateOf(info.command);
+    if (*info.bar_text == '\0') continue;
+    const CommandState state = StateOf(info, desk);
     tool_bar_->SetEnabled(info.command, state.enabled);
-    tool_bar_->SetShown(info.command, state.shown);
-    tool_bar_->SetPressed(info.command, state.pressed);
+    tool_bar_->SetShown(info.command, state.visible);
+    tool_bar_->SetPressed(info.command, state.checked);
   }
 }
 
 void FrameWindow::OnMenuOpening(HMENU menu) {
+  const views::DeskState desk = owner_->State();
   for (const CommandInfo& info : Commands()) {
     const UINT id = IdOf(info.command);
     if (GetMenuState(menu, id, MF_BYCOMMAND) == static_cast<UINT>(-1)) continue;
-    const CommandState state = owner_->StateOf(info.command);
-    const bool usable = state.enabled && state.shown;
+    const CommandState state = StateOf(info, desk);
+    const bool usable = state.enabled && state.visible;
     EnableMenuItem(menu, id, static_cast<UINT>(MF_BYCOMMAND | (usable ? MF_ENABLED : MF_GRAYED)));
-    CheckMenuItem(menu, id, static_cast<UINT>(state.pressed ? MF_CHECKED : MF_UNCHECKED));
+    CheckMenuItem(menu, id, static_cast<UINT>(state.checked ? MF_CHECKED : MF_UNCHECKED));
   }
 }
 

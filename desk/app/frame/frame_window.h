@@ -20,20 +20,13 @@
 
 namespace desk::app {
 
-/// How a command stands at this moment.
-struct CommandState {
-  bool enabled = true;
-  bool shown = true;
-  bool pressed = false;
-  friend bool operator==(const CommandState&, const CommandState&) = default;
-};
-
 /// What the frame asks and tells the desk. All calls come on the frame's thread.
 class FrameOwner {
  public:
   virtual ~FrameOwner() = default;
   virtual void OnCommand(Command command) = 0;
-  [[nodiscard]] virtual CommandState StateOf(Command command) = 0;
+  /// How things stand, as far as commands depend on it.
+  [[nodiscard]] virtual views::DeskState State() = 0;
   virtual void OnFind(const std::wstring& text) = 0;
   virtual void OnFindNext() = 0;
   virtual void OnFilter(const std::wstring& text) = 0;
@@ -81,8 +74,8 @@ class FrameWindow : public tavrix::viewkit::win32::Window {
   /// A child that stands between view and reports while it is visible; null for none.
   void Dock(HWND pane, int design_height);
   /// A child that stands beside the view while it is visible; null for none. `design_width` is what
-  /// it has where there is room for it, `least` what it always has.
-  void DockBeside(HWND pane, int design_width, int least);
+  /// it has where there is room for it, `min_width` what it always has.
+  void DockBeside(HWND pane, int design_width, int min_width);
   /// Lets the user choose one of these commands at a place of the screen.
   void ShowMenu(std::span<const Command> commands, POINT at);
   void Arrange();
@@ -127,7 +120,7 @@ class FrameWindow : public tavrix::viewkit::win32::Window {
   int docked_design_height_ = 0;
   HWND beside_ = nullptr;
   int beside_design_width_ = 0;
-  int beside_least_ = 0;
+  int beside_min_width_ = 0;
   HWND last_focus_ = nullptr;
 };
 

@@ -7,37 +7,13 @@
 #include <memory>
 
 #include "viewkit/win32/handles.h"
+#include "views/icon.h"
 
 /// The desk's own pictures, drawn when they are needed, for the resolution they are shown at.
 namespace desk::app {
 
-enum class Icon {
-  kNone = -1,
-  kNewBook,
-  kOpenBook,
-  kAddSibling,
-  kAddChild,
-  kEdit,
-  kDelete,
-  kFirst,
-  kPrevious,
-  kNext,
-  kLast,
-  kFind,
-  kFilter,
-  kRefresh,
-  kVoucher,
-  kReports,
-  kDetails,
-  kMore,
-  kError,
-  kWarning,
-  kClose,
-  kCollapse,
-  kExpand,
-  kLedger,
-};
-inline constexpr int kIconCount = static_cast<int>(Icon::kLedger) + 1;
+using views::Icon;
+using views::kIconCount;
 
 /// One picture, `pixels` wide and high, with straight alpha.
 [[nodiscard]] tavrix::viewkit::win32::Bitmap DrawIcon(Icon icon, int pixels, bool grey);

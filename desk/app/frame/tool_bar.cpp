@@ -4,8 +4,11 @@
 #include <uxtheme.h>
 
 #include <algorithm>
+#include <deque>
+#include <string>
 #include <vector>
 
+#include "host/utf.h"
 #include "viewkit/win32/window.h"
 #include "views/bar_fit.h"
 
@@ -13,6 +16,7 @@ namespace desk::app {
 namespace {
 
 namespace win32 = tavrix::viewkit::win32;
+using tavrix::host::Wide;
 
 HWND MakeBar(HWND parent) {
   constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | TBSTYLE_FLAT | TBSTYLE_TOOLTIPS | CCS_NODIVIDER |
@@ -42,13 +46,14 @@ TBBUTTON MoreButton() {
   return button;
 }
 
-TBBUTTON ButtonFor(const CommandInfo& info) {
+/// `caption` must live until the button has been added.
+TBBUTTON ButtonFor(const CommandInfo& info, const std::wstring& caption) {
   TBBUTTON button{};
   button.iBitmap = static_cast<int>(info.icon);
   button.idCommand = IdOf(info.command);
   button.fsState = TBSTATE_ENABLED;
   button.fsStyle = BTNS_BUTTON;
-  button.iString = reinterpret_cast<INT_PTR>(info.bar_text);
+  button.iString = reinterpret_cast<INT_PTR>(caption.c_str());
   return button;
 }
 
@@ -74,11 +79,12 @@ void ToolBar::SetStyle(SharedStyle style) {
 
 void ToolBar::AddButtons() {
   std::vector<TBBUTTON> buttons;
+  std::deque<std::wstring> captions;
   for (const CommandInfo& info : Commands()) {
-    if (*info.bar_text == L'\0') continue;
+    if (*info.bar_text == '\0') continue;
     const int line = kFirstLine + static_cast<int>(items_.size());
     if (info.new_section) AddItem(Command::kNone, Separator(line), buttons);
-    AddItem(info.command, ButtonFor(info), buttons);
+    AddItem(info.command, ButtonFor(info, captions.emplace_back(Wide(info.bar_text))), buttons);
   }
   buttons.push_back(MoreButton());
   SendMessageW(Handle(), TB_ADDBUTTONSW, buttons.size(), reinterpret_cast<LPARAM>(buttons.data()));
@@ -172,10 +178,8 @@ bool ToolBar::OnNotify(const NMHDR& header, LRESULT& result) const {
   // The system passes one structure by its common head; the text may be longer than its own buffer.
   auto& query = const_cast<NMTTDISPINFOW&>(reinterpret_cast<const NMTTDISPINFOW&>(header));
   static std::wstring tip;
-  for (const CommandInfo& info : Commands()) {
-    if (IdOf(info.command) != header.idFrom) continue;
-    tip = info.tip;
-    if (info.key.code != 0) tip.append(L" (").append(info.key.name).append(L")");
+  if (const CommandInfo* info = views::FindCommand(static_cast<Command>(header.idFrom))) {
+    tip = Wide(TipText(*info));
     query.lpszText = tip.data();
   }
   return false;

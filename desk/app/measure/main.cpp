@@ -18,12 +18,12 @@
 
 #include "app/com/object.h"
 #include "app/com/values.h"
+#include "app/controls/kjkm_view.h"
 #include "app/faces/com_grid.h"
 #include "app/faces/row_array.h"
 #include "app/faces/row_texts.h"
 #include "app/faces/system_face.h"
 #include "app/faces/window_wheel.h"
-#include "app/program/kjkm_view.h"
 #include "bench/chart.h"
 #include "bench/figures.h"
 #include "book/book.h"

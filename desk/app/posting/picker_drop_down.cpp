@@ -16,8 +16,8 @@ namespace win32 = tavrix::viewkit::win32;
 
 constexpr int kDesignWidth = 760;
 constexpr int kDesignHeight = 360;
-constexpr int kLeastDesignWidth = 320;
-constexpr int kLeastDesignHeight = 240;
+constexpr int kMinDesignWidth = 320;
+constexpr int kMinDesignHeight = 240;
 constexpr int kEdge = 4;  // the part of the window around the control, design pixels
 
 const win32::WindowClass& DropDownClass() {
@@ -176,7 +176,7 @@ LRESULT PickerDropDown::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       return PartAt({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
     case WM_GETMINMAXINFO:
       reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = {
-          style_->scale.Design(kLeastDesignWidth), style_->scale.Design(kLeastDesignHeight)};
+          style_->scale.Design(kMinDesignWidth), style_->scale.Design(kMinDesignHeight)};
       return 0;
     case WM_ACTIVATE:
       if (picker_) picker_->Container().OnFrameActivate(LOWORD(wparam) != WA_INACTIVE);

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "app/controls/account_picker.h"
 #include "app/frame/pane.h"
 #include "app/frame/style.h"
-#include "app/posting/account_picker.h"
 
 namespace desk::app {
 

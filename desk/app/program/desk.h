@@ -9,11 +9,11 @@
 #include <string>
 
 #include "app/balance/trial_balance_window.h"
+#include "app/controls/kjkm_view.h"
 #include "app/frame/frame_window.h"
 #include "app/posting/posting_pane.h"
 #include "app/program/account_follower.h"
 #include "app/program/desk_settings.h"
-#include "app/program/kjkm_view.h"
 #include "app/program/server_wait.h"
 #include "book/book.h"
 
@@ -44,7 +44,7 @@ class Desk : private FrameOwner {
 
   // FrameOwner
   void OnCommand(Command command) override;
-  [[nodiscard]] CommandState StateOf(Command command) override;
+  [[nodiscard]] views::DeskState State() override;
   void OnFind(const std::wstring& text) override;
   void OnFindNext() override;
   void OnFilter(const std::wstring& text) override;
@@ -55,9 +55,15 @@ class Desk : private FrameOwner {
   void OnStyle() override;
   [[nodiscard]] bool OnClosing() override;
 
+  /// What a command does; the table has one for each.
+  struct Action {
+    Command command;
+    void (*run)(Desk&);
+  };
+  static const Action kActions[];
+
   void Do(Command command);
-  void DoOnBook(Command command);
-  void DoOnOutline(Command command);
+  void ExpandTo(int level);
   void TellFound(bool found);
   void AskNew();
   void AskOpen();
@@ -87,7 +93,6 @@ class Desk : private FrameOwner {
   void Fail(const std::wstring& text, const std::wstring& book);
   void TellUnsaved(const std::string& text);
   [[nodiscard]] KjkmView* View() const { return open_ ? open_->view.get() : nullptr; }
-  [[nodiscard]] CommandState StateOnRow(const ViewState& state, Command command) const;
 
   DeskFolders folders_;
   DeskSettings settings_;

@@ -1,10 +1,48 @@
+#include <algorithm>
 #include <exception>
 
 #include "app/program/desk.h"
 #include "app/program/view_layout.h"
+#include "views/outline_commands.h"
 
-// The commands of menu, tool bar and keys: what each does, and when it can be used.
+// The commands of menu, tool bar and keys: what each does, and what they depend on.
 namespace desk::app {
+
+using enum Command;
+
+/// All but the levels of the outline and the recent books, which go by their numbers.
+const Desk::Action Desk::kActions[] = {
+    {kNewBook, [](Desk& desk) { desk.AskNew(); }},
+    {kOpenBook, [](Desk& desk) { desk.AskOpen(); }},
+    {kExit, [](Desk& desk) { PostMessageW(desk.frame_->Hwnd(), WM_CLOSE, 0, 0); }},
+    {kAddSibling, [](Desk& desk) { desk.View()->Call(&IFormUI::FileNew); }},
+    {kAddChild, [](Desk& desk) { desk.View()->Call(&IFormUI::FileNewNext); }},
+    {kEdit, [](Desk& desk) { desk.View()->Call(&IFormUI::FileEdit); }},
+    {kDelete, [](Desk& desk) { desk.View()->Call(&IFormUI::FileDelete); }},
+    {kPosting, [](Desk& desk) { desk.ShowPosting(!desk.posting_shown_); }},
+    {kRecordTop, [](Desk& desk) { desk.View()->Call(&IFormUI::RecordTop); }},
+    {kRecordPrevious, [](Desk& desk) { desk.View()->Call(&IFormUI::RecordPrevious); }},
+    {kRecordNext, [](Desk& desk) { desk.View()->Call(&IFormUI::RecordNext); }},
+    {kRecordBottom, [](Desk& desk) { desk.View()->Call(&IFormUI::RecordBottom); }},
+    {kFind, [](Desk& desk) { desk.frame_->ShowBar(desk.frame_->FindBar(), true); }},
+    {kFindNext, [](Desk& desk) { desk.OnFindNext(); }},
+    {kFilter, [](Desk& desk) { desk.frame_->ShowBar(desk.frame_->FilterBar(), true); }},
+    {kRefresh, [](Desk& desk) { desk.ReadAgain(); }},
+    {kTrialBalance, [](Desk& desk) { desk.ShowTrialBalance(); }},
+    {kColumns,
+     [](Desk& desk) {
+       AskViewLayout(*desk.View(), *desk.open_->book.System(), desk.frame_->Hwnd());
+     }},
+    {kPickerColumns,
+     [](Desk& desk) {
+       AskPickerLayout(desk.posting_->Picker(), *desk.open_->book.System(), desk.frame_->Hwnd());
+     }},
+    {kExpandAll, [](Desk& desk) { desk.ExpandTo(views::kAllLevels); }},
+    {kCollapseAll, [](Desk& desk) { desk.ExpandTo(1); }},
+    {kAccountPane, [](Desk& desk) { desk.account_->SetShown(!desk.account_->Shown()); }},
+    {kReports, [](Desk& desk) { desk.frame_->Reports().SetOpen(!desk.frame_->Reports().Open()); }},
+    {kAbout, [](Desk& desk) { desk.About(); }},
+};
 
 void Desk::OnCommand(Command command) {
   Trapped({}, [&] { Do(command); });
@@ -13,125 +51,34 @@ void Desk::OnCommand(Command command) {
 }
 
 void Desk::Do(Command command) {
-  const WORD recent = static_cast<WORD>(IdOf(command) - IdOf(Command::kRecentFirst));
-  if (IdOf(command) >= IdOf(Command::kRecentFirst)) return OpenRecent(recent);
-  switch (command) {
-    case Command::kNewBook:
-      return AskNew();
-    case Command::kOpenBook:
-      return AskOpen();
-    case Command::kExit:
-      PostMessageW(frame_->Hwnd(), WM_CLOSE, 0, 0);
-      return;
-    case Command::kReports:
-      return frame_->Reports().SetOpen(!frame_->Reports().Open());
-    case Command::kAccountPane:
-      return account_->SetShown(!account_->Shown());
-    case Command::kAbout:
-      return About();
-    default:
-      if (StateOf(command).enabled) DoOnBook(command);
+  static_assert(std::size(kActions) + views::kOutlineLevels == views::kCommandCount);
+  if (IdOf(command) >= IdOf(kRecentFirst)) {
+    return OpenRecent(std::size_t{IdOf(command)} - IdOf(kRecentFirst));
   }
+  const CommandInfo* info = views::FindCommand(command);
+  if (info == nullptr || !StateOf(*info, State()).enabled) return;
+  if (const int level = views::LevelOf(command); level != 0) return ExpandTo(level);
+  const auto* const action = std::ranges::find(kActions, command, &Action::command);
+  if (action != std::end(kActions)) action->run(*this);
 }
 
-void Desk::DoOnBook(Command command) {
-  KjkmView& view = *View();
-  switch (command) {
-    case Command::kAddSibling:
-      view.Call(&IFormUI::FileNew);
-      return;
-    case Command::kAddChild:
-      view.Call(&IFormUI::FileNewNext);
-      return;
-    case Command::kEdit:
-      view.Call(&IFormUI::FileEdit);
-      return;
-    case Command::kDelete:
-      view.Call(&IFormUI::FileDelete);
-      return;
-    case Command::kRecordTop:
-      view.Call(&IFormUI::RecordTop);
-      return;
-    case Command::kRecordPrevious:
-      view.Call(&IFormUI::RecordPrevious);
-      return;
-    case Command::kRecordNext:
-      view.Call(&IFormUI::RecordNext);
-      return;
-    case Command::kRecordBottom:
-      view.Call(&IFormUI::RecordBottom);
-      return;
-    case Command::kRefresh:
-      return ReadAgain();
-    case Command::kFind:
-      return frame_->ShowBar(frame_->FindBar(), true);
-    case Command::kFindNext:
-      return OnFindNext();
-    case Command::kFilter:
-      return frame_->ShowBar(frame_->FilterBar(), true);
-    case Command::kPosting:
-      return ShowPosting(!posting_shown_);
-    case Command::kTrialBalance:
-      return ShowTrialBalance();
-    case Command::kColumns:
-      return AskViewLayout(view, *open_->book.System(), frame_->Hwnd());
-    case Command::kPickerColumns:
-      return AskPickerLayout(posting_->Picker(), *open_->book.System(), frame_->Hwnd());
-    default:
-      return DoOnOutline(command);
-  }
-}
-
-CommandState Desk::StateOf(Command command) {
-  switch (command) {
-    case Command::kNewBook:
-    case Command::kOpenBook:
-    case Command::kExit:
-    case Command::kAbout:
-      return {};
-    case Command::kReports:
-      return {.pressed = frame_->Reports().Open()};
-    case Command::kAccountPane:
-      return {.pressed = account_->Shown()};
-    default:
-      break;
-  }
+views::DeskState Desk::State() {
+  views::DeskState state{.find_shown = frame_->FindBar().Shown(),
+                         .filter_shown = frame_->FilterBar().Shown(),
+                         .posting_shown = posting_shown_,
+                         .account_shown = account_->Shown(),
+                         .reports_open = frame_->Reports().Open()};
   const KjkmView* view = View();
-  const bool started = view != nullptr && view->Started();
-  if (!started) return {.enabled = false};
+  if (view == nullptr || !view->Started()) return state;
   try {
-    return StateOnRow(view->State(), command);
+    const ViewState rows = view->State();
+    state.started = true;
+    state.has_rows = rows.has_rows;
+    state.row_selected = rows.row_selected;
+    state.offers_add_child = view->OffersAddChild();
   } catch (const std::exception&) {  // a view that does not answer has no commands
-    return {.enabled = false};
   }
-}
-
-CommandState Desk::StateOnRow(const ViewState& state, Command command) const {
-  switch (command) {
-    case Command::kAddSibling:
-      return {.enabled = state.row_selected || !state.has_rows};
-    case Command::kAddChild:
-      return {.enabled = state.row_selected || !state.has_rows, .shown = View()->OffersAddChild()};
-    case Command::kEdit:
-    case Command::kDelete:
-      return {.enabled = state.row_selected};
-    case Command::kRecordTop:
-    case Command::kRecordPrevious:
-    case Command::kRecordNext:
-    case Command::kRecordBottom:
-    case Command::kFindNext:
-    case Command::kExpandAll:
-    case Command::kCollapseAll:
-      return {.enabled = state.has_rows};
-    case Command::kFind:
-      return {.enabled = state.has_rows, .pressed = frame_->FindBar().Shown()};
-    case Command::kFilter:
-      return {.enabled = state.has_rows, .pressed = frame_->FilterBar().Shown()};
-    case Command::kPosting:
-      return {.pressed = posting_shown_};
-    default:
-      return {};
-  }
+  return state;
 }
 
 }  // namespace desk::app

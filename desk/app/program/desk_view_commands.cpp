@@ -1,5 +1,3 @@
-#include <array>
-
 #include "app/faces/com_grid.h"
 #include "app/program/desk.h"
 #include "host/utf.h"
@@ -8,14 +6,6 @@
 // What the user does with the rows of the view: finding, filtering, the outline, its menu.
 namespace desk::app {
 namespace {
-
-using enum Command;
-
-/// The menu of the list; `kLevelFirst` stands for the levels.
-constexpr std::array kViewMenu = {kEdit,        kAddSibling, kAddChild,  kDelete,      kNone,
-                                  kPosting,     kNone,       kExpandAll, kCollapseAll, kLevelFirst,
-                                  kNone,        kFind,       kFilter,    kRefresh,     kNone,
-                                  kAccountPane, kColumns};
 
 ComGrid CurrentGrid(const KjkmView& view) {
   return ComGrid(ComPtr<IFlexGrid>(&view.CurrentGrid()));
@@ -62,12 +52,9 @@ void Desk::OnFilter(const std::wstring& text) {
   bar.SetAnswer(L"符合条件 " + std::to_wstring(open_->book.Around().tally->matches) + L" 个");
 }
 
-void Desk::DoOnOutline(Command command) {
+void Desk::ExpandTo(int level) {
   ComGrid grid = CurrentGrid(*View());
-  if (command == kExpandAll) return views::ExpandAll(grid);
-  if (command == kCollapseAll) return views::ExpandToLevel(grid, 1);
-  const int level = IdOf(command) - IdOf(kLevelFirst) + 1;
-  if (level >= 1 && level <= kOutlineLevels) views::ExpandToLevel(grid, level);
+  views::ExpandToLevel(grid, level);
 }
 
 /// The grid itself has made the row under the mouse the current one.
@@ -80,7 +67,7 @@ void Desk::OnViewMenu(HWND part, std::optional<POINT> at) {
     POINT below{design(24), grid.BottomOf(grid.Row()).value_or(design(24))};
     ClientToScreen(part, &below);
     frame_->UpdateCommands();
-    frame_->ShowMenu(kViewMenu, at.value_or(below));
+    frame_->ShowMenu(views::ListMenu(), at.value_or(below));
   });
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/program/kjkm_view.h"
+#include "app/controls/kjkm_view.h"
 #include "host/objects.h"
 #include "viewkit/ports.h"
 

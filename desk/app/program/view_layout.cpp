@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "app/program/controls.h"
+#include "app/controls/controls.h"
 #include "host/utf.h"
 #include "viewkit/layout/m_mode.h"
 #include "viewkit/win32/windows_user.h"

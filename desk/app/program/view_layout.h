@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "app/posting/account_picker.h"
-#include "app/program/kjkm_view.h"
+#include "app/controls/account_picker.h"
+#include "app/controls/kjkm_view.h"
 #include "host/objects.h"
 
 namespace desk::app {

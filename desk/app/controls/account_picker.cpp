@@ -1,11 +1,11 @@
-#include "app/posting/account_picker.h"
+#include "app/controls/account_picker.h"
 
 #include <oleauto.h>
 
 #include "app/com/object.h"
 #include "app/com/values.h"
+#include "app/controls/controls.h"
 #include "app/faces/helper_faces.h"
-#include "app/program/controls.h"
 #include "component/base/failure.h"
 #include "host/error.h"
 #include "host/utf.h"

@@ -1,4 +1,4 @@
-#include "app/program/controls.h"
+#include "app/controls/controls.h"
 
 #include "app/com/values.h"
 #include "app/faces/com_grid.h"

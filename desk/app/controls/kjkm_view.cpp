@@ -1,4 +1,4 @@
-#include "app/program/kjkm_view.h"
+#include "app/controls/kjkm_view.h"
 
 #include <algorithm>
 #include <list>
@@ -6,8 +6,8 @@
 
 #include "app/com/object.h"
 #include "app/com/values.h"
+#include "app/controls/controls.h"
 #include "app/faces/com_grid.h"
-#include "app/program/controls.h"
 #include "book/host/grid_state.h"
 #include "component/base/failure.h"
 #include "host/utf.h"
