@@ -99,7 +99,8 @@ void LayoutDialog::PlaceWidths() {
   constexpr int kLabel = 900;
   int top = PlaceList(kWidthAll, kListHeight);
   PutSetting(SettingOf(kShownProperty), {kMargin, top, 0, 1500}, 0);
-  PutSetting(SettingOf(kWidthProperty), {kWidthAll / 2, top, kLabel, kWidthAll / 2 - kLabel - kMargin}, 0);
+  PutSetting(SettingOf(kWidthProperty),
+             {kWidthAll / 2, top, kLabel, kWidthAll / 2 - kLabel - kMargin}, 0);
   top += kRowPitch;
   if (!plan_.for_others.empty()) {
     others_.SetCaption(plan_.for_others);
