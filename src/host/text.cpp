@@ -138,15 +138,6 @@ std::int32_t LeadingLong(std::string_view text) {
   return ToLong32(LeadingNumber(text));
 }
 
-std::string NumberText(double number) {
-  std::array<char, 400> digits;
-  const bool plain = std::abs(number) < 1e15 && std::abs(number) >= 1e-4;
-  const auto end = plain ? std::to_chars(digits.data(), digits.data() + digits.size(), number,
-                                         std::chars_format::fixed)
-                         : std::to_chars(digits.data(), digits.data() + digits.size(), number);
-  return {digits.data(), end.ptr};
-}
-
 std::size_t TextLength(std::string_view text) {
   std::size_t units = 0;
   for (std::size_t at = 0; at < text.size();) units += NextCodePoint(text, at) >= 0x10000 ? 2U : 1U;

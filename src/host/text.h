@@ -22,9 +22,6 @@ namespace tavrix::host {
 /// As `LeadingNumber`, through `ToLong32`.
 [[nodiscard]] std::int32_t LeadingLong(std::string_view text);
 
-/// `number` in its shortest decimal form; whole numbers without a point.
-[[nodiscard]] std::string NumberText(double number);
-
 [[nodiscard]] constexpr bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }

@@ -1,5 +1,6 @@
 #include "host/value.h"
 
+#include "host/number_text.h"
 #include "host/overloaded.h"
 #include "host/text.h"
 

@@ -3,11 +3,19 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <bit>
+#include <charconv>
+#include <clocale>
+#include <cmath>
+#include <cstdint>
 #include <iterator>
 #include <limits>
 #include <random>
+#include <string>
 
 #include "host/code_points.h"
+#include "host/number_text.h"
 
 namespace tavrix::host {
 namespace {
@@ -43,6 +51,47 @@ TEST(NumberTextTest, IsShort) {
   EXPECT_EQ(NumberText(0.0001), "0.0001");
   EXPECT_EQ(NumberText(-0.00009), "-9e-05");
   EXPECT_EQ(NumberText(0), "0");
+}
+
+template <class... Format>
+std::string Standard(Format... format) {
+  std::array<char, 1200> text;
+  return {text.data(), std::to_chars(text.data(), text.data() + text.size(), format...).ptr};
+}
+
+void ExpectTheStandardTexts(double number) {
+  const bool plain = std::abs(number) < 1e15 && std::abs(number) >= 1e-4;
+  const std::string fixed = Standard(number, std::chars_format::fixed);
+  ASSERT_EQ(NumberText(number), plain ? fixed : Standard(number));
+  ASSERT_EQ(PlainNumberText(number), fixed);
+  ASSERT_EQ(FixedText(number, 4), Standard(number, std::chars_format::fixed, 4));
+  ASSERT_EQ(RoundedToDigits(number, 15),
+            LeadingNumber(Standard(number, std::chars_format::general, 15)));
+}
+
+// The standard library's own texts, whose code the library does without for its size.
+TEST(NumberTextTest, IsTheStandardLibrarysInEveryLocale) {
+  std::mt19937_64 random(20260101);
+  for (const char* locale : {"C", "de_DE.UTF-8", "German"}) {
+    if (std::setlocale(LC_NUMERIC, locale) == nullptr) continue;
+    for (int power = -1074; power < 1024; ++power) {
+      const double number = std::ldexp(1.0, power);
+      for (const double each : {number, -number, std::nextafter(number, 0.0)}) {
+        ExpectTheStandardTexts(each);
+      }
+    }
+    for (int i = 0; i < 4000 && !HasFatalFailure(); ++i) {
+      const auto bits = random();
+      const auto any = std::bit_cast<double>(bits);
+      if (std::isfinite(any)) ExpectTheStandardTexts(any);
+      ExpectTheStandardTexts(static_cast<double>(bits % 1'000'000'000'000'000) / 100);
+      ExpectTheStandardTexts(static_cast<double>(bits >> (bits % 64)));
+      const auto narrow = std::bit_cast<float>(static_cast<std::uint32_t>(bits));
+      if (!std::isfinite(narrow)) continue;
+      ASSERT_EQ(Widened(narrow), LeadingNumber(Standard(narrow)));
+    }
+  }
+  std::setlocale(LC_NUMERIC, "C");
 }
 
 TEST(Utf16Test, GoesThereAndBack) {

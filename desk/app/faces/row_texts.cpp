@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "component/base/bstr.h"
+#include "host/number_text.h"
 #include "host/text.h"
 #include "host/utf.h"
 

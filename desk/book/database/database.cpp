@@ -1,5 +1,6 @@
 #include "book/database/database.h"
 
+#include "host/number_text.h"
 #include "host/text.h"
 
 namespace desk::book {

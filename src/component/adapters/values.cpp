@@ -4,11 +4,10 @@
 
 #include <oleauto.h>
 
-#include <charconv>
-#include <cmath>
 #include <limits>
 
 #include "component/base/failure.h"
+#include "host/number_text.h"
 #include "host/overloaded.h"
 #include "host/text.h"
 
@@ -71,16 +70,6 @@ bool ForeignVariant::IsObject() const {
   }
 }
 
-/// The double whose shortest text is that of the float.
-double Widened(float number) {
-  if (!std::isfinite(number)) return static_cast<double>(number);
-  char text[32];
-  const auto end = std::to_chars(text, text + sizeof text, number).ptr;
-  double wide = 0;
-  std::from_chars(text, end, wide);
-  return wide;
-}
-
 host::Value FromUnsigned(ULONGLONG number) {
   constexpr auto kMost = static_cast<ULONGLONG>(std::numeric_limits<std::int64_t>::max());
   if (number > kMost) return static_cast<double>(number);
@@ -110,7 +99,7 @@ host::Value ToValue(const Variant& value) {
     case VT_UI8:
       return FromUnsigned(raw.ullVal);
     case VT_R4:
-      return Widened(raw.fltVal);
+      return host::Widened(raw.fltVal);
     case VT_R8:
       return raw.dblVal;
     case VT_BSTR:

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "host/number_text.h"
 #include "host/text.h"
 
 namespace tavrix::viewkit {
@@ -83,9 +84,7 @@ std::string DecimalText(const Decimal& number) {
   if (!exact) {
     // The digits beyond these are noise of the arithmetic.
     constexpr int kTrusted = 15;
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), number.Value(),
-                                   std::chars_format::general, kTrusted);
-    return host::NumberText(host::LeadingNumber({text.data(), end.ptr}));
+    return host::NumberText(host::RoundedToDigits(number.Value(), kTrusted));
   }
   const char* const begin = text.data();
   const char* end = std::to_chars(text.data(), text.data() + text.size(),

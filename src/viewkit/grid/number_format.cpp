@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "host/number_text.h"
 #include "host/text.h"
 #include "viewkit/grid/decimal.h"
 
@@ -110,25 +111,14 @@ std::string Grouped(const std::string& digits) {
   return grouped;
 }
 
-/// `number`, not negative, with exactly `decimals` places.
-std::string Fixed(double number, int decimals) {
-  std::array<char, 400> digits;
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number,
-                                 std::chars_format::fixed, decimals);
-  return {digits.data(), end.ptr};
-}
-
-/// `Fixed` for more digits than a number holds: zeros stand behind its own ones, not the noise of
-/// its binary form.
+/// `FixedText` for more digits than a number holds: zeros stand behind its own ones, not the noise
+/// of its binary form.
 std::string FixedBeyond(double number, int decimals) {
-  std::array<char, 400> digits;
-  const auto end =
-      std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed);
-  std::string text(digits.data(), end.ptr);
+  std::string text = host::PlainNumberText(number);
   const std::size_t point = text.find('.');
   const std::size_t own = point == std::string::npos ? 0 : text.size() - point - 1;
   const auto wanted = static_cast<std::size_t>(decimals);
-  if (own > wanted) return Fixed(number, decimals);
+  if (own > wanted) return host::FixedText(number, decimals);
   if (own == 0 && wanted > 0) text += '.';
   return text.append(wanted - own, '0');
 }
@@ -141,7 +131,7 @@ std::string Rounded(double number, int decimals) {
   constexpr double kExact = 1e15;
   if (scaled >= kExact) return FixedBeyond(number, decimals);
   const double nudged = std::floor(scaled * (1 + 4e-16) + 0.5);
-  return Fixed(nudged / scale, decimals);
+  return host::FixedText(nudged / scale, decimals);
 }
 
 std::string Digits(double number, const NumberPattern& pattern) {
