@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
+#include <algorithm>
+#include <numeric>
 #include <random>
 #include <vector>
 
@@ -73,7 +74,7 @@ class OutlineTwins {
       case 3:
         return EraseAt();
       case 4:
-        return Copy(row);
+        return Reorder(row);
       case 5:
         return Collapse(Below(6) - 1);
       case 6:
@@ -132,7 +133,7 @@ class OutlineTwins {
       plain_.rows[row].node = true;
       plain_.rows[row].level = levels.back();
     }
-    outline_.MakeNodes([&](std::size_t row) { return levels[row]; });
+    outline_.MakeNodes([&](int row) { return levels[static_cast<std::size_t>(row)]; });
   }
   void Insert() {
     const int at = Below(3) == 0 ? outline_.Rows() : Below(outline_.Rows() + 1);
@@ -145,9 +146,9 @@ class OutlineTwins {
     plain_.rows.erase(plain_.rows.begin() + at, plain_.rows.begin() + at + count);
     outline_.Erase(at, count);
   }
-  std::vector<std::uint32_t> Places() {
-    std::vector<std::uint32_t> places;
-    for (std::uint32_t row = 0; row < plain_.rows.size(); ++row) {
+  RowList Places() {
+    RowList places;
+    for (int row = 0; row < outline_.Rows(); ++row) {
       if (Below(100) == 0) places.push_back(row);
     }
     return places;
@@ -167,10 +168,14 @@ class OutlineTwins {
     }
     outline_.EraseAt(places);
   }
-  void Copy(int to) {
-    const int from = Below(outline_.Rows());
-    plain_.rows[static_cast<std::size_t>(to)] = plain_.rows[static_cast<std::size_t>(from)];
-    outline_.CopyRow(from, to);
+  void Reorder(int first) {
+    std::vector<int> order(static_cast<std::size_t>(outline_.Rows() - first));
+    std::iota(order.begin(), order.end(), 0);
+    std::shuffle(order.begin(), order.end(), random_);
+    const std::vector<PlainRow> before(plain_.rows.begin() + first, plain_.rows.end());
+    auto to = plain_.rows.begin() + first;
+    for (const int from : order) *to++ = before[static_cast<std::size_t>(from)];
+    outline_.Reorder(order, first);
   }
   void Collapse(int level) {
     for (PlainRow& row : plain_.rows) row.collapsed = row.node && level >= 0 && row.level >= level;
@@ -201,7 +206,7 @@ TEST(OutlineRowsTest, AgreesWithThePlainDefinitionWhateverIsDone) {
 TEST(OutlineRowsTest, WhatComesBelowACollapsedNodeIsNotShown) {
   OutlineRows outline;
   outline.Reset(600);
-  outline.MakeNodes([](std::size_t) { return 0; });
+  outline.MakeNodes([](int) { return 0; });
   for (int row = 500; row >= 100; --row) {
     ASSERT_EQ(outline.ShownCount(), 600);
     ASSERT_TRUE(outline.SetCollapsed(row, true));

@@ -9,9 +9,9 @@ namespace tavrix::viewkit {
 
 namespace {
 
-constexpr std::size_t kMostText = 0x7FFFFFFF;
+constexpr std::size_t kMaxText = 0x7FFFFFFF;
 /// Less than this is not worth a pass over all cells.
-constexpr std::size_t kLeastWaste = std::size_t{64} * 1024;
+constexpr std::size_t kMinWaste = std::size_t{64} * 1024;
 
 /// Gives back room that growing left over, but for a little: the next rows that are added one by
 /// one shall find a place without all of them moving.
@@ -32,7 +32,7 @@ std::uint64_t CellStore::FirstVersion() {
   return next.fetch_add(kChangesOfOne);
 }
 
-void CellStore::Take(host::RowSet&& rows, std::size_t columns) {
+void CellStore::Take(host::RowSet&& rows, int columns) {
   ++version_;
   host::RowSet::Storage storage = std::move(rows).Release();
   for (Cell& cell : storage.cells) {
@@ -45,13 +45,13 @@ void CellStore::Take(host::RowSet&& rows, std::size_t columns) {
   } else {
     storage.cells.resize(storage.cells.size() / storage.columns * storage.columns);
     DropSlack(storage.cells);
-    cells_.Adopt(std::move(storage.cells), storage.columns);
+    cells_.Adopt(std::move(storage.cells), static_cast<int>(storage.columns));
   }
   cells_.SetWidth(columns);
   DropSlack(text_);
 }
 
-void CellStore::SetText(std::size_t row, std::size_t col, std::string_view text) {
+void CellStore::SetText(int row, int col, std::string_view text) {
   ++version_;
   const Cell cell = cells_.Get(row, col);
   if (text.size() <= cell.length) {
@@ -60,8 +60,7 @@ void CellStore::SetText(std::size_t row, std::size_t col, std::string_view text)
     Waste(cell.length - text.size());
     return;
   }
-  if (text.size() > kMostText - text_.size())
-    throw std::length_error("the grid's text is too long");
+  if (text.size() > kMaxText - text_.size()) throw std::length_error("the grid's text is too long");
   const Cell now{static_cast<std::uint32_t>(text_.size()), static_cast<std::uint32_t>(text.size())};
   if (text.size() > text_.capacity() - text_.size()) {
     const std::string kept(text);  // growing the buffer would pull a part of it away
@@ -74,7 +73,7 @@ void CellStore::SetText(std::size_t row, std::size_t col, std::string_view text)
   Waste(cell.length);
 }
 
-void CellStore::Erase(std::size_t at, std::size_t count) {
+void CellStore::Erase(int at, int count) {
   ++version_;
   if (count == Rows()) {
     std::string().swap(text_);
@@ -82,28 +81,28 @@ void CellStore::Erase(std::size_t at, std::size_t count) {
     return cells_.Erase(at, count);
   }
   std::size_t bytes = 0;
-  for (std::size_t row = at; row < at + count; ++row) bytes += BytesOf(row);
+  for (int row = at; row < at + count; ++row) bytes += BytesOf(row);
   cells_.Erase(at, count);
   Waste(bytes);
 }
 
-void CellStore::EraseAt(std::span<const std::uint32_t> rows) {
+void CellStore::EraseAt(RowSpan rows) {
   ++version_;
   std::size_t bytes = 0;
-  for (const std::uint32_t row : rows) bytes += BytesOf(row);
+  for (const int row : rows) bytes += BytesOf(row);
   cells_.EraseAt(rows);
   Waste(bytes);
 }
 
-std::size_t CellStore::BytesOf(std::size_t row) const {
+std::size_t CellStore::BytesOf(int row) const {
   std::size_t bytes = 0;
-  for (std::size_t col = 0; col < Columns(); ++col) bytes += cells_.Get(row, col).length;
+  for (int col = 0; col < Columns(); ++col) bytes += cells_.Get(row, col).length;
   return bytes;
 }
 
 void CellStore::Waste(std::size_t bytes) {
   wasted_ += bytes;
-  if (wasted_ > kLeastWaste && wasted_ > text_.size() / 2) Compact();
+  if (wasted_ > kMinWaste && wasted_ > text_.size() / 2) Compact();
 }
 
 void CellStore::Compact() {

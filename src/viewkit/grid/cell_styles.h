@@ -1,10 +1,8 @@
 #pragma once
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <span>
 #include <stdexcept>
 #include <vector>
 
@@ -20,47 +18,46 @@ struct CellStyle {
   friend bool operator==(const CellStyle&, const CellStyle&) = default;
 };
 
-/// The looks of a grid's cells, header included: each different style once, and a small number a
-/// cell as soon as one cell differs from the default.
+/// The looks of the cells of a grid's data rows: each different style once, and a small number a
+/// cell as soon as one cell differs from the default. Rows count from 0 without the header.
 class CellStyles {
  public:
-  [[nodiscard]] const CellStyle& Get(std::size_t row, std::size_t col) const {
-    return styles_[numbers_.Get(row, col)];
+  [[nodiscard]] const CellStyle& Get(int row, int col) const {
+    return ItemAt(styles_, numbers_.Get(row, col));
   }
   /// True when this changed anything. Throws `std::length_error` beyond 65,535 different styles.
-  bool Set(std::size_t row, std::size_t col, const CellStyle& style) {
+  bool Set(int row, int col, const CellStyle& style) {
     if (Get(row, col) == style) return false;
     numbers_.Set(row, NumberOf(style), col);
     return true;
   }
   /// All cells of the row from `first_col` on.
-  void SetRow(std::size_t row, std::size_t first_col, const CellStyle& style) {
+  void SetRow(int row, int first_col, const CellStyle& style) {
     const std::uint16_t number = NumberOf(style);
-    for (std::size_t col = first_col; col < numbers_.Width(); ++col) numbers_.Set(row, number, col);
+    for (int col = first_col; col < numbers_.Width(); ++col) numbers_.Set(row, number, col);
   }
   [[nodiscard]] bool AllDefault() const { return numbers_.IsBlank(); }
 
-  void SetColumns(std::size_t columns) { numbers_.SetWidth(columns); }
-  void Insert(std::size_t at, std::size_t count) { numbers_.Insert(at, count); }
-  void Erase(std::size_t at, std::size_t count) { numbers_.Erase(at, count); }
-  /// As `RowArray` does.
-  void InsertAt(std::span<const std::uint32_t> before, std::size_t offset) {
-    numbers_.InsertAt(before, offset);
+  void SetColumns(int columns) { numbers_.SetWidth(columns); }
+  // As `RowArray` does.
+  void Reset(int rows) {
+    numbers_.Reset(rows);
+    styles_.resize(1);
   }
-  void EraseAt(std::span<const std::uint32_t> rows, std::size_t offset) {
-    numbers_.EraseAt(rows, offset);
-  }
-  void CopyRow(std::size_t from, std::size_t to) { numbers_.CopyRow(from, to); }
+  void Insert(int at, int count) { numbers_.Insert(at, count); }
+  void Erase(int at, int count) { numbers_.Erase(at, count); }
+  void InsertAt(RowSpan before) { numbers_.InsertAt(before); }
+  void EraseAt(RowSpan rows) { numbers_.EraseAt(rows); }
+  void Reorder(RowSpan order, int first) { numbers_.Reorder(order, first); }
 
  private:
   std::uint16_t NumberOf(const CellStyle& style) {
     const auto known = std::find(styles_.begin(), styles_.end(), style);
-    const auto number = static_cast<std::size_t>(known - styles_.begin());
-    if (known != styles_.end()) return static_cast<std::uint16_t>(number);
+    const auto number = known - styles_.begin();
     if (number > std::numeric_limits<std::uint16_t>::max()) {
       throw std::length_error("too many different cell styles");
     }
-    styles_.push_back(style);
+    if (known == styles_.end()) styles_.push_back(style);
     return static_cast<std::uint16_t>(number);
   }
 

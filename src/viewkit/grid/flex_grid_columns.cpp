@@ -15,7 +15,7 @@ namespace tavrix::viewkit {
 namespace {
 
 constexpr int kWidestColumn = 30'000;  // by sizing to the content
-constexpr int kMostWidth = 1'000'000;  // at all, so that the widths can be added up
+constexpr int kMaxWidth = 1'000'000;   // at all, so that the widths can be added up
 /// Deeper levels are drawn no further to the right.
 constexpr int kDeepestIndent = 100;
 
@@ -36,58 +36,58 @@ Alignment AlignmentOf(char sign) {
 }  // namespace
 
 int FlexGrid::ColWidth(int col) const {
-  return state_->At(col).width;
+  return state_->columns.At(col).width;
 }
 
 void FlexGrid::SetColWidth(int col, int width) {
-  width = width < 0 ? State::kDefaultColWidth : std::min(width, kMostWidth);
+  width = width < 0 ? GridColumns::kDefaultWidth : std::min(width, kMaxWidth);
   if (ColWidth(col) == width) return;
   Update([&](State& s) {
-    s.At(col).width = width;
-    s.pending.columns = s.pending.settle = true;
+    s.columns.At(col).width = width;
+    s.changes.Columns();
   });
 }
 
 bool FlexGrid::ColHidden(int col) const {
-  return state_->At(col).hidden;
+  return state_->columns.At(col).hidden;
 }
 
 void FlexGrid::SetColHidden(int col, bool hidden) {
   if (ColHidden(col) == hidden) return;
   Update([&](State& s) {
-    s.At(col).hidden = hidden;
-    s.pending.columns = s.pending.settle = true;
+    s.columns.At(col).hidden = hidden;
+    s.changes.Columns();
   });
 }
 
 Alignment FlexGrid::ColAlignment(int col) const {
-  return state_->At(col).alignment;
+  return state_->columns.At(col).alignment;
 }
 
 void FlexGrid::SetColAlignment(int col, Alignment alignment) {
   CheckAlignment(alignment);
   if (ColAlignment(col) == alignment) return;
   Update([&](State& s) {
-    s.At(col).alignment = alignment;
-    s.pending.columns = true;
+    s.columns.At(col).alignment = alignment;
+    s.changes.columns = true;
   });
 }
 
 Alignment FlexGrid::FixedAlignment(int col) const {
-  return state_->At(col).fixed_alignment;
+  return state_->columns.At(col).fixed_alignment;
 }
 
 void FlexGrid::SetFixedAlignment(int col, Alignment alignment) {
   CheckAlignment(alignment);
   if (FixedAlignment(col) == alignment) return;
   Update([&](State& s) {
-    s.At(col).fixed_alignment = alignment;
-    s.pending.columns = true;
+    s.columns.At(col).fixed_alignment = alignment;
+    s.changes.columns = true;
   });
 }
 
 ColumnType FlexGrid::ColDataType(int col) const {
-  return state_->At(col).type;
+  return state_->columns.At(col).type;
 }
 
 void FlexGrid::SetColDataType(int col, ColumnType type) {
@@ -96,32 +96,32 @@ void FlexGrid::SetColDataType(int col, ColumnType type) {
   if (number < 0 || number > kLast) throw std::out_of_range("no such type of a column");
   if (ColDataType(col) == type) return;
   Update([&](State& s) {
-    s.At(col).type = type;
-    s.ContentChanged();
+    s.columns.At(col).type = type;
+    s.changes.Content();
   });
 }
 
 const std::string& FlexGrid::ColFormat(int col) const {
-  return state_->At(col).format;
+  return state_->columns.At(col).format;
 }
 
 void FlexGrid::SetColFormat(int col, std::string format) {
   if (ColFormat(col) == format) return;
   Update([&](State& s) {
-    s.At(col).format = std::move(format);
-    s.ContentChanged();
+    s.columns.At(col).format = std::move(format);
+    s.changes.Content();
   });
 }
 
 bool FlexGrid::MergeCol(int col) const {
-  return state_->At(col).merge;
+  return state_->columns.At(col).merge;
 }
 
 void FlexGrid::SetMergeCol(int col, bool merge) {
   if (MergeCol(col) == merge) return;
   Update([&](State& s) {
-    s.At(col).merge = merge;
-    s.pending.columns = true;
+    s.columns.At(col).merge = merge;
+    s.changes.columns = true;
   });
 }
 
@@ -138,45 +138,43 @@ void FlexGrid::SetFormatString(std::string_view format) {
         SetColAlignment(col, AlignmentOf(title[0]));
         title.remove_prefix(1);
       }
-      SetColWidth(col, s.measure->Width(title, false) + kBeside);
-      if (s.Fixed() > 0) SetTextMatrix(0, col, host::Trimmed(title));
+      SetColWidth(col, s.viewport.Measure().Width(title, false) + kBeside);
+      if (s.rows.Fixed() > 0) SetTextMatrix(0, col, host::Trimmed(title));
     }
   });
 }
 
 void FlexGrid::AutoSize(int col) {
-  State& s = *state_;
-  s.CheckCol(col);
-  int widest = 0;
-  const auto measure = [&](int row, int extra) {
-    const int text = s.measure->Width(DisplayText(row, col), CellFontBold(row, col));
-    widest = std::max(widest, text + extra);
-  };
-  const bool outlined = s.look.outline_bar != 0 && col == s.outline_col;
+  const State& s = *state_;
+  s.columns.Check(col);
+  const TextMeasure& measure = s.viewport.Measure();
+  const bool outlined = s.look.outline_bar != 0 && col == s.columns.Outline();
   const auto indent = [&](int row) {
-    const int data = row - s.Fixed();
-    if (!outlined || !s.outline.IsNode(data)) return 0;
-    return (std::min(s.outline.Level(data), kDeepestIndent) + 1) * grid_metrics::kOutlineIndent;
+    if (!outlined || !IsNode(row)) return 0;
+    return (std::min(RowOutlineLevel(row), kDeepestIndent) + 1) * grid_metrics::kOutlineIndent;
+  };
+  int widest = 0;
+  const auto fit = [&](int row) {
+    const int text = measure.Width(s.DisplayText(row, col), CellFontBold(row, col));
+    widest = std::max(widest, text + indent(row));
   };
 
-  for (int row = 0; row < s.Fixed(); ++row) measure(row, 0);
-  WidestTexts widest_texts(*s.measure);
-  const bool formatted = !s.At(col).format.empty();
-  const bool plain = s.styles.AllDefault();
-  const int rows = s.Rows();
-  for (int row = s.Fixed(); row < rows; ++row) {
+  for (int row = 0; row < s.rows.Fixed(); ++row) fit(row);
+  WidestTexts widest_texts(measure);
+  const bool formatted = !ColFormat(col).empty();
+  const bool plain = s.rows.HasPlainStyles();
+  const int rows = s.rows.Rows();
+  for (int row = s.rows.Fixed(); row < rows; ++row) {
     const bool bold = !plain && CellFontBold(row, col);
     if (formatted) {
-      widest_texts.Offer(row, DisplayText(row, col), indent(row), bold);
+      widest_texts.Offer(row, s.DisplayText(row, col), indent(row), bold);
     } else {
-      widest_texts.Offer(row, s.DataText(row - s.Fixed(), col), indent(row), bold);
+      widest_texts.Offer(row, s.rows.Text(row, col), indent(row), bold);
     }
   }
-  for (const auto& candidate : widest_texts.Candidates()) {
-    measure(candidate.row, indent(candidate.row));
-  }
+  for (const auto& candidate : widest_texts.Candidates()) fit(candidate.row);
   SetColWidth(col, std::min(widest + kBeside, kWidestColumn));
-  s.At(col).fitted = ColWidth(col);
+  state_->columns.At(col).fitted = ColWidth(col);
 }
 
 }  // namespace tavrix::viewkit

@@ -6,18 +6,6 @@
 
 namespace tavrix::viewkit {
 
-const CellStyle& FlexGrid::State::StyleAt(int any_row, int any_col) const {
-  CheckRow(any_row);
-  CheckCol(any_col);
-  return styles.Get(static_cast<std::size_t>(any_row), static_cast<std::size_t>(any_col));
-}
-
-void FlexGrid::State::SetStyle(int any_row, int any_col, const CellStyle& style) {
-  const bool changed =
-      styles.Set(static_cast<std::size_t>(any_row), static_cast<std::size_t>(any_col), style);
-  if (changed) RowChanged(any_row);
-}
-
 const FlexGrid::Look& FlexGrid::GetLook() const {
   return state_->look;
 }
@@ -26,20 +14,35 @@ void FlexGrid::SetLook(const Look& look) {
   if (look == state_->look) return;
   Update([&](State& s) {
     s.look = look;
-    s.ContentChanged();
+    s.changes.Content();
+  });
+}
+
+const CellStyle& FlexGrid::StyleAt(int row, int col) const {
+  state_->rows.CheckRow(row);
+  state_->columns.Check(col);
+  return state_->rows.Style(row, col);
+}
+
+template <class Field>
+void FlexGrid::SetStyle(int row, int col, Field CellStyle::*field, Field value) {
+  CellStyle style = StyleAt(row, col);
+  style.*field = value;
+  Update([&](State& s) {
+    if (s.rows.SetStyle(row, col, style)) s.changes.Row(row);
   });
 }
 
 Color FlexGrid::CellForeColor(int row, int col) const {
-  return state_->StyleAt(row, col).fore;
+  return StyleAt(row, col).fore;
 }
 
 Color FlexGrid::CellBackColor(int row, int col) const {
-  return state_->StyleAt(row, col).back;
+  return StyleAt(row, col).back;
 }
 
 bool FlexGrid::CellFontBold(int row, int col) const {
-  return state_->StyleAt(row, col).bold;
+  return StyleAt(row, col).bold;
 }
 
 std::optional<Color> FlexGrid::CellForeColor(int row1, int col1, int row2, int col2) const {
@@ -49,51 +52,42 @@ std::optional<Color> FlexGrid::CellForeColor(int row1, int col1, int row2, int c
   const auto [left, right] = std::minmax(col1, col2);
   for (int row = top; row <= bottom; ++row) {
     for (int col = left; col <= right; ++col) {
-      const auto place = static_cast<std::size_t>(row);
-      if (state_->styles.Get(place, static_cast<std::size_t>(col)).fore != color)
-        return std::nullopt;
+      if (state_->rows.Style(row, col).fore != color) return std::nullopt;
     }
   }
   return color;
 }
 
 void FlexGrid::SetCellForeColor(int row, int col, Color color) {
-  CellStyle style = state_->StyleAt(row, col);
-  style.fore = color;
-  Update([&](State& s) { s.SetStyle(row, col, style); });
+  SetStyle(row, col, &CellStyle::fore, color);
 }
 
 void FlexGrid::SetCellBackColor(int row, int col, Color color) {
-  CellStyle style = state_->StyleAt(row, col);
-  style.back = color;
-  Update([&](State& s) { s.SetStyle(row, col, style); });
+  SetStyle(row, col, &CellStyle::back, color);
 }
 
 void FlexGrid::SetCellFontBold(int row, int col, bool bold) {
-  CellStyle style = state_->StyleAt(row, col);
-  style.bold = bold;
-  Update([&](State& s) { s.SetStyle(row, col, style); });
+  SetStyle(row, col, &CellStyle::bold, bold);
 }
 
 void FlexGrid::SetTextMeasure(const TextMeasure* measure) {
-  const bool first_font = state_->measure == &PlainTextMeasure();
   Update([&](State& s) {
-    s.measure = measure == nullptr ? &PlainTextMeasure() : measure;
-    s.StructureChanged();
-    if (first_font && s.measure != &PlainTextMeasure()) RefitColumns();
+    const bool first_font = s.viewport.SetMeasure(measure);
+    s.changes.Structure();
+    if (first_font) RefitColumns();
   });
 }
 
 /// A host may load a view before it gives it a window, and with it a font.
 void FlexGrid::RefitColumns() {
   for (int col = 0; col < Cols(); ++col) {
-    const State::Column& column = state_->At(col);
+    const GridColumns::Column& column = state_->columns.At(col);
     if (column.fitted > 0 && column.fitted == column.width) AutoSize(col);
   }
 }
 
 const TextMeasure& FlexGrid::Measure() const {
-  return *state_->measure;
+  return state_->viewport.Measure();
 }
 
 }  // namespace tavrix::viewkit

@@ -1,77 +1,71 @@
 // Rows: heights, hidden rows, the outline.
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "viewkit/grid/flex_grid_state.h"
 #include "viewkit/grid/number_format.h"
 
 namespace tavrix::viewkit {
 
-int FlexGrid::RowHeight(int row) const {
-  state_->CheckRow(row);
-  return state_->Height(row);
-}
-
 namespace {
 
 std::uint16_t StoredHeight(int height) {
-  constexpr int kHighest = 32'000;
-  return static_cast<std::uint16_t>(std::clamp(height, 0, kHighest));
+  constexpr int kMaxHeight = 32'000;
+  return static_cast<std::uint16_t>(std::clamp(height, 0, kMaxHeight));
 }
 
 }  // namespace
 
+int FlexGrid::RowHeight(int row) const {
+  state_->rows.CheckRow(row);
+  return state_->viewport.RowHeight(row);
+}
+
 void FlexGrid::SetRowHeight(int row, int height) {
-  state_->CheckRow(row);
-  const auto place = static_cast<std::size_t>(row);
+  state_->rows.CheckRow(row);
   const std::uint16_t set = StoredHeight(height);
-  if (state_->heights.Get(place) == set) return;
+  if (state_->rows.StoredHeight(row) == set) return;
   Update([&](State& s) {
-    s.heights.Set(place, set);
-    s.ContentChanged();
+    s.rows.SetStoredHeight(row, set);
+    s.changes.Content();
   });
 }
 
 void FlexGrid::SetDataRowHeights(int height) {
   if (Rows() == FixedRows()) return;
-  const bool alike = state_->heights.IsBlank();
+  const bool alike = state_->rows.HasDefaultHeights();
   const std::uint16_t set = StoredHeight(height);
-  if (alike && (set == State::kDefaultHeightMark || set == RowHeight(FixedRows()))) return;
+  if (alike && (set == GridRows::kDefaultHeight || set == RowHeight(FixedRows()))) return;
   Update([&](State& s) {
-    std::ranges::fill(s.heights.All().subspan(s.header.size()), set);
-    s.StructureChanged();
+    s.rows.SetDataHeights(set);
+    s.changes.Structure();
   });
 }
 
 int FlexGrid::RowHeightMin() const {
-  return state_->row_height_min;
+  return state_->viewport.RowHeightMin();
 }
 
 void FlexGrid::SetRowHeightMin(int height) {
   height = std::max(height, 0);
   if (height == RowHeightMin()) return;
   Update([height](State& s) {
-    s.row_height_min = height;
-    s.StructureChanged();
+    s.viewport.SetRowHeightMin(height);
+    s.changes.Structure();
   });
 }
 
 bool FlexGrid::RowHidden(int row) const {
-  const State& s = *state_;
-  s.CheckRow(row);
-  if (row < s.Fixed()) return s.header[static_cast<std::size_t>(row)].hidden;
-  return s.outline.IsHidden(row - s.Fixed());
+  state_->rows.CheckRow(row);
+  return state_->rows.Hidden(row);
 }
 
 void FlexGrid::SetRowHidden(int row, bool hidden) {
   if (RowHidden(row) == hidden) return;
   Update([&](State& s) {
-    if (row < s.Fixed()) {
-      s.header[static_cast<std::size_t>(row)].hidden = hidden;
-    } else {
-      s.outline.SetHidden(row - s.Fixed(), hidden);
-    }
-    s.ContentChanged();
+    s.rows.SetHidden(row, hidden);
+    s.changes.Content();
   });
 }
 
@@ -80,175 +74,150 @@ bool FlexGrid::IsSubtotal(int row) const {
 }
 
 bool FlexGrid::IsNode(int row) const {
-  state_->CheckRow(row);
-  return row >= state_->Fixed() && state_->outline.IsNode(row - state_->Fixed());
+  state_->rows.CheckRow(row);
+  return state_->rows.IsNode(row);
 }
 
 void FlexGrid::SetIsSubtotal(int row, bool node) {
-  state_->CheckDataRow(row);
+  state_->rows.CheckDataRow(row);
   const bool ends_total = !node && IsTotalRow(row);
   if (IsNode(row) == node && !ends_total) return;
   Update([&](State& s) {
-    s.outline.SetNode(row - s.Fixed(), node);
-    if (ends_total) {
-      s.outline.SetTotal(row - s.Fixed(), 0);
-      s.totals.RowsRedefined();
-    }
-    s.ContentChanged();
+    const int data = row - s.rows.Fixed();
+    s.rows.Outline().SetNode(data, node);
+    if (ends_total) s.totals.MakePlain(data);
+    s.changes.Content();
   });
 }
 
 int FlexGrid::RowOutlineLevel(int row) const {
-  state_->CheckRow(row);
-  return row < state_->Fixed() ? 0 : state_->outline.Level(row - state_->Fixed());
+  state_->rows.CheckRow(row);
+  return row < FixedRows() ? 0 : state_->rows.Outline().Level(row - FixedRows());
 }
 
 void FlexGrid::SetRowOutlineLevel(int row, int level) {
-  state_->CheckDataRow(row);
+  state_->rows.CheckDataRow(row);
   Update([&](State& s) {
-    if (s.outline.SetLevel(row - s.Fixed(), level)) s.ContentChanged();
+    if (s.rows.Outline().SetLevel(row - s.rows.Fixed(), level)) s.changes.Content();
   });
 }
 
 void FlexGrid::ClearOutline() {
   Update([](State& s) {
-    s.outline.Clear();
-    s.StructureChanged();
+    s.rows.Outline().Clear();
+    s.changes.Structure();
   });
 }
 
 int FlexGrid::SetOutlineFromColumn(int col) {
-  state_->CheckCol(col);
+  state_->columns.Check(col);
   int deepest = -1;
   Update([&](State& s) {
-    const auto column = static_cast<std::size_t>(col);
-    s.outline.MakeNodes([&](std::size_t row) {
-      if (s.outline.Total(static_cast<int>(row)) != 0) return 0;
-      const double number = CellNumber(s.cells.Text(row, column)) - 1;
+    OutlineRows& outline = s.rows.Outline();
+    outline.MakeNodes([&](int data) {
+      if (outline.Total(data) != 0) return 0;
+      const double number = CellNumber(s.rows.DataText(data, col)) - 1;
       const int level = static_cast<int>(std::clamp<double>(number, 0, OutlineRows::kDeepest));
       deepest = std::max(deepest, level);
       return level;
     });
-    s.outline.FitTotals(false);
-    s.StructureChanged();
+    outline.FitTotals(false);
+    s.changes.Structure();
   });
   return deepest;
 }
 
 bool FlexGrid::IsCollapsed(int row) const {
-  state_->CheckRow(row);
-  return row >= state_->Fixed() && state_->outline.IsCollapsed(row - state_->Fixed());
+  state_->rows.CheckRow(row);
+  return state_->rows.IsCollapsed(row);
 }
 
 void FlexGrid::SetCollapsed(int row, bool collapsed) {
-  state_->CheckRow(row);
-  if (row < state_->Fixed()) return;
-  Update([&](State& s) {
-    if (!s.outline.SetCollapsed(row - s.Fixed(), collapsed)) return;
-    if (collapsed && s.row > row && s.row <= LastRowOfNode(row)) {
-      s.MakeCurrent(row, State::Pick::kOnly);
-    }
-    s.pending.collapsed.push_back(row);
-    s.RowsCameOrWent();
-  });
+  state_->rows.CheckRow(row);
+  if (row < FixedRows()) return;
+  Update([&](State& s) { s.SetCollapsed(row, collapsed); });
 }
 
 void FlexGrid::Outline(int level) {
   Update([level](State& s) {
-    if (!s.outline.CollapseTo(level)) return;
-    if (s.pending.collapsed.empty() || s.pending.collapsed.back() != -1) {
-      s.pending.collapsed.push_back(-1);
-    }
-    s.StructureChanged();
+    if (!s.rows.Outline().CollapseTo(level)) return;
+    std::vector<int>& collapsed = s.changes.collapsed;
+    if (collapsed.empty() || collapsed.back() != -1) collapsed.push_back(-1);
+    s.changes.Structure();
   });
 }
 
 int FlexGrid::OutlineCol() const {
-  return state_->outline_col;
+  return state_->columns.Outline();
 }
 
 void FlexGrid::SetOutlineCol(int col) {
-  state_->CheckCol(col);
+  state_->columns.Check(col);
   if (col == OutlineCol()) return;
   Update([col](State& s) {
-    s.outline_col = col;
-    s.ContentChanged();
+    s.columns.SetOutline(col);
+    s.changes.Content();
   });
 }
 
 int FlexGrid::ParentRow(int row) const {
-  const State& s = *state_;
-  s.CheckRow(row);
-  if (row < s.Fixed()) return -1;
-  const int parent = s.outline.Parent(row - s.Fixed());
-  return parent < 0 ? -1 : parent + s.Fixed();
+  state_->rows.CheckRow(row);
+  return state_->rows.Parent(row);
 }
 
 int FlexGrid::FirstChildRow(int row) const {
-  const State& s = *state_;
-  s.CheckRow(row);
-  if (row < s.Fixed()) return -1;
-  const int child = s.outline.FirstChild(row - s.Fixed());
-  return child < 0 ? -1 : child + s.Fixed();
+  state_->rows.CheckRow(row);
+  const int fixed = FixedRows();
+  const int child = row < fixed ? -1 : state_->rows.Outline().FirstChild(row - fixed);
+  return child < 0 ? -1 : child + fixed;
 }
 
 int FlexGrid::LastRowOfNode(int row) const {
-  const State& s = *state_;
-  s.CheckRow(row);
-  return row < s.Fixed() ? row : s.outline.LastOfNode(row - s.Fixed()) + s.Fixed();
+  state_->rows.CheckRow(row);
+  return state_->rows.LastOfNode(row);
 }
 
 int FlexGrid::ChildCount(int row) const {
-  state_->CheckRow(row);
-  return row < state_->Fixed() ? 0 : state_->outline.ChildCount(row - state_->Fixed());
+  state_->rows.CheckRow(row);
+  return row < FixedRows() ? 0 : state_->rows.Outline().ChildCount(row - FixedRows());
 }
 
 bool FlexGrid::HasRowsBelow(int row) const {
-  state_->CheckRow(row);
-  return row >= state_->Fixed() && state_->outline.HasRowsBelow(row - state_->Fixed());
+  state_->rows.CheckRow(row);
+  return state_->rows.HasRowsBelow(row);
 }
 
 void FlexGrid::RemoveNode(int row) {
-  state_->CheckDataRow(row);
+  state_->rows.CheckDataRow(row);
   const int last = LastRowOfNode(row);
-  Update([&](State& s) { s.EraseRows(row - s.Fixed(), last - row + 1); });
+  Update([&](State& s) { s.EraseRows(row - s.rows.Fixed(), last - row + 1); });
 }
 
 bool FlexGrid::IsShown(int row) const {
-  const State& s = *state_;
-  s.CheckRow(row);
-  return row < s.Fixed() ? !RowHidden(row) : s.outline.IsShown(row - s.Fixed());
+  state_->rows.CheckRow(row);
+  return state_->rows.IsShown(row);
 }
 
 int FlexGrid::ShownRows() const {
-  return state_->outline.ShownCount();
+  return state_->rows.Outline().ShownCount();
 }
 
 int FlexGrid::ShownPosition(int row) const {
-  const State& s = *state_;
-  s.CheckRow(row);
-  if (row < s.Fixed() || !IsShown(row)) return -1;
-  return s.outline.ShownBefore(row - s.Fixed());
+  const bool shown = IsShown(row) && row >= FixedRows();
+  return shown ? state_->rows.ShownBefore(row) : -1;
 }
 
 int FlexGrid::RowAtShownPosition(int position) const {
-  const State& s = *state_;
   if (position < 0 || position >= ShownRows()) throw std::out_of_range("no such shown row");
-  return s.outline.ShownAt(position) + s.Fixed();
+  return state_->rows.ShownAt(position);
 }
 
 int FlexGrid::NextShownRow(int row) const {
-  const State& s = *state_;
-  const int from = std::clamp(row + 1 - s.Fixed(), 0, s.DataRows());
-  const int position = s.outline.ShownBefore(from);
-  return position < ShownRows() ? RowAtShownPosition(position) : -1;
+  return state_->rows.NextShown(row);
 }
 
 int FlexGrid::PreviousShownRow(int row) const {
-  const State& s = *state_;
-  const int to = std::clamp(row - s.Fixed(), 0, s.DataRows());
-  const int position = s.outline.ShownBefore(to) - 1;
-  return position < 0 ? -1 : RowAtShownPosition(position);
+  return state_->rows.PreviousShown(row);
 }
 
 }  // namespace tavrix::viewkit

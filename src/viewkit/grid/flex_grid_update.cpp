@@ -1,7 +1,5 @@
 // Change notices and events: collected during an update, sent and raised at its end.
 
-#include <algorithm>
-#include <array>
 #include <utility>
 
 #include "viewkit/grid/flex_grid_state.h"
@@ -16,50 +14,32 @@ void FlexGrid::EndUpdate() {
   if (state_->updates > 0) state_->End();
 }
 
-void FlexGrid::State::RowChanged(int changed) {
-  const bool first = pending.first_row < 0;
-  pending.first_row = first ? changed : std::min(pending.first_row, changed);
-  pending.last_row = std::max(pending.last_row, changed);
-}
-
 void FlexGrid::State::Begin() {
-  if (updates++ > 0) return;
-  pending.row = row;
-  pending.col = col;
-  pending.top = top;
-  pending.left = left;
-  pending.selection_version = selection_version;
+  if (updates++ == 0) before = Now();
 }
 
 void FlexGrid::State::End() {
   if (--updates == 0) Flush();
 }
 
-/// What is scrolled may have got shorter. Left undone after changes of single rows, which come in
-/// long loops.
-void FlexGrid::State::Settle() {
-  if (top > Fixed()) top = TopFor(top);
-  top = std::max(top, Fixed());
-  left = LeftFor(left);
-}
-
 bool FlexGrid::State::SettlePeer() {
-  const std::weak_ptr<State> alive = grid.state_;
-  if (Peer* peer = grid.GetPeer()) peer->Settle();
+  const std::weak_ptr<State> alive = owner.state_;
+  if (Peer* peer = owner.GetPeer()) peer->Settle();
   return !alive.expired();
 }
 
 void FlexGrid::State::Flush() {
-  if (pending.settle) Settle();
-  const std::weak_ptr<State> alive = grid.state_;
-  const Pending done = std::exchange(pending, {});
-  const bool cell_moved = done.row != row || done.col != col;
-  const bool selected = done.selection_version != selection_version;
-  const bool scrolled = done.top != top || done.left != left;
+  if (changes.settle) viewport.Settle();
+  const std::weak_ptr<State> alive = owner.state_;
+  const GridChanges done = std::exchange(changes, {});
+  const Before now = Now();
+  const bool cell_moved = before.row != now.row || before.col != now.col;
+  const bool selected = before.selection_version != now.selection_version;
+  const bool scrolled = before.top != now.top || before.left != now.left;
 
-  FlexGrid& owner = grid;
+  FlexGrid& sender = owner;
   const auto tell = [&](bool due, const Change& change) {
-    if (due && !alive.expired()) owner.Notify(change);
+    if (due && !alive.expired()) sender.Notify(change);
   };
   const auto raise = [&](bool due, const Event<>& event) {
     if (due && !alive.expired()) event.Raise();
@@ -73,11 +53,11 @@ void FlexGrid::State::Flush() {
   tell(part && (selected || cell_moved), {Change::Kind::kSelection});
 
   for (const int node : done.collapsed) {
-    if (!alive.expired()) owner.AfterCollapse.Raise(node);
+    if (!alive.expired()) sender.AfterCollapse.Raise(node);
   }
-  raise(cell_moved, owner.RowColChange);
-  raise(selected, owner.SelChange);
-  raise(scrolled, owner.AfterScroll);
+  raise(cell_moved, sender.RowColChange);
+  raise(selected, sender.SelChange);
+  raise(scrolled, sender.AfterScroll);
 }
 
 }  // namespace tavrix::viewkit

@@ -16,8 +16,8 @@ bool Contains(const std::vector<int>& cols, int col) {
 void NumberTotals::Rescale(int decimals) {
   const double factor = PowerOfTen(decimals - decimals_);
   sum_ *= factor;
-  least_ *= factor;
-  most_ *= factor;
+  min_ *= factor;
+  max_ *= factor;
   decimals_ = decimals;
 }
 
@@ -33,9 +33,9 @@ Decimal NumberTotals::Result(SubtotalFunction function, const Decimal& whole) co
     case SubtotalFunction::kAverage:
       return {Sum().Value() / static_cast<double>(count_)};
     case SubtotalFunction::kMax:
-      return {most_, decimals_};
+      return {max_, decimals_};
     case SubtotalFunction::kMin:
-      return {least_, decimals_};
+      return {min_, decimals_};
     case SubtotalFunction::kNone:
     case SubtotalFunction::kClear:
       break;
@@ -46,10 +46,9 @@ Decimal NumberTotals::Result(SubtotalFunction function, const Decimal& whole) co
 template <class Visit>
 void GridTotals::ForEachRow(Visit&& visit) const {
   const std::span<const std::uint16_t> totals = outline_.Totals();
-  const auto rows = static_cast<std::uint32_t>(cells_.Rows());
-  std::uint32_t place = 0;
-  for (std::uint32_t row = 0; row < rows; ++row) {
-    if (totals.empty() || totals[row] == 0) visit(row, place++);
+  int place = 0;
+  for (int row = 0; row < cells_.Rows(); ++row) {
+    if (totals.empty() || ItemAt(totals, row) == 0) visit(row, place++);
   }
 }
 
@@ -65,7 +64,7 @@ void GridTotals::Refresh() {
   numbers_.clear();
   const auto totals = outline_.Totals();
   std::erase_if(levels_, [&](const Level& level) {
-    const auto outside = [&](int col) { return col >= static_cast<int>(cells_.Columns()); };
+    const auto outside = [&](int col) { return col >= cells_.Columns(); };
     return std::any_of(level.cols.begin(), level.cols.end(), outside) ||
            std::find(totals.begin(), totals.end(), level.mark) == totals.end();
   });
@@ -115,22 +114,22 @@ void GridTotals::FindEnds(Level& level) const {
   std::vector<int> cols = level.cols;
   if (outer != nullptr) std::erase_if(cols, [&](int col) { return Contains(outer->cols, col); });
   std::vector<std::string_view> texts(cols.size());  // of the row before
-  const auto differs = [&](std::uint32_t row) {
+  const auto differs = [&](int row) {
     bool other = false;
-    for (std::size_t i = 0; i < cols.size(); ++i) {
-      const std::string_view text = cells_.Text(row, static_cast<std::size_t>(cols[i]));
-      if (text == texts[i]) continue;
-      texts[i] = text;
-      other = true;
+    auto before = texts.begin();
+    for (const int col : cols) {
+      const std::string_view text = cells_.Text(row, col);
+      other = other || text != *before;
+      *before++ = text;
     }
     return other;
   };
-  std::vector<std::uint32_t> ends;
-  std::size_t known = 0;
-  std::uint32_t count = 0;
-  ForEachRow([&](std::uint32_t row, std::uint32_t place) {
+  std::vector<int> ends;
+  int known = 0;
+  int count = 0;
+  ForEachRow([&](int row, int place) {
     const bool own_end = differs(row);
-    const bool outer_end = place > 0 && outer != nullptr && outer->ends[known] == place;
+    const bool outer_end = place > 0 && outer != nullptr && ItemAt(outer->ends, known) == place;
     if (outer_end) ++known;
     if (place > 0 && (outer_end || own_end)) ends.push_back(place);
     count = place + 1;
@@ -161,25 +160,25 @@ GridTotals::Level& GridTotals::LevelOf(const SubtotalOptions& options, bool abov
 GridTotals::Sites GridTotals::FindSites(const Level& level) const {
   const std::span<const std::uint16_t> totals = outline_.Totals();
   const std::uint16_t own = level.mark;
-  const auto rows = static_cast<std::uint32_t>(cells_.Rows());
-  const auto mark = [&](std::uint32_t row) { return totals.empty() ? 0 : totals[row]; };
+  const int rows = cells_.Rows();
+  const auto mark = [&](int row) { return totals.empty() ? 0 : ItemAt(totals, row); };
   Sites sites;
-  std::size_t group = 0;
-  const auto add = [&](std::uint32_t before, bool exists, std::uint32_t row) {
+  int group = 0;
+  const auto add = [&](int before, bool exists, int row) {
     sites.before.push_back(before);
     if (exists) sites.existing.push_back(row);
   };
-  ForEachRow([&](std::uint32_t row, std::uint32_t place) {
-    if (group == level.ends.size()) return;
-    const bool first = place == (group == 0 ? 0 : level.ends[group - 1]);
-    const bool last = place + 1 == level.ends[group];
+  ForEachRow([&](int row, int place) {
+    if (group == CountOf(level.ends)) return;
+    const bool first = place == (group == 0 ? 0 : ItemAt(level.ends, group - 1));
+    const bool last = place + 1 == ItemAt(level.ends, group);
     // Totals of inner groups stand nearer to the rows.
     if (level.above && first) {
-      std::uint32_t before = row;
+      int before = row;
       while (before > 0 && mark(before - 1) > own) --before;
       add(before, before > 0 && mark(before - 1) == own, before - 1);
     } else if (!level.above && last) {
-      std::uint32_t after = row + 1;
+      int after = row + 1;
       while (after < rows && mark(after) > own) ++after;
       add(after, after < rows && mark(after) == own, after);
     }
@@ -200,10 +199,9 @@ const GridTotals::Numbers& GridTotals::NumbersOf(int col) {
   if (known != numbers_.end()) return *known;
   Numbers& numbers = numbers_.emplace_back();
   numbers.col = col;
-  numbers.units.reserve(cells_.Rows());
-  const auto column = static_cast<std::size_t>(col);
-  ForEachRow([&](std::uint32_t row, std::uint32_t) {
-    const std::string_view text = cells_.Text(row, column);
+  numbers.units.reserve(SizeOf(cells_.Rows()));
+  ForEachRow([&](int row, int) {
+    const std::string_view text = cells_.Text(row, col);
     if (text.empty()) return numbers.units.push_back(std::nan(""));
     const Decimal number = ReadDecimal(text);
     if (number.decimals > numbers.decimals) {

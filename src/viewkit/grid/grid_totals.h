@@ -1,15 +1,13 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <span>
 #include <string>
 #include <vector>
 
 #include "viewkit/grid/cell_store.h"
 #include "viewkit/grid/decimal.h"
-#include "viewkit/grid/flex_grid.h"
+#include "viewkit/grid/grid_types.h"
 #include "viewkit/grid/outline_rows.h"
 
 namespace tavrix::viewkit {
@@ -27,8 +25,8 @@ class NumberTotals {
   /// A number of the power of ten that this has now.
   void AddUnits(double units) {
     sum_ += units;
-    least_ = units < least_ ? units : least_;
-    most_ = units > most_ ? units : most_;
+    min_ = units < min_ ? units : min_;
+    max_ = units > max_ ? units : max_;
     ++count_;
   }
   [[nodiscard]] Decimal Sum() const { return {sum_, decimals_}; }
@@ -40,8 +38,8 @@ class NumberTotals {
 
   int decimals_;
   double sum_ = 0;
-  double least_ = std::numeric_limits<double>::infinity();
-  double most_ = -std::numeric_limits<double>::infinity();
+  double min_ = std::numeric_limits<double>::infinity();
+  double max_ = -std::numeric_limits<double>::infinity();
   std::int64_t count_ = 0;
 };
 
@@ -56,8 +54,8 @@ class GridTotals {
     SubtotalOptions options;  ///< of the last call
     bool above = false;
     std::vector<int> cols;            ///< the columns in which the rows of a group agree
-    std::vector<std::uint32_t> ends;  ///< the place after the last row of each group
-    std::vector<std::uint32_t> rows;  ///< the row of totals of each group; none as long as unknown
+    std::vector<int> ends;            ///< the place after the last row of each group
+    RowList rows;                     ///< the row of totals of each group; none as long as unknown
     std::uint16_t mark = kWholeGrid;  ///< of its rows in the outline; greater for inner groups
     bool texts_stand = false;         ///< its rows show the groups' texts as they are now
   };
@@ -85,8 +83,8 @@ class GridTotals {
   /// Where the rows of totals of a level stand, or belong: for each group the row in front of which
   /// one must be put in, and the row that is there already.
   struct Sites {
-    std::vector<std::uint32_t> before;
-    std::vector<std::uint32_t> existing;
+    RowList before;
+    RowList existing;
   };
   [[nodiscard]] Sites FindSites(const Level& level) const;
   /// All levels but this one no longer know their rows: some have been put in.

@@ -2,49 +2,55 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 
 namespace tavrix::viewkit {
 
 void OutlineRows::Reset(int rows) {
-  marks_.Reset(static_cast<std::size_t>(rows));
-  flags_.Reset(static_cast<std::size_t>(rows));
-  totals_.Reset(static_cast<std::size_t>(rows));
+  marks_.Reset(rows);
+  flags_.Reset(rows);
+  totals_.Reset(rows);
   ChangedFrom(0);
 }
 
 void OutlineRows::Insert(int at, int count) {
-  marks_.Insert(static_cast<std::size_t>(at), static_cast<std::size_t>(count));
-  flags_.Insert(static_cast<std::size_t>(at), static_cast<std::size_t>(count));
-  totals_.Insert(static_cast<std::size_t>(at), static_cast<std::size_t>(count));
-  ChangedFrom(static_cast<std::size_t>(at));
+  marks_.Insert(at, count);
+  flags_.Insert(at, count);
+  totals_.Insert(at, count);
+  ChangedFrom(at);
 }
 
 void OutlineRows::Erase(int at, int count) {
-  marks_.Erase(static_cast<std::size_t>(at), static_cast<std::size_t>(count));
-  flags_.Erase(static_cast<std::size_t>(at), static_cast<std::size_t>(count));
-  totals_.Erase(static_cast<std::size_t>(at), static_cast<std::size_t>(count));
-  ChangedFrom(static_cast<std::size_t>(at));
+  marks_.Erase(at, count);
+  flags_.Erase(at, count);
+  totals_.Erase(at, count);
+  ChangedFrom(at);
 }
 
-void OutlineRows::CopyRow(int from, int to) {
-  marks_.CopyRow(static_cast<std::size_t>(from), static_cast<std::size_t>(to));
-  flags_.CopyRow(static_cast<std::size_t>(from), static_cast<std::size_t>(to));
-  totals_.CopyRow(static_cast<std::size_t>(from), static_cast<std::size_t>(to));
-  Changed(to);
-}
-
-void OutlineRows::InsertAt(std::span<const std::uint32_t> before) {
+void OutlineRows::InsertAt(RowSpan before) {
   marks_.InsertAt(before);
   flags_.InsertAt(before);
   totals_.InsertAt(before);
   if (!before.empty()) ChangedFrom(before.front());
 }
 
-void OutlineRows::EraseAt(std::span<const std::uint32_t> rows) {
+void OutlineRows::EraseAt(RowSpan rows) {
   marks_.EraseAt(rows);
   flags_.EraseAt(rows);
   totals_.EraseAt(rows);
   ChangedFrom(rows.front());
+}
+
+void OutlineRows::Reorder(RowSpan order, int first) {
+  marks_.Reorder(order, first);
+  flags_.Reorder(order, first);
+  totals_.Reorder(order, first);
+  ChangedFrom(first);
+}
+
+bool OutlineRows::HasTotals() const {
+  const auto totals = totals_.Existing();
+  return std::any_of(totals.begin(), totals.end(), [](std::uint16_t total) { return total != 0; });
 }
 
 bool OutlineRows::HasNodesBesideTotals() const {
@@ -77,7 +83,7 @@ void OutlineRows::FitTotals(bool parents) {
 
 bool OutlineRows::SetMark(int row, int mark) {
   if (Mark(row) == mark) return false;
-  marks_.Set(static_cast<std::size_t>(row), static_cast<std::uint16_t>(mark));
+  marks_.Set(row, static_cast<std::uint16_t>(mark));
   Changed(row);
   return true;
 }
@@ -86,7 +92,7 @@ bool OutlineRows::SetFlag(int row, std::uint8_t flag, bool on) {
   const std::uint8_t flags = Flags(row);
   const int changed = on ? flags | flag : flags & ~flag;
   if (changed == flags) return false;
-  flags_.Set(static_cast<std::size_t>(row), static_cast<std::uint8_t>(changed));
+  flags_.Set(row, static_cast<std::uint8_t>(changed));
   return true;
 }
 
@@ -109,7 +115,7 @@ bool OutlineRows::SetCollapsed(int row, bool collapsed) {
   if (!IsNode(row) || !SetFlag(row, kCollapsed, collapsed)) return false;
   // A node without rows below changes nothing that is shown; but the last row of a stretch is what
   // the next one begins with, whatever comes there.
-  const bool last = (static_cast<std::size_t>(row) + 1) % kStretchRows == 0;
+  const bool last = (row + 1) % kStretchRows == 0;
   if (last || HasRowsBelow(row)) Changed(row);
   return true;
 }
@@ -141,11 +147,11 @@ int OutlineRows::Parent(int row) const {
   const std::uint16_t below = std::min(Mark(row), kPlain);
   if (marks.empty() || below == 0) return -1;
   BringUpToDate();
-  for (auto end = static_cast<std::size_t>(row); end > 0;) {
-    const std::size_t stretch = (end - 1) / kStretchRows;
-    const std::size_t first = stretch * kStretchRows;
-    for (; stretches_[stretch].lowest < below && end > first; --end) {
-      if (marks[end - 1] < below) return static_cast<int>(end) - 1;
+  for (int end = row; end > 0;) {
+    const int stretch = (end - 1) / kStretchRows;
+    const int first = stretch * kStretchRows;
+    for (; ItemAt(stretches_, stretch).lowest < below && end > first; --end) {
+      if (ItemAt(marks, end - 1) < below) return end - 1;
     }
     end = first;
   }
@@ -161,11 +167,11 @@ int OutlineRows::LastOfNode(int row) const {
   BringUpToDate();
   const std::span<const std::uint16_t> marks = marks_.Existing();
   const std::uint16_t mark = Mark(row);
-  for (auto after = static_cast<std::size_t>(row) + 1; after < marks.size();) {
-    const std::size_t stretch = after / kStretchRows;
-    const std::size_t end = std::min((stretch + 1) * kStretchRows, marks.size());
-    for (; stretches_[stretch].lowest <= mark && after < end; ++after) {
-      if (marks[after] <= mark) return static_cast<int>(after) - 1;
+  for (int after = row + 1; after < CountOf(marks);) {
+    const int stretch = after / kStretchRows;
+    const int end = std::min((stretch + 1) * kStretchRows, CountOf(marks));
+    for (; ItemAt(stretches_, stretch).lowest <= mark && after < end; ++after) {
+      if (ItemAt(marks, after) <= mark) return after - 1;
     }
     after = end;
   }
@@ -190,31 +196,32 @@ int OutlineRows::ChildCount(int row) const {
 }
 
 void OutlineRows::Changed(int row) {
-  const std::size_t stretch = static_cast<std::size_t>(row) / kStretchRows;
-  if (stretch < stretches_.size()) stretches_[stretch].stale = true;
+  assert(row >= 0 && row < Rows());
+  const int stretch = row / kStretchRows;
+  if (stretch < CountOf(stretches_)) ItemAt(stretches_, stretch).stale = true;
   first_stale_ = std::min(first_stale_, stretch);
 }
 
-void OutlineRows::ChangedFrom(std::size_t row) {
+void OutlineRows::ChangedFrom(int row) {
   stale_from_ = std::min(stale_from_, row / kStretchRows);
   first_stale_ = std::min(first_stale_, stale_from_);
 }
 
 void OutlineRows::BringUpToDate() const {
   if (first_stale_ == kNone) return;
-  const std::size_t count = (marks_.Rows() + kStretchRows - 1) / kStretchRows;
-  stretches_.resize(count);
-  shown_bits_.resize(count * kStretchWords);
+  const int count = (Rows() + kStretchRows - 1) / kStretchRows;
+  stretches_.resize(SizeOf(count));
+  shown_bits_.resize(SizeOf(count * kStretchWords));
   const bool from_top = first_stale_ == 0 || count == 0;
   std::int32_t shown = 0;
   std::uint16_t collapsed = kOpen;
   if (!from_top) {
-    const Stretch& above = stretches_[std::min(first_stale_, count) - 1];
+    const Stretch& above = ItemAt(stretches_, std::min(first_stale_, count) - 1);
     shown = above.shown_before + above.shown;
     collapsed = above.collapsed_after;
   }
-  for (std::size_t at = first_stale_; at < count; ++at) {
-    Stretch& stretch = stretches_[at];
+  for (int at = first_stale_; at < count; ++at) {
+    Stretch& stretch = ItemAt(stretches_, at);
     if (at >= stale_from_) stretch.stale = true;
     if (stretch.stale || stretch.collapsed_before != collapsed) WorkOut(at, collapsed);
     stretch.shown_before = shown;
@@ -224,8 +231,8 @@ void OutlineRows::BringUpToDate() const {
   first_stale_ = stale_from_ = kNone;
 }
 
-void OutlineRows::WorkOut(std::size_t at, std::uint16_t collapsed_before) const {
-  Stretch& stretch = stretches_[at];
+void OutlineRows::WorkOut(int at, std::uint16_t collapsed_before) const {
+  Stretch& stretch = ItemAt(stretches_, at);
   const std::span<std::uint64_t> bits = BitsOf(at);
   std::ranges::fill(bits, 0);
   stretch.collapsed_before = collapsed_before;
@@ -236,19 +243,19 @@ void OutlineRows::WorkOut(std::size_t at, std::uint16_t collapsed_before) const 
   }
   const std::span<const std::uint16_t> marks = marks_.Existing();
   const std::span<const std::uint8_t> flags = flags_.Existing();
-  const std::size_t first = at * kStretchRows;
-  const std::size_t count = std::min(kStretchRows, marks_.Rows() - first);
+  const int first = at * kStretchRows;
+  const int count = std::min(kStretchRows, Rows() - first);
   std::uint16_t lowest = kOpen;
   std::uint16_t collapsed = collapsed_before;
   std::int32_t shown = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::uint16_t mark = marks.empty() ? kPlain : marks[first + i];
-    const std::uint8_t flag = flags.empty() ? 0 : flags[first + i];
+  for (int i = 0; i < count; ++i) {
+    const std::uint16_t mark = marks.empty() ? kPlain : ItemAt(marks, first + i);
+    const std::uint8_t flag = flags.empty() ? 0 : ItemAt(flags, first + i);
     lowest = std::min(lowest, mark);
     if (mark > collapsed) continue;
     collapsed = (flag & kCollapsed) != 0 ? mark : kOpen;
     if ((flag & kHidden) != 0) continue;
-    bits[i / kWordRows] |= std::uint64_t{1} << i % kWordRows;
+    ItemAt(bits, i / kWordRows) |= std::uint64_t{1} << i % kWordRows;
     ++shown;
   }
   stretch.lowest = lowest;
@@ -264,38 +271,39 @@ int OutlineRows::ShownCount() const {
 }
 
 int OutlineRows::ShownBefore(int row) const {
+  assert(row >= 0 && row <= Rows());
   if (flags_.IsBlank()) return row;
-  if (row >= Rows()) return ShownCount();
+  if (row == Rows()) return ShownCount();
   BringUpToDate();
-  const auto place = static_cast<std::size_t>(row);
-  const std::size_t stretch = place / kStretchRows;
-  const std::size_t inside = place % kStretchRows;
-  const std::span<const std::uint64_t> bits = BitsOf(stretch);
-  int count = stretches_[stretch].shown_before;
-  for (std::size_t word = 0; word < inside / kWordRows; ++word) count += std::popcount(bits[word]);
+  const int inside = row % kStretchRows;
+  const std::span<const std::uint64_t> bits = BitsOf(row / kStretchRows);
+  int count = ItemAt(stretches_, row / kStretchRows).shown_before;
+  for (int word = 0; word < inside / kWordRows; ++word) count += std::popcount(ItemAt(bits, word));
   const std::uint64_t above = (std::uint64_t{1} << inside % kWordRows) - 1;
-  return count + std::popcount(bits[inside / kWordRows] & above);
+  return count + std::popcount(ItemAt(bits, inside / kWordRows) & above);
 }
 
 int OutlineRows::ShownAt(int position) const {
+  assert(position >= 0 && position < ShownCount());
   if (flags_.IsBlank()) return position;
   BringUpToDate();
   // The last of those with as many rows above: others before it show none.
   const auto next = std::ranges::upper_bound(stretches_, position, {}, &Stretch::shown_before);
-  const auto stretch = static_cast<std::size_t>(next - stretches_.begin()) - 1;
-  int left = position - stretches_[stretch].shown_before;
-  std::size_t word = stretch * kStretchWords;
-  for (int here = 0; left >= (here = std::popcount(shown_bits_[word])); ++word) left -= here;
-  std::uint64_t bits = shown_bits_[word];
+  const int stretch = static_cast<int>(next - stretches_.begin()) - 1;
+  int left = position - ItemAt(stretches_, stretch).shown_before;
+  int word = stretch * kStretchWords;
+  for (int here = 0; left >= (here = std::popcount(ItemAt(shown_bits_, word))); ++word)
+    left -= here;
+  std::uint64_t bits = ItemAt(shown_bits_, word);
   for (; left > 0; --left) bits &= bits - 1;
-  return static_cast<int>(word * kWordRows) + std::countr_zero(bits);
+  return word * kWordRows + std::countr_zero(bits);
 }
 
 bool OutlineRows::IsShown(int row) const {
+  assert(row >= 0 && row < Rows());
   if (flags_.IsBlank()) return true;
   BringUpToDate();
-  const auto place = static_cast<std::size_t>(row);
-  return (shown_bits_[place / kWordRows] >> place % kWordRows & 1) != 0;
+  return (ItemAt(shown_bits_, row / kWordRows) >> row % kWordRows & 1) != 0;
 }
 
 }  // namespace tavrix::viewkit

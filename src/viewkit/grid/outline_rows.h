@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -17,23 +17,24 @@ namespace tavrix::viewkit {
 ///
 /// A row of totals carries a mark of its own, whatever it is in the outline.
 ///
-/// Rows count from 0 without the header and are not checked. What follows from the rows is kept for
-/// stretches of them and brought up to date at the first question after a change: a changed row
-/// costs its own stretch and a short pass over the others, a collapsed or expanded node the rows
-/// below it. Questions take that long at most, whatever the number of rows below or above.
+/// Rows count from 0 without the header; a row outside is the caller's error. What follows from the
+/// rows is kept for stretches of them and brought up to date at the first question after a change:
+/// a changed row costs its own stretch and a short pass over the others, a collapsed or expanded
+/// node the rows below it. Questions take that long at most, whatever the number of rows below or
+/// above.
 class OutlineRows {
  public:
   static constexpr int kDeepest = 0x7FFF;  ///< levels are held between 0 and this
 
-  [[nodiscard]] int Rows() const { return static_cast<int>(marks_.Rows()); }
+  [[nodiscard]] int Rows() const { return marks_.Rows(); }
   /// Plain, shown rows of level 0.
   void Reset(int rows);
   void Insert(int at, int count);
   void Erase(int at, int count);
-  /// As `RowArray` does.
-  void InsertAt(std::span<const std::uint32_t> before);
-  void EraseAt(std::span<const std::uint32_t> rows);
-  void CopyRow(int from, int to);
+  // As `RowArray` does.
+  void InsertAt(RowSpan before);
+  void EraseAt(RowSpan rows);
+  void Reorder(RowSpan order, int first);
 
   [[nodiscard]] bool IsNode(int row) const { return (Mark(row) & kPlain) == 0; }
   /// A row that is no node any more is not collapsed either. True when this changed anything.
@@ -45,8 +46,8 @@ class OutlineRows {
   /// Makes all rows nodes of the levels that `level_of` gives for them.
   template <class LevelOf>
   void MakeNodes(LevelOf&& level_of) {
-    const std::span<std::uint16_t> marks = marks_.All();
-    for (std::size_t row = 0; row < marks.size(); ++row) marks[row] = Bounded(level_of(row));
+    int row = 0;
+    for (std::uint16_t& mark : marks_.All()) mark = Bounded(level_of(row++));
     ChangedFrom(0);
   }
 
@@ -60,10 +61,9 @@ class OutlineRows {
   bool SetHidden(int row, bool hidden);
 
   /// What the row is a total of; 0 for a row that is none.
-  [[nodiscard]] std::uint16_t Total(int row) const {
-    return totals_.Get(static_cast<std::size_t>(row));
-  }
-  void SetTotal(int row, std::uint16_t total) { totals_.Set(static_cast<std::size_t>(row), total); }
+  [[nodiscard]] std::uint16_t Total(int row) const { return totals_.Get(row); }
+  void SetTotal(int row, std::uint16_t total) { totals_.Set(row, total); }
+  [[nodiscard]] bool HasTotals() const;
   /// `Total` of all rows, or nothing while no row has been one.
   [[nodiscard]] std::span<const std::uint16_t> Totals() const { return totals_.Existing(); }
   /// There is no row of totals any more.
@@ -98,20 +98,16 @@ class OutlineRows {
   static constexpr std::uint8_t kCollapsed = 1;
   static constexpr std::uint8_t kHidden = 2;
 
-  [[nodiscard]] std::uint16_t Mark(int row) const {
-    return marks_.Get(static_cast<std::size_t>(row));
-  }
-  [[nodiscard]] std::uint8_t Flags(int row) const {
-    return flags_.Get(static_cast<std::size_t>(row));
-  }
+  [[nodiscard]] std::uint16_t Mark(int row) const { return marks_.Get(row); }
+  [[nodiscard]] std::uint8_t Flags(int row) const { return flags_.Get(row); }
   [[nodiscard]] static std::uint16_t Bounded(int level) {
     return static_cast<std::uint16_t>(level < 0 ? 0 : level > kDeepest ? kDeepest : level);
   }
   // --- what follows from marks and flags
-  static constexpr std::size_t kWordRows = 64;
-  static constexpr std::size_t kStretchWords = 4;
-  static constexpr std::size_t kStretchRows = kStretchWords * kWordRows;
-  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+  static constexpr int kWordRows = 64;
+  static constexpr int kStretchWords = 4;
+  static constexpr int kStretchRows = kStretchWords * kWordRows;
+  static constexpr int kNone = std::numeric_limits<int>::max();
   static constexpr std::uint16_t kOpen = 0xFFFF;  ///< no collapsed node; no mark is greater
   struct Stretch {
     std::uint16_t lowest = 0;  ///< of the marks of its rows
@@ -128,12 +124,12 @@ class OutlineRows {
   bool SetFlag(int row, std::uint8_t flag, bool on);
   void Changed(int row);
   /// Everything from `row` on.
-  void ChangedFrom(std::size_t row);
+  void ChangedFrom(int row);
   /// Before the stretches or the bits are read.
   void BringUpToDate() const;
-  void WorkOut(std::size_t at, std::uint16_t collapsed_before) const;
-  [[nodiscard]] std::span<std::uint64_t> BitsOf(std::size_t stretch) const {
-    return std::span(shown_bits_).subspan(stretch * kStretchWords, kStretchWords);
+  void WorkOut(int at, std::uint16_t collapsed_before) const;
+  [[nodiscard]] std::span<std::uint64_t> BitsOf(int stretch) const {
+    return {&ItemAt(shown_bits_, stretch * kStretchWords), SizeOf(kStretchWords)};
   }
 
   RowArray<std::uint16_t> marks_{kPlain};
@@ -141,8 +137,8 @@ class OutlineRows {
   RowArray<std::uint16_t> totals_{0};
   mutable std::vector<Stretch> stretches_;
   mutable std::vector<std::uint64_t> shown_bits_;  // a bit for each row, whole stretches
-  mutable std::size_t first_stale_ = 0;            // stretch; `kNone` when all are up to date
-  mutable std::size_t stale_from_ = 0;  // stretch from which on all are stale, or `kNone`
+  mutable int first_stale_ = 0;                    // stretch; `kNone` when all are up to date
+  mutable int stale_from_ = 0;  // stretch from which on all are stale, or `kNone`
 };
 
 }  // namespace tavrix::viewkit

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
-#include <cstdint>
+#include <functional>
 #include <span>
 #include <utility>
 #include <vector>
+
+#include "viewkit/indexing.h"
 
 namespace tavrix::viewkit {
 
@@ -17,93 +20,127 @@ void GrowBy(Container& container, std::size_t more) {
   if (wanted > container.capacity()) container.reserve(wanted + wanted / 8);
 }
 
+/// Rows in ascending order.
+using RowList = std::vector<int>;
+using RowSpan = std::span<const int>;
+
 /// One value for each row and column of a table, row after row. Nothing is allocated while all
-/// values are the blank one. Indices are not checked.
+/// values are the blank one. Rows and columns outside the table are the caller's error.
 template <class T>
 class RowArray {
  public:
-  explicit RowArray(T blank, std::size_t width = 1) : blank_(blank), width_(width) {}
+  explicit RowArray(T blank, int width = 1) : blank_(blank), width_(width) {}
 
-  [[nodiscard]] std::size_t Rows() const { return rows_; }
-  [[nodiscard]] std::size_t Width() const { return width_; }
+  [[nodiscard]] int Rows() const { return rows_; }
+  [[nodiscard]] int Width() const { return width_; }
   [[nodiscard]] bool IsBlank() const { return values_.empty(); }
-  [[nodiscard]] T Get(std::size_t row, std::size_t col = 0) const {
-    return values_.empty() ? blank_ : values_[row * width_ + col];
+  [[nodiscard]] T Get(int row, int col = 0) const {
+    assert(Holds(row, col));
+    return values_.empty() ? blank_ : values_.data()[Offset(row, col)];
   }
-  void Set(std::size_t row, T value, std::size_t col = 0) {
+  void Set(int row, T value, int col = 0) {
+    assert(Holds(row, col));
     if (values_.empty() && value == blank_) return;
-    All()[row * width_ + col] = value;
+    All().data()[Offset(row, col)] = value;
   }
   /// All values, allocated now. Valid until rows or columns change.
   [[nodiscard]] std::span<T> All() {
-    if (values_.empty()) values_.assign(rows_ * width_, blank_);
+    if (values_.empty()) values_.assign(Size(rows_), blank_);
     return values_;
   }
   [[nodiscard]] std::span<const T> Existing() const { return values_; }
 
-  void Adopt(std::vector<T> values, std::size_t width) {
+  void Adopt(std::vector<T> values, int width) {
+    assert(width > 0 && CountOf(values) % width == 0);
     width_ = width;
-    rows_ = values.size() / width;
+    rows_ = CountOf(values) / width;
     values_ = std::move(values);
   }
   /// All rows blank.
-  void Reset(std::size_t rows) {
+  void Reset(int rows) {
+    assert(rows >= 0);
     rows_ = rows;
     std::vector<T>().swap(values_);
   }
-  void Insert(std::size_t at, std::size_t count) {
+  void Insert(int at, int count) {
+    assert(at >= 0 && at <= rows_ && count >= 0);
     if (!values_.empty()) {
-      GrowBy(values_, count * width_);
-      values_.insert(Place(at), count * width_, blank_);
+      GrowBy(values_, Size(count));
+      values_.insert(Place(at), Size(count), blank_);
     }
     rows_ += count;
   }
-  void Erase(std::size_t at, std::size_t count) {
+  void Erase(int at, int count) {
+    assert(at >= 0 && count >= 0 && at + count <= rows_);
     rows_ -= count;
     if (rows_ == 0) return Reset(0);
     if (!values_.empty()) values_.erase(Place(at), Place(at + count));
   }
-  /// One blank row in front of each of the rows `before`, in one pass. They are counted from row
-  /// `offset` as it is now and ascend; one may come several times, and the end counts as one too.
-  void InsertAt(std::span<const std::uint32_t> before, std::size_t offset = 0) {
+  /// One blank row in front of each of the rows `before` as they are now, in one pass. They ascend;
+  /// one may come several times, and the end counts as one too.
+  void InsertAt(RowSpan before) {
+    assert(before.empty() || (before.front() >= 0 && before.back() <= rows_));
+    assert(std::is_sorted(before.begin(), before.end()));
+    const int count = CountOf(before);
     if (!values_.empty()) {
-      GrowBy(values_, before.size() * width_);
-      values_.resize(values_.size() + before.size() * width_, blank_);
+      GrowBy(values_, Size(count));
+      values_.resize(values_.size() + Size(count), blank_);
       auto from_end = Place(rows_);
       auto to_end = values_.end();
-      for (std::size_t i = before.size(); i-- > 0;) {
-        const auto from = Place(before[i] + offset);
+      for (int i = count; i-- > 0;) {
+        const auto from = Place(ItemAt(before, i));
         const auto blank_end = std::move_backward(from, from_end, to_end);
-        to_end = blank_end - static_cast<std::ptrdiff_t>(width_);
+        to_end = blank_end - width_;
         std::fill(to_end, blank_end, blank_);
         from_end = from;
       }
     }
-    rows_ += before.size();
+    rows_ += count;
   }
-  /// `rows`, not none, ascend and are counted from row `offset`. In one pass.
-  void EraseAt(std::span<const std::uint32_t> rows, std::size_t offset = 0) {
-    if (rows_ == rows.size()) return Reset(0);
+  /// `rows`, not none, ascend. In one pass.
+  void EraseAt(RowSpan rows) {
+    assert(!rows.empty() && rows.front() >= 0 && rows.back() < rows_);
+    assert(std::ranges::adjacent_find(rows, std::greater_equal<>()) == rows.end());
+    const int count = CountOf(rows);
+    if (rows_ == count) return Reset(0);
     if (!values_.empty()) {
-      auto to = Place(rows.front() + offset);
-      for (std::size_t i = 0; i < rows.size(); ++i) {
-        const auto end = i + 1 < rows.size() ? Place(rows[i + 1] + offset) : values_.end();
-        to = std::move(Place(rows[i] + offset + 1), end, to);
+      auto to = Place(rows.front());
+      for (int i = 0; i < count; ++i) {
+        const auto end = i + 1 < count ? Place(ItemAt(rows, i + 1)) : values_.end();
+        to = std::move(Place(ItemAt(rows, i) + 1), end, to);
       }
       values_.erase(to, values_.end());
     }
-    rows_ -= rows.size();
+    rows_ -= count;
   }
-  void CopyRow(std::size_t from, std::size_t to) {
-    if (!values_.empty()) std::copy_n(Place(from), width_, Place(to));
+  /// Brings the rows from `first` on into another order: to place i comes the row that stands at
+  /// `order[i]`, both counted from `first`. Follows the cycles of the permutation, so that no
+  /// second copy of the rows is needed and rows that stay cost nothing.
+  void Reorder(RowSpan order, int first) {
+    assert(first >= 0 && first + CountOf(order) <= rows_);
+    if (values_.empty()) return;
+    std::vector<int> from(order.begin(), order.end());
+    std::vector<T> aside(Size(1), blank_);
+    for (int start = 0; start < CountOf(from); ++start) {
+      if (ItemAt(from, start) == start) continue;
+      std::copy_n(Place(first + start), width_, aside.begin());
+      int place = start;
+      while (ItemAt(from, place) != start) {
+        std::copy_n(Place(first + ItemAt(from, place)), width_, Place(first + place));
+        place = std::exchange(ItemAt(from, place), place);
+      }
+      ItemAt(from, place) = place;
+      std::copy_n(aside.begin(), width_, Place(first + place));
+    }
   }
   /// Drops columns on the right or adds blank ones.
-  void SetWidth(std::size_t width) {
+  void SetWidth(int width) {
+    assert(width >= 0);
     if (width != width_ && !values_.empty()) {
-      std::vector<T> values(rows_ * width, blank_);
-      for (std::size_t row = 0; row < rows_; ++row) {
-        std::copy_n(Place(row), std::min(width, width_),
-                    values.begin() + static_cast<std::ptrdiff_t>(row * width));
+      std::vector<T> values(SizeOf(rows_) * SizeOf(width), blank_);
+      auto to = values.begin();
+      for (int row = 0; row < rows_; ++row, to += width) {
+        std::copy_n(Place(row), std::min(width, width_), to);
       }
       values_ = std::move(values);
     }
@@ -111,13 +148,18 @@ class RowArray {
   }
 
  private:
-  [[nodiscard]] auto Place(std::size_t row) {
-    return values_.begin() + static_cast<std::ptrdiff_t>(row * width_);
+  [[nodiscard]] bool Holds(int row, int col) const {
+    return row >= 0 && row < rows_ && col >= 0 && col < width_;
   }
+  [[nodiscard]] std::size_t Size(int rows) const { return SizeOf(rows) * SizeOf(width_); }
+  [[nodiscard]] std::ptrdiff_t Offset(int row, int col) const {
+    return std::ptrdiff_t{row} * width_ + col;
+  }
+  [[nodiscard]] auto Place(int row) { return values_.begin() + Offset(row, 0); }
 
   T blank_;
-  std::size_t width_;
-  std::size_t rows_ = 0;
+  int width_;
+  int rows_ = 0;
   std::vector<T> values_;
 };
 

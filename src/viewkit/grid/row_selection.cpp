@@ -43,20 +43,4 @@ bool RowSelection::Add(const std::vector<int>& rows) {
   return Assign(std::move(both));
 }
 
-bool RowSelection::RowsErased(int at, int count) {
-  const auto first = std::lower_bound(rows_.begin(), rows_.end(), at);
-  const auto last = std::lower_bound(first, rows_.end(), at + count);
-  const bool changed = first != rows_.end();
-  const auto below = rows_.erase(first, last);
-  std::for_each(below, rows_.end(), [count](int& row) { row -= count; });
-  return changed;
-}
-
-bool RowSelection::RowsInserted(int at, int count) {
-  const auto below = std::lower_bound(rows_.begin(), rows_.end(), at);
-  const bool changed = below != rows_.end();
-  std::for_each(below, rows_.end(), [count](int& row) { row += count; });
-  return changed;
-}
-
 }  // namespace tavrix::viewkit
