@@ -175,7 +175,7 @@ class OutlineTwins {
     const std::vector<PlainRow> before(plain_.rows.begin() + first, plain_.rows.end());
     auto to = plain_.rows.begin() + first;
     for (const int from : order) *to++ = before[static_cast<std::size_t>(from)];
-    outline_.Reorder(order, first);
+    outline_.Reorder(RowOrder(order, first));
   }
   void Collapse(int level) {
     for (PlainRow& row : plain_.rows) row.collapsed = row.node && level >= 0 && row.level >= level;

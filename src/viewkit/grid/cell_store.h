@@ -45,9 +45,9 @@ class CellStore {
     cells_.InsertAt(before);
   }
   void EraseAt(RowSpan rows);
-  void Reorder(RowSpan order, int first) {
+  void Reorder(const RowOrder& order) {
     ++version_;
-    cells_.Reorder(order, first);
+    cells_.Reorder(order);
   }
 
   /// Another number after every change, and in every store; never 0.

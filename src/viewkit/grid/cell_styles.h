@@ -48,7 +48,7 @@ class CellStyles {
   void Erase(int at, int count) { numbers_.Erase(at, count); }
   void InsertAt(RowSpan before) { numbers_.InsertAt(before); }
   void EraseAt(RowSpan rows) { numbers_.EraseAt(rows); }
-  void Reorder(RowSpan order, int first) { numbers_.Reorder(order, first); }
+  void Reorder(const RowOrder& order) { numbers_.Reorder(order); }
 
  private:
   std::uint16_t NumberOf(const CellStyle& style) {

@@ -148,31 +148,35 @@ void FlexGrid::AutoSize(int col) {
   const State& s = *state_;
   s.columns.Check(col);
   const TextMeasure& measure = s.viewport.Measure();
+  const int fixed = s.rows.Fixed();
+  const OutlineRows& outline = s.rows.Outline();
   const bool outlined = s.look.outline_bar != 0 && col == s.columns.Outline();
-  const auto indent = [&](int row) {
-    if (!outlined || !IsNode(row)) return 0;
-    return (std::min(RowOutlineLevel(row), kDeepestIndent) + 1) * grid_metrics::kOutlineIndent;
+  const auto indent = [&](int data) {
+    if (!outlined || !outline.IsNode(data)) return 0;
+    return (std::min(outline.Level(data), kDeepestIndent) + 1) * grid_metrics::kOutlineIndent;
   };
   int widest = 0;
-  const auto fit = [&](int row) {
+  const auto fit = [&](int row, int extra) {
     const int text = measure.Width(s.DisplayText(row, col), CellFontBold(row, col));
-    widest = std::max(widest, text + indent(row));
+    widest = std::max(widest, text + extra);
   };
 
-  for (int row = 0; row < s.rows.Fixed(); ++row) fit(row);
+  for (int row = 0; row < fixed; ++row) fit(row, 0);
   WidestTexts widest_texts(measure);
   const bool formatted = !ColFormat(col).empty();
   const bool plain = s.rows.HasPlainStyles();
-  const int rows = s.rows.Rows();
-  for (int row = s.rows.Fixed(); row < rows; ++row) {
-    const bool bold = !plain && CellFontBold(row, col);
+  const int rows = s.rows.DataRows();
+  for (int data = 0; data < rows; ++data) {
+    const bool bold = !plain && CellFontBold(data + fixed, col);
     if (formatted) {
-      widest_texts.Offer(row, s.DisplayText(row, col), indent(row), bold);
+      widest_texts.Offer(data, s.DisplayText(data + fixed, col), indent(data), bold);
     } else {
-      widest_texts.Offer(row, s.rows.Text(row, col), indent(row), bold);
+      widest_texts.Offer(data, s.rows.DataText(data, col), indent(data), bold);
     }
   }
-  for (const auto& candidate : widest_texts.Candidates()) fit(candidate.row);
+  for (const auto& candidate : widest_texts.Candidates()) {
+    fit(candidate.row + fixed, indent(candidate.row));
+  }
   SetColWidth(col, std::min(widest + kBeside, kWidestColumn));
   state_->columns.At(col).fitted = ColWidth(col);
 }

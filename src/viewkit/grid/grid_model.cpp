@@ -65,17 +65,12 @@ void GridModel::EraseRowsAt(RowSpan gone) {
   });
 }
 
-void GridModel::ReorderRows(RowSpan order, int first_data) {
-  rows.Reorder(order, first_data);
-  std::vector<int> place_of(order.size());
-  for (int place = 0; place < CountOf(order); ++place)
-    ItemAt(place_of, ItemAt(order, place)) = place;
-  const int first = first_data + rows.Fixed();
+void GridModel::ReorderRows(const RowOrder& order) {
+  rows.Reorder(order);
   // The view stays where it is; what is selected goes with its row.
-  selection.Follow([&](int row) {
-    const bool inside = row >= first && row - first < CountOf(place_of);
-    return RowPlace{inside ? first + ItemAt(place_of, row - first) : row};
-  });
+  const int fixed = rows.Fixed();
+  selection.Follow(
+      [&](int row) { return RowPlace{row < fixed ? row : order.PlaceOf(row - fixed) + fixed}; });
   changes.Structure();
 }
 

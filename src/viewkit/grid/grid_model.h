@@ -44,7 +44,7 @@ struct GridModel {
   void EraseRows(int data, int count);
   void InsertRowsAt(RowSpan before);
   void EraseRowsAt(RowSpan gone);
-  void ReorderRows(RowSpan order, int first_data);
+  void ReorderRows(const RowOrder& order);
   void SetFixedRows(int count);
   void SetCols(int count);
   void LoadRows(host::RowSet&& loaded);

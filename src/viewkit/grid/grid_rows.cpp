@@ -32,8 +32,8 @@ void GridRows::EraseAt(RowSpan gone) {
   ForEachStore([=](auto& store) { store.EraseAt(gone); });
 }
 
-void GridRows::Reorder(RowSpan order, int first_data) {
-  ForEachStore([=](auto& store) { store.Reorder(order, first_data); });
+void GridRows::Reorder(const RowOrder& order) {
+  ForEachStore([&](auto& store) { store.Reorder(order); });
 }
 
 void GridRows::SetFixed(int rows) {
@@ -88,14 +88,6 @@ void GridRows::SetHidden(int row, bool hidden) {
 
 bool GridRows::IsShown(int row) const {
   return row < Fixed() ? !Hidden(row) : outline_.IsShown(row - Fixed());
-}
-
-bool GridRows::IsTotal(int row) const {
-  return row >= Fixed() && outline_.Total(row - Fixed()) != 0;
-}
-
-bool GridRows::IsNode(int row) const {
-  return row >= Fixed() && outline_.IsNode(row - Fixed());
 }
 
 bool GridRows::IsCollapsed(int row) const {

@@ -41,7 +41,7 @@ class GridRows {
   /// As `RowArray` does.
   void InsertAt(RowSpan before);
   void EraseAt(RowSpan gone);
-  void Reorder(RowSpan order, int first_data);
+  void Reorder(const RowOrder& order);
   /// Rows that become fixed keep their texts, and so do fixed rows that become data rows.
   void SetFixed(int rows);
   void SetCols(int cols);
@@ -66,9 +66,13 @@ class GridRows {
   void SetHidden(int row, bool hidden);
   [[nodiscard]] bool IsShown(int row) const;
   /// A row of totals.
-  [[nodiscard]] bool IsTotal(int row) const;
+  [[nodiscard]] bool IsTotal(int row) const {
+    return row >= Fixed() && outline_.Total(row - Fixed()) != 0;
+  }
   // As `OutlineRows` answers for data rows; a fixed row is no node.
-  [[nodiscard]] bool IsNode(int row) const;
+  [[nodiscard]] bool IsNode(int row) const {
+    return row >= Fixed() && outline_.IsNode(row - Fixed());
+  }
   [[nodiscard]] bool IsCollapsed(int row) const;
   [[nodiscard]] bool HasRowsBelow(int row) const;
   [[nodiscard]] int Parent(int row) const;

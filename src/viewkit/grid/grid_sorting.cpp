@@ -33,7 +33,7 @@ void GridSorting::Sort(int col, SortOrder order, int first, int last) {
   order_ = SortOrder::kNone;
   const int first_data = first - model_.rows.Fixed();
   const auto moves = OrderBetweenTotals(col, order, first_data, last - first + 1);
-  if (!moves.empty()) model_.ReorderRows(moves, first_data);
+  if (!moves.empty()) model_.ReorderRows(RowOrder(moves, first_data));
 }
 
 void GridSorting::SetOrder(SortOrder order) {

@@ -41,11 +41,11 @@ void OutlineRows::EraseAt(RowSpan rows) {
   ChangedFrom(rows.front());
 }
 
-void OutlineRows::Reorder(RowSpan order, int first) {
-  marks_.Reorder(order, first);
-  flags_.Reorder(order, first);
-  totals_.Reorder(order, first);
-  ChangedFrom(first);
+void OutlineRows::Reorder(const RowOrder& order) {
+  marks_.Reorder(order);
+  flags_.Reorder(order);
+  totals_.Reorder(order);
+  ChangedFrom(order.First());
 }
 
 bool OutlineRows::HasTotals() const {

@@ -34,7 +34,7 @@ class OutlineRows {
   // As `RowArray` does.
   void InsertAt(RowSpan before);
   void EraseAt(RowSpan rows);
-  void Reorder(RowSpan order, int first);
+  void Reorder(const RowOrder& order);
 
   [[nodiscard]] bool IsNode(int row) const { return (Mark(row) & kPlain) == 0; }
   /// A row that is no node any more is not collapsed either. True when this changed anything.

@@ -5,9 +5,9 @@
 #include <cstddef>
 #include <functional>
 #include <span>
-#include <utility>
 #include <vector>
 
+#include "viewkit/grid/row_order.h"
 #include "viewkit/indexing.h"
 
 namespace tavrix::viewkit {
@@ -113,25 +113,18 @@ class RowArray {
     }
     rows_ -= count;
   }
-  /// Brings the rows from `first` on into another order: to place i comes the row that stands at
-  /// `order[i]`, both counted from `first`. Follows the cycles of the permutation, so that no
-  /// second copy of the rows is needed and rows that stay cost nothing.
-  void Reorder(RowSpan order, int first) {
-    assert(first >= 0 && first + CountOf(order) <= rows_);
+  void Reorder(const RowOrder& order) {
     if (values_.empty()) return;
-    std::vector<int> from(order.begin(), order.end());
     std::vector<T> aside(Size(1), blank_);
-    for (int start = 0; start < CountOf(from); ++start) {
-      if (ItemAt(from, start) == start) continue;
-      std::copy_n(Place(first + start), width_, aside.begin());
-      int place = start;
-      while (ItemAt(from, place) != start) {
-        std::copy_n(Place(first + ItemAt(from, place)), width_, Place(first + place));
-        place = std::exchange(ItemAt(from, place), place);
+    order.ForEachCycle([&](RowSpan rows) {
+      CopyRow(Place(rows.front()), aside.begin());
+      auto to = Place(rows.front());
+      for (const int row : rows.subspan(1)) {
+        CopyRow(Place(row), to);
+        to = Place(row);
       }
-      ItemAt(from, place) = place;
-      std::copy_n(aside.begin(), width_, Place(first + place));
-    }
+      CopyRow(aside.begin(), to);
+    });
   }
   /// Drops columns on the right or adds blank ones.
   void SetWidth(int width) {
@@ -155,7 +148,11 @@ class RowArray {
   [[nodiscard]] std::ptrdiff_t Offset(int row, int col) const {
     return std::ptrdiff_t{row} * width_ + col;
   }
-  [[nodiscard]] auto Place(int row) { return values_.begin() + Offset(row, 0); }
+  using Iterator = typename std::vector<T>::iterator;
+  void CopyRow(Iterator from, Iterator to) const {
+    for (int col = 0; col < width_; ++col) to[col] = from[col];
+  }
+  [[nodiscard]] Iterator Place(int row) { return values_.begin() + Offset(row, 0); }
 
   T blank_;
   int width_;
