@@ -63,14 +63,12 @@ bool Kjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t, std:
   session->navigator = host::Required(system.CreateGridNavigator(), "GridNavigator");
   session->data_helper = host::Required(system.CreateDataHelper(), "DataHelper");
   session->data_helper->SetDatabase(host::DatabaseOf(system));
-  session->mcMouseEvent = host::Required(system.CreateMouseEvent(), "MouseEvent");
-  session->mcMouseEvent->OnWheel([this, held = std::weak_ptr(session)](std::int32_t value) {
-    if (Runs(held)) OnWheel(value);
-  });
-
-  // A negative rate is kept as it is; only 0 stands for "not set".
-  const double rate = host::LeadingNumber(host::SettingText(system, host::kScrollRateSetting));
-  if (rate != 0) session->scroll_rate = rate;
+  session->mcMouseEvent.Connect(system.CreateMouseEvent(),
+                                [this, held = std::weak_ptr(session)](std::int32_t value) {
+                                  if (Runs(held)) OnWheel(value);
+                                });
+  session->mcMouseEvent.SetRate(
+      host::LeadingNumber(host::SettingText(system, host::kScrollRateSetting)));
   if (session_ != session) return false;  // the host has cleared the view meanwhile
 
   vxVSTab_.Activate("key1");
@@ -110,10 +108,7 @@ bool Kjkm::Clear() {
   const auto session = std::exchange(session_, nullptr);
   if (!session) return false;
   session->ended = true;
-  if (const auto wheel = session->mcMouseEvent) {  // missing after a failed `Init`
-    host::Quietly([&] { wheel->OnWheel({}); });
-    host::Quietly([&] { wheel->Detach(); });
-  }
+  session->mcMouseEvent.Disconnect();
   return false;  // deliberately: the result carries no meaning
 }
 

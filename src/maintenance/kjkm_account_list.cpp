@@ -186,7 +186,7 @@ void Kjkm::OnTabActivated(const std::string& key) noexcept {
     current_tab_ = key[3] - '1';
     CurrentGrid().SetVisible(true);
     for (int page = 0; page < kPages; ++page) Grid(page).SetVisible(page == current_tab_);
-    if (session_ && session_->mcMouseEvent) ArmWheel(session_);
+    if (session_ && session_->mcMouseEvent.Connected()) ArmWheel(session_);
   });
 }
 

@@ -25,10 +25,7 @@ struct Kjkm::Session {
   std::shared_ptr<host::DataHelper> data_helper;
   std::shared_ptr<host::SystemObject> pcSystem;
   std::shared_ptr<editing::FmBkmAdd> mFrmBmAdd;
-  std::shared_ptr<host::MouseEvent> mcMouseEvent;
-  static constexpr double kDefaultScrollRate = 5;
-  double scroll_rate = kDefaultScrollRate;
-  viewkit::WheelScroll wheel;
+  viewkit::WheelScroll mcMouseEvent;
   bool started = false;  // `Init` has come to its end
   bool ended = false;    // by `Clear`
   std::string rule;      // setting "kmbm": one digit for each level

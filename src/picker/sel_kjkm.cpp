@@ -99,20 +99,19 @@ bool selKjkm::Init(std::shared_ptr<host::SystemObject> pcSystem, std::int32_t pl
   m_Parameters = host::Required(system.CreateParameters(), "Parameters");
   m_Selected = std::make_shared<colKjkm>();
 
-  const double rate = host::LeadingNumber(
+  session->mcMouseEvent.SetRate(host::LeadingNumber(
       FirstField(system,
                  "select item_value from xt_accinformation where system_code='system' and "
-                 "item_code='mouseeventscrollrate'"));
-  if (rate != 0) session->m_ScrollRate = rate;
+                 "item_code='mouseeventscrollrate'")));
   if (session_ != session) return false;  // the host has cleared the picker meanwhile
 
   session->m_Tv = std::make_shared<viewkit::cTreeView>(user_);
   session->m_Tv->HookCtrl(TV_);
   session->m_Tv->Selected.Add([this](viewkit::TreeNode&) { m_Tv_Selected(); });
-  session->mcMouseEvent = host::Required(system.CreateMouseEvent(), "MouseEvent");
-  session->mcMouseEvent->OnWheel([this, held = std::weak_ptr(session)](std::int32_t value) {
-    if (Runs(held)) OnWheel(value);
-  });
+  session->mcMouseEvent.Connect(system.CreateMouseEvent(),
+                                [this, held = std::weak_ptr(session)](std::int32_t value) {
+                                  if (Runs(held)) OnWheel(value);
+                                });
   InitGrid();
   SearchBox1_.SetToolTipText("提示：按回车键选择完毕！");
   SearchBox1_.SetFilterMode(Check_.Value() == viewkit::CheckBox::kChecked);
@@ -134,10 +133,7 @@ void selKjkm::Clear() {
   if (parameters) host::Quietly([&] { parameters->Clear(); });
   parameters.reset();
   selected.reset();
-  if (const auto wheel = session->mcMouseEvent) {
-    host::Quietly([&] { wheel->OnWheel({}); });
-    host::Quietly([&] { wheel->Detach(); });
-  }
+  session->mcMouseEvent.Disconnect();
 }
 
 void selKjkm::SetPickerParameters(std::shared_ptr<host::Parameters> parameters) {

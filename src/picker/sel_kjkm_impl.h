@@ -22,13 +22,10 @@ struct selKjkm::Session {
   // Members end in reverse: the tree first, then the wheel source, the form and the system object.
   std::shared_ptr<host::SystemObject> m_System;
   std::shared_ptr<editing::FmBkmAdd> mfrmKjkm;  // made when it is first opened
-  std::shared_ptr<host::MouseEvent> mcMouseEvent;
+  viewkit::WheelScroll mcMouseEvent;
   std::shared_ptr<viewkit::cTreeView> m_Tv;
-  bool started = false;  // `Init` has come to its end
-  bool ended = false;    // by `Clear`
-  static constexpr double kDefaultScrollRate = 5;
-  double m_ScrollRate = kDefaultScrollRate;
-  viewkit::WheelScroll wheel;
+  bool started = false;               // `Init` has come to its end
+  bool ended = false;                 // by `Clear`
   std::int32_t program_id = 0;        // of the picker, as the host gave it
   std::int32_t m_MaintainProgID = 0;  // of the account maintenance
   std::string m_ParamKey;             // the filtering parameters at the last load
