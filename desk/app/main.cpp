@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "accessible/accessible_object.h"
 #include "app/program/copy_command.h"
 #include "app/program/desk.h"
-#include "component/accessible/accessible_object.h"
 
 namespace {
 
@@ -52,7 +52,7 @@ int RunDesk(int show) {
   controls.dwSize = sizeof controls;
   controls.dwICC = ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES;
   InitCommonControlsEx(&controls);
-  tavrix::component::OfferAccessibility();
+  tavrix::accessible::OfferAccessibility();
   desk::app::Desk desk;
   desk.Start(arguments.empty() ? std::wstring() : arguments[0], show);
   return desk.Run();

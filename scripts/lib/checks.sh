@@ -26,7 +26,9 @@ src/viewkit/win32 viewkit viewkit/* host
 src/editing editing viewkit viewkit/* host
 src/maintenance maintenance editing viewkit viewkit/* host
 src/picker picker editing viewkit viewkit/* host
-src/component component component/* picker maintenance editing viewkit viewkit/* host
+src/com com host
+src/accessible accessible com viewkit viewkit/* host
+src/component component component/* accessible com picker maintenance editing viewkit viewkit/* host
 desk/book/files book/files host
 desk/book/database book/database host
 desk/book/sql book/sql book/database host
@@ -37,10 +39,10 @@ desk/book/ledger book/ledger book/session book/sql book/database embedded host
 desk/book/host book/host book/ledger book/session book/sql book/database book/files host
 desk/book book book/* embedded host
 desk/views views book book/* embedded viewkit viewkit/* host
-desk/app app app/* views component component/* book book/* viewkit viewkit/* host"
+desk/app app app/* views accessible com book book/* viewkit viewkit/* host"
 
 # The modules that may know Windows, and their suites.
-readonly windows_folders='^((src/viewkit/win32|src/component|desk/app|tests/component|tests/windows|tests/package)/|desk/book/(odbc/odbc_api\.h|files/fresh_file\.cpp)$)'
+readonly windows_folders='^((src/viewkit/win32|src/com|src/accessible|src/component|desk/app|tests/component|tests/windows|tests/package)/|desk/book/(odbc/odbc_api\.h|files/fresh_file\.cpp)$)'
 readonly windows_words='<(windows|windowsx|commctrl|ole2|oleauto|olectl|objbase)\.h>|\<(HWND|HDC|HRESULT|BSTR|IDispatch|IUnknown|LPARAM|WPARAM)\>'
 
 check_layers() {

@@ -5,7 +5,7 @@
 #include <olectl.h>
 #include <oleidl.h>
 
-#include "component/base/variant.h"
+#include "com/variant.h"
 #include "component/own_container.h"
 #include "qnDesignUI.h"
 #include "tavrix.h"
@@ -13,7 +13,7 @@
 namespace tavrix::test {
 namespace {
 
-using component::Variant;
+using com::Variant;
 
 /// The font of the child control with this name.
 LOGFONTW FontOfChild(const ComPtr<IUnknown>& control, const char* name) {

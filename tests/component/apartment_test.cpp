@@ -5,8 +5,8 @@
 #include <string_view>
 #include <thread>
 
-#include "component/base/bstr.h"
-#include "component/base/variant.h"
+#include "com/bstr.h"
+#include "com/variant.h"
 #include "component/loaded_library.h"
 #include "qnDesignUI.h"
 #include "qnFormUI.h"
@@ -15,8 +15,8 @@
 namespace tavrix::test {
 namespace {
 
-using component::Bstr;
-using component::Variant;
+using com::Bstr;
+using com::Variant;
 
 /// A view in an apartment of its own, used from another one, with nothing registered. Wine keeps
 /// that apartment and what it holds: no test behind this one can see the library unloaded.
@@ -32,7 +32,7 @@ TEST(Apartments, EarlyBoundCallersReachAViewFromAnyThread) {
       Bstr text;
       const Bstr name(std::string_view("isVisibleNewNext"));
       if (form && SUCCEEDED(form->get_Attributes(name.Get(), text.Put()))) {
-        found += " " + component::TextOf(text.Get());
+        found += " " + com::TextOf(text.Get());
       }
       ComPtr<IDispatch> controls;
       if (design && SUCCEEDED(design->get_Controls(controls.Put())) && controls) {
@@ -46,7 +46,7 @@ TEST(Apartments, EarlyBoundCallersReachAViewFromAnyThread) {
       if (all && SUCCEEDED(all->get_Item(Variant(std::string_view("Vs(0)")).Get(), child.Put()))) {
         const auto grid = child.As<IChildControl>();
         if (grid && SUCCEEDED(grid->get_TypeName(text.Put()))) {
-          found += " " + component::TextOf(text.Get());
+          found += " " + com::TextOf(text.Get());
         }
         if (child.As<IGridRows>()) found += " rows";
       }

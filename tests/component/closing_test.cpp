@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "com/bstr.h"
 #include "component/answers.h"
-#include "component/base/bstr.h"
 #include "component/loaded_library.h"
 #include "component/own_container.h"
 #include "component/resources.h"
@@ -28,7 +28,7 @@
 namespace tavrix::test {
 namespace {
 
-using component::Bstr;
+using com::Bstr;
 
 StubHost::Row PickerRow(int number) {
   const auto whole = [](int value) { return Variant(std::int32_t{value}); };

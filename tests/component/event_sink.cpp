@@ -2,23 +2,21 @@
 
 #include <utility>
 
-#include "component/base/failure.h"
-#include "component/base/identity.h"
+#include "com/com_object.h"
+#include "com/failure.h"
 #include "tavrix.h"
 
 namespace tavrix::test {
 
 namespace {
 
-using component::Check;
+using com::Check;
 
 /// Answers its source interface as the sinks of scripts do, and no dispatch names.
-class Sink : public component::Identity, public component::Face<IDispatch> {
+class Sink : public com::Implements<IDispatch> {
  public:
-  Sink(const IID& events, Listener listener)
-      : Face<IDispatch>(static_cast<Identity&>(*this)), listener_(std::move(listener)) {
-    Publish(events, this);
-    Publish(IID_IDispatch, this);
+  Sink(const IID& events, Listener listener) : listener_(std::move(listener)) {
+    AddInterface(events, static_cast<IDispatch*>(this));
   }
   STDMETHODIMP GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
@@ -40,10 +38,10 @@ class Sink : public component::Identity, public component::Face<IDispatch> {
 }  // namespace
 
 EventSink::EventSink(IUnknown* object, const IID& events, Listener listener) {
-  const auto container = component::Query<IConnectionPointContainer>(object);
-  if (!container) throw component::ComFailure(E_NOINTERFACE);
+  const auto container = com::Query<IConnectionPointContainer>(object);
+  if (!container) throw com::ComFailure(E_NOINTERFACE);
   Check(container->FindConnectionPoint(events, point_.Put()));
-  const auto sink = component::MakeObject<Sink>(events, std::move(listener));
+  const auto sink = com::Make<Sink>(events, std::move(listener));
   Check(point_->Advise(sink.Get(), &cookie_));
 }
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "component/base/com_ptr.h"
+#include "com/com_ptr.h"
 #include "component/named_object.h"
 
 namespace tavrix::test {

@@ -3,7 +3,7 @@
 #include <ocidl.h>
 #include <oleidl.h>
 
-#include "component/base/failure.h"
+#include "com/failure.h"
 
 namespace tavrix::test {
 
@@ -20,7 +20,7 @@ struct Atl {
   }
   static void Start() {
     static const BOOL started = Entry<BOOL WINAPI()>("AtlAxWinInit")();
-    if (started == FALSE) throw component::ComFailure(E_FAIL);
+    if (started == FALSE) throw com::ComFailure(E_FAIL);
   }
   static HRESULT Control(HWND window, IUnknown** control) {
     return Entry<HRESULT WINAPI(HWND, IUnknown**)>("AtlAxGetControl")(window, control);
@@ -37,8 +37,8 @@ ForeignContainer::ForeignContainer(const wchar_t* prog_id, int width, int height
   Atl::Start();
   window_ = CreateWindowExW(0, kClass, prog_id, WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0,
                             width, height, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
-  if (window_ == nullptr) throw component::ComFailure(HRESULT_FROM_WIN32(GetLastError()));
-  component::Check(Atl::Control(window_, control_.Put()));
+  if (window_ == nullptr) throw com::ComFailure(HRESULT_FROM_WIN32(GetLastError()));
+  com::Check(Atl::Control(window_, control_.Put()));
 }
 
 void ForeignContainer::Resize(int width, int height) {

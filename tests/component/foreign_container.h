@@ -2,11 +2,11 @@
 
 #include <windows.h>
 
-#include "component/base/com_ptr.h"
+#include "com/com_ptr.h"
 
 namespace tavrix::test {
 
-using component::ComPtr;
+using com::ComPtr;
 
 /// The system's own container for a control, as a window of the size given (pixels of its client
 /// area). It has no ambient properties and leaves the keys to its program's message loop.

@@ -14,7 +14,7 @@
 namespace tavrix::test {
 namespace {
 
-using component::Bstr;
+using com::Bstr;
 using testing::ElementsAre;
 using testing::StartsWith;
 
@@ -125,12 +125,9 @@ TEST_F(View, TakesRowsAsOnePieceOfText) {
 
 /// An object that is nothing but its declared interface: it has no calls by name.
 template <class Interface>
-class Declared : public component::Identity, public component::Face<Interface> {
+class Declared : public com::Implements<Interface> {
  public:
-  Declared() : component::Face<Interface>(static_cast<Identity&>(*this)) {
-    Publish(IID_IDispatch, this);
-    Publish(__uuidof(Interface), this);
-  }
+  Declared() { this->AddInterface(IID_IDispatch, static_cast<Interface*>(this)); }
   STDMETHODIMP GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept override {
@@ -145,7 +142,7 @@ class Declared : public component::Identity, public component::Face<Interface> {
 class DeclaredRule : public Declared<IHostCodeRule> {
  public:
   STDMETHODIMP ParentCode(BSTR code, BSTR rule, BSTR* result) noexcept override {
-    asked_ = component::TextOf(code) + "/" + component::TextOf(rule);
+    asked_ = com::TextOf(code) + "/" + com::TextOf(rule);
     *result = Bstr(std::string_view("1002")).Detach();
     return S_OK;
   }
@@ -193,8 +190,8 @@ class DeclaredWheel : public Declared<IHostMouseEvent> {
 std::string DeclaredWheel::calls_;
 
 TEST_F(View, CallsAnObjectThroughItsDeclaredInterface) {
-  host_->helpers["CodeRule"] = component::MakeObject<DeclaredRule>().As<IDispatch>();
-  host_->helpers["MouseEvent"] = component::MakeObject<DeclaredWheel>().As<IDispatch>();
+  host_->helpers["CodeRule"] = com::MakeObject<DeclaredRule>().As<IDispatch>();
+  host_->helpers["MouseEvent"] = com::MakeObject<DeclaredWheel>().As<IDispatch>();
   DeclaredWheel::calls_.clear();
   const EventLog log(object_.Get());
   ASSERT_EQ(Init(), S_OK);

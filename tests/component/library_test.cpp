@@ -9,7 +9,7 @@
 #include <set>
 #include <string>
 
-#include "component/base/bstr.h"
+#include "com/bstr.h"
 #include "component/loaded_library.h"
 #include "qnDesignUI.h"
 #include "qnFormUI.h"
@@ -20,7 +20,7 @@
 namespace tavrix::test {
 namespace {
 
-using component::Bstr;
+using com::Bstr;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
@@ -91,7 +91,7 @@ std::string LibraryName(const std::wstring& file) {
   const std::string version =
       std::to_string(attributes->wMajorVerNum) + "." + std::to_string(attributes->wMinorVerNum);
   library->ReleaseTLibAttr(attributes);
-  return component::TextOf(name.Get()) + " " + version;
+  return com::TextOf(name.Get()) + " " + version;
 }
 
 TEST(TypeLibraries, StandInTheLibraryAndTheOthersBesideItToo) {
@@ -124,7 +124,7 @@ class Described : public testing::Test {
       info->GetNames(function->memid, names, 8, &count);
       std::string line = std::to_string(function->memid);
       for (UINT n = 0; n < count; ++n) {
-        line += " " + component::TextOf(names[n]);
+        line += " " + com::TextOf(names[n]);
         SysFreeString(names[n]);
       }
       members.push_back(line);
@@ -157,7 +157,7 @@ std::vector<std::string> Implemented(ITypeInfo& info) {
     part->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr);
     const std::string kind = std::string((flags & IMPLTYPEFLAG_FDEFAULT) != 0 ? "d" : "") +
                              ((flags & IMPLTYPEFLAG_FSOURCE) != 0 ? "s" : "");
-    implemented.push_back(kind + " " + component::TextOf(name.Get()));
+    implemented.push_back(kind + " " + com::TextOf(name.Get()));
   }
   return implemented;
 }

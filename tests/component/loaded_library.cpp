@@ -1,19 +1,19 @@
 #include "component/loaded_library.h"
 
-#include "component/base/failure.h"
+#include "com/failure.h"
 #include "tavrix.h"
 
 namespace tavrix::test {
 
 ComPtr<IUnknown> CreateView() {
   ComPtr<IUnknown> view;
-  component::Check(CoCreateInstance(__uuidof(Kjkm), nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
-                                    view.PutVoid()));
+  com::Check(CoCreateInstance(__uuidof(Kjkm), nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
+                              view.PutVoid()));
   return view;
 }
 
 LoadedLibrary::LoadedLibrary() : module_(LoadLibraryW(L"tavrix.dll")) {
-  if (module_ == nullptr) throw component::ComFailure(HRESULT_FROM_WIN32(GetLastError()));
+  if (module_ == nullptr) throw com::ComFailure(HRESULT_FROM_WIN32(GetLastError()));
 }
 
 std::wstring LoadedLibrary::File() const {

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "component/base/com_ptr.h"
+#include "com/com_ptr.h"
 
 namespace tavrix::test {
 
-using component::ComPtr;
+using com::ComPtr;
 
 /// A `Kjkm`, activated by its class identifier.
 [[nodiscard]] ComPtr<IUnknown> CreateView();

@@ -6,17 +6,17 @@
 #include <exception>
 #include <optional>
 
-#include "component/base/bstr.h"
-#include "component/base/failure.h"
+#include "com/bstr.h"
+#include "com/failure.h"
 
 namespace tavrix::test {
 
-using component::Bstr;
+using com::Bstr;
 
 std::string TextOf(const Variant& value) {
   if (value.Type() == VT_NULL) return "(null)";
   if (value.Type() == VT_EMPTY) return "(empty)";
-  return component::TextOf(value.As(VT_BSTR).Get().bstrVal);
+  return com::TextOf(value.As(VT_BSTR).Get().bstrVal);
 }
 
 const VARIANT& StubCall::Raw(std::size_t position) const {
@@ -33,14 +33,10 @@ long StubCall::Number(std::size_t position) const {
 }
 
 NamedObject::NamedObject(Members members, Gate gate)
-    : Face<IDispatch>(static_cast<Identity&>(*this)),
-      members_(std::move(members)),
-      gate_(std::move(gate)) {
-  Publish(IID_IDispatch, this);
-}
+    : members_(std::move(members)), gate_(std::move(gate)) {}
 
 ComPtr<IDispatch> NamedObject::Make(Members members, Gate gate) {
-  return component::MakeObject<NamedObject>(std::move(members), std::move(gate)).As<IDispatch>();
+  return com::MakeObject<NamedObject>(std::move(members), std::move(gate)).As<IDispatch>();
 }
 
 namespace {

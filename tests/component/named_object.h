@@ -9,14 +9,14 @@
 #include <utility>
 #include <vector>
 
-#include "component/base/com_ptr.h"
-#include "component/base/identity.h"
-#include "component/base/variant.h"
+#include "com/com_object.h"
+#include "com/com_ptr.h"
+#include "com/variant.h"
 
 namespace tavrix::test {
 
-using component::ComPtr;
-using component::Variant;
+using com::ComPtr;
+using com::Variant;
 
 /// An error that a stub raises as a language with exceptions does: a text and a code.
 struct Raised {
@@ -52,7 +52,7 @@ class StubCall {
 
 /// An Automation object whose members are functions, found by name and by nothing else; the one
 /// without a name is the default member. Members that are properties look at `Puts`.
-class NamedObject : public component::Identity, public component::Face<IDispatch> {
+class NamedObject : public com::Implements<IDispatch> {
  public:
   using Function = std::function<Variant(const StubCall& call)>;
   using Members = std::vector<std::pair<std::wstring, Function>>;

@@ -12,13 +12,13 @@
 #include <string>
 #include <vector>
 
-#include "component/base/bstr.h"
+#include "com/bstr.h"
 #include "component/loaded_library.h"
 
 namespace tavrix::test {
 namespace {
 
-using component::Bstr;
+using com::Bstr;
 
 /// What programs outside rely on: the interface, then its members in the spelling that they use.
 constexpr const char* kPublished = R"(
@@ -84,15 +84,15 @@ void ReadMember(ITypeInfo& info, const std::string& owner, const FUNCDESC& funct
   UINT count = 0;
   info.GetNames(function.memid, names, 12, &count);
   for (UINT i = 0; i < count; ++i) {
-    built.names.insert(component::TextOf(names[i]));
-    if (i == 0) built.members[owner].insert(component::TextOf(names[i]));
+    built.names.insert(com::TextOf(names[i]));
+    if (i == 0) built.members[owner].insert(com::TextOf(names[i]));
     SysFreeString(names[i]);
   }
   Bstr name;
   Bstr help;
   info.GetDocumentation(function.memid, name.Put(), help.Put(), nullptr, nullptr);
-  if (component::TextOf(help.Get()).empty())
-    built.without_help.push_back(owner + "." + component::TextOf(name.Get()));
+  if (com::TextOf(help.Get()).empty())
+    built.without_help.push_back(owner + "." + com::TextOf(name.Get()));
 }
 
 /// `info` as its table of methods, where it is a dual interface.
@@ -107,7 +107,7 @@ ComPtr<ITypeInfo> MethodsOf(const ComPtr<ITypeInfo>& info) {
 void ReadType(const ComPtr<ITypeInfo>& info, Built& built) {
   Bstr name;
   info->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr);
-  const std::string owner = component::TextOf(name.Get());
+  const std::string owner = com::TextOf(name.Get());
   built.names.insert(owner);
   const auto methods = MethodsOf(info);
   TYPEATTR* attributes = nullptr;

@@ -6,17 +6,15 @@
 #include <ocidl.h>
 #include <olectl.h>
 
-#include "component/base/failure.h"
-#include "component/base/identity.h"
-#include "component/base/variant.h"
+#include "com/com_object.h"
+#include "com/failure.h"
+#include "com/variant.h"
 
 namespace tavrix::test {
 
-using component::Variant;
+using com::Variant;
 
 namespace {
-
-using component::Face;
 
 ComPtr<IDispatch> FontOf(Ambients& ambients) {
   FONTDESC description{};
@@ -31,12 +29,9 @@ ComPtr<IDispatch> FontOf(Ambients& ambients) {
 }
 
 /// The frame around the container: a window without borders or menus to lend.
-class Frame : public component::Identity, public Face<IOleInPlaceFrame> {
+class Frame : public com::Implements<IOleInPlaceFrame> {
  public:
-  explicit Frame(OwnContainer& container)
-      : Face<IOleInPlaceFrame>(static_cast<Identity&>(*this)), container_(container) {
-    Publish(IID_IOleInPlaceFrame, this);
-  }
+  explicit Frame(OwnContainer& container) : container_(container) {}
   STDMETHODIMP GetWindow(HWND* result) noexcept override {
     *result = container_.window.Get();
     return S_OK;
@@ -67,23 +62,9 @@ class Frame : public component::Identity, public Face<IOleInPlaceFrame> {
 };
 
 /// The site of one control that fills a window.
-class Site : public component::Identity,
-             public Face<IOleClientSite>,
-             public Face<IOleInPlaceSite>,
-             public Face<IOleControlSite>,
-             public Face<IDispatch> {
+class Site : public com::Implements<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch> {
  public:
-  explicit Site(OwnContainer& container)
-      : Face<IOleClientSite>(static_cast<Identity&>(*this)),
-        Face<IOleInPlaceSite>(static_cast<Identity&>(*this)),
-        Face<IOleControlSite>(static_cast<Identity&>(*this)),
-        Face<IDispatch>(static_cast<Identity&>(*this)),
-        container_(container) {
-    Publish(IID_IOleClientSite, static_cast<IOleClientSite*>(this));
-    Publish(IID_IOleInPlaceSite, static_cast<IOleInPlaceSite*>(this));
-    Publish(IID_IOleControlSite, static_cast<IOleControlSite*>(this));
-    Publish(IID_IDispatch, static_cast<IDispatch*>(this));
-  }
+  explicit Site(OwnContainer& container) : container_(container) {}
 
   STDMETHODIMP SaveObject() noexcept override {
     ++container_.saved;
@@ -113,7 +94,7 @@ class Site : public component::Identity,
   STDMETHODIMP GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document,
                                 RECT* place, RECT* clip,
                                 OLEINPLACEFRAMEINFO* info) noexcept override {
-    *frame = component::MakeObject<Frame>(container_).As<IOleInPlaceFrame>().Detach();
+    *frame = com::MakeObject<Frame>(container_).As<IOleInPlaceFrame>().Detach();
     *document = nullptr;
     GetClientRect(container_.window.Get(), place);
     if (container_.clips) *clip = *place;
@@ -179,23 +160,23 @@ HRESULT OwnContainer::Hear(const char* member) {
 }
 
 ComPtr<IOleClientSite> OwnContainer::MakeSite() {
-  return component::MakeObject<Site>(*this).As<IOleClientSite>();
+  return com::MakeObject<Site>(*this).As<IOleClientSite>();
 }
 
 ComPtr<IUnknown> OwnContainer::Place(const wchar_t* prog_id) {
   CLSID clsid{};
   ComPtr<IUnknown> control;
-  component::Check(CLSIDFromProgID(prog_id, &clsid));
-  component::Check(
+  com::Check(CLSIDFromProgID(prog_id, &clsid));
+  com::Check(
       CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, control.PutVoid()));
-  component::Check(control.As<IOleObject>()->SetClientSite(MakeSite().Get()));
+  com::Check(control.As<IOleObject>()->SetClientSite(MakeSite().Get()));
   return control;
 }
 
 HRESULT OwnContainer::Do(const ComPtr<IUnknown>& control, LONG verb) {
   RECT place{0, 0, 400, 300};
   ComPtr<IOleClientSite> site;
-  component::Check(control.As<IOleObject>()->GetClientSite(site.Put()));
+  com::Check(control.As<IOleObject>()->GetClientSite(site.Put()));
   return control.As<IOleObject>()->DoVerb(verb, nullptr, site.Get(), 0, window.Get(), &place);
 }
 

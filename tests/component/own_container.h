@@ -8,13 +8,13 @@
 #include <string>
 #include <vector>
 
-#include "component/base/com_ptr.h"
+#include "com/com_ptr.h"
 #include "viewkit/win32/handles.h"
 #include "viewkit/win32/view_window.h"
 
 namespace tavrix::test {
 
-using component::ComPtr;
+using com::ComPtr;
 
 /// The properties that a container offers to all its controls.
 struct Ambients {

@@ -12,9 +12,9 @@
 #include <utility>
 #include <vector>
 
-#include "component/adapters/late_object.h"
-#include "component/base/bstr.h"
-#include "component/base/events.h"
+#include "com/bstr.h"
+#include "com/events.h"
+#include "com/late_object.h"
 #include "component/event_sink.h"
 #include "component/foreign_container.h"
 #include "component/stub_host.h"
@@ -26,7 +26,7 @@
 namespace tavrix::test {
 namespace {
 
-using component::Bstr;
+using com::Bstr;
 using testing::ElementsAre;
 
 /// A wheel of the host that can be turned.
@@ -42,14 +42,14 @@ class Wheel : public NamedObject {
                         return Variant();
                       }},
                      {L"Detach", [](const StubCall&) { return Variant(); }}}) {
-    Publish(IID_IConnectionPointContainer, &container_);
+    AddInterface(IID_IConnectionPointContainer, &container_);
   }
   void Turn(std::int32_t value) { events_.Fire(1, {Variant(value)}); }
   std::function<void()> on_position;
 
  private:
-  component::EventSource events_{*this, __uuidof(IHostMouseEvents)};
-  component::EventContainer container_{*this, events_};
+  com::EventSource events_{*this, __uuidof(IHostMouseEvents)};
+  com::ConnectionPointContainer container_{*this, events_};
 };
 
 StubHost::Row PickerRow(int id, std::string_view code, std::string_view name) {
@@ -84,7 +84,7 @@ TEST(PickedAccounts, AreTypedForEarlyBoundCallersAndTellTheirClass) {
     const auto info = object.template As<IProvideClassInfo>();
     if (!info || FAILED(info->GetClassInfo(described.Put()))) return std::string("(none)");
     described->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr);
-    return component::TextOf(name.Get());
+    return com::TextOf(name.Get());
   };
   EXPECT_EQ(name_of(accounts), "colKjkm");
   EXPECT_EQ(name_of(account), "clsKjkm");
@@ -142,7 +142,7 @@ class Picker : public testing::Test {
   [[nodiscard]] std::string Message() {
     Bstr caption;
     EXPECT_EQ(Child<ILabelControl>("lblMessage")->get_Caption(caption.Put()), S_OK);
-    return component::TextOf(caption.Get());
+    return com::TextOf(caption.Get());
   }
   void PickSecond() {
     EXPECT_EQ(Child<IFlexGrid>("Vs")->put_IsSelected(2, VARIANT_TRUE), S_OK);
@@ -153,7 +153,7 @@ class Picker : public testing::Test {
     ComPtr<IErrorInfo> info;
     Bstr text;
     if (GetErrorInfo(0, info.Put()) == S_OK) info->GetDescription(text.Put());
-    return component::TextOf(text.Get());
+    return com::TextOf(text.Get());
   }
 
   std::shared_ptr<StubHost> host_ = std::make_shared<StubHost>();
@@ -168,10 +168,10 @@ TEST_F(Picker, TellsWhatTheDefaultMemberOfACollectionRaises) {
                                               }}});
   EXPECT_EQ(picker_->putref_Parameters(collection.Get()), S_OK);
   try {
-    (void)component::LateObject(object_.As<IDispatch>())
+    (void)com::LateObject(object_.As<IDispatch>())
         .Get(L"Parameters", {Variant(std::string_view("any"))});
     FAIL() << "it gave a value";
-  } catch (const component::ComFailure& failure) {
+  } catch (const com::ComFailure& failure) {
     EXPECT_STREQ(failure.what(), "参数读不出");
     EXPECT_EQ(failure.Code(), E_ACCESSDENIED);
   }
@@ -184,8 +184,8 @@ TEST_F(Picker, ReplacesTheStringsOfAnEarlyBoundCaller) {
   BSTR code_given = code.Detach();
   BSTR name_given = name.Detach();
   EXPECT_EQ(Validate("1001", &code_given, &name_given), S_OK);
-  EXPECT_EQ(component::TextOf(code_given), "1");
-  EXPECT_EQ(component::TextOf(name_given), "1001");
+  EXPECT_EQ(com::TextOf(code_given), "1");
+  EXPECT_EQ(com::TextOf(name_given), "1001");
   EXPECT_EQ(host_->statements.back(),
             "select * FROM gl_code where (ccode='1001' OR ccode_name='1001' or chelp='1001')");
   host_->rows.clear();
@@ -229,7 +229,7 @@ TEST_F(Picker, TellsTheHostsOwnTextOfAFailure) {
 }
 
 TEST_F(Picker, FollowsTheHostsWheelUntilItIsCleared) {
-  const auto wheel = component::MakeObject<Wheel>();
+  const auto wheel = com::MakeObject<Wheel>();
   host_->helpers["MouseEvent"] = wheel.As<IDispatch>();
   auto& source = *static_cast<Wheel*>(wheel.As<IDispatch>().Get());
   ASSERT_EQ(Init(), S_OK);
@@ -251,7 +251,7 @@ TEST_F(Picker, FollowsTheHostsWheelUntilItIsCleared) {
 
 /// A wheel that lets go of its control when the control tells it where the rows are.
 TEST_F(Picker, LivesToTheEndOfAWheelsTurnInWhichItsLastHolderLetsGo) {
-  const auto wheel = component::MakeObject<Wheel>();
+  const auto wheel = com::MakeObject<Wheel>();
   host_->helpers["MouseEvent"] = wheel.As<IDispatch>();
   auto& source = *static_cast<Wheel*>(wheel.As<IDispatch>().Get());
   ASSERT_EQ(Init(), S_OK);

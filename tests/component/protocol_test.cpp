@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "component/base/failure.h"
+#include "com/failure.h"
 #include "component/event_sink.h"
 #include "component/loaded_library.h"
 #include "component/stub_host.h"
@@ -109,7 +109,7 @@ struct Late {
     std::wstring text = name;
     LPOLESTR given = text.data();
     DISPID id = 0;
-    component::Check(object_->GetIDsOfNames(IID_NULL, &given, 1, LOCALE_USER_DEFAULT, &id));
+    com::Check(object_->GetIDsOfNames(IID_NULL, &given, 1, LOCALE_USER_DEFAULT, &id));
     const bool puts = named == std::vector<DISPID>{DISPID_PROPERTYPUT};
     DISPPARAMS all{arguments.data(), named.data(), static_cast<UINT>(arguments.size()),
                    static_cast<UINT>(named.size())};

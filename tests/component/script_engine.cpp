@@ -4,26 +4,23 @@
 #include <memory>
 #include <utility>
 
-#include "component/adapters/late_object.h"
-#include "component/base/bstr.h"
-#include "component/base/failure.h"
-#include "component/base/identity.h"
+#include "com/bstr.h"
+#include "com/com_object.h"
+#include "com/failure.h"
+#include "com/late_object.h"
 #include "component/event_sink.h"
 
 namespace tavrix::test {
 
-using component::Bstr;
-using component::Check;
-using component::ComFailure;
-using component::LateObject;
-using component::Query;
+using com::Bstr;
+using com::Check;
+using com::ComFailure;
+using com::LateObject;
+using com::Query;
 
 /// What the engine asks its host for.
-class ScriptEngine::Site : public component::Identity, public component::Face<IActiveScriptSite> {
+class ScriptEngine::Site : public com::Implements<IActiveScriptSite> {
  public:
-  Site() : Face<IActiveScriptSite>(static_cast<Identity&>(*this)) {
-    Publish(IID_IActiveScriptSite, this);
-  }
   void Add(const std::wstring& name, const ComPtr<IDispatch>& object) { objects_[name] = object; }
   void Begin(const std::string& file) {
     file_ = file;
@@ -57,7 +54,7 @@ class ScriptEngine::Site : public component::Identity, public component::Face<IA
     const auto text = Owned(exception.bstrDescription);
     const auto help = Owned(exception.bstrHelpFile);
     error_ = file_ + "(" + std::to_string(line + 1) +
-             "): " + (text.empty() ? component::MeaningOf(exception.scode) : text);
+             "): " + (text.empty() ? com::MeaningOf(exception.scode) : text);
     return S_OK;  // the error has been dealt with
   }
   STDMETHODIMP OnEnterScript() noexcept override { return S_OK; }
@@ -68,7 +65,7 @@ class ScriptEngine::Site : public component::Identity, public component::Face<IA
   [[nodiscard]] static std::string Owned(BSTR string) {
     Bstr owner;
     *owner.Put() = string;
-    return component::TextOf(string);
+    return com::TextOf(string);
   }
 
   std::map<std::wstring, ComPtr<IDispatch>> objects_;
@@ -108,7 +105,7 @@ std::string ScriptEngine::Run(const std::string& file, std::string_view source) 
   // Errors that a caller of the script's functions has dealt with may have been told too.
   if (SUCCEEDED(result)) return {};
   if (!site_->Error().empty()) return site_->Error();
-  return file + ": " + component::MeaningOf(result);
+  return file + ": " + com::MeaningOf(result);
 }
 
 namespace {

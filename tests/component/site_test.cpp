@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "com/bstr.h"
 #include "component/answers.h"
-#include "component/base/bstr.h"
 #include "component/loaded_library.h"
 #include "component/own_container.h"
 #include "component/stub_host.h"
@@ -211,12 +211,9 @@ TEST_F(Sited, SavesAtItsEndWhatHasChanged) {
 }
 
 /// Hears that an object has been closed.
-class CloseSink : public component::Identity, public component::Face<IAdviseSink> {
+class CloseSink : public com::Implements<IAdviseSink> {
  public:
-  explicit CloseSink(int& closed)
-      : Face<IAdviseSink>(static_cast<Identity&>(*this)), closed_(closed) {
-    Publish(IID_IAdviseSink, this);
-  }
+  explicit CloseSink(int& closed) : closed_(closed) {}
   STDMETHODIMP_(void) OnDataChange(FORMATETC*, STGMEDIUM*) noexcept override {}
   STDMETHODIMP_(void) OnViewChange(DWORD, LONG) noexcept override {}
   STDMETHODIMP_(void) OnRename(IMoniker*) noexcept override {}
@@ -231,7 +228,7 @@ TEST_F(Sited, ClosesThoughItsContainerCannotSaveIt) {
   const auto control = container_.Place(L"tavrix.Kjkm");
   int closed = 0;
   DWORD cookie = 0;
-  const auto sink = component::MakeObject<CloseSink>(closed).As<IAdviseSink>();
+  const auto sink = com::MakeObject<CloseSink>(closed).As<IAdviseSink>();
   EXPECT_EQ(control.As<IOleObject>()->Advise(sink.Get(), &cookie), S_OK);
   for (const HRESULT answer : {E_ACCESSDENIED, E_NOTIMPL}) {
     ASSERT_EQ(container_.Do(control, OLEIVERB_SHOW), S_OK);
@@ -305,9 +302,8 @@ TEST(Picture, LeavesTheLayoutOfAViewWithoutAWindow) {
 }
 
 /// The properties of a design as text, by name.
-class Bag : public component::Identity, public component::Face<IPropertyBag> {
+class Bag : public com::Implements<IPropertyBag> {
  public:
-  Bag() : Face<IPropertyBag>(static_cast<Identity&>(*this)) { Publish(IID_IPropertyBag, this); }
   STDMETHODIMP Read(LPCOLESTR name, VARIANT* value, IErrorLog*) noexcept override {
     if (std::wstring(name) != name_) return E_INVALIDARG;
     *value = Variant(value_).Detach();
@@ -384,7 +380,7 @@ TEST_F(Kept, ComesBackFromAStorage) {
 }
 
 TEST_F(Kept, ComesBackFromPropertiesByName) {
-  const auto bag = component::MakeObject<Bag>().As<IPropertyBag>();
+  const auto bag = com::MakeObject<Bag>().As<IPropertyBag>();
   const OLE_COLOR before = ColorOf(other_);
   EXPECT_EQ(other_.As<IPersistPropertyBag>()->Load(bag.Get(), nullptr), S_OK);
   EXPECT_EQ(ColorOf(other_), before) << "a property that is missing";

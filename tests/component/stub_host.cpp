@@ -5,9 +5,9 @@
 #include <optional>
 #include <string_view>
 
-#include "component/base/bstr.h"
-#include "component/base/failure.h"
-#include "component/base/identity.h"
+#include "com/bstr.h"
+#include "com/com_object.h"
+#include "com/failure.h"
 #include "qnSystem.h"
 
 namespace tavrix::test {
@@ -117,13 +117,13 @@ struct Cursor {
 };
 
 /// A recordset that also hands out its rows in one piece.
-class TextRecordset : public NamedObject, public component::Face<IHostRowTexts> {
+class TextRecordset : public NamedObject, public com::InterfaceImpl<IHostRowTexts> {
  public:
   TextRecordset(Members members, StubHost::RowTexts texts)
       : NamedObject(std::move(members)),
-        Face<IHostRowTexts>(static_cast<Identity&>(*this)),
+        com::InterfaceImpl<IHostRowTexts>(static_cast<com::ComObject&>(*this)),
         texts_(std::move(texts)) {
-    Publish(IID_IHostRowTexts, static_cast<IHostRowTexts*>(this));
+    AddInterface(IID_IHostRowTexts, static_cast<IHostRowTexts*>(this));
   }
 
   STDMETHODIMP GetRowTexts(long* fields, SAFEARRAY** ends, BSTR* text) noexcept override {
@@ -132,7 +132,7 @@ class TextRecordset : public NamedObject, public component::Face<IHostRowTexts> 
     if (texts_.type == VT_I4) {
       std::ranges::copy(texts_.ends, static_cast<LONG*>((*ends)->pvData));
     }
-    *text = component::Bstr(std::wstring_view(texts_.text)).Detach();
+    *text = com::Bstr(std::wstring_view(texts_.text)).Detach();
     return texts_.status;
   }
 
@@ -149,7 +149,7 @@ Variant Recordset(const Shared& host, const std::string& sql) {
   if (host->row_texts) {
     Members members{{L"EOF", [](const StubCall&) { return Variant(false); }}, {L"Close", nothing}};
     return Variant(
-        component::MakeObject<TextRecordset>(std::move(members), *host->row_texts).As<IDispatch>());
+        com::MakeObject<TextRecordset>(std::move(members), *host->row_texts).As<IDispatch>());
   }
   return Variant(Object(host, {{L"EOF", end},
                                {L"BOF", end},
@@ -326,8 +326,8 @@ Variant RowArray(const std::vector<std::vector<VARIANT>>& records) {
   for (std::size_t record = 0; record < records.size(); ++record) {
     for (std::size_t field = 0; field < records[record].size(); ++field) {
       LONG position[2] = {static_cast<LONG>(field), static_cast<LONG>(record)};
-      component::Check(SafeArrayPutElement(result.Get().parray, position,
-                                           component::Readable(records[record][field])));
+      com::Check(SafeArrayPutElement(result.Get().parray, position,
+                                     com::Readable(records[record][field])));
     }
   }
   return result;

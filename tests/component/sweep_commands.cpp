@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "component/base/bstr.h"
-#include "component/base/failure.h"
+#include "com/bstr.h"
+#include "com/failure.h"
 #include "component/loaded_library.h"
 #include "qnDesignUI.h"
 #include "qnFormUI.h"
@@ -17,7 +17,7 @@ namespace tavrix::test {
 
 namespace {
 
-using component::Bstr;
+using com::Bstr;
 
 using Member = HRESULT (STDMETHODCALLTYPE IFormUI::*)(VARIANT_BOOL*);
 using DataMember = HRESULT (STDMETHODCALLTYPE IFormUI::*)(VARIANT, VARIANT_BOOL*);
@@ -95,7 +95,7 @@ HRESULT Validate(Life& life) {
   const HRESULT result = life.object.As<IPickerUI>()->Validate(none.Get(), none.Get(), none.Get(),
                                                                Bstr(std::string_view("1002")).Get(),
                                                                &code, &name, &life.answer);
-  life.given = component::TextOf(code) + component::TextOf(name);
+  life.given = com::TextOf(code) + com::TextOf(name);
   EXPECT_TRUE(SUCCEEDED(result) || life.given.empty()) << life.given;
   SysFreeString(code);
   SysFreeString(name);
@@ -116,8 +116,8 @@ void WidenRows(StubHost& host) {
 
 Life::Life(const wchar_t* prog_id) {
   CLSID clsid{};
-  component::Check(CLSIDFromProgID(prog_id, &clsid));
-  component::Check(
+  com::Check(CLSIDFromProgID(prog_id, &clsid));
+  com::Check(
       CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.PutVoid()));
 }
 
@@ -146,7 +146,7 @@ std::string Life::Shown(const char* grid) const {
     for (long col = 0; col < cols; ++col) {
       Bstr text;
       EXPECT_EQ(cells->get_TextMatrix(row, col, text.Put()), S_OK);
-      shown += component::TextOf(text.Get()) + "\t";
+      shown += com::TextOf(text.Get()) + "\t";
     }
     shown += "\n";
   }
@@ -214,7 +214,7 @@ Subject PickerCommands() {
   picker.message = [](const Life& life) {
     Bstr text;
     EXPECT_EQ(life.Child<ILabelControl>("lblMessage")->get_Caption(text.Put()), S_OK);
-    return component::TextOf(text.Get());
+    return com::TextOf(text.Get());
   };
   const auto form = [](Life& life) { return life.object.As<IPickerUI>(); };
   const auto grid = [](Life& life) { return life.Child<IFlexGrid>("Vs"); };

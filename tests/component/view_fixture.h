@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "component/base/bstr.h"
+#include "com/bstr.h"
 #include "component/loaded_library.h"
 #include "component/stub_host.h"
 #include "qnDesignUI.h"
@@ -41,16 +41,16 @@ class View : public testing::Test {
     return grid.As<IFlexGrid>();
   }
   [[nodiscard]] static std::string Cell(const ComPtr<IFlexGrid>& grid, long row, long col) {
-    component::Bstr text;
+    com::Bstr text;
     EXPECT_EQ(grid->get_TextMatrix(row, col, text.Put()), S_OK);
-    return component::TextOf(text.Get());
+    return com::TextOf(text.Get());
   }
   /// The text of the error that the last call left.
   [[nodiscard]] static std::string ErrorText() {
     ComPtr<IErrorInfo> info;
-    component::Bstr text;
+    com::Bstr text;
     if (GetErrorInfo(0, info.Put()) == S_OK) info->GetDescription(text.Put());
-    return component::TextOf(text.Get());
+    return com::TextOf(text.Get());
   }
 
   std::shared_ptr<StubHost> host_ = FewAccounts();

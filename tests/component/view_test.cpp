@@ -14,7 +14,7 @@
 namespace tavrix::test {
 namespace {
 
-using component::Bstr;
+using com::Bstr;
 using testing::ElementsAre;
 using testing::StartsWith;
 
@@ -52,7 +52,7 @@ TEST_F(View, AnswersEarlyBoundCallers) {
   Bstr name;
   EXPECT_EQ(form_->get_Attributes(Bstr(std::string_view("isVisibleNewNext")).Get(), name.Put()),
             S_OK);
-  EXPECT_EQ(component::TextOf(name.Get()), "True");
+  EXPECT_EQ(com::TextOf(name.Get()), "True");
   ComPtr<IDispatch> parameters(object_.As<IDispatch>());
   EXPECT_EQ(design_->get_Parameters(parameters.Put()), S_OK);
   EXPECT_FALSE(parameters);

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "component/accessible/accessible_object.h"
+#include "accessible/accessible_object.h"
 #include "maintenance/view_test.h"
 #include "picker/picker_support.h"
 #include "viewkit/win32/windows_user.h"
@@ -36,7 +36,7 @@ class Apartment {
  public:
   Apartment() {
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    component::OfferAccessibility();
+    accessible::OfferAccessibility();
   }
   Apartment(const Apartment&) = delete;
   Apartment& operator=(const Apartment&) = delete;
@@ -194,12 +194,12 @@ TEST_F(AccessibleView, ChildrenAreNumberedAsScriptsDoIt) {
   VARIANT number{};
   number.vt = VT_I2;
   number.iVal = 2;
-  component::Bstr name;
+  com::Bstr name;
   EXPECT_EQ(tabs.object->get_accName(number, name.Put()), S_OK);
-  EXPECT_EQ(component::TextOf(name.Get()), "资产");
+  EXPECT_EQ(com::TextOf(name.Get()), "资产");
   VARIANT left_out{};
   EXPECT_EQ(tabs.object->get_accName(left_out, name.Put()), S_OK);
-  EXPECT_EQ(component::TextOf(name.Get()), "科目类别");
+  EXPECT_EQ(com::TextOf(name.Get()), "科目类别");
   left_out.vt = VT_ERROR;
   left_out.scode = DISP_E_PARAMNOTFOUND;
   EXPECT_EQ(tabs.object->get_accName(left_out, name.Put()), S_OK);
@@ -360,7 +360,7 @@ TEST_F(AccessiblePicker, SeveralRowsAreSelectedOneByOneAndByKey) {
   VARIANT all{};
   ASSERT_EQ(grid.object->get_accSelection(&all), S_OK);
   ASSERT_EQ(all.vt, VT_UNKNOWN);
-  ComPtr<IEnumVARIANT> walk = component::Query<IEnumVARIANT>(all.punkVal);
+  ComPtr<IEnumVARIANT> walk = com::Query<IEnumVARIANT>(all.punkVal);
   VariantClear(&all);
   EXPECT_EQ(walk->Skip(static_cast<ULONG>(Vs().Rows() - 1)), S_OK);
   EXPECT_EQ(walk->Skip(1), S_FALSE);

@@ -5,15 +5,15 @@
 
 #include <utility>
 
-#include "component/base/bstr.h"
-#include "component/base/variant.h"
+#include "com/bstr.h"
+#include "com/variant.h"
 #include "host/utf.h"
 
 namespace tavrix::test {
 namespace {
 
-using component::Bstr;
-using component::Variant;
+using com::Bstr;
+using com::Variant;
 using host::Narrow;
 
 VARIANT Number(LONG child) {
@@ -28,7 +28,7 @@ using TextMember = HRESULT (STDMETHODCALLTYPE IAccessible::*)(VARIANT, BSTR*);
 std::string TextOf(const Element& element, TextMember member) {
   Bstr text;
   (element.object.Get()->*member)(Number(element.child), text.Put());
-  return component::TextOf(text.Get());
+  return com::TextOf(text.Get());
 }
 
 std::string RoleText(LONG role) {
@@ -76,7 +76,7 @@ LONG ControlTypeOf(IRawElementProviderSimple& provider) {
 }  // namespace
 
 Element ElementOf(const ComPtr<IAccessible>& object, const VARIANT& value) {
-  if (value.vt == VT_DISPATCH) return {component::Query<IAccessible>(value.pdispVal)};
+  if (value.vt == VT_DISPATCH) return {com::Query<IAccessible>(value.pdispVal)};
   if (value.vt != VT_I4) return {};
   ComPtr<IDispatch> child;
   if (value.lVal != CHILDID_SELF && object->get_accChild(value, child.Put()) == S_OK && child) {

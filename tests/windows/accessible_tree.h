@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "component/base/com_ptr.h"
+#include "com/com_ptr.h"
 
 /// Windows as an assistive program sees them: through the system's own calls alone.
 namespace tavrix::test {
 
-using component::ComPtr;
+using com::ComPtr;
 
 /// An element: an object, or a number that an object answers for.
 struct Element {

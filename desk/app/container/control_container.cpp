@@ -4,7 +4,7 @@
 #include <olectl.h>
 
 #include "app/container/control_site.h"
-#include "component/base/com_ptr.h"
+#include "com/com_ptr.h"
 #include "host/error.h"
 
 namespace desk::app {
@@ -55,8 +55,8 @@ ControlContainer::ControlContainer(IUnknown* control, ContainerPlan plan)
   parts_->control = Query<IOleObject>(control);
   if (!parts_->control) Check(E_NOINTERFACE);
   parts_->plan = std::move(plan);
-  parts_->frame = MakeObject<InPlaceFrame>(parts_->plan);
-  parts_->site = MakeObject<ControlSite>(parts_->plan, parts_->frame);
+  parts_->frame = Make<InPlaceFrame>(parts_->plan);
+  parts_->site = Make<ControlSite>(parts_->plan, parts_->frame);
   parts_->Attach();
   Check(parts_->DoVerb(OLEIVERB_INPLACEACTIVATE));
 }

@@ -66,7 +66,9 @@ HRESULT GiveFont(VARIANT& result) {
 }  // namespace
 
 ControlSite::ControlSite(const ContainerPlan& plan, ComPtr<InPlaceFrame> frame)
-    : plan_(plan), frame_(std::move(frame)) {}
+    : plan_(plan), frame_(std::move(frame)) {
+  AddInterface(IID_IOleWindow, static_cast<IOleInPlaceSite*>(this));
+}
 
 void ControlSite::Retire() {
   plan_ = {};
@@ -80,37 +82,33 @@ HWND ControlSite::ControlWindow() const {
   return window;
 }
 
-void* ControlSite::InterfaceOf(REFIID iid) {
-  if (iid == IID_IOleWindow) return static_cast<IOleInPlaceSite*>(this);
-  return ComObject::InterfaceOf(iid);
-}
-
-STDMETHODIMP ControlSite::GetMoniker(DWORD, DWORD, IMoniker** moniker) {
+STDMETHODIMP ControlSite::GetMoniker(DWORD, DWORD, IMoniker** moniker) noexcept {
   return GiveNone(moniker, E_NOTIMPL);
 }
 
-STDMETHODIMP ControlSite::GetContainer(IOleContainer** container) {
+STDMETHODIMP ControlSite::GetContainer(IOleContainer** container) noexcept {
   return GiveNone(container, E_NOINTERFACE);
 }
 
-STDMETHODIMP ControlSite::GetWindow(HWND* window) {
+STDMETHODIMP ControlSite::GetWindow(HWND* window) noexcept {
   if (window == nullptr) return E_POINTER;
   *window = plan_.area;
   return plan_.area != nullptr ? S_OK : E_FAIL;
 }
 
-STDMETHODIMP ControlSite::OnInPlaceActivate() {
+STDMETHODIMP ControlSite::OnInPlaceActivate() noexcept {
   in_place_ = Query<IOleInPlaceObject>(control_);
   return S_OK;
 }
 
-STDMETHODIMP ControlSite::OnInPlaceDeactivate() {
+STDMETHODIMP ControlSite::OnInPlaceDeactivate() noexcept {
   in_place_ = {};
   return S_OK;
 }
 
 STDMETHODIMP ControlSite::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document,
-                                           RECT* position, RECT* clip, OLEINPLACEFRAMEINFO* info) {
+                                           RECT* position, RECT* clip,
+                                           OLEINPLACEFRAMEINFO* info) noexcept {
   if (frame == nullptr || position == nullptr || clip == nullptr || info == nullptr) {
     return E_POINTER;
   }
@@ -125,18 +123,19 @@ STDMETHODIMP ControlSite::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlace
   return S_OK;
 }
 
-STDMETHODIMP ControlSite::OnPosRectChange(const RECT*) {
+STDMETHODIMP ControlSite::OnPosRectChange(const RECT*) noexcept {
   if (!in_place_) return E_UNEXPECTED;
   RECT area{};
   GetClientRect(plan_.area, &area);  // a control always fills its area
   return in_place_->SetObjectRects(&area, &area);
 }
 
-STDMETHODIMP ControlSite::GetExtendedControl(IDispatch** control) {
+STDMETHODIMP ControlSite::GetExtendedControl(IDispatch** control) noexcept {
   return GiveNone(control, E_NOTIMPL);
 }
 
-STDMETHODIMP ControlSite::TransformCoords(POINTL* himetric, POINTF* container, DWORD flags) {
+STDMETHODIMP ControlSite::TransformCoords(POINTL* himetric, POINTF* container,
+                                          DWORD flags) noexcept {
   if (himetric == nullptr || container == nullptr) return E_POINTER;
   const float points = static_cast<float>(kPointsPerInch) / kHimetricPerInch;
   if ((flags & XFORMCOORDS_HIMETRICTOCONTAINER) != 0) {
@@ -149,29 +148,29 @@ STDMETHODIMP ControlSite::TransformCoords(POINTL* himetric, POINTF* container, D
   return S_OK;
 }
 
-STDMETHODIMP ControlSite::TranslateAccelerator(MSG* message, DWORD) {
+STDMETHODIMP ControlSite::TranslateAccelerator(MSG* message, DWORD) noexcept {
   if (message == nullptr) return E_POINTER;
   if (message->message != WM_KEYDOWN || message->wParam != VK_TAB || !plan_.tab_out) return S_FALSE;
   plan_.tab_out(GetKeyState(VK_SHIFT) < 0);
   return S_OK;
 }
 
-STDMETHODIMP ControlSite::GetTypeInfoCount(UINT* count) {
+STDMETHODIMP ControlSite::GetTypeInfoCount(UINT* count) noexcept {
   if (count == nullptr) return E_POINTER;
   *count = 0;
   return S_OK;
 }
 
-STDMETHODIMP ControlSite::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
+STDMETHODIMP ControlSite::GetTypeInfo(UINT, LCID, ITypeInfo** info) noexcept {
   return GiveNone(info, E_NOTIMPL);
 }
 
-STDMETHODIMP ControlSite::GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) {
+STDMETHODIMP ControlSite::GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept {
   return DISP_E_UNKNOWNNAME;
 }
 
 STDMETHODIMP ControlSite::Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS*,
-                                 VARIANT* result, EXCEPINFO*, UINT*) {
+                                 VARIANT* result, EXCEPINFO*, UINT*) noexcept {
   if ((flags & DISPATCH_PROPERTYGET) == 0) return DISP_E_MEMBERNOTFOUND;
   if (result == nullptr) return E_POINTER;
   VariantInit(result);

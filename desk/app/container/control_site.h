@@ -5,13 +5,14 @@
 #include <ocidl.h>
 #include <oleidl.h>
 
-#include "app/com/object.h"
+#include "app/com.h"
 #include "app/container/in_place_frame.h"
 
 namespace desk::app {
 
 /// The site of the one control of a container, with its ambient properties.
-class ControlSite : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch> {
+class ControlSite
+    : public tavrix::com::Implements<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch> {
  public:
   ControlSite(const ContainerPlan& plan, ComPtr<InPlaceFrame> frame);
 
@@ -22,44 +23,44 @@ class ControlSite : public ComObject<IOleClientSite, IOleInPlaceSite, IOleContro
   void Retire();
 
   // IOleClientSite
-  STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
-  STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** moniker) override;
-  STDMETHODIMP GetContainer(IOleContainer** container) override;
-  STDMETHODIMP ShowObject() override { return S_OK; }
-  STDMETHODIMP OnShowWindow(BOOL) override { return S_OK; }
-  STDMETHODIMP RequestNewObjectLayout() override { return E_NOTIMPL; }
+  STDMETHODIMP SaveObject() noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** moniker) noexcept override;
+  STDMETHODIMP GetContainer(IOleContainer** container) noexcept override;
+  STDMETHODIMP ShowObject() noexcept override { return S_OK; }
+  STDMETHODIMP OnShowWindow(BOOL) noexcept override { return S_OK; }
+  STDMETHODIMP RequestNewObjectLayout() noexcept override { return E_NOTIMPL; }
   // IOleWindow
-  STDMETHODIMP GetWindow(HWND* window) override;
-  STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP GetWindow(HWND* window) noexcept override;
+  STDMETHODIMP ContextSensitiveHelp(BOOL) noexcept override { return E_NOTIMPL; }
   // IOleInPlaceSite
-  STDMETHODIMP CanInPlaceActivate() override { return S_OK; }
-  STDMETHODIMP OnInPlaceActivate() override;
-  STDMETHODIMP OnUIActivate() override { return S_OK; }
+  STDMETHODIMP CanInPlaceActivate() noexcept override { return S_OK; }
+  STDMETHODIMP OnInPlaceActivate() noexcept override;
+  STDMETHODIMP OnUIActivate() noexcept override { return S_OK; }
   STDMETHODIMP GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document,
-                                RECT* position, RECT* clip, OLEINPLACEFRAMEINFO* info) override;
-  STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
-  STDMETHODIMP OnUIDeactivate(BOOL) override { return S_OK; }
-  STDMETHODIMP OnInPlaceDeactivate() override;
-  STDMETHODIMP DiscardUndoState() override { return E_NOTIMPL; }
-  STDMETHODIMP DeactivateAndUndo() override { return E_NOTIMPL; }
-  STDMETHODIMP OnPosRectChange(const RECT* place) override;
+                                RECT* position, RECT* clip,
+                                OLEINPLACEFRAMEINFO* info) noexcept override;
+  STDMETHODIMP Scroll(SIZE) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP OnUIDeactivate(BOOL) noexcept override { return S_OK; }
+  STDMETHODIMP OnInPlaceDeactivate() noexcept override;
+  STDMETHODIMP DiscardUndoState() noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP DeactivateAndUndo() noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP OnPosRectChange(const RECT* place) noexcept override;
   // IOleControlSite
-  STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
-  STDMETHODIMP LockInPlaceActive(BOOL) override { return S_OK; }
-  STDMETHODIMP GetExtendedControl(IDispatch** control) override;
-  STDMETHODIMP TransformCoords(POINTL* himetric, POINTF* container, DWORD flags) override;
-  STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) override;
-  STDMETHODIMP OnFocus(BOOL) override { return S_OK; }
-  STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
+  STDMETHODIMP OnControlInfoChanged() noexcept override { return S_OK; }
+  STDMETHODIMP LockInPlaceActive(BOOL) noexcept override { return S_OK; }
+  STDMETHODIMP GetExtendedControl(IDispatch** control) noexcept override;
+  STDMETHODIMP TransformCoords(POINTL* himetric, POINTF* container, DWORD flags) noexcept override;
+  STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) noexcept override;
+  STDMETHODIMP OnFocus(BOOL) noexcept override { return S_OK; }
+  STDMETHODIMP ShowPropertyFrame() noexcept override { return E_NOTIMPL; }
   // IDispatch: ambient properties, asked for by number
-  STDMETHODIMP GetTypeInfoCount(UINT* count) override;
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** info) override;
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override;
+  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override;
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** info) noexcept override;
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept override;
   STDMETHODIMP Invoke(DISPID member, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters,
-                      VARIANT* result, EXCEPINFO* exception, UINT* argument) override;
+                      VARIANT* result, EXCEPINFO* exception, UINT* argument) noexcept override;
 
  private:
-  [[nodiscard]] void* InterfaceOf(REFIID iid) override;
   [[nodiscard]] HRESULT Ambient(DISPID member, VARIANT& result) const;
 
   ContainerPlan plan_;

@@ -2,35 +2,34 @@
 
 namespace desk::app {
 
+InPlaceFrame::InPlaceFrame(const ContainerPlan& plan) : plan_(plan) {
+  for (const IID& iid : {IID_IOleWindow, IID_IOleInPlaceUIWindow}) {
+    AddInterface(iid, static_cast<IOleInPlaceFrame*>(this));
+  }
+}
+
 void InPlaceFrame::Retire() {
   plan_ = {};
   active_ = {};
 }
 
-void* InPlaceFrame::InterfaceOf(REFIID iid) {
-  if (iid == IID_IOleWindow || iid == IID_IOleInPlaceUIWindow) {
-    return static_cast<IOleInPlaceFrame*>(this);
-  }
-  return ComObject::InterfaceOf(iid);
-}
-
-STDMETHODIMP InPlaceFrame::GetWindow(HWND* window) {
+STDMETHODIMP InPlaceFrame::GetWindow(HWND* window) noexcept {
   if (window == nullptr) return E_POINTER;
   *window = plan_.frame;
   return plan_.frame != nullptr ? S_OK : E_FAIL;
 }
 
-STDMETHODIMP InPlaceFrame::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR) {
+STDMETHODIMP InPlaceFrame::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR) noexcept {
   active_ = ComPtr<IOleInPlaceActiveObject>(object);
   return S_OK;
 }
 
-STDMETHODIMP InPlaceFrame::SetStatusText(LPCOLESTR text) {
+STDMETHODIMP InPlaceFrame::SetStatusText(LPCOLESTR text) noexcept {
   if (plan_.status_text) plan_.status_text(text != nullptr ? text : L"");
   return S_OK;
 }
 
-STDMETHODIMP InPlaceFrame::EnableModeless(BOOL enable) {
+STDMETHODIMP InPlaceFrame::EnableModeless(BOOL enable) noexcept {
   if (plan_.modeless) plan_.modeless(enable != FALSE);
   return S_OK;
 }

@@ -2,11 +2,10 @@
 
 #include <oleauto.h>
 
-#include "app/com/object.h"
-#include "app/com/values.h"
+#include "app/automation/com_helpers.h"
+#include "app/com.h"
 #include "app/controls/controls.h"
-#include "app/faces/helper_faces.h"
-#include "component/base/failure.h"
+#include "com/failure.h"
 #include "host/error.h"
 #include "host/utf.h"
 
@@ -14,11 +13,11 @@ namespace desk::app {
 namespace {
 
 namespace host = tavrix::host;
-using tavrix::component::Bstr;
-using tavrix::component::Check;
-using tavrix::component::CheckCall;
-using tavrix::component::ComFailure;
-using tavrix::component::ViewOf;
+using tavrix::com::Bstr;
+using tavrix::com::Check;
+using tavrix::com::CheckCall;
+using tavrix::com::ComFailure;
+using tavrix::com::ViewOf;
 
 constexpr DISPID kDoSelect = 1;
 constexpr DISPID kDoCancel = 2;
@@ -107,7 +106,7 @@ AccountPicker::~AccountPicker() {
 }
 
 void AccountPicker::SetParameters(const std::shared_ptr<book::ParameterList>& parameters) {
-  CheckCall(picker_->putref_Parameters(MakeObject<ParametersFace>(parameters).Get()));
+  CheckCall(picker_->putref_Parameters(Make<ComParameters>(parameters).Get()));
 }
 
 void AccountPicker::Refresh(const std::wstring& sought) {

@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "app/com/event_sink.h"
 #include "app/container/control_container.h"
 #include "book/host/parameters.h"
-#include "component/base/com_ptr.h"
+#include "com/com_ptr.h"
+#include "com/event_sink.h"
 #include "qnPickerUI.h"
 #include "tavrix.h"
 
@@ -76,13 +76,13 @@ class AccountPicker {
   void FocusSearch();
 
  private:
-  [[nodiscard]] tavrix::component::ComPtr<IButtonControl> ButtonAt(Button button) const;
+  [[nodiscard]] tavrix::com::ComPtr<IButtonControl> ButtonAt(Button button) const;
 
-  tavrix::component::ComPtr<IUnknown> control_;
-  tavrix::component::ComPtr<IPickerUI> picker_;
-  tavrix::component::ComPtr<ISearchControl> search_;
-  tavrix::component::ComPtr<IFlexGrid> grid_;
-  std::optional<EventSink> sink_;
+  tavrix::com::ComPtr<IUnknown> control_;
+  tavrix::com::ComPtr<IPickerUI> picker_;
+  tavrix::com::ComPtr<ISearchControl> search_;
+  tavrix::com::ComPtr<IFlexGrid> grid_;
+  std::optional<tavrix::com::EventSink> sink_;
   std::unique_ptr<ControlContainer> container_;
   bool restored_ = false;
 };

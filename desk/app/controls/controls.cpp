@@ -1,7 +1,7 @@
 #include "app/controls/controls.h"
 
-#include "app/com/values.h"
-#include "app/faces/com_grid.h"
+#include "app/automation/view_grid.h"
+#include "app/com.h"
 #include "host/error.h"
 #include "qnDesignUI.h"
 
@@ -9,9 +9,9 @@ namespace desk::app {
 
 namespace host = tavrix::host;
 namespace viewkit = tavrix::viewkit;
-using tavrix::component::Bstr;
-using tavrix::component::Check;
-using tavrix::component::ComFailure;
+using tavrix::com::Bstr;
+using tavrix::com::Check;
+using tavrix::com::ComFailure;
 
 ComPtr<IUnknown> CreateControl(const CLSID& clsid) {
   ComPtr<IUnknown> control;
@@ -19,7 +19,7 @@ ComPtr<IUnknown> CreateControl(const CLSID& clsid) {
       CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, control.PutVoid());
   if (SUCCEEDED(result)) return control;
   throw host::HostError("找不到科目控件 tavrix.dll，它应当与程序在同一文件夹：" +
-                        tavrix::component::MeaningOf(result));
+                        tavrix::com::MeaningOf(result));
 }
 
 ComPtr<IChildControls> ControlsOf(IUnknown* control) {
@@ -60,7 +60,7 @@ void CopyColumn(IFlexGrid& grid, viewkit::FlexGrid& copy, int col) {
 }  // namespace
 
 std::unique_ptr<viewkit::FlexGrid> CopyColumns(IFlexGrid& grid) {
-  const ComGrid source{ComPtr<IFlexGrid>(&grid)};
+  const ViewGrid source{ComPtr<IFlexGrid>(&grid)};
   auto copy = std::make_unique<viewkit::FlexGrid>(source.Name(), source.Index());
   long frozen = 0;
   Check(grid.get_FrozenCols(&frozen));

@@ -4,23 +4,22 @@
 #include <list>
 #include <utility>
 
-#include "app/com/object.h"
-#include "app/com/values.h"
+#include "app/automation/view_grid.h"
+#include "app/com.h"
 #include "app/controls/controls.h"
-#include "app/faces/com_grid.h"
 #include "book/host/grid_state.h"
-#include "component/base/failure.h"
+#include "com/failure.h"
 #include "host/utf.h"
 
 namespace desk::app {
 namespace {
 
 namespace host = tavrix::host;
-using tavrix::component::Bstr;
-using tavrix::component::Check;
-using tavrix::component::CheckCall;
-using tavrix::component::ComFailure;
-using tavrix::component::ViewOf;
+using tavrix::com::Bstr;
+using tavrix::com::Check;
+using tavrix::com::CheckCall;
+using tavrix::com::ComFailure;
+using tavrix::com::ViewOf;
 
 using tavrix::host::Narrow;
 
@@ -104,7 +103,7 @@ class KjkmView::Kept {
   Kept(ComPtr<IFlexGrid> grid, std::wstring filter)
       : grid_(std::move(grid)),
         still_(grid_),
-        state_(book::GridState::Of(ComGrid(grid_))),
+        state_(book::GridState::Of(ViewGrid(grid_))),
         filter_(std::move(filter)) {
     still_.BeginUpdate();
   }
@@ -113,7 +112,7 @@ class KjkmView::Kept {
   ~Kept() { still_.EndUpdate(); }
 
   void PutBack(host::GridNavigator& navigator) const {
-    ComGrid rows(grid_);
+    ViewGrid rows(grid_);
     // Freshly read rows are all shown; the filter that the user sees in its bar holds on.
     if (!filter_.empty()) {
       static_cast<void>(navigator.Filter(rows, host::Value(Narrow(filter_))));
@@ -123,7 +122,7 @@ class KjkmView::Kept {
 
  private:
   ComPtr<IFlexGrid> grid_;
-  ComGrid still_;
+  ViewGrid still_;
   book::GridState state_;
   std::wstring filter_;
 };
@@ -150,7 +149,7 @@ std::vector<std::vector<std::string>> KjkmView::OpenBranches() {
   std::vector<std::vector<std::string>> pages;
   for (int page = 0; page < kPages; ++page) {
     const auto at = static_cast<std::size_t>(page);
-    ComGrid rows(grids_.at(at));
+    ViewGrid rows(grids_.at(at));
     if (!filters_.at(at).empty()) static_cast<void>(navigator_->Filter(rows, host::Value("")));
     filters_.at(at).clear();
     pages.push_back(book::GridState::Of(rows).open);
@@ -162,7 +161,7 @@ void KjkmView::OpenAgain(const std::vector<std::vector<std::string>>& pages) {
   const std::size_t known = std::min<std::size_t>(pages.size(), kPages);
   for (std::size_t page = 0; page < known; ++page) {
     if (pages[page].empty()) continue;
-    ComGrid rows(grids_.at(page));
+    ViewGrid rows(grids_.at(page));
     book::GridState{.open = pages[page]}.PutBack(rows);
   }
 }

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "app/com/event_sink.h"
 #include "app/container/control_container.h"
-#include "component/base/com_ptr.h"
+#include "com/com_ptr.h"
+#include "com/event_sink.h"
 #include "host/objects.h"
 #include "qnFormUI.h"
 #include "tavrix.h"
@@ -96,14 +96,14 @@ class KjkmView {
   void ReadAttributes();
   void FitCodeColumns();
 
-  tavrix::component::ComPtr<IUnknown> control_;
-  tavrix::component::ComPtr<IFormUI> form_;
-  tavrix::component::ComPtr<ITabControl> tabs_;
+  tavrix::com::ComPtr<IUnknown> control_;
+  tavrix::com::ComPtr<IFormUI> form_;
+  tavrix::com::ComPtr<ITabControl> tabs_;
   std::shared_ptr<tavrix::host::GridNavigator> navigator_;
-  std::array<tavrix::component::ComPtr<IFlexGrid>, kPages> grids_;
+  std::array<tavrix::com::ComPtr<IFlexGrid>, kPages> grids_;
   std::array<CodeColumn, kPages> code_columns_;
   std::array<std::wstring, kPages> filters_;
-  std::optional<EventSink> sink_;
+  std::optional<tavrix::com::EventSink> sink_;
   std::unique_ptr<ControlContainer> container_;
   bool started_ = false;
   bool offers_add_child_ = false;

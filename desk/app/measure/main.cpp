@@ -16,18 +16,18 @@
 #include <string>
 #include <string_view>
 
-#include "app/com/object.h"
-#include "app/com/values.h"
+#include "app/automation/com_system.h"
+#include "app/automation/row_array.h"
+#include "app/automation/row_texts.h"
+#include "app/automation/view_grid.h"
+#include "app/automation/window_wheel.h"
+#include "app/com.h"
 #include "app/controls/kjkm_view.h"
-#include "app/faces/com_grid.h"
-#include "app/faces/row_array.h"
-#include "app/faces/row_texts.h"
-#include "app/faces/system_face.h"
-#include "app/faces/window_wheel.h"
 #include "bench/chart.h"
 #include "bench/figures.h"
 #include "book/book.h"
 #include "book/host/grid_navigator.h"
+#include "component/adapters/row_sets.h"
 #include "host/account.h"
 #include "host/grid_update.h"
 #include "viewkit/grid/flex_grid.h"
@@ -79,7 +79,7 @@ class Stage {
     view_ = std::make_unique<KjkmView>(
         ContainerPlan{.area = frame_.Get(), .frame = frame_.Get(), .display_name = L"Kjkm1"},
         std::move(events));
-    const auto system = MakeObject<SystemFace>(book_.System());
+    const auto system = Make<ComSystem>(book_.System());
     view_->Start(system.Get(), book_.System()->CreateGridNavigator());
   }
 
@@ -102,12 +102,11 @@ class Stage {
     IFlexGrid& grid = view_->CurrentGrid();
     long rows = 0;
     grid.get_Rows(&rows);
-    for (long row = 1; row < rows; ++row)
-      grid.put_IsCollapsed(row, tavrix::component::Flag(collapsed));
+    for (long row = 1; row < rows; ++row) grid.put_IsCollapsed(row, tavrix::com::Flag(collapsed));
   }
   /// As the desk does, through `IGridRows`.
   void SetAllCollapsed(bool collapsed) {
-    ComGrid grid{tavrix::component::ComPtr<IFlexGrid>(&view_->CurrentGrid())};
+    ViewGrid grid{tavrix::com::ComPtr<IFlexGrid>(&view_->CurrentGrid())};
     const tavrix::host::GridUpdate update(grid);
     for (int row = 1; row < grid.Rows(); ++row) grid.SetCollapsed(row, collapsed);
   }

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "app/com/object.h"
+#include "app/com.h"
 #include "app/frame/style.h"
 #include "app/posting/picker_drop_down.h"
 #include "app/posting/posting_account.h"

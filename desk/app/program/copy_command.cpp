@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/com/object.h"
+#include "app/com.h"
 #include "book/copy.h"
 #include "host/report.h"
 #include "host/utf.h"

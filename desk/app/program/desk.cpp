@@ -3,9 +3,9 @@
 #include <exception>
 #include <filesystem>
 
-#include "app/com/object.h"
-#include "app/faces/system_face.h"
-#include "app/faces/window_wheel.h"
+#include "app/automation/com_system.h"
+#include "app/automation/window_wheel.h"
+#include "app/com.h"
 #include "app/frame/new_book_dialog.h"
 #include "app/program/book_place.h"
 #include "app/program/name_column.h"
@@ -257,7 +257,7 @@ void Desk::StartView() {
     frame_->AddReport({.text = text, .level = level, .title = title, .book = NameOf(open_->file)});
   };
   open_->view = std::make_unique<KjkmView>(std::move(plan), std::move(events));
-  const auto system = MakeObject<SystemFace>(open_->book.System());
+  const auto system = Make<ComSystem>(open_->book.System());
   views::EnsureLayout(
       views::DefaultLayout::kPicker,
       tavrix::viewkit::GetSelfFilePath(AccountPicker::StatusName(), *open_->book.System()));
@@ -332,7 +332,7 @@ PostingPlan Desk::MakePostingPlan() {
   };
   plan.system = [this]() -> ComPtr<IDispatch> {
     if (!open_) return nullptr;
-    return MakeObject<SystemFace>(open_->book.System());
+    return Make<ComSystem>(open_->book.System());
   };
   plan.selected_code = [this] {
     const auto account = View() ? View()->SelectedAccount() : std::nullopt;

@@ -1,4 +1,4 @@
-#include "app/faces/com_grid.h"
+#include "app/automation/view_grid.h"
 #include "app/program/desk.h"
 #include "host/utf.h"
 #include "views/outline_commands.h"
@@ -7,8 +7,8 @@
 namespace desk::app {
 namespace {
 
-ComGrid CurrentGrid(const KjkmView& view) {
-  return ComGrid(ComPtr<IFlexGrid>(&view.CurrentGrid()));
+ViewGrid CurrentGrid(const KjkmView& view) {
+  return ViewGrid(ComPtr<IFlexGrid>(&view.CurrentGrid()));
 }
 
 std::wstring Position(const book::SearchTally& tally) {
@@ -53,7 +53,7 @@ void Desk::OnFilter(const std::wstring& text) {
 }
 
 void Desk::ExpandTo(int level) {
-  ComGrid grid = CurrentGrid(*View());
+  ViewGrid grid = CurrentGrid(*View());
   views::ExpandToLevel(grid, level);
 }
 
@@ -61,7 +61,7 @@ void Desk::ExpandTo(int level) {
 void Desk::OnViewMenu(HWND part, std::optional<POINT> at) {
   if (!View()) return;
   Trapped({}, [&] {
-    const ComGrid grid = CurrentGrid(*View());
+    const ViewGrid grid = CurrentGrid(*View());
     if (reinterpret_cast<HWND>(grid.WindowHandle()) != part) return;
     const auto design = [this](int pixels) { return frame_->CurrentStyle()->scale.Design(pixels); };
     POINT below{design(24), grid.BottomOf(grid.Row()).value_or(design(24))};

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <exception>
 
-#include "app/com/object.h"
-#include "app/faces/com_grid.h"
+#include "app/automation/view_grid.h"
+#include "app/com.h"
 #include "book/host/settings_file.h"
-#include "component/base/failure.h"
+#include "com/failure.h"
 #include "host/text.h"
 #include "viewkit/layout/m_mode.h"
 #include "viewkit/win32/scale.h"
@@ -15,7 +15,7 @@
 namespace desk::app {
 namespace {
 
-using tavrix::component::Check;
+using tavrix::com::Check;
 
 constexpr char kStatusName[] = "Kjkm";
 constexpr long kNameColumn = 1;
@@ -39,7 +39,7 @@ long WidthOfNames(IFlexGrid& grid) {
 
 /// The window's width without the other columns and the scroll bar, in twips; 0 before it has one.
 int RoomForNames(IFlexGrid& grid) {
-  const ComGrid face{ComPtr<IFlexGrid>(&grid)};
+  const ViewGrid face{ComPtr<IFlexGrid>(&grid)};
   const HWND window = reinterpret_cast<HWND>(face.WindowHandle());
   RECT place{};
   if (window == nullptr || !GetWindowRect(window, &place)) return 0;
@@ -70,7 +70,7 @@ void Keep(book::SharedSettingsFile& layout, const std::string& section, const ch
 void FitNameColumns(KjkmView& view, tavrix::host::SystemObject& system,
                     const tavrix::viewkit::TextMeasure& measure) {
   constexpr int kAllAccounts = 0;
-  const ComGrid all{ComPtr<IFlexGrid>(&view.Grid(kAllAccounts))};
+  const ViewGrid all{ComPtr<IFlexGrid>(&view.Grid(kAllAccounts))};
   const int room = RoomForNames(view.Grid(view.CurrentPage()));
   if (room == 0 || all.Rows() <= all.FixedRows()) return;
   const int longest = views::WidthOfContents(all, kNameColumn, measure);

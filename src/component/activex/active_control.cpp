@@ -22,11 +22,11 @@ SIZE TwipsOf(const SIZEL& himetric) {
 
 ActiveControl::ActiveControl(IUnknown* outer, const ControlFacts& facts,
                              std::shared_ptr<EmbeddedView> view)
-    : Identity(outer),
+    : com::ComObject(outer),
       facts_(facts),
       events_(*this, facts.source),
       view_(std::move(view)),
-      owner_(std::make_shared<ViewOwner>(Controlling())),
+      owner_(std::make_shared<ViewOwner>(ControllingUnknown())),
       children_(std::make_shared<ChildObjects>(
           std::shared_ptr<viewkit::ControlList>(view_, &view_->Controls()), owner_)),
       in_place_(*this),
@@ -42,7 +42,7 @@ ActiveControl::ActiveControl(IUnknown* outer, const ControlFacts& facts,
       stream_(*this),
       bag_(*this),
       storage_(*this) {
-  PublishFaces();
+  AddInterfaces();
   Resize(TwipsOf(extent_));
   ListenToView();
 }
@@ -63,26 +63,26 @@ void ActiveControl::ListenToView() {
   });
 }
 
-void ActiveControl::PublishFaces() {
-  Publish(IID_ISupportErrorInfo, &errors_);
-  Publish(IID_IConnectionPointContainer, &event_container_);
-  Publish(IID_IProvideClassInfo, &class_info_);
-  Publish(IID_IProvideClassInfo2, &class_info_);
-  Publish(IID_IOleObject, &ole_object_);
-  Publish(IID_IOleControl, &ole_control_);
-  Publish(IID_IOleWindow, &in_place_object_);
-  Publish(IID_IOleInPlaceObject, &in_place_object_);
-  Publish(IID_IOleInPlaceActiveObject, &in_place_active_object_);
-  Publish(IID_IViewObject, &view_object_);
-  Publish(IID_IViewObject2, &view_object_);
-  Publish(IID_IPersist, &stream_);
-  Publish(IID_IPersistStreamInit, &stream_);
-  Publish(IID_IPersistPropertyBag, &bag_);
-  Publish(IID_IPersistStorage, &storage_);
+void ActiveControl::AddInterfaces() {
+  AddInterface(IID_ISupportErrorInfo, &errors_);
+  AddInterface(IID_IConnectionPointContainer, &event_container_);
+  AddInterface(IID_IProvideClassInfo, &class_info_);
+  AddInterface(IID_IProvideClassInfo2, &class_info_);
+  AddInterface(IID_IOleObject, &ole_object_);
+  AddInterface(IID_IOleControl, &ole_control_);
+  AddInterface(IID_IOleWindow, &in_place_object_);
+  AddInterface(IID_IOleInPlaceObject, &in_place_object_);
+  AddInterface(IID_IOleInPlaceActiveObject, &in_place_active_object_);
+  AddInterface(IID_IViewObject, &view_object_);
+  AddInterface(IID_IViewObject2, &view_object_);
+  AddInterface(IID_IPersist, &stream_);
+  AddInterface(IID_IPersistStreamInit, &stream_);
+  AddInterface(IID_IPersistPropertyBag, &bag_);
+  AddInterface(IID_IPersistStorage, &storage_);
 }
 
 void ActiveControl::SetSite(IOleClientSite* site) {
-  const ComPtr<IUnknown> keep(&Controlling());
+  const com::ComPtr<IUnknown> keep(&ControllingUnknown());
   if (site != site_.Client().Get()) in_place_.Deactivate();
   site_.Set(site);
   if (site != nullptr) ApplyAmbients();
@@ -90,7 +90,7 @@ void ActiveControl::SetSite(IOleClientSite* site) {
 
 void ActiveControl::ApplyAmbients() {
   // The container is asked, and may take the control out: its window is looked up each time.
-  const ComPtr<IUnknown> keep(&Controlling());
+  const com::ComPtr<IUnknown> keep(&ControllingUnknown());
   view_->SetContainerName(site_.DisplayName());
   const auto color = site_.BackColor();
   if (color && !own_back_color_) {
@@ -106,7 +106,7 @@ void ActiveControl::ApplyAmbients() {
 }
 
 void ActiveControl::SetExtent(const SIZEL& extent) {
-  const ComPtr<IUnknown> keep(&Controlling());
+  const com::ComPtr<IUnknown> keep(&ControllingUnknown());
   extent_ = extent;
   // A window has its own say: the container sizes it with the object's rectangle.
   if (!in_place_.Active()) Resize(TwipsOf(extent));
@@ -127,7 +127,7 @@ KeptState ActiveControl::State() const {
 }
 
 void ActiveControl::Restore(const KeptState& state) {
-  const ComPtr<IUnknown> keep(&Controlling());
+  const com::ComPtr<IUnknown> keep(&ControllingUnknown());
   SetExtent({state.width, state.height});
   if (state.back_color != viewkit::color::kDefault) SetBackColor(state.back_color);
   MarkKept();

@@ -5,7 +5,10 @@
 #include <memory>
 #include <optional>
 
-#include "component/activex/control_class_info.h"
+#include "com/class_info.h"
+#include "com/com_object.h"
+#include "com/error_support.h"
+#include "com/events.h"
 #include "component/activex/embedded_view.h"
 #include "component/activex/in_place.h"
 #include "component/activex/listening.h"
@@ -16,9 +19,6 @@
 #include "component/activex/persistence.h"
 #include "component/activex/site.h"
 #include "component/activex/view_object.h"
-#include "component/base/error_support.h"
-#include "component/base/events.h"
-#include "component/base/identity.h"
 #include "component/controls/child_objects.h"
 
 namespace tavrix::component {
@@ -32,13 +32,13 @@ struct ControlFacts {
 
 /// What every control of the library is to a container. Works without one too. A class derives
 /// from it and publishes its own interfaces.
-class ActiveControl : public Identity {
+class ActiveControl : public com::ComObject {
  public:
   [[nodiscard]] const ControlFacts& Facts() const { return facts_; }
   [[nodiscard]] Site& ClientSite() { return site_; }
   [[nodiscard]] InPlace& Placement() { return in_place_; }
   [[nodiscard]] EmbeddedView& View() { return *view_; }
-  [[nodiscard]] EventSource& Events() { return events_; }
+  [[nodiscard]] com::EventSource& Events() { return events_; }
   [[nodiscard]] ChildObjects& Children() { return *children_; }
   /// For adapters of the host, which may outlive the control.
   [[nodiscard]] const std::shared_ptr<ViewOwner>& Owner() const { return owner_; }
@@ -73,11 +73,11 @@ class ActiveControl : public Identity {
   [[nodiscard]] Listening& Listeners() { return listening_; }
 
  private:
-  void PublishFaces();
+  void AddInterfaces();
   void ListenToView();
 
   ControlFacts facts_;
-  EventSource events_;
+  com::EventSource events_;
   Site site_;
   std::shared_ptr<EmbeddedView> view_;
   Listening listening_;  // after the view, whose events it listens to
@@ -90,9 +90,9 @@ class ActiveControl : public Identity {
   bool own_back_color_ = false;
   bool applying_ambients_ = false;
 
-  ErrorSupport errors_;
-  EventContainer event_container_;
-  ControlClassInfo class_info_;
+  com::ErrorSupport errors_;
+  com::ConnectionPointContainer event_container_;
+  com::EventClassInfo class_info_;
   OleObject ole_object_;
   OleControl ole_control_;
   OleInPlaceObject in_place_object_;

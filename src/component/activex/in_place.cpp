@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "com/failure.h"
 #include "component/activex/active_control.h"
-#include "component/base/failure.h"
 #include "viewkit/win32/handles.h"
 
 namespace tavrix::component {
@@ -22,7 +22,7 @@ InPlace::~InPlace() {
 }
 
 void InPlace::Activate(bool ui) {
-  const ComPtr<IUnknown> keep(&control_.Controlling());
+  const com::ComPtr<IUnknown> keep(&control_.ControllingUnknown());
   if (Active() && window_->Handle() == nullptr) Deactivate();  // the container took it away
   if (Active()) {
     SetShown(true);
@@ -38,7 +38,7 @@ void InPlace::Activate(bool ui) {
 
 void InPlace::EnterSite() {
   const auto site = control_.ClientSite().Client().As<IOleInPlaceSite>();
-  if (!site) throw ComFailure(E_UNEXPECTED);
+  if (!site) throw com::ComFailure(E_UNEXPECTED);
   site_ = site;
   try {
     OpenIn(site);
@@ -49,25 +49,25 @@ void InPlace::EnterSite() {
 }
 
 /// In each of these calls the container may take the control out again.
-void InPlace::OpenIn(const ComPtr<IOleInPlaceSite>& site) {
+void InPlace::OpenIn(const com::ComPtr<IOleInPlaceSite>& site) {
   const auto left = [&] { return site_.Get() != site.Get(); };
-  if (site->CanInPlaceActivate() != S_OK) throw ComFailure(E_FAIL);
+  if (site->CanInPlaceActivate() != S_OK) throw com::ComFailure(E_FAIL);
   if (left()) return;
   entered_ = true;
   const HRESULT entered = site->OnInPlaceActivate();
   if (left()) return;
   entered_ = SUCCEEDED(entered);
-  Check(entered);
+  com::Check(entered);
   HWND parent = nullptr;
   RECT position{};
   // Some containers give no clipping rectangle.
   RECT clip{-kFar, -kFar, kFar, kFar};
   OLEINPLACEFRAMEINFO frame_info{};
   frame_info.cb = sizeof frame_info;
-  ComPtr<IOleInPlaceFrame> frame;
-  ComPtr<IOleInPlaceUIWindow> document;
-  Check(site->GetWindow(&parent));
-  Check(site->GetWindowContext(frame.Put(), document.Put(), &position, &clip, &frame_info));
+  com::ComPtr<IOleInPlaceFrame> frame;
+  com::ComPtr<IOleInPlaceUIWindow> document;
+  com::Check(site->GetWindow(&parent));
+  com::Check(site->GetWindowContext(frame.Put(), document.Put(), &position, &clip, &frame_info));
   if (left()) return;
   frame_ = frame;
   document_ = document;
@@ -89,17 +89,19 @@ std::unique_ptr<ViewWindow> InPlace::MakeWindow(HWND parent, const RECT& positio
   options.focus_moved = [this] { FocusMoved(); };
   options.destroyed = [this] { WindowGone(); };
   // A host may let go of the control while it handles the user's click or key.
-  options.keep = [this] { return std::make_shared<ComPtr<IUnknown>>(&control_.Controlling()); };
+  options.keep = [this] {
+    return std::make_shared<com::ComPtr<IUnknown>>(&control_.ControllingUnknown());
+  };
   return std::make_unique<ViewWindow>(control_.View().Controls(), std::move(options));
 }
 
-ComPtr<IOleInPlaceActiveObject> InPlace::ActiveObject() const {
-  return ComPtr<IUnknown>(&control_.Controlling()).As<IOleInPlaceActiveObject>();
+com::ComPtr<IOleInPlaceActiveObject> InPlace::ActiveObject() const {
+  return com::ComPtr<IUnknown>(&control_.ControllingUnknown()).As<IOleInPlaceActiveObject>();
 }
 
 void InPlace::TakeFrame() {
   if (std::exchange(user_active_, true)) return;
-  const ComPtr<IOleInPlaceSite> site = site_;
+  const com::ComPtr<IOleInPlaceSite> site = site_;
   if (FAILED(site->OnUIActivate())) {
     user_active_ = false;
     return;
@@ -110,25 +112,25 @@ void InPlace::TakeFrame() {
     window->SetActiveObject(object.Get(), nullptr);
     window->SetBorderSpace(nullptr);  // the container keeps its tool bars: the control has none
   };
-  take(ComPtr<IOleInPlaceFrame>(frame_));
-  take(ComPtr<IOleInPlaceUIWindow>(document_));
+  take(com::ComPtr<IOleInPlaceFrame>(frame_));
+  take(com::ComPtr<IOleInPlaceUIWindow>(document_));
 }
 
 void InPlace::UiDeactivate() {
   if (!std::exchange(user_active_, false)) return;
-  const ComPtr<IUnknown> keep(&control_.Controlling());
-  const ComPtr<IOleInPlaceSite> site = site_;
+  const com::ComPtr<IUnknown> keep(&control_.ControllingUnknown());
+  const com::ComPtr<IOleInPlaceSite> site = site_;
   const auto let_go = [](const auto& window) {
     if (window) window->SetActiveObject(nullptr, nullptr);
   };
-  let_go(ComPtr<IOleInPlaceUIWindow>(document_));
-  let_go(ComPtr<IOleInPlaceFrame>(frame_));
+  let_go(com::ComPtr<IOleInPlaceUIWindow>(document_));
+  let_go(com::ComPtr<IOleInPlaceFrame>(frame_));
   if (site) site->OnUIDeactivate(FALSE);
 }
 
 void InPlace::Deactivate() {
   if (!Active() && !site_) return;
-  const ComPtr<IUnknown> keep(&control_.Controlling());
+  const com::ComPtr<IUnknown> keep(&control_.ControllingUnknown());
   UiDeactivate();
   const auto window = std::exchange(window_, nullptr);
   Leave();
@@ -153,7 +155,7 @@ void InPlace::WindowGone() {
 }
 
 void InPlace::FocusChanged(bool focused) {
-  const ComPtr<IUnknown> keep(&control_.Controlling());
+  const com::ComPtr<IUnknown> keep(&control_.ControllingUnknown());
   if (focused && Active()) TakeFrame();
   if (const auto site = control_.ClientSite().Control()) site->OnFocus(focused ? TRUE : FALSE);
 }
@@ -161,7 +163,7 @@ void InPlace::FocusChanged(bool focused) {
 void InPlace::FocusMoved() {
   const DWORD keys = KeysEaten();
   if (keys == std::exchange(keys_told_, keys)) return;
-  const ComPtr<IUnknown> keep(&control_.Controlling());
+  const com::ComPtr<IUnknown> keep(&control_.ControllingUnknown());
   if (const auto site = control_.ClientSite().Control()) site->OnControlInfoChanged();
 }
 
@@ -176,7 +178,7 @@ DWORD InPlace::KeysEaten() const {
 
 void InPlace::Place(const RECT& position, const RECT& clip) {
   if (!Active()) return;
-  const ComPtr<IUnknown> keep(&control_.Controlling());
+  const com::ComPtr<IUnknown> keep(&control_.ControllingUnknown());
   window_->SetPlace(position);
   if (!Active()) return;  // the view tells the host what has moved
   RECT shown{};
@@ -195,7 +197,7 @@ void InPlace::SetShown(bool shown) {
 }
 
 bool InPlace::Translate(MSG& message) {
-  const ComPtr<IUnknown> keep(&control_.Controlling());
+  const com::ComPtr<IUnknown> keep(&control_.ControllingUnknown());
   return Active() && window_->TranslateAccelerator(message);
 }
 

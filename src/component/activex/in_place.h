@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "component/base/com_ptr.h"
+#include "com/com_ptr.h"
 #include "viewkit/win32/view_window.h"
 
 namespace tavrix::component {
@@ -51,7 +51,7 @@ class InPlace {
 
  private:
   void EnterSite();
-  void OpenIn(const ComPtr<IOleInPlaceSite>& site);
+  void OpenIn(const com::ComPtr<IOleInPlaceSite>& site);
   [[nodiscard]] std::unique_ptr<viewkit::win32::ViewWindow> MakeWindow(HWND parent,
                                                                        const RECT& position);
   void TakeFrame();
@@ -59,15 +59,15 @@ class InPlace {
   void FocusMoved();
   void WindowGone();
   void Leave();
-  [[nodiscard]] ComPtr<IOleInPlaceActiveObject> ActiveObject() const;
+  [[nodiscard]] com::ComPtr<IOleInPlaceActiveObject> ActiveObject() const;
 
   ActiveControl& control_;
-  ComPtr<IOleInPlaceSite> site_;  // from the first question whether it takes the control
-  bool entered_ = false;          // it knows that the control is active
-  ComPtr<IOleInPlaceFrame> frame_;
-  ComPtr<IOleInPlaceUIWindow> document_;
+  com::ComPtr<IOleInPlaceSite> site_;  // from the first question whether it takes the control
+  bool entered_ = false;               // it knows that the control is active
+  com::ComPtr<IOleInPlaceFrame> frame_;
+  com::ComPtr<IOleInPlaceUIWindow> document_;
   std::unique_ptr<viewkit::win32::ViewWindow> window_;
-  std::vector<ComPtr<IOleInPlaceFrame>> disabled_frames_;  // one for each open modal window
+  std::vector<com::ComPtr<IOleInPlaceFrame>> disabled_frames_;  // one for each open modal window
   bool user_active_ = false;
   DWORD keys_told_ = 0;  // what the container has been told of the keys that the control eats
 };

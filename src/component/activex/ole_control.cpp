@@ -1,30 +1,28 @@
 #include "component/activex/ole_control.h"
 
+#include "com/abi.h"
 #include "component/activex/active_control.h"
-#include "component/base/abi.h"
 
 namespace tavrix::component {
 
-OleControl::OleControl(ActiveControl& control) : Face(control), control_(control) {}
-
 HRESULT OleControl::GetControlInfo(CONTROLINFO* result) noexcept {
-  return Guarded(IID_IOleControl, [&] {
-    Out(result) = {};
+  return com::Guarded(IID_IOleControl, [&] {
+    com::Out(result) = {};
     result->cb = sizeof *result;
-    result->dwFlags = control_.Placement().KeysEaten();
+    result->dwFlags = Control().Placement().KeysEaten();
   });
 }
 
 HRESULT OleControl::OnAmbientPropertyChange(DISPID) noexcept {
-  return Guarded(IID_IOleControl, [&] { control_.ApplyAmbients(); });
+  return com::Guarded(IID_IOleControl, [&] { Control().ApplyAmbients(); });
 }
 
 HRESULT OleControl::FreezeEvents(WINBOOL freeze) noexcept {
-  return Guarded(IID_IOleControl, [&] {
+  return com::Guarded(IID_IOleControl, [&] {
     if (freeze != FALSE) {
-      control_.Events().Freeze();
+      Control().Events().Freeze();
     } else {
-      control_.Events().Thaw();
+      Control().Events().Thaw();
     }
   });
 }

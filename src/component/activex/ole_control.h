@@ -4,23 +4,18 @@
 
 #include <ocidl.h>
 
-#include "component/base/identity.h"
+#include "component/activex/of_control.h"
 
 namespace tavrix::component {
 
-class ActiveControl;
-
-class OleControl : public Face<IOleControl> {
+class OleControl : public OfControl<com::InterfaceImpl<IOleControl>> {
  public:
-  explicit OleControl(ActiveControl& control);
+  using OfControl::OfControl;
 
   STDMETHODIMP GetControlInfo(CONTROLINFO* result) noexcept override;
   STDMETHODIMP OnMnemonic(LPMSG) noexcept override { return S_OK; }
   STDMETHODIMP OnAmbientPropertyChange(DISPID id) noexcept override;
   STDMETHODIMP FreezeEvents(WINBOOL freeze) noexcept override;
-
- private:
-  ActiveControl& control_;
 };
 
 }  // namespace tavrix::component

@@ -1,7 +1,7 @@
 #include "component/activex/ole_in_place_active_object.h"
 
+#include "com/abi.h"
 #include "component/activex/active_control.h"
-#include "component/base/abi.h"
 
 namespace tavrix::component {
 
@@ -18,23 +18,20 @@ DWORD KeyModifiers() {
 
 }  // namespace
 
-OleInPlaceActiveObject::OleInPlaceActiveObject(ActiveControl& control)
-    : Face(control), control_(control) {}
-
 HRESULT OleInPlaceActiveObject::GetWindow(HWND* result) noexcept {
-  return Guarded(IID_IOleInPlaceActiveObject, [&] {
-    const auto* window = control_.Placement().Window();
-    Out(result) = window == nullptr ? nullptr : window->Handle();
+  return com::Guarded(IID_IOleInPlaceActiveObject, [&] {
+    const auto* window = Control().Placement().Window();
+    com::Out(result) = window == nullptr ? nullptr : window->Handle();
     return *result == nullptr ? E_FAIL : S_OK;
   });
 }
 
 HRESULT OleInPlaceActiveObject::TranslateAccelerator(LPMSG message) noexcept {
-  return Guarded(IID_IOleInPlaceActiveObject, [&] {
-    const ComPtr<IUnknown> keep(&control_.Controlling());
-    if (control_.Placement().Translate(Out(message))) return S_OK;
+  return com::Guarded(IID_IOleInPlaceActiveObject, [&] {
+    const com::ComPtr<IUnknown> keep(&Control().ControllingUnknown());
+    if (Control().Placement().Translate(com::Out(message))) return S_OK;
     // What the control has no use for (Tab on its last part, Escape) is the container's.
-    const auto site = control_.ClientSite().Control();
+    const auto site = Control().ClientSite().Control();
     const bool used = site && site->TranslateAccelerator(message, KeyModifiers()) == S_OK;
     return used ? S_OK : S_FALSE;
   });

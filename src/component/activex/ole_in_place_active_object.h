@@ -4,16 +4,14 @@
 
 #include <oleidl.h>
 
-#include "component/base/identity.h"
+#include "component/activex/of_control.h"
 
 namespace tavrix::component {
 
-class ActiveControl;
-
 /// The frame's way to the control that is active for the user: its keys come through here.
-class OleInPlaceActiveObject : public Face<IOleInPlaceActiveObject> {
+class OleInPlaceActiveObject : public OfControl<com::InterfaceImpl<IOleInPlaceActiveObject>> {
  public:
-  explicit OleInPlaceActiveObject(ActiveControl& control);
+  using OfControl::OfControl;
 
   STDMETHODIMP GetWindow(HWND* result) noexcept override;
   STDMETHODIMP ContextSensitiveHelp(WINBOOL) noexcept override { return E_NOTIMPL; }
@@ -24,9 +22,6 @@ class OleInPlaceActiveObject : public Face<IOleInPlaceActiveObject> {
     return S_OK;
   }
   STDMETHODIMP EnableModeless(WINBOOL) noexcept override { return S_OK; }
-
- private:
-  ActiveControl& control_;
 };
 
 }  // namespace tavrix::component

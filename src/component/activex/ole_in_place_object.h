@@ -4,16 +4,14 @@
 
 #include <oleidl.h>
 
-#include "component/base/identity.h"
+#include "component/activex/of_control.h"
 
 namespace tavrix::component {
 
-class ActiveControl;
-
 /// IOleInPlaceObject, and with it IOleWindow.
-class OleInPlaceObject : public Face<IOleInPlaceObject> {
+class OleInPlaceObject : public OfControl<com::InterfaceImpl<IOleInPlaceObject>> {
  public:
-  explicit OleInPlaceObject(ActiveControl& control);
+  using OfControl::OfControl;
 
   STDMETHODIMP GetWindow(HWND* result) noexcept override;
   STDMETHODIMP ContextSensitiveHelp(WINBOOL) noexcept override { return E_NOTIMPL; }
@@ -21,9 +19,6 @@ class OleInPlaceObject : public Face<IOleInPlaceObject> {
   STDMETHODIMP UIDeactivate() noexcept override;
   STDMETHODIMP SetObjectRects(LPCRECT position, LPCRECT clip) noexcept override;
   STDMETHODIMP ReactivateAndUndo() noexcept override { return INPLACE_E_NOTUNDOABLE; }
-
- private:
-  ActiveControl& control_;
 };
 
 }  // namespace tavrix::component

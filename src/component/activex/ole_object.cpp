@@ -4,32 +4,30 @@
 
 #include <string_view>
 
+#include "com/abi.h"
 #include "component/activex/active_control.h"
-#include "component/base/abi.h"
 
 namespace tavrix::component {
 
-OleObject::OleObject(ActiveControl& control) : Face(control), control_(control) {}
-
 HRESULT OleObject::SetClientSite(IOleClientSite* site) noexcept {
-  return Guarded(IID_IOleObject, [&] { control_.SetSite(site); });
+  return com::Guarded(IID_IOleObject, [&] { Control().SetSite(site); });
 }
 
 HRESULT OleObject::GetClientSite(IOleClientSite** result) noexcept {
-  return Guarded(IID_IOleObject, [&] {
-    Out(result) = nullptr;
-    control_.ClientSite().Client().CopyTo(result);
+  return com::Guarded(IID_IOleObject, [&] {
+    com::Out(result) = nullptr;
+    Control().ClientSite().Client().CopyTo(result);
   });
 }
 
 HRESULT OleObject::Close(DWORD save) noexcept {
-  return Guarded(IID_IOleObject, [&] {
-    const ComPtr<IUnknown> keep(&control_.Controlling());
+  return com::Guarded(IID_IOleObject, [&] {
+    const com::ComPtr<IUnknown> keep(&Control().ControllingUnknown());
     // A control asks no question of its own at its end: to prompt means to save.
-    const auto site = control_.ClientSite().Client();
-    const bool saves = save != OLECLOSE_NOSAVE && site && control_.Dirty();
+    const auto site = Control().ClientSite().Client();
+    const bool saves = save != OLECLOSE_NOSAVE && site && Control().Dirty();
     const HRESULT saved = saves ? site->SaveObject() : S_OK;
-    control_.Placement().Deactivate();
+    Control().Placement().Deactivate();
     if (const auto advised = advised_) advised->SendOnClose();
     // A container that keeps nothing says so; it is closed as well as any other.
     return saved == E_NOTIMPL || SUCCEEDED(saved) ? S_OK : saved;
@@ -37,9 +35,9 @@ HRESULT OleObject::Close(DWORD save) noexcept {
 }
 
 HRESULT OleObject::DoVerb(LONG verb, LPMSG, IOleClientSite*, LONG, HWND, LPCRECT) noexcept {
-  return Guarded(IID_IOleObject, [&] {
-    const ComPtr<IUnknown> keep(&control_.Controlling());
-    InPlace& placement = control_.Placement();
+  return com::Guarded(IID_IOleObject, [&] {
+    const com::ComPtr<IUnknown> keep(&Control().ControllingUnknown());
+    InPlace& placement = Control().Placement();
     switch (verb) {
       case OLEIVERB_SHOW:
       case OLEIVERB_INPLACEACTIVATE:
@@ -64,20 +62,20 @@ HRESULT OleObject::DoVerb(LONG verb, LPMSG, IOleClientSite*, LONG, HWND, LPCRECT
 }
 
 HRESULT OleObject::EnumVerbs(IEnumOLEVERB** result) noexcept {
-  return Guarded(IID_IOleObject, [&] {
-    Out(result) = nullptr;
+  return com::Guarded(IID_IOleObject, [&] {
+    com::Out(result) = nullptr;
     return OLEOBJ_E_NOVERBS;
   });
 }
 
 HRESULT OleObject::GetUserClassID(CLSID* result) noexcept {
-  return Guarded(IID_IOleObject, [&] { Out(result) = control_.Facts().clsid; });
+  return com::Guarded(IID_IOleObject, [&] { com::Out(result) = Control().Facts().clsid; });
 }
 
 HRESULT OleObject::GetUserType(DWORD, LPOLESTR* result) noexcept {
-  return Guarded(IID_IOleObject, [&] {
-    Out(result) = nullptr;
-    const std::wstring_view name = control_.Facts().user_type;
+  return com::Guarded(IID_IOleObject, [&] {
+    com::Out(result) = nullptr;
+    const std::wstring_view name = Control().Facts().user_type;
     const std::size_t bytes = (name.size() + 1) * sizeof(wchar_t);
     auto* copy = static_cast<wchar_t*>(CoTaskMemAlloc(bytes));
     if (copy == nullptr) throw std::bad_alloc();
@@ -87,45 +85,45 @@ HRESULT OleObject::GetUserType(DWORD, LPOLESTR* result) noexcept {
 }
 
 HRESULT OleObject::SetExtent(DWORD aspect, SIZEL* size) noexcept {
-  return Guarded(IID_IOleObject, [&] {
+  return com::Guarded(IID_IOleObject, [&] {
     if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
-    if (Out(size).cx < 0 || size->cy < 0) return E_INVALIDARG;
-    control_.SetExtent(*size);
+    if (com::Out(size).cx < 0 || size->cy < 0) return E_INVALIDARG;
+    Control().SetExtent(*size);
     return S_OK;
   });
 }
 
 HRESULT OleObject::GetExtent(DWORD aspect, SIZEL* result) noexcept {
-  return Guarded(IID_IOleObject, [&] {
-    Out(result) = {};
+  return com::Guarded(IID_IOleObject, [&] {
+    com::Out(result) = {};
     if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
-    *result = control_.Extent();
+    *result = Control().Extent();
     return S_OK;
   });
 }
 
 HRESULT OleObject::Advise(IAdviseSink* sink, DWORD* cookie) noexcept {
-  return Guarded(IID_IOleObject, [&] {
-    if (!advised_) Check(CreateOleAdviseHolder(advised_.Put()));
+  return com::Guarded(IID_IOleObject, [&] {
+    if (!advised_) com::Check(CreateOleAdviseHolder(advised_.Put()));
     return advised_->Advise(sink, cookie);
   });
 }
 
 HRESULT OleObject::Unadvise(DWORD cookie) noexcept {
-  return Guarded(IID_IOleObject,
-                 [&] { return advised_ ? advised_->Unadvise(cookie) : OLE_E_NOCONNECTION; });
+  return com::Guarded(IID_IOleObject,
+                      [&] { return advised_ ? advised_->Unadvise(cookie) : OLE_E_NOCONNECTION; });
 }
 
 HRESULT OleObject::EnumAdvise(IEnumSTATDATA** result) noexcept {
-  return Guarded(IID_IOleObject, [&] {
-    Out(result) = nullptr;
+  return com::Guarded(IID_IOleObject, [&] {
+    com::Out(result) = nullptr;
     return advised_ ? advised_->EnumAdvise(result) : S_OK;
   });
 }
 
 HRESULT OleObject::GetMiscStatus(DWORD aspect, DWORD* result) noexcept {
-  return Guarded(IID_IOleObject, [&] {
-    Out(result) = aspect == DVASPECT_CONTENT ? kMiscStatus : 0;
+  return com::Guarded(IID_IOleObject, [&] {
+    com::Out(result) = aspect == DVASPECT_CONTENT ? kMiscStatus : 0;
     return aspect == DVASPECT_CONTENT ? S_OK : DV_E_DVASPECT;
   });
 }

@@ -4,12 +4,10 @@
 
 #include <oleidl.h>
 
-#include "component/base/com_ptr.h"
-#include "component/base/identity.h"
+#include "com/com_ptr.h"
+#include "component/activex/of_control.h"
 
 namespace tavrix::component {
-
-class ActiveControl;
 
 /// What containers are told of the controls' behaviour, in the registry and by the objects: they
 /// are sized by their container, live inside it, are active while visible, and take their site
@@ -18,9 +16,9 @@ inline constexpr DWORD kMiscStatus = OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLIN
                                      OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
                                      OLEMISC_SETCLIENTSITEFIRST;
 
-class OleObject : public Face<IOleObject> {
+class OleObject : public OfControl<com::InterfaceImpl<IOleObject>> {
  public:
-  explicit OleObject(ActiveControl& control);
+  using OfControl::OfControl;
 
   STDMETHODIMP SetClientSite(IOleClientSite* site) noexcept override;
   STDMETHODIMP GetClientSite(IOleClientSite** result) noexcept override;
@@ -46,8 +44,7 @@ class OleObject : public Face<IOleObject> {
   STDMETHODIMP SetColorScheme(LOGPALETTE*) noexcept override { return E_NOTIMPL; }
 
  private:
-  ActiveControl& control_;
-  ComPtr<IOleAdviseHolder> advised_;
+  com::ComPtr<IOleAdviseHolder> advised_;
 };
 
 }  // namespace tavrix::component

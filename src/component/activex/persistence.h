@@ -4,12 +4,10 @@
 
 #include <ocidl.h>
 
-#include "component/base/identity.h"
+#include "component/activex/of_control.h"
 #include "viewkit/color.h"
 
 namespace tavrix::component {
-
-class ActiveControl;
 
 /// What a container keeps of a control's design.
 struct KeptState {
@@ -20,9 +18,9 @@ struct KeptState {
 };
 
 /// The state in a stream.
-class StreamPersistence : public Face<IPersistStreamInit> {
+class StreamPersistence : public OfControl<com::InterfaceImpl<IPersistStreamInit>> {
  public:
-  explicit StreamPersistence(ActiveControl& control);
+  using OfControl::OfControl;
 
   STDMETHODIMP GetClassID(CLSID* result) noexcept override;
   STDMETHODIMP IsDirty() noexcept override;
@@ -30,30 +28,24 @@ class StreamPersistence : public Face<IPersistStreamInit> {
   STDMETHODIMP Save(IStream* stream, WINBOOL clear_dirty) noexcept override;
   STDMETHODIMP GetSizeMax(ULARGE_INTEGER* result) noexcept override;
   STDMETHODIMP InitNew() noexcept override { return S_OK; }
-
- private:
-  ActiveControl& control_;
 };
 
 /// The background colour as a named property.
-class BagPersistence : public Face<IPersistPropertyBag> {
+class BagPersistence : public OfControl<com::InterfaceImpl<IPersistPropertyBag>> {
  public:
-  explicit BagPersistence(ActiveControl& control);
+  using OfControl::OfControl;
 
   STDMETHODIMP GetClassID(CLSID* result) noexcept override;
   STDMETHODIMP InitNew() noexcept override { return S_OK; }
   STDMETHODIMP Load(IPropertyBag* bag, IErrorLog* errors) noexcept override;
   STDMETHODIMP Save(IPropertyBag* bag, WINBOOL clear_dirty, WINBOOL all) noexcept override;
-
- private:
-  ActiveControl& control_;
 };
 
 /// The state as a stream of a document's storage, for containers of documents. The storage is not
 /// held on to.
-class StoragePersistence : public Face<IPersistStorage> {
+class StoragePersistence : public OfControl<com::InterfaceImpl<IPersistStorage>> {
  public:
-  explicit StoragePersistence(ActiveControl& control);
+  using OfControl::OfControl;
 
   STDMETHODIMP GetClassID(CLSID* result) noexcept override;
   STDMETHODIMP IsDirty() noexcept override;
@@ -62,9 +54,6 @@ class StoragePersistence : public Face<IPersistStorage> {
   STDMETHODIMP Save(IStorage* storage, WINBOOL same_as_load) noexcept override;
   STDMETHODIMP SaveCompleted(IStorage*) noexcept override { return S_OK; }
   STDMETHODIMP HandsOffStorage() noexcept override { return S_OK; }
-
- private:
-  ActiveControl& control_;
 };
 
 }  // namespace tavrix::component

@@ -3,7 +3,7 @@
 #include <oleauto.h>
 #include <olectl.h>
 
-#include "component/base/failure.h"
+#include "com/failure.h"
 
 namespace tavrix::component {
 
@@ -13,11 +13,11 @@ constexpr LONG kTwipsPerPoint = 20;
 
 }  // namespace
 
-std::optional<Variant> Site::Ambient(DISPID id) const {
+std::optional<com::Variant> Site::Ambient(DISPID id) const {
   const auto properties = client_.As<IDispatch>();
   if (!properties) return {};
   DISPPARAMS none{};
-  Variant value;
+  com::Variant value;
   const HRESULT result = properties->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET,
                                             &none, value.Put(), nullptr, nullptr);
   if (FAILED(result) || value.Type() == VT_EMPTY) return {};
@@ -42,7 +42,7 @@ viewkit::win32::FontSpec Site::Font() const {
   auto wanted = viewkit::win32::FontSpec::System();
   const auto value = Ambient(DISPID_AMBIENT_FONT);
   const auto font = value ? value->Object().As<IFont>() : nullptr;
-  Bstr name;
+  com::Bstr name;
   CY size{};
   BOOL bold = FALSE;
   BOOL italic = FALSE;
@@ -50,7 +50,7 @@ viewkit::win32::FontSpec Site::Font() const {
                      SUCCEEDED(font->get_Size(&size)) && SUCCEEDED(font->get_Bold(&bold)) &&
                      SUCCEEDED(font->get_Italic(&italic));
   if (!known || size.int64 <= 0) return wanted;
-  wanted.face = ViewOf(name.Get());
+  wanted.face = com::ViewOf(name.Get());
   wanted.height = static_cast<int>(size.int64 * kTwipsPerPoint / 10'000);  // currency: 1/10000
   wanted.bold = bold != FALSE;
   wanted.italic = italic != FALSE;
@@ -59,7 +59,7 @@ viewkit::win32::FontSpec Site::Font() const {
 
 std::string Site::DisplayName() const {
   const auto value = Ambient(DISPID_AMBIENT_DISPLAYNAME);
-  return value && value->Type() == VT_BSTR ? TextOf(value->Get().bstrVal) : std::string();
+  return value && value->Type() == VT_BSTR ? com::TextOf(value->Get().bstrVal) : std::string();
 }
 
 }  // namespace tavrix::component

@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
-#include "component/base/com_ptr.h"
-#include "component/base/variant.h"
+#include "com/com_ptr.h"
+#include "com/variant.h"
 #include "viewkit/color.h"
 #include "viewkit/win32/view_window.h"
 
@@ -19,9 +19,11 @@ namespace tavrix::component {
 /// container everything is absent.
 class Site {
  public:
-  void Set(IOleClientSite* site) { client_ = ComPtr<IOleClientSite>(site); }
-  [[nodiscard]] const ComPtr<IOleClientSite>& Client() const { return client_; }
-  [[nodiscard]] ComPtr<IOleControlSite> Control() const { return client_.As<IOleControlSite>(); }
+  void Set(IOleClientSite* site) { client_ = com::ComPtr<IOleClientSite>(site); }
+  [[nodiscard]] const com::ComPtr<IOleClientSite>& Client() const { return client_; }
+  [[nodiscard]] com::ComPtr<IOleControlSite> Control() const {
+    return client_.As<IOleControlSite>();
+  }
 
   [[nodiscard]] std::optional<viewkit::Color> BackColor() const;
   /// Of texts on the background; the system's when the container has none.
@@ -33,10 +35,10 @@ class Site {
 
  private:
   /// An ambient property; nothing when the container does not know it.
-  [[nodiscard]] std::optional<Variant> Ambient(DISPID id) const;
+  [[nodiscard]] std::optional<com::Variant> Ambient(DISPID id) const;
   [[nodiscard]] std::optional<viewkit::Color> AmbientColor(DISPID id) const;
 
-  ComPtr<IOleClientSite> client_;
+  com::ComPtr<IOleClientSite> client_;
 };
 
 }  // namespace tavrix::component

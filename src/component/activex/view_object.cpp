@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include "com/abi.h"
 #include "component/activex/active_control.h"
-#include "component/base/abi.h"
 #include "host/report.h"
 #include "viewkit/win32/handles.h"
 #include "viewkit/win32/window.h"
@@ -42,16 +42,14 @@ class KeptLayout {
 
 }  // namespace
 
-ViewObject::ViewObject(ActiveControl& control) : Face(control), control_(control) {}
-
 HRESULT ViewObject::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, HDC dc, LPCRECTL bounds,
                          LPCRECTL, WINBOOL(CALLBACK*)(ULONG_PTR), ULONG_PTR) noexcept {
-  return Guarded(IID_IViewObject2, [&] {
+  return com::Guarded(IID_IViewObject2, [&] {
     if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
-    const ComPtr<IUnknown> keep(&control_.Controlling());
-    const RECTL& given = Out(bounds);
+    const com::ComPtr<IUnknown> keep(&Control().ControllingUnknown());
+    const RECTL& given = com::Out(bounds);
     RECT area{given.left, given.top, given.right, given.bottom};
-    if (const ViewWindow* window = control_.Placement().Window()) {
+    if (const ViewWindow* window = Control().Placement().Window()) {
       window->Draw(dc, area);
     } else {
       DrawWithoutWindow(dc, area);
@@ -67,23 +65,23 @@ void ViewObject::DrawWithoutWindow(HDC dc, const RECT& area) {
   const viewkit::win32::OwnedWindow parent(
       CreateWindowExW(WS_EX_TOOLWINDOW, L"STATIC", L"", WS_POPUP, 0, 0, width, height, nullptr,
                       nullptr, viewkit::win32::ThisModule(), nullptr));
-  if (parent.Get() == nullptr) throw ComFailure(HRESULT_FROM_WIN32(GetLastError()));
-  const KeptLayout kept(control_);
+  if (parent.Get() == nullptr) throw com::ComFailure(HRESULT_FROM_WIN32(GetLastError()));
+  const KeptLayout kept(Control());
   viewkit::win32::ViewWindowOptions options;
   options.parent = parent.Get();
   options.place = {0, 0, width, height};
-  options.back_color = control_.View().BackColor();
-  options.fore_color = control_.ClientSite().ForeColor();
-  options.font = control_.ClientSite().Font();
-  options.resized = [this](int wide, int high) { control_.Resize({wide, high}); };
-  const ViewWindow window(control_.View().Controls(), std::move(options));
+  options.back_color = Control().View().BackColor();
+  options.fore_color = Control().ClientSite().ForeColor();
+  options.font = Control().ClientSite().Font();
+  options.resized = [this](int wide, int high) { Control().Resize({wide, high}); };
+  const ViewWindow window(Control().View().Controls(), std::move(options));
   window.Draw(dc, area);
 }
 
 HRESULT ViewObject::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) noexcept {
   aspects_ = aspects;
   flags_ = flags;
-  sink_ = ComPtr<IAdviseSink>(sink);
+  sink_ = com::ComPtr<IAdviseSink>(sink);
   return S_OK;
 }
 
@@ -95,8 +93,8 @@ HRESULT ViewObject::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) 
 }
 
 HRESULT ViewObject::GetExtent(DWORD aspect, LONG, DVTARGETDEVICE*, LPSIZEL result) noexcept {
-  return Guarded(IID_IViewObject2, [&] {
-    Out(result) = control_.Extent();
+  return com::Guarded(IID_IViewObject2, [&] {
+    com::Out(result) = Control().Extent();
     return aspect == DVASPECT_CONTENT ? S_OK : DV_E_DVASPECT;
   });
 }

@@ -4,17 +4,15 @@
 
 #include <oleidl.h>
 
-#include "component/base/com_ptr.h"
-#include "component/base/identity.h"
+#include "com/com_ptr.h"
+#include "component/activex/of_control.h"
 
 namespace tavrix::component {
 
-class ActiveControl;
-
 /// Draws the control, also while it has no window.
-class ViewObject : public Face<IViewObject2> {
+class ViewObject : public OfControl<com::InterfaceImpl<IViewObject2>> {
  public:
-  explicit ViewObject(ActiveControl& control);
+  using OfControl::OfControl;
 
   STDMETHODIMP Draw(DWORD aspect, LONG index, void* aspect_info, DVTARGETDEVICE* device,
                     HDC device_dc, HDC dc, LPCRECTL bounds, LPCRECTL metafile_bounds,
@@ -33,8 +31,8 @@ class ViewObject : public Face<IViewObject2> {
  private:
   void DrawWithoutWindow(HDC dc, const RECT& area);
 
-  ActiveControl& control_;
-  ComPtr<IAdviseSink> sink_;  // asked for and given back; a control with a window repaints itself
+  com::ComPtr<IAdviseSink>
+      sink_;  // asked for and given back; a control with a window repaints itself
   DWORD aspects_ = 0;
   DWORD flags_ = 0;
 };

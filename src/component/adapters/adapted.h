@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "component/adapters/late_object.h"
+#include "com/late_object.h"
 #include "qnSystem.h"
 
 namespace tavrix::component {
@@ -12,16 +12,17 @@ namespace tavrix::component {
 template <class Interface, class Declared>
 class Adapted : public Interface {
  public:
-  explicit Adapted(ComPtr<IDispatch> object) : object_(std::move(object), __uuidof(Declared)) {}
-  [[nodiscard]] const LateObject& Object() const { return object_; }
+  explicit Adapted(com::ComPtr<IDispatch> object)
+      : object_(std::move(object), __uuidof(Declared)) {}
+  [[nodiscard]] const com::LateObject& Object() const { return object_; }
 
  private:
-  LateObject object_;
+  com::LateObject object_;
 };
 
 /// `object` as an `Adapter`; null for null.
 template <class Adapter, class... Arguments>
-[[nodiscard]] std::shared_ptr<Adapter> Adapt(const ComPtr<IDispatch>& object,
+[[nodiscard]] std::shared_ptr<Adapter> Adapt(const com::ComPtr<IDispatch>& object,
                                              Arguments&&... arguments) {
   if (!object) return nullptr;
   return std::make_shared<Adapter>(object, std::forward<Arguments>(arguments)...);

@@ -1,16 +1,17 @@
 #include "component/adapters/database.h"
 
+#include "com/failure.h"
+#include "com/values.h"
 #include "component/adapters/adapted.h"
-#include "component/adapters/values.h"
-#include "component/base/failure.h"
+#include "component/adapters/row_sets.h"
 
 namespace tavrix::component {
 
 namespace {
 
 /// The index for statements that want one.
-Variant FirstResult() {
-  return Variant(std::int32_t{0});
+com::Variant FirstResult() {
+  return com::Variant(std::int32_t{0});
 }
 
 class AutomationRecordset : public Adapted<host::Recordset, IHostRecordset> {
@@ -24,38 +25,39 @@ class AutomationRecordset : public Adapted<host::Recordset, IHostRecordset> {
     return ToRowSet(Object().Get(L"GetRows"));
   }
   void Find(const std::string& criteria) override {
-    Object().Call(L"Find", {Variant(std::string_view(criteria))});
+    Object().Call(L"Find", {com::Variant(std::string_view(criteria))});
   }
   void MoveFirst() override { Object().Call(L"MoveFirst"); }
   [[nodiscard]] host::Value Field(const std::string& name) override {
-    return ValueOf(Variant(std::string_view(name)));
+    return ValueOf(com::Variant(std::string_view(name)));
   }
-  [[nodiscard]] host::Value Field(int position) override { return ValueOf(Variant(position)); }
+  [[nodiscard]] host::Value Field(int position) override { return ValueOf(com::Variant(position)); }
   void Close() override { Object().Call(L"Close"); }
 
  private:
-  [[nodiscard]] host::Value ValueOf(const Variant& key) const {
+  [[nodiscard]] host::Value ValueOf(const com::Variant& key) const {
     const auto field = FieldObject(key);
-    if (!field) throw ComFailure(DISP_E_TYPEMISMATCH);
-    return ToValue(LateObject(field, IID_IHostField).Get(L"Value"));
+    if (!field) throw com::ComFailure(DISP_E_TYPEMISMATCH);
+    return com::ToValue(com::LateObject(field, IID_IHostField).Get(L"Value"));
   }
   /// `Fields(key)`, or `Fields.Item(key)` where the property takes no argument.
-  [[nodiscard]] ComPtr<IDispatch> FieldObject(const Variant& key) const {
+  [[nodiscard]] com::ComPtr<IDispatch> FieldObject(const com::Variant& key) const {
     try {
       if (auto field = Object().ObjectOf(L"Fields", {key})) return field;
-    } catch (const ComFailure&) {
+    } catch (const com::ComFailure&) {
       // Languages do not name the failure of a property that takes no argument alike.
       try {
         if (auto field = ItemObject(key)) return field;
-      } catch (const ComFailure&) {  // then it was not about the argument: the first one tells why
+      } catch (
+          const com::ComFailure&) {  // then it was not about the argument: the first one tells why
       }
       throw;
     }
     return ItemObject(key);
   }
-  [[nodiscard]] ComPtr<IDispatch> ItemObject(const Variant& key) const {
+  [[nodiscard]] com::ComPtr<IDispatch> ItemObject(const com::Variant& key) const {
     const auto fields = Object().ObjectOf(L"Fields");
-    return fields ? LateObject(fields, IID_IHostFields).ObjectOf(L"Item", {key}) : nullptr;
+    return fields ? com::LateObject(fields, IID_IHostFields).ObjectOf(L"Item", {key}) : nullptr;
   }
 };
 
@@ -64,7 +66,7 @@ class AutomationStatement : public Adapted<host::Statement, IHostStatement> {
   using Adapted::Adapted;
   void Execute() override { Object().Call(L"Execute"); }
   [[nodiscard]] host::Value ScalarValue() override {
-    return ToValue(Object().GetOptional(L"ScalarValue", FirstResult()));
+    return com::ToValue(Object().GetOptional(L"ScalarValue", FirstResult()));
   }
   [[nodiscard]] std::shared_ptr<host::Recordset> OpenRecordset() override {
     return Adapt<AutomationRecordset>(Object().GetOptional(L"Recordset", FirstResult()).Object());
@@ -81,14 +83,15 @@ class AutomationError : public Adapted<host::ErrorEntry, IHostError> {
 class AutomationProperty : public Adapted<host::Property, IHostProperty> {
  public:
   using Adapted::Adapted;
-  [[nodiscard]] host::Value Get() override { return ToValue(Object().Get(L"Value")); }
+  [[nodiscard]] host::Value Get() override { return com::ToValue(Object().Get(L"Value")); }
 };
 
 class AutomationPropertySet : public Adapted<host::PropertySet, IHostPropertySet> {
  public:
   using Adapted::Adapted;
   [[nodiscard]] std::shared_ptr<host::Property> Item(const std::string& key) override {
-    return Adapt<AutomationProperty>(Object().ObjectOf(L"Item", {Variant(std::string_view(key))}));
+    return Adapt<AutomationProperty>(
+        Object().ObjectOf(L"Item", {com::Variant(std::string_view(key))}));
   }
 };
 
@@ -98,7 +101,7 @@ class AutomationDatabase : public Adapted<host::Database, IHostDatabase> {
   [[nodiscard]] std::shared_ptr<host::Statement> OpenSql(const std::string& sql,
                                                          int mode) override {
     return Adapt<AutomationStatement>(
-        Object().ObjectOf(L"OpenSql", {Variant(std::string_view(sql)), Variant(mode)}));
+        Object().ObjectOf(L"OpenSql", {com::Variant(std::string_view(sql)), com::Variant(mode)}));
   }
   [[nodiscard]] std::shared_ptr<host::ErrorEntry> LastError() override {
     return Adapt<AutomationError>(Object().ObjectOf(L"LastError"));
@@ -110,11 +113,11 @@ class AutomationDatabase : public Adapted<host::Database, IHostDatabase> {
 
 }  // namespace
 
-std::shared_ptr<host::Database> AdaptDatabase(const ComPtr<IDispatch>& object) {
+std::shared_ptr<host::Database> AdaptDatabase(const com::ComPtr<IDispatch>& object) {
   return Adapt<AutomationDatabase>(object);
 }
 
-ComPtr<IDispatch> DispatchOf(const std::shared_ptr<host::Database>& database) {
+com::ComPtr<IDispatch> DispatchOf(const std::shared_ptr<host::Database>& database) {
   const auto* adapted = dynamic_cast<const AutomationDatabase*>(database.get());
   return adapted == nullptr ? nullptr : adapted->Object().Dispatch();
 }

@@ -2,16 +2,16 @@
 
 #include <variant>
 
+#include "com/values.h"
 #include "component/adapters/adapted.h"
 #include "component/adapters/database.h"
-#include "component/adapters/values.h"
 
 namespace tavrix::component {
 
 namespace {
 
-Variant Text(const std::string& text) {
-  return Variant(std::string_view(text));
+com::Variant Text(const std::string& text) {
+  return com::Variant(std::string_view(text));
 }
 
 class AutomationCodeRule : public Adapted<host::CodeRule, IHostCodeRule> {
@@ -24,7 +24,7 @@ class AutomationCodeRule : public Adapted<host::CodeRule, IHostCodeRule> {
     return Object().LongOf(L"LevelOf", {Text(code), Text(rule)});
   }
   [[nodiscard]] std::int32_t LengthAtLevel(std::int32_t level, const std::string& rule) override {
-    return Object().LongOf(L"LengthAtLevel", {Variant(level), Text(rule)});
+    return Object().LongOf(L"LengthAtLevel", {com::Variant(level), Text(rule)});
   }
 };
 
@@ -32,13 +32,13 @@ class AutomationDataHelper : public Adapted<host::DataHelper, IHostDataHelper> {
  public:
   using Adapted::Adapted;
   void SetDatabase(const std::shared_ptr<host::Database>& database) override {
-    Object().Call(L"SetDatabase", {Variant(DispatchOf(database))});
+    Object().Call(L"SetDatabase", {com::Variant(DispatchOf(database))});
   }
 };
 
 class AutomationNavigator : public Adapted<host::GridNavigator, IHostGridNavigator> {
  public:
-  AutomationNavigator(ComPtr<IDispatch> object, GridObjects grids)
+  AutomationNavigator(com::ComPtr<IDispatch> object, GridObjects grids)
       : Adapted(std::move(object)), grids_(std::move(grids)) {}
   [[nodiscard]] bool MoveTop(host::Grid& grid) override { return Ask(L"MoveTop", grid); }
   [[nodiscard]] bool MovePrevious(host::Grid& grid) override { return Ask(L"MovePrevious", grid); }
@@ -46,15 +46,15 @@ class AutomationNavigator : public Adapted<host::GridNavigator, IHostGridNavigat
   [[nodiscard]] bool MoveBottom(host::Grid& grid) override { return Ask(L"MoveBottom", grid); }
   [[nodiscard]] bool FindNext(host::Grid& grid) override { return Ask(L"FindNext", grid); }
   [[nodiscard]] bool Find(host::Grid& grid, const host::Value& data) override {
-    return Object().FlagOf(L"Find", {Variant(grids_(grid)), ToVariant(data)});
+    return Object().FlagOf(L"Find", {com::Variant(grids_(grid)), com::ToVariant(data)});
   }
   [[nodiscard]] bool Filter(host::Grid& grid, const host::Value& data) override {
-    return Object().FlagOf(L"Filter", {Variant(grids_(grid)), ToVariant(data)});
+    return Object().FlagOf(L"Filter", {com::Variant(grids_(grid)), com::ToVariant(data)});
   }
 
  private:
   [[nodiscard]] bool Ask(const wchar_t* member, host::Grid& grid) const {
-    return Object().FlagOf(member, {Variant(grids_(grid))});
+    return Object().FlagOf(member, {com::Variant(grids_(grid))});
   }
 
   GridObjects grids_;
@@ -67,7 +67,7 @@ class AutomationSettingsFile : public Adapted<host::SettingsFile, IHostSettingsF
   [[nodiscard]] std::string ReadValue(const std::string& section, const std::string& key,
                                       const std::string& fallback) override {
     const host::Value kept =
-        ToValue(Object().Get(L"ReadValue", {Text(section), Text(key), Text(fallback)}));
+        com::ToValue(Object().Get(L"ReadValue", {Text(section), Text(key), Text(fallback)}));
     // What is no text was not kept by anyone: as an absent key.
     return kept.IsNull() || kept.IsObject() ? fallback : kept.ToText();
   }
@@ -79,16 +79,16 @@ class AutomationSettingsFile : public Adapted<host::SettingsFile, IHostSettingsF
 
 class AutomationParameters : public Adapted<host::Parameters, IHostParameters> {
  public:
-  AutomationParameters(ComPtr<IDispatch> object, SharedOwner owner)
+  AutomationParameters(com::ComPtr<IDispatch> object, SharedOwner owner)
       : Adapted(std::move(object)), owner_(std::move(owner)) {}
   [[nodiscard]] bool Exists(const std::string& key) override {
     return Object().FlagOf(L"Exists", {Text(key)});
   }
   [[nodiscard]] host::Value Item(const std::string& key) override {
     // An entry is an object with a value; a plain value is accepted too.
-    const Variant entry = Object().Get(L"Item", {Text(key)});
+    const com::Variant entry = Object().Get(L"Item", {Text(key)});
     const auto object = entry.Object();
-    return ToValue(object ? LateObject(object, IID_IHostParameter).Get(L"Value") : entry);
+    return com::ToValue(object ? com::LateObject(object, IID_IHostParameter).Get(L"Value") : entry);
   }
   void Clear() override {
     if (!owner_->Ended() || !Object().IsOfScript()) Object().Call(L"Clear");
@@ -100,33 +100,33 @@ class AutomationParameters : public Adapted<host::Parameters, IHostParameters> {
 
 }  // namespace
 
-std::shared_ptr<host::CodeRule> AdaptCodeRule(const ComPtr<IDispatch>& object) {
+std::shared_ptr<host::CodeRule> AdaptCodeRule(const com::ComPtr<IDispatch>& object) {
   return Adapt<AutomationCodeRule>(object);
 }
 
-std::shared_ptr<host::LogHelper> AdaptLogHelper(const ComPtr<IDispatch>& object) {
+std::shared_ptr<host::LogHelper> AdaptLogHelper(const com::ComPtr<IDispatch>& object) {
   return Adapt<Adapted<host::LogHelper, IHostLogHelper>>(object);
 }
 
-std::shared_ptr<host::DataHelper> AdaptDataHelper(const ComPtr<IDispatch>& object) {
+std::shared_ptr<host::DataHelper> AdaptDataHelper(const com::ComPtr<IDispatch>& object) {
   return Adapt<AutomationDataHelper>(object);
 }
 
-std::shared_ptr<host::GridNavigator> AdaptGridNavigator(const ComPtr<IDispatch>& object,
+std::shared_ptr<host::GridNavigator> AdaptGridNavigator(const com::ComPtr<IDispatch>& object,
                                                         GridObjects grids) {
   return Adapt<AutomationNavigator>(object, std::move(grids));
 }
 
-std::shared_ptr<host::SettingsFile> AdaptSettingsFile(const ComPtr<IDispatch>& object) {
+std::shared_ptr<host::SettingsFile> AdaptSettingsFile(const com::ComPtr<IDispatch>& object) {
   return Adapt<AutomationSettingsFile>(object);
 }
 
-std::shared_ptr<host::Parameters> AdaptParameters(const ComPtr<IDispatch>& object,
+std::shared_ptr<host::Parameters> AdaptParameters(const com::ComPtr<IDispatch>& object,
                                                   SharedOwner owner) {
   return Adapt<AutomationParameters>(object, std::move(owner));
 }
 
-ComPtr<IDispatch> DispatchOf(const std::shared_ptr<host::Parameters>& parameters) {
+com::ComPtr<IDispatch> DispatchOf(const std::shared_ptr<host::Parameters>& parameters) {
   const auto* adapted = dynamic_cast<const AutomationParameters*>(parameters.get());
   return adapted == nullptr ? nullptr : adapted->Object().Dispatch();
 }

@@ -7,14 +7,14 @@
 #include <functional>
 #include <memory>
 
-#include "component/base/com_ptr.h"
-#include "component/base/view_owner.h"
+#include "com/com_ptr.h"
+#include "component/view_owner.h"
 #include "host/objects.h"
 
 namespace tavrix::component {
 
 /// The object that callers see for a grid of the view; null when it has none.
-using GridObjects = std::function<ComPtr<IDispatch>(host::Grid&)>;
+using GridObjects = std::function<com::ComPtr<IDispatch>(host::Grid&)>;
 
 using SharedOwner = std::shared_ptr<const ViewOwner>;
 
@@ -26,13 +26,14 @@ struct ServedView {
 
 /// The host's system object, whatever language it is written in, as the library knows it. Null
 /// gives null. The objects it gives out are adapted alike and keep their own references.
-[[nodiscard]] std::shared_ptr<host::SystemObject> AdaptSystem(const ComPtr<IDispatch>& object,
+[[nodiscard]] std::shared_ptr<host::SystemObject> AdaptSystem(const com::ComPtr<IDispatch>& object,
                                                               ServedView view);
 
 /// A parameter collection of the host; null gives null.
-[[nodiscard]] std::shared_ptr<host::Parameters> AdaptParameters(const ComPtr<IDispatch>& object,
-                                                                SharedOwner owner);
+[[nodiscard]] std::shared_ptr<host::Parameters> AdaptParameters(
+    const com::ComPtr<IDispatch>& object, SharedOwner owner);
 /// The host's object behind an adapted collection; null when it is none.
-[[nodiscard]] ComPtr<IDispatch> DispatchOf(const std::shared_ptr<host::Parameters>& parameters);
+[[nodiscard]] com::ComPtr<IDispatch> DispatchOf(
+    const std::shared_ptr<host::Parameters>& parameters);
 
 }  // namespace tavrix::component

@@ -1,3 +1,5 @@
+#include "component/adapters/row_sets.h"
+
 #include <windows.h>
 
 #include <oleauto.h>
@@ -8,9 +10,9 @@
 #include <string_view>
 #include <utility>
 
-#include "component/adapters/late_object.h"
-#include "component/adapters/values.h"
-#include "component/base/failure.h"
+#include "com/failure.h"
+#include "com/late_object.h"
+#include "com/values.h"
 #include "host/utf.h"
 
 namespace tavrix::component {
@@ -21,7 +23,7 @@ namespace {
 class LockedArray {
  public:
   explicit LockedArray(SAFEARRAY& array) : array_(array) {
-    Check(SafeArrayAccessData(&array_, &data_));
+    com::Check(SafeArrayAccessData(&array_, &data_));
   }
   LockedArray(const LockedArray&) = delete;
   LockedArray& operator=(const LockedArray&) = delete;
@@ -53,7 +55,7 @@ void TextConverter::Append(std::wstring_view text) {
 void AppendCell(host::RowSet& rows, TextConverter& text, const VARIANT& cell) {
   switch (cell.vt) {
     case VT_BSTR:
-      return text.Append(ViewOf(cell.bstrVal));
+      return text.Append(com::ViewOf(cell.bstrVal));
     case VT_EMPTY:
     case VT_NULL:
       return rows.AppendNull();
@@ -62,7 +64,7 @@ void AppendCell(host::RowSet& rows, TextConverter& text, const VARIANT& cell) {
     case VT_I2:
       return rows.AppendWhole(cell.iVal);
     default:
-      return rows.AppendText(ToValue(Variant(cell)).ToText());
+      return rows.AppendText(com::ToValue(com::Variant(cell)).ToText());
   }
 }
 
@@ -91,12 +93,12 @@ host::RowSet Read(SAFEARRAY& array, VARTYPE type) {
   cell.vt = static_cast<VARTYPE>(VT_BYREF | type);
   for (std::size_t i = 0; i < cells; ++i) {
     cell.byref = static_cast<char*>(data.Data()) + i * array.cbElements;
-    AppendCell(rows, text, Variant(cell).Get());
+    AppendCell(rows, text, com::Variant(cell).Get());
   }
   return rows;
 }
 
-ComFailure NoRowTexts() {
+com::ComFailure NoRowTexts() {
   return {DISP_E_TYPEMISMATCH, "GetRowTexts 给出的行不完整"};
 }
 
@@ -122,26 +124,26 @@ host::RowSet ReadTexts(std::size_t fields, SAFEARRAY& ends, std::wstring_view te
   return rows;
 }
 
-ComFailure NoRows() {
+com::ComFailure NoRows() {
   return {DISP_E_TYPEMISMATCH, "GetRows 没有返回二维数组"};
 }
 
-LateObject ElementOf(const LateObject& array, std::int32_t index) {
-  ComPtr<IDispatch> element = array.ObjectOf(std::to_wstring(index).c_str());
+com::LateObject ElementOf(const com::LateObject& array, std::int32_t index) {
+  com::ComPtr<IDispatch> element = array.ObjectOf(std::to_wstring(index).c_str());
   if (!element) throw NoRows();
-  return LateObject(std::move(element));
+  return com::LateObject(std::move(element));
 }
 
 /// What JavaScript has in place of an array of two dimensions: an array of records, each an array
 /// of as many fields.
-host::RowSet ReadRecords(const LateObject& records) {
+host::RowSet ReadRecords(const com::LateObject& records) {
   const std::int32_t count = records.LongOf(L"length");
   const std::int32_t fields = count > 0 ? ElementOf(records, 0).LongOf(L"length") : 0;
   if (fields < 1) throw NoRows();
   host::RowSet rows(static_cast<std::size_t>(fields));
   TextConverter text(rows);
   for (std::int32_t i = 0; i < count; ++i) {
-    const LateObject record = ElementOf(records, i);
+    const com::LateObject record = ElementOf(records, i);
     if (record.LongOf(L"length") != fields) throw NoRows();
     for (std::int32_t j = 0; j < fields; ++j) {
       AppendCell(rows, text, record.Get(std::to_wstring(j).c_str()).Get());
@@ -150,10 +152,10 @@ host::RowSet ReadRecords(const LateObject& records) {
   return rows;
 }
 
-bool IsScriptArray(const LateObject& object) {
+bool IsScriptArray(const com::LateObject& object) {
   try {
     return object.IsOfScript() && object.LongOf(L"length") >= 0;
-  } catch (const ComFailure&) {  // an object of another kind
+  } catch (const com::ComFailure&) {  // an object of another kind
     return false;
   }
 }
@@ -165,10 +167,10 @@ SAFEARRAY* ArrayOf(const VARIANT& value) {
 
 }  // namespace
 
-host::RowSet ToRowSet(const Variant& rows) {
-  const VARIANT& value = Target(rows.Get());
+host::RowSet ToRowSet(const com::Variant& rows) {
+  const VARIANT& value = com::Target(rows.Get());
   if (auto object = rows.Object()) {
-    const LateObject records(std::move(object));
+    const com::LateObject records(std::move(object));
     if (IsScriptArray(records)) return ReadRecords(records);
   }
   SAFEARRAY* const array = ArrayOf(value);
@@ -178,14 +180,14 @@ host::RowSet ToRowSet(const Variant& rows) {
 
 host::RowSet TakeRowTexts(IHostRowTexts& recordset) {
   long fields = 0;
-  Variant ends;
-  Bstr text;
+  com::Variant ends;
+  com::Bstr text;
   SetErrorInfo(0, nullptr);
   const HRESULT status = recordset.GetRowTexts(&fields, &ends.InPlace()->parray, text.Put());
   if (ends.Get().parray != nullptr) ends.InPlace()->vt = VT_ARRAY | VT_I4;
-  CheckCall(status);
+  com::CheckCall(status);
   if (ends.Type() == VT_EMPTY || fields < 1) throw NoRowTexts();
-  return ReadTexts(static_cast<std::size_t>(fields), *ends.Get().parray, ViewOf(text.Get()));
+  return ReadTexts(static_cast<std::size_t>(fields), *ends.Get().parray, com::ViewOf(text.Get()));
 }
 
 }  // namespace tavrix::component

@@ -1,24 +1,24 @@
+#include "com/values.h"
 #include "component/adapters/adapted.h"
 #include "component/adapters/database.h"
 #include "component/adapters/helpers.h"
 #include "component/adapters/host_objects.h"
 #include "component/adapters/mouse_event.h"
-#include "component/adapters/values.h"
 #include "host/calls.h"
 
 namespace tavrix::component {
 
 namespace {
 
-Variant Text(const std::string& text) {
-  return Variant(std::string_view(text));
+com::Variant Text(const std::string& text) {
+  return com::Variant(std::string_view(text));
 }
 
 class AutomationSetting : public Adapted<host::SettingEntry, IHostSetting> {
  public:
   using Adapted::Adapted;
   [[nodiscard]] std::string Get() override {
-    return host::NoObject(ToValue(Object().Get(L"Value")), "GetSetting").ToText();
+    return host::NoObject(com::ToValue(Object().Get(L"Value")), "GetSetting").ToText();
   }
 };
 
@@ -37,7 +37,7 @@ class AutomationFolders : public Adapted<host::FoldersObject, IHostFolders> {
 
 class AutomationSystem : public Adapted<host::SystemObject, IHostSystem> {
  public:
-  AutomationSystem(ComPtr<IDispatch> object, ServedView view)
+  AutomationSystem(com::ComPtr<IDispatch> object, ServedView view)
       : Adapted(std::move(object)), view_(std::move(view)) {}
 
   [[nodiscard]] std::shared_ptr<host::Database> GetDatabase() override {
@@ -49,15 +49,15 @@ class AutomationSystem : public Adapted<host::SystemObject, IHostSystem> {
   }
   [[nodiscard]] Identifier NewIdentifier(const std::string& table,
                                          const std::string& column) override {
-    Variant error = Text({});
-    const Variant id =
+    com::Variant error = Text({});
+    const com::Variant id =
         Object().GetWithReference(L"NewIdentifier", {Text(table), Text(column)}, error);
-    std::string failure = host::NoObject(ToValue(error), "NewIdentifier").ToText();
+    std::string failure = host::NoObject(com::ToValue(error), "NewIdentifier").ToText();
     if (!failure.empty()) return {0, std::move(failure)};
-    return {host::RequiredLong(ToValue(id), "NewIdentifier"), {}};
+    return {host::RequiredLong(com::ToValue(id), "NewIdentifier"), {}};
   }
   [[nodiscard]] std::shared_ptr<host::RightsObject> Rights(std::int32_t program) override {
-    return Adapt<AutomationRights>(Object().ObjectOf(L"Rights", {Variant(program)}));
+    return Adapt<AutomationRights>(Object().ObjectOf(L"Rights", {com::Variant(program)}));
   }
   [[nodiscard]] std::shared_ptr<host::FoldersObject> Folders() override {
     return Adapt<AutomationFolders>(Object().ObjectOf(L"Folders"));
@@ -86,8 +86,8 @@ class AutomationSystem : public Adapted<host::SystemObject, IHostSystem> {
   }
 
  private:
-  [[nodiscard]] ComPtr<IDispatch> Helper(const char* name) const {
-    return Object().ObjectOf(L"CreateHelper", {Variant(std::string_view(name))});
+  [[nodiscard]] com::ComPtr<IDispatch> Helper(const char* name) const {
+    return Object().ObjectOf(L"CreateHelper", {com::Variant(std::string_view(name))});
   }
 
   ServedView view_;
@@ -95,7 +95,8 @@ class AutomationSystem : public Adapted<host::SystemObject, IHostSystem> {
 
 }  // namespace
 
-std::shared_ptr<host::SystemObject> AdaptSystem(const ComPtr<IDispatch>& object, ServedView view) {
+std::shared_ptr<host::SystemObject> AdaptSystem(const com::ComPtr<IDispatch>& object,
+                                                ServedView view) {
   return Adapt<AutomationSystem>(object, std::move(view));
 }
 

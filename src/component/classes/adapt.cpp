@@ -11,7 +11,7 @@ std::shared_ptr<host::SystemObject> SystemOf(const ActiveControl& control, IDisp
     const auto alive = children.lock();
     return alive ? alive->Of(grid) : nullptr;
   };
-  return AdaptSystem(ComPtr<IDispatch>(*pcSystem), {std::move(grids), control.Owner()});
+  return AdaptSystem(com::ComPtr<IDispatch>(*pcSystem), {std::move(grids), control.Owner()});
 }
 
 }  // namespace tavrix::component

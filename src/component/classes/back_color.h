@@ -1,26 +1,23 @@
 #pragma once
 
+#include "com/abi.h"
 #include "component/activex/active_control.h"
-#include "component/base/abi.h"
 
 namespace tavrix::component {
 
 /// The default interface of a control: its background colour.
 template <class Interface>
-class BackColorFace : public DualFace<Interface> {
+class BackColorImpl : public OfControl<com::DualInterfaceImpl<Interface>> {
  public:
-  explicit BackColorFace(ActiveControl& control)
-      : DualFace<Interface>(control), control_(control) {}
+  using OfControl<com::DualInterfaceImpl<Interface>>::OfControl;
 
   STDMETHODIMP get_BackColor(OLE_COLOR* result) noexcept override {
-    return Guarded(__uuidof(Interface), [&] { Out(result) = control_.View().BackColor(); });
+    return com::Guarded(__uuidof(Interface),
+                        [&] { com::Out(result) = this->Control().View().BackColor(); });
   }
   STDMETHODIMP put_BackColor(OLE_COLOR value) noexcept override {
-    return Guarded(__uuidof(Interface), [&] { control_.SetBackColor(value); });
+    return com::Guarded(__uuidof(Interface), [&] { this->Control().SetBackColor(value); });
   }
-
- private:
-  ActiveControl& control_;
 };
 
 }  // namespace tavrix::component

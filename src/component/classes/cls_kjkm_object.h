@@ -2,17 +2,16 @@
 
 #include <memory>
 
-#include "component/base/class_info.h"
-#include "component/base/error_support.h"
-#include "component/base/face_registry.h"
-#include "component/base/identity.h"
+#include "com/class_info.h"
+#include "com/dispatch_object.h"
+#include "com/object_registry.h"
 #include "picker/col_kjkm.h"
 #include "tavrix.h"
 
 namespace tavrix::component {
 
 /// The class `clsKjkm`: one picked account.
-class ClsKjkmObject : public Identity, public DualFace<_clsKjkm> {
+class ClsKjkmObject : public com::DispatchObject<_clsKjkm> {
  public:
   /// A new account.
   explicit ClsKjkmObject(IUnknown* outer)
@@ -47,9 +46,8 @@ class ClsKjkmObject : public Identity, public DualFace<_clsKjkm> {
 
  private:
   std::shared_ptr<picker::clsKjkm> account_;
-  FaceRegistry<ClsKjkmObject> entry_;
-  ErrorSupport errors_;
-  ClassInfo class_info_;
+  com::ObjectRegistry<ClsKjkmObject> entry_;
+  com::ClassInfo class_info_;
 };
 
 }  // namespace tavrix::component

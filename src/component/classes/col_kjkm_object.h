@@ -2,17 +2,16 @@
 
 #include <memory>
 
-#include "component/base/class_info.h"
-#include "component/base/error_support.h"
-#include "component/base/face_registry.h"
-#include "component/base/identity.h"
+#include "com/class_info.h"
+#include "com/dispatch_object.h"
+#include "com/object_registry.h"
 #include "picker/col_kjkm.h"
 #include "tavrix.h"
 
 namespace tavrix::component {
 
 /// The class `colKjkm`: picked accounts.
-class ColKjkmObject : public Identity, public DualFace<_colKjkm> {
+class ColKjkmObject : public com::DispatchObject<_colKjkm> {
  public:
   /// An empty collection.
   explicit ColKjkmObject(IUnknown* outer)
@@ -32,10 +31,10 @@ class ColKjkmObject : public Identity, public DualFace<_colKjkm> {
 
  private:
   std::shared_ptr<picker::colKjkm> accounts_;
-  FaceRegistry<ColKjkmObject> entry_;
-  FaceRegistry<ColKjkmObject> own_entry_;  // under its own address: tells our objects from others
-  ErrorSupport errors_;
-  ClassInfo class_info_;
+  com::ObjectRegistry<ColKjkmObject> entry_;
+  com::ObjectRegistry<ColKjkmObject>
+      own_entry_;  // under its own address: tells our objects from others
+  com::ClassInfo class_info_;
 };
 
 }  // namespace tavrix::component

@@ -1,24 +1,21 @@
 #pragma once
 
-#include "component/base/identity.h"
+#include "component/activex/of_control.h"
 #include "host/forms.h"
 #include "qnDesignUI.h"
 
 namespace tavrix::component {
 
-class ActiveControl;
-
 /// IDesignUI for callers, on a view's own.
-class DesignUi : public DualFace<IDesignUI> {
+class DesignUi : public OfControl<com::DualInterfaceImpl<IDesignUI>> {
  public:
-  DesignUi(ActiveControl& control, host::IDesignUI& view);
+  DesignUi(ActiveControl& control, host::IDesignUI& view) : OfControl(control), view_(view) {}
 
   STDMETHODIMP get_Controls(IDispatch** result) noexcept override;
   STDMETHODIMP get_Parameters(IDispatch** result) noexcept override;
   STDMETHODIMP putref_Parameters(IDispatch* parameters) noexcept override;
 
  private:
-  ActiveControl& control_;
   host::IDesignUI& view_;
 };
 

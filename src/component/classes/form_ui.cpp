@@ -1,35 +1,24 @@
 #include "component/classes/form_ui.h"
 
+#include "com/abi.h"
+#include "com/values.h"
 #include "component/activex/active_control.h"
 #include "component/adapters/host_objects.h"
-#include "component/adapters/values.h"
-#include "component/base/abi.h"
 #include "component/classes/adapt.h"
-#include "component/controls/child_face.h"
+#include "component/controls/child_control_object.h"
 
 namespace tavrix::component {
-
-FormUi::FormUi(ActiveControl& control, host::IFormUI& view)
-    : DualFace(control), control_(control), view_(view) {}
-
-template <class Body>
-HRESULT FormUi::Run(Body&& body) noexcept {
-  return Guarded(IID_IFormUI, [&] {
-    const ComPtr<IUnknown> keep(&control_.Controlling());
-    body();
-  });
-}
 
 template <class Body>
 HRESULT FormUi::Answer(VARIANT_BOOL* result, Body&& body) noexcept {
   return Run([&] {
-    Out(result) = VARIANT_FALSE;
-    *result = Flag(body());
+    com::Out(result) = VARIANT_FALSE;
+    *result = com::Flag(body());
   });
 }
 
 HRESULT FormUi::Init(IDispatch** pcSystem, long plCzID, long plID, VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.Init(SystemOf(control_, pcSystem), plCzID, plID); });
+  return Answer(result, [&] { return view_.Init(SystemOf(Control(), pcSystem), plCzID, plID); });
 }
 
 HRESULT FormUi::Refresh(VARIANT_BOOL* result) noexcept {
@@ -105,21 +94,22 @@ HRESULT FormUi::DoPrint(VARIANT_BOOL pbRealPrint, VARIANT_BOOL* result) noexcept
 }
 
 HRESULT FormUi::Find(VARIANT pvData, VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.Find(Carried(Variant(pvData))); });
+  return Answer(result, [&] { return view_.Find(com::PassThrough(com::Variant(pvData))); });
 }
 
 HRESULT FormUi::Filter(VARIANT pvData, VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.Filter(Carried(Variant(pvData))); });
+  return Answer(result, [&] { return view_.Filter(com::PassThrough(com::Variant(pvData))); });
 }
 
 HRESULT FormUi::DoSetStatus(BSTR psStatusName, VARIANT_BOOL pbStatus,
                             VARIANT_BOOL* result) noexcept {
-  return Answer(result,
-                [&] { return view_.DoSetStatus(TextOf(psStatusName), pbStatus != VARIANT_FALSE); });
+  return Answer(result, [&] {
+    return view_.DoSetStatus(com::TextOf(psStatusName), pbStatus != VARIANT_FALSE);
+  });
 }
 
 HRESULT FormUi::get_CheckStatus(BSTR psStatusName, VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.CheckStatus(TextOf(psStatusName)); });
+  return Answer(result, [&] { return view_.CheckStatus(com::TextOf(psStatusName)); });
 }
 
 HRESULT FormUi::get_IsDirty(VARIANT_BOOL* result) noexcept {
@@ -127,7 +117,7 @@ HRESULT FormUi::get_IsDirty(VARIANT_BOOL* result) noexcept {
 }
 
 HRESULT FormUi::get_GetID(long* result) noexcept {
-  return Run([&] { Out(result) = view_.GetID(); });
+  return Run([&] { com::Out(result) = view_.GetID(); });
 }
 
 HRESULT FormUi::get_ReturnPrintName(BSTR* result) noexcept {
@@ -135,7 +125,7 @@ HRESULT FormUi::get_ReturnPrintName(BSTR* result) noexcept {
 }
 
 HRESULT FormUi::get_Attributes(BSTR psName, BSTR* result) noexcept {
-  return Run([&] { GiveText(result, view_.Attributes(TextOf(psName))); });
+  return Run([&] { GiveText(result, view_.Attributes(com::TextOf(psName))); });
 }
 
 HRESULT FormUi::DoSaveFormStatus() noexcept {

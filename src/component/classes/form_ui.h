@@ -1,17 +1,15 @@
 #pragma once
 
-#include "component/base/identity.h"
+#include "component/activex/of_control.h"
 #include "host/forms.h"
 #include "qnFormUI.h"
 
 namespace tavrix::component {
 
-class ActiveControl;
-
 /// IFormUI for callers, on a view's own.
-class FormUi : public DualFace<IFormUI> {
+class FormUi : public OfControl<com::DualInterfaceImpl<IFormUI>> {
  public:
-  FormUi(ActiveControl& control, host::IFormUI& view);
+  FormUi(ActiveControl& control, host::IFormUI& view) : OfControl(control), view_(view) {}
 
   STDMETHODIMP Init(IDispatch** pcSystem, long plCzID, long plID,
                     VARIANT_BOOL* result) noexcept override;
@@ -46,14 +44,10 @@ class FormUi : public DualFace<IFormUI> {
   STDMETHODIMP DoGetFormStatus() noexcept override;
 
  private:
-  /// Runs `body` while the control stays.
-  template <class Body>
-  [[nodiscard]] HRESULT Run(Body&& body) noexcept;
   /// As `Run`, and gives the body's flag to the caller.
   template <class Body>
   [[nodiscard]] HRESULT Answer(VARIANT_BOOL* result, Body&& body) noexcept;
 
-  ActiveControl& control_;
   host::IFormUI& view_;
 };
 

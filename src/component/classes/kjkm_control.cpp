@@ -1,7 +1,5 @@
 #include "component/classes/kjkm_control.h"
 
-#include "maintenance/kjkm.h"
-
 namespace tavrix::component {
 
 namespace {
@@ -9,49 +7,35 @@ namespace {
 constexpr DISPID kMessage = 1;
 constexpr DISPID kErrMessage = 2;
 
-Variant Text(const std::string& text) {
-  return Variant(std::string_view(text));
+com::Variant Text(const std::string& text) {
+  return com::Variant(std::string_view(text));
 }
 
 }  // namespace
-
-/// The portable view with its windows' way of asking the user.
-class KjkmView : public EmbeddedView {
- public:
-  [[nodiscard]] maintenance::Kjkm& Model() { return model_; }
-  [[nodiscard]] viewkit::ControlList& Controls() override { return model_.Controls(); }
-  void Resize(int width, int height) override { model_.Resize(width, height); }
-  [[nodiscard]] viewkit::Color BackColor() const override { return model_.BackColor(); }
-  void SetBackColor(viewkit::Color color) override { model_.SetBackColor(color); }
-  [[nodiscard]] viewkit::Event<>& BackColorChanged() override { return model_.BackColorChanged; }
-
- private:
-  maintenance::Kjkm model_{User()};
-};
 
 KjkmControl::KjkmControl(IUnknown* outer) : KjkmControl(outer, std::make_shared<KjkmView>()) {}
 
 KjkmControl::KjkmControl(IUnknown* outer, const std::shared_ptr<KjkmView>& view)
     : ActiveControl(outer, {CLSID_Kjkm, DIID___Kjkm, L"Kjkm"}, view),
       back_color_(*this),
-      form_ui_(*this, view->Model()),
-      design_ui_(*this, view->Model()) {
-  PublishInterfaces();
+      form_ui_(*this, view->GetModel()),
+      design_ui_(*this, view->GetModel()) {
+  AddOwnInterfaces();
   ForwardEvents(*view);
 }
 
-void KjkmControl::PublishInterfaces() {
-  PublishDual(IID__Kjkm, &back_color_);
-  PublishDual(IID_IFormUI, &form_ui_);
-  PublishDual(IID_IDesignUI, &design_ui_);
+void KjkmControl::AddOwnInterfaces() {
+  AddDualInterface(IID__Kjkm, &back_color_);
+  AddDualInterface(IID_IFormUI, &form_ui_);
+  AddDualInterface(IID_IDesignUI, &design_ui_);
 }
 
 void KjkmControl::ForwardEvents(KjkmView& view) {
-  Listeners().To(view.Model().Message,
+  Listeners().To(view.GetModel().Message,
                  [this](const std::string& text) { Events().Fire(kMessage, {Text(text)}); });
-  Listeners().To(view.Model().ErrMessage,
+  Listeners().To(view.GetModel().ErrMessage,
                  [this](const std::string& text, std::int32_t level, const std::string& title) {
-                   Events().Fire(kErrMessage, {Text(text), Variant(level), Text(title)});
+                   Events().Fire(kErrMessage, {Text(text), com::Variant(level), Text(title)});
                  });
 }
 

@@ -7,12 +7,12 @@
 #include "component/activex/active_control.h"
 #include "component/classes/back_color.h"
 #include "component/classes/design_ui.h"
+#include "component/classes/embedded_view_of.h"
 #include "component/classes/form_ui.h"
+#include "maintenance/kjkm.h"
 #include "tavrix.h"
 
 namespace tavrix::component {
-
-class KjkmView;
 
 /// The class `Kjkm`: the maintenance view as an ActiveX control.
 class KjkmControl : public ActiveControl {
@@ -20,11 +20,12 @@ class KjkmControl : public ActiveControl {
   explicit KjkmControl(IUnknown* outer);
 
  private:
+  using KjkmView = EmbeddedViewOf<maintenance::Kjkm>;
   KjkmControl(IUnknown* outer, const std::shared_ptr<KjkmView>& view);
-  void PublishInterfaces();
+  void AddOwnInterfaces();
   void ForwardEvents(KjkmView& view);
 
-  BackColorFace<_Kjkm> back_color_;
+  BackColorImpl<_Kjkm> back_color_;
   FormUi form_ui_;
   DesignUi design_ui_;
 };

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "component/base/com_ptr.h"
+#include "com/com_ptr.h"
 #include "picker/col_kjkm.h"
 #include "tavrix.h"
 
@@ -14,8 +14,9 @@ namespace tavrix::component {
 
 /// The object that callers see for a collection of picked accounts, or for one of them: the same
 /// one for the same collection as long as anyone holds it. Null gives null.
-[[nodiscard]] ComPtr<_colKjkm> PickedAccountsObject(
+[[nodiscard]] com::ComPtr<_colKjkm> PickedAccountsObject(
     const std::shared_ptr<picker::colKjkm>& accounts);
-[[nodiscard]] ComPtr<_clsKjkm> PickedAccountObject(const std::shared_ptr<picker::clsKjkm>& account);
+[[nodiscard]] com::ComPtr<_clsKjkm> PickedAccountObject(
+    const std::shared_ptr<picker::clsKjkm>& account);
 
 }  // namespace tavrix::component

@@ -1,12 +1,12 @@
 #include "component/classes/picker_ui.h"
 
+#include "com/abi.h"
+#include "com/values.h"
 #include "component/activex/active_control.h"
 #include "component/adapters/host_objects.h"
-#include "component/adapters/values.h"
-#include "component/base/abi.h"
 #include "component/classes/adapt.h"
 #include "component/classes/picked_accounts.h"
-#include "component/controls/child_face.h"
+#include "component/controls/child_control_object.h"
 
 namespace tavrix::component {
 
@@ -14,51 +14,41 @@ namespace {
 
 /// Replaces a text of the caller.
 void PutText(BSTR& target, const std::string& text) {
-  Bstr replacement{std::string_view(text)};
+  com::Bstr replacement{std::string_view(text)};
   SysFreeString(std::exchange(target, replacement.Detach()));
 }
 
 }  // namespace
 
-PickerUi::PickerUi(ActiveControl& control, picker::selKjkm& view)
-    : DualFace(control), control_(control), view_(view) {}
-
-template <class Body>
-HRESULT PickerUi::Run(Body&& body) noexcept {
-  return Guarded(IID_IPickerUI, [&] {
-    const ComPtr<IUnknown> keep(&control_.Controlling());
-    body();
-  });
-}
-
 HRESULT PickerUi::Init(IDispatch** pcSystem, long plProgID, BSTR psHostName,
                        VARIANT_BOOL* result) noexcept {
   return Run([&] {
-    Out(result) = VARIANT_FALSE;
-    *result = Flag(view_.Init(SystemOf(control_, pcSystem), plProgID, TextOf(psHostName)));
+    com::Out(result) = VARIANT_FALSE;
+    *result =
+        com::Flag(view_.Init(SystemOf(Control(), pcSystem), plProgID, com::TextOf(psHostName)));
   });
 }
 
 HRESULT PickerUi::Refresh(VARIANT_BOOL* result) noexcept {
-  return Run([&] { Out(result) = Flag(view_.Refresh()); });
+  return Run([&] { com::Out(result) = com::Flag(view_.Refresh()); });
 }
 
 HRESULT PickerUi::Validate(BSTR psSqlString, BSTR psField_Code, BSTR psField_Name, BSTR psText,
                            BSTR* sReturnField_Code, BSTR* sReturnField_Name,
                            VARIANT_BOOL* result) noexcept {
   return Run([&] {
-    Out(result) = VARIANT_FALSE;
+    com::Out(result) = VARIANT_FALSE;
     // A caller may give the same variable for a result.
-    const std::string sql = TextOf(psSqlString);
-    const std::string code_field = TextOf(psField_Code);
-    const std::string name_field = TextOf(psField_Name);
-    const std::string text = TextOf(psText);
+    const std::string sql = com::TextOf(psSqlString);
+    const std::string code_field = com::TextOf(psField_Code);
+    const std::string name_field = com::TextOf(psField_Name);
+    const std::string text = com::TextOf(psText);
     // Both are empty after a failure.
-    PutText(Out(sReturnField_Code), {});
-    PutText(Out(sReturnField_Name), {});
+    PutText(com::Out(sReturnField_Code), {});
+    PutText(com::Out(sReturnField_Name), {});
     std::string code;
     std::string name;
-    *result = Flag(view_.Validate(sql, code_field, name_field, text, code, name));
+    *result = com::Flag(view_.Validate(sql, code_field, name_field, text, code, name));
     PutText(*sReturnField_Code, code);
     PutText(*sReturnField_Name, name);
   });
@@ -77,11 +67,11 @@ HRESULT PickerUi::DoSaveFormStatus() noexcept {
 }
 
 HRESULT PickerUi::get_Attributes(BSTR psName, BSTR* result) noexcept {
-  return Run([&] { GiveText(result, view_.Attributes(TextOf(psName))); });
+  return Run([&] { GiveText(result, view_.Attributes(com::TextOf(psName))); });
 }
 
 HRESULT PickerUi::get_IsDirty(VARIANT_BOOL* result) noexcept {
-  return Run([&] { Out(result) = Flag(view_.IsDirty()); });
+  return Run([&] { com::Out(result) = com::Flag(view_.IsDirty()); });
 }
 
 HRESULT PickerUi::put_IsDirty(VARIANT_BOOL dirty) noexcept {
@@ -90,21 +80,22 @@ HRESULT PickerUi::put_IsDirty(VARIANT_BOOL dirty) noexcept {
 
 HRESULT PickerUi::get_Objects(IDispatch** result) noexcept {
   return Run([&] {
-    Out(result) = nullptr;
+    com::Out(result) = nullptr;
     *result = PickedAccountsObject(view_.Selected()).Detach();
   });
 }
 
 HRESULT PickerUi::get_Parameters(IDispatch** result) noexcept {
   return Run([&] {
-    Out(result) = nullptr;
+    com::Out(result) = nullptr;
     *result = DispatchOf(view_.PickerParameters()).Detach();
   });
 }
 
 HRESULT PickerUi::putref_Parameters(IDispatch* parameters) noexcept {
   return Run([&] {
-    view_.SetPickerParameters(AdaptParameters(ComPtr<IDispatch>(parameters), control_.Owner()));
+    view_.SetPickerParameters(
+        AdaptParameters(com::ComPtr<IDispatch>(parameters), Control().Owner()));
   });
 }
 
@@ -113,15 +104,15 @@ HRESULT PickerUi::get_Text(BSTR* result) noexcept {
 }
 
 HRESULT PickerUi::put_Text(BSTR text) noexcept {
-  return Run([&] { view_.SetText(TextOf(text)); });
+  return Run([&] { view_.SetText(com::TextOf(text)); });
 }
 
 HRESULT PickerUi::get_Value(VARIANT* result) noexcept {
-  return Run([&] { Out(result) = ToVariant(view_.GetValue()).Detach(); });
+  return Run([&] { com::Out(result) = com::ToVariant(view_.GetValue()).Detach(); });
 }
 
 HRESULT PickerUi::put_Value(VARIANT value) noexcept {
-  return Run([&] { view_.SetValue(Carried(Variant(value))); });
+  return Run([&] { view_.SetValue(com::PassThrough(com::Variant(value))); });
 }
 
 }  // namespace tavrix::component

@@ -1,17 +1,15 @@
 #pragma once
 
-#include "component/base/identity.h"
+#include "component/activex/of_control.h"
 #include "picker/sel_kjkm.h"
 #include "qnPickerUI.h"
 
 namespace tavrix::component {
 
-class ActiveControl;
-
 /// IPickerUI for callers, on the picker's own.
-class PickerUi : public DualFace<IPickerUI> {
+class PickerUi : public OfControl<com::DualInterfaceImpl<IPickerUI>> {
  public:
-  PickerUi(ActiveControl& control, picker::selKjkm& view);
+  PickerUi(ActiveControl& control, picker::selKjkm& view) : OfControl(control), view_(view) {}
 
   STDMETHODIMP Init(IDispatch** pcSystem, long plProgID, BSTR psHostName,
                     VARIANT_BOOL* result) noexcept override;
@@ -34,11 +32,6 @@ class PickerUi : public DualFace<IPickerUI> {
   STDMETHODIMP put_Value(VARIANT value) noexcept override;
 
  private:
-  /// Runs `body` while the control stays.
-  template <class Body>
-  [[nodiscard]] HRESULT Run(Body&& body) noexcept;
-
-  ActiveControl& control_;
   picker::selKjkm& view_;
 };
 

@@ -7,12 +7,12 @@
 #include "component/activex/active_control.h"
 #include "component/classes/back_color.h"
 #include "component/classes/design_ui.h"
+#include "component/classes/embedded_view_of.h"
 #include "component/classes/picker_ui.h"
+#include "picker/sel_kjkm.h"
 #include "tavrix.h"
 
 namespace tavrix::component {
-
-class SelKjkmView;
 
 /// The class `selKjkm`: the account picker as an ActiveX control.
 class SelKjkmControl : public ActiveControl {
@@ -20,11 +20,12 @@ class SelKjkmControl : public ActiveControl {
   explicit SelKjkmControl(IUnknown* outer);
 
  private:
+  using SelKjkmView = EmbeddedViewOf<picker::selKjkm>;
   SelKjkmControl(IUnknown* outer, const std::shared_ptr<SelKjkmView>& view);
-  void PublishInterfaces();
+  void AddOwnInterfaces();
   void ForwardEvents(SelKjkmView& view);
 
-  BackColorFace<_selKjkm> back_color_;
+  BackColorImpl<_selKjkm> back_color_;
   PickerUi picker_ui_;
   DesignUi design_ui_;
 };

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "component/base/com_ptr.h"
+#include "com/com_ptr.h"
 #include "component/controls/model_reference.h"
 #include "viewkit/control.h"
 
@@ -26,20 +26,20 @@ class ChildObjects : public std::enable_shared_from_this<ChildObjects> {
 
   [[nodiscard]] std::size_t Count() const { return children_.size(); }
   /// `position` counts from 0. Throws `ComFailure` outside, or when the view is gone.
-  [[nodiscard]] ComPtr<IDispatch> At(std::size_t position);
+  [[nodiscard]] com::ComPtr<IDispatch> At(std::size_t position);
   /// By name without regard to case; a member of a control array carries its index, as "Vs(2)".
-  [[nodiscard]] ComPtr<IDispatch> Find(std::string_view name);
+  [[nodiscard]] com::ComPtr<IDispatch> Find(std::string_view name);
   /// Null when the control is none of the view's.
-  [[nodiscard]] ComPtr<IDispatch> Of(const host::Control& control);
+  [[nodiscard]] com::ComPtr<IDispatch> Of(const host::Control& control);
   /// The collection as callers see it: the same as long as anyone holds it.
-  [[nodiscard]] ComPtr<IDispatch> Collection();
+  [[nodiscard]] com::ComPtr<IDispatch> Collection();
 
  private:
   [[nodiscard]] std::shared_ptr<viewkit::ControlList> Controls() const;
 
   struct Child {
     viewkit::Control* control;
-    ComPtr<IDispatch> object;
+    com::ComPtr<IDispatch> object;
   };
   std::weak_ptr<viewkit::ControlList> controls_;
   std::shared_ptr<const ViewOwner> owner_;

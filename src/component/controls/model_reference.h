@@ -3,8 +3,8 @@
 #include <memory>
 #include <utility>
 
-#include "component/base/com_ptr.h"
-#include "component/base/view_owner.h"
+#include "com/com_ptr.h"
+#include "component/view_owner.h"
 
 namespace tavrix::component {
 
@@ -15,13 +15,13 @@ class ModelReference {
   /// One use: the model, its view and the object around it live at least as long.
   class Use {
    public:
-    Use(ComPtr<IUnknown> owner, std::shared_ptr<Model> model)
+    Use(com::ComPtr<IUnknown> owner, std::shared_ptr<Model> model)
         : owner_(std::move(owner)), model_(std::move(model)) {}
     explicit operator bool() const { return model_ != nullptr; }
     Model& operator*() const { return *model_; }
 
    private:
-    ComPtr<IUnknown> owner_;  // goes last
+    com::ComPtr<IUnknown> owner_;  // goes last
     std::shared_ptr<Model> model_;
   };
 

@@ -1,17 +1,12 @@
 #include "component/server/class_factory.h"
 
-#include "component/base/abi.h"
+#include "com/abi.h"
 
 namespace tavrix::component {
 
-ClassFactory::ClassFactory(const ClassEntry& entry)
-    : Face<IClassFactory>(static_cast<Identity&>(*this)), entry_(entry) {
-  Publish(IID_IClassFactory, this);
-}
-
 HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** result) noexcept {
-  return Guarded(IID_IClassFactory, [&] {
-    Out(result) = nullptr;
+  return com::Guarded(IID_IClassFactory, [&] {
+    com::Out(result) = nullptr;
     // An outer object must begin with the inner one's own identity.
     if (outer != nullptr && IsEqualGUID(iid, IID_IUnknown) == FALSE) return CLASS_E_NOAGGREGATION;
     return entry_.create(outer)->QueryInterface(iid, result);
@@ -19,11 +14,11 @@ HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** result)
 }
 
 HRESULT ClassFactory::LockServer(WINBOOL lock) noexcept {
-  return Guarded(IID_IClassFactory, [&] {
+  return com::Guarded(IID_IClassFactory, [&] {
     if (lock != FALSE) {
-      LockModule();
+      com::LockModule();
     } else {
-      UnlockModule();
+      com::UnlockModule();
     }
   });
 }

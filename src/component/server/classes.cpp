@@ -10,8 +10,8 @@ namespace tavrix::component {
 namespace {
 
 template <class Class>
-ComPtr<IUnknown> Create(IUnknown* outer) {
-  return MakeObject<Class>(outer);
+com::ComPtr<IUnknown> Create(IUnknown* outer) {
+  return com::MakeObject<Class>(outer);
 }
 
 const ClassEntry kClasses[] = {

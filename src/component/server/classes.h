@@ -6,7 +6,7 @@
 
 #include <span>
 
-#include "component/base/com_ptr.h"
+#include "com/com_ptr.h"
 
 namespace tavrix::component {
 
@@ -16,7 +16,7 @@ struct ClassEntry {
   const wchar_t* prog_id;
   const wchar_t* description;
   bool control;  ///< can be placed in a container
-  ComPtr<IUnknown> (*create)(IUnknown* outer);
+  com::ComPtr<IUnknown> (*create)(IUnknown* outer);
 };
 
 /// All classes of the library.

@@ -2,20 +2,21 @@
 
 #include <algorithm>
 
-#include "component/accessible/accessible_object.h"
-#include "component/base/abi.h"
-#include "component/base/module.h"
+#include "accessible/accessible_object.h"
+#include "com/abi.h"
+#include "com/module.h"
 #include "component/server/class_factory.h"
 #include "component/server/proxy_factory.h"
 #include "component/server/registration.h"
 
 // The four entry points of the library.
 
+namespace com = tavrix::com;
 namespace component = tavrix::component;
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** result) {
-  return component::Guarded(IID_IClassFactory, [&] {
-    component::Out(result) = nullptr;
+  return com::Guarded(IID_IClassFactory, [&] {
+    com::Out(result) = nullptr;
     const auto classes = component::AllClasses();
     const auto found =
         std::find_if(classes.begin(), classes.end(), [&](const component::ClassEntry& entry) {
@@ -23,16 +24,16 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** result) {
         });
     if (found == classes.end()) return CLASS_E_CLASSNOTAVAILABLE;
     if (IsEqualGUID(iid, IID_IPSFactoryBuffer) != FALSE) {
-      return component::MakeObject<component::ProxyFactory>()->QueryInterface(iid, result);
+      return com::MakeObject<component::ProxyFactory>()->QueryInterface(iid, result);
     }
     component::OfferProxies();
-    component::OfferAccessibility();
-    return component::MakeObject<component::ClassFactory>(*found)->QueryInterface(iid, result);
+    tavrix::accessible::OfferAccessibility();
+    return com::MakeObject<component::ClassFactory>(*found)->QueryInterface(iid, result);
   });
 }
 
 STDAPI DllCanUnloadNow() {
-  return component::ModuleLocks() == 0 ? S_OK : S_FALSE;
+  return com::ModuleLocks() == 0 ? S_OK : S_FALSE;
 }
 
 STDAPI DllRegisterServer() {

@@ -2,8 +2,8 @@
 
 #include <oaidl.h>
 
-#include "component/base/abi.h"
-#include "component/base/type_library.h"
+#include "com/abi.h"
+#include "com/type_library.h"
 #include "qnDesignUI.h"
 #include "qnFormUI.h"
 #include "qnPickerUI.h"
@@ -22,31 +22,28 @@ namespace tavrix::component {
 namespace {
 
 /// The interface as its table of methods, by which calls travel.
-ComPtr<ITypeInfo> MethodsOf(const IID& iid) {
-  ComPtr<ITypeInfo> info = TypeInfoOf(iid);
+com::ComPtr<ITypeInfo> MethodsOf(const IID& iid) {
+  com::ComPtr<ITypeInfo> info = com::TypeInfoOf(iid);
   HREFTYPE reference = 0;
-  ComPtr<ITypeInfo> methods;
+  com::ComPtr<ITypeInfo> methods;
   if (FAILED(info->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference))) return info;
-  Check(info->GetRefTypeInfo(reference, methods.Put()));
+  com::Check(info->GetRefTypeInfo(reference, methods.Put()));
   return methods;
 }
 
 }  // namespace
 
-ProxyFactory::ProxyFactory() : Face<IPSFactoryBuffer>(static_cast<Identity&>(*this)) {
-  Publish(IID_IPSFactoryBuffer, this);
-}
-
 HRESULT ProxyFactory::CreateProxy(IUnknown* outer, REFIID iid, IRpcProxyBuffer** proxy,
                                   void** result) noexcept {
-  return Guarded(IID_IPSFactoryBuffer, [&] {
+  return com::Guarded(IID_IPSFactoryBuffer, [&] {
     return CreateProxyFromTypeInfo(MethodsOf(iid).Get(), outer, iid, proxy, result);
   });
 }
 
 HRESULT ProxyFactory::CreateStub(REFIID iid, IUnknown* server, IRpcStubBuffer** result) noexcept {
-  return Guarded(IID_IPSFactoryBuffer,
-                 [&] { return CreateStubFromTypeInfo(MethodsOf(iid).Get(), iid, server, result); });
+  return com::Guarded(IID_IPSFactoryBuffer, [&] {
+    return CreateStubFromTypeInfo(MethodsOf(iid).Get(), iid, server, result);
+  });
 }
 
 void OfferProxies() {

@@ -4,17 +4,15 @@
 
 #include <objidl.h>
 
-#include "component/base/identity.h"
+#include "com/com_object.h"
 
 namespace tavrix::component {
 
 /// Proxies and stubs of the interfaces that this module's type libraries describe, read from the
 /// module itself. Each class of the library answers with it when it is asked for an
 /// IPSFactoryBuffer.
-class ProxyFactory : public Identity, public Face<IPSFactoryBuffer> {
+class ProxyFactory : public com::Implements<IPSFactoryBuffer> {
  public:
-  ProxyFactory();
-
   STDMETHODIMP CreateProxy(IUnknown* outer, REFIID iid, IRpcProxyBuffer** proxy,
                            void** result) noexcept override;
   STDMETHODIMP CreateStub(REFIID iid, IUnknown* server, IRpcStubBuffer** result) noexcept override;

@@ -9,16 +9,19 @@
 #include <type_traits>
 #include <vector>
 
+#include "com/abi.h"
+#include "com/bstr.h"
+#include "com/module.h"
+#include "com/type_library.h"
 #include "component/activex/ole_object.h"
-#include "component/base/abi.h"
-#include "component/base/bstr.h"
-#include "component/base/module.h"
-#include "component/base/type_library.h"
 #include "component/server/classes.h"
 
 namespace tavrix::component {
 
 namespace {
+
+/// The resource of the component's own type library; those of the interfaces follow.
+constexpr int kComponentLibrary = 1;
 
 /// One value of the registry; the key's unnamed one when `name` is null.
 struct Value {
@@ -33,7 +36,7 @@ struct KeyDeleter {
 using Key = std::unique_ptr<std::remove_pointer_t<HKEY>, KeyDeleter>;
 
 void CheckRegistry(LSTATUS status) {
-  Check(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
+  com::Check(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
 }
 
 std::wstring TextOfGuid(const GUID& guid) {
@@ -44,7 +47,7 @@ std::wstring TextOfGuid(const GUID& guid) {
 /// The identifier of the type library, which only the library itself holds.
 GUID LibraryId(ITypeLib& library) {
   TLIBATTR* attributes = nullptr;
-  Check(library.GetLibAttr(&attributes));
+  com::Check(library.GetLibAttr(&attributes));
   const GUID guid = attributes->guid;
   library.ReleaseTLibAttr(attributes);
   return guid;
@@ -62,7 +65,7 @@ std::vector<Value> ValuesOf(const ClassEntry& entry, const std::wstring& library
       {prog_id, nullptr, entry.description},
       {prog_id + L"\\CLSID", nullptr, TextOfGuid(*entry.clsid)},
       {key, nullptr, entry.description},
-      {key + L"\\InprocServer32", nullptr, ThisModuleFile()},
+      {key + L"\\InprocServer32", nullptr, com::ThisModuleFile()},
       {key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
       {key + L"\\ProgID", nullptr, prog_id},
       {key + L"\\TypeLib", nullptr, library_id},
@@ -120,7 +123,7 @@ class Transaction {
   Transaction& operator=(const Transaction&) = delete;
   ~Transaction() {
     for (auto step = steps_.rbegin(); step != steps_.rend(); ++step) {
-      static_cast<void>(Guarded(IID_NULL, [&] { TakeBack(*step); }));
+      static_cast<void>(com::Guarded(IID_NULL, [&] { TakeBack(*step); }));
     }
   }
 
@@ -154,16 +157,16 @@ class Transaction {
 
 /// Whether the type library is registered, with whatever file.
 bool IsRegistered(ITypeLib& library) {
-  Bstr file;
+  com::Bstr file;
   return SUCCEEDED(QueryPathOfRegTypeLib(LibraryId(library), 1, 0, LOCALE_NEUTRAL, file.Put()));
 }
 
 void DeleteTypeLibrary() {
   constexpr SYSKIND kKind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
-  const GUID guid = LibraryId(*TypeLibraryOf(kOwnTypeLibrary).Get());
+  const GUID guid = LibraryId(*com::TypeLibraryOf(kComponentLibrary).Get());
   const HRESULT result = UnRegisterTypeLib(guid, 1, 0, LOCALE_NEUTRAL, kKind);
   // Both say that there is no entry any more.
-  if (result != TYPE_E_REGISTRYACCESS && result != E_INVALIDARG) Check(result);
+  if (result != TYPE_E_REGISTRYACCESS && result != E_INVALIDARG) com::Check(result);
 }
 
 /// The class is registered for programs of the other size, 32 or 64 bits, as well.
@@ -173,7 +176,7 @@ bool OtherSizeHas(const ClassEntry& entry) {
 }
 
 void WriteAll() {
-  const auto library = TypeLibraryOf(kOwnTypeLibrary);
+  const auto library = com::TypeLibraryOf(kComponentLibrary);
   const std::wstring library_id = TextOfGuid(LibraryId(*library.Get()));
   Transaction classes;
   for (const ClassEntry& entry : AllClasses()) {
@@ -181,28 +184,28 @@ void WriteAll() {
   }
   // Last: the system has no way to take a part of it back.
   const bool was_registered = IsRegistered(*library.Get());
-  std::wstring file = ThisModuleFile();
+  std::wstring file = com::ThisModuleFile();
   const HRESULT result = RegisterTypeLib(library.Get(), file.data(), nullptr);
   if (FAILED(result) && !was_registered) {
-    static_cast<void>(Guarded(IID_NULL, [] { DeleteTypeLibrary(); }));
+    static_cast<void>(com::Guarded(IID_NULL, [] { DeleteTypeLibrary(); }));
   }
-  if (FAILED(result)) throw ComFailure(SELFREG_E_TYPELIB);
+  if (FAILED(result)) throw com::ComFailure(SELFREG_E_TYPELIB);
   classes.Keep();
 }
 
 }  // namespace
 
 HRESULT Register() noexcept {
-  const HRESULT result = Guarded(IID_NULL, [] { WriteAll(); });
+  const HRESULT result = com::Guarded(IID_NULL, [] { WriteAll(); });
   return SUCCEEDED(result) || result == SELFREG_E_TYPELIB ? result : SELFREG_E_CLASS;
 }
 
 HRESULT Unregister() noexcept {
   // Each part is tried whatever becomes of the others; the first failure is told.
-  const bool library_gone = SUCCEEDED(Guarded(IID_NULL, [] { DeleteTypeLibrary(); }));
+  const bool library_gone = SUCCEEDED(com::Guarded(IID_NULL, [] { DeleteTypeLibrary(); }));
   HRESULT first = library_gone ? S_OK : SELFREG_E_TYPELIB;
   const auto remove = [&](const std::wstring& key) {
-    const HRESULT result = Guarded(IID_NULL, [&] { DeleteTree(key); });
+    const HRESULT result = com::Guarded(IID_NULL, [&] { DeleteTree(key); });
     if (SUCCEEDED(first) && FAILED(result)) first = SELFREG_E_CLASS;
   };
   for (const ClassEntry& entry : AllClasses()) {

@@ -1,0 +1,66 @@
+#include "app/automation/com_database.h"
+
+#include "app/automation/com_recordset.h"
+#include "app/automation/give.h"
+
+namespace desk::app {
+
+namespace host = tavrix::host;
+
+std::shared_ptr<host::Database> ComDatabase::Behind(IDispatch* object) {
+  const auto given = Query<IHostDatabase>(object);
+  auto* own = given ? tavrix::com::ObjectRegistry<ComDatabase>::Find(given.Get()) : nullptr;
+  return own != nullptr ? own->database_ : nullptr;
+}
+
+STDMETHODIMP ComDatabase::OpenSql(BSTR sql, long mode, IDispatch** result) noexcept {
+  return Give(result,
+              [&] { return NewDispatch<ComStatement>(database_->OpenSql(TextOf(sql), mode)); });
+}
+
+STDMETHODIMP ComDatabase::get_LastError(IDispatch** result) noexcept {
+  return Give(result, [&] { return NewDispatch<ComErrorEntry>(database_->LastError()); });
+}
+
+STDMETHODIMP ComDatabase::get_ConnectionProperties(IDispatch** result) noexcept {
+  return Give(result,
+              [&] { return NewDispatch<ComPropertySet>(database_->ConnectionProperties()); });
+}
+
+STDMETHODIMP ComErrorEntry::get_Description(BSTR* result) noexcept {
+  return Give(result, [&] { return NewBstr(entry_->Description()); });
+}
+
+STDMETHODIMP ComErrorEntry::Clear() noexcept {
+  return Guarded([&] { entry_->Clear(); });
+}
+
+STDMETHODIMP ComPropertySet::get_Item(VARIANT key, IDispatch** result) noexcept {
+  return Give(result,
+              [&] { return NewDispatch<ComProperty>(properties_->Item(ValueOf(key).ToText())); });
+}
+
+STDMETHODIMP ComProperty::get_Value(VARIANT* result) noexcept {
+  return GiveValue(result, [&] { return property_->Get(); });
+}
+
+STDMETHODIMP ComStatement::Execute() noexcept {
+  return Guarded([&] { statement_->Execute(); });
+}
+
+STDMETHODIMP ComStatement::ScalarValue(VARIANT, VARIANT* result) noexcept {
+  return GiveValue(result, [&] { return statement_->ScalarValue(); });
+}
+
+STDMETHODIMP ComStatement::Recordset(VARIANT, IDispatch** result) noexcept {
+  return Give(result, [&] {
+    // The book's recordsets can pass their cells with their kinds, which the portable contract
+    // does not ask for and Automation callers expect.
+    const auto rows =
+        std::dynamic_pointer_cast<book::SnapshotRecordset>(statement_->OpenRecordset());
+    if (!rows) throw host::HostError("数据库没有给出记录集");
+    return NewDispatch<ComRecordset>(rows);
+  });
+}
+
+}  // namespace desk::app

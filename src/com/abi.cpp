@@ -1,0 +1,50 @@
+#include "com/abi.h"
+
+#include <oleauto.h>
+
+#include <exception>
+#include <new>
+#include <stdexcept>
+
+#include "com/bstr.h"
+#include "com/com_ptr.h"
+#include "host/report.h"
+
+namespace tavrix::com {
+
+namespace {
+
+void SetErrorText(const IID& iid, const std::string& text) noexcept {
+  try {
+    ComPtr<ICreateErrorInfo> info;
+    if (FAILED(CreateErrorInfo(info.Put()))) return;
+    info->SetGUID(iid);
+    info->SetSource(Bstr(L"tavrix").Get());
+    info->SetDescription(Bstr(text).Get());
+    SetErrorInfo(0, info.As<IErrorInfo>().Get());
+  } catch (...) {  // the code alone must do
+  }
+}
+
+HRESULT CodeOf(const std::exception& error) {
+  if (const auto* failure = dynamic_cast<const ComFailure*>(&error)) return failure->Code();
+  if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) return E_OUTOFMEMORY;
+  if (dynamic_cast<const std::out_of_range*>(&error) != nullptr) return DISP_E_BADINDEX;
+  if (dynamic_cast<const std::invalid_argument*>(&error) != nullptr) return E_INVALIDARG;
+  return E_FAIL;
+}
+
+}  // namespace
+
+HRESULT FailureOfCurrentException(const IID& iid) noexcept {
+  try {
+    throw;
+  } catch (const std::exception& error) {
+    SetErrorText(iid, host::ErrorText(error));
+    return CodeOf(error);
+  } catch (...) {
+    return E_UNEXPECTED;
+  }
+}
+
+}  // namespace tavrix::com

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include "com/failure.h"
+
+namespace tavrix::com {
+
+/// An exception that an object has raised in `IDispatch::Invoke`, with the ownership of its texts.
+class RaisedException {
+ public:
+  RaisedException() = default;
+  RaisedException(const RaisedException&) = delete;
+  RaisedException& operator=(const RaisedException&) = delete;
+  ~RaisedException();
+  /// For the call's out-parameter.
+  [[nodiscard]] EXCEPINFO* Put() { return &info_; }
+  /// Its text, else the thread's, else the meaning of the code.
+  [[nodiscard]] ComFailure Failure();
+
+ private:
+  [[nodiscard]] HRESULT Code() const;
+
+  EXCEPINFO info_{};
+};
+
+}  // namespace tavrix::com
