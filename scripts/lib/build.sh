@@ -9,7 +9,7 @@ build_preset() {
   local targets=()
   [[ $# -eq 0 ]] || targets=(--target "$@")
   mkdir -p "$build/logs"
-  if ! cmake --preset "$preset" -DCMAKE_C_COMPILER_LAUNCHER=ccache \
+  if ! cmake -S "$root" --preset "$preset" -DCMAKE_C_COMPILER_LAUNCHER=ccache \
     -DCMAKE_CXX_COMPILER_LAUNCHER=ccache >"$log" 2>&1; then
     tail -n 40 "$log" >&2
     return 1

@@ -169,6 +169,8 @@ void TreePeer::ShowExpanded(const TreeNode& node) {
       (Tell(TVM_GETITEMSTATE, static_cast<WPARAM>(item), TVIS_EXPANDED) & TVIS_EXPANDED) != 0;
   if (shown != node.Expanded()) {
     Tell(TVM_EXPAND, node.Expanded() ? TVE_EXPAND : TVE_COLLAPSE, item);
+    // Where the first line changes by it the control may paint some of the lines alone.
+    InvalidateRect(Hwnd(), nullptr, TRUE);
   }
 }
 

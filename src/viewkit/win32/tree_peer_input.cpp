@@ -63,6 +63,7 @@ void TreePeer::OnSelected(const NMTREEVIEWW& notice) {
 
 void TreePeer::OnExpanded(const NMTREEVIEWW& notice) {
   if (following_) return;
+  InvalidateRect(Hwnd(), nullptr, TRUE);  // as in `ShowExpanded`
   const bool expanded = (notice.itemNew.state & TVIS_EXPANDED) != 0;
   Postpone(expanded ? Action::Kind::kExpand : Action::Kind::kCollapse, notice.itemNew.hItem);
 }
