@@ -146,11 +146,11 @@ HRESULT AccessibleObject::get_accChild(VARIANT child, IDispatch** result) noexce
 }
 
 HRESULT AccessibleObject::AskText(BSTR* result, const VARIANT& given, OurText ours,
-                                  SystemText theirs) const noexcept {
+                                  SystemText theirs, const char* member) const noexcept {
   if (result == nullptr) return E_POINTER;
   *result = nullptr;
   const VARIANT child = ChildOf(given);
-  return Ask([&](const Reached& reached) -> HRESULT {
+  const auto give = [&](const Reached& reached) -> HRESULT {
     IAccessible* system = SystemFor(child, reached);
     const bool own = IsSelf(child) || reached.inside.HasItems();
     const std::string text =
@@ -158,7 +158,8 @@ HRESULT AccessibleObject::AskText(BSTR* result, const VARIANT& given, OurText ou
     if (text.empty()) return system == nullptr ? S_FALSE : (system->*theirs)(child, result);
     *result = com::Bstr(text).Detach();
     return S_OK;
-  });
+  };
+  return Ask(give, member);
 }
 
 HRESULT AccessibleObject::get_accName(VARIANT child, BSTR* result) noexcept {

@@ -81,19 +81,22 @@ class AccessibleObject : public com::ComObject, public com::InterfaceImpl<IAcces
   [[nodiscard]] Reached Reach() const;
   /// What `answer` gives for what is reached, or the failure that keeps it from being given.
   template <class Answer>
-  [[nodiscard]] HRESULT Ask(Answer&& answer) const noexcept {
-    return com::Guarded(__uuidof(IAccessible), [&]() -> HRESULT { return answer(Reach()); });
+  [[nodiscard]] HRESULT Ask(const Answer& answer,
+                            const char* member = __builtin_FUNCTION()) const noexcept {
+    return com::Guarded(
+        __uuidof(IAccessible), [&]() -> HRESULT { return answer(Reach()); }, member);
   }
   template <class Answer>
-  [[nodiscard]] HRESULT AskValue(VARIANT* result, Answer&& answer) const noexcept {
+  [[nodiscard]] HRESULT AskValue(VARIANT* result, const Answer& answer,
+                                 const char* member = __builtin_FUNCTION()) const noexcept {
     if (result == nullptr) return E_POINTER;
     VariantInit(result);
-    return Ask(answer);
+    return Ask(answer, member);
   }
   using OurText = std::string (*)(const viewkit::Accessible&, viewkit::AccessibleId);
   using SystemText = HRESULT (STDMETHODCALLTYPE IAccessible::*)(VARIANT, BSTR*);
-  [[nodiscard]] HRESULT AskText(BSTR* result, const VARIANT& given, OurText ours,
-                                SystemText theirs) const noexcept;
+  [[nodiscard]] HRESULT AskText(BSTR* result, const VARIANT& given, OurText ours, SystemText theirs,
+                                const char* member = __builtin_FUNCTION()) const noexcept;
   [[nodiscard]] HRESULT Neighbour(LONG direction, viewkit::AccessibleId id,
                                   const viewkit::Accessible& inside, VARIANT* result) const;
   [[nodiscard]] viewkit::AccessibleId IdOf(const VARIANT& child,

@@ -8,7 +8,9 @@
 
 #include "com/bstr.h"
 #include "com/com_ptr.h"
+#include "com/trace.h"
 #include "host/report.h"
+#include "host/trace.h"
 
 namespace tavrix::com {
 
@@ -40,10 +42,23 @@ HRESULT FailureOfCurrentException(const IID& iid) noexcept {
   try {
     throw;
   } catch (const std::exception& error) {
-    SetErrorText(iid, host::ErrorText(error));
-    return CodeOf(error);
+    const std::string text = host::ErrorText(error);
+    const HRESULT code = CodeOf(error);
+    if (host::Tracing()) TraceFailure(code, text);
+    SetErrorText(iid, text);
+    return code;
   } catch (...) {
     return E_UNEXPECTED;
+  }
+}
+
+HRESULT RunGuarded(const IID& iid, const char* member, HRESULT (*run)(const void* body),
+                   const void* body) noexcept {
+  if (host::Tracing()) TraceCall(iid, member);
+  try {
+    return run(body);
+  } catch (...) {
+    return FailureOfCurrentException(iid);
   }
 }
 

@@ -4,8 +4,8 @@
 
 #include <oaidl.h>
 
+#include <memory>
 #include <type_traits>
-#include <utility>
 
 #include "com/failure.h"
 
@@ -15,20 +15,27 @@ namespace tavrix::com {
 /// information, with `iid` as the interface that failed.
 [[nodiscard]] HRESULT FailureOfCurrentException(const IID& iid) noexcept;
 
+/// `Guarded` with its body as two pointers: what traces and catches is there once, not with each
+/// body.
+[[nodiscard]] HRESULT RunGuarded(const IID& iid, const char* member,
+                                 HRESULT (*run)(const void* body), const void* body) noexcept;
+
 /// The body of every method that other programs call: no exception leaves it. `body` gives an
-/// HRESULT, or nothing for S_OK.
+/// HRESULT, or nothing for S_OK. `member` is for the trace: by default the function that calls
+/// this.
 template <class Body>
-[[nodiscard]] HRESULT Guarded(const IID& iid, Body&& body) noexcept {
-  try {
-    if constexpr (std::is_void_v<std::invoke_result_t<Body>>) {
-      std::forward<Body>(body)();
+[[nodiscard]] HRESULT Guarded(const IID& iid, const Body& body,
+                              const char* member = __builtin_FUNCTION()) noexcept {
+  const auto run = [](const void* given) -> HRESULT {
+    const auto& call = *static_cast<const Body*>(given);
+    if constexpr (std::is_void_v<std::invoke_result_t<const Body&>>) {
+      call();
       return S_OK;
     } else {
-      return std::forward<Body>(body)();
+      return call();
     }
-  } catch (...) {
-    return FailureOfCurrentException(iid);
-  }
+  };
+  return RunGuarded(iid, member, run, std::addressof(body));
 }
 
 /// `pointer`, or E_POINTER as an exception: for out-parameters.

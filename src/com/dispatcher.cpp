@@ -7,6 +7,8 @@
 
 #include "com/abi.h"
 #include "com/invoke.h"
+#include "com/trace.h"
+#include "host/trace.h"
 
 namespace tavrix::com {
 
@@ -73,6 +75,7 @@ HRESULT Dispatcher::Invoke(DISPID id, LCID locale, WORD flags, DISPPARAMS* argum
     // The member's own failure travels as an exception, with its text, whatever its code.
     if (SUCCEEDED(failure)) return failure;
   } catch (const ComFailure& mismatch) {
+    if (host::Tracing()) TraceFailure(mismatch.Code(), mismatch.what());
     return mismatch.Code();
   } catch (...) {
     return E_UNEXPECTED;

@@ -55,7 +55,7 @@ class EventSink::Listener : public Implements<IDispatch> {
 EventSink::EventSink(IUnknown* object, const IID& events, Handler handler)
     : EventSink(PointOf(object, events), events, std::move(handler)) {}
 
-EventSink::EventSink(ComPtr<IConnectionPoint> point, Handler handler)
+EventSink::EventSink(const ComPtr<IConnectionPoint>& point, Handler handler)
     : EventSink(point, EventsOf(*point.Get()), std::move(handler)) {}
 
 EventSink::EventSink(ComPtr<IConnectionPoint> point, const IID& events, Handler handler)

@@ -20,7 +20,7 @@ class EventSink {
   /// Throws `ComFailure` when the object does not take listeners for `events`.
   EventSink(IUnknown* object, const IID& events, Handler handler);
   /// The same for a connection point, whatever its events.
-  EventSink(ComPtr<IConnectionPoint> point, Handler handler);
+  EventSink(const ComPtr<IConnectionPoint>& point, Handler handler);
   EventSink(const EventSink&) = delete;
   EventSink& operator=(const EventSink&) = delete;
   ~EventSink();

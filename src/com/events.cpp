@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "com/trace.h"
+#include "host/trace.h"
+
 namespace tavrix::com {
 
 bool EventSource::Advised(DWORD cookie) const {
@@ -58,6 +61,10 @@ void EventSource::Deliver(const Waiting& event) {
   std::vector<VARIANT> reversed;
   for (auto i = event.arguments.rbegin(); i != event.arguments.rend(); ++i) {
     reversed.push_back(i->Get());
+  }
+  if (host::Tracing() && !sinks_.empty()) {
+    TraceEvent(source_, event.id,
+               {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0});
   }
   const std::vector<Connection> snapshot = sinks_;
   for (const Connection& sink : snapshot) {

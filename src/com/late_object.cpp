@@ -8,8 +8,10 @@
 #include "com/failure.h"
 #include "com/invoke.h"
 #include "com/raised_exception.h"
+#include "com/trace.h"
 #include "com/values.h"
 #include "host/calls.h"
+#include "host/trace.h"
 #include "host/utf.h"
 
 namespace tavrix::com {
@@ -96,6 +98,7 @@ Variant LateObject::Invoke(const wchar_t* member, WORD flags,
     parameters.cNamedArgs = 1;
     parameters.rgdispidNamedArgs = &assigned;
   }
+  if (host::Tracing()) TraceHostCall(member, parameters);
   SetErrorInfo(0, nullptr);
   auto declared = keep.InvokeDeclared(member, flags, parameters);
   Variant result = declared ? std::move(*declared) : keep.InvokeByName(member, flags, parameters);

@@ -115,7 +115,7 @@ host::Value PassThrough(Variant value) {
 
 namespace {
 
-Variant FromWhole(std::int64_t number) {
+Variant FromInteger(std::int64_t number) {
   const auto narrow = static_cast<std::int32_t>(number);
   return narrow == number ? Variant(narrow) : Variant(static_cast<double>(number));
 }
@@ -131,7 +131,7 @@ Variant ToVariant(const host::Value& value) {
   return std::visit(
       host::Overloaded{[](std::monostate) { return Variant(); },
                        [](bool flag) { return Variant(flag); },
-                       [](std::int64_t number) { return FromWhole(number); },
+                       [](std::int64_t number) { return FromInteger(number); },
                        [](double number) { return Variant(number); },
                        [](const std::string& text) { return Variant(std::string_view(text)); },
                        [](const std::shared_ptr<const host::ForeignValue>& foreign) {

@@ -23,4 +23,20 @@ std::string ErrorText(const std::exception& error) {
   return position ? "没有这样的行、列或成员" : "参数不正确";
 }
 
+std::string TrappedText(std::string_view prefix, const std::exception& error) {
+  std::string text = std::string(prefix) + ErrorText(error);
+  if (Tracing()) Trace("failed", text);
+  return text;
+}
+
+void TraceIgnored() noexcept {
+  try {
+    throw;
+  } catch (const std::exception& error) {
+    Trace("ignored", error.what());
+  } catch (...) {
+    Trace("ignored", "an exception of another kind");
+  }
+}
+
 }  // namespace tavrix::host

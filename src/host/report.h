@@ -8,6 +8,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "host/trace.h"
+
 namespace tavrix::host {
 
 /// Severity of an error report.
@@ -19,6 +21,11 @@ inline constexpr const char* kPromptTitle = "提示：";
 
 /// The text of an exception for a user.
 [[nodiscard]] std::string ErrorText(const std::exception& error);
+
+/// `prefix` with the error's text behind it, which is a line of the trace too.
+[[nodiscard]] std::string TrappedText(std::string_view prefix, const std::exception& error);
+/// Makes the exception that is being handled, which nobody is told of, a line of the trace.
+void TraceIgnored() noexcept;
 
 /// What a trapped `Body` gives; where it has no result of its own, whether it has come to its end.
 template <class Body>
@@ -40,7 +47,7 @@ TrapResult<Body> Trap(const Report& report, std::string_view prefix, std::int32_
     }
   } catch (const std::exception& error) {
     try {
-      report(std::string(prefix) + ErrorText(error), level);
+      report(TrappedText(prefix, error), level);
     } catch (...) {  // a listener that throws has had its report
     }
     return {};
@@ -54,7 +61,8 @@ template <class Step>
 void Quietly(Step&& step) noexcept {
   try {
     std::forward<Step>(step)();
-  } catch (...) {  // nobody is told
+  } catch (...) {
+    if (Tracing()) TraceIgnored();
   }
 }
 

@@ -18,7 +18,7 @@ struct State {
   int ticks = 0;
   HWND saving = nullptr;  ///< the dialog whose save button has been clicked
 };
-constexpr int kMostTicks = 2000;
+constexpr int kMaxTicks = 2000;
 std::optional<State> state;
 UINT_PTR timer = 0;
 
@@ -45,7 +45,7 @@ void Save(HWND dialog) {
 
 void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
   if (!state) return;
-  if (++state->ticks > kMostTicks) {
+  if (++state->ticks > kMaxTicks) {
     std::fprintf(stderr, "a window stays open whatever is answered\n");
     ExitProcess(3);
   }

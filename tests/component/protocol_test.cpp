@@ -47,16 +47,16 @@ TEST(Identity, IsOneFromEveryInterfaceToEveryOther) {
                             IID_IProvideClassInfo2,
                             IID_ISupportErrorInfo};
   const auto view = CreateView();
-  std::vector<ComPtr<IUnknown>> faces;
+  std::vector<ComPtr<IUnknown>> pointers;
   for (const IID& iid : interfaces) {
-    faces.push_back(view.As<IUnknown>(iid));
-    ASSERT_TRUE(faces.back()) << faces.size() - 1;
+    pointers.push_back(view.As<IUnknown>(iid));
+    ASSERT_TRUE(pointers.back()) << pointers.size() - 1;
   }
-  for (const auto& from : faces) {
-    EXPECT_EQ(from.As<IUnknown>(IID_IUnknown).Get(), faces[0].Get());
+  for (const auto& from : pointers) {
+    EXPECT_EQ(from.As<IUnknown>(IID_IUnknown).Get(), pointers[0].Get());
     EXPECT_FALSE(from.As<IUnknown>(IID_IStream));
-    for (std::size_t to = 0; to < faces.size(); ++to) {
-      EXPECT_EQ(from.As<IUnknown>(interfaces[to]).Get(), faces[to].Get()) << to;
+    for (std::size_t to = 0; to < pointers.size(); ++to) {
+      EXPECT_EQ(from.As<IUnknown>(interfaces[to]).Get(), pointers[to].Get()) << to;
     }
   }
 }

@@ -29,7 +29,7 @@ class TextCells : public book::CellSink {
   void OnNumber(double number) override { OnText(tavrix::host::NumberText(number)); }
   void OnText(std::string_view text) override {
     tavrix::host::AppendWide(text_, text);
-    if (text_.size() > kMostUnits) throw std::bad_alloc();
+    if (text_.size() > kMaxUnits) throw std::bad_alloc();
     ends_.push_back(static_cast<LONG>(text_.size()));
   }
 
@@ -38,7 +38,7 @@ class TextCells : public book::CellSink {
 
  private:
   static constexpr LONG kNull = -1;
-  static constexpr std::size_t kMostUnits = std::numeric_limits<LONG>::max() / sizeof(wchar_t);
+  static constexpr std::size_t kMaxUnits = std::numeric_limits<LONG>::max() / sizeof(wchar_t);
 
   std::vector<LONG> ends_;
   std::wstring text_;

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <utility>
-
 #include "com/abi.h"
 #include "com/com_object.h"
 
@@ -21,11 +19,12 @@ class OfControl : public Impl {
   [[nodiscard]] ActiveControl& Control() { return control_; }
   /// Runs `body` while the control stays. It gives an HRESULT, or nothing for S_OK.
   template <class Body>
-  [[nodiscard]] HRESULT Run(Body&& body) noexcept {
-    return com::Guarded(__uuidof(typename Impl::InterfaceType), [&] {
+  [[nodiscard]] HRESULT Run(const Body& body, const char* member = __builtin_FUNCTION()) noexcept {
+    const auto run = [&] {
       const com::ComPtr<IUnknown> keep(&this->Owner().ControllingUnknown());
-      return std::forward<Body>(body)();
-    });
+      return body();
+    };
+    return com::Guarded(__uuidof(typename Impl::InterfaceType), run, member);
   }
 
  private:

@@ -12,7 +12,9 @@
 
 #include "com/failure.h"
 #include "com/late_object.h"
+#include "com/trace.h"
 #include "com/values.h"
+#include "host/trace.h"
 #include "host/utf.h"
 
 namespace tavrix::component {
@@ -182,6 +184,7 @@ host::RowSet TakeRowTexts(IHostRowTexts& recordset) {
   long fields = 0;
   com::Variant ends;
   com::Bstr text;
+  if (host::Tracing()) com::TraceHostCall(L"GetRowTexts", {});
   SetErrorInfo(0, nullptr);
   const HRESULT status = recordset.GetRowTexts(&fields, &ends.InPlace()->parray, text.Put());
   if (ends.Get().parray != nullptr) ends.InPlace()->vt = VT_ARRAY | VT_I4;

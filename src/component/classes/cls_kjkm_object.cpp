@@ -15,92 +15,36 @@ ClsKjkmObject::ClsKjkmObject(IUnknown* outer, std::shared_ptr<picker::clsKjkm> a
   AddInterface(IID_IProvideClassInfo, &class_info_);
 }
 
-HRESULT ClsKjkmObject::get_ID(long* result) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { com::Out(result) = account_->ID; });
+HRESULT ClsKjkmObject::Get(std::int32_t Account::*field, long* result,
+                           const char* member) noexcept {
+  return com::Guarded(
+      IID__clsKjkm, [&] { com::Out(result) = (*account_).*field; }, member);
 }
 
-HRESULT ClsKjkmObject::put_ID(long value) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { account_->ID = value; });
+HRESULT ClsKjkmObject::Get(std::string Account::*field, BSTR* result, const char* member) noexcept {
+  return com::Guarded(
+      IID__clsKjkm, [&] { GiveText(result, (*account_).*field); }, member);
 }
 
-HRESULT ClsKjkmObject::get_ccode(BSTR* result) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { GiveText(result, account_->ccode); });
+HRESULT ClsKjkmObject::Get(bool Account::*field, VARIANT_BOOL* result,
+                           const char* member) noexcept {
+  return com::Guarded(
+      IID__clsKjkm, [&] { com::Out(result) = com::Flag((*account_).*field); }, member);
 }
 
-HRESULT ClsKjkmObject::put_ccode(BSTR value) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { account_->ccode = com::TextOf(value); });
+HRESULT ClsKjkmObject::Put(std::int32_t Account::*field, long value, const char* member) noexcept {
+  return com::Guarded(
+      IID__clsKjkm, [&] { (*account_).*field = value; }, member);
 }
 
-HRESULT ClsKjkmObject::get_ccode_name(BSTR* result) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { GiveText(result, account_->ccode_name); });
+HRESULT ClsKjkmObject::Put(std::string Account::*field, BSTR value, const char* member) noexcept {
+  return com::Guarded(
+      IID__clsKjkm, [&] { (*account_).*field = com::TextOf(value); }, member);
 }
 
-HRESULT ClsKjkmObject::put_ccode_name(BSTR value) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { account_->ccode_name = com::TextOf(value); });
-}
-
-HRESULT ClsKjkmObject::get_chelp(BSTR* result) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { GiveText(result, account_->chelp); });
-}
-
-HRESULT ClsKjkmObject::put_chelp(BSTR value) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { account_->chelp = com::TextOf(value); });
-}
-
-HRESULT ClsKjkmObject::get_bpr(BSTR* result) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { GiveText(result, account_->bpr); });
-}
-
-HRESULT ClsKjkmObject::put_bpr(BSTR value) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { account_->bpr = com::TextOf(value); });
-}
-
-HRESULT ClsKjkmObject::get_cclass(BSTR* result) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { GiveText(result, account_->cclass); });
-}
-
-HRESULT ClsKjkmObject::put_cclass(BSTR value) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { account_->cclass = com::TextOf(value); });
-}
-
-HRESULT ClsKjkmObject::get_bclose(VARIANT_BOOL* result) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { com::Out(result) = com::Flag(account_->bclose); });
-}
-
-HRESULT ClsKjkmObject::put_bclose(VARIANT_BOOL value) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { account_->bclose = value != VARIANT_FALSE; });
-}
-
-HRESULT ClsKjkmObject::get_bend(VARIANT_BOOL* result) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { com::Out(result) = com::Flag(account_->bend); });
-}
-
-HRESULT ClsKjkmObject::put_bend(VARIANT_BOOL value) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { account_->bend = value != VARIANT_FALSE; });
-}
-
-HRESULT ClsKjkmObject::get_cbook_type(BSTR* result) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { GiveText(result, account_->cbook_type); });
-}
-
-HRESULT ClsKjkmObject::put_cbook_type(BSTR value) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { account_->cbook_type = com::TextOf(value); });
-}
-
-HRESULT ClsKjkmObject::get_Change(VARIANT_BOOL* result) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { com::Out(result) = com::Flag(account_->Change); });
-}
-
-HRESULT ClsKjkmObject::put_Change(VARIANT_BOOL value) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { account_->Change = value != VARIANT_FALSE; });
-}
-
-HRESULT ClsKjkmObject::get_sKey(BSTR* result) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { GiveText(result, account_->sKey); });
-}
-
-HRESULT ClsKjkmObject::put_sKey(BSTR value) noexcept {
-  return com::Guarded(IID__clsKjkm, [&] { account_->sKey = com::TextOf(value); });
+HRESULT ClsKjkmObject::Put(bool Account::*field, VARIANT_BOOL value, const char* member) noexcept {
+  return com::Guarded(
+      IID__clsKjkm, [&] { (*account_).*field = value != VARIANT_FALSE; }, member);
 }
 
 HRESULT ClsKjkmObject::get_colKjkm(_colKjkm** result) noexcept {

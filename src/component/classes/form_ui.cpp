@@ -10,83 +10,22 @@
 namespace tavrix::component {
 
 template <class Body>
-HRESULT FormUi::Answer(VARIANT_BOOL* result, Body&& body) noexcept {
-  return Run([&] {
+HRESULT FormUi::Answer(VARIANT_BOOL* result, const Body& body, const char* member) noexcept {
+  const auto answer = [&] {
     com::Out(result) = VARIANT_FALSE;
     *result = com::Flag(body());
-  });
+  };
+  return Run(answer, member);
+}
+
+HRESULT FormUi::Do(bool (host::IFormUI::*command)(), VARIANT_BOOL* result,
+                   const char* member) noexcept {
+  return Answer(
+      result, [&] { return (view_.*command)(); }, member);
 }
 
 HRESULT FormUi::Init(IDispatch** pcSystem, long plCzID, long plID, VARIANT_BOOL* result) noexcept {
   return Answer(result, [&] { return view_.Init(SystemOf(Control(), pcSystem), plCzID, plID); });
-}
-
-HRESULT FormUi::Refresh(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.Refresh(); });
-}
-
-HRESULT FormUi::FileNew(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.FileNew(); });
-}
-
-HRESULT FormUi::FileNewNext(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.FileNewNext(); });
-}
-
-HRESULT FormUi::FileEdit(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.FileEdit(); });
-}
-
-HRESULT FormUi::FileDelete(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.FileDelete(); });
-}
-
-HRESULT FormUi::FileSave(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.FileSave(); });
-}
-
-HRESULT FormUi::FileCancel(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.FileCancel(); });
-}
-
-HRESULT FormUi::Help(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.Help(); });
-}
-
-HRESULT FormUi::PrintSetup(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.PrintSetup(); });
-}
-
-HRESULT FormUi::RecordTop(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.RecordTop(); });
-}
-
-HRESULT FormUi::RecordPrevious(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.RecordPrevious(); });
-}
-
-HRESULT FormUi::RecordNext(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.RecordNext(); });
-}
-
-HRESULT FormUi::RecordBottom(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.RecordBottom(); });
-}
-
-HRESULT FormUi::FindNext(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.FindNext(); });
-}
-
-HRESULT FormUi::Clear(VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.Clear(); });
-}
-
-HRESULT FormUi::Check(IDispatch**, VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.Check(); });
-}
-
-HRESULT FormUi::UnCheck(IDispatch**, VARIANT_BOOL* result) noexcept {
-  return Answer(result, [&] { return view_.UnCheck(); });
 }
 
 HRESULT FormUi::DoPrint(VARIANT_BOOL pbRealPrint, VARIANT_BOOL* result) noexcept {
@@ -126,14 +65,6 @@ HRESULT FormUi::get_ReturnPrintName(BSTR* result) noexcept {
 
 HRESULT FormUi::get_Attributes(BSTR psName, BSTR* result) noexcept {
   return Run([&] { GiveText(result, view_.Attributes(com::TextOf(psName))); });
-}
-
-HRESULT FormUi::DoSaveFormStatus() noexcept {
-  return Run([&] { view_.DoSaveFormStatus(); });
-}
-
-HRESULT FormUi::DoGetFormStatus() noexcept {
-  return Run([&] { view_.DoGetFormStatus(); });
 }
 
 }  // namespace tavrix::component

@@ -82,25 +82,37 @@ class ChildControlObject : public com::DispatchObject<Interface, Others...> {
  protected:
   /// Runs `body` on the model, which lives at least until it ends, as does the view's own object.
   template <class Body>
-  [[nodiscard]] HRESULT With(Body&& body) noexcept {
-    return com::Guarded(__uuidof(Interface), [&] {
-      const auto model = model_.Lock();
-      if (!model) throw com::ComFailure(CO_E_OBJNOTCONNECTED, "控件所在的视图已经关闭");
-      body(*model);
-    });
+  [[nodiscard]] HRESULT With(const Body& body, const char* member = __builtin_FUNCTION()) noexcept {
+    const auto run = [](const void* given, Model& model) {
+      (*static_cast<const Body*>(given))(model);
+    };
+    return RunWith(run, std::addressof(body), member);
   }
   [[nodiscard]] const ModelReference<Model>& Reference() const { return model_; }
 
  private:
-  [[nodiscard]] HRESULT Get(int host::Bounds::*side, long* result) noexcept {
-    return With([&](Model& model) { com::Out(result) = model.GetBounds().*side; });
+  /// `With` with its body as two pointers: what finds the model is there once.
+  [[nodiscard]] HRESULT RunWith(void (*run)(const void* body, Model& model), const void* body,
+                                const char* member) noexcept {
+    const auto find = [&] {
+      const auto model = model_.Lock();
+      if (!model) throw com::ComFailure(CO_E_OBJNOTCONNECTED, "控件所在的视图已经关闭");
+      run(body, *model);
+    };
+    return com::Guarded(__uuidof(Interface), find, member);
   }
-  [[nodiscard]] HRESULT Put(int host::Bounds::*side, long value) noexcept {
-    return With([&](Model& model) {
+  [[nodiscard]] HRESULT Get(int host::Bounds::*side, long* result,
+                            const char* member = __builtin_FUNCTION()) noexcept {
+    return With([&](Model& model) { com::Out(result) = model.GetBounds().*side; }, member);
+  }
+  [[nodiscard]] HRESULT Put(int host::Bounds::*side, long value,
+                            const char* member = __builtin_FUNCTION()) noexcept {
+    const auto put = [&](Model& model) {
       host::Bounds bounds = model.GetBounds();
       bounds.*side = static_cast<int>(value);
       model.SetBounds(bounds);
-    });
+    };
+    return With(put, member);
   }
 
   ModelReference<Model> model_;

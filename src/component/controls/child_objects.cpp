@@ -86,12 +86,13 @@ class CollectionObject : public com::DispatchObject<IChildControls> {
 
  private:
   template <class Body>
-  [[nodiscard]] HRESULT With(Body&& body) noexcept {
-    return com::Guarded(IID_IChildControls, [&] {
+  [[nodiscard]] HRESULT With(const Body& body, const char* member = __builtin_FUNCTION()) noexcept {
+    const auto run = [&] {
       const auto objects = objects_.lock();
       if (!objects) throw com::ComFailure(CO_E_OBJNOTCONNECTED, "控件集合所在的视图已经关闭");
       body(*objects);
-    });
+    };
+    return com::Guarded(IID_IChildControls, run, member);
   }
 
   std::weak_ptr<ChildObjects> objects_;

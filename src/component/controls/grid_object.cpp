@@ -87,6 +87,30 @@ viewkit::SortOrder Order(long number) {
 
 }  // namespace
 
+HRESULT GridObject::Get(int (Grid::*get)() const, long* result, const char* member) noexcept {
+  return With([&](Grid& grid) { com::Out(result) = (grid.*get)(); }, member);
+}
+
+HRESULT GridObject::Get(int (Grid::*get)(int) const, long index, long* result,
+                        const char* member) noexcept {
+  return With([&](Grid& grid) { com::Out(result) = (grid.*get)(Number(index)); }, member);
+}
+
+HRESULT GridObject::Get(bool (Grid::*get)(int) const, long index, VARIANT_BOOL* result,
+                        const char* member) noexcept {
+  return With([&](Grid& grid) { com::Out(result) = com::Flag((grid.*get)(Number(index))); },
+              member);
+}
+
+HRESULT GridObject::Set(void (Grid::*set)(int), long value, const char* member) noexcept {
+  return With([&](Grid& grid) { (grid.*set)(Number(value)); }, member);
+}
+
+HRESULT GridObject::Set(void (Grid::*set)(int, bool), long index, VARIANT_BOOL value,
+                        const char* member) noexcept {
+  return With([&](Grid& grid) { (grid.*set)(Number(index), value != VARIANT_FALSE); }, member);
+}
+
 HRESULT GridObject::GetRows(long first, long rows, SAFEARRAY** levels, SAFEARRAY** ends,
                             SAFEARRAY** text) noexcept {
   return With([&](FlexGrid& grid) {
@@ -155,34 +179,6 @@ HRESULT GridObject::get_TextMatrix(long row, long col, BSTR* result) noexcept {
   return With([&](FlexGrid& grid) { GiveText(result, grid.TextMatrix(Number(row), Number(col))); });
 }
 
-HRESULT GridObject::get_Rows(long* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = grid.Rows(); });
-}
-
-HRESULT GridObject::get_Cols(long* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = grid.Cols(); });
-}
-
-HRESULT GridObject::get_FixedRows(long* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = grid.FixedRows(); });
-}
-
-HRESULT GridObject::get_FixedCols(long* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = grid.FixedCols(); });
-}
-
-HRESULT GridObject::get_FrozenCols(long* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = grid.FrozenCols(); });
-}
-
-HRESULT GridObject::put_FrozenCols(long value) noexcept {
-  return With([&](FlexGrid& grid) { grid.SetFrozenCols(Number(value)); });
-}
-
-HRESULT GridObject::get_Row(long* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = grid.Row(); });
-}
-
 HRESULT GridObject::put_Row(long value) noexcept {
   return With([&](FlexGrid& grid) {
     // The value that stands changes nothing: not the other rows selected either.
@@ -190,64 +186,8 @@ HRESULT GridObject::put_Row(long value) noexcept {
   });
 }
 
-HRESULT GridObject::get_Col(long* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = grid.Col(); });
-}
-
-HRESULT GridObject::put_Col(long value) noexcept {
-  return With([&](FlexGrid& grid) { grid.SetCol(Number(value)); });
-}
-
-HRESULT GridObject::get_TopRow(long* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = grid.TopRow(); });
-}
-
-HRESULT GridObject::put_TopRow(long value) noexcept {
-  return With([&](FlexGrid& grid) { grid.SetTopRow(Number(value)); });
-}
-
-HRESULT GridObject::get_RowHidden(long row, VARIANT_BOOL* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = com::Flag(grid.RowHidden(Number(row))); });
-}
-
-HRESULT GridObject::put_RowHidden(long row, VARIANT_BOOL value) noexcept {
-  return With([&](FlexGrid& grid) { grid.SetRowHidden(Number(row), value != VARIANT_FALSE); });
-}
-
-HRESULT GridObject::get_RowHeight(long row, long* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = grid.RowHeight(Number(row)); });
-}
-
-HRESULT GridObject::get_IsSubtotal(long row, VARIANT_BOOL* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = com::Flag(grid.IsSubtotal(Number(row))); });
-}
-
-HRESULT GridObject::get_RowOutlineLevel(long row, long* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = grid.RowOutlineLevel(Number(row)); });
-}
-
-HRESULT GridObject::get_IsCollapsed(long row, VARIANT_BOOL* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = com::Flag(grid.IsCollapsed(Number(row))); });
-}
-
-HRESULT GridObject::put_IsCollapsed(long row, VARIANT_BOOL value) noexcept {
-  return With([&](FlexGrid& grid) { grid.SetCollapsed(Number(row), value != VARIANT_FALSE); });
-}
-
-HRESULT GridObject::get_ColWidth(long col, long* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = grid.ColWidth(Number(col)); });
-}
-
 HRESULT GridObject::put_ColWidth(long col, long value) noexcept {
   return With([&](FlexGrid& grid) { grid.SetColWidth(Number(col), Number(value)); });
-}
-
-HRESULT GridObject::get_ColHidden(long col, VARIANT_BOOL* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = com::Flag(grid.ColHidden(Number(col))); });
-}
-
-HRESULT GridObject::put_ColHidden(long col, VARIANT_BOOL value) noexcept {
-  return With([&](FlexGrid& grid) { grid.SetColHidden(Number(col), value != VARIANT_FALSE); });
 }
 
 HRESULT GridObject::get_ColAlignment(long col, long* result) noexcept {
@@ -265,10 +205,6 @@ HRESULT GridObject::get_ColFormat(long col, BSTR* result) noexcept {
   return With([&](FlexGrid& grid) { GiveText(result, grid.ColFormat(Number(col))); });
 }
 
-HRESULT GridObject::get_MergeCol(long col, VARIANT_BOOL* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = com::Flag(grid.MergeCol(Number(col))); });
-}
-
 HRESULT GridObject::get_Sort(long* result) noexcept {
   return With([&](FlexGrid& grid) { com::Out(result) = static_cast<long>(grid.Sort()); });
 }
@@ -282,22 +218,6 @@ HRESULT GridObject::put_Sort(long value) noexcept {
 
 HRESULT GridObject::get_SelectionMode(long* result) noexcept {
   return With([&](FlexGrid& grid) { com::Out(result) = static_cast<long>(grid.SelectionMode()); });
-}
-
-HRESULT GridObject::get_SelectedRows(long* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = grid.SelectedRows(); });
-}
-
-HRESULT GridObject::get_SelectedRow(long n, long* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = grid.SelectedRow(Number(n)); });
-}
-
-HRESULT GridObject::get_IsSelected(long row, VARIANT_BOOL* result) noexcept {
-  return With([&](FlexGrid& grid) { com::Out(result) = com::Flag(grid.IsSelected(Number(row))); });
-}
-
-HRESULT GridObject::put_IsSelected(long row, VARIANT_BOOL value) noexcept {
-  return With([&](FlexGrid& grid) { grid.SetSelected(Number(row), value != VARIANT_FALSE); });
 }
 
 HRESULT GridObject::get_CellForeColor(long row, long col, OLE_COLOR* result) noexcept {

@@ -14,23 +14,49 @@ namespace tavrix::component {
 class TabStripObject : public ChildControlObject<ITabControl, viewkit::TabStrip> {
  public:
   using ChildControlObject::ChildControlObject;
-  STDMETHODIMP get_Tabs(long* result) noexcept override;
-  STDMETHODIMP get_CurrTab(long* result) noexcept override;
-  STDMETHODIMP put_CurrTab(long value) noexcept override;
-  STDMETHODIMP get_TabKey(long tab, BSTR* result) noexcept override;
-  STDMETHODIMP get_TabCaption(long tab, BSTR* result) noexcept override;
-  STDMETHODIMP get_BackColor(OLE_COLOR* result) noexcept override;
+  STDMETHODIMP get_Tabs(long* result) noexcept override {
+    return With([&](viewkit::TabStrip& tabs) { com::Out(result) = tabs.Tabs(); });
+  }
+  STDMETHODIMP get_CurrTab(long* result) noexcept override {
+    return With([&](viewkit::TabStrip& tabs) { com::Out(result) = tabs.CurrTab(); });
+  }
+  STDMETHODIMP put_CurrTab(long value) noexcept override {
+    return With([&](viewkit::TabStrip& tabs) { tabs.SetCurrTab(static_cast<int>(value)); });
+  }
+  STDMETHODIMP get_TabKey(long tab, BSTR* result) noexcept override {
+    return With(
+        [&](viewkit::TabStrip& tabs) { GiveText(result, tabs.TabKey(static_cast<int>(tab))); });
+  }
+  STDMETHODIMP get_TabCaption(long tab, BSTR* result) noexcept override {
+    return With(
+        [&](viewkit::TabStrip& tabs) { GiveText(result, tabs.TabCaption(static_cast<int>(tab))); });
+  }
+  STDMETHODIMP get_BackColor(OLE_COLOR* result) noexcept override {
+    return With([&](viewkit::TabStrip& tabs) { com::Out(result) = tabs.BackColor(); });
+  }
 };
 
 class SearchBoxObject : public ChildControlObject<ISearchControl, viewkit::SearchBox> {
  public:
   using ChildControlObject::ChildControlObject;
-  STDMETHODIMP get_Text(BSTR* result) noexcept override;
-  STDMETHODIMP put_Text(BSTR value) noexcept override;
-  STDMETHODIMP get_FilterMode(VARIANT_BOOL* result) noexcept override;
-  STDMETHODIMP Search() noexcept override;
-  STDMETHODIMP get_SaveStatus(BSTR* result) noexcept override;
-  STDMETHODIMP GetStatus(BSTR text) noexcept override;
+  STDMETHODIMP get_Text(BSTR* result) noexcept override {
+    return With([&](viewkit::SearchBox& box) { GiveText(result, box.Text()); });
+  }
+  STDMETHODIMP put_Text(BSTR value) noexcept override {
+    return With([&](viewkit::SearchBox& box) { box.SetText(com::TextOf(value)); });
+  }
+  STDMETHODIMP get_FilterMode(VARIANT_BOOL* result) noexcept override {
+    return With([&](viewkit::SearchBox& box) { com::Out(result) = com::Flag(box.FilterMode()); });
+  }
+  STDMETHODIMP Search() noexcept override {
+    return With([](viewkit::SearchBox& box) { box.Search(); });
+  }
+  STDMETHODIMP get_SaveStatus(BSTR* result) noexcept override {
+    return With([&](viewkit::SearchBox& box) { GiveText(result, box.SaveStatus()); });
+  }
+  STDMETHODIMP GetStatus(BSTR text) noexcept override {
+    return With([&](viewkit::SearchBox& box) { box.GetStatus(com::TextOf(text)); });
+  }
 };
 
 /// A control with a caption.
@@ -60,15 +86,24 @@ using ButtonObject = ClickableObject<IButtonControl, viewkit::CommandButton>;
 class CheckBoxObject : public ClickableObject<ICheckControl, viewkit::CheckBox> {
  public:
   using ClickableObject::ClickableObject;
-  STDMETHODIMP get_Value(long* result) noexcept override;
-  STDMETHODIMP put_Value(long value) noexcept override;
+  STDMETHODIMP get_Value(long* result) noexcept override {
+    return With([&](viewkit::CheckBox& box) { com::Out(result) = box.Value(); });
+  }
+  STDMETHODIMP put_Value(long value) noexcept override {
+    return With([&](viewkit::CheckBox& box) { box.SetValue(static_cast<int>(value)); });
+  }
 };
 
 class OptionButtonObject : public ClickableObject<IOptionControl, viewkit::OptionButton> {
  public:
   using ClickableObject::ClickableObject;
-  STDMETHODIMP get_Value(VARIANT_BOOL* result) noexcept override;
-  STDMETHODIMP put_Value(VARIANT_BOOL value) noexcept override;
+  STDMETHODIMP get_Value(VARIANT_BOOL* result) noexcept override {
+    return With(
+        [&](viewkit::OptionButton& button) { com::Out(result) = com::Flag(button.Value()); });
+  }
+  STDMETHODIMP put_Value(VARIANT_BOOL value) noexcept override {
+    return With([&](viewkit::OptionButton& button) { button.SetValue(value != VARIANT_FALSE); });
+  }
 };
 
 }  // namespace tavrix::component

@@ -57,13 +57,14 @@ class TreeNodeObject : public com::DispatchObject<ITreeNode> {
 
  private:
   template <class Body>
-  [[nodiscard]] HRESULT With(Body&& body) noexcept {
-    return com::Guarded(IID_ITreeNode, [&] {
+  [[nodiscard]] HRESULT With(const Body& body, const char* member = __builtin_FUNCTION()) noexcept {
+    const auto run = [&] {
       const auto tree = tree_.Lock();
       const auto node = node_.lock();
       if (!tree || !node || !node->InTree()) ThrowGone();
       body(*node);
-    });
+    };
+    return com::Guarded(IID_ITreeNode, run, member);
   }
 
   ModelReference<TreeView> tree_;
@@ -112,12 +113,13 @@ class TreeNodesObject : public com::DispatchObject<ITreeNodes> {
 
  private:
   template <class Body>
-  [[nodiscard]] HRESULT With(Body&& body) noexcept {
-    return com::Guarded(IID_ITreeNodes, [&] {
+  [[nodiscard]] HRESULT With(const Body& body, const char* member = __builtin_FUNCTION()) noexcept {
+    const auto run = [&] {
       const auto tree = tree_.Lock();
       if (!tree) ThrowGone();
       body(*tree);
-    });
+    };
+    return com::Guarded(IID_ITreeNodes, run, member);
   }
 
   ModelReference<TreeView> tree_;

@@ -5,6 +5,7 @@
 #include "accessible/accessible_object.h"
 #include "com/abi.h"
 #include "com/module.h"
+#include "com/trace.h"
 #include "component/server/class_factory.h"
 #include "component/server/proxy_factory.h"
 #include "component/server/registration.h"
@@ -15,6 +16,7 @@ namespace com = tavrix::com;
 namespace component = tavrix::component;
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** result) {
+  com::StartTrace();
   return com::Guarded(IID_IClassFactory, [&] {
     com::Out(result) = nullptr;
     const auto classes = component::AllClasses();
