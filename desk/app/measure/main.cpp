@@ -27,6 +27,8 @@
 #include "bench/figures.h"
 #include "book/book.h"
 #include "book/host/grid_navigator.h"
+#include "com/abi.h"
+#include "com/failure.h"
 #include "component/adapters/row_sets.h"
 #include "host/account.h"
 #include "host/grid_update.h"
