@@ -185,7 +185,7 @@ void MeasureStatus(Figures& figures, const std::string& name, Kept few, Kept man
 }
 
 Kept KeptForm(const std::string& folder, View& view) {
-  view.Book().Around().user_folder = folder;
+  view.Book().Environment().user_folder = folder;
   view.Refresh();
   auto& form = view.Control();
   return {view.System(), "Kjkm", view.Page(0), [&form] { form.DoSaveFormStatus(); },
@@ -193,7 +193,7 @@ Kept KeptForm(const std::string& folder, View& view) {
 }
 
 Kept KeptPicker(const std::string& folder, Picker& picker) {
-  picker.Book().Around().user_folder = folder;
+  picker.Book().Environment().user_folder = folder;
   picker.Refresh();
   auto& view = picker.View();
   return {picker.System(), view.StatusName(), picker.List(), [&view] { view.DoSaveFormStatus(); },

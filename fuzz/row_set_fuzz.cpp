@@ -20,7 +20,7 @@ host::RowSet RowsOf(Input& input) {
     if (kind == 0) {
       rows.AppendNull();
     } else if (kind < 4) {
-      rows.AppendWhole(kind);
+      rows.AppendInteger(kind);
     } else {
       rows.AppendText(input.Line());
     }

@@ -35,7 +35,7 @@ desk::book::Book MakeBook() {
                     {.code = "2202", .name = "应付账款", .category = "负债", .help = "yfzk"}},
        .currencies = {},
        .units = {}});
-  book.Around().user_folder.clear();
+  book.Environment().user_folder.clear();
   return book;
 }
 

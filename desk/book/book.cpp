@@ -60,13 +60,13 @@ void Fill(Session& session, const Template& content) {
 /// else leaves the limit as it is.
 void ApplyTimeLimit(Session& session) {
   if (session.Own().Encryption() == Wire::kNone) return;  // a file waits for nobody
-  constexpr int kMost = 24 * 60 * 60;
+  constexpr int kMax = 24 * 60 * 60;
   try {
     const std::string text = ReadSetting(session, "desk", "time_limit");
     int seconds = -1;
     const char* const end = text.data() + text.size();
     const auto [stop, failure] = std::from_chars(text.data(), end, seconds);
-    const bool sound = failure == std::errc() && stop == end && seconds >= 0 && seconds <= kMost;
+    const bool sound = failure == std::errc() && stop == end && seconds >= 0 && seconds <= kMax;
     if (sound) session.Own().SetTimeLimit(std::chrono::seconds(seconds));
   } catch (const DatabaseError&) {  // a book without settings
   }
@@ -83,7 +83,7 @@ void Renew(Session& session) {
 }  // namespace
 
 Book::Book(std::shared_ptr<Session> session)
-    : session_(std::move(session)), surroundings_(std::make_shared<Surroundings>()) {}
+    : session_(std::move(session)), environment_(std::make_shared<HostEnvironment>()) {}
 
 Book Book::Create(const std::string& path, const Template& content, const Filling& furnish) {
   return Book(EngineFor(path).Make({.path = path}, [&](Session& session) {
@@ -105,7 +105,7 @@ Book Book::Open(const Place& place) {
 }
 
 std::shared_ptr<host::SystemObject> Book::System() const {
-  return std::make_shared<HostSystem>(session_, surroundings_);
+  return std::make_shared<HostSystem>(session_, environment_);
 }
 
 std::string Book::Setting(const std::string& section, const std::string& key) const {

@@ -32,7 +32,7 @@ class Book {
   /// The object to hand to the controls.
   [[nodiscard]] std::shared_ptr<host::SystemObject> System() const;
   /// What `System` tells of the application; changes count at once.
-  [[nodiscard]] Surroundings& Around() { return *surroundings_; }
+  [[nodiscard]] HostEnvironment& Environment() { return *environment_; }
 
   /// Overrides the connection property "driver": "jet", or the engine's name ("sqlite",
   /// "postgresql").
@@ -49,7 +49,7 @@ class Book {
   explicit Book(std::shared_ptr<Session> session);
 
   std::shared_ptr<Session> session_;
-  std::shared_ptr<Surroundings> surroundings_;
+  std::shared_ptr<HostEnvironment> environment_;
   std::string faults_;
 };
 

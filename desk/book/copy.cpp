@@ -146,8 +146,8 @@ class CellContents final : public CellSink {
     if (next_ != nullptr) next_->OnNull();
     EndCell(kNull);
   }
-  void OnWhole(std::int64_t number) override {
-    if (next_ != nullptr) next_->OnWhole(number);
+  void OnInteger(std::int64_t number) override {
+    if (next_ != nullptr) next_->OnInteger(number);
     if (HoldsBits()) return EndBits(static_cast<double>(number));
     std::array<char, 24> digits{};
     const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
@@ -191,7 +191,7 @@ class RowContents final : public CellSink {
  public:
   explicit RowContents(Progress& progress) : progress_(progress) {}
   void OnNull() override { OnText({}); }
-  void OnWhole(std::int64_t) override { OnText({}); }
+  void OnInteger(std::int64_t) override { OnText({}); }
   void OnNumber(double) override { OnText({}); }
   void OnText(std::string_view text) override {
     seen_.Add(text);

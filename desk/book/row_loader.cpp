@@ -40,7 +40,7 @@ class SingleLoader final : public RowLoader {
     insert_ = InsertStart(plan_) + "values(" + List(plan_.columns, mark) + ")";
   }
   void OnNull() override { Add({}); }
-  void OnWhole(std::int64_t number) override { Add(number); }
+  void OnInteger(std::int64_t number) override { Add(number); }
   void OnNumber(double number) override { Add(number); }
   void OnText(std::string_view text) override { Add(text); }
   void Finish() override {}
@@ -66,7 +66,7 @@ class SingleLoader final : public RowLoader {
 std::string_view TypeOf(ColumnKind kind) {
   switch (kind) {
     case ColumnKind::kKey:
-    case ColumnKind::kWhole:
+    case ColumnKind::kInteger:
     case ColumnKind::kOptional:
       return "integer";
     case ColumnKind::kFlag:
@@ -185,7 +185,7 @@ class ArrayLoader final : public RowLoader {
     gathered_.AddPlain("NULL");
     SendWhenMany();
   }
-  void OnWhole(std::int64_t number) override { AddNumber(number); }
+  void OnInteger(std::int64_t number) override { AddNumber(number); }
   void OnNumber(double number) override { AddNumber(number); }
   void OnText(std::string_view text) override {
     gathered_.AddQuoted(text);
@@ -205,7 +205,7 @@ class ArrayLoader final : public RowLoader {
     SendWhenMany();
   }
   void SendWhenMany() {
-    if (gathered_.Rows() >= kMostRows || gathered_.Bytes() >= kMostBytes) Send();
+    if (gathered_.Rows() >= kMaxRows || gathered_.Bytes() >= kMaxBytes) Send();
   }
   void Send() {
     Await();
@@ -262,8 +262,8 @@ class ArrayLoader final : public RowLoader {
     return arrays;
   }
 
-  static constexpr std::size_t kMostRows = 5000;
-  static constexpr std::size_t kMostBytes = std::size_t{1} << 20;
+  static constexpr std::size_t kMaxRows = 5000;
+  static constexpr std::size_t kMaxBytes = std::size_t{1} << 20;
 
   Connection& connection_;
   LoadPlan plan_;

@@ -31,7 +31,7 @@ void WriteDefaultLayout(DefaultLayout layout, const std::string& path) {
 void EnsureLayout(DefaultLayout layout, const std::string& path) {
   std::error_code error;
   if (std::filesystem::exists(book::PathOf(path), error)) return;
-  tavrix::host::Quietly([&] { WriteDefaultLayout(layout, path); });
+  tavrix::host::IgnoreErrors([&] { WriteDefaultLayout(layout, path); });
 }
 
 }  // namespace desk::views

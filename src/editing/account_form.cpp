@@ -28,7 +28,7 @@ constexpr int kFormWidth = kRightColumn + kColumnWidth + kMargin;
 constexpr int kLabelWidth = 1380;
 constexpr int kFieldWidth = kColumnWidth - 2 * kMargin - kLabelWidth;
 
-constexpr int kWholeFieldWidth = kFormWidth - 4 * kMargin - kLabelWidth;
+constexpr int kFullFieldWidth = kFormWidth - 4 * kMargin - kLabelWidth;
 
 constexpr int kAccountTop = kMargin;
 constexpr int kKindsTop = kAccountTop + FrameHeight(5) + kGap;
@@ -47,7 +47,7 @@ constexpr Bounds HalfField(const Rows& rows, int row, int half) {
 /// A label in the place of a box.
 constexpr Bounds WithoutLabel(Bounds label) {
   label.left += kLabelWidth;
-  label.width = kWholeFieldWidth;
+  label.width = kFullFieldWidth;
   return label;
 }
 /// Two boxes beside one another, without labels.
@@ -87,7 +87,7 @@ void AccountForm::PlaceAccount() {
   PlaceFrame("科目", {kMargin, kAccountTop, kFormWidth - 2 * kMargin, FrameHeight(5)});
   const Rows left = RowsIn(kMargin, kAccountTop);
   const Rows right = RowsIn(kRightColumn, kAccountTop);
-  const Rows whole = Rows::InFrame(kMargin, kAccountTop, kLabelWidth, kWholeFieldWidth);
+  const Rows whole = Rows::InFrame(kMargin, kAccountTop, kLabelWidth, kFullFieldWidth);
   PlaceLabel("上级科目", left.Label(0));
   above_ = &PlaceLabel("", WithoutLabel(whole.Label(0)));
   PlaceLabel("编码(&B)", left.Label(1));

@@ -43,7 +43,7 @@ class OpenRows {
   OpenRows(OpenRows&&) = default;
   OpenRows& operator=(OpenRows&&) = delete;
   ~OpenRows() {
-    if (rows_) Quietly([this] { rows_->Close(); });
+    if (rows_) IgnoreErrors([this] { rows_->Close(); });
   }
   [[nodiscard]] Recordset& operator*() const { return *rows_; }
   [[nodiscard]] Recordset* operator->() const { return rows_.get(); }

@@ -19,7 +19,7 @@ class GridUpdate {
     if (std::uncaught_exceptions() == failures_) {
       grid_.EndUpdate();
     } else {
-      Quietly([this] { grid_.EndUpdate(); });
+      IgnoreErrors([this] { grid_.EndUpdate(); });
     }
   }
 

@@ -58,7 +58,7 @@ TrapResult<Body> Trap(const Report& report, std::string_view prefix, std::int32_
 
 /// Runs one step of a routine that ignores every error: a step that fails does not stop the next.
 template <class Step>
-void Quietly(Step&& step) noexcept {
+void IgnoreErrors(Step&& step) noexcept {
   try {
     std::forward<Step>(step)();
   } catch (...) {

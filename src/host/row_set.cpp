@@ -14,7 +14,7 @@ void RowSet::ThrowTooLarge() {
   throw std::length_error("查询结果过大");
 }
 
-void RowSet::AppendWhole(std::int64_t number) {
+void RowSet::AppendInteger(std::int64_t number) {
   char digits[24];
   const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
   AppendText({digits, static_cast<std::size_t>(end - digits)});

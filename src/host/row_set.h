@@ -26,13 +26,13 @@ class RowSet {
   void Reserve(std::size_t rows, std::size_t bytes);
   /// Throws `std::length_error` when the buffer would pass its limit.
   void AppendText(std::string_view text) {  // here, since it runs for every cell of every load
-    constexpr std::size_t kMostText = 0x7FFFFFFF;
-    if (text.size() > kMostText - text_.size()) ThrowTooLarge();
+    constexpr std::size_t kMaxText = 0x7FFFFFFF;
+    if (text.size() > kMaxText - text_.size()) ThrowTooLarge();
     cells_.push_back(
         {static_cast<std::uint32_t>(text_.size()), static_cast<std::uint32_t>(text.size())});
     text_.append(text);
   }
-  void AppendWhole(std::int64_t number);
+  void AppendInteger(std::int64_t number);
   void AppendNull() { cells_.push_back({0, kNull}); }
 
   [[nodiscard]] std::size_t Columns() const { return columns_; }

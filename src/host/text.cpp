@@ -129,9 +129,9 @@ double LeadingNumber(std::string_view text) {
 
 std::int32_t ToLong32(double number) {
   if (std::isnan(number)) return 0;
-  constexpr double kLeast = std::numeric_limits<std::int32_t>::min();
-  constexpr double kMost = std::numeric_limits<std::int32_t>::max();
-  return static_cast<std::int32_t>(std::clamp(number, kLeast, kMost));
+  constexpr double kMin = std::numeric_limits<std::int32_t>::min();
+  constexpr double kMax = std::numeric_limits<std::int32_t>::max();
+  return static_cast<std::int32_t>(std::clamp(number, kMin, kMax));
 }
 
 std::int32_t LeadingLong(std::string_view text) {

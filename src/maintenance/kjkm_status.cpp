@@ -15,7 +15,7 @@ constexpr const char* kStatusName = "Kjkm";
 }  // namespace
 
 void Kjkm::DoSaveFormStatus() {
-  host::Quietly([this] {
+  host::IgnoreErrors([this] {
     const auto system = Running()->pcSystem;
     SaveFormStatus(viewkit::GetSelfFilePath(kStatusName, *system), false);
   });
@@ -24,7 +24,7 @@ void Kjkm::DoSaveFormStatus() {
 /// Saved in full, restored by widths alone, deliberately: the view has an order and an outline of
 /// its own.
 void Kjkm::DoGetFormStatus() {
-  host::Quietly([this] {
+  host::IgnoreErrors([this] {
     const auto system = Running()->pcSystem;
     GetFormStatus(viewkit::GetSelfFilePath(kStatusName, *system), true);
   });

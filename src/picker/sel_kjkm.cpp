@@ -130,7 +130,7 @@ void selKjkm::Clear() {
   auto parameters = std::exchange(m_Parameters, nullptr);
   auto selected = std::exchange(m_Selected, nullptr);
   if (session->m_Tv) session->m_Tv->UnHookCtrl();
-  if (parameters) host::Quietly([&] { parameters->Clear(); });
+  if (parameters) host::IgnoreErrors([&] { parameters->Clear(); });
   parameters.reset();
   selected.reset();
   session->mcMouseEvent.Disconnect();

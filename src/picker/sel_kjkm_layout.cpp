@@ -15,9 +15,9 @@ constexpr int kGap = 4 * kTwipsPerPixel;
 constexpr int kLine = 24 * kTwipsPerPixel;
 constexpr int kLabelLine = 18 * kTwipsPerPixel;
 constexpr int kButtonWidth = 72 * kTwipsPerPixel;
-constexpr int kLeastSearchWidth = 100 * kTwipsPerPixel;
+constexpr int kMinSearchWidth = 100 * kTwipsPerPixel;
 constexpr int kCountWidth = 170 * kTwipsPerPixel;
-constexpr int kLeastPane = 60 * kTwipsPerPixel;
+constexpr int kMinPane = 60 * kTwipsPerPixel;
 constexpr int kTreeShare = 30;  // per cent of the width, until the user drags the splitter
 
 /// Puts controls of fixed widths side by side. Those that are not visible take no room: they stand
@@ -79,7 +79,7 @@ int selKjkm::PlaceSearchLine(int room) {
     if (box->Visible()) boxes_width += CheckBoxWidth(*box) + kGap;
   }
   // The boxes go to a line of their own where they would leave the search box too little room.
-  const bool two_lines = room - boxes_width < kLeastSearchWidth;
+  const bool two_lines = room - boxes_width < kMinSearchWidth;
   const int search_width = two_lines ? room : room - boxes_width;
   placement_.Place(SearchBox1_, {kGap, kGap, search_width, kLine});
   Row line{placement_, two_lines ? kGap : 2 * kGap + search_width,
@@ -90,8 +90,8 @@ int selKjkm::PlaceSearchLine(int room) {
 
 void selKjkm::PlacePanes(int top, int height, int room) {
   const int wanted = splitter_dragged_ ? Splitter1_.Position() - kGap : room * kTreeShare / 100;
-  const int most = std::max(0, room - kGap - kLeastPane);
-  const int tree_width = std::clamp(wanted, std::min(kLeastPane, most), most);
+  const int most = std::max(0, room - kGap - kMinPane);
+  const int tree_width = std::clamp(wanted, std::min(kMinPane, most), most);
   const int grid_left = kGap + tree_width + kGap;
   placement_.Place(TV_, {kGap, top, tree_width, height});
   placement_.Place(Splitter1_, {kGap + tree_width, top, kGap, height});

@@ -7,14 +7,14 @@
 namespace tavrix::picker {
 
 void selKjkm::DoGetFormStatus() {
-  host::Quietly([this] {
+  host::IgnoreErrors([this] {
     const auto system = Running()->m_System;
     GetFormStatus(viewkit::GetSelfFilePath(StatusName(), *system), false);
   });
 }
 
 void selKjkm::DoSaveFormStatus() {
-  host::Quietly([this] {
+  host::IgnoreErrors([this] {
     const auto system = Running()->m_System;
     SaveFormStatus(viewkit::GetSelfFilePath(StatusName(), *system), false);
   });

@@ -101,8 +101,8 @@ TEST_F(WheelTest, KnowsItsWindow) {
 TEST(SystemTest, TellsWhatTheApplicationDecided) {
   Book book = tavrix::test::MakeBook();
   const auto system = book.System();
-  book.Around().user_folder = "/home/x";
-  book.Around().rights_by_program[201] = {.can_add = false, .can_edit = false};
+  book.Environment().user_folder = "/home/x";
+  book.Environment().rights_by_program[201] = {.can_add = false, .can_edit = false};
   EXPECT_EQ(system->Folders()->UserFolder(), "/home/x");
   EXPECT_FALSE(system->Rights(201)->CanEdit());
   EXPECT_TRUE(system->Rights(7)->CanAdd());

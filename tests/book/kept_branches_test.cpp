@@ -30,7 +30,7 @@ TEST_F(KeptBranchesTest, EachBookHasItsOwnUntilOthersNeedThePlace) {
   EXPECT_THAT(Read("C:\\账簿 1.book"),
               ElementsAre(ElementsAre("1001", "100101"), IsEmpty(), ElementsAre("2001")));
   EXPECT_THAT(Read("none"), IsEmpty());
-  for (int other = 1; other < KeptBranches::kMostBooks; ++other) {
+  for (int other = 1; other < KeptBranches::kMaxBooks; ++other) {
     Write("C:\\账簿 1.book", {{"1002"}, {}, {}});
     Write(std::to_string(other), {{"1"}});
   }
@@ -43,7 +43,7 @@ TEST_F(KeptBranchesTest, EachBookHasItsOwnUntilOthersNeedThePlace) {
 TEST_F(KeptBranchesTest, KeepsTheFirstOfTooManyAndNoCodeThatItCannotWrite) {
   std::vector<std::string> many;
   for (int code = 100'000; code < 120'000; ++code) many.push_back(std::to_string(code));
-  for (int book = 0; book < KeptBranches::kMostBooks; ++book) {
+  for (int book = 0; book < KeptBranches::kMaxBooks; ++book) {
     Write(std::to_string(book), {many, {"9"}});
   }
   const KeptBranches::Pages pages = Read("0");

@@ -10,7 +10,7 @@ TEST(RowSetTest, HoldsTextsNumbersAndNulls) {
   EXPECT_EQ(rows.Rows(), 0U);
   rows.AppendText("科目");
   rows.AppendNull();
-  rows.AppendWhole(INT64_MIN);
+  rows.AppendInteger(INT64_MIN);
   rows.AppendText("");
   EXPECT_EQ(rows.Rows(), 1U);  // the second is not complete
   EXPECT_EQ(rows.Text(0, 0), "科目");

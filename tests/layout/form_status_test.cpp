@@ -11,8 +11,7 @@
 #include "viewkit/controls/option_button.h"
 #include "viewkit/controls/search_box.h"
 #include "viewkit/controls/text_box.h"
-#include "viewkit/controls/vx_txt_s.h"
-#include "viewkit/grid/vx_grid.h"
+#include "viewkit/layout/status_controls.h"
 #include "viewkit/tree/tree_view.h"
 
 namespace tavrix::viewkit {

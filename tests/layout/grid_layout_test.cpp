@@ -9,19 +9,19 @@ namespace {
 using enum ColumnType;
 
 TEST_F(LayoutTest, TheFileStandsInTheUsersFolder) {
-  book_.Around().user_folder = folder_.Path();
+  book_.Environment().user_folder = folder_.Path();
   const std::string separator = folder_.File("x").substr(folder_.Path().size(), 1);
   const std::string folder = folder_.Path() + separator + "selfbb";
   EXPECT_EQ(GetSelfFilePath("凭证77", *book_.System()), folder + separator + "凭证77.txt");
   EXPECT_TRUE(std::filesystem::is_directory(desk::book::PathOf(folder)));
   EXPECT_EQ(GetSelfFilePath("a", *book_.System()), folder + separator + "a.txt");
 
-  book_.Around().user_folder = folder_.File("not/there");
+  book_.Environment().user_folder = folder_.File("not/there");
   EXPECT_EQ(GetSelfFilePath("a", *book_.System()).substr(folder_.Path().size()),
             separator + "not/there" + separator + "selfbb" + separator + "a.txt")
       << "one level only is made, and its failing is no error";
   EXPECT_FALSE(std::filesystem::exists(desk::book::PathOf(folder_.File("not"))));
-  book_.Around().user_folder = "";
+  book_.Environment().user_folder = "";
   EXPECT_THROW((void)GetSelfFilePath("a", *book_.System()), host::HostError);
 }
 

@@ -19,7 +19,7 @@ using viewkit::Lines;
 /// The views as a host drives them; their files lie in a folder of the user's own.
 class ViewStatusTest : public testing::Test {
  protected:
-  ViewStatusTest() { book_.Around().user_folder = folder_.Path(); }
+  ViewStatusTest() { book_.Environment().user_folder = folder_.Path(); }
 
   [[nodiscard]] std::string FileOf(const std::string& name) {
     return viewkit::GetSelfFilePath(name, *book_.System());
@@ -138,7 +138,7 @@ TEST_F(KjkmStatusTest, NothingIsReported) {
       host.Clear();
     }
   }
-  book_.Around().user_folder = folder_.File("missing");
+  book_.Environment().user_folder = folder_.File("missing");
   view.DoSaveFormStatus();
   view.DoGetFormStatus();
   EXPECT_EQ(reports_, Lines());

@@ -90,7 +90,7 @@ TEST(Lifecycle, ClearReleasesInItsOrderAndTheDialogToo) {
 TEST(Lifecycle, AViewThatEndsLetsGoOfTheHostAsClearDoes) {
   auto wheel = std::make_shared<TestWheel>();
   auto book = MakeBook();
-  book.Around().make_mouse_event = [&] { return wheel; };
+  book.Environment().make_mouse_event = [&] { return wheel; };
   ScriptedUser user;
   {
     maintenance::Kjkm view(user);

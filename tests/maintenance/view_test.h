@@ -20,7 +20,7 @@ namespace tavrix::test {
 class ViewTest {
  public:
   explicit ViewTest(desk::book::Book on = MakeBook()) : book(std::move(on)) {
-    book.Around().make_mouse_event = [this] { return wheel; };
+    book.Environment().make_mouse_event = [this] { return wheel; };
     view.Message.Add([this](const std::string& text) { events.push_back("Message:" + text); });
     view.ErrMessage.Add(
         [this](const std::string& text, std::int32_t level, const std::string& title) {

@@ -212,10 +212,10 @@ TEST(List, RefreshLoadsOnlyWhatHasChanged) {
 
 TEST(List, TheFormButtonFollowsTheRightsOnTheMaintenance) {
   PickerFixture f;
-  f.book.Around().rights_by_program[201] = {.can_add = false, .can_edit = false};
+  f.book.Environment().rights_by_program[201] = {.can_add = false, .can_edit = false};
   f.picker.Refresh();
   EXPECT_FALSE(f.Cmd(3).Visible());
-  f.book.Around().rights_by_program[201].can_edit = true;
+  f.book.Environment().rights_by_program[201].can_edit = true;
   f.picker.Refresh();
   EXPECT_TRUE(f.Cmd(3).Visible());
   f.recorder.FailNext("Rights", test::Fault::kThrow);

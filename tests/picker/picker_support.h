@@ -19,7 +19,7 @@ class PickerFixture {
   explicit PickerFixture(const std::string& engine = test::DefaultEngine(),
                          std::vector<desk::book::Account> accounts = test::FewAccounts())
       : book(test::MakeBookOn(engine, std::move(accounts))) {
-    book.Around().make_mouse_event = [this] { return wheel; };
+    book.Environment().make_mouse_event = [this] { return wheel; };
     picker.DoSelect.Add([this] { ++picks; });
     picker.DoCancel.Add([this] { ++cancels; });
     Init();

@@ -152,7 +152,7 @@ std::vector<std::string> FaultsMeanwhile(const Book& book) {
 
 TEST_P(Processes, TwoDesksAtOnceKeepTheBookSound) {
   // However slow the machine is: enough for both to meet.
-  constexpr int kLeast = 25;
+  constexpr int kMin = 25;
   const auto end = std::chrono::steady_clock::now() + (Long() ? 60s : 0s);
   const auto work = [&](unsigned seed) {
     return [this, end, seed](int out) {
@@ -160,7 +160,7 @@ TEST_P(Processes, TwoDesksAtOnceKeepTheBookSound) {
       void (Worker::*const deeds[])() = {&Worker::Add,  &Worker::Add,    &Worker::Add,
                                          &Worker::Post, &Worker::Move,   &Worker::DeleteAny,
                                          &Worker::Post, &Worker::Rename, &Worker::Delete};
-      for (int i = 0; i < kLeast || std::chrono::steady_clock::now() < end; ++i) {
+      for (int i = 0; i < kMin || std::chrono::steady_clock::now() < end; ++i) {
         (worker.*deeds[worker.Below(9)])();
       }
     };

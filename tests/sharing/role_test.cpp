@@ -73,7 +73,7 @@ class RoleTest : public testing::Test {
   void Own(const std::string& sql) const { owner_->Execute(sql, book::Origin::kDesk); }
   [[nodiscard]] book::Book Open() const {
     book::Book opened = book::Book::Open(place_);
-    opened.Around().user_folder.clear();
+    opened.Environment().user_folder.clear();
     return opened;
   }
   template <class Action>

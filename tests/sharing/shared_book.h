@@ -19,7 +19,7 @@ class SharedBook {
   [[nodiscard]] desk::book::Book Open(
       std::chrono::milliseconds patience = std::chrono::milliseconds(5000)) const {
     desk::book::Book book = desk::book::Book::Open({.path = place_, .patience = patience});
-    book.Around().user_folder.clear();
+    book.Environment().user_folder.clear();
     return book;
   }
 

@@ -13,7 +13,7 @@ namespace {
 
 desk::book::Book Open(const std::string& place) {
   desk::book::Book book = desk::book::Book::Open(place);
-  book.Around().user_folder.clear();
+  book.Environment().user_folder.clear();
   return book;
 }
 

@@ -94,7 +94,7 @@ book::Book MakeBookOn(const std::string& engine, std::vector<book::Account> acco
                                         .currencies = {{"EUR", "欧元"}, {"USD", "美元"}},
                                         .units = {{"01", "千克"}, {"02", "台"}}});
   if (!server) made.SetDriver(engine);
-  made.Around().user_folder.clear();
+  made.Environment().user_folder.clear();
   return made;
 }
 

@@ -33,7 +33,7 @@ TEST_F(GridContent, TakesOverARowSet) {
   host::RowSet rows(3);
   rows.AppendText("1001");
   rows.AppendNull();
-  rows.AppendWhole(-7);
+  rows.AppendInteger(-7);
   for (const char* text : {"1002", "库存现金", ""}) rows.AppendText(text);
   grid.LoadRows(std::move(rows));
   EXPECT_EQ(grid.Rows(), 3);

@@ -26,8 +26,8 @@ using View = TrialBalanceView;
 class TrialBalanceViewTest : public testing::Test {
  protected:
   TrialBalanceViewTest() {
-    book_.Around().user_folder = folder_.File("");
-    book_.Around().user_folder.pop_back();
+    book_.Environment().user_folder = folder_.File("");
+    book_.Environment().user_folder.pop_back();
     Post(1, "100201", "2202", 10'000);
     Post(2, "1001", "100201", 2'550);
   }

@@ -27,7 +27,7 @@ host::RowSet Accounts(int heads, int leaves) {
       if (leaf > 0) code += std::to_string(10 + leaf);
       rows.AppendText(code);
       rows.AppendText(leaf > 0 ? "人民币账户" : "银行存款");
-      rows.AppendWhole(leaf > 0 ? 2 : 1);
+      rows.AppendInteger(leaf > 0 ? 2 : 1);
     }
   }
   return rows;

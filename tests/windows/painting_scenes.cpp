@@ -109,7 +109,7 @@ class BalanceScene : public Scene {
  public:
   BalanceScene() {
     CloseDialogs(user_);
-    book_.Around().user_folder = folder_.File("");
+    book_.Environment().user_folder = folder_.File("");
     for (const desk::book::Account& account : Chart()) {
       if (account.code.size() == 8 && !account.closed) Post(account.code);
     }

@@ -25,7 +25,7 @@ class VariantCells : public book::CellSink {
   }
 
   void OnNull() override { Add(VT_NULL); }
-  void OnWhole(std::int64_t number) override {
+  void OnInteger(std::int64_t number) override {
     const auto narrow = static_cast<LONG>(number);
     if (narrow != number) return OnNumber(static_cast<double>(number));
     Add(VT_I4).lVal = narrow;

@@ -21,7 +21,7 @@ namespace {
 class TextCells : public book::CellSink {
  public:
   void OnNull() override { ends_.push_back(kNull); }
-  void OnWhole(std::int64_t number) override {
+  void OnInteger(std::int64_t number) override {
     std::array<char, 24> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
     OnText({digits.data(), static_cast<std::size_t>(end - digits.data())});

@@ -80,7 +80,7 @@ bool ViewGrid::Read(int row) const {
 }
 
 ViewGrid::~ViewGrid() {
-  host::Quietly([this] { HandOn(); });
+  host::IgnoreErrors([this] { HandOn(); });
 }
 
 void ViewGrid::HandOn() const {

@@ -122,7 +122,7 @@ void TrialBalanceWindow::OnContextMenu(LPARAM place) {
   if (*entry == 3) view_->AskLayout();
 }
 
-void TrialBalanceWindow::OnGone() {
+void TrialBalanceWindow::OnDestroyed() {
   controls_.reset();
   view_.reset();
   if (calls_.closed) std::exchange(calls_.closed, {})();

@@ -47,7 +47,7 @@ class TrialBalanceWindow : public tavrix::viewkit::win32::Window {
  private:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
   void OnContextMenu(LPARAM place);
-  void OnGone() override;
+  void OnDestroyed() override;
   void Place(HWND frame);
   [[nodiscard]] bool UseKey(const MSG& message);
 

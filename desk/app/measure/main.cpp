@@ -71,8 +71,8 @@ HWND MakeFrame() {
 class Stage {
  public:
   explicit Stage(const std::string& path) : book_(book::Book::Open(path)), frame_(MakeFrame()) {
-    book_.Around().user_folder = std::filesystem::temp_directory_path().string();
-    book_.Around().make_mouse_event = [] { return WindowWheel::Make(); };
+    book_.Environment().user_folder = std::filesystem::temp_directory_path().string();
+    book_.Environment().make_mouse_event = [] { return WindowWheel::Make(); };
     ViewEvents events;
     events.message = [](const std::wstring&) {};
     events.report = [](const std::wstring& text, long, const std::wstring&) {

@@ -46,7 +46,7 @@ class PickerDropDown : public Pane {
 
  private:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
-  void OnGone() override { picker_.reset(); }
+  void OnDestroyed() override { picker_.reset(); }
   void Close(const std::vector<std::wstring>& codes);
   void SetModeless(bool modeless);
   void Arrange() override;

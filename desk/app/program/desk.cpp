@@ -231,8 +231,8 @@ void Desk::OpenSample() {
 
 void Desk::Show(book::Book book, const std::wstring& file) {
   CloseBook();
-  book.Around().user_folder = Narrow(folders_.user.wstring());
-  book.Around().make_mouse_event = [] { return WindowWheel::Make(); };
+  book.Environment().user_folder = Narrow(folders_.user.wstring());
+  book.Environment().make_mouse_event = [] { return WindowWheel::Make(); };
   open_.emplace(OpenBook{.book = std::move(book), .file = file, .view = nullptr});
   if (MayBeKept(file)) settings_.Remember(file);
   frame_->SetRecent(settings_.Recent());

@@ -40,7 +40,8 @@ void Desk::OnFindNext() {
 }
 
 void Desk::TellFound(bool found) {
-  frame_->FindBar().SetAnswer(found ? Position(*open_->book.Around().tally) : L"没有找到", !found);
+  frame_->FindBar().SetAnswer(found ? Position(*open_->book.Environment().tally) : L"没有找到",
+                              !found);
 }
 
 void Desk::OnFilter(const std::wstring& text) {
@@ -49,7 +50,7 @@ void Desk::OnFilter(const std::wstring& text) {
   SearchStrip& bar = frame_->FilterBar();
   if (text.empty()) return bar.SetAnswer({});
   if (!found) return bar.SetAnswer(L"没有找到", true);
-  bar.SetAnswer(L"符合条件 " + std::to_wstring(open_->book.Around().tally->matches) + L" 个");
+  bar.SetAnswer(L"符合条件 " + std::to_wstring(open_->book.Environment().tally->matches) + L" 个");
 }
 
 void Desk::ExpandTo(int level) {

@@ -55,7 +55,7 @@ class CellSink {
  public:
   virtual ~CellSink() = default;
   virtual void OnNull() = 0;
-  virtual void OnWhole(std::int64_t number) = 0;
+  virtual void OnInteger(std::int64_t number) = 0;
   virtual void OnNumber(double number) = 0;
   /// Valid during the call.
   virtual void OnText(std::string_view text) = 0;
@@ -75,7 +75,7 @@ class RowSetSink final : public CellSink {
   /// `rows` must outlive it.
   explicit RowSetSink(host::RowSet& rows) : rows_(rows) {}
   void OnNull() override { rows_.AppendNull(); }
-  void OnWhole(std::int64_t number) override { rows_.AppendWhole(number); }
+  void OnInteger(std::int64_t number) override { rows_.AppendInteger(number); }
   void OnNumber(double number) override;
   void OnText(std::string_view text) override { rows_.AppendText(text); }
 

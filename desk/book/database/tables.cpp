@@ -19,7 +19,7 @@ constexpr Column kAccountColumns[] = {
     {"ccode", kCode},
     {"ccode_name", kText},
     {"ccode_engl", kText},
-    {"igrade", kWhole},
+    {"igrade", kInteger},
     {"bproperty", kFlag},
     {"cbook_type", kText},
     {"cbook_type_engl", kText},
@@ -41,12 +41,12 @@ constexpr Column kAccountColumns[] = {
     {"bbank", kFlag},
     {"bused", kFlag},
     {"bd_c", kFlag},
-    {"dbegin", kWhole},
-    {"dend", kWhole},
-    {"itrans", kWhole},
+    {"dbegin", kInteger},
+    {"dend", kInteger},
+    {"itrans", kInteger},
     {"bclose", kFlag},
     {"cother", kText},
-    {"iotherused", kWhole},
+    {"iotherused", kInteger},
     {"bcashitem", kFlag},
 };
 constexpr std::string_view kAccountIndexes[] = {
@@ -113,7 +113,7 @@ constexpr Column kCurrencyColumns[] = {{"币种ID", kKey}, {"外币名称", kTex
 constexpr Column kUnitColumns[] = {{"单位ID", kKey}, {"名称", kText}, {"代码", kText}};
 constexpr Column kSettingColumns[] = {
     {"system_code", kKeyText}, {"item_code", kKeyText}, {"item_value", kText}};
-constexpr Column kObjectColumns[] = {{"progid", kKey}, {"billitem", kWhole}, {"title", kText}};
+constexpr Column kObjectColumns[] = {{"progid", kKey}, {"billitem", kInteger}, {"title", kText}};
 constexpr std::string_view kObjectIndexes[] = {
     "create index xt_objects_item on xt_objects(billitem)",
 };
@@ -130,7 +130,7 @@ constexpr Table kTables[] = {
 };
 
 // The desk's own: the last identifier that was given for a table. Callers cannot reach it.
-constexpr Column kIdentifierColumns[] = {{"table_name", kKeyText}, {"last_id", kWhole}};
+constexpr Column kIdentifierColumns[] = {{"table_name", kKeyText}, {"last_id", kInteger}};
 constexpr Table kIdentifierTable = {kIdentifierTableName, kIdentifierColumns, {}};
 
 }  // namespace

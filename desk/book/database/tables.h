@@ -9,7 +9,7 @@ namespace desk::book {
 /// How a column is kept.
 enum class ColumnKind {
   kKey,       ///< whole number, the table's key
-  kWhole,     ///< whole number, 0 unless given
+  kInteger,   ///< whole number, 0 unless given
   kOptional,  ///< whole number, null unless given
   kFlag,      ///< 0 or 1, 0 unless given
   kText,      ///< text, empty unless given

@@ -59,8 +59,8 @@ class KeptDatabase : public host::DataHelper {
 }  // namespace
 
 HostSystem::HostSystem(std::shared_ptr<Session> session,
-                       std::shared_ptr<const Surroundings> surroundings)
-    : session_(std::move(session)), surroundings_(std::move(surroundings)) {}
+                       std::shared_ptr<const HostEnvironment> environment)
+    : session_(std::move(session)), environment_(std::move(environment)) {}
 
 std::shared_ptr<host::Database> HostSystem::GetDatabase() {
   return std::make_shared<DatabaseObject>(session_);
@@ -81,13 +81,13 @@ host::SystemObject::Identifier HostSystem::NewIdentifier(const std::string& tabl
 }
 
 std::shared_ptr<host::RightsObject> HostSystem::Rights(std::int32_t program) {
-  const auto& own = surroundings_->rights_by_program;
+  const auto& own = environment_->rights_by_program;
   const auto found = own.find(program);
-  return std::make_shared<GivenRights>(found == own.end() ? surroundings_->rights : found->second);
+  return std::make_shared<GivenRights>(found == own.end() ? environment_->rights : found->second);
 }
 
 std::shared_ptr<host::FoldersObject> HostSystem::Folders() {
-  return std::make_shared<UserFolders>(surroundings_->user_folder);
+  return std::make_shared<UserFolders>(environment_->user_folder);
 }
 
 std::shared_ptr<host::CodeRule> HostSystem::CreateCodeRule() {
@@ -99,7 +99,7 @@ std::shared_ptr<host::LogHelper> HostSystem::CreateLogHelper() {
 }
 
 std::shared_ptr<host::GridNavigator> HostSystem::CreateGridNavigator() {
-  return std::make_shared<GridSearch>(surroundings_->tally,
+  return std::make_shared<GridSearch>(environment_->tally,
                                       [session = session_](const FoldedPattern& pattern) {
                                         return CodesByMnemonic(*session, pattern);
                                       });
@@ -110,7 +110,7 @@ std::shared_ptr<host::DataHelper> HostSystem::CreateDataHelper() {
 }
 
 std::shared_ptr<host::MouseEvent> HostSystem::CreateMouseEvent() {
-  if (surroundings_->make_mouse_event) return surroundings_->make_mouse_event();
+  if (environment_->make_mouse_event) return environment_->make_mouse_event();
   return std::make_shared<WheelSource>();
 }
 

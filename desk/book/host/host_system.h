@@ -18,7 +18,7 @@ struct Rights {
 };
 
 /// What the application around a book decides.
-struct Surroundings {
+struct HostEnvironment {
   std::string user_folder = ".";  ///< of the current user, without a trailing separator
   Rights rights;                  ///< for programs that `rights_by_program` does not name
   std::map<std::int32_t, Rights> rights_by_program;
@@ -31,7 +31,7 @@ struct Surroundings {
 /// `pcSystem` over an open book.
 class HostSystem : public host::SystemObject {
  public:
-  HostSystem(std::shared_ptr<Session> session, std::shared_ptr<const Surroundings> surroundings);
+  HostSystem(std::shared_ptr<Session> session, std::shared_ptr<const HostEnvironment> environment);
 
   [[nodiscard]] std::shared_ptr<host::Database> GetDatabase() override;
   [[nodiscard]] std::shared_ptr<host::SettingEntry> GetSetting(const std::string& key,
@@ -50,7 +50,7 @@ class HostSystem : public host::SystemObject {
 
  private:
   std::shared_ptr<Session> session_;
-  std::shared_ptr<const Surroundings> surroundings_;
+  std::shared_ptr<const HostEnvironment> environment_;
 };
 
 }  // namespace desk::book

@@ -54,7 +54,7 @@ std::string TextOf(const std::vector<std::string>& codes, std::size_t& room) {
 KeptBranches::Place KeptBranches::PlaceOf(const std::string& book) {
   Place place;
   long oldest = std::numeric_limits<long>::max();
-  for (int i = 0; i < kMostBooks; ++i) {
+  for (int i = 0; i < kMaxBooks; ++i) {
     const std::string section = Section(i);
     const long number = host::LeadingLong(file_.ReadValue(section, kNumber, ""));
     place.newest = std::max(place.newest, number);
@@ -71,8 +71,8 @@ KeptBranches::Pages KeptBranches::Read(const std::string& book) {
   const Place place = PlaceOf(book);
   Pages pages;
   if (!place.known) return pages;
-  constexpr std::size_t kMostPages = 100;
-  while (pages.size() < kMostPages) {
+  constexpr std::size_t kMaxPages = 100;
+  while (pages.size() < kMaxPages) {
     constexpr char kNone[] = "-";
     const std::string text = file_.ReadValue(place.section, PageKey(pages.size()), kNone);
     if (text == kNone) break;
@@ -86,7 +86,7 @@ void KeptBranches::Write(const std::string& book, const Pages& pages) {
   const Place place = PlaceOf(book);
   if (!any && !place.known) return;
   try {
-    std::size_t room = kMostText;
+    std::size_t room = kMaxText;
     file_.WriteValue(place.section, kBook, book);
     file_.WriteValue(place.section, kNumber, std::to_string(place.newest + 1));
     for (std::size_t page = 0; page < pages.size(); ++page) {

@@ -22,9 +22,9 @@ class KeptBranches {
   /// In place of the book that has not been left for longest, when there are too many.
   void Write(const std::string& book, const Pages& pages);
 
-  static constexpr int kMostBooks = 9;
+  static constexpr int kMaxBooks = 9;
   /// Bytes kept of one book; the first branches are kept where there are more.
-  static constexpr std::size_t kMostText = 100'000;
+  static constexpr std::size_t kMaxText = 100'000;
 
  private:
   struct Place {

@@ -22,7 +22,7 @@ namespace {
 
 /// More than ten times what the layouts of all views come to. A file beyond it is none of ours:
 /// it is not read, and never written.
-constexpr std::uintmax_t kMostBytes = 1 << 20;
+constexpr std::uintmax_t kMaxBytes = 1 << 20;
 
 /// Nothing when there is a file that cannot be read, or should not.
 std::optional<std::string> TextOfFile(const fs::path& path) {
@@ -31,7 +31,7 @@ std::optional<std::string> TextOfFile(const fs::path& path) {
   if (status.type() == fs::file_type::not_found) return std::string();
   if (!fs::is_regular_file(status)) return {};
   const std::uintmax_t size = fs::file_size(path, failed);
-  if (failed || size > kMostBytes) return {};
+  if (failed || size > kMaxBytes) return {};
   std::string text = ReadFile(path);
   if (text.size() != size) return {};
   return text;
@@ -108,11 +108,11 @@ class SettingsDocument {
     // Each byte may need two, and a new section brings its header along.
     const std::uintmax_t added = 2 * (section.size() + key.size() + value.size()) + 16;
     most_bytes_now_ += added;
-    if (most_bytes_now_ <= kMostBytes) return text_.Write(section, key, value);
+    if (most_bytes_now_ <= kMaxBytes) return text_.Write(section, key, value);
     SettingsText text = text_;
     const bool changed = text.Write(section, key, value);
     const std::uintmax_t size = text.Text().size();
-    if (size > kMostBytes) {
+    if (size > kMaxBytes) {
       most_bytes_now_ -= added;
       throw host::HostError("设置文件太大，没有保存：" + PathText(path_));
     }

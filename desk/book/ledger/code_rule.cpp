@@ -15,8 +15,8 @@ std::int32_t SegmentLength(char16_t c) {
 }
 
 std::int32_t Bounded(std::size_t number) {
-  constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
-  return static_cast<std::int32_t>(std::min<std::size_t>(number, kMost));
+  constexpr auto kMax = std::numeric_limits<std::int32_t>::max();
+  return static_cast<std::int32_t>(std::min<std::size_t>(number, kMax));
 }
 
 }  // namespace

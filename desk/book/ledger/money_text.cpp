@@ -10,7 +10,7 @@ namespace {
 
 using tavrix::host::IsDigit;
 
-constexpr std::int64_t kMostWhole = 10'000'000'000'000;
+constexpr std::int64_t kMaxWhole = 10'000'000'000'000;
 constexpr std::size_t kPlaces = 2;
 
 /// The digits of `text`, of which there may be none; nothing when it holds anything else.
@@ -20,7 +20,7 @@ std::optional<std::int64_t> Whole(std::string_view text) {
     if (unit == ',') continue;
     if (!IsDigit(unit)) return std::nullopt;
     number = number * 10 + (unit - '0');
-    if (number > kMostWhole) return std::nullopt;
+    if (number > kMaxWhole) return std::nullopt;
   }
   return number;
 }

@@ -15,7 +15,7 @@ namespace desk::book {
 namespace {
 
 /// More than any book holds, and far from where sums overflow.
-constexpr std::int64_t kMostAmount = 1'000'000'000'000'000;
+constexpr std::int64_t kMaxAmount = 1'000'000'000'000'000;
 
 [[noreturn]] void Refuse(const std::string& text) {
   throw DatabaseError(Trouble::kRefused, text);
@@ -45,7 +45,7 @@ void CheckAmounts(const Line& line) {
   const bool one_side = (entry.debit == 0) != (entry.credit == 0);
   if (!one_side) line.Refuse("应当只有借方金额或贷方金额");
   const std::int64_t amount = entry.debit + entry.credit;
-  if (amount > kMostAmount || amount < -kMostAmount) line.Refuse("金额过大");
+  if (amount > kMaxAmount || amount < -kMaxAmount) line.Refuse("金额过大");
 }
 
 void CheckBalance(const Voucher& voucher) {

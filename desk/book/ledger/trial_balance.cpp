@@ -55,8 +55,8 @@ std::int64_t AmountAt(const Rows& rows, int column) {
   const host::Value value = rows.Get(column);
   const auto* whole = std::get_if<std::int64_t>(&value.Raw());
   const double number = value.ToNumber();
-  constexpr double kMost = 1e18;  // three of them can be added up
-  if (!(number < kMost && number > -kMost)) {
+  constexpr double kMax = 1e18;  // three of them can be added up
+  if (!(number < kMax && number > -kMax)) {
     throw DatabaseError(Trouble::kOther, "金额超出范围：" + value.ToText());
   }
   return whole != nullptr ? *whole : static_cast<std::int64_t>(number);

@@ -14,8 +14,9 @@ OdbcParameters::OdbcParameters(OdbcLink& link, const OdbcHandle& statement, Valu
 
 void OdbcParameters::Bind(std::size_t at, const host::Value& value) {
   Cell& cell = cells_[at];
-  if (const auto* flag = std::get_if<bool>(&value.Raw())) return BindWhole(at, *flag ? 1 : 0);
-  if (const auto* whole = std::get_if<std::int64_t>(&value.Raw())) return BindWhole(at, *whole);
+  if (const auto* flag = std::get_if<bool>(&value.Raw())) return BindInteger(at, *flag ? 1 : 0);
+  if (const auto* integer = std::get_if<std::int64_t>(&value.Raw()))
+    return BindInteger(at, *integer);
   if (const auto* real = std::get_if<double>(&value.Raw())) return BindReal(at, *real);
   cell.indicator = SQL_NULL_DATA;
   if (!value.IsNull()) {
@@ -27,11 +28,11 @@ void OdbcParameters::Bind(std::size_t at, const host::Value& value) {
 }
 
 /// Access knows no whole numbers of 64 bits.
-void OdbcParameters::BindWhole(std::size_t at, std::int64_t number) {
+void OdbcParameters::BindInteger(std::size_t at, std::int64_t number) {
   Cell& cell = cells_[at];
   if (link_.Server() != Flavor::kAccess) {
-    cell.whole = number;
-    return Pass(at, SQL_C_SBIGINT, SQL_BIGINT, 0, &cell.whole);
+    cell.integer = number;
+    return Pass(at, SQL_C_SBIGINT, SQL_BIGINT, 0, &cell.integer);
   }
   using Small = std::numeric_limits<SQLINTEGER>;
   if (number < Small::min() || number > Small::max()) {

@@ -18,7 +18,7 @@ class OdbcParameters {
 
  private:
   struct Cell {
-    SQLBIGINT whole = 0;
+    SQLBIGINT integer = 0;
     SQLINTEGER small_whole = 0;
     double real = 0;
     std::u16string text;
@@ -26,7 +26,7 @@ class OdbcParameters {
   };
 
   void Bind(std::size_t at, const host::Value& value);
-  void BindWhole(std::size_t at, std::int64_t number);
+  void BindInteger(std::size_t at, std::int64_t number);
   void BindReal(std::size_t at, double number);
   void Pass(std::size_t at, SQLSMALLINT from, SQLSMALLINT to, SQLULEN length, SQLPOINTER data);
 

@@ -18,7 +18,7 @@ void AddDecimal(const std::string& text, OdbcPortion& portion) {
   std::int64_t number = 0;
   const char* const end = text.data() + text.size();
   const auto [stop, failure] = std::from_chars(text.data(), end, number);
-  if (failure == std::errc() && stop == end) return portion.AddWhole(number);
+  if (failure == std::errc() && stop == end) return portion.AddInteger(number);
   portion.AddNumber(host::LeadingNumber(text));
 }
 
@@ -33,8 +33,8 @@ void OdbcPortion::AddText(const SQLWCHAR* units, std::size_t length) {
 host::Value OdbcPortion::Get(std::size_t at) const {
   const Cell& cell = cells_[at];
   switch (cell.kind) {
-    case Kind::kWhole:
-      return cell.whole;
+    case Kind::kInteger:
+      return cell.integer;
     case Kind::kNumber:
       return cell.number;
     case Kind::kText:
@@ -52,8 +52,8 @@ void OdbcPortion::Pass(std::size_t first, CellSink& sink) const {
       case Kind::kNull:
         sink.OnNull();
         break;
-      case Kind::kWhole:
-        sink.OnWhole(cell.whole);
+      case Kind::kInteger:
+        sink.OnInteger(cell.integer);
         break;
       case Kind::kNumber:
         sink.OnNumber(cell.number);
@@ -87,7 +87,7 @@ void OdbcReader::Describe(OdbcLink& link, SQLUSMALLINT position) {
     case SQL_SMALLINT:
     case SQL_INTEGER:
     case SQL_BIGINT:
-      return kinds_.push_back(Kind::kWhole);
+      return kinds_.push_back(Kind::kInteger);
     case SQL_REAL:
     case SQL_FLOAT:
     case SQL_DOUBLE:
@@ -117,11 +117,11 @@ OdbcPortion OdbcReader::Read(OdbcLink& link, int most) {
 
 void OdbcReader::ReadCell(OdbcLink& link, SQLUSMALLINT position, Kind kind, OdbcPortion& portion) {
   SQLLEN indicator = 0;
-  if (kind == Kind::kWhole) {
+  if (kind == Kind::kInteger) {
     SQLBIGINT number = 0;
     link.Check(SQLGetData(statement_.Get(), position, SQL_C_SBIGINT, &number, 0, &indicator),
                statement_);
-    return indicator == SQL_NULL_DATA ? portion.AddNull() : portion.AddWhole(number);
+    return indicator == SQL_NULL_DATA ? portion.AddNull() : portion.AddInteger(number);
   }
   if (kind == Kind::kNumber) {
     double number = 0;
@@ -135,7 +135,7 @@ void OdbcReader::ReadCell(OdbcLink& link, SQLUSMALLINT position, Kind kind, Odbc
 void OdbcReader::ReadText(OdbcLink& link, SQLUSMALLINT position, bool decimal,
                           OdbcPortion& portion) {
   std::array<SQLWCHAR, 512> part;  // NOLINT(cppcoreguidelines-pro-type-member-init): the driver's
-  constexpr std::size_t kMost = part.size() - 1;  // the last unit is a NUL
+  constexpr std::size_t kMax = part.size() - 1;  // the last unit is a NUL
   const auto add = [&](const SQLWCHAR* units, std::size_t length) {
     if (decimal) return AddDecimal(FromWide(units, length), portion);
     portion.AddText(units, length);
@@ -150,9 +150,9 @@ void OdbcReader::ReadText(OdbcLink& link, SQLUSMALLINT position, bool decimal,
     link.Check(result, statement_);
     if (bytes == SQL_NULL_DATA) return portion.AddNull();
     const std::size_t all = static_cast<std::size_t>(bytes) / sizeof(SQLWCHAR);
-    const bool last = bytes != SQL_NO_TOTAL && all <= kMost;
+    const bool last = bytes != SQL_NO_TOTAL && all <= kMax;
     if (last && long_text_.empty()) return add(part.data(), all);
-    long_text_.append(part.data(), part.data() + (last ? all : kMost));
+    long_text_.append(part.data(), part.data() + (last ? all : kMax));
     if (last) break;
   } while (result == SQL_SUCCESS_WITH_INFO);
   add(reinterpret_cast<const SQLWCHAR*>(long_text_.data()), long_text_.size());

@@ -11,10 +11,12 @@ namespace desk::book {
 /// Some rows of a result on their way from the thread that reads them, cell after cell.
 class OdbcPortion {
  public:
-  enum class Kind : unsigned char { kNull, kWhole, kNumber, kText };
+  enum class Kind : unsigned char { kNull, kInteger, kNumber, kText };
 
   void AddNull() { cells_.push_back({}); }
-  void AddWhole(std::int64_t number) { cells_.push_back({.kind = Kind::kWhole, .whole = number}); }
+  void AddInteger(std::int64_t number) {
+    cells_.push_back({.kind = Kind::kInteger, .integer = number});
+  }
   void AddNumber(double number) { cells_.push_back({.kind = Kind::kNumber, .number = number}); }
   /// A text of UTF-16 units.
   void AddText(const SQLWCHAR* units, std::size_t length);
@@ -31,7 +33,7 @@ class OdbcPortion {
     Kind kind = Kind::kNull;
     std::size_t start = 0;  ///< of a text
     std::size_t length = 0;
-    std::int64_t whole = 0;
+    std::int64_t integer = 0;
     double number = 0;
   };
   [[nodiscard]] std::string_view TextOf(const Cell& cell) const {
@@ -53,7 +55,7 @@ class OdbcReader {
   [[nodiscard]] OdbcPortion Read(OdbcLink& link, int most);
 
  private:
-  enum class Kind { kWhole, kNumber, kDecimal, kText };
+  enum class Kind { kInteger, kNumber, kDecimal, kText };
 
   void Describe(OdbcLink& link, SQLUSMALLINT position);
   void ReadCell(OdbcLink& link, SQLUSMALLINT position, Kind kind, OdbcPortion& portion);

@@ -13,8 +13,8 @@ OdbcRows::~OdbcRows() {
 }
 
 OdbcChannel::Pending<OdbcPortion> OdbcRows::Ask() {
-  constexpr int kMost = 2048;
-  const int most = std::exchange(most_, std::min(most_ * 4, kMost));
+  constexpr int kMax = 2048;
+  const int most = std::exchange(most_, std::min(most_ * 4, kMax));
   return channel_->Start(
       [reader = reader_, most](OdbcLink& link) { return reader->Read(link, most); });
 }

@@ -23,7 +23,7 @@ const Table& TableWithKey(const std::string& table, const std::string& column) {
   throw DatabaseError(Trouble::kRefused, "不能为 " + table + "." + column + " 分配标识");
 }
 
-constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kMax = std::numeric_limits<std::int32_t>::max();
 
 [[noreturn]] void RefuseExhausted(const std::string& table) {
   throw DatabaseError(Trouble::kOther, "表 " + table + " 的标识已经用完");
@@ -32,7 +32,7 @@ constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
 /// Another program may have stored any number.
 std::int64_t IdentifierOf(const host::Value& value, const std::string& table) {
   const double number = value.ToNumber();
-  if (!(number <= static_cast<double>(kMost))) RefuseExhausted(table);
+  if (!(number <= static_cast<double>(kMax))) RefuseExhausted(table);
   return static_cast<std::int64_t>(std::max(number, 0.0));
 }
 
@@ -67,7 +67,7 @@ std::int32_t ReserveIdentifiers(Connection& connection, const std::string& table
   const auto given = LastGiven(connection, name);
   const std::int64_t greatest = GreatestStored(connection, found, column);
   const std::int64_t last = std::max(given.value_or(0), greatest);
-  if (last > kMost - count) RefuseExhausted(table);
+  if (last > kMax - count) RefuseExhausted(table);
   Note(connection, name, last + count, given.has_value());
   return static_cast<std::int32_t>(last + 1);
 }

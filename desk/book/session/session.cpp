@@ -52,12 +52,12 @@ void Session::Reserve(const std::string& sql, host::RowSet& rows) const {
 
 void Session::NoteSize(const std::string& sql, const host::RowSet& rows) {
   constexpr std::size_t kLarge = 1000;
-  constexpr std::size_t kMostQueries = 32;
+  constexpr std::size_t kMaxQueries = 32;
   if (rows.Rows() < kLarge) {
     sizes_.erase(sql);
     return;
   }
-  if (sizes_.size() >= kMostQueries) sizes_.clear();
+  if (sizes_.size() >= kMaxQueries) sizes_.clear();
   sizes_[sql] = {.rows = rows.Rows(), .bytes = rows.TextBytes()};
 }
 

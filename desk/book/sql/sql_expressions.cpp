@@ -33,8 +33,8 @@ constexpr std::array<Function, 13> kFunctions = {{{"count", 1, 1, true},
 }  // namespace
 
 SqlExpressions::Level::Level(SqlExpressions& rules) : depth_(rules.depth_) {
-  constexpr int kMost = 50;
-  if (depth_ >= kMost) rules.reader_.Refuse("语句嵌套太深：", rules.reader_.At() - 1);
+  constexpr int kMax = 50;
+  if (depth_ >= kMax) rules.reader_.Refuse("语句嵌套太深：", rules.reader_.At() - 1);
   ++depth_;
 }
 

@@ -292,8 +292,8 @@ bool StatementGuard::HasColumn(std::string_view table, std::string_view column) 
   name.append(".").append(column);
   if (known_.contains(name)) return true;
   // Each question may be one to a server: a statement that needs so many means nothing.
-  constexpr std::size_t kMostUnknown = 256;
-  if (unknown_.contains(name) || unknown_.size() >= kMostUnknown) return false;
+  constexpr std::size_t kMaxUnknown = 256;
+  if (unknown_.contains(name) || unknown_.size() >= kMaxUnknown) return false;
   const bool known = connection_.HasColumn(table, column);
   (known ? known_ : unknown_).insert(std::move(name));
   return known;

@@ -40,8 +40,8 @@ bool RowShape::Has(std::string_view column, const ColumnQuestion& question) cons
 }
 
 bool SqlScope::AddSource(std::string_view name, RowShape shape) {
-  constexpr std::size_t kMost = 64;  // SQLite joins no more
-  if (sources_.size() >= kMost) return false;
+  constexpr std::size_t kMax = 64;  // SQLite joins no more
+  if (sources_.size() >= kMax) return false;
   all_.Add(shape);
   sources_.push_back({name, std::move(shape)});
   return true;

@@ -25,9 +25,9 @@ bool IsTail(char c) {
 
 /// A message stays readable whatever the statement holds.
 std::string Shown(std::string_view text) {
-  constexpr std::size_t kMost = 60;
-  if (text.size() <= kMost) return std::string(text);
-  std::size_t end = kMost;
+  constexpr std::size_t kMax = 60;
+  if (text.size() <= kMax) return std::string(text);
+  std::size_t end = kMax;
   while (end > 0 && IsTail(text[end])) --end;
   return std::string(text.substr(0, end)) + "…";
 }

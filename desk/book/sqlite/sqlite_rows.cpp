@@ -60,7 +60,7 @@ void SqliteRows::PassAll(Sink& sink) {
           sink.OnNull();
           break;
         case SQLITE_INTEGER:
-          sink.OnWhole(sqlite3_value_int64(cell));
+          sink.OnInteger(sqlite3_value_int64(cell));
           break;
         case SQLITE_FLOAT:
           sink.OnNumber(sqlite3_value_double(cell));

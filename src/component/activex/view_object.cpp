@@ -27,7 +27,7 @@ class KeptLayout {
   KeptLayout(const KeptLayout&) = delete;
   KeptLayout& operator=(const KeptLayout&) = delete;
   ~KeptLayout() {
-    host::Quietly([this] {
+    host::IgnoreErrors([this] {
       control_.Resize(size_);
       const viewkit::ControlList& controls = control_.View().Controls();
       for (std::size_t i = 0; i < places_.size(); ++i) controls.At(i).SetBounds(places_[i]);

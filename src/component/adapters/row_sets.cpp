@@ -62,9 +62,9 @@ void AppendCell(host::RowSet& rows, TextConverter& text, const VARIANT& cell) {
     case VT_NULL:
       return rows.AppendNull();
     case VT_I4:
-      return rows.AppendWhole(cell.lVal);
+      return rows.AppendInteger(cell.lVal);
     case VT_I2:
-      return rows.AppendWhole(cell.iVal);
+      return rows.AppendInteger(cell.iVal);
     default:
       return rows.AppendText(com::ToValue(com::Variant(cell)).ToText());
   }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "viewkit/control.h"
+#include "viewkit/indexing.h"
 
 namespace tavrix::viewkit {
 
@@ -23,7 +24,7 @@ class ComboBox : public Control {
   void AddItem(std::string text, std::int32_t data = 0);
   /// Removes all items; in an editable box the text stays, in a list box it goes with its item.
   void Clear();
-  [[nodiscard]] int ListCount() const { return static_cast<int>(items_.size()); }
+  [[nodiscard]] int ListCount() const { return CountOf(items_); }
   /// `item` from 0 to `ListCount` - 1.
   [[nodiscard]] const std::string& List(int item) const { return At(item).text; }
   [[nodiscard]] std::int32_t ItemData(int item) const { return At(item).data; }

@@ -38,14 +38,12 @@ class DialogModel {
   [[nodiscard]] int Identifier(const Control& control) const;
   /// Clicked by Enter, unless the focus is on another button; null for none.
   [[nodiscard]] CommandButton* DefaultButton() const { return default_button_; }
-  /// Clicked by Escape; null for none, then Escape closes the dialog.
-  [[nodiscard]] CommandButton* CancelButton() const { return cancel_button_; }
   /// The control that has the focus, or had it last while the dialog is not the active window.
   [[nodiscard]] Control* FocusControl() const { return focus_; }
 
   /// From `Opened` until the dialog has been closed.
   [[nodiscard]] bool IsOpen() const { return open_; }
-  /// The dialog stands on the screen: puts the focus where it shall begin.
+  /// The dialog is on the screen: gives the focus to its first control.
   void Opened();
   /// Asks to close the dialog, as the window's close box does. True when it is closed now; false
   /// while the dialog refuses, and while an earlier request is still waiting for its answer.
@@ -62,13 +60,14 @@ class DialogModel {
   /// The control must live as long as the dialog.
   void Add(Control& control, int identifier = 0);
   void SetSize(int width, int height);
+  /// The second one is clicked by Escape; without one Escape closes the dialog.
   void SetButtons(CommandButton& default_button, CommandButton& cancel_button);
 
   /// Whether the dialog may be closed; may ask the user.
   [[nodiscard]] virtual bool QueryUnload() { return true; }
   /// Where the user begins; null for the first control that can take the focus.
   [[nodiscard]] virtual Control* FirstFocus() { return nullptr; }
-  /// Enter is about to click the default button; false to let it be.
+  /// Enter is about to click the default button; false keeps it from doing so.
   [[nodiscard]] virtual bool MayEnter() { return true; }
   /// The dialog has been closed; called before `Closed` is raised.
   virtual void OnUnload() {}

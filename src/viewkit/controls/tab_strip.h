@@ -7,6 +7,7 @@
 
 #include "viewkit/color.h"
 #include "viewkit/control.h"
+#include "viewkit/indexing.h"
 #include "viewkit/input.h"
 
 namespace tavrix::viewkit {
@@ -20,7 +21,7 @@ class TabStrip : public Control {
 
   /// The first tab added becomes the active one, without an event.
   void AddTab(std::string key, std::string caption);
-  [[nodiscard]] int Tabs() const { return static_cast<int>(tabs_.size()); }
+  [[nodiscard]] int Tabs() const { return CountOf(tabs_); }
   /// Index of the active tab, from 0; -1 without tabs.
   [[nodiscard]] int CurrTab() const { return current_; }
   /// Activates a tab. Raises `TabActivated` when it was not active; an index outside is ignored.

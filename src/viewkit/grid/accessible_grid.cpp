@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "viewkit/indexing.h"
+
 namespace tavrix::viewkit {
 namespace {
 
@@ -112,8 +114,8 @@ AccessibleStates AccessibleGrid::States(AccessibleId id) const {
 
 int AccessibleGrid::Children(AccessibleId id) const {
   if (id.part != 0) return 0;
-  if (id.item != 0) return static_cast<int>(Columns().size());
-  return static_cast<int>(Headers().size()) + grid_.ShownRows();
+  if (id.item != 0) return CountOf(Columns());
+  return CountOf(Headers()) + grid_.ShownRows();
 }
 
 AccessibleId AccessibleGrid::Child(AccessibleId id, int position) const {
@@ -121,7 +123,7 @@ AccessibleId AccessibleGrid::Child(AccessibleId id, int position) const {
   if (id.item != 0) return OfCell(RowOf(id), Columns().at(place));
   const std::vector<int> headers = Headers();
   if (place < headers.size()) return OfRow(headers[place]);
-  return OfRow(grid_.RowAtShownPosition(position - static_cast<int>(headers.size())));
+  return OfRow(grid_.RowAtShownPosition(position - CountOf(headers)));
 }
 
 int AccessibleGrid::Position(AccessibleId id) const {
@@ -129,7 +131,7 @@ int AccessibleGrid::Position(AccessibleId id) const {
   const int row = RowOf(id);
   const std::vector<int> headers = Headers();
   if (IsHeader(row)) return PlaceIn(headers, row);
-  return static_cast<int>(headers.size()) + grid_.ShownPosition(row);
+  return CountOf(headers) + grid_.ShownPosition(row);
 }
 
 AccessibleId AccessibleGrid::Current() const {

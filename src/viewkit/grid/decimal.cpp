@@ -45,7 +45,7 @@ std::string WithoutSeparators(std::string_view text) {
 }
 
 Decimal ReadDecimal(std::string_view text) {
-  constexpr int kMostDigits = 15;
+  constexpr int kMaxDigits = 15;
   const char* at = text.data();
   const char* const end = at + text.size();
   const bool negative = at != end && *at == '-';
@@ -61,7 +61,7 @@ Decimal ReadDecimal(std::string_view text) {
       units = units * 10 + (c - '0');
       ++digits;
       decimals += point ? 1 : 0;
-      if (digits > kMostDigits) return {ReadUncommon(text)};
+      if (digits > kMaxDigits) return {ReadUncommon(text)};
     } else if (c == '.' && !point) {
       point = true;
     } else {
@@ -72,7 +72,7 @@ Decimal ReadDecimal(std::string_view text) {
       break;
     }
   }
-  if (decimals > kMostDecimals) return {ReadUncommon(text)};
+  if (decimals > kMaxDecimals) return {ReadUncommon(text)};
   const auto number = static_cast<double>(units);
   // Zero has no sign.
   return {negative && units != 0 ? -number : number, decimals};

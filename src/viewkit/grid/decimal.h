@@ -17,16 +17,16 @@ struct Decimal {
   [[nodiscard]] double Value() const;
 };
 
-constexpr int kMostDecimals = 9;
+constexpr int kMaxDecimals = 9;
 
-/// 10 to the power of 0 to `kMostDecimals`.
+/// 10 to the power of 0 to `kMaxDecimals`.
 [[nodiscard]] inline double PowerOfTen(int exponent) {
   constexpr std::array kPowers{1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
   return kPowers[static_cast<std::size_t>(exponent)];
 }
 
 /// The number at the start of `text`, thousands separators accepted; 0 when there is none. Beyond
-/// `kMostDecimals` the nearest double.
+/// `kMaxDecimals` the nearest double.
 [[nodiscard]] Decimal ReadDecimal(std::string_view text);
 
 /// `text` without the commas that stand between digits.

@@ -17,11 +17,11 @@ namespace {
 using host::IsDigit;
 
 /// Most cells hold a short whole number: nothing but digits, maybe after a minus.
-std::optional<double> ShortWholeNumber(std::string_view text) {
-  constexpr std::size_t kMostDigits = 15;
+std::optional<double> ShortInteger(std::string_view text) {
+  constexpr std::size_t kMaxDigits = 15;
   const bool negative = text.starts_with('-');
   if (negative) text.remove_prefix(1);
-  if (text.empty() || text.size() > kMostDigits) return std::nullopt;
+  if (text.empty() || text.size() > kMaxDigits) return std::nullopt;
   std::int64_t number = 0;
   for (const char c : text) {
     if (!IsDigit(c)) return std::nullopt;
@@ -181,7 +181,7 @@ double LongCellNumber(std::string_view text) {
 
 std::optional<double> WholeNumber(std::string_view text) {
   text = host::Trimmed(text);
-  if (const auto number = ShortWholeNumber(text)) return number;
+  if (const auto number = ShortInteger(text)) return number;
   std::string plain = WithoutSeparators(text);
   if (plain.starts_with("+") && !plain.starts_with("+-")) plain.erase(0, 1);
   const bool starts_well =

@@ -6,7 +6,7 @@ namespace tavrix::viewkit {
 
 namespace {
 
-constexpr std::size_t kMostCandidates = 8;
+constexpr std::size_t kMaxCandidates = 8;
 
 void Fill(std::array<int, 256>& widths, std::size_t first, std::size_t end, int width) {
   std::fill(widths.begin() + static_cast<std::ptrdiff_t>(first),
@@ -37,12 +37,12 @@ int WidestTexts::Estimate(std::string_view text) const {
 void WidestTexts::Consider(int row, std::string_view text, int extra) {
   const Candidate candidate{Estimate(text) + extra, row};
   if (candidate.estimate <= bar_) return;
-  if (candidates_.size() == kMostCandidates) candidates_.pop_back();
+  if (candidates_.size() == kMaxCandidates) candidates_.pop_back();
   const auto place =
       std::find_if(candidates_.begin(), candidates_.end(),
                    [&](const Candidate& other) { return other.estimate < candidate.estimate; });
   candidates_.insert(place, candidate);
-  if (candidates_.size() == kMostCandidates) bar_ = candidates_.back().estimate;
+  if (candidates_.size() == kMaxCandidates) bar_ = candidates_.back().estimate;
 }
 
 }  // namespace tavrix::viewkit

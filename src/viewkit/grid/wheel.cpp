@@ -20,8 +20,8 @@ void WheelScroll::Connect(std::shared_ptr<host::MouseEvent> source,
 void WheelScroll::Disconnect() const {
   const auto source = source_;
   if (!source) return;
-  host::Quietly([&] { source->OnWheel({}); });
-  host::Quietly([&] { source->Detach(); });
+  host::IgnoreErrors([&] { source->OnWheel({}); });
+  host::IgnoreErrors([&] { source->Detach(); });
 }
 
 std::shared_ptr<host::MouseEvent> WheelScroll::Source() const {

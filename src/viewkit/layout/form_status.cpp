@@ -13,18 +13,17 @@
 #include "viewkit/controls/option_button.h"
 #include "viewkit/controls/search_box.h"
 #include "viewkit/controls/text_box.h"
-#include "viewkit/controls/vx_txt_s.h"
 #include "viewkit/grid/flex_grid.h"
-#include "viewkit/grid/vx_grid.h"
 #include "viewkit/layout/layout_file.h"
 #include "viewkit/layout/m_mode.h"
+#include "viewkit/layout/status_controls.h"
 #include "viewkit/tree/tree_view.h"
 
 namespace tavrix::viewkit {
 
 namespace {
 
-using host::Quietly;
+using host::IgnoreErrors;
 
 constexpr const char* kSection = "Form";
 
@@ -60,12 +59,12 @@ void Restore(const Walk& walk, const std::string& key, SearchBox& box) {
 }
 
 void Save(const Walk& walk, const std::string& key, vxTxt_S& box) {
-  Quietly([&] { walk.Write(key + "_Value", box.Value()); });
+  IgnoreErrors([&] { walk.Write(key + "_Value", box.Value()); });
   walk.Write(key + "_Text", box.Text());
 }
-/// The value first: it brings a text of its own.
+/// The value first, because setting it replaces the text.
 void Restore(const Walk& walk, const std::string& key, vxTxt_S& box) {
-  Quietly([&] { box.SetValue(walk.Read(key + "_Value", box.Value())); });
+  IgnoreErrors([&] { box.SetValue(walk.Read(key + "_Value", box.Value())); });
   box.SetText(walk.Read(key + "_Text", box.Text()));
 }
 
@@ -129,21 +128,21 @@ void Restore(const Walk& walk, const std::string& key, ListView& list) {
   const double number = host::LeadingNumber(stored);
   const int index = host::ToLong32(number);
   if (index != number || index < 1 || index > list.Count()) return;
-  Quietly([&] { list.SetSelectedItem(index); });
-  Quietly([&] { list.SetSelected(index, true); });
-  Quietly([&] { list.EnsureVisible(index); });
+  IgnoreErrors([&] { list.SetSelectedItem(index); });
+  IgnoreErrors([&] { list.SetSelected(index, true); });
+  IgnoreErrors([&] { list.EnsureVisible(index); });
 }
 
 void Save(const Walk& walk, const std::string& key, vxGrid& grid) {
   for (int col = 0; col < grid.Cols(); ++col) {
-    Quietly([&] {
+    IgnoreErrors([&] {
       walk.Write(key + "_Col" + std::to_string(col), std::to_string(grid.ColWidth(col)));
     });
   }
 }
 void Restore(const Walk& walk, const std::string& key, vxGrid& grid) {
   for (int col = 0; col < grid.Cols(); ++col) {
-    Quietly([&] {
+    IgnoreErrors([&] {
       const std::string now = std::to_string(grid.ColWidth(col));
       grid.SetColWidth(col, SaneNumber(walk.Read(key + "_Col" + std::to_string(col), now)));
     });
@@ -202,13 +201,13 @@ void WalkControls(const ControlList& controls, const Walk& walk, Visit Kind::*vi
              (each.in_form || walk.kind == StatusWalk::kPicker);
     });
     if (kind == std::end(kKinds)) continue;
-    Quietly([&] { (kind->*visit)(walk, ControlKey(control), control); });
+    IgnoreErrors([&] { (kind->*visit)(walk, ControlKey(control), control); });
   }
 }
 
 void WalkFile(const ControlList& controls, const std::string& path, bool width_only,
               StatusWalk kind, host::SystemObject& system, Visit Kind::*visit) {
-  Quietly([&] {
+  IgnoreErrors([&] {
     const Walk walk{path, width_only, kind, system, OpenSettingsFile(system, path)};
     WalkControls(controls, walk, visit);
   });

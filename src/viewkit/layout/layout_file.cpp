@@ -33,14 +33,14 @@ std::shared_ptr<host::SettingsFile> OpenSettingsFile(host::SystemObject& pcSyste
 std::string ReadOr(host::SettingsFile& file, const std::string& section, const std::string& key,
                    const std::string& fallback) {
   std::string value = fallback;
-  host::Quietly([&] { value = file.ReadValue(section, key, fallback); });
+  host::IgnoreErrors([&] { value = file.ReadValue(section, key, fallback); });
   return value;
 }
 
 int SaneNumber(std::string_view text) {
-  constexpr double kMost = 1'000'000;
+  constexpr double kMax = 1'000'000;
   const double number = host::LeadingNumber(text);
-  if (!(std::abs(number) <= kMost)) throw std::out_of_range("a number that nobody means");
+  if (!(std::abs(number) <= kMax)) throw std::out_of_range("a number that nobody means");
   return host::ToLong32(number);
 }
 

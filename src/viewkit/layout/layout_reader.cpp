@@ -8,16 +8,17 @@
 #include "host/calls.h"
 #include "host/report.h"
 #include "host/text.h"
+#include "viewkit/indexing.h"
 
 namespace tavrix::viewkit {
 
-using host::Quietly;
+using host::IgnoreErrors;
 
 namespace {
 
 /// Decimal places that a number can show; more is damage.
-constexpr int kMostDecimals = 30;
-/// Bytes of a format that somebody has written; a longer one would be gone through for each cell.
+constexpr int kMaxDecimals = 30;
+/// The longest format, in bytes, that is accepted: it is interpreted anew for each cell shown.
 constexpr std::size_t kLongestFormat = 255;
 
 /// The settings that hold the decimal places of the value kinds 1 to 8.
@@ -33,9 +34,9 @@ constexpr std::array<std::string_view, 8> kDecimalSettings = {
 
 std::string WithDecimals(std::string_view whole, std::string_view decimals) {
   const int places = SaneNumber(decimals);
-  if (places < 0 || places > kMostDecimals) throw std::out_of_range("decimal places");
+  if (places < 0 || places > kMaxDecimals) throw std::out_of_range("decimal places");
   std::string format(whole);
-  if (places > 0) format.append(".").append(static_cast<std::size_t>(places), '#');
+  if (places > 0) format.append(".").append(SizeOf(places), '#');
   return format;
 }
 
@@ -67,7 +68,7 @@ int LayoutReader::ReadColumn(std::string_view section, int col, int fallback) co
 
 void LayoutReader::ApplyWidth(int col) {
   const int now = grid_.ColWidth(col);
-  Quietly([&] {
+  IgnoreErrors([&] {
     const bool hidden = file_.ReadFlag(layout::kHidden, LayoutFile::ColumnKey(col), now == 0);
     grid_.SetColWidth(col, hidden ? 0 : ReadColumn(layout::kWidth, col, now));
   });
@@ -76,26 +77,26 @@ void LayoutReader::ApplyWidth(int col) {
 /// Column after column from the left, each for itself, deliberately: the order that the last one
 /// gives counts, and those before decide among its equals.
 void LayoutReader::ApplySort(int col) {
-  Quietly([&] { grid_.SetCol(col); });
-  Quietly([&] { grid_.SetSort(static_cast<SortOrder>(ReadColumn(layout::kSort, col, 0))); });
+  IgnoreErrors([&] { grid_.SetCol(col); });
+  IgnoreErrors([&] { grid_.SetSort(static_cast<SortOrder>(ReadColumn(layout::kSort, col, 0))); });
 }
 
 void LayoutReader::ApplyMerge(int col) {
-  Quietly([&] {
+  IgnoreErrors([&] {
     const std::string key = LayoutFile::ColumnKey(col);
     grid_.SetMergeCol(col, file_.ReadFlag(layout::kMerge, key, grid_.MergeCol(col)));
   });
 }
 
 void LayoutReader::ApplyDataType(int col) {
-  Quietly([&] {
+  IgnoreErrors([&] {
     const int type = ReadColumn(layout::kDataType, col, static_cast<int>(grid_.ColDataType(col)));
     grid_.SetColDataType(col, static_cast<ColumnType>(type));
   });
 }
 
 void LayoutReader::ApplyFormat(int col) {
-  Quietly([&] {
+  IgnoreErrors([&] {
     const ColumnType type = grid_.ColDataType(col);
     if (type == ColumnType::kDouble || type == ColumnType::kEmpty) {
       return grid_.SetColFormat(col, NumberFormat(col));
@@ -131,7 +132,7 @@ std::string LayoutReader::NumberFormat(int col) const {
 }
 
 void LayoutReader::ApplyAlignment(int col) {
-  Quietly([&] {
+  IgnoreErrors([&] {
     const int now = static_cast<int>(grid_.ColAlignment(col));
     const int alignment = ReadColumn(layout::kAlignment, col, now);
     grid_.SetColAlignment(col, static_cast<Alignment>(alignment));
@@ -140,10 +141,10 @@ void LayoutReader::ApplyAlignment(int col) {
 
 void LayoutReader::NoteTotals(int col) {
   const std::string key = LayoutFile::ColumnKey(col);
-  Quietly([&] {
+  IgnoreErrors([&] {
     if (file_.ReadFlag(layout::kGroup, key, false)) groups_.push_back(col);
   });
-  Quietly([&] {
+  IgnoreErrors([&] {
     if (file_.ReadFlag(layout::kTotal, key, false)) totals_.push_back(col);
   });
 }

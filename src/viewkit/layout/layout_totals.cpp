@@ -5,7 +5,7 @@
 
 namespace tavrix::viewkit {
 
-using host::Quietly;
+using host::IgnoreErrors;
 
 namespace {
 
@@ -23,13 +23,13 @@ void LayoutReader::ApplyRows() {
 }
 
 void LayoutReader::ApplyTotals() {
-  Quietly([&] {
+  IgnoreErrors([&] {
     if (file_.ReadFlag(layout::kGrid, layout::kClearTotals, false)) ClearTotals();
   });
   if (totals_.empty()) return;
   ClearTotals();
   AddGroupTotals();
-  Quietly([&] {
+  IgnoreErrors([&] {
     if (groups_.size() == 1) {
       TidySingleGroup();
     } else if (groups_.size() > 1) {
@@ -40,8 +40,8 @@ void LayoutReader::ApplyTotals() {
 }
 
 void LayoutReader::ClearTotals() {
-  Quietly([&] { grid_.Subtotal(SubtotalFunction::kClear); });
-  Quietly([&] { grid_.SetSubtotalPosition(SubtotalPosition::kBelow); });
+  IgnoreErrors([&] { grid_.Subtotal(SubtotalFunction::kClear); });
+  IgnoreErrors([&] { grid_.SetSubtotalPosition(SubtotalPosition::kBelow); });
 }
 
 void LayoutReader::AddGroupTotals() {
@@ -57,7 +57,7 @@ void LayoutReader::AddGroupTotals() {
     }
     for (const int total : totals_) {
       options.total_on = total;
-      Quietly([&] { grid_.Subtotal(SubtotalFunction::kSum, options); });
+      IgnoreErrors([&] { grid_.Subtotal(SubtotalFunction::kSum, options); });
     }
   }
 }
@@ -66,8 +66,7 @@ bool LayoutReader::IsGroupTotal(int row, int first_col) const {
   return grid_.CellForeColor(row, first_col, row, grid_.Cols() - 1) == kGroupFore;
 }
 
-/// The group's name stands in its own column, which may be far to the right: the row begins with it
-/// too.
+/// Repeats the group's name in the first column, because its own may be far to the right.
 void LayoutReader::TidySingleGroup() {
   const int caption = grid_.FixedCols();
   for (int row = grid_.FixedRows(); row < grid_.Rows(); ++row) {
@@ -85,8 +84,8 @@ void LayoutReader::TidyGroups() {
   }
 }
 
-/// What a total repeats of its rows before the column of its group. Only the first group that fits
-/// counts; one on column 0 has nothing before it.
+/// Clears what a row of totals repeats of its rows in the columns before that of its group. Only
+/// the first group that fits counts; one on column 0 has nothing before it.
 void LayoutReader::ClearRepeatedTexts(int row) {
   for (const int group : groups_) {
     if (!IsGroupTotal(row, group)) continue;
@@ -103,10 +102,10 @@ void LayoutReader::AddGrandTotals() {
   options.caption = kGrandCaption;
   for (const int total : totals_) {
     options.total_on = total;
-    Quietly([&] { grid_.Subtotal(SubtotalFunction::kSum, options); });
+    IgnoreErrors([&] { grid_.Subtotal(SubtotalFunction::kSum, options); });
   }
-  // Where the leading columns are hidden the caption stays in sight.
-  Quietly([&] {
+  // Where the leading columns are hidden the caption goes into the first one that is shown.
+  IgnoreErrors([&] {
     const int last = grid_.Rows() - 1;
     const int label = LabelColumn();
     if (label == grid_.FixedCols() || !grid_.IsTotalRow(last)) return;
@@ -123,12 +122,12 @@ int LayoutReader::LabelColumn() const {
 
 void LayoutReader::ApplyHeights() {
   const int fixed = grid_.FixedRows();
-  Quietly([&] {
+  IgnoreErrors([&] {
     const int now = grid_.Rows() > fixed ? grid_.RowHeight(fixed) : 0;
     grid_.SetDataRowHeights(file_.ReadNumber(layout::kGrid, layout::kRowHeight, now));
   });
   if (fixed == 0) return;
-  Quietly([&] {
+  IgnoreErrors([&] {
     const int height = file_.ReadNumber(layout::kGrid, layout::kFixedRowHeight, grid_.RowHeight(0));
     // A height of its own costs memory for all rows.
     for (int row = 0; row < fixed; ++row) {
@@ -138,7 +137,7 @@ void LayoutReader::ApplyHeights() {
 }
 
 void LayoutReader::ApplyFrozenCols() {
-  Quietly([&] {
+  IgnoreErrors([&] {
     const int cols = file_.ReadNumber(layout::kGrid, layout::kFrozenCols, grid_.FrozenCols());
     if (cols >= 0) grid_.SetFrozenCols(cols);  // less than none is damage rather than a wish
   });

@@ -11,7 +11,7 @@
 
 namespace tavrix::viewkit {
 
-using host::Quietly;
+using host::IgnoreErrors;
 
 std::string GetSelfFilePath(const std::string& psName, host::SystemObject& pcSystem) {
   const std::string user = host::Required(pcSystem.Folders(), "Folders")->UserFolder();
@@ -27,10 +27,10 @@ int GetCtrlIndex(const host::Control& ctrl) {
 
 void ApplyVsLayout(const std::string& psFile, FlexGrid& grid, bool pbWidthOnly,
                    host::SystemObject& pcSystem) {
-  Quietly([&] {
+  IgnoreErrors([&] {
     // Its end raises the grid's events, and a listener may end the grid: nothing comes after it.
     const host::GridUpdate update(grid);
-    Quietly([&] {
+    IgnoreErrors([&] {
       const LayoutFile file(OpenSettingsFile(pcSystem, psFile), grid);
       LayoutReader reader(file, grid, pcSystem);
       reader.ApplyColumns(pbWidthOnly);
@@ -44,7 +44,7 @@ void ApplyVsLayout(const std::string& psFile, FlexGrid& grid, bool pbWidthOnly,
 }
 
 void ApplyVsRows(const std::string& psFile, FlexGrid& grid, host::SystemObject& pcSystem) {
-  Quietly([&] {
+  IgnoreErrors([&] {
     const LayoutFile file(OpenSettingsFile(pcSystem, psFile), grid);
     const host::GridUpdate update(grid);
     LayoutReader reader(file, grid, pcSystem);
@@ -58,7 +58,7 @@ namespace {
 void SaveColumn(const LayoutFile& file, const FlexGrid& grid, int col, bool width_only) {
   const std::string key = LayoutFile::ColumnKey(col);
   const auto write = [&](std::string_view section, const std::string& value) {
-    Quietly([&] { file.Write(section, key, value); });
+    IgnoreErrors([&] { file.Write(section, key, value); });
   };
   const auto number = [](auto value) { return std::to_string(static_cast<int>(value)); };
 
@@ -76,12 +76,12 @@ void SaveColumn(const LayoutFile& file, const FlexGrid& grid, int col, bool widt
 
 void SaveVsLayout(const std::string& psFile, const FlexGrid& grid, bool pbWidthOnly,
                   host::SystemObject& pcSystem) {
-  Quietly([&] {
+  IgnoreErrors([&] {
     const LayoutFile file(OpenSettingsFile(pcSystem, psFile), grid);
     for (int col = 0; col < grid.Cols(); ++col) SaveColumn(file, grid, col, pbWidthOnly);
     if (pbWidthOnly) return;
     const auto write = [&](const char* key, int value) {
-      Quietly([&] { file.Write(layout::kGrid, key, std::to_string(value)); });
+      IgnoreErrors([&] { file.Write(layout::kGrid, key, std::to_string(value)); });
     };
     const int fixed = grid.FixedRows();
     if (grid.Rows() > fixed) write(layout::kRowHeight, grid.RowHeight(fixed));

@@ -23,7 +23,6 @@ void cTreeView::HookCtrl(TreeView& ctrl, const ImageList* oImgList) {
   UnHookCtrl();
   ctrl_ = &ctrl;
   drag_picture_ = oImgList != nullptr && oImgList->Has(kDragPicture) ? kDragPicture : "";
-  if (oImgList != nullptr) ctrl.SetImages(oImgList);
 
   const auto hook = [this](auto& event, auto listener) {
     const int id = event.Add(std::move(listener));

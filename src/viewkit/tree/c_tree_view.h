@@ -27,8 +27,8 @@ class cTreeView {
   cTreeView& operator=(const cTreeView&) = delete;
   ~cTreeView() { UnHookCtrl(); }
 
-  /// Both must outlive the helper or be unhooked before. An image list with a picture named
-  /// "DRAGICON" gives the drag picture.
+  /// The tree must outlive the helper or be unhooked before. An image list with a picture named
+  /// "DRAGICON" gives the drag picture; nothing else of it is used.
   void HookCtrl(TreeView& ctrl, const ImageList* oImgList = nullptr);
   void UnHookCtrl();
   /// Null when none is hooked.

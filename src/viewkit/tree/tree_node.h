@@ -58,7 +58,8 @@ class TreeNode : public std::enable_shared_from_this<TreeNode> {
   /// Expands all above it and scrolls it into view.
   void EnsureVisible();
 
-  /// How a node is drawn. Images are names in the tree's image list, empty for none.
+  /// How a node is drawn. Images are names of pictures, empty for none; they are kept for
+  /// whoever gave them, and no window draws them.
   struct Look {
     bool bold = false;
     bool checked = false;

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "viewkit/indexing.h"
 #include "viewkit/tree/tree_node.h"
 
 namespace tavrix::viewkit {
@@ -35,7 +36,7 @@ class TreeNodes {
   /// not be `node` itself or below it.
   void Move(TreeNode& node, TreeNode* parent);
 
-  [[nodiscard]] int Count() const { return static_cast<int>(by_id_.size()); }
+  [[nodiscard]] int Count() const { return CountOf(by_id_); }
   /// `index` from 1 to `Count`. Throws `std::out_of_range`.
   [[nodiscard]] TreeNode& Item(int index) const;
   /// Throws `std::out_of_range`.

@@ -160,12 +160,6 @@ void TreeView::SetCheckBoxes(bool check_boxes) {
   Notify({Change::Kind::kState});
 }
 
-void TreeView::SetImages(const ImageList* images) {
-  if (images_ == images) return;
-  images_ = images;
-  Notify({Change::Kind::kState});
-}
-
 void TreeView::StartDragging(std::string picture) {
   drag_picture_ = std::move(picture);
   dragging_ = true;

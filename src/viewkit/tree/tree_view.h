@@ -3,7 +3,6 @@
 #include <string>
 
 #include "viewkit/control.h"
-#include "viewkit/tree/image_list.h"
 #include "viewkit/tree/native_tree.h"
 #include "viewkit/tree/tree_nodes.h"
 
@@ -39,10 +38,6 @@ class TreeView : public Control {
   /// Check boxes before the nodes.
   [[nodiscard]] bool CheckBoxes() const { return check_boxes_; }
   void SetCheckBoxes(bool check_boxes);
-  /// Not owned, must outlive its use; null for none.
-  [[nodiscard]] const ImageList* Images() const { return images_; }
-  void SetImages(const ImageList* images);
-
   /// What answers messages: the window, else the model itself. A test may put a double in its
   /// place.
   [[nodiscard]] NativeTree& Native() const { return *native_; }
@@ -63,7 +58,7 @@ class TreeView : public Control {
 
   /// While set, the window follows the pointer and raises `DragOver`, then `Drop` or `DragCancel`.
   [[nodiscard]] bool Dragging() const { return dragging_; }
-  /// Name of the image beside the pointer; empty for none.
+  /// Name of the picture that was asked for, which no window draws; empty for none.
   [[nodiscard]] const std::string& DragPicture() const { return drag_picture_; }
   void StartDragging(std::string picture);
   void StopDragging();
@@ -98,7 +93,6 @@ class TreeView : public Control {
   TreeNode* selected_ = nullptr;
   TreeNode* top_ = nullptr;  // first node seen when there is no window; null for the first root
   TreeNode* drop_target_ = nullptr;
-  const ImageList* images_ = nullptr;
   std::string drag_picture_;
   bool check_boxes_ = false;
   bool painting_ = true;

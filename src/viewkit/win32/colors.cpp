@@ -20,11 +20,11 @@ COLORREF ToColorRef(Color color, Color fallback) {
 }
 
 COLORREF TextOn(COLORREF ground, COLORREF wanted) {
-  constexpr int kStandsBack = 60;
+  constexpr int kPaler = 60;
   const COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
-  // What stands back shall do so too where the system's grey is too light.
+  // Disabled text stays paler than other text where the system's grey is too light to be read.
   const bool grey = wanted == GetSysColor(COLOR_GRAYTEXT);
-  const Color system[] = {grey ? Blend(text, ground, kStandsBack) : text, text,
+  const Color system[] = {grey ? Blend(text, ground, kPaler) : text, text,
                           GetSysColor(COLOR_BTNTEXT), GetSysColor(COLOR_HIGHLIGHTTEXT),
                           GetSysColor(COLOR_WINDOW)};
   return LegibleOn(ground, wanted, system);

@@ -88,7 +88,7 @@ void ControlPeer::FocusChanged(bool focused, HWND other) {
   if (Alive()) control_.NotifyFocus(focused);
 }
 
-void ControlPeer::OnGone() {
+void ControlPeer::OnDestroyed() {
   Detach();
 }
 

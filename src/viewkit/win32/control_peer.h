@@ -74,7 +74,7 @@ class ControlPeer : public Window, public Peer {
   void FocusChanged(bool focused, HWND other);
 
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
-  void OnGone() override;
+  void OnDestroyed() override;
 
  private:
   void Detach();

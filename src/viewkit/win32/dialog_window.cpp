@@ -163,7 +163,7 @@ LRESULT DialogWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   }
 }
 
-void DialogWindow::OnGone() {
+void DialogWindow::OnDestroyed() {
   dialog_.Unload();
 }
 

@@ -22,7 +22,7 @@ class DialogWindow : public PeerHost {
 
  protected:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
-  void OnGone() override;
+  void OnDestroyed() override;
   void OnResized() override {}
 
  private:

@@ -72,7 +72,7 @@ void GridLayout::PlaceColumns(int width) {
   };
   const int still = std::min(grid_.FixedCols() + grid_.FrozenCols(), grid_.Cols());
   for (int col = 0; col < still; ++col) place(col);
-  still_right_ = x;
+  fixed_right_ = x;
   for (int col = std::max(grid_.LeftCol(), still); col < grid_.Cols() && x < width; ++col) {
     place(col);
   }

@@ -38,7 +38,7 @@ class GridLayout {
   [[nodiscard]] const std::vector<Span>& Columns() const { return columns_; }
   [[nodiscard]] int HeaderBottom() const { return header_bottom_; }
   /// Right edge of the columns that do not scroll.
-  [[nodiscard]] int StillRight() const { return still_right_; }
+  [[nodiscard]] int FixedRight() const { return fixed_right_; }
   [[nodiscard]] int SheetRight() const { return columns_.empty() ? 0 : columns_.back().end; }
   [[nodiscard]] int SheetBottom() const { return rows_.empty() ? 0 : rows_.back().end; }
   /// Nothing goes on below, or to the right of, what is seen: there the sheet has its edges.
@@ -74,7 +74,7 @@ class GridLayout {
   std::vector<Span> rows_;
   std::vector<Span> columns_;
   int header_bottom_ = 0;
-  int still_right_ = 0;
+  int fixed_right_ = 0;
 };
 
 /// Height of a row in pixels, never above what the model reckons with: a row that is in view for

@@ -19,7 +19,7 @@ RECT Centered(const RECT& place, int size) {
   return {x - half, y - half, x + half + 1, y + half + 1};
 }
 
-/// The deeper levels end where a row of this one stands.
+/// Whether a line of this level goes on. A row on it ends the lines of all deeper levels.
 void Set(std::vector<bool>& levels, int level, bool value) {
   const auto place = static_cast<std::size_t>(level);
   levels.resize(place + 1, false);
@@ -40,7 +40,7 @@ GridOutline::GridOutline(const FlexGrid& grid, const GridLayout& layout)
     if (row.index < grid.FixedRows() || !grid.IsNode(row.index)) continue;
     if (branches_.empty()) lines = LinesAround(row.index);
     Set(lines, layout.Level(row.index), LineGoesOn(row.index));
-    // A row of totals hangs on no line; those of the nodes around it go past.
+    // A row of totals has no line of its own; those of the nodes around it go on through it.
     const bool total = grid.IsTotalRow(row.index) && !grid.HasRowsBelow(row.index);
     branches_.push_back({row.index, grid.PreviousShownRow(row.index) >= 0, total, lines});
   }

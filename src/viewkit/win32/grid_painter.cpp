@@ -194,7 +194,7 @@ void GridPainter::PaintEmptyParts(HDC dc) const {
 
 void GridPainter::PaintFrozenEdge(HDC dc) const {
   if (grid_.FrozenCols() == 0) return;
-  const LONG x = layout_.StillRight();
+  const LONG x = layout_.FixedRight();
   const COLORREF edge = Blend(GetSysColor(COLOR_GRAYTEXT), GetSysColor(COLOR_WINDOW), 85);
   Fill(dc, {x - 1, 0, x, layout_.SheetBottom()}, edge);
 }

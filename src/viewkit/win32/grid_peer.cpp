@@ -6,6 +6,7 @@
 
 #include "host/flag_scope.h"
 #include "host/utf.h"
+#include "viewkit/indexing.h"
 #include "viewkit/win32/accessibility.h"
 #include "viewkit/win32/grid_painter.h"
 
@@ -35,11 +36,11 @@ void GridPeer::Open() {
   OnFontChanged();
 }
 
-void GridPeer::OnGone() {
+void GridPeer::OnDestroyed() {
   tip_.reset();
   grid_.AfterCollapse.Remove(collapse_listener_);
   grid_.SetTextMeasure(&PlainTextMeasure());
-  ControlPeer::OnGone();
+  ControlPeer::OnDestroyed();
 }
 
 void GridPeer::OnFontChanged() {
@@ -95,7 +96,7 @@ void GridPeer::SetBars() {
   SetBar(SB_VERT, grid_.ShownRows(), RowsOnLastPage(), TopPosition());
   const std::vector<int> columns = ScrolledColumns();
   const auto left = std::lower_bound(columns.begin(), columns.end(), grid_.LeftCol());
-  SetBar(SB_HORZ, static_cast<int>(columns.size()), ColumnsOnLastPage(columns),
+  SetBar(SB_HORZ, CountOf(columns), ColumnsOnLastPage(columns),
          static_cast<int>(left - columns.begin()));
   shown_top_ = grid_.TopRow();
   shown_left_ = grid_.LeftCol();
@@ -141,7 +142,7 @@ std::vector<int> GridPeer::ScrolledColumns() const {
 }
 
 int GridPeer::ColumnsOnLastPage(const std::vector<int>& columns) const {
-  int space = static_cast<int>(ClientSize().cx) - Layout().StillRight();
+  int space = static_cast<int>(ClientSize().cx) - Layout().FixedRight();
   int shown = 0;
   for (auto col = columns.rbegin(); col != columns.rend(); ++col, ++shown) {
     space -= Context().scale.ToPixels(grid_.ColWidth(*col));

@@ -29,7 +29,7 @@ class GridPeer : public ControlPeer {
 
  protected:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
-  void OnGone() override;
+  void OnDestroyed() override;
   void OnContent(const Change& change) override;
   void ApplyBounds() override;
 
@@ -65,16 +65,16 @@ class GridPeer : public ControlPeer {
   [[nodiscard]] std::vector<RowMark> RowMarks() const;
   [[nodiscard]] bool HasMergedColumns() const;
 
-  // --- assistive programs (grid_accessible.cpp)
+  // --- assistive programs (grid_peer_accessible.cpp)
   void Listen();
   void Announce();
   void AnnounceFocus() const;
   void AnnounceRow(DWORD event, int row) const;
 
-  // --- the mouse (grid_mouse.cpp)
+  // --- the mouse (grid_peer_mouse.cpp)
   LRESULT OnMouse(UINT message, WPARAM wparam, LPARAM lparam);
-  void OnButtonDown(POINT point, bool twice);
-  void OnPressed(const Hit& hit, bool twice);
+  void OnButtonDown(POINT point, bool double_click);
+  void OnPressed(const Hit& hit, bool double_click);
   void OnRightDown(POINT point);
   void OnMouseMove(POINT point);
   void OnButtonUp();
@@ -86,7 +86,7 @@ class GridPeer : public ControlPeer {
   void UpdateTip(POINT point);
   [[nodiscard]] bool IsClipped(const GridLayout& layout, const RECT& cell, int row, int col) const;
 
-  // --- keys and scroll bars (grid_input.cpp)
+  // --- keys and scroll bars (grid_peer_input.cpp)
   LRESULT OnInput(UINT message, WPARAM wparam, LPARAM lparam);
   void OnKeyDown(Key key, Modifiers modifiers);
   void OnChar(wchar_t unit);

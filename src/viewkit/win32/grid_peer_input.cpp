@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/utf.h"
+#include "viewkit/indexing.h"
 #include "viewkit/win32/clipboard.h"
 #include "viewkit/win32/grid_peer.h"
 
@@ -149,9 +150,9 @@ void GridPeer::OnHorizontalScroll(int request) {
   if (request == SB_LINEUP || request == SB_PAGEUP) --position;
   if (request == SB_LINEDOWN || request == SB_PAGEDOWN) ++position;
   if (request == SB_THUMBTRACK || request == SB_THUMBPOSITION) position = TrackedPosition(SB_HORZ);
-  const auto count = static_cast<int>(columns.size());
+  const auto count = CountOf(columns);
   const int last = count - ColumnsOnLastPage(columns);
-  grid_.SetLeftCol(columns[static_cast<std::size_t>(std::clamp(position, 0, last))]);
+  grid_.SetLeftCol(ItemAt(columns, std::clamp(position, 0, last)));
 }
 
 void GridPeer::OnWheel(int delta) {

@@ -51,7 +51,7 @@ LRESULT GridPeer::OnMouse(UINT message, WPARAM wparam, LPARAM lparam) {
   return ControlPeer::OnMessage(message, wparam, lparam);
 }
 
-void GridPeer::OnButtonDown(POINT point, bool twice) {
+void GridPeer::OnButtonDown(POINT point, bool double_click) {
   TakeFocus();
   if (!Alive()) return;
   tip_->Set({}, {});
@@ -59,22 +59,22 @@ void GridPeer::OnButtonDown(POINT point, bool twice) {
   const Hit hit = Layout().HitTest(point);
   switch (hit.part) {
     case HitPart::kColumnBorder:
-      if (!twice) return BeginHold(Hold::kColumn, hit.col);
+      if (!double_click) return BeginHold(Hold::kColumn, hit.col);
       grid_.AutoSize(hit.col);
       return grid_.AfterUserResize.Raise(hit.col);
     case HitPart::kRowBorder:
       return BeginHold(Hold::kRow, hit.row);
     case HitPart::kSymbol:
     case HitPart::kCell:
-      return OnPressed(hit, twice);
+      return OnPressed(hit, double_click);
     default:
       return;
   }
 }
 
-void GridPeer::OnPressed(const Hit& hit, bool twice) {
+void GridPeer::OnPressed(const Hit& hit, bool double_click) {
   const bool on_symbol = hit.part == HitPart::kSymbol;
-  if (twice && !on_symbol) return grid_.HandleDoubleClick(hit.row);
+  if (double_click && !on_symbol) return grid_.HandleDoubleClick(hit.row);
   if (!on_symbol) BeginHold(Hold::kSelecting, hit.row);
   grid_.HandlePress(hit.row, hit.col, on_symbol, ModifiersNow());
 }
@@ -83,7 +83,7 @@ void GridPeer::OnRightDown(POINT point) {
   TakeFocus();
   if (!Alive()) return;
   const Hit hit = Layout().HitTest(point);
-  // A command for the pointed row or, when it is one of them, for the selected rows will follow.
+  // The context menu acts on the row under the pointer, or on all selected rows if it is one.
   if (hit.part != HitPart::kCell || grid_.IsSelected(hit.row)) return;
   grid_.HandlePress(hit.row, hit.col, false);
 }
@@ -138,7 +138,7 @@ void GridPeer::Resize(POINT point) {
 
 void GridPeer::Drag(POINT point) {
   const int row = DragTarget(point);
-  // Only a row that is not the held one is a drag; a press with a trembling hand is none.
+  // A drag begins when the pointer reaches another row, so that an unsteady click is none.
   if (row < 0 || row == held_index_) return;
   held_index_ = row;
   grid_.HandleDrag(row);

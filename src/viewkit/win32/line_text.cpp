@@ -28,8 +28,8 @@ bool IsLeftOut(wchar_t last) {
   return last == L' ' || last == 0x3000 || last == kMore;
 }
 
-/// Nothing before or behind it changes how wide it is: all of a text of these may be set letter by
-/// letter, which Arabic, Indian scripts and marks above letters must not.
+/// A character whose width does not depend on its neighbours, as it does in Arabic and Indian
+/// scripts and with combining marks: a text of these alone may be drawn letter by letter.
 bool StandsAlone(wchar_t unit) {
   struct Range {
     wchar_t first;

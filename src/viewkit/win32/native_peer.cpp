@@ -27,9 +27,9 @@ RECT NativePeer::PlaceOfLine() const {
   return place;
 }
 
-void NativePeer::OnGone() {
+void NativePeer::OnDestroyed() {
   tip_.reset();
-  ControlPeer::OnGone();
+  ControlPeer::OnDestroyed();
 }
 
 LRESULT NativePeer::Tell(UINT message, WPARAM wparam, LPARAM lparam) const {

@@ -39,7 +39,7 @@ class NativePeer : public ControlPeer {
   [[nodiscard]] std::string TipOrCutText() const;
   LRESULT Tell(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const;
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
-  void OnGone() override;
+  void OnDestroyed() override;
 
  private:
   /// The focus is here or in a window inside, as in that of a box with a list.

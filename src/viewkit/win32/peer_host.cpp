@@ -71,7 +71,7 @@ bool PeerHost::FocusFrom(std::ptrdiff_t position, bool backward) {
   const auto keep = shared_from_this();
   // Who hears of the focus may end the view, and with it all peers: they are counted anew.
   for (; position >= 0 && position < std::ssize(peers_); position += backward ? -1 : 1) {
-    const auto peer = peers_[static_cast<std::size_t>(position)];
+    const auto peer = peers_.begin()[position];
     if (!peer->TabStop() || !CanTakeFocus(peer->Hwnd())) continue;
     // Who hears of it may put the focus elsewhere at once, as a box does that refuses its text:
     // there it belongs, and the controls after this one are not asked.
@@ -84,7 +84,7 @@ bool PeerHost::FocusFrom(std::ptrdiff_t position, bool backward) {
 bool PeerHost::FocusPreferred() {
   const auto keep = shared_from_this();
   for (std::ptrdiff_t position = 0; position < std::ssize(peers_); ++position) {
-    const auto peer = peers_[static_cast<std::size_t>(position)];
+    const auto peer = peers_.begin()[position];
     if (peer->Model().PrefersFocus() && peer->TakeFocus()) return true;
   }
   return false;
@@ -103,13 +103,13 @@ ControlPeer* PeerHost::PeerBeside(const ControlPeer& peer, bool backward) const 
   if (found == peers_.end()) return nullptr;
   const std::ptrdiff_t position = found - peers_.begin() + (backward ? -1 : 1);
   const bool inside = position >= 0 && position < std::ssize(peers_);
-  return inside ? peers_[static_cast<std::size_t>(position)].get() : nullptr;
+  return inside ? peers_.begin()[position].get() : nullptr;
 }
 
 bool PeerHost::UseViewKey(Key key, Modifiers modifiers) {
   const auto keep = shared_from_this();
   for (std::ptrdiff_t position = 0; position < std::ssize(peers_); ++position) {
-    const auto peer = peers_[static_cast<std::size_t>(position)];
+    const auto peer = peers_.begin()[position];
     const bool focused = GetFocus() == peer->Hwnd();
     if (!peer->Alive() || !peer->UseViewKey(key, modifiers)) continue;
     if (!focused) FocusFrom(position + 1, false);

@@ -6,6 +6,7 @@
 #include <numeric>
 
 #include "host/utf.h"
+#include "viewkit/indexing.h"
 #include "viewkit/win32/accessibility.h"
 #include "viewkit/win32/colors.h"
 #include "viewkit/win32/line_text.h"
@@ -34,9 +35,9 @@ void TabPeer::Open() {
   shown_current_ = strip_.CurrTab();
 }
 
-void TabPeer::OnGone() {
+void TabPeer::OnDestroyed() {
   tip_.reset();
-  ControlPeer::OnGone();
+  ControlPeer::OnDestroyed();
 }
 
 bool TabPeer::WantsKey(Key key, Modifiers modifiers) const {
@@ -77,7 +78,7 @@ std::vector<RECT> TabPeer::Places() const {
   RECT client{};
   GetClientRect(Hwnd(), &client);
   std::vector<int> widths;
-  widths.reserve(static_cast<std::size_t>(strip_.Tabs()));
+  widths.reserve(SizeOf(strip_.Tabs()));
   for (int tab = 0; tab < strip_.Tabs(); ++tab) {
     widths.push_back(Context().fonts->Pixels(host::Wide(strip_.TabCaption(tab)), false) +
                      2 * Context().scale.Design(kPadding));
@@ -104,8 +105,8 @@ int TabPeer::TabAt(POINT point) const {
 
 void TabPeer::InvalidateTab(int tab) {
   const std::vector<RECT> places = Places();
-  if (tab < 0 || tab >= static_cast<int>(places.size())) return;
-  InvalidateRect(Hwnd(), &places[static_cast<std::size_t>(tab)], FALSE);
+  if (tab < 0 || tab >= CountOf(places)) return;
+  InvalidateRect(Hwnd(), &ItemAt(places, tab), FALSE);
 }
 
 void TabPeer::Paint(HDC dc) const {

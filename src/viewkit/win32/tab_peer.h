@@ -26,7 +26,7 @@ class TabPeer : public ControlPeer {
  protected:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
   void OnContent(const Change& change) override;
-  void OnGone() override;
+  void OnDestroyed() override;
 
  private:
   /// The tabs' places from left to right; narrowed alike when the window is too narrow for them.

@@ -31,9 +31,9 @@ void TreePeer::Open() {
   SelectionChanged();
 }
 
-void TreePeer::OnGone() {
+void TreePeer::OnDestroyed() {
   tree_.SetWindow(nullptr);
-  NativePeer::OnGone();
+  NativePeer::OnDestroyed();
 }
 
 void TreePeer::OnFontChanged() {

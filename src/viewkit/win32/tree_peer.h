@@ -40,7 +40,7 @@ class TreePeer : public NativePeer, public TreeWindow {
 
  protected:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
-  void OnGone() override;
+  void OnDestroyed() override;
   void OnContent(const Change&) override {}
   void ApplyState() override;
 
@@ -54,7 +54,7 @@ class TreePeer : public NativePeer, public TreeWindow {
   void ShowNode(const TreeNode& node);
   void ShowExpanded(const TreeNode& node);
 
-  // --- the user's input (tree_input.cpp)
+  // --- the user's input (tree_peer_input.cpp)
   /// What the user has done in the native control. Who hears of it may end the window, which the
   /// control does not survive: it is told when the control has handled its message.
   struct Action {

@@ -56,7 +56,7 @@ std::optional<LRESULT> TreePeer::OnTreeNotice(const NMHDR& header) {
 }
 
 void TreePeer::OnSelected(const NMTREEVIEWW& notice) {
-  // An item that goes takes the caret to a neighbour, which is nobody's choice.
+  // When the selected item is deleted the control selects a neighbour, which nobody has chosen.
   if (following_ || notice.action == TVC_UNKNOWN) return;
   Postpone(Action::Kind::kSelect, notice.itemNew.hItem);
 }

@@ -19,7 +19,7 @@ class ViewWindow::State : public PeerHost {
   explicit State(ViewWindowOptions options) : options_(std::move(options)) {}
 
   void Open(const ControlList& controls);
-  /// The owner goes: no callback after this.
+  /// The owner is being destroyed: no callback after this.
   void Close();
   bool Translate(MSG& message);
   bool FocusFirst();
@@ -29,7 +29,7 @@ class ViewWindow::State : public PeerHost {
 
  protected:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
-  void OnGone() override;
+  void OnDestroyed() override;
   void OnResized() override;
 
  private:
@@ -64,7 +64,7 @@ void ViewWindow::State::Close() {
   ClosePeers();
 }
 
-void ViewWindow::State::OnGone() {
+void ViewWindow::State::OnDestroyed() {
   if (options_.destroyed) std::exchange(options_.destroyed, {})();
 }
 

@@ -139,7 +139,7 @@ LRESULT Window::Dispatch(UINT message, WPARAM wparam, LPARAM lparam) noexcept {
   } catch (...) {
     // Nothing may unwind through the system. Views report their own errors before this.
   }
-  if (message == WM_NCDESTROY) host::Quietly([&] { Forget(keep != nullptr); });
+  if (message == WM_NCDESTROY) host::IgnoreErrors([&] { Forget(keep != nullptr); });
   return result;
 }
 
@@ -151,7 +151,7 @@ void Window::Forget(bool tell) {
     SetWindowLongPtrW(hwnd_, GWLP_USERDATA, 0);
   }
   hwnd_ = nullptr;
-  if (tell) OnGone();
+  if (tell) OnDestroyed();
 }
 
 LRESULT CALLBACK Window::SubclassEntry(HWND, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,

@@ -77,7 +77,7 @@ class Window : public std::enable_shared_from_this<Window> {
   /// Handles a message; the base class answers as the window's class does.
   virtual LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam);
   /// The window has gone; called once, also when its parent took it along.
-  virtual void OnGone() {}
+  virtual void OnDestroyed() {}
 
  private:
   friend class WindowClass;
