@@ -15,7 +15,14 @@ class CommandButton : public Captioned {
   /// button's. `KeyDown` is raised by the caller, before.
   bool HandleKey(Key key, Modifiers modifiers = {});
 
+  /// The Tab key stops here. Before the button has a window.
+  [[nodiscard]] bool TabStop() const { return tab_stop_; }
+  void SetTabStop(bool stop) { tab_stop_ = stop; }
+
   Event<> Clicked;
+
+ private:
+  bool tab_stop_ = true;
 };
 
 }  // namespace tavrix::viewkit

@@ -29,14 +29,20 @@ void LabelPeer::ApplyBounds() {
   InvalidateRect(Hwnd(), nullptr, FALSE);
 }
 
+COLORREF LabelPeer::TextColor() const {
+  if (!label_.Enabled()) return GetSysColor(COLOR_GRAYTEXT);
+  return label_.ForeColor() == color::kDefault ? Context().Ink() : ToColorRef(label_.ForeColor());
+}
+
 void LabelPeer::Paint(HDC dc) const {
   RECT client{};
   GetClientRect(Hwnd(), &client);
   FillRect(dc, &client, Context().back_brush.get());
+  if (label_.BackColor() != color::kDefault) Fill(dc, client, ToColorRef(label_.BackColor()));
   const SavedDc saved(dc);
   const Selected font(dc, Context().fonts->Get(false));
   SetBkMode(dc, TRANSPARENT);
-  SetTextColor(dc, label_.Enabled() ? Context().Ink() : GetSysColor(COLOR_GRAYTEXT));
+  SetTextColor(dc, TextColor());
   const std::wstring caption = host::Wide(label_.Caption());
   std::wstring text = WithoutMark(caption);
   if (CutToFit(dc, text, static_cast<int>(client.right)) != text) {

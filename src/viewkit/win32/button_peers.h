@@ -25,6 +25,7 @@ class LabelPeer : public CaptionPeer {
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:
+  [[nodiscard]] COLORREF TextColor() const;
   void Paint(HDC dc) const;
   Label& label_;
 };
@@ -62,6 +63,7 @@ class CommandButtonPeer : public ClickPeer {
   CommandButtonPeer(ViewContext& context, CommandButton& button)
       : ClickPeer(context, button), button_(button) {}
   void Open() override;
+  [[nodiscard]] bool TabStop() const override { return button_.TabStop(); }
   [[nodiscard]] bool WantsKey(Key key, Modifiers modifiers) const override;
 
  protected:

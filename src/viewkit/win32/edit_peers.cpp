@@ -32,7 +32,9 @@ constexpr WPARAM kControlA = 1;
 }  // namespace
 
 void EditPeer::Open() {
-  OpenNative({.class_name = L"EDIT", .style = ES_AUTOHSCROLL, .extended_style = WS_EX_CLIENTEDGE});
+  OpenNative({.class_name = L"EDIT",
+              .style = ES_AUTOHSCROLL | EditStyle(),
+              .extended_style = WS_EX_CLIENTEDGE});
   Tell(EM_SETLIMITTEXT, 0);
 }
 
@@ -46,7 +48,8 @@ bool EditPeer::WantsKey(Key key, Modifiers modifiers) const {
   return IsEditingKey(key, modifiers);
 }
 
-void EditPeer::OnContent(const Change&) {
+void EditPeer::OnContent(const Change& change) {
+  if (change.kind == Change::Kind::kSelection) return static_cast<void>(Tell(EM_SETSEL, 0, -1));
   const host::FlagScope showing(showing_);
   ShowText(ModelText());
 }
@@ -65,6 +68,12 @@ LRESULT EditPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   const bool by_key = message == WM_SETFOCUS && GetKeyState(VK_LBUTTON) >= 0;
   if (by_key && Alive()) Tell(EM_SETSEL, 0, -1);
   return result;
+}
+
+void TextBoxPeer::Open() {
+  EditPeer::Open();
+  if (box_.Placeholder().empty()) return;
+  Tell(EM_SETCUEBANNER, FALSE, reinterpret_cast<LPARAM>(host::Wide(box_.Placeholder()).c_str()));
 }
 
 void SearchBoxPeer::Open() {

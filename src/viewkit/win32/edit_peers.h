@@ -20,6 +20,8 @@ class EditPeer : public NativePeer {
   std::optional<LRESULT> OnNotify(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  protected:
+  /// Styles of the native box beyond those of all boxes.
+  [[nodiscard]] virtual DWORD EditStyle() const { return 0; }
   [[nodiscard]] virtual const std::string& ModelText() const = 0;
   virtual void SetModelText(std::string text) = 0;
   void ApplyBounds() override;
@@ -34,8 +36,10 @@ class EditPeer : public NativePeer {
 class TextBoxPeer : public EditPeer {
  public:
   TextBoxPeer(ViewContext& context, TextBox& box) : EditPeer(context, box), box_(box) {}
+  void Open() override;
 
  protected:
+  [[nodiscard]] DWORD EditStyle() const override { return box_.AlignsRight() ? ES_RIGHT : 0U; }
   [[nodiscard]] const std::string& ModelText() const override { return box_.Text(); }
   void SetModelText(std::string text) override { box_.SetText(std::move(text)); }
 

@@ -3,8 +3,10 @@
 #include <stdexcept>
 
 #include "viewkit/win32/button_peers.h"
+#include "viewkit/win32/date_peer.h"
 #include "viewkit/win32/edit_peers.h"
 #include "viewkit/win32/grid_peer.h"
+#include "viewkit/win32/list_peer.h"
 #include "viewkit/win32/splitter_peer.h"
 #include "viewkit/win32/tab_peer.h"
 #include "viewkit/win32/tree_peer.h"
@@ -36,6 +38,8 @@ std::shared_ptr<ControlPeer> MakePeer(ViewContext& context, Control& control) {
       Try<LabelPeer, Label>,
       Try<FramePeer, FrameBox>,
       Try<SplitterPeer, Splitter>,
+      Try<ListPeer, ListView>,
+      Try<DatePeer, DTPicker>,
   };
   for (const Maker make : kMakers) {
     if (auto peer = make(context, control)) return peer;
