@@ -39,6 +39,11 @@ desk/book/ledger book/ledger book/session book/sql book/database embedded host
 desk/book/host book/host book/ledger book/session book/sql book/database book/files host
 desk/book book book/* embedded host
 desk/views views book book/* embedded viewkit viewkit/* host
+desk/app/frame app/frame views viewkit viewkit/* host
+desk/app/container app/container app/frame app com host
+desk/app/controls app/controls app/container app/automation app com views book book/* viewkit viewkit/* host
+desk/app/posting app/posting app/controls app/container app/frame app com views book book/* viewkit viewkit/* host
+desk/app/balance app/balance app/frame views book book/* viewkit viewkit/* host
 desk/app app app/* views accessible com book book/* viewkit viewkit/* host"
 
 # The modules that may know Windows, and their suites.

@@ -278,8 +278,8 @@ void FrameWindow::OnDpi(const RECT& wanted) {
 /// The pictures are drawn in the user's colours, and only this window is told that they have
 /// changed.
 void FrameWindow::OnColors() {
-  for (const HWND part : {tool_bar_->Handle(), status_->Handle(), reports_->Hwnd()}) {
-    SendMessageW(part, WM_SYSCOLORCHANGE, 0, 0);
+  for (const HWND part : {tool_bar_->Handle(), status_->Handle(), reports_->Hwnd(), docked_}) {
+    if (part != nullptr) SendMessageW(part, WM_SYSCOLORCHANGE, 0, 0);
   }
   tool_bar_->SetStyle(style_);
   RedrawWindow(Hwnd(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);

@@ -5,30 +5,38 @@
 
 #include <algorithm>
 #include <array>
-#include <exception>
+#include <chrono>
+#include <utility>
 
 #include "app/frame/icons.h"
 #include "app/frame/popup_menu.h"
-#include "app/frame/search_strip.h"
-#include "app/posting/account_range.h"
-#include "app/posting/box_text.h"
-#include "app/posting/posting_ids.h"
-#include "book/ledger/money_text.h"
-#include "host/report.h"
+#include "host/error.h"
 #include "host/utf.h"
 
 namespace desk::app {
 namespace {
 
 namespace host = tavrix::host;
+namespace viewkit = tavrix::viewkit;
 namespace win32 = tavrix::viewkit::win32;
-using tavrix::host::Wide;
+using host::Narrow;
+using host::Wide;
 
 constexpr UINT kAccountLeft = WM_APP + 1;
 
 const win32::WindowClass& PaneClass() {
   static const win32::WindowClass pane(L"DeskPosting", CS_HREDRAW | CS_VREDRAW);
   return pane;
+}
+
+std::chrono::year_month_day Today() {
+  SYSTEMTIME now{};
+  GetLocalTime(&now);
+  return {std::chrono::year{now.wYear}, std::chrono::month{now.wMonth}, std::chrono::day{now.wDay}};
+}
+
+HWND WindowOf(const viewkit::Control& control) {
+  return reinterpret_cast<HWND>(control.WindowHandle());
 }
 
 }  // namespace
@@ -41,267 +49,161 @@ std::shared_ptr<PostingPane> PostingPane::Make(HWND parent, SharedStyle style, P
                              .style = WS_CHILD | WS_CLIPCHILDREN,
                              .extended_style = WS_EX_CONTROLPARENT,
                              .parent = parent});
-  pane->CreateParts();
-  PostingPane& self = *pane;
-  self.field_.Attach(
-      self.code_, self.style_,
-      {.account = self.plan_.account,
-       .typed = self.plan_.typed,
-       .system = self.plan_.system,
-       .changed = [&self] { self.ShowAccount(); },
-       .several =
-           [&self](const std::vector<PostingAccount>& accounts) { self.AddAccounts(accounts); }});
+  pane->MakeView();
   return pane;
 }
 
-void PostingPane::OnEdit(int id) {
-  if (id == kPostingCode) field_.OnTextChanged();
-  if (id == kPostingRangeCodes) OnRange();
+void PostingPane::MakeView() {
+  user_ = win32::WindowsUser({.owner = [this] { return GetAncestor(Hwnd(), GA_ROOT); }});
+  views::AccountChooser& chooser = *this;
+  view_ = std::make_unique<views::VoucherView>(
+      views::VoucherView::Plan{.session = plan_.session,
+                               .selected_code = plan_.selected_code,
+                               .post = plan_.post,
+                               // The focus is still on its way.
+                               .account_left = [this] { PostMessageW(Hwnd(), kAccountLeft, 0, 0); },
+                               .today = Today()},
+      chooser, user_);
+  view_->SetMeasure(style_->fonts);
+  OnColors();
+  controls_.emplace(view_->Controls(),
+                    win32::ViewWindowOptions{
+                        .parent = Hwnd(),
+                        .place = ViewArea(),
+                        .font = DeskFont(),
+                        .resized = [this](int width, int height) { view_->Resize(width, height); },
+                        .focus_moved = [this] { ShowDefaultButton(); }});
+  ShowDefaultButton();
 }
 
-void PostingPane::OnRange() {
-  const auto chosen = static_cast<std::size_t>(std::max(0, ComboBox_GetCurSel(range_)));
-  const AccountRange& range = AccountRanges()[chosen];
-  const bool typed = range.key != nullptr && range.value == nullptr;
-  EnableWindow(range_codes_, typed);
-  field_.SetRange(chosen, typed ? TrimmedText(range_codes_) : std::string());
+void PostingPane::OnDestroyed() {
+  drop_down_.reset();
+  controls_.reset();
 }
 
-void PostingPane::RemoveLine() {
-  const int row = ListView_GetNextItem(list_, -1, LVNI_SELECTED);
-  if (row < 0) return Answer(L"请选择要删除的分录", true, list_);
-  lines_.erase(lines_.begin() + row);
-  EditNew();
-  Answer({}, false);
+void PostingPane::SetStyle(SharedStyle style) {
+  // The view measures in the old fonts until it has the new ones.
+  view_->SetMeasure(style->fonts);
+  style_ = std::move(style);
+  if (drop_down_) drop_down_->SetStyle(style_);
+  Arrange();
 }
 
-bool PostingPane::MayForget(const wchar_t* question) const {
-  const bool typed = std::ranges::any_of(std::array{code_, debit_, credit_},
-                                         [](HWND box) { return !TrimmedText(box).empty(); });
-  if (lines_.empty() && !typed) return true;
-  const std::wstring lost =
-      lines_.empty() ? L"正在录入的分录" : L"已录入的" + std::to_wstring(lines_.size()) + L"条分录";
-  const std::wstring text = L"凭证还没有过账，" + lost + L"将会丢失。\n\n" + question;
-  return MessageBoxW(GetAncestor(Hwnd(), GA_ROOT), text.c_str(), L"提示：",
-                     MB_YESNO | MB_ICONWARNING | MB_DEFBUTTON2) == IDYES;
+RECT PostingPane::ViewArea() const {
+  RECT area = Client();
+  area.top = std::min<LONG>(style_->strip_height, area.bottom);
+  return area;
 }
 
-void PostingPane::FocusFirst() {
-  FocusBox(lines_.empty() && TrimmedText(code_).empty() ? date_ : code_);
+void PostingPane::Arrange() {
+  if (controls_) controls_->SetPlace(ViewArea());
 }
 
-void PostingPane::Clear() {
-  lines_.clear();
-  SetWindowTextW(summary_, L"");
-  EditNew();
+void PostingPane::OnColors() {
+  view_->SetAnswerColors(RefusedColor(), DoneColor());
+}
+
+RECT PostingPane::CloseButton() const {
+  return CrossArea(Client(), style_->strip_height, *style_);
+}
+
+void PostingPane::Paint(HDC dc, const RECT& area) {
+  const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
+  FillPane(dc, area, *style_);
+  const int icon = style_->small_icon_pixels;
+  PaintIcon(dc, Icon::kVoucher, design(8), (style_->strip_height - icon) / 2, icon);
+  const RECT close = CloseButton();
+  PaintCross(dc, close, *style_);
+  const win32::Selected font(dc, style_->BoldFont());
+  DrawLine(dc, L"录入凭证", {design(30), 0, close.left, style_->strip_height}, TextColor());
+}
+
+void PostingPane::ShowDefaultButton() {
+  if (!view_) return;
+  const viewkit::CommandButton& button = view_->DefaultButton();
+  for (std::size_t i = 0; i < view_->Controls().Count(); ++i) {
+    const auto* other = dynamic_cast<const viewkit::CommandButton*>(&view_->Controls().At(i));
+    if (other == nullptr || !other->TabStop() || WindowOf(*other) == nullptr) continue;
+    const LONG wanted = other == &button ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+    const LONG style = GetWindowLongW(WindowOf(*other), GWL_STYLE);
+    if ((style & BS_TYPEMASK) != wanted) {
+      Button_SetStyle(WindowOf(*other), (style & ~BS_TYPEMASK) | wanted, TRUE);
+    }
+  }
+}
+
+PickerDropDown& PostingPane::DropDown() {
+  if (drop_down_) return *drop_down_;
+  const auto system = plan_.system();
+  if (!system) throw host::HostError("没有打开的账簿");
+  drop_down_ = PickerDropDown::Make(GetAncestor(Hwnd(), GA_ROOT), style_, system.Get(),
+                                    {.closed = [this](const std::vector<std::wstring>& codes) {
+                                      std::vector<std::string> picked;
+                                      for (const auto& code : codes) picked.push_back(Narrow(code));
+                                      view_->Picked(picked);
+                                    }});
+  return *drop_down_;
+}
+
+void PostingPane::SetParameters(const std::shared_ptr<book::ParameterList>& parameters) {
+  Picker().SetParameters(parameters);
+}
+
+std::optional<std::string> PostingPane::Resolve(const std::string& typed) {
+  const auto code = Picker().Resolve(Wide(typed));
+  if (!code) return std::nullopt;
+  return Narrow(*code);
+}
+
+void PostingPane::Open(const std::string& sought) {
+  RECT field{};
+  GetWindowRect(WindowOf(view_->AccountBox()), &field);
+  DropDown().Open(field, Wide(sought));
 }
 
 void PostingPane::ForgetBook() {
-  field_.ForgetBook();
-  Clear();
-  Answer({}, false);
+  drop_down_.reset();
+  view_->ForgetBook();
 }
 
-book::Voucher PostingPane::ReadVoucher() const {
-  SYSTEMTIME date{};
-  DateTime_GetSystemtime(date_, &date);
-  book::Voucher voucher{.year = date.wYear, .month = date.wMonth, .day = date.wDay};
-  for (const Line& line : lines_) voucher.entries.push_back(line.entry);
-  return voucher;
+/// What dialogs do with Enter and Escape, and with a mnemonic, ends here.
+void PostingPane::OnCommand(int id) {
+  if (id == IDCANCEL) return plan_.close();
+  view_->Enter();
 }
 
-void PostingPane::PostVoucher() {
-  if (const auto open = OpenLine()) {
-    EditLine(*open);
-    return Answer(L"“" + lines_[*open].account.name + L"”还没有金额", true);
-  }
-  const book::Voucher voucher = ReadVoucher();
-  int number = 0;
-  try {
-    number = plan_.post(voucher);
-  } catch (const book::EntryRefused& refusal) {
-    Line& line = lines_[refusal.Position()];
-    if (const auto account = plan_.account(line.account.code)) line.account = *account;
-    EditLine(refusal.Position());
-    return Answer(Wide(refusal.what()), true, refusal.LacksPartner() ? partner_ : code_);
-  }
-  Clear();
-  Answer(L"已过账：" + std::to_wstring(voucher.year) + L"年" + std::to_wstring(voucher.month) +
-             L"月第" + std::to_wstring(number) + L"号凭证",
-         false, date_);
-}
-
-void PostingPane::ShowLines() {
-  ListView_DeleteAllItems(list_);
-  for (int row = 0; row < static_cast<int>(lines_.size()); ++row) {
-    const Line& line = lines_[static_cast<std::size_t>(row)];
-    const std::array<std::wstring, 6> cells = {
-        line.account.code,           line.account.name,
-        Wide(line.entry.summary),    SideText(line.entry.debit),
-        SideText(line.entry.credit), PartnersText(line.entry.auxiliary)};
-    LVITEMW item{};
-    item.mask = LVIF_TEXT;
-    item.iItem = row;
-    item.pszText = const_cast<wchar_t*>(cells[0].c_str());
-    ListView_InsertItem(list_, &item);
-    for (int column = 1; column < static_cast<int>(cells.size()); ++column) {
-      ListView_SetItemText(list_, row, column,
-                           const_cast<wchar_t*>(cells[static_cast<std::size_t>(column)].c_str()));
-    }
-  }
-  const int shown = static_cast<int>(edited_.value_or(lines_.size() - 1));
-  if (edited_) ListView_SetItemState(list_, shown, LVIS_SELECTED, LVIS_SELECTED);
-  if (!lines_.empty()) ListView_EnsureVisible(list_, shown, FALSE);
-  InvalidateRect(Hwnd(), nullptr, FALSE);
-}
-
-void PostingPane::Answer(std::wstring text, bool refusal, HWND box) {
-  answer_ = std::move(text);
-  refusal_ = refusal;
-  InvalidateRect(Hwnd(), nullptr, FALSE);
-  if (box != nullptr) FocusBox(box);
-}
-
-HWND PostingPane::BoxAfter(HWND box) const {
-  if (box == date_) return summary_;
-  if (box == summary_ || box == range_codes_) return code_;
-  if (box == range_) return IsWindowEnabled(range_codes_) ? range_codes_ : code_;
-  const bool debit_empty = box == debit_ && TrimmedText(debit_).empty();
-  if (debit_empty && TrimmedText(credit_).empty()) return credit_;
-  const bool asks_partner = IsWindowEnabled(partner_) && TrimmedText(partner_).empty();
-  return (box == debit_ || box == credit_) && asks_partner ? partner_ : nullptr;
-}
-
-void PostingPane::EditSelected() {
-  const int row = ListView_GetNextItem(list_, -1, LVNI_SELECTED);
-  if (row >= 0) EditLine(static_cast<std::size_t>(row));
-}
-
-/// Enter in a box goes on, from the last one of an entry into the list.
-void PostingPane::OnEnter() {
-  const HWND focus = GetFocus();
-  if (focus == list_) return EditSelected();
-  // Enter in the account's box ends the typing there; an empty box goes on too.
-  if (focus == code_) {
-    return FocusBox(ResolveAccount() || TrimmedText(code_).empty() ? debit_ : code_);
-  }
-  if (const HWND next = BoxAfter(focus)) return FocusBox(next);
-  AddLine();
-}
-
-bool PostingPane::IsButton(HWND window) const {
-  const std::array buttons = {several_, take_, add_, remove_, clear_, post_};
-  return std::ranges::find(buttons, window) != buttons.end();
-}
-
-/// The button that Enter presses looks like it.
-void PostingPane::ShowDefault(HWND button) {
-  for (const HWND other : {several_, take_, add_, remove_, clear_, post_}) {
-    const LONG kind = other == button ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
-    Button_SetStyle(other, kind | BS_NOTIFY, TRUE);
-  }
-}
-
-void PostingPane::OnCommand(int id, int code) {
-  try {
-    if (code == EN_CHANGE) return OnEdit(id);
-    if (code == BN_SETFOCUS) return ShowDefault(GetDlgItem(Hwnd(), id));
-    if (code == BN_KILLFOCUS) return ShowDefault(add_);
-    if (id == kPostingRange && code == CBN_SELCHANGE) return OnRange();
-    // The focus is still on its way.
-    if (id == kPostingCode && code == EN_KILLFOCUS) {
-      PostMessageW(Hwnd(), kAccountLeft, 0, 0);
-      return;
-    }
-    if (code != BN_CLICKED) return;
-    OnButton(id);
-  } catch (const std::exception& error) {
-    Answer(Wide(host::ErrorText(error)), true, code_);
-  }
-}
-
-void PostingPane::OnButton(int id) {
-  switch (id) {
-    case IDOK:
-      return OnEnter();
-    case IDCANCEL:
-      return plan_.close();
-    case kPostingDrop:
-      return field_.Open(false);
-    case kPostingSeveral:
-      return field_.Open(true);
-    case kPostingTake:
-      return TakeSelected();
-    case kPostingRemove:
-      return RemoveLine();
-    case kPostingPost:
-      return PostVoucher();
-    case kPostingClear:
-      if (!lines_.empty() && !MayForget(L"是否清空？")) return;
-      Clear();
-      return Answer({}, false, date_);
-    default:
-      return;
-  }
-}
-
-/// The user has gone on from the account's box, unless to what belongs to it.
-void PostingPane::OnAccountLeft() {
-  const HWND focus = GetFocus();
-  const bool stays = field_.IsOpen() || focus == nullptr || focus == code_ || focus == drop_ ||
-                     focus == several_ || focus == range_ || focus == range_codes_;
-  if (stays) return;
-  // Who goes on with the entry comes back to what was refused; who leaves it may.
-  const bool goes_on = focus == debit_ || focus == credit_ || focus == partner_;
-  try {
-    if (!ResolveAccount() && refusal_ && goes_on) FocusBox(code_);
-  } catch (const std::exception& error) {
-    Answer(Wide(host::ErrorText(error)), true);
-  }
-}
-
-void PostingPane::OnNotice(const NMHDR& header) {
-  if (header.idFrom != kPostingList) return;
-  switch (header.code) {
-    case NM_DBLCLK:
-      return EditSelected();
-    case NM_SETFOCUS:
-      if (ListView_GetNextItem(list_, -1, LVNI_SELECTED) < 0) {
-        constexpr UINT kShown = LVIS_SELECTED | LVIS_FOCUSED;
-        ListView_SetItemState(list_, ListView_GetItemCount(list_) - 1, kShown, kShown);
-      }
-      [[fallthrough]];
-    case NM_KILLFOCUS:  // the frame around the list comes and goes
-      InvalidateRect(Hwnd(), nullptr, FALSE);
-      return;
-    case LVN_KEYDOWN:
-      if (reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey == VK_DELETE) RemoveLine();
-      return;
-    default:
-      return;
-  }
-}
-
-/// Boxes have the system's own menu.
+/// Boxes have the system's own menu. Which window the message names depends on how many have passed
+/// it on.
 void PostingPane::OnContextMenu(LPARAM place) {
-  const bool chosen = ListView_GetNextItem(list_, -1, LVNI_SELECTED) >= 0;
+  constexpr LPARAM kByKey = -1;
+  const HWND part =
+      place == kByKey ? GetFocus() : WindowFromPoint({GET_X_LPARAM(place), GET_Y_LPARAM(place)});
+  if (part != WindowOf(view_->Lines())) return;
+  const bool chosen = view_->HasChosenLine();
+  const bool lines = view_->HasLines();
   const std::array entries = {MenuEntry{L"修改分录(&M)\tEnter", chosen},
                               MenuEntry{L"删除分录(&D)\tDel", chosen}, MenuEntry{},
-                              MenuEntry{L"过账(&G)", !lines_.empty()},
-                              MenuEntry{L"清空(&E)", !lines_.empty()}};
-  const auto entry = ChooseEntry(Hwnd(), MenuPlaceInList(list_, place), entries);
-  if (entry == 0U) EditSelected();
-  if (entry == 1U) RemoveLine();
-  if (entry == 3U) OnCommand(kPostingPost, BN_CLICKED);
-  if (entry == 4U) OnCommand(kPostingClear, BN_CLICKED);
+                              MenuEntry{L"过账(&G)", lines}, MenuEntry{L"清空(&E)", lines}};
+  const auto entry = ChooseEntry(Hwnd(), MenuPlaceInList(part, place), entries);
+  if (entry == 0U) view_->EditChosen();
+  if (entry == 1U) view_->RemoveChosen();
+  if (entry == 3U) view_->Post();
+  if (entry == 4U) view_->AskClear();
+}
+
+bool PostingPane::UseKey(const MSG& message) {
+  const bool key = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+  const auto code = static_cast<viewkit::Key>(message.wParam);
+  if (key) return view_->UseKey(code, win32::ModifiersNow());
+  return message.message == WM_CHAR && view_->UseCharacter(static_cast<char32_t>(message.wParam));
 }
 
 bool PostingPane::Translate(MSG& message) {
-  if (field_.Translate(message)) return true;
-  const bool in_amount = message.hwnd == debit_ || message.hwnd == credit_;
-  if (!in_amount || message.message != WM_CHAR || message.wParam != L'=') return false;
-  Balance();
-  return true;
+  if (drop_down_) {
+    const auto keep = drop_down_;
+    if (keep->Translate(message)) return true;
+  }
+  return IsChild(Hwnd(), message.hwnd) && UseKey(message);
 }
 
 LRESULT PostingPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -312,25 +214,23 @@ LRESULT PostingPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       return 0;
     }
     case WM_COMMAND:
-      OnCommand(LOWORD(wparam), HIWORD(wparam));
-      return 0;
-    case WM_NOTIFY:
-      OnNotice(*reinterpret_cast<const NMHDR*>(lparam));
+      OnCommand(LOWORD(wparam));
       return 0;
     case WM_SETFOCUS:
       FocusFirst();
       return 0;
     case WM_CONTEXTMENU:
-      if (reinterpret_cast<HWND>(wparam) == list_) OnContextMenu(lparam);
+      OnContextMenu(lparam);
+      return 0;
+    case WM_SYSCOLORCHANGE:
+      OnColors();
+      if (controls_) SendMessageW(controls_->Handle(), message, wparam, lparam);
       return 0;
     case kAccountLeft:
-      OnAccountLeft();
+      if (GetFocus() != nullptr) view_->OnAccountLeft();
       return 0;
-    case DM_GETDEFID: {
-      const HWND focus = GetFocus();
-      const int id = IsButton(focus) ? GetDlgCtrlID(focus) : IDOK;
-      return MAKELRESULT(id, DC_HASDEFID);
-    }
+    case DM_GETDEFID:
+      return MAKELRESULT(IDOK, DC_HASDEFID);
     default:
       return Pane::OnMessage(message, wparam, lparam);
   }

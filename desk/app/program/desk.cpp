@@ -27,7 +27,7 @@ using tavrix::host::Narrow;
 using tavrix::host::Wide;
 
 constexpr wchar_t kTitle[] = L"会计科目";
-constexpr wchar_t kLeaveBook[] = L"是否打开另一账簿？";
+constexpr char kLeaveBook[] = "是否打开另一账簿？";
 constexpr char kDeskSection[] = "desk";
 constexpr char kCompanyKey[] = "company";
 constexpr char kCurrencyKey[] = "currency";
@@ -168,7 +168,7 @@ void Desk::OnStyle() {
 }
 
 bool Desk::OnClosing() {
-  if (!posting_->MayForget(L"是否关闭程序？")) return false;
+  if (!posting_->MayForget("是否关闭程序？")) return false;
   wait_->OnClosing();
   settings_.Save(frame_->Hwnd(), DeskSettings::kFrame);
   settings_.SaveReportHeight(frame_->Reports().DesignHeight());
@@ -322,21 +322,14 @@ void Desk::TellWire() {
 
 PostingPlan Desk::MakePostingPlan() {
   PostingPlan plan;
-  plan.account = [this](const std::wstring& code) -> std::optional<PostingAccount> {
-    if (!open_) return std::nullopt;
-    return FindPostingAccount(open_->book.GetSession(), Narrow(code));
-  };
-  plan.typed = [this](const std::wstring& typed) -> std::vector<PostingAccount> {
-    if (!open_) return {};
-    return FindTypedAccounts(open_->book.GetSession(), Narrow(typed));
-  };
+  plan.session = [this] { return open_ ? &open_->book.GetSession() : nullptr; };
   plan.system = [this]() -> ComPtr<IDispatch> {
     if (!open_) return nullptr;
     return Make<ComSystem>(open_->book.System());
   };
   plan.selected_code = [this] {
     const auto account = View() ? View()->SelectedAccount() : std::nullopt;
-    return account ? account->code : std::wstring();
+    return account ? Narrow(account->code) : std::string();
   };
   plan.post = [this](const book::Voucher& voucher) {
     if (!open_) throw host::HostError("没有打开的账簿");

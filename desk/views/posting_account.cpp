@@ -1,37 +1,33 @@
-#include "app/posting/posting_account.h"
+#include "views/posting_account.h"
 
 #include <array>
 
-#include "host/utf.h"
-
-namespace desk::app {
+namespace desk::views {
 namespace {
 
 namespace host = tavrix::host;
 
 struct Flag {
   Partner partner;
-  const wchar_t* name;
+  const char* name;
 };
 
 /// In the order of the columns in the statement below.
-constexpr std::array kFlags = {Flag{Partner::kDepartment, L"部门"}, Flag{Partner::kPerson, L"个人"},
-                               Flag{Partner::kCustomer, L"客户"},
-                               Flag{Partner::kSupplier, L"供应商"},
-                               Flag{Partner::kProject, L"项目"}};
+constexpr std::array kFlags = {Flag{Partner::kDepartment, "部门"}, Flag{Partner::kPerson, "个人"},
+                               Flag{Partner::kCustomer, "客户"}, Flag{Partner::kSupplier, "供应商"},
+                               Flag{Partner::kProject, "项目"}};
 
 const std::string kSelect =
     "select ccode,ccode_name,bend,bdept,bperson,bcus,bsup,bitem from gl_code where ";
 
 PostingAccount ReadAccount(const book::Rows& rows) {
-  using tavrix::host::Wide;
   constexpr int kCode = 0;
   constexpr int kName = 1;
   constexpr int kLeaf = 2;
   constexpr int kFirstFlag = 3;
   PostingAccount account;
-  account.code = Wide(rows.Get(kCode).ToText());
-  account.name = Wide(rows.Get(kName).ToText());
+  account.code = rows.Get(kCode).ToText();
+  account.name = rows.Get(kName).ToText();
   account.leaf = rows.Get(kLeaf).ToNumber() != 0;
   for (std::size_t i = 0; i < kFlags.size(); ++i) {
     const int column = kFirstFlag + static_cast<int>(i);
@@ -42,17 +38,17 @@ PostingAccount ReadAccount(const book::Rows& rows) {
 
 }  // namespace
 
-const wchar_t* NameOf(Partner partner) {
+const char* NameOf(Partner partner) {
   return kFlags[static_cast<std::size_t>(partner)].name;
 }
 
-std::wstring PartnersText(const book::Auxiliary& auxiliary) {
+std::string PartnersText(const book::Auxiliary& auxiliary) {
   std::string text;
   for (const std::string* part : {&auxiliary.department, &auxiliary.person, &auxiliary.customer,
                                   &auxiliary.supplier, &auxiliary.project}) {
     if (!part->empty()) text += (text.empty() ? "" : "/") + *part;
   }
-  return tavrix::host::Wide(text);
+  return text;
 }
 
 std::optional<PostingAccount> FindPostingAccount(book::Session& session, const std::string& code) {
@@ -72,4 +68,4 @@ std::vector<PostingAccount> FindTypedAccounts(book::Session& session, const std:
   return accounts;
 }
 
-}  // namespace desk::app
+}  // namespace desk::views

@@ -6,11 +6,11 @@
 
 #include "book/host/parameters.h"
 
-namespace desk::app {
+namespace desk::views {
 
 /// A choice of which accounts a voucher line may take, besides that they are leaf accounts.
 struct AccountRange {
-  const wchar_t* title;
+  const char* title;
   const char* key = nullptr;    ///< the picker's parameter; null for none
   const char* value = nullptr;  ///< null: the user types it
 };
@@ -23,4 +23,4 @@ struct AccountRange {
                                                                 const std::string& typed,
                                                                 bool single);
 
-}  // namespace desk::app
+}  // namespace desk::views

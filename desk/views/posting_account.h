@@ -7,23 +7,23 @@
 #include "book/ledger/posting.h"
 #include "book/session/session.h"
 
-namespace desk::app {
+namespace desk::views {
 
 /// What an entry may have to name beside its account, in the order of the account's flags.
 enum class Partner { kDepartment, kPerson, kCustomer, kSupplier, kProject };
 
 /// An account as vouchers need it.
 struct PostingAccount {
-  std::wstring code;
-  std::wstring name;
+  std::string code;
+  std::string name;
   bool leaf = false;
   std::vector<Partner> wanted;
 };
 
 /// "部门", "客户" and so on.
-[[nodiscard]] const wchar_t* NameOf(Partner partner);
+[[nodiscard]] const char* NameOf(Partner partner);
 /// All that an entry names, with a slash between.
-[[nodiscard]] std::wstring PartnersText(const book::Auxiliary& auxiliary);
+[[nodiscard]] std::string PartnersText(const book::Auxiliary& auxiliary);
 
 /// Nothing when there is no account of that code. Throws what the database raises.
 [[nodiscard]] std::optional<PostingAccount> FindPostingAccount(book::Session& session,
@@ -34,4 +34,4 @@ struct PostingAccount {
 [[nodiscard]] std::vector<PostingAccount> FindTypedAccounts(book::Session& session,
                                                             const std::string& typed);
 
-}  // namespace desk::app
+}  // namespace desk::views
