@@ -40,6 +40,9 @@ TEST(Commands, NoTwoShareAKeyAMnemonicOrANumber) {
     const viewkit::Modifiers& with = info.key.modifiers;
     EXPECT_EQ(entry.find("Ctrl+") != std::string::npos, with.control) << text;
     EXPECT_EQ(entry.find("Shift+") != std::string::npos, with.shift) << text;
+    const int code = static_cast<int>(info.key.code);  // of a letter or digit: itself
+    const bool character = (code >= '0' && code <= '9') || (code >= 'A' && code <= 'Z');
+    EXPECT_TRUE(!character || entry.back() == code) << text;
   }
   for (const Command command : ListMenu()) {
     EXPECT_TRUE(command == Command::kNone || FindCommand(command) != nullptr);
