@@ -47,7 +47,8 @@ template <class Visit>
 void GridTotals::ForEachRow(Visit&& visit) const {
   const std::span<const std::uint16_t> totals = outline_.Totals();
   int place = 0;
-  for (int row = 0; row < cells_.Rows(); ++row) {
+  const int rows = cells_.Rows();
+  for (int row = 0; row < rows; ++row) {
     if (totals.empty() || ItemAt(totals, row) == 0) visit(row, place++);
   }
 }
@@ -119,8 +120,11 @@ void GridTotals::FindEnds(Level& level) const {
     auto before = texts.begin();
     for (const int col : cols) {
       const std::string_view text = cells_.Text(row, col);
-      other = other || text != *before;
-      *before++ = text;
+      if (text != *before) {
+        *before = text;
+        other = true;
+      }
+      ++before;
     }
     return other;
   };
