@@ -26,7 +26,8 @@ class ServerWitness {
     Own("create table " + name_ + "_hr.pay(i_id integer,ccode text,salary integer)");
     Own("create schema " + name_);
     Own("set search_path to " + name_ + "," + name_ + "_hr");
-    for (const std::string& sql : desk::book::SchemaScript(desk::book::Flavor::kPostgres)) Own(sql);
+    for (const std::string& sql : desk::book::SchemaScript(desk::book::SqlDialect::kPostgres))
+      Own(sql);
     // What the triggers touch is not the statement's affair.
     Own("alter table gl_code disable trigger user");
     Own("create table a(i_id integer,ccode text,salary integer)");
@@ -82,7 +83,7 @@ class ServerWitness {
     } catch (const desk::book::DatabaseError& error) {
       const std::string text = error.what();
       RequireNear(text.find("permission denied") == std::string::npos, text);
-      RequireNear(error.Reason() != desk::book::Trouble::kGone, text);
+      RequireNear(error.Kind() != desk::book::ErrorKind::kGone, text);
       // All that follows would be refused for that, and nothing looked at.
       RequireNear(text.find("transaction is aborted") == std::string::npos, text);
       return false;

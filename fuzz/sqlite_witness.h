@@ -22,7 +22,8 @@ class SqliteWitness {
   SqliteWitness() {
     Require(sqlite3_open(":memory:", &database_) == SQLITE_OK);
     desk::book::AddSqliteFunctions(database_);
-    for (const std::string& sql : desk::book::SchemaScript(desk::book::Flavor::kSqlite)) Run(sql);
+    for (const std::string& sql : desk::book::SchemaScript(desk::book::SqlDialect::kSqlite))
+      Run(sql);
     Run("attach ':memory:' as hr");
     Run("create table hr.pay(i_id,ccode,salary)");
     Run("create table pay(i_id,ccode,salary)");

@@ -54,7 +54,7 @@ std::int64_t RowsOf(Connection& connection, const LoadPlan& part) {
 }
 
 DatabaseError Cancellation() {
-  return {Trouble::kOther, "复制已取消"};
+  return {ErrorKind::kOther, "复制已取消"};
 }
 
 /// Tells how far the copy has come, also while a server is waited for.
@@ -211,14 +211,14 @@ void PassByCursor(Connection& connection, const std::string& query, CellSink& si
   for (;;) {
     const auto rows = connection.Query("fetch 10000 from copied_rows", Origin::kDesk);
     if (!rows->Next()) break;
-    rows->PassRest(sink);
+    rows->ReadAll(sink);
   }
   connection.Execute("close copied_rows", Origin::kDesk);
 }
 
 void Pass(Connection& connection, const std::string& query, CellSink& sink) {
-  if (connection.Makes() == Flavor::kPostgres) return PassByCursor(connection, query, sink);
-  if (const auto rows = connection.Query(query, Origin::kDesk); rows->Next()) rows->PassRest(sink);
+  if (connection.Dialect() == SqlDialect::kPostgres) return PassByCursor(connection, query, sink);
+  if (const auto rows = connection.Query(query, Origin::kDesk); rows->Next()) rows->ReadAll(sink);
 }
 
 Contents Load(Connection& source, Connection& target, const LoadPlan& part, Progress& progress) {
@@ -234,7 +234,7 @@ Contents Load(Connection& source, Connection& target, const LoadPlan& part, Prog
 Contents ContentsOf(Connection& target, const LoadPlan& part, Progress& progress) {
   if (part.columns.empty()) return {};
   progress.Enter(part.table, true);
-  if (target.Makes() == Flavor::kPostgres) {
+  if (target.Dialect() == SqlDialect::kPostgres) {
     RowContents kept(progress);
     Pass(target, TextOfRow(part), kept);
     return kept.Seen();
@@ -250,7 +250,7 @@ class StillSource {
   explicit StillSource(Session& source) : connection_(source.Own()) {
     if (!connection_.ReadOnly()) {
       transaction_ = std::make_unique<Transaction>(source);
-    } else if (connection_.Makes() == Flavor::kPostgres) {
+    } else if (connection_.Dialect() == SqlDialect::kPostgres) {
       connection_.Execute("begin isolation level repeatable read read only", Origin::kDesk);
     }
   }
@@ -276,7 +276,7 @@ std::vector<CopiedTable> Fill(Session& source, Session& target, Progress& progre
   std::vector<CopiedTable> copied;
   for (std::size_t i = 0; i < parts.size(); ++i) {
     if (sent[i] != ContentsOf(target.Own(), parts[i], progress)) {
-      throw DatabaseError(Trouble::kOther, "复制后的数据与原来的不一致：" + parts[i].table);
+      throw DatabaseError(ErrorKind::kOther, "复制后的数据与原来的不一致：" + parts[i].table);
     }
     copied.push_back({parts[i].table, sent[i].Rows()});
   }

@@ -27,9 +27,9 @@ std::string InsertStart(const LoadPlan& plan) {
 }
 
 [[noreturn]] void Refuse(const LoadPlan& plan, const std::string& key, const DatabaseError& error) {
-  throw DatabaseError(error.Reason(), "不能复制表 " + plan.table + " 中 " +
-                                          std::string(plan.columns.front().name) + "=" + key +
-                                          " 的行：" + error.what());
+  throw DatabaseError(error.Kind(), "不能复制表 " + plan.table + " 中 " +
+                                        std::string(plan.columns.front().name) + "=" + key +
+                                        " 的行：" + error.what());
 }
 
 class SingleLoader final : public RowLoader {
@@ -228,7 +228,7 @@ class ArrayLoader final : public RowLoader {
   /// The server has refused these rows. It is asked for half of them, and so on, until it is known
   /// which row it is.
   void Divide(std::size_t first, std::size_t end, const DatabaseError& error) {
-    if (error.Reason() == Trouble::kGone) throw DatabaseError(error);
+    if (error.Kind() == ErrorKind::kGone) throw DatabaseError(error);
     if (end - first == 1) Refuse(plan_, sent_.Key(first), error);
     connection_.Execute("rollback to savepoint loaded_rows", Origin::kDesk);
     const std::size_t middle = first + (end - first) / 2;
@@ -276,7 +276,7 @@ class ArrayLoader final : public RowLoader {
 }  // namespace
 
 std::unique_ptr<RowLoader> NewRowLoader(Connection& connection, LoadPlan plan) {
-  if (connection.Makes() == Flavor::kPostgres) {
+  if (connection.Dialect() == SqlDialect::kPostgres) {
     return std::make_unique<ArrayLoader>(connection, std::move(plan));
   }
   return std::make_unique<SingleLoader>(connection, std::move(plan));

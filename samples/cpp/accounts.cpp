@@ -119,6 +119,18 @@ std::wstring Cell(const Ref<IFlexGrid>& grid, long row, long col) {
   return text.Words();
 }
 
+/// The rows of a list that show accounts, from `first` on up to `end`.
+struct Rows {
+  long first = 0;
+  long end = 0;
+};
+Rows RowsOf(const Ref<IFlexGrid>& grid) {
+  Rows rows;
+  grid->get_FixedRows(&rows.first);
+  grid->get_Rows(&rows.end);
+  return rows;
+}
+
 /// Loads the chart and prints the page of all accounts.
 bool Load(const Ref<IUnknown>& view, IDispatch* system) {
   const auto form = view.As<IFormUI>();
@@ -126,12 +138,11 @@ bool Load(const Ref<IUnknown>& view, IDispatch* system) {
   if (FAILED(form->Init(&system, 0, 0, &done)) || done == VARIANT_FALSE) return false;
   form->Refresh(&done);  // every command is called so: form->FileNew(&done)
   const auto grid = Child<IFlexGrid>(view, L"Vs(0)");
-  long rows = 0;
-  long first = 0;
-  grid->get_Rows(&rows);
-  grid->get_FixedRows(&first);
-  Print(L"Kjkm: " + std::to_wstring(rows - first) + L" accounts");
-  for (long row = first; row < rows; ++row) Print(Cell(grid, row, 0) + L" " + Cell(grid, row, 1));
+  const Rows rows = RowsOf(grid);
+  Print(L"Kjkm: " + std::to_wstring(rows.end - rows.first) + L" accounts");
+  for (long row = rows.first; row < rows.end; ++row) {
+    Print(Cell(grid, row, 0) + L" " + Cell(grid, row, 1));
+  }
   return true;
 }
 
@@ -147,11 +158,8 @@ bool Pick(IDispatch* system) {
   picker->putref_Parameters(parameters.Get());
   picker->Refresh(&done);
   const auto grid = Child<IFlexGrid>(view, L"Vs");
-  long rows = 0;
-  long first = 0;
-  grid->get_Rows(&rows);
-  grid->get_FixedRows(&first);
-  Print(L"selKjkm: " + std::to_wstring(rows - first) + L" accounts");
+  const Rows rows = RowsOf(grid);
+  Print(L"selKjkm: " + std::to_wstring(rows.end - rows.first) + L" accounts");
 
   // What a user has typed elsewhere.
   const Text none;

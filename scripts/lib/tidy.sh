@@ -13,7 +13,7 @@ tidy_sources() {
   list_tidy_units native-debug >"$tidy_work/native-debug"
   list_tidy_units win64 >"$tidy_work/win64"
   [[ -s $tidy_work/native-debug ]] || { warn "no sources to judge"; return 1; }
-  # The rooms that know Windows are judged as Windows sources, all others natively.
+  # The modules that know Windows are judged as Windows sources, all others natively.
   awk -F '\t' 'NR == FNR { native[$1]; next } !($1 in native)' \
     "$tidy_work/native-debug" "$tidy_work/win64" >"$tidy_work/windows"
   write_tidy_keys native-debug "$tidy_work/native-debug"

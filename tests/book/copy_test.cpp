@@ -141,7 +141,7 @@ TEST_F(CopyTest, ARowThatTheServerKeepsOtherwiseIsFound) {
     {
       const auto server = EngineFor(place).Open({.path = place});
       const auto run = [&](const std::string& sql) { server->Execute(sql, Origin::kDesk); };
-      for (const std::string& sql : SchemaScript(server->Makes())) run(sql);
+      for (const std::string& sql : SchemaScript(server->Dialect())) run(sql);
       run("create function spoil() returns trigger language plpgsql as $$begin " +
           std::string(change) + ";return new;end$$");
       run("create trigger spoil before insert on gl_accvouch for each row when (new.i_id=7) "

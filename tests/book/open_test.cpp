@@ -225,7 +225,7 @@ TEST_F(OpenTest, ABookThatIsHeldForAMomentIsNotOpenedForReading) {
   try {
     EXPECT_FALSE(Book::Open(place).ReadOnly());
   } catch (const DatabaseError& error) {
-    EXPECT_EQ(error.Reason(), Trouble::kLocked) << error.what();
+    EXPECT_EQ(error.Kind(), ErrorKind::kLocked) << error.what();
   }
   ends.join();
 }

@@ -66,24 +66,24 @@ TEST(ConnectionString, OnlyAnOpenWayToAnotherMachineIsWarnedOf) {
 }
 
 /// What the script of an engine in docs/schema must hold.
-std::string ScriptText(Flavor flavor) {
+std::string ScriptText(SqlDialect dialect) {
   std::string text;
-  for (const std::string& statement : SchemaScript(flavor)) text += statement + ";\n";
+  for (const std::string& statement : SchemaScript(dialect)) text += statement + ";\n";
   return text;
 }
 
 TEST(SchemaScriptTest, TheDocumentedScriptsMakeTheTablesThatTheDeskMakes) {
-  const std::pair<const char*, Flavor> scripts[] = {{"postgresql", Flavor::kPostgres},
-                                                    {"sqlserver", Flavor::kSqlServer},
-                                                    {"access", Flavor::kAccess},
-                                                    {"mariadb", Flavor::kMariaDb}};
-  for (const auto& [name, flavor] : scripts) {
+  const std::pair<const char*, SqlDialect> scripts[] = {{"postgresql", SqlDialect::kPostgres},
+                                                        {"sqlserver", SqlDialect::kSqlServer},
+                                                        {"access", SqlDialect::kAccess},
+                                                        {"mariadb", SqlDialect::kMariaDb}};
+  for (const auto& [name, dialect] : scripts) {
     std::ifstream file(std::string(TAVRIX_SOURCE "/docs/schema/") + name + ".sql",
                        std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_EQ(text, ScriptText(flavor)) << name;
+    EXPECT_EQ(text, ScriptText(dialect)) << name;
   }
-  EXPECT_THROW((void)SchemaScript(Flavor::kOther), DatabaseError);
+  EXPECT_THROW((void)SchemaScript(SqlDialect::kOther), DatabaseError);
 }
 
 /// On the server that the environment names.
@@ -100,12 +100,12 @@ class ServerTest : public testing::Test {
     return Book::Open(
         {.path = place_, .access = access, .patience = std::chrono::milliseconds(50)});
   }
-  static std::string Failure(const std::function<void()>& action, Trouble* reason = nullptr) {
+  static std::string Failure(const std::function<void()>& action, ErrorKind* reason = nullptr) {
     try {
       action();
       return {};
     } catch (const DatabaseError& error) {
-      if (reason != nullptr) *reason = error.Reason();
+      if (reason != nullptr) *reason = error.Kind();
       return error.what();
     }
   }
@@ -135,7 +135,7 @@ TEST_F(ServerTest, ABookIsMadeOnceAndComesBack) {
 
 TEST_F(ServerTest, TablesThatAnAdministratorHasMadeAreFilledOnce) {
   const auto administrator = EngineFor(place_).Open({.path = place_});
-  for (const std::string& statement : SchemaScript(Flavor::kPostgres)) {
+  for (const std::string& statement : SchemaScript(SqlDialect::kPostgres)) {
     administrator->Execute(statement, Origin::kDesk);
   }
   EXPECT_EQ(Scalar(CreateBook(), "select count(*) from gl_code"), "8");
@@ -145,14 +145,14 @@ TEST_F(ServerTest, TablesThatAnAdministratorHasMadeAreFilledOnce) {
 
 TEST_F(ServerTest, AFailedCreationLeavesNothing) {
   const Account twice = {.code = "1001", .name = "a", .category = "资产"};
-  Trouble reason = Trouble::kOther;
+  ErrorKind reason = ErrorKind::kOther;
   EXPECT_THAT(Failure(
                   [&] {
                     (void)Book::Create(place_, {.accounts = {twice, twice}});
                   },
                   &reason),
               HasSubstr("科目编码重复"));
-  EXPECT_EQ(reason, Trouble::kDuplicate);
+  EXPECT_EQ(reason, ErrorKind::kDuplicate);
   EXPECT_EQ(Scalar(CreateBook(), "select count(*) from gl_code"), "8");
 }
 
@@ -188,7 +188,7 @@ TEST_F(ServerTest, ValuesOfEveryKindPassUnharmed) {
   EXPECT_EQ(rows->Get(5).ToText(), "");
   host::RowSet set(6);
   RowSetSink sink(set);
-  rows->PassRest(sink);
+  rows->ReadAll(sink);
   EXPECT_EQ(set.Rows(), 1U);
   EXPECT_EQ(set.Text(0, 3), text);
   EXPECT_TRUE(set.IsNull(0, 2));
@@ -336,9 +336,9 @@ TEST_F(ServerTest, AfterTheServerWentAwayTheNextStatementsConnectAnew) {
     tavrix::test::Run(book, sql);
     user.Away();
     user.Back();
-    Trouble reason = Trouble::kOther;
+    ErrorKind reason = ErrorKind::kOther;
     EXPECT_NE(Failure([&] { tavrix::test::Run(book, sql); }, &reason), "");
-    EXPECT_EQ(reason, Trouble::kGone);
+    EXPECT_EQ(reason, ErrorKind::kGone);
     EXPECT_NE(Failure([&] { tavrix::test::Run(book, sql); }), "") << "half a transaction";
     EXPECT_NE(Failure([&] { transaction.Commit(); }), "");
   }

@@ -43,14 +43,14 @@ class SilentServer : public testing::Test {
       action();
     } catch (const DatabaseError& error) {
       text = error.what();
-      reason_ = error.Reason();
+      reason_ = error.Kind();
     }
     EXPECT_LT(std::chrono::steady_clock::now() - start, most) << text;
     return text;
   }
   std::string place_;
   std::unique_ptr<tavrix::test::Relay> relay_;
-  Trouble reason_ = Trouble::kOther;
+  ErrorKind reason_ = ErrorKind::kOther;
 };
 
 TEST_F(SilentServer, WhileConnecting) {
@@ -67,7 +67,7 @@ TEST_F(SilentServer, InAStatementAndTheNextOneWorks) {
     SCOPED_TRACE(arrives);
     relay_->FallSilentAt("update gl_code", arrives);
     EXPECT_THAT(Failure([&] { tavrix::test::Run(book, kChange); }), HasSubstr(kUnknown));
-    EXPECT_EQ(reason_, Trouble::kGone);
+    EXPECT_EQ(reason_, ErrorKind::kGone);
     EXPECT_NE(Failure([&] { tavrix::test::Run(book, kChange); }), "") << "it is still silent";
     relay_->Speak();
     EXPECT_EQ(host::ExecuteSql(*book.System(), "update gl_code set chelp='again' where i_id=1"),
@@ -151,7 +151,7 @@ TEST_F(SilentServer, OneThatLivesEndsAStatementItselfWhenItsTimeIsOver) {
   const Book book = Open();
   EXPECT_THAT(Failure([&] { tavrix::test::Run(book, "select pg_sleep(60)"); }, milliseconds(3000)),
               HasSubstr("超过了时间限制"));
-  EXPECT_EQ(reason_, Trouble::kOther);
+  EXPECT_EQ(reason_, ErrorKind::kOther);
   EXPECT_EQ(Scalar(book, "select count(*) from gl_code"), "8");
 }
 

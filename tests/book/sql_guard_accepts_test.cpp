@@ -153,7 +153,7 @@ TEST(SqlGuardAccepts, WhatRunsOnTheEngine) {
   run(book, kOfTheLibrary);
   run(book, kOfHosts);
   book.SetDriver("jet");
-  const bool words = book.GetSession().Own().Makes() == Flavor::kSqlite;
+  const bool words = book.GetSession().Own().Dialect() == SqlDialect::kSqlite;
   run(book, {kOfTheLibraryInJet.begin()[0], kOfTheLibraryInJet.begin()[1]});
   if (words) run(book, kOfTheLibraryInJet);
   // As many codes as a caller may look for at once.

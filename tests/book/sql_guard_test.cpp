@@ -19,7 +19,7 @@ std::string Verdict(std::string_view sql, const ColumnQuestion& question = {}) {
     CheckCallerStatement(sql, question);
     return {};
   } catch (const DatabaseError& error) {
-    EXPECT_EQ(error.Reason(), Trouble::kRefused) << sql;
+    EXPECT_EQ(error.Kind(), ErrorKind::kRefused) << sql;
     return error.what();
   }
 }

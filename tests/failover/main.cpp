@@ -47,7 +47,7 @@ void Work(const std::string& place, int seconds) {
     try {
       (worker.*deeds[worker.Below(5)])();
     } catch (const book::DatabaseError& error) {
-      if (error.Reason() != book::Trouble::kGone) throw;
+      if (error.Kind() != book::ErrorKind::kGone) throw;
       Tell(std::string("lost ") + error.what());
       std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
@@ -68,7 +68,7 @@ void Read(const std::string& place) {
                        {.year = 2026, .month = 1, .day = 1, .entries = {given, taken}});
       return false;
     } catch (const book::DatabaseError& error) {
-      return error.Reason() == book::Trouble::kReadOnly;
+      return error.Kind() == book::ErrorKind::kReadOnly;
     }
   }();
   test::ViewTest list(std::move(opened));
@@ -90,7 +90,7 @@ void PostInTime(const std::string& place) {
                       .entries = {{.code = "1001", .debit = 1}, {.code = "2202", .credit = 1}}});
     std::cout << "saved\n";
   } catch (const book::DatabaseError& error) {
-    if (error.Reason() != book::Trouble::kGone) throw;
+    if (error.Kind() != book::ErrorKind::kGone) throw;
     std::cout << "lost " << error.what() << "\n";
   }
 }

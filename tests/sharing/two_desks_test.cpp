@@ -183,11 +183,18 @@ TEST_P(TwoDesks, AnAccountThatGetsASubAccountMeanwhileKeepsItsCode) {
   EXPECT_EQ(Scalar(theirs_, "select ccode from gl_code where i_id=3"), "10020001");
 }
 
+/// A desk whose user is about to delete an account, and says yes to each question.
+class DeletingDesk : public test::ViewTest {
+ public:
+  DeletingDesk(desk::book::Book on, const std::string& code) : ViewTest(std::move(on)) {
+    Start();
+    Select(code);
+    user.answers = {viewkit::UserPort::Answer::kYes, viewkit::UserPort::Answer::kYes};
+  }
+};
+
 TEST_P(TwoDesks, AnAccountDeletedMeanwhileIsDeletedOnlyOnce) {
-  test::ViewTest t(shared_.Open());
-  t.Start();
-  t.Select("10020001");
-  t.user.answers = {viewkit::UserPort::Answer::kYes};
+  DeletingDesk t(shared_.Open(), "10020001");
   t.user.in_question = [&](const auto&) { Theirs("delete from gl_code where i_id=3"); };
   EXPECT_TRUE(t.view.FileDelete());
   EXPECT_EQ(t.reports, test::Texts());
@@ -197,11 +204,8 @@ TEST_P(TwoDesks, AnAccountDeletedMeanwhileIsDeletedOnlyOnce) {
 
 // While the question before a deletion stands open.
 TEST_P(TwoDesks, AccountsThatComeWhileTheUserIsAskedAreNotDeleted) {
-  test::ViewTest t(shared_.Open());
-  t.Start();
+  DeletingDesk t(shared_.Open(), "1002");
   const auto before = t.Codes();
-  t.Select("1002");
-  t.user.answers = {viewkit::UserPort::Answer::kYes, viewkit::UserPort::Answer::kYes};
   t.user.in_question = [&](const auto&) {
     Editor theirs(shared_.Open());
     theirs.Open(editing::Below("10020001"), [&] {
@@ -225,10 +229,7 @@ TEST_P(TwoDesks, AccountsThatComeWhileTheUserIsAskedAreNotDeleted) {
 
 TEST_P(TwoDesks, AParentThatGetsAnotherAccountMeanwhileStaysAParent) {
   Theirs("delete from gl_code where i_id=4");
-  test::ViewTest t(shared_.Open());
-  t.Start();
-  t.Select("10020001");
-  t.user.answers = {viewkit::UserPort::Answer::kYes};
+  DeletingDesk t(shared_.Open(), "10020001");
   t.user.in_question = [&](const auto&) {
     Editor theirs(shared_.Open());
     theirs.Open(editing::Below("1002"), [&] {
@@ -243,15 +244,9 @@ TEST_P(TwoDesks, AParentThatGetsAnotherAccountMeanwhileStaysAParent) {
 }
 
 TEST_P(TwoDesks, TheLastTwoAccountsDeletedAtOnceLeaveALeaf) {
-  test::ViewTest t(shared_.Open());
-  t.Start();
-  t.Select("10020001");
-  t.user.answers = {viewkit::UserPort::Answer::kYes};
+  DeletingDesk t(shared_.Open(), "10020001");
   t.user.in_question = [&](const auto&) {
-    test::ViewTest theirs(shared_.Open());
-    theirs.Start();
-    theirs.Select("10020002");
-    theirs.user.answers = {viewkit::UserPort::Answer::kYes};
+    DeletingDesk theirs(shared_.Open(), "10020002");
     EXPECT_TRUE(theirs.view.FileDelete());
   };
   EXPECT_TRUE(t.view.FileDelete());
@@ -317,10 +312,7 @@ TEST_P(TwoDesks, NoAccountLosesItsParentAndNoPostingItsAccountWhateverTheOtherDe
 // A code that is used again: what is posted there now is not mine to move.
 TEST_P(TwoDesks, PostingsOfAnAccountThatTookTheCodeStayWithIt) {
   Theirs("delete from gl_code where i_id=4");
-  test::ViewTest t(shared_.Open());
-  t.Start();
-  t.Select("10020001");
-  t.user.answers = {viewkit::UserPort::Answer::kYes};
+  DeletingDesk t(shared_.Open(), "10020001");
   t.host.BeforeEach([&](const std::string& sql) {
     if (!sql.starts_with("update gl_code set bend=1")) return;
     Editor theirs(shared_.Open());

@@ -87,7 +87,7 @@ void Worker::Post() {
     tell_("post " + std::to_string(desk::book::Post(editor_.book.GetSession(), voucher)));
   } catch (const desk::book::DatabaseError& error) {
     // The account may have got a sub-account since it was chosen.
-    if (error.Reason() != desk::book::Trouble::kRefused) throw;
+    if (error.Kind() != desk::book::ErrorKind::kRefused) throw;
   }
 }
 

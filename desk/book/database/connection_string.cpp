@@ -104,7 +104,7 @@ void CheckEncryption(std::string_view word) {
   std::string known;
   for (const std::string_view one : kEncryptions)
     known += (known.empty() ? "" : "、") + std::string(one);
-  throw DatabaseError(Trouble::kRefused,
+  throw DatabaseError(ErrorKind::kRefused,
                       "连接字符串中 SSLmode 的值“" + std::string(word) + "”无效，可以是：" + known);
 }
 
@@ -127,7 +127,7 @@ void CheckFetching(const std::vector<Part>& parts) {
   for (const Part& part : parts) {
     const bool named = IsKey(part, "usedeclarefetch") || IsKey(part, "b7");
     if (!named || Unbraced(part.value) == "0") continue;
-    throw DatabaseError(Trouble::kRefused,
+    throw DatabaseError(ErrorKind::kRefused,
                         "连接字符串中不能有 UseDeclareFetch=1：服务器中断时，"
                         "ODBC 驱动程序会使程序崩溃");
   }
@@ -148,7 +148,7 @@ std::string WithEncryption(std::string text) {
 LibpqWords LibpqWordsOf(std::string_view place) {
   const auto words = ParseLibpq(place);
   if (words) return *words;
-  throw DatabaseError(Trouble::kRefused, "连接字符串的写法不正确");
+  throw DatabaseError(ErrorKind::kRefused, "连接字符串的写法不正确");
 }
 
 std::string ShownLibpq(std::string_view place) {

@@ -20,7 +20,7 @@ namespace desk::book {
 namespace host = tavrix::host;
 
 /// Why a database refused, as far as somebody acts on it.
-enum class Trouble {
+enum class ErrorKind {
   kOther,
   kLocked,     ///< another user holds the book; trying again may help
   kReadOnly,   ///< the book cannot be written
@@ -35,16 +35,15 @@ enum class Trouble {
 /// A refusal with a text for users, in which the engine's own words stand too.
 class DatabaseError : public host::HostError {
  public:
-  DatabaseError(Trouble trouble, const std::string& text)
-      : host::HostError(text), trouble_(trouble) {}
-  [[nodiscard]] Trouble Reason() const { return trouble_; }
+  DatabaseError(ErrorKind kind, const std::string& text) : host::HostError(text), kind_(kind) {}
+  [[nodiscard]] ErrorKind Kind() const { return kind_; }
 
  private:
-  Trouble trouble_;
+  ErrorKind kind_;
 };
 
 /// Engines as far as their statements for making tables differ.
-enum class Flavor { kSqlite, kPostgres, kSqlServer, kAccess, kMariaDb, kOther };
+enum class SqlDialect { kSqlite, kPostgres, kSqlServer, kAccess, kMariaDb, kOther };
 
 /// Whose statement it is. A caller's statement is exactly one SELECT, INSERT, UPDATE or DELETE on
 /// the tables of the schema; the desk's own statements may be anything.
@@ -95,7 +94,7 @@ class Rows {
   /// A column of the current row, from 0.
   [[nodiscard]] virtual host::Value Get(int column) const = 0;
   /// Passes the current row and all that follow: the fast way to read a whole result.
-  virtual void PassRest(CellSink& sink) = 0;
+  virtual void ReadAll(CellSink& sink) = 0;
 
  protected:
   Rows() = default;
@@ -120,7 +119,7 @@ class WaitPort {
  public:
   virtual ~WaitPort() = default;
   /// A few times a second while the answer does not come. False gives up: the statement fails with
-  /// `Trouble::kGone`, and nobody knows whether it has been carried out.
+  /// `ErrorKind::kGone`, and nobody knows whether it has been carried out.
   [[nodiscard]] virtual bool OnWait(std::chrono::milliseconds waited) = 0;
   /// The wait is over, however it ended. Also after answers that came at once.
   virtual void OnWaited() noexcept = 0;
@@ -156,7 +155,7 @@ class Connection {
   virtual void Rollback() noexcept = 0;
   /// The engine's name, as the connection property "driver" gives it.
   [[nodiscard]] virtual std::string Driver() const = 0;
-  [[nodiscard]] virtual Flavor Makes() const = 0;
+  [[nodiscard]] virtual SqlDialect Dialect() const = 0;
   [[nodiscard]] virtual bool ReadOnly() const = 0;
   [[nodiscard]] virtual bool HasTable(std::string_view table) = 0;
   /// Whether the table has the column; names without regard to case.

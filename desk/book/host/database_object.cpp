@@ -48,7 +48,7 @@ class SqlStatement : public host::Statement {
       return body();
     } catch (const DatabaseError& error) {
       *last_error_ = Explained(error);
-      throw DatabaseError(error.Reason(), *last_error_);
+      throw DatabaseError(error.Kind(), *last_error_);
     } catch (const std::exception& error) {
       *last_error_ = host::ErrorText(error);
       throw;

@@ -102,7 +102,7 @@ void SnapshotRecordset::PassRows(CellSink& sink) {
     row_ = KeptRows();
     return;
   }
-  rows_->PassRest(sink);
+  rows_->ReadAll(sink);
   rows_.reset();
   state_ = State::kDrained;
 }

@@ -18,7 +18,7 @@ namespace {
 constexpr std::int64_t kMaxAmount = 1'000'000'000'000'000;
 
 [[noreturn]] void Refuse(const std::string& text) {
-  throw DatabaseError(Trouble::kRefused, text);
+  throw DatabaseError(ErrorKind::kRefused, text);
 }
 
 void CheckDate(const Voucher& voucher) {
@@ -105,7 +105,7 @@ int NextNumber(Connection& connection, const Voucher& voucher) {
       Origin::kDesk, month);
   const host::Value last = rows->Next() ? rows->Get(0) : host::Value();
   if (!(last.ToNumber() < std::numeric_limits<std::int32_t>::max())) {
-    throw DatabaseError(Trouble::kOther, "本月的凭证号已经用完：" + last.ToText());
+    throw DatabaseError(ErrorKind::kOther, "本月的凭证号已经用完：" + last.ToText());
   }
   return last.ToLong() + 1;
 }

@@ -55,7 +55,7 @@ struct Sides {
 class EntryRefused : public DatabaseError {
  public:
   EntryRefused(std::size_t entry, bool partner, const std::string& text)
-      : DatabaseError(Trouble::kRefused, text), entry_(entry), partner_(partner) {}
+      : DatabaseError(ErrorKind::kRefused, text), entry_(entry), partner_(partner) {}
   /// Its position in the voucher, from 0.
   [[nodiscard]] std::size_t Position() const { return entry_; }
   /// For want of a partner, not for its account or amount.

@@ -57,7 +57,7 @@ std::int64_t AmountAt(const Rows& rows, int column) {
   const double number = value.ToNumber();
   constexpr double kMax = 1e18;  // three of them can be added up
   if (!(number < kMax && number > -kMax)) {
-    throw DatabaseError(Trouble::kOther, "金额超出范围：" + value.ToText());
+    throw DatabaseError(ErrorKind::kOther, "金额超出范围：" + value.ToText());
   }
   return whole != nullptr ? *whole : static_cast<std::int64_t>(number);
 }

@@ -58,7 +58,7 @@ OdbcChannel::~OdbcChannel() {
 
 void OdbcChannel::CheckAlive() const {
   if (!Dead()) return;
-  throw DatabaseError(Trouble::kGone, "与数据库服务器的连接已断开，这次操作没有完成");
+  throw DatabaseError(ErrorKind::kGone, "与数据库服务器的连接已断开，这次操作没有完成");
 }
 
 bool OdbcChannel::StillWaits(std::chrono::milliseconds waited) {
@@ -75,13 +75,13 @@ void OdbcChannel::Await(const OdbcWorker::Pending& call) {
   try {
     ended = worker_.Finish(call, [this](auto waited) { return StillWaits(waited); });
   } catch (const DatabaseError& error) {
-    if (error.Reason() == Trouble::kGone) dead_ = true;
+    if (error.Kind() == ErrorKind::kGone) dead_ = true;
     throw;
   }
   if (ended) return;
   given_up_ = true;
   if (link_) CancelApart(link_);
-  throw DatabaseError(Trouble::kGone, reason_);
+  throw DatabaseError(ErrorKind::kGone, reason_);
 }
 
 }  // namespace desk::book

@@ -23,7 +23,7 @@ class OdbcChannel {
   OdbcChannel& operator=(const OdbcChannel&) = delete;
   ~OdbcChannel();
 
-  [[nodiscard]] Flavor Server() const { return flavor_; }
+  [[nodiscard]] SqlDialect Server() const { return flavor_; }
   /// Whether nobody answers any more, or an answer was given up: it can be used for nothing then.
   [[nodiscard]] bool Dead() const { return given_up_ || dead_; }
   /// Whether the connection broke, so that a query may be sent again. A server that was silent for
@@ -55,7 +55,8 @@ class OdbcChannel {
     return pending;
   }
 
-  /// Its result, or what it threw. `DatabaseError` (`Trouble::kGone`) when it did not come in time.
+  /// Its result, or what it threw. `DatabaseError` (`ErrorKind::kGone`) when it did not come in
+  /// time.
   template <class Result>
   [[nodiscard]] Result Finish(const Pending<Result>& pending) {
     Await(pending.call);
@@ -82,7 +83,7 @@ class OdbcChannel {
 
   std::chrono::milliseconds limit_;
   std::shared_ptr<WaitPort> port_;
-  Flavor flavor_ = Flavor::kOther;
+  SqlDialect flavor_ = SqlDialect::kOther;
   bool dead_ = false;
   bool given_up_ = false;
   std::string reason_;

@@ -21,11 +21,11 @@ std::string TimeLimitStatement(std::chrono::milliseconds limit) {
 }
 
 /// What is asked of a server before its first statement: plain SQL texts, patience, reading only.
-std::vector<std::string> FirstStatements(Flavor flavor, const Place& place) {
+std::vector<std::string> FirstStatements(SqlDialect dialect, const Place& place) {
   const std::string patience = std::to_string(place.patience.count());
   std::vector<std::string> statements;
-  switch (flavor) {
-    case Flavor::kPostgres:
+  switch (dialect) {
+    case SqlDialect::kPostgres:
       statements = {"set standard_conforming_strings=on",
                     "set default_transaction_isolation='read committed'",
                     "set lock_timeout=" + patience, TimeLimitStatement(place.time_limit)};
@@ -33,10 +33,10 @@ std::vector<std::string> FirstStatements(Flavor flavor, const Place& place) {
         statements.emplace_back("set default_transaction_read_only=on");
       }
       break;
-    case Flavor::kSqlServer:
+    case SqlDialect::kSqlServer:
       statements = {"set quoted_identifier on", "set lock_timeout " + patience};
       break;
-    case Flavor::kMariaDb:
+    case SqlDialect::kMariaDb:
       statements = {
           "set sql_mode='TRADITIONAL,NO_BACKSLASH_ESCAPES,IGNORE_SPACE,ANSI_QUOTES,"
           "PIPES_AS_CONCAT'",
@@ -51,11 +51,11 @@ std::vector<std::string> FirstStatements(Flavor flavor, const Place& place) {
 }
 
 /// Asks whether a table of the current schema is there; empty where the catalogue has to be asked.
-std::string TableQuery(Flavor flavor) {
+std::string TableQuery(SqlDialect dialect) {
   const char* schema = nullptr;
-  if (flavor == Flavor::kPostgres) schema = "current_schema()";
-  if (flavor == Flavor::kSqlServer) schema = "schema_name()";
-  if (flavor == Flavor::kMariaDb) schema = "database()";
+  if (dialect == SqlDialect::kPostgres) schema = "current_schema()";
+  if (dialect == SqlDialect::kSqlServer) schema = "schema_name()";
+  if (dialect == SqlDialect::kMariaDb) schema = "database()";
   if (schema == nullptr) return {};
   return std::string("select 1 from information_schema.tables where table_schema=") + schema +
          " and lower(table_name)=?";
@@ -81,12 +81,12 @@ void OdbcConnection::Connect() {
 void OdbcConnection::SetUp() {
   const bool asked = place_.access == Access::kReadOnly || Info(SQL_DATA_SOURCE_READ_ONLY) == "Y";
   why_read_only_ = asked ? "账簿是只读的，不能写入" : "";
-  for (const std::string& sql : FirstStatements(Makes(), place_)) (void)Read(sql, {});
+  for (const std::string& sql : FirstStatements(Dialect(), place_)) (void)Read(sql, {});
   JudgeServer();
 }
 
 void OdbcConnection::JudgeServer() {
-  if (Makes() == Flavor::kPostgres) JudgePostgres();
+  if (Dialect() == SqlDialect::kPostgres) JudgePostgres();
   CheckTexts();
 }
 
@@ -105,7 +105,7 @@ void OdbcConnection::JudgePostgres() {
       {});
   if (!rows->Next()) return;
   if (rows->Get(0).ToText() == "SQL_ASCII") {
-    throw DatabaseError(Trouble::kRefused,
+    throw DatabaseError(ErrorKind::kRefused,
                         "数据库的字符集是 SQL_ASCII，不能可靠地保存中文，请使用 UTF8 的数据库");
   }
   const auto is = [&](int column, int number) {
@@ -119,7 +119,7 @@ void OdbcConnection::JudgePostgres() {
   // Whoever cut the wire may want to read along on the next one.
   if (before == Wire::kEncrypted && wire_ != before) {
     wire_ = before;
-    throw DatabaseError(Trouble::kRefused, "连接先前已加密，现在没有加密，因此没有重新连接");
+    throw DatabaseError(ErrorKind::kRefused, "连接先前已加密，现在没有加密，因此没有重新连接");
   }
   if (ReadOnly()) return;
   if (is(3, 1)) why_read_only_ = "数据库服务器或用户只准读取，账簿不能写入";
@@ -127,24 +127,25 @@ void OdbcConnection::JudgePostgres() {
 }
 
 void OdbcConnection::CheckWritable() const {
-  if (ReadOnly()) throw DatabaseError(Trouble::kReadOnly, why_read_only_);
+  if (ReadOnly()) throw DatabaseError(ErrorKind::kReadOnly, why_read_only_);
 }
 
 /// Some drivers cut texts behind certain characters, and a database in another character set loses
 /// them: what is read there must not be saved again. "付" ends in a byte that one driver takes for
 /// the first half of a pair.
 void OdbcConnection::CheckTexts() {
-  if (Makes() == Flavor::kOther) return;
+  if (Dialect() == SqlDialect::kOther) return;
   const auto rows = Read("select '应付款'", {});
   if (rows->Next() && rows->Get(0).ToText() == "应付款") return;
-  throw DatabaseError(Trouble::kRefused, "数据库或其 ODBC 驱动程序不能正确传送中文");
+  throw DatabaseError(ErrorKind::kRefused, "数据库或其 ODBC 驱动程序不能正确传送中文");
 }
 
 void OdbcConnection::SetTimeLimit(std::chrono::milliseconds limit) {
   if (limit == place_.time_limit) return;
   place_.time_limit = limit;
   channel_->SetTimeLimit(limit);
-  if (Makes() == Flavor::kPostgres && !channel_->Dead()) (void)Read(TimeLimitStatement(limit), {});
+  if (Dialect() == SqlDialect::kPostgres && !channel_->Dead())
+    (void)Read(TimeLimitStatement(limit), {});
 }
 
 std::string OdbcConnection::Info(SQLUSMALLINT what) const {
@@ -156,7 +157,7 @@ void OdbcConnection::MakeReady() {
   try {
     Connect();
   } catch (const DatabaseError& error) {
-    throw DatabaseError(Trouble::kGone,
+    throw DatabaseError(ErrorKind::kGone,
                         std::string("数据库服务器没有响应，请稍后再试：") + error.what());
   }
 }
@@ -178,7 +179,7 @@ std::unique_ptr<Rows> OdbcConnection::Query(const std::string& sql, Origin origi
                                             Values parameters) {
   if (origin == Origin::kCaller) {
     const bool query = statements_.Check(sql) == StatementKind::kQuery;
-    if (!query) throw DatabaseError(Trouble::kRefused, "这条语句不是查询");
+    if (!query) throw DatabaseError(ErrorKind::kRefused, "这条语句不是查询");
   }
   MakeReady();
   return ReadAgain(sql, parameters);
@@ -235,7 +236,7 @@ std::int64_t OdbcConnection::FinishChange(const PendingChange& change) {
 
 void OdbcConnection::FailChange(const DatabaseError& error) {
   if (!channel_->GivenUp()) throw DatabaseError(error);
-  throw DatabaseError(Trouble::kGone, error.what() + std::string("，这次操作是否完成不得而知"));
+  throw DatabaseError(ErrorKind::kGone, error.what() + std::string("，这次操作是否完成不得而知"));
 }
 
 void OdbcConnection::SetAutocommit(bool on) {
@@ -254,7 +255,7 @@ void OdbcConnection::End(SQLSMALLINT how) {
 
 void OdbcConnection::Begin() {
   CheckWritable();
-  if (in_transaction_) throw DatabaseError(Trouble::kOther, "已经有一个没有结束的事务");
+  if (in_transaction_) throw DatabaseError(ErrorKind::kOther, "已经有一个没有结束的事务");
   MakeReady();
   const bool lockable = HasTable(kIdentifierTableName);
   SetAutocommit(false);
@@ -280,7 +281,7 @@ void OdbcConnection::TakeWriteLock() {
 
 void OdbcConnection::Commit() {
   try {
-    if (failed_) throw DatabaseError(Trouble::kOther, "事务中有语句失败，全部更改已撤销");
+    if (failed_) throw DatabaseError(ErrorKind::kOther, "事务中有语句失败，全部更改已撤销");
     End(SQL_COMMIT);
   } catch (const DatabaseError& error) {
     Rollback();
@@ -309,13 +310,13 @@ void OdbcConnection::Rollback() noexcept {
 
 std::string OdbcConnection::Driver() const {
   switch (channel_->Server()) {
-    case Flavor::kPostgres:
+    case SqlDialect::kPostgres:
       return "postgresql";
-    case Flavor::kSqlServer:
+    case SqlDialect::kSqlServer:
       return "sqlserver";
-    case Flavor::kAccess:
+    case SqlDialect::kAccess:
       return "jet";
-    case Flavor::kMariaDb:
+    case SqlDialect::kMariaDb:
       return "mariadb";
     default:
       return host::LowerCase(Info(SQL_DBMS_NAME));

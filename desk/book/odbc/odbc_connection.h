@@ -13,7 +13,7 @@
 namespace desk::book {
 
 /// A book on a server. When the server has gone away the statement under way fails with
-/// `Trouble::kGone`, and the next one outside a transaction connects anew. No statement that
+/// `ErrorKind::kGone`, and the next one outside a transaction connects anew. No statement that
 /// changes anything is sent twice: whether one that failed so has been carried out, nobody knows.
 class OdbcConnection : public Connection {
  public:
@@ -27,7 +27,7 @@ class OdbcConnection : public Connection {
   void Commit() override;
   void Rollback() noexcept override;
   [[nodiscard]] std::string Driver() const override;
-  [[nodiscard]] Flavor Makes() const override { return channel_->Server(); }
+  [[nodiscard]] SqlDialect Dialect() const override { return channel_->Server(); }
   [[nodiscard]] bool ReadOnly() const override { return !why_read_only_.empty(); }
   [[nodiscard]] bool HasTable(std::string_view table) override;
   [[nodiscard]] bool HasColumn(std::string_view table, std::string_view column) override;

@@ -16,11 +16,11 @@ std::unique_ptr<Connection> Connect(const Place& place, bool to_make) {
     auto connection = std::make_unique<OdbcConnection>(place);
     const bool made = to_make && connection->HasTable(SchemaTables().front().name);
     if (made && !HasEmptySchema(*connection)) {
-      throw DatabaseError(Trouble::kOther, "数据库中已经有账簿");
+      throw DatabaseError(ErrorKind::kOther, "数据库中已经有账簿");
     }
     return connection;
   } catch (const DatabaseError& error) {
-    throw DatabaseError(error.Reason(), error.what() + std::string("：") + ShownPlace(place.path));
+    throw DatabaseError(error.Kind(), error.what() + std::string("：") + ShownPlace(place.path));
   }
 }
 

@@ -34,28 +34,29 @@ Diagnosis FirstDiagnosis(SQLSMALLINT kind, SQLHANDLE handle) {
 }
 
 struct Meaning {
-  Trouble trouble = Trouble::kOther;
+  ErrorKind kind = ErrorKind::kOther;
   std::string_view text;
 };
 
-constexpr Meaning kGoneMeaning = {Trouble::kGone, "与数据库服务器的连接已断开"};
-constexpr Meaning kLockedMeaning = {Trouble::kLocked, "账簿正被其他用户使用，请稍后再试"};
+constexpr Meaning kGoneMeaning = {ErrorKind::kGone, "与数据库服务器的连接已断开"};
+constexpr Meaning kLockedMeaning = {ErrorKind::kLocked, "账簿正被其他用户使用，请稍后再试"};
 
-bool IsLock(const Diagnosis& diagnosis, Flavor flavor) {
+bool IsLock(const Diagnosis& diagnosis, SqlDialect dialect) {
   constexpr std::array<std::string_view, 4> kStates = {"55P03", "40001", "40P01", "HYT00"};
   if (std::ranges::find(kStates, diagnosis.state) != kStates.end()) return true;
-  if (flavor == Flavor::kSqlServer) return diagnosis.number == 1222 || diagnosis.number == 1205;
-  return flavor == Flavor::kMariaDb && (diagnosis.number == 1205 || diagnosis.number == 1213);
+  if (dialect == SqlDialect::kSqlServer)
+    return diagnosis.number == 1222 || diagnosis.number == 1205;
+  return dialect == SqlDialect::kMariaDb && (diagnosis.number == 1205 || diagnosis.number == 1213);
 }
 
-bool IsDuplicate(const Diagnosis& diagnosis, Flavor flavor) {
+bool IsDuplicate(const Diagnosis& diagnosis, SqlDialect dialect) {
   if (diagnosis.state == "23505") return true;
-  switch (flavor) {
-    case Flavor::kSqlServer:
+  switch (dialect) {
+    case SqlDialect::kSqlServer:
       return diagnosis.number == 2627 || diagnosis.number == 2601;
-    case Flavor::kMariaDb:
+    case SqlDialect::kMariaDb:
       return diagnosis.number == 1062;
-    case Flavor::kAccess:
+    case SqlDialect::kAccess:
       return diagnosis.number == -1605;
     default:
       return false;
@@ -90,35 +91,35 @@ Meaning ConnectingMeaning(const std::string& message) {
   const auto* const cause = std::ranges::find_if(kConnectingCauses, [&](const Cause& one) {
     return message.find(one.words) != std::string::npos;
   });
-  if (cause != kConnectingCauses.end()) return {Trouble::kOther, cause->text};
-  return {Trouble::kGone, "不能连接数据库服务器"};
+  if (cause != kConnectingCauses.end()) return {ErrorKind::kOther, cause->text};
+  return {ErrorKind::kGone, "不能连接数据库服务器"};
 }
 
-Meaning MeaningOf(const Diagnosis& diagnosis, Flavor flavor, bool connecting) {
+Meaning MeaningOf(const Diagnosis& diagnosis, SqlDialect dialect, bool connecting) {
   const std::string_view state = diagnosis.state;
   const bool late = connecting && state == "HYT00";  // of a statement it means a lock
   if (state == "08001" || late) return ConnectingMeaning(diagnosis.message);
   if (state == "57014") {
-    return {Trouble::kOther, "语句超过了时间限制，或被管理员中止，没有生效"};
+    return {ErrorKind::kOther, "语句超过了时间限制，或被管理员中止，没有生效"};
   }
   if (state.starts_with("08") || state.starts_with("57P") || state == "HYT01") return kGoneMeaning;
-  if (IsLock(diagnosis, flavor)) return kLockedMeaning;
-  if (IsDuplicate(diagnosis, flavor)) {
+  if (IsLock(diagnosis, dialect)) return kLockedMeaning;
+  if (IsDuplicate(diagnosis, dialect)) {
     const bool code = diagnosis.message.find("gl_code_code") != std::string::npos ||
                       diagnosis.message.find("gl_code_nocase") != std::string::npos;
-    return {Trouble::kDuplicate, code ? "科目编码重复" : "数据重复"};
+    return {ErrorKind::kDuplicate, code ? "科目编码重复" : "数据重复"};
   }
-  if (state.starts_with("23")) return {Trouble::kOther, "数据不符合账簿的规定"};
-  if (state == "25006") return {Trouble::kReadOnly, "账簿是只读的，不能写入"};
+  if (state.starts_with("23")) return {ErrorKind::kOther, "数据不符合账簿的规定"};
+  if (state == "25006") return {ErrorKind::kReadOnly, "账簿是只读的，不能写入"};
   // 3F000: none of the schemas may be used.
-  if (state == "42501" || state == "3F000") return {Trouble::kReadOnly, "没有使用账簿的权限"};
-  if (state == "53100") return {Trouble::kFull, "服务器的磁盘已满，数据没有保存"};
-  if (state == "42P01" || state == "42S02") return {Trouble::kOther, "账簿中没有这个表"};
-  if (state == "42703" || state == "42S22") return {Trouble::kOther, "账簿中没有这个列"};
-  if (state == "42601") return {Trouble::kOther, "语句有语法错误"};
+  if (state == "42501" || state == "3F000") return {ErrorKind::kReadOnly, "没有使用账簿的权限"};
+  if (state == "53100") return {ErrorKind::kFull, "服务器的磁盘已满，数据没有保存"};
+  if (state == "42P01" || state == "42S02") return {ErrorKind::kOther, "账簿中没有这个表"};
+  if (state == "42703" || state == "42S22") return {ErrorKind::kOther, "账簿中没有这个列"};
+  if (state == "42601") return {ErrorKind::kOther, "语句有语法错误"};
   if (state == "IM002" || state == "IM003" || (connecting && state == "01000"))
-    return {Trouble::kOther, "没有这个 ODBC 数据源或驱动程序"};
-  if (state.starts_with("28")) return {Trouble::kOther, "用户名或密码不正确"};
+    return {ErrorKind::kOther, "没有这个 ODBC 数据源或驱动程序"};
+  if (state.starts_with("28")) return {ErrorKind::kOther, "用户名或密码不正确"};
   return {};
 }
 
@@ -133,22 +134,22 @@ std::string RuleText(std::string_view message) {
 
 }  // namespace
 
-Flavor FlavorOf(const std::string& server_name) {
+SqlDialect FlavorOf(const std::string& server_name) {
   const std::string name = host::LowerCase(server_name);
-  if (name.starts_with("postgres")) return Flavor::kPostgres;
-  if (name == "microsoft sql server") return Flavor::kSqlServer;
-  if (name == "access") return Flavor::kAccess;
-  if (name == "mariadb" || name == "mysql") return Flavor::kMariaDb;
-  return Flavor::kOther;
+  if (name.starts_with("postgres")) return SqlDialect::kPostgres;
+  if (name == "microsoft sql server") return SqlDialect::kSqlServer;
+  if (name == "access") return SqlDialect::kAccess;
+  if (name == "mariadb" || name == "mysql") return SqlDialect::kMariaDb;
+  return SqlDialect::kOther;
 }
 
-DatabaseError OdbcError(SQLSMALLINT kind, SQLHANDLE handle, Flavor flavor) {
+DatabaseError OdbcError(SQLSMALLINT kind, SQLHANDLE handle, SqlDialect dialect) {
   const Diagnosis diagnosis = FirstDiagnosis(kind, handle);
-  if (diagnosis.state == "23001") return {Trouble::kRefused, RuleText(diagnosis.message)};
-  const Meaning meaning = MeaningOf(diagnosis, flavor, kind == SQL_HANDLE_DBC);
+  if (diagnosis.state == "23001") return {ErrorKind::kRefused, RuleText(diagnosis.message)};
+  const Meaning meaning = MeaningOf(diagnosis, dialect, kind == SQL_HANDLE_DBC);
   std::string text(meaning.text.empty() ? "数据库报告错误" : meaning.text);
   if (!diagnosis.message.empty()) text += "：" + diagnosis.message;
-  return {meaning.trouble, text};
+  return {meaning.kind, text};
 }
 
 }  // namespace desk::book

@@ -6,9 +6,9 @@
 namespace desk::book {
 
 /// Who answers behind ODBC, as far as its words differ.
-[[nodiscard]] Flavor FlavorOf(const std::string& server_name);
+[[nodiscard]] SqlDialect FlavorOf(const std::string& server_name);
 
 /// The first diagnosis of a handle as users shall read it; the driver's own words stand behind.
-[[nodiscard]] DatabaseError OdbcError(SQLSMALLINT kind, SQLHANDLE handle, Flavor flavor);
+[[nodiscard]] DatabaseError OdbcError(SQLSMALLINT kind, SQLHANDLE handle, SqlDialect dialect);
 
 }  // namespace desk::book

@@ -26,7 +26,7 @@ OdbcHandle NewEnvironment() {
 OdbcHandle::OdbcHandle(SQLSMALLINT kind, SQLHANDLE parent) : kind_(kind) {
   if (!SQL_SUCCEEDED(SQLAllocHandle(kind, parent, &handle_))) {
     handle_ = nullptr;
-    throw DatabaseError(Trouble::kOther, "ODBC 不能使用");
+    throw DatabaseError(ErrorKind::kOther, "ODBC 不能使用");
   }
 }
 
@@ -113,10 +113,11 @@ void OdbcLink::Fail(SQLSMALLINT kind, SQLHANDLE handle) {
   const auto error = OdbcError(kind, handle, flavor_);
   SQLUINTEGER dead = SQL_CD_FALSE;
   SQLGetConnectAttrW(Get(), SQL_ATTR_CONNECTION_DEAD, &dead, SQL_IS_UINTEGER, nullptr);
-  if (error.Reason() == Trouble::kGone) dead_ = true;
+  if (error.Kind() == ErrorKind::kGone) dead_ = true;
   if (dead == SQL_CD_TRUE && !dead_) {
     dead_ = true;
-    throw DatabaseError(Trouble::kGone, std::string("与数据库服务器的连接已断开：") + error.what());
+    throw DatabaseError(ErrorKind::kGone,
+                        std::string("与数据库服务器的连接已断开：") + error.what());
   }
   throw DatabaseError(error);
 }

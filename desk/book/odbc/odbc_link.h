@@ -19,7 +19,7 @@ class OdbcLink {
   ~OdbcLink();
 
   [[nodiscard]] SQLHANDLE Get() const { return connection_.Get(); }
-  [[nodiscard]] Flavor Server() const { return flavor_; }
+  [[nodiscard]] SqlDialect Server() const { return flavor_; }
   [[nodiscard]] std::string Info(SQLUSMALLINT what) const;
   /// Whether a call has shown that nobody answers any more.
   [[nodiscard]] bool Dead() const { return dead_; }
@@ -44,7 +44,7 @@ class OdbcLink {
 
   OdbcHandle environment_;
   OdbcHandle connection_;
-  Flavor flavor_ = Flavor::kOther;
+  SqlDialect flavor_ = SqlDialect::kOther;
   bool dead_ = false;
   std::mutex cancelling_;
   SQLHANDLE running_ = nullptr;  ///< what `Cancel` would end

@@ -30,7 +30,7 @@ void OdbcParameters::Bind(std::size_t at, const host::Value& value) {
 /// Access knows no whole numbers of 64 bits.
 void OdbcParameters::BindInteger(std::size_t at, std::int64_t number) {
   Cell& cell = cells_[at];
-  if (link_.Server() != Flavor::kAccess) {
+  if (link_.Server() != SqlDialect::kAccess) {
     cell.integer = number;
     return Pass(at, SQL_C_SBIGINT, SQL_BIGINT, 0, &cell.integer);
   }

@@ -34,7 +34,7 @@ host::Value OdbcRows::Get(int column) const {
   return portion_.Get(next_cell_ - names_.size() + static_cast<std::size_t>(column));
 }
 
-void OdbcRows::PassRest(CellSink& sink) {
+void OdbcRows::ReadAll(CellSink& sink) {
   std::size_t first = next_cell_ - names_.size();
   while (!portion_.last) {
     const auto pending = Ask();

@@ -22,7 +22,7 @@ class OdbcRows : public Rows {
     return names_[static_cast<std::size_t>(column)];
   }
   [[nodiscard]] host::Value Get(int column) const override;
-  void PassRest(CellSink& sink) override;
+  void ReadAll(CellSink& sink) override;
 
  private:
   [[nodiscard]] OdbcChannel::Pending<OdbcPortion> Ask();

@@ -77,7 +77,7 @@ void DeletionCheck::Check(Connection& connection, const std::string& sql) {
   seen_.erase(code);
   for (const Found& account : AccountsFrom(connection, code)) {
     if (std::ranges::binary_search(seen, account.id)) continue;
-    throw DatabaseError(Trouble::kRefused,
+    throw DatabaseError(ErrorKind::kRefused,
                         "其他用户刚增加了科目 " + account.code + "，没有删除，请刷新后再试");
   }
 }

@@ -20,13 +20,13 @@ bool HasKey(const Table& table, const std::string& column) {
 const Table& TableWithKey(const std::string& table, const std::string& column) {
   const Table* found = FindSchemaTable(table);
   if (found != nullptr && HasKey(*found, column)) return *found;
-  throw DatabaseError(Trouble::kRefused, "不能为 " + table + "." + column + " 分配标识");
+  throw DatabaseError(ErrorKind::kRefused, "不能为 " + table + "." + column + " 分配标识");
 }
 
 constexpr std::int64_t kMax = std::numeric_limits<std::int32_t>::max();
 
 [[noreturn]] void RefuseExhausted(const std::string& table) {
-  throw DatabaseError(Trouble::kOther, "表 " + table + " 的标识已经用完");
+  throw DatabaseError(ErrorKind::kOther, "表 " + table + " 的标识已经用完");
 }
 
 /// Another program may have stored any number.

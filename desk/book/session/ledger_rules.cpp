@@ -283,15 +283,15 @@ std::vector<std::string> PostgresRules() {
 
 }  // namespace
 
-std::vector<std::string> LedgerRules(Flavor flavor) {
-  if (flavor == Flavor::kSqlite) return SqliteRules();
-  if (flavor == Flavor::kPostgres) return PostgresRules();
+std::vector<std::string> LedgerRules(SqlDialect dialect) {
+  if (dialect == SqlDialect::kSqlite) return SqliteRules();
+  if (dialect == SqlDialect::kPostgres) return PostgresRules();
   return {};
 }
 
-std::vector<std::string> DropEarlierRules(Flavor flavor) {
-  if (flavor != Flavor::kSqlite && flavor != Flavor::kPostgres) return {};
-  const bool server = flavor == Flavor::kPostgres;
+std::vector<std::string> DropEarlierRules(SqlDialect dialect) {
+  if (dialect != SqlDialect::kSqlite && dialect != SqlDialect::kPostgres) return {};
+  const bool server = dialect == SqlDialect::kPostgres;
   std::vector<std::string> drops;
   for (const std::string name :
        {"turn", "parent", "moved", "deleted", "flag", "above", "added", "left", "last"}) {

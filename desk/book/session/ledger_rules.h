@@ -29,9 +29,9 @@ inline constexpr std::string_view kLostParentTableName = "desk_lost_parent";
 /// The controls ask and move one statement at a time, as they must on every host; between two of
 /// these another desk may have posted, given the new account sub-accounts of its own, or deleted
 /// it. Empty for engines on which this has not been tried.
-[[nodiscard]] std::vector<std::string> LedgerRules(Flavor flavor);
+[[nodiscard]] std::vector<std::string> LedgerRules(SqlDialect dialect);
 
 /// The statements that take away the rules of earlier versions.
-[[nodiscard]] std::vector<std::string> DropEarlierRules(Flavor flavor);
+[[nodiscard]] std::vector<std::string> DropEarlierRules(SqlDialect dialect);
 
 }  // namespace desk::book

@@ -52,43 +52,43 @@ constexpr Types kMariaDbTypes = {
     "smallint default 0",       "varchar(255) default ''", "varchar(40)",
     "bigint default 0",         "double default 0",        "varchar(60) not null"};
 
-const Types& TypesOf(Flavor flavor) {
-  switch (flavor) {
-    case Flavor::kSqlite:
+const Types& TypesOf(SqlDialect dialect) {
+  switch (dialect) {
+    case SqlDialect::kSqlite:
       return kSqliteTypes;
-    case Flavor::kPostgres:
+    case SqlDialect::kPostgres:
       return kPostgresTypes;
-    case Flavor::kSqlServer:
+    case SqlDialect::kSqlServer:
       return kSqlServerTypes;
-    case Flavor::kAccess:
+    case SqlDialect::kAccess:
       return kAccessTypes;
-    case Flavor::kMariaDb:
+    case SqlDialect::kMariaDb:
       return kMariaDbTypes;
-    case Flavor::kOther:
+    case SqlDialect::kOther:
       break;
   }
-  throw DatabaseError(Trouble::kRefused, "不知道这种数据库怎样建立账簿的表");
+  throw DatabaseError(ErrorKind::kRefused, "不知道这种数据库怎样建立账簿的表");
 }
 
 /// For two servers a second null is a duplicate unless the index leaves nulls out.
-std::string IndexText(std::string_view index, Flavor flavor) {
+std::string IndexText(std::string_view index, SqlDialect dialect) {
   std::string text(index);
   if (index != kVoucherLineIndex) return text;
-  if (flavor == Flavor::kSqlServer) text += " where voucher_number is not null";
-  if (flavor == Flavor::kAccess) text += " with ignore null";
+  if (dialect == SqlDialect::kSqlServer) text += " where voucher_number is not null";
+  if (dialect == SqlDialect::kAccess) text += " with ignore null";
   return text;
 }
 
 /// What statements need and the server lacks. `len` counts UTF-16 units.
-std::vector<std::string> Additions(Flavor flavor) {
-  switch (flavor) {
-    case Flavor::kPostgres:
+std::vector<std::string> Additions(SqlDialect dialect) {
+  switch (dialect) {
+    case SqlDialect::kPostgres:
       return {"create unique index gl_code_nocase on gl_code(lower(ccode))",
               "create function len(text) returns integer language sql immutable strict as $$select "
               "case when octet_length($1)=char_length($1) then char_length($1) else "
               "char_length($1)+char_length(regexp_replace($1,'[^\\U00010000-\\U0010FFFF]','',"
               "'g')) end$$"};
-    case Flavor::kMariaDb:
+    case SqlDialect::kMariaDb:
       return {"create function len(t text) returns int deterministic return char_length(t)"};
     default:
       return {};
@@ -100,8 +100,8 @@ void Append(std::string& list, std::string_view item) {
   list += item;
 }
 
-std::string CreateText(const Table& table, Flavor flavor) {
-  const Types& types = TypesOf(flavor);
+std::string CreateText(const Table& table, SqlDialect dialect) {
+  const Types& types = TypesOf(dialect);
   std::string columns;
   std::string key;
   for (const Column& column : table.columns) {
@@ -113,9 +113,9 @@ std::string CreateText(const Table& table, Flavor flavor) {
   return "create table " + std::string(table.name) + "(" + columns + ")";
 }
 
-void AppendTable(std::vector<std::string>& script, const Table& table, Flavor flavor) {
-  script.push_back(CreateText(table, flavor));
-  for (const std::string_view index : table.indexes) script.push_back(IndexText(index, flavor));
+void AppendTable(std::vector<std::string>& script, const Table& table, SqlDialect dialect) {
+  script.push_back(CreateText(table, dialect));
+  for (const std::string_view index : table.indexes) script.push_back(IndexText(index, dialect));
 }
 
 void Run(Connection& connection, const std::vector<std::string>& script) {
@@ -156,12 +156,12 @@ std::string KeyBeyondBounds(Connection& connection, const Table& table) {
 
 }  // namespace
 
-std::vector<std::string> SchemaScript(Flavor flavor) {
+std::vector<std::string> SchemaScript(SqlDialect dialect) {
   std::vector<std::string> script;
-  for (const Table& table : SchemaTables()) AppendTable(script, table, flavor);
-  AppendTable(script, IdentifierTable(), flavor);
-  for (std::string& addition : Additions(flavor)) script.push_back(std::move(addition));
-  for (std::string& rule : LedgerRules(flavor)) script.push_back(std::move(rule));
+  for (const Table& table : SchemaTables()) AppendTable(script, table, dialect);
+  AppendTable(script, IdentifierTable(), dialect);
+  for (std::string& addition : Additions(dialect)) script.push_back(std::move(addition));
+  for (std::string& rule : LedgerRules(dialect)) script.push_back(std::move(rule));
   return script;
 }
 
@@ -176,7 +176,7 @@ bool HasEmptySchema(Connection& connection) {
 
 void CreateSchema(Connection& connection, const std::function<void()>& load) {
   std::vector<std::string> script;
-  if (!HasEmptySchema(connection)) script = SchemaScript(connection.Makes());
+  if (!HasEmptySchema(connection)) script = SchemaScript(connection.Dialect());
   const auto is_table = [](const std::string& s) { return s.starts_with("create table "); };
   const auto rest = std::stable_partition(script.begin(), script.end(), is_table);
   Run(connection, {script.begin(), rest});
@@ -194,8 +194,8 @@ void RenewSchema(Session& session) {
   if (connection.ReadOnly() || !old()) return;
   Transaction transaction(session);
   if (!old()) return;  // another desk was quicker
-  Run(connection, DropEarlierRules(connection.Makes()));
-  Run(connection, LedgerRules(connection.Makes()));
+  Run(connection, DropEarlierRules(connection.Dialect()));
+  Run(connection, LedgerRules(connection.Dialect()));
   connection.SetSchemaVersion(kSchemaVersion);
   transaction.Commit();
 }
@@ -203,22 +203,22 @@ void RenewSchema(Session& session) {
 void EnsureIdentifierTable(Connection& connection) {
   if (connection.HasTable(kIdentifierTableName)) return;
   std::vector<std::string> script;
-  AppendTable(script, IdentifierTable(), connection.Makes());
+  AppendTable(script, IdentifierTable(), connection.Dialect());
   Run(connection, script);
 }
 
 void RefuseNoBook(const std::string& path) {
   if (IsConnectionString(path)) {
-    throw DatabaseError(Trouble::kDamaged,
+    throw DatabaseError(ErrorKind::kDamaged,
                         "数据库中没有账簿（没有科目表 gl_code）：" + ShortPlace(path));
   }
-  throw DatabaseError(Trouble::kDamaged, "这个文件不是账簿（没有科目表 gl_code）：" + path);
+  throw DatabaseError(ErrorKind::kDamaged, "这个文件不是账簿（没有科目表 gl_code）：" + path);
 }
 
 std::string CheckSchema(Connection& connection, const std::string& path) {
   if (!connection.HasTable(SchemaTables()[0].name)) RefuseNoBook(path);
   if (connection.SchemaVersion() > kSchemaVersion) {
-    throw DatabaseError(Trouble::kDamaged, "账簿由更新的版本建立，请先升级本软件：" + path);
+    throw DatabaseError(ErrorKind::kDamaged, "账簿由更新的版本建立，请先升级本软件：" + path);
   }
   std::string missing;
   for (const Table& table : SchemaTables()) missing += MissingIn(connection, table);

@@ -13,8 +13,8 @@ namespace desk::book {
 
 inline constexpr int kSchemaVersion = 4;
 
-/// The statements that make all tables of a book in an empty database, as `flavor` writes them.
-[[nodiscard]] std::vector<std::string> SchemaScript(Flavor flavor);
+/// The statements that make all tables of a book in an empty database, as `dialect` writes them.
+[[nodiscard]] std::vector<std::string> SchemaScript(SqlDialect dialect);
 
 /// Whether all tables of a book are there without a row, as an administrator has made them, or as
 /// a server keeps them that cannot undo their making.

@@ -12,8 +12,8 @@ Session::Session(std::unique_ptr<Connection> connection)
 
 std::string Session::Translated(const std::string& sql) const {
   if (driver_ != "jet") return sql;
-  const Flavor flavor = connection_->Makes();
-  return FromJet(sql, flavor == Flavor::kAccess || flavor == Flavor::kSqlServer);
+  const SqlDialect dialect = connection_->Dialect();
+  return FromJet(sql, dialect == SqlDialect::kAccess || dialect == SqlDialect::kSqlServer);
 }
 
 std::unique_ptr<Rows> Session::Query(const std::string& sql) {
@@ -29,7 +29,7 @@ void Session::Execute(const std::string& sql) {
   // MariaDB does not count a row that stays as it was.
   const std::string row = QueryForChangedRow(sql);
   if (row.empty() || connection_->Query(row, Origin::kCaller)->Next()) return;
-  throw DatabaseError(Trouble::kMissing, "这条记录已被其他用户删除，没有保存");
+  throw DatabaseError(ErrorKind::kMissing, "这条记录已被其他用户删除，没有保存");
 }
 
 std::int64_t Session::Change(const std::string& sql) {

@@ -278,8 +278,8 @@ StatementKind CheckCallerStatement(std::string_view sql, const ColumnQuestion& q
 
 StatementKind StatementGuard::Check(std::string_view sql) {
   // Nobody knows what an unknown server makes of a backslash in a text.
-  if (connection_.Makes() == Flavor::kOther && sql.find('\\') != std::string_view::npos) {
-    throw DatabaseError(Trouble::kRefused, "语句中有不允许的写法：\\");
+  if (connection_.Dialect() == SqlDialect::kOther && sql.find('\\') != std::string_view::npos) {
+    throw DatabaseError(ErrorKind::kRefused, "语句中有不允许的写法：\\");
   }
   unknown_.clear();
   return CheckCallerStatement(sql, [this](std::string_view table, std::string_view column) {

@@ -16,7 +16,7 @@ using tavrix::host::IsDigit;
 using Kind = SqlToken::Kind;
 
 [[noreturn]] void RefuseText(const std::string& text) {
-  throw DatabaseError(Trouble::kRefused, text);
+  throw DatabaseError(ErrorKind::kRefused, text);
 }
 
 bool IsTail(char c) {

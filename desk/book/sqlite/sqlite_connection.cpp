@@ -33,7 +33,7 @@ void SqliteConnection::SetUp(const Place& place, Use use) {
     set("pragma journal_mode=wal");
   } catch (const DatabaseError& error) {
     // Somebody else has the book open in another mode: it serves, and changes another time.
-    if (error.Reason() != Trouble::kLocked) throw;
+    if (error.Kind() != ErrorKind::kLocked) throw;
   }
 }
 
@@ -47,7 +47,7 @@ SqliteStatement SqliteConnection::Prepare(const std::string& sql, Origin origin,
   SqliteStatement statement(raw);
   if (result != SQLITE_OK) {
     if (guard_.Objection().empty()) throw SqliteError(database_.get());
-    throw DatabaseError(Trouble::kRefused, guard_.Objection());
+    throw DatabaseError(ErrorKind::kRefused, guard_.Objection());
   }
   BindAll(statement.get(), parameters);
   return statement;
@@ -82,7 +82,7 @@ std::unique_ptr<Rows> SqliteConnection::Query(const std::string& sql, Origin ori
   const bool reads =
       sqlite3_stmt_readonly(statement.get()) != 0 && sqlite3_column_count(statement.get()) > 0;
   if (origin == Origin::kCaller && !reads) {
-    throw DatabaseError(Trouble::kRefused, "这条语句不是查询");
+    throw DatabaseError(ErrorKind::kRefused, "这条语句不是查询");
   }
   return std::make_unique<SqliteRows>(std::move(statement));
 }

@@ -30,7 +30,7 @@ class SqliteConnection : public Connection {
   void Commit() override;
   void Rollback() noexcept override;
   [[nodiscard]] std::string Driver() const override { return "sqlite"; }
-  [[nodiscard]] Flavor Makes() const override { return Flavor::kSqlite; }
+  [[nodiscard]] SqlDialect Dialect() const override { return SqlDialect::kSqlite; }
   [[nodiscard]] bool ReadOnly() const override;
   [[nodiscard]] bool HasTable(std::string_view table) override;
   [[nodiscard]] bool HasColumn(std::string_view table, std::string_view column) override;

@@ -23,7 +23,7 @@ constexpr int kReadWriteFlags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE;
 
 DatabaseError WithPath(const DatabaseError& error, const std::string& path) {
   const std::string text = error.what();
-  return {error.Reason(), text.find(path) == std::string::npos ? text + "：" + path : text};
+  return {error.Kind(), text.find(path) == std::string::npos ? text + "：" + path : text};
 }
 
 bool NeedsToWrite(sqlite3* database) {
@@ -38,7 +38,7 @@ bool NeedsToWrite(sqlite3* database) {
 SqliteHandle OpenWhereNothingCanBeWritten(const std::string& path) {
   if (HasBeside(path, "-wal")) return OpenSqliteFileWithLog(path);
   if (HasBeside(path, "-journal")) {
-    throw DatabaseError(Trouble::kReadOnly,
+    throw DatabaseError(ErrorKind::kReadOnly,
                         "账簿有没有完成的更改，须先由可以写入的用户打开一次：" + path);
   }
   return OpenSqliteFile(ImmutableName(path), kReadOnlyFlags | SQLITE_OPEN_URI);
@@ -59,7 +59,7 @@ std::unique_ptr<Connection> OpenForWriting(const Place& place) {
     if (sqlite3_db_readonly(database.get(), "main") == 1) return OpenForReading(place);
     return std::make_unique<SqliteConnection>(std::move(database), place);
   } catch (const DatabaseError& error) {
-    if (error.Reason() == Trouble::kLocked) throw;  // a moment later it can be written
+    if (error.Kind() == ErrorKind::kLocked) throw;  // a moment later it can be written
     try {
       return OpenForReading(place);
     } catch (const DatabaseError&) {  // the first reason is told
@@ -69,7 +69,7 @@ std::unique_ptr<Connection> OpenForWriting(const Place& place) {
 }
 
 [[noreturn]] void RefuseTaken(const std::string& path) {
-  throw DatabaseError(Trouble::kOther, "文件已经存在：" + path);
+  throw DatabaseError(ErrorKind::kOther, "文件已经存在：" + path);
 }
 
 std::shared_ptr<Session> MakeInMemory(const Filling& fill) {
@@ -112,7 +112,7 @@ std::shared_ptr<Session> SqliteEngine::Make(const Place& place, const Filling& f
   } catch (const DatabaseError&) {
     throw;
   } catch (const host::HostError& error) {  // of the file itself
-    throw DatabaseError(Trouble::kOther, error.what());
+    throw DatabaseError(ErrorKind::kOther, error.what());
   }
   return std::make_shared<Session>(Open(place));
 }

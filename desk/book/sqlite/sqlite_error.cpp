@@ -7,7 +7,7 @@ namespace desk::book {
 namespace {
 
 struct Meaning {
-  Trouble trouble = Trouble::kOther;
+  ErrorKind kind = ErrorKind::kOther;
   std::string_view text;
 };
 
@@ -16,45 +16,45 @@ constexpr std::string_view kAccountsBelow = "科目还有下级，不能删除";
 
 Meaning MeaningOfConstraint(int extended_code, std::string_view message) {
   // What the rules of the book refuse is a sentence for users already.
-  if (extended_code == SQLITE_CONSTRAINT_TRIGGER) return {Trouble::kRefused, message};
-  if (extended_code == SQLITE_CONSTRAINT_FOREIGNKEY) return {Trouble::kRefused, kAccountsBelow};
+  if (extended_code == SQLITE_CONSTRAINT_TRIGGER) return {ErrorKind::kRefused, message};
+  if (extended_code == SQLITE_CONSTRAINT_FOREIGNKEY) return {ErrorKind::kRefused, kAccountsBelow};
   const bool key = extended_code == SQLITE_CONSTRAINT_UNIQUE ||
                    extended_code == SQLITE_CONSTRAINT_PRIMARYKEY ||
                    extended_code == SQLITE_CONSTRAINT_ROWID;
-  if (!key) return {Trouble::kOther, "数据不符合账簿的规定"};
+  if (!key) return {ErrorKind::kOther, "数据不符合账簿的规定"};
   const bool code = message.find("gl_code.ccode") != std::string_view::npos;
-  return {Trouble::kDuplicate, code ? "科目编码重复" : "数据重复"};
+  return {ErrorKind::kDuplicate, code ? "科目编码重复" : "数据重复"};
 }
 
 Meaning MeaningOf(int extended_code, std::string_view message) {
   switch (extended_code & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      return {Trouble::kLocked, "账簿正被其他用户使用，请稍后再试"};
+      return {ErrorKind::kLocked, "账簿正被其他用户使用，请稍后再试"};
     case SQLITE_READONLY:
-      return {Trouble::kReadOnly, "账簿是只读的，不能写入"};
+      return {ErrorKind::kReadOnly, "账簿是只读的，不能写入"};
     case SQLITE_FULL:
-      return {Trouble::kFull, "磁盘已满，数据没有保存"};
+      return {ErrorKind::kFull, "磁盘已满，数据没有保存"};
     case SQLITE_NOTADB:
-      return {Trouble::kDamaged, "这个文件不是账簿（不是数据库文件）"};
+      return {ErrorKind::kDamaged, "这个文件不是账簿（不是数据库文件）"};
     case SQLITE_CORRUPT:
-      return {Trouble::kDamaged, "账簿文件已损坏"};
+      return {ErrorKind::kDamaged, "账簿文件已损坏"};
     case SQLITE_CANTOPEN:
-      return {Trouble::kOther, "无法打开账簿文件"};
+      return {ErrorKind::kOther, "无法打开账簿文件"};
     case SQLITE_IOERR:
-      return {Trouble::kOther, "读写账簿文件时出错"};
+      return {ErrorKind::kOther, "读写账簿文件时出错"};
     case SQLITE_NOMEM:
-      return {Trouble::kOther, "内存不足"};
+      return {ErrorKind::kOther, "内存不足"};
     case SQLITE_INTERRUPT:
-      return {Trouble::kOther, "账簿没有在限定的时间内给出数据"};
+      return {ErrorKind::kOther, "账簿没有在限定的时间内给出数据"};
     case SQLITE_CONSTRAINT:
       return MeaningOfConstraint(extended_code, message);
     default:
       break;
   }
-  if (message.starts_with("no such table")) return {Trouble::kOther, "账簿中没有这个表"};
-  if (message.starts_with("no such column")) return {Trouble::kOther, "账簿中没有这个列"};
-  if (message.ends_with("syntax error")) return {Trouble::kOther, "语句有语法错误"};
+  if (message.starts_with("no such table")) return {ErrorKind::kOther, "账簿中没有这个表"};
+  if (message.starts_with("no such column")) return {ErrorKind::kOther, "账簿中没有这个列"};
+  if (message.ends_with("syntax error")) return {ErrorKind::kOther, "语句有语法错误"};
   return {};
 }
 
@@ -62,9 +62,9 @@ Meaning MeaningOf(int extended_code, std::string_view message) {
 
 DatabaseError SqliteError(int extended_code, const std::string& message) {
   const Meaning meaning = MeaningOf(extended_code, message);
-  if (meaning.text.empty()) return {meaning.trouble, message};
-  if (meaning.trouble == Trouble::kRefused) return {meaning.trouble, std::string(meaning.text)};
-  return {meaning.trouble, std::string(meaning.text) + "：" + message};
+  if (meaning.text.empty()) return {meaning.kind, message};
+  if (meaning.kind == ErrorKind::kRefused) return {meaning.kind, std::string(meaning.text)};
+  return {meaning.kind, std::string(meaning.text) + "：" + message};
 }
 
 DatabaseError SqliteError(sqlite3* database) {

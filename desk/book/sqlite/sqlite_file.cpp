@@ -58,7 +58,7 @@ void CheckViews(Connection& connection) {
       while (rows->Next()) {
       }
     } catch (const DatabaseError& error) {
-      throw DatabaseError(Trouble::kDamaged,
+      throw DatabaseError(ErrorKind::kDamaged,
                           "账簿的表 " + std::string(table.name) + " 不能读取：" + error.what());
     }
   }
@@ -96,9 +96,9 @@ void JudgeWithLog(const std::string& path, std::chrono::milliseconds patience) {
   try {
     return Judge(OpenSqliteFileWithLog(path), path);
   } catch (const DatabaseError& error) {
-    if (error.Reason() == Trouble::kDamaged) throw;
+    if (error.Kind() == ErrorKind::kDamaged) throw;
     // Somebody works with it, so that the log's index is there already; or it cannot be written.
-    if (error.Reason() == Trouble::kLocked || HasBeside(path, kLog)) {
+    if (error.Kind() == ErrorKind::kLocked || HasBeside(path, kLog)) {
       SqliteHandle database = OpenSqliteFile(path, kReadOnlyFlags);
       LeaveLog(database.get());
       return Judge(std::move(database), path, patience);
@@ -123,7 +123,7 @@ class JournalCopy {
     }
     if (!failed) return;
     Remove();
-    throw DatabaseError(Trouble::kOther, "不能读取账簿和它没有完成的更改：" + path);
+    throw DatabaseError(ErrorKind::kOther, "不能读取账簿和它没有完成的更改：" + path);
   }
   JournalCopy(const JournalCopy&) = delete;
   JournalCopy& operator=(const JournalCopy&) = delete;
@@ -145,7 +145,7 @@ void JudgeWithJournal(const std::string& path, std::chrono::milliseconds patienc
   try {
     return Judge(OpenSqliteFile(path, kReadOnlyFlags), path, patience);
   } catch (const DatabaseError& error) {
-    if (error.Reason() != Trouble::kReadOnly) throw;
+    if (error.Kind() != ErrorKind::kReadOnly) throw;
   }
   const JournalCopy copy(path);
   Judge(OpenSqliteFile(copy.Name(), kReadWriteFlags), path);
@@ -194,10 +194,10 @@ void JudgeSqliteFile(const std::string& path, std::chrono::milliseconds patience
   std::error_code failed;
   const fs::file_status status = fs::status(PathOf(path), failed);
   if (status.type() == fs::file_type::not_found) {
-    throw DatabaseError(Trouble::kOther, "账簿文件不存在：" + path);
+    throw DatabaseError(ErrorKind::kOther, "账簿文件不存在：" + path);
   }
   if (!fs::is_regular_file(status)) {
-    throw DatabaseError(Trouble::kDamaged, "无法打开账簿文件（不是普通文件）：" + path);
+    throw DatabaseError(ErrorKind::kDamaged, "无法打开账簿文件（不是普通文件）：" + path);
   }
   // The engine would remove what stands beside an empty file.
   if (fs::file_size(PathOf(path), failed) == 0 && !failed) RefuseNoBook(path);

@@ -72,7 +72,7 @@ void SqliteRows::PassAll(Sink& sink) {
   } while (Next());
 }
 
-void SqliteRows::PassRest(CellSink& sink) {
+void SqliteRows::ReadAll(CellSink& sink) {
   // Where the sink is the usual one, its calls need not be looked up cell by cell.
   if (auto* rows = dynamic_cast<RowSetSink*>(&sink)) return PassAll(*rows);
   PassAll(sink);

@@ -22,7 +22,7 @@ class SqliteRows : public Rows {
   [[nodiscard]] int Columns() const override { return sqlite3_column_count(statement_.get()); }
   [[nodiscard]] std::string ColumnName(int column) const override;
   [[nodiscard]] host::Value Get(int column) const override;
-  void PassRest(CellSink& sink) override;
+  void ReadAll(CellSink& sink) override;
 
  private:
   template <class Sink>
