@@ -23,13 +23,6 @@ const win32::WindowClass& BalanceClass() {
   return balance;
 }
 
-RECT WorkArea(HWND window) {
-  MONITORINFO monitor{};
-  monitor.cbSize = sizeof monitor;
-  GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
-  return monitor.rcWork;
-}
-
 }  // namespace
 
 std::shared_ptr<TrialBalanceWindow> TrialBalanceWindow::Make(HWND frame, SharedStyle style,
@@ -61,7 +54,7 @@ std::shared_ptr<TrialBalanceWindow> TrialBalanceWindow::Make(HWND frame, SharedS
 
 /// In the middle of the frame, as large as it should be and the screen allows.
 void TrialBalanceWindow::Place(HWND frame_window) {
-  const RECT work = WorkArea(frame_window);
+  const RECT work = win32::WorkArea(frame_window);
   RECT frame{};
   GetWindowRect(frame_window, &frame);
   const LONG width = std::min<LONG>(style_->scale.Design(kDesignWidth), work.right - work.left);

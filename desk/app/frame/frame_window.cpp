@@ -52,16 +52,9 @@ RECT TakeRight(RECT& rest, int width) {
   return taken;
 }
 
-RECT WorkArea(HWND window) {
-  MONITORINFO info{};
-  info.cbSize = sizeof info;
-  GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &info);
-  return info.rcWork;
-}
-
 POINT LeastSize(HWND window) {
   const int dpi = static_cast<int>(GetDpiForWindow(window));
-  const RECT work = WorkArea(window);
+  const RECT work = win32::WorkArea(window);
   return {std::min<LONG>(MulDiv(kMinDesign.cx, dpi, 96), work.right - work.left),
           std::min<LONG>(MulDiv(kMinDesign.cy, dpi, 96), work.bottom - work.top)};
 }
@@ -105,7 +98,7 @@ void FrameWindow::CreateParts() {
 /// As large as its parts want it at this resolution, and in the middle of a screen that is not much
 /// larger.
 void FrameWindow::SizeFirst() {
-  const RECT work = WorkArea(Hwnd());
+  const RECT work = win32::WorkArea(Hwnd());
   const SIZE room{work.right - work.left, work.bottom - work.top};
   const SIZE size{std::min<LONG>(style_->scale.Design(kFirstDesign.cx), room.cx),
                   std::min<LONG>(style_->scale.Design(kFirstDesign.cy), room.cy)};

@@ -20,13 +20,6 @@ const win32::WindowClass& NoticeClass() {
   return notice;
 }
 
-RECT WorkArea(HWND window) {
-  MONITORINFO info{};
-  info.cbSize = sizeof info;
-  GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &info);
-  return info.rcWork;
-}
-
 }  // namespace
 
 std::shared_ptr<Notice> Notice::Show(HWND dialog, const Report& report) {
@@ -68,7 +61,7 @@ RECT Notice::Place() const {
   const auto design = [this](int pixels) { return style_->scale.Design(pixels); };
   RECT dialog{};
   GetWindowRect(dialog_, &dialog);
-  const RECT work = WorkArea(dialog_);
+  const RECT work = win32::WorkArea(dialog_);
   const int width = static_cast<int>(dialog.right - dialog.left);
   const int height =
       std::clamp(TextHeight(width - design(60)), design(16), design(160)) + design(20);

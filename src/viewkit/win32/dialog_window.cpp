@@ -27,13 +27,6 @@ SIZE SizeOf(const RECT& area) {
   return {area.right - area.left, area.bottom - area.top};
 }
 
-RECT WorkArea(HWND window) {
-  MONITORINFO monitor{};
-  monitor.cbSize = sizeof monitor;
-  GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
-  return monitor.rcWork;
-}
-
 }  // namespace
 
 DialogWindow::DialogWindow(DialogModel& dialog) : dialog_(dialog) {

@@ -49,6 +49,13 @@ HINSTANCE ThisModule() {
   return module;
 }
 
+RECT WorkArea(HWND window) {
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof monitor;
+  GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
+  return monitor.rcWork;
+}
+
 WindowClass::WindowClass(std::wstring name, UINT style) : name_(std::move(name)) {
   WNDCLASSEXW description{};
   description.cbSize = sizeof description;

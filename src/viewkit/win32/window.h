@@ -27,6 +27,9 @@ class WindowClass {
   std::wstring name_;
 };
 
+/// Of the monitor that most of `window` stands on, in screen pixels: without task bars.
+[[nodiscard]] RECT WorkArea(HWND window);
+
 struct WindowPlan {
   const wchar_t* text = L"";
   DWORD style = 0;
