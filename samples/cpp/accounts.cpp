@@ -120,12 +120,12 @@ std::wstring Cell(const Ref<IFlexGrid>& grid, long row, long col) {
 }
 
 /// The rows of a list that show accounts, from `first` on up to `end`.
-struct Rows {
+struct RowRange {
   long first = 0;
   long end = 0;
 };
-Rows RowsOf(const Ref<IFlexGrid>& grid) {
-  Rows rows;
+RowRange RowsOf(const Ref<IFlexGrid>& grid) {
+  RowRange rows;
   grid->get_FixedRows(&rows.first);
   grid->get_Rows(&rows.end);
   return rows;
@@ -138,7 +138,7 @@ bool Load(const Ref<IUnknown>& view, IDispatch* system) {
   if (FAILED(form->Init(&system, 0, 0, &done)) || done == VARIANT_FALSE) return false;
   form->Refresh(&done);  // every command is called so: form->FileNew(&done)
   const auto grid = Child<IFlexGrid>(view, L"Vs(0)");
-  const Rows rows = RowsOf(grid);
+  const RowRange rows = RowsOf(grid);
   Print(L"Kjkm: " + std::to_wstring(rows.end - rows.first) + L" accounts");
   for (long row = rows.first; row < rows.end; ++row) {
     Print(Cell(grid, row, 0) + L" " + Cell(grid, row, 1));
@@ -158,7 +158,7 @@ bool Pick(IDispatch* system) {
   picker->putref_Parameters(parameters.Get());
   picker->Refresh(&done);
   const auto grid = Child<IFlexGrid>(view, L"Vs");
-  const Rows rows = RowsOf(grid);
+  const RowRange rows = RowsOf(grid);
   Print(L"selKjkm: " + std::to_wstring(rows.end - rows.first) + L" accounts");
 
   // What a user has typed elsewhere.
@@ -176,7 +176,7 @@ bool Pick(IDispatch* system) {
   // it makes a row current and clicks the OK button.
   const Ref<Picks> picks(new Picks(picker.Get()));
   const Connection connection(view, __uuidof(__selKjkm), picks.Get());
-  grid->put_Row(first);
+  grid->put_Row(rows.first);
   Child<IButtonControl>(view, L"Cmd(0)")->Click();
   picker->Clear();
   return true;
