@@ -88,9 +88,10 @@ TEST_F(MakingTest, AKilledCopyToAServerLeavesNothing) {
   const auto whole = test::AllRows(Book::Open(from), query);
   int killed = 0;
   int again = 0;
-  for (int round = 0; round < (Long() ? 30 : 4); ++round) {
+  // Four rounds when there is little time; more only until one was in time.
+  for (int round = 0; round < 30 && (Long() || round < 4 || again == 0); ++round) {
     const std::string to = test::NewServerPlace();
-    if (!KillDuring([&] { (void)desk::book::CopyBook(from, to); }, 800)) {
+    if (!KillDuring([&] { (void)desk::book::CopyBook(from, to); }, 250)) {
       ++killed;
       // Nothing is there, so that it can be copied again: the server ends what was under way first.
       // Or it died after its end, and all is there.
@@ -103,8 +104,8 @@ TEST_F(MakingTest, AKilledCopyToAServerLeavesNothing) {
     }
     EXPECT_EQ(test::AllRows(Book::Open(to), query), whole) << round;
   }
-  EXPECT_GT(killed, 0);
   EXPECT_GT(again, 0);
+  std::cout << killed << " copies killed, " << again << " of them before their end\n";
 }
 
 // Whoever closes a book last folds its log and removes it: others must see that somebody is there.
