@@ -14,7 +14,7 @@
 #include "host/value.h"
 
 /// The database layer: what the desk needs of an engine, and nothing else. Whoever adds an engine
-/// implements `Engine`, `Connection` and `Rows`; all above them stays as it is.
+/// implements `Engine`, `Connection` and `Rows`, and answers wherever the dialect is asked for.
 namespace desk::book {
 
 namespace host = tavrix::host;
