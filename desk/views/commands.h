@@ -44,7 +44,7 @@ enum class Command : std::uint16_t {
   kMore = 150,  ///< the tool bar's buttons that have no room
   kLevelFirst =
       160,  ///< this and the next kOutlineLevels - 1 numbers expand the outline to a level
-  kRecentFirst = 200,  ///< this and the next kRecentBooks - 1 numbers open a recent book
+  kRecentFirst = 1000,  ///< this and the next kRecentBooks - 1 numbers open a recent book
 };
 inline constexpr std::size_t kRecentBooks = 8;
 inline constexpr int kOutlineLevels = 7;
@@ -57,7 +57,7 @@ inline constexpr int kOutlineLevels = 7;
 [[nodiscard]] int LevelOf(Command command);
 
 /// Where in the menu bar a command stands; the levels have a menu of their own inside the view's.
-enum class MenuGroup { kBook, kAccount, kView, kHelp, kLevels };
+enum class MenuGroup { kBook, kAccount, kLedger, kView, kHelp, kLevels };
 
 /// Keys that work everywhere, or only while the focus is in the view (elsewhere they edit text).
 enum class KeyScope { kFrame, kView };

@@ -18,7 +18,8 @@ struct GroupTitle {
 };
 // The blank at the end keeps the last bracket in sight: Wine measures bar entries too narrow.
 constexpr std::array kGroups = {GroupTitle{kBook, L"账簿(&B) "}, GroupTitle{kAccount, L"科目(&K) "},
-                                GroupTitle{kView, L"查看(&V) "}, GroupTitle{kHelp, L"帮助(&H) "}};
+                                GroupTitle{kLedger, L"账务(&P) "}, GroupTitle{kView, L"查看(&V) "},
+                                GroupTitle{kHelp, L"帮助(&H) "}};
 
 // File names may hold ampersands, which a menu would take for mnemonics.
 std::wstring WithoutMnemonics(const std::wstring& text) {

@@ -56,6 +56,7 @@ Desk::Desk()
     : folders_(DeskFolders::Find()),
       settings_(folders_),
       frame_(FrameWindow::Make(*this)),
+      user_({.owner = [this] { return frame_->Hwnd(); }}),
       wait_(std::make_shared<ServerWait>(frame_->Hwnd())) {
   frame_->SetRecent(settings_.Recent());
   frame_->Reports().SetDesignHeight(settings_.ReportHeight());

@@ -15,6 +15,7 @@
 #include "app/program/account_follower.h"
 #include "app/program/desk_settings.h"
 #include "app/program/server_wait.h"
+#include "app/program/workplace.h"
 #include "book/book.h"
 
 namespace desk::app {
@@ -92,11 +93,14 @@ class Desk : private FrameOwner {
   void Trapped(const std::wstring& context, const std::function<void()>& body);
   void Fail(const std::wstring& text, const std::wstring& book);
   void TellUnsaved(const std::string& text);
+  /// For commands on the open book and its view, which must be there.
+  [[nodiscard]] Workplace Place();
   [[nodiscard]] KjkmView* View() const { return open_ ? open_->view.get() : nullptr; }
 
   DeskFolders folders_;
   DeskSettings settings_;
   std::shared_ptr<FrameWindow> frame_;
+  tavrix::viewkit::win32::WindowsUser user_;
   std::shared_ptr<ServerWait> wait_;
   std::shared_ptr<PostingPane> posting_;
   bool posting_shown_ = false;

@@ -44,6 +44,15 @@ const Desk::Action Desk::kActions[] = {
     {kAbout, [](Desk& desk) { desk.About(); }},
 };
 
+Workplace Desk::Place() {
+  return {.frame = *frame_,
+          .user = user_,
+          .settings = settings_,
+          .book = open_->book,
+          .file = open_->file,
+          .view = *open_->view};
+}
+
 void Desk::OnCommand(Command command) {
   Trapped({}, [&] { Do(command); });
   account_->Renew();

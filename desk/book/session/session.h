@@ -47,6 +47,8 @@ class Session {
   /// Counts the callers' statements that have changed the book: whoever shows it can tell from this
   /// whether what he shows is old.
   [[nodiscard]] std::uint64_t Changes() const { return changes_; }
+  /// Counts a change of accounts by the desk itself.
+  void NoteChange() { ++changes_; }
 
   /// For the desk's own statements. Those that write belong inside a `Transaction`.
   [[nodiscard]] Connection& Own() { return *connection_; }

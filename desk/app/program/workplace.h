@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "app/controls/kjkm_view.h"
+#include "app/frame/frame_window.h"
+#include "app/program/desk_settings.h"
+#include "book/book.h"
+#include "viewkit/win32/windows_user.h"
+
+namespace desk::app {
+
+/// What a command on the open book works with, while it runs. Accounts that it changes by
+/// statements of its own are shown anew when it has told the session (`Session::NoteChange`).
+struct Workplace {
+  FrameWindow& frame;
+  tavrix::viewkit::win32::WindowsUser& user;  ///< asks above the frame
+  DeskSettings& settings;
+  book::Book& book;
+  const std::wstring& file;
+  KjkmView& view;
+};
+
+}  // namespace desk::app
