@@ -45,13 +45,13 @@ class OleScope {
 int RunDesk(int show) {
   const std::vector<std::wstring> arguments = Arguments();
   const OleScope ole;
-  if (arguments.size() == 3 && arguments[0] == L"--copy") {
-    return desk::app::CopyByCommand(arguments[1], arguments[2]);
-  }
   INITCOMMONCONTROLSEX controls{};
   controls.dwSize = sizeof controls;
   controls.dwICC = ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES;
   InitCommonControlsEx(&controls);
+  if (arguments.size() == 3 && arguments[0] == L"--copy") {
+    return desk::app::CopyByCommand(arguments[1], arguments[2]);
+  }
   tavrix::accessible::OfferAccessibility();
   desk::app::Desk desk;
   desk.Start(arguments.empty() ? std::wstring() : arguments[0], show);

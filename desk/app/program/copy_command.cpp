@@ -2,15 +2,14 @@
 
 #include <windows.h>
 
-#include <shlobj.h>
-
 #include <cstdint>
 #include <exception>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "app/com.h"
+#include "app/work/long_work.h"
 #include "book/copy.h"
 #include "host/report.h"
 #include "host/utf.h"
@@ -47,40 +46,26 @@ std::string ContentsOf(std::string_view table) {
 }
 
 /// How far the copy has come: lines on standard error for a script, which cancels by ending the
-/// program; the system's own dialog with its button where there is no standard output.
+/// program; the window of long work where there is no standard output.
 class ShownProgress {
  public:
   ShownProgress() {
-    if (Write(STD_OUTPUT_HANDLE, {})) return;
-    if (FAILED(CoCreateInstance(CLSID_ProgressDialog, nullptr, CLSCTX_INPROC_SERVER,
-                                IID_IProgressDialog, dialog_.PutVoid()))) {
-      return;
-    }
-    dialog_->SetTitle(kTitle);
-    dialog_->SetLine(1, L"正在复制账簿", FALSE, nullptr);
-    dialog_->SetCancelMsg(L"正在取消复制", nullptr);
-    dialog_->StartProgressDialog(nullptr, nullptr, PROGDLG_NORMAL | PROGDLG_AUTOTIME, nullptr);
-  }
-  ShownProgress(const ShownProgress&) = delete;
-  ShownProgress& operator=(const ShownProgress&) = delete;
-  ~ShownProgress() {
-    if (dialog_) dialog_->StopProgressDialog();
+    if (!Write(STD_OUTPUT_HANDLE, {})) window_.emplace(nullptr, kTitle);
   }
 
   /// False when the user has cancelled.
   bool Show(const book::CopyState& state) {
-    if (!dialog_) {
-      Print(state);
-      return true;
-    }
-    dialog_->SetLine(1, state.compares ? L"正在逐行核对复制的账簿" : L"正在复制账簿", FALSE,
-                     nullptr);
-    dialog_->SetLine(2, Wide(ContentsOf(state.table)).c_str(), FALSE, nullptr);
-    dialog_->SetProgress64(static_cast<ULONGLONG>(state.done), static_cast<ULONGLONG>(state.all));
-    return dialog_->HasUserCancelled() == FALSE;
+    if (window_) return window_->Show(ShownState(state));
+    Print(state);
+    return true;
   }
 
  private:
+  static book::WorkState ShownState(const book::CopyState& state) {
+    const std::string step = state.compares ? "正在逐行核对复制的账簿：" : "正在复制账簿：";
+    return {.step = step + ContentsOf(state.table), .done = state.done, .all = state.all};
+  }
+
   void Print(const book::CopyState& state) {
     constexpr int kStep = 5;
     const int percent = state.all == 0 ? 0 : static_cast<int>(state.done * 100 / state.all);
@@ -89,7 +74,7 @@ class ShownProgress {
     Write(STD_ERROR_HANDLE, std::string(state.table) + "\t" + std::to_string(percent) + " %\n");
   }
 
-  ComPtr<IProgressDialog> dialog_;
+  std::optional<LongWork> window_;
   int next_ = 0;
 };
 

@@ -3,11 +3,16 @@
 #include <exception>
 #include <string>
 
+#include "app/work/long_work.h"
+
 namespace desk::app {
 namespace {
 
 /// Whatever is answered sooner needs no window.
 constexpr std::chrono::milliseconds kUnnoticed(600);
+
+/// Long work is cancelled between its statements; only one that does not end is given up.
+constexpr std::chrono::milliseconds kStatementOfLongWork(10000);
 
 bool EscapePressed() {
   constexpr int kDownOrPressedSince = 0x8001;
@@ -31,6 +36,9 @@ void DropInput() {
 
 bool ServerWait::OnWait(std::chrono::milliseconds waited) {
   if (GetCurrentThreadId() != thread_) return true;
+  if (LongWork* const work = LongWork::Current()) {
+    return work->KeepAlive() || waited < kStatementOfLongWork;
+  }
   if (closing_ || enough_) return false;
   if (FrameIsToClose()) {
     enough_ = true;
