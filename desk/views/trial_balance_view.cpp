@@ -2,12 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <exception>
 #include <utility>
 
 #include "book/ledger/money_text.h"
 #include "host/grid_update.h"
-#include "host/report.h"
 #include "host/row_set.h"
 #include "viewkit/layout/m_mode.h"
 #include "views/default_layout.h"
@@ -90,9 +88,9 @@ bool RepeatsItsAccount(const viewkit::FlexGrid& grid, int total) {
 TrialBalanceView::TrialBalanceView(book::Session& session,
                                    std::shared_ptr<host::SystemObject> system,
                                    viewkit::UserPort& user)
-    : session_(session),
+    : Sheet(user),
+      session_(session),
       system_(std::move(system)),
-      user_(user),
       layout_path_(viewkit::GetSelfFilePath(kLayoutName, *system_)) {
   MakeStrip();
   MakeGrid();
@@ -107,14 +105,12 @@ TrialBalanceView::~TrialBalanceView() {
   viewkit::SaveVsLayout(layout_path_, grid_, false, *system_);
 }
 
-template <class Body>
-void TrialBalanceView::Trapped(Body&& body) {
-  try {
-    body();
-  } catch (const std::exception& error) {
-    static_cast<void>(user_.Ask(host::ErrorText(error), kTitle, viewkit::UserPort::Icon::kWarning,
-                                viewkit::UserPort::Buttons::kOk));
-  }
+std::string TrialBalanceView::Title() const {
+  return kTitle;
+}
+
+std::vector<Sheet::MenuItem> TrialBalanceView::Menu() {
+  return {{.text = "列布局(&L)…", .run = [this] { Trapped([this] { AskLayout(); }); }}};
 }
 
 void TrialBalanceView::MakeStrip() {
@@ -302,8 +298,8 @@ void TrialBalanceView::AskLayout() {
   // The file holds what the mouse has changed before the dialog adds to it.
   viewkit::SaveVsLayout(layout_path_, grid_, false, *system_);
   const LayoutChoice before = ReadLayout(layout_path_, grid_, *system_);
-  LayoutDialog dialog({.subject = kTitle, .has_defaults = true}, before, user_);
-  user_.ShowModal(dialog);
+  LayoutDialog dialog({.subject = kTitle, .has_defaults = true}, before, User());
+  User().ShowModal(dialog);
   if (dialog.Result() == LayoutDialog::Outcome::kDefaults) return RestoreDefaults();
   if (dialog.Result() != LayoutDialog::Outcome::kAccepted) return;
   WriteLayout(layout_path_, grid_, before, dialog.Choice(), *system_);

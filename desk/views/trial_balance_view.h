@@ -14,13 +14,14 @@
 #include "viewkit/controls/label.h"
 #include "viewkit/grid/flex_grid.h"
 #include "views/column_layout.h"
+#include "views/sheet.h"
 
 namespace desk::views {
 
 /// The trial balance of a book: one row for each account, subtotals by category and, if wanted, by
 /// first-level account. What is grouped and summed is the layout's to say; a user who has none gets
 /// the one that comes with the program.
-class TrialBalanceView {
+class TrialBalanceView : public Sheet {
  public:
   /// Columns of the grid. The months are hidden at first: they are for copying rows elsewhere.
   enum Column {
@@ -41,19 +42,20 @@ class TrialBalanceView {
   /// Book, host and user must outlive the view. Throws what the book and the host raise.
   TrialBalanceView(book::Session& session, std::shared_ptr<host::SystemObject> system,
                    viewkit::UserPort& user);
-  TrialBalanceView(const TrialBalanceView&) = delete;
-  TrialBalanceView& operator=(const TrialBalanceView&) = delete;
   /// Saves the layout.
-  ~TrialBalanceView();
+  ~TrialBalanceView() override;
 
-  [[nodiscard]] const viewkit::ControlList& Controls() const { return controls_; }
-  /// Puts the controls where they belong in a window of this size (twips).
-  void Resize(int width, int height);
-  /// Reads the book again; what the user has chosen stays.
-  void Reload();
+  // Sheet
+  [[nodiscard]] std::string Title() const override;
+  [[nodiscard]] std::string Subtitle() const override { return month_.Text(); }
+  [[nodiscard]] const viewkit::ControlList& Controls() const override { return controls_; }
+  void Resize(int width, int height) override;
+  void Reload() override;
+  [[nodiscard]] viewkit::FlexGrid& Grid() override { return grid_; }
+  [[nodiscard]] std::vector<MenuItem> Menu() override;
+
   /// Asks for another layout.
   void AskLayout();
-  [[nodiscard]] viewkit::FlexGrid& Grid() { return grid_; }
 
  private:
   void MakeGrid();
@@ -71,13 +73,9 @@ class TrialBalanceView {
   void ShowByFirstLevel();
   void RestoreDefaults();
   [[nodiscard]] std::optional<book::Month> ChosenMonth() const;
-  /// Runs what the user has asked for; a failure is told to the user.
-  template <class Body>
-  void Trapped(Body&& body);
 
   book::Session& session_;
   std::shared_ptr<host::SystemObject> system_;
-  viewkit::UserPort& user_;
   std::string layout_path_;
   std::vector<book::Month> months_;
   bool filling_ = false;  // the boxes are being set: no choice of the user

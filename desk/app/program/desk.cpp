@@ -56,8 +56,10 @@ Desk::Desk()
     : folders_(DeskFolders::Find()),
       settings_(folders_),
       frame_(FrameWindow::Make(*this)),
-      user_({.owner = [this] { return frame_->Hwnd(); }}),
-      wait_(std::make_shared<ServerWait>(frame_->Hwnd())) {
+      user_({.owner = [this] { return frame_->Hwnd(); },
+             .modal = [this](bool modal) { sheets_.SetModal(frame_->Hwnd(), modal); }}),
+      wait_(std::make_shared<ServerWait>(frame_->Hwnd())),
+      sheets_(frame_->Hwnd(), settings_, {.style = [this] { return frame_->CurrentStyle(); }}) {
   frame_->SetRecent(settings_.Recent());
   frame_->Reports().SetDesignHeight(settings_.ReportHeight());
   account_.emplace(*frame_, MakeFollowerCalls());
@@ -93,7 +95,7 @@ int Desk::Run() {
     wait_->OnMessage(message);
     KjkmView* view = View();
     const bool in_view = view != nullptr && view->Container().HasFocus();
-    const bool used = (balance_ && balance_->Translate(message)) || posting_->Translate(message) ||
+    const bool used = sheets_.Translate(message) || posting_->Translate(message) ||
                       frame_->Translate(message, in_view) ||
                       (in_view && View() == view && view->Container().Translate(message));
     if (!used) {
@@ -124,15 +126,26 @@ void Desk::Trapped(const std::wstring& context, const std::function<void()>& bod
 void Desk::CatchUp() {
   KjkmView* view = View();
   if (view == nullptr || !view->Started() || !IsWindowEnabled(frame_->Hwnd())) return;
-  if (open_->book.GetSession().Changes() != open_->shown) return ReadAgain();
+  const book::Session& session = open_->book.GetSession();
+  if (session.Changes() != open_->shown) return ReadAgain();
+  if (session.Postings() != open_->posted) return ReadPostings();
   view->NoteWidths();
 }
 
 void Desk::ReadAgain() {
   open_->shown = open_->book.GetSession().Changes();
   View()->Reload();
-  if (balance_) balance_->Reload();
+  ReadPostings();
+}
+
+void Desk::ReadPostings() {
+  open_->posted = open_->book.GetSession().Postings();
+  sheets_.Reload();
   account_->Renew();
+}
+
+bool Desk::MayLeave(const char* question) {
+  return posting_->MayForget(question) && sheets_.MayClose();
 }
 
 void Desk::Fail(const std::wstring& text, const std::wstring& book) {
@@ -169,7 +182,7 @@ void Desk::OnStyle() {
 }
 
 bool Desk::OnClosing() {
-  if (!posting_->MayForget("是否关闭程序？")) return false;
+  if (!MayLeave("是否关闭程序？")) return false;
   wait_->OnClosing();
   settings_.Save(frame_->Hwnd(), DeskSettings::kFrame);
   settings_.SaveReportHeight(frame_->Reports().DesignHeight());
@@ -180,7 +193,7 @@ bool Desk::OnClosing() {
 
 void Desk::AskNew() {
   const auto choice = AskNewBook(frame_->Hwnd(), PlanOfNewBooks(folders_.books));
-  if (!choice || !posting_->MayForget(kLeaveBook)) return;
+  if (!choice || !MayLeave(kLeaveBook)) return;
   Trapped(L"不能建立账簿：", [&] {
     book::Template content = ContentOf(choice->chart);
     content.code_rule = Narrow(choice->code_rule);
@@ -212,7 +225,7 @@ void Desk::Open(const std::wstring& file) {
   Trapped(L"不能打开账簿“" + NameOf(file) + L"”：", [&] {
     if (!MayBeThere(file)) throw host::HostError("文件不存在");
     const std::wstring place = IsOnServer(file) ? file : fs::absolute(file).wstring();
-    if (!posting_->MayForget(kLeaveBook)) return;
+    if (!MayLeave(kLeaveBook)) return;
     Show(book::Book::Open({.path = Narrow(place), .waiting = wait_}), place);
   });
 }
@@ -278,7 +291,7 @@ void Desk::KeepBranches() {
 
 void Desk::CloseBook() {
   if (!open_) return;
-  CloseTrialBalance();
+  sheets_.CloseAll();
   posting_->ForgetBook();
   KeepBranches();
   open_->view.reset();
@@ -334,10 +347,7 @@ PostingPlan Desk::MakePostingPlan() {
   };
   plan.post = [this](const book::Voucher& voucher) {
     if (!open_) throw host::HostError("没有打开的账簿");
-    const int number = book::Post(open_->book.GetSession(), voucher);
-    if (balance_) balance_->Reload();
-    account_->Renew();
-    return number;
+    return book::Post(open_->book.GetSession(), voucher);
   };
   plan.close = [this] { ShowPosting(false); };
   return plan;
@@ -349,36 +359,6 @@ void Desk::ShowPosting(bool shown) {
   frame_->Dock(shown ? posting_->Hwnd() : nullptr, PostingPane::kDesignHeight);
   if (shown) return posting_->FocusFirst();
   OnFocusView();
-}
-
-void Desk::ShowTrialBalance() {
-  if (!balance_) {
-    balance_ = TrialBalanceWindow::Make(
-        frame_->Hwnd(), frame_->CurrentStyle(), open_->book,
-        {.show =
-             [this](HWND window) {
-               settings_.Restore(window, DeskSettings::kTrialBalance, SW_SHOWNORMAL);
-             },
-         .closing = [this](HWND window) { settings_.Save(window, DeskSettings::kTrialBalance); },
-         .modal = [this](bool modal) { SetBalanceModal(modal); },
-         .closed =
-             [this] {
-               balance_.reset();
-               SetActiveWindow(frame_->Hwnd());
-             }});
-  }
-  balance_->Open();
-}
-
-void Desk::CloseTrialBalance() {
-  if (const auto balance = balance_) balance->Destroy();
-}
-
-void Desk::SetBalanceModal(bool modal) {
-  balance_dialogs_ += modal ? 1 : -1;
-  if (modal && balance_dialogs_ == 1) frame_disabled_ = IsWindowEnabled(frame_->Hwnd());
-  if (!frame_disabled_) return;
-  if (balance_dialogs_ <= 1) EnableWindow(frame_->Hwnd(), balance_dialogs_ == 0);
 }
 
 void Desk::About() {

@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 
-#include "app/balance/trial_balance_window.h"
 #include "app/controls/kjkm_view.h"
 #include "app/frame/frame_window.h"
 #include "app/posting/posting_pane.h"
@@ -16,6 +15,7 @@
 #include "app/program/desk_settings.h"
 #include "app/program/server_wait.h"
 #include "app/program/workplace.h"
+#include "app/sheet/sheets.h"
 #include "book/book.h"
 
 namespace desk::app {
@@ -40,7 +40,8 @@ class Desk : private FrameOwner {
     book::Book book;
     std::wstring file;
     std::unique_ptr<KjkmView> view;
-    std::uint64_t shown = 0;  ///< the session's count of changes when the pages were last read
+    std::uint64_t shown = 0;   ///< the session's count of changes when the pages were last read
+    std::uint64_t posted = 0;  ///< and of postings
   };
 
   // FrameOwner
@@ -78,16 +79,15 @@ class Desk : private FrameOwner {
   /// Brings what is shown in line with the book after a change.
   void CatchUp();
   void ReadAgain();
+  void ReadPostings();
+  /// Asks whether what has been begun may go.
+  [[nodiscard]] bool MayLeave(const char* question);
   void TellBook();
   /// Warns when others can read the book on its way from the server.
   void TellWire();
   void ShowPosting(bool shown);
   [[nodiscard]] PostingPlan MakePostingPlan();
   [[nodiscard]] AccountFollower::Calls MakeFollowerCalls();
-  void ShowTrialBalance();
-  void CloseTrialBalance();
-  /// A dialog stands above the trial balance, or goes: the frame could close the book under it.
-  void SetBalanceModal(bool modal);
   void About();
   /// Runs `body`; what it throws becomes a report, and the empty view area says it too.
   void Trapped(const std::wstring& context, const std::function<void()>& body);
@@ -106,9 +106,7 @@ class Desk : private FrameOwner {
   bool posting_shown_ = false;
   std::optional<AccountFollower> account_;
   std::optional<OpenBook> open_;
-  std::shared_ptr<TrialBalanceWindow> balance_;  // null when it is closed; goes before the book
-  int balance_dialogs_ = 0;
-  bool frame_disabled_ = false;  // by these dialogs
+  Sheets sheets_;  // they go before the book
 };
 
 }  // namespace desk::app

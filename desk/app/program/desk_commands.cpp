@@ -2,6 +2,7 @@
 #include <exception>
 
 #include "app/program/desk.h"
+#include "app/program/ledger_commands.h"
 #include "app/program/view_layout.h"
 #include "views/outline_commands.h"
 
@@ -28,7 +29,7 @@ const Desk::Action Desk::kActions[] = {
     {kFindNext, [](Desk& desk) { desk.OnFindNext(); }},
     {kFilter, [](Desk& desk) { desk.frame_->ShowBar(desk.frame_->FilterBar(), true); }},
     {kRefresh, [](Desk& desk) { desk.ReadAgain(); }},
-    {kTrialBalance, [](Desk& desk) { desk.ShowTrialBalance(); }},
+    {kTrialBalance, [](Desk& desk) { ShowTrialBalance(desk.Place()); }},
     {kColumns,
      [](Desk& desk) {
        AskViewLayout(*desk.View(), *desk.open_->book.System(), desk.frame_->Hwnd());
@@ -50,7 +51,8 @@ Workplace Desk::Place() {
           .settings = settings_,
           .book = open_->book,
           .file = open_->file,
-          .view = *open_->view};
+          .view = *open_->view,
+          .sheets = sheets_};
 }
 
 void Desk::OnCommand(Command command) {

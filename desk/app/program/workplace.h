@@ -5,12 +5,14 @@
 #include "app/controls/kjkm_view.h"
 #include "app/frame/frame_window.h"
 #include "app/program/desk_settings.h"
+#include "app/sheet/sheets.h"
 #include "book/book.h"
 #include "viewkit/win32/windows_user.h"
 
 namespace desk::app {
 
-/// What a command on the open book works with, while it runs. Accounts that it changes by
+/// What a command on the open book works with; all of it lives until the book is closed, as sheets
+/// do. Accounts that it changes by
 /// statements of its own are shown anew when it has told the session (`Session::NoteChange`).
 struct Workplace {
   FrameWindow& frame;
@@ -19,6 +21,7 @@ struct Workplace {
   book::Book& book;
   const std::wstring& file;
   KjkmView& view;
+  Sheets& sheets;
 };
 
 }  // namespace desk::app

@@ -239,6 +239,7 @@ int Post(Session& session, const Voucher& voucher) {
   Posting posting(session.Own(), voucher);
   for (const Line& line : lines) posting.Add(line.entry, CheckAccount(session.Own(), line));
   transaction.Commit();
+  session.NotePosting();
   return posting.Number();
 }
 

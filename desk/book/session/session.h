@@ -49,6 +49,9 @@ class Session {
   [[nodiscard]] std::uint64_t Changes() const { return changes_; }
   /// Counts a change of accounts by the desk itself.
   void NoteChange() { ++changes_; }
+  /// The same for postings, which leave the accounts as they are.
+  [[nodiscard]] std::uint64_t Postings() const { return postings_; }
+  void NotePosting() { ++postings_; }
 
   /// For the desk's own statements. Those that write belong inside a `Transaction`.
   [[nodiscard]] Connection& Own() { return *connection_; }
@@ -76,6 +79,7 @@ class Session {
   };
   std::map<std::string, Size> sizes_;  ///< of the results of large queries
   std::uint64_t changes_ = 0;
+  std::uint64_t postings_ = 0;
 };
 
 /// The desk's own changes, all or nothing: undone unless committed.

@@ -1,45 +1,48 @@
-#include "app/balance/trial_balance_window.h"
+#include "app/sheet/sheet_window.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
+#include <vector>
 
 #include "app/frame/popup_menu.h"
+#include "host/utf.h"
 #include "viewkit/win32/clipboard.h"
 
 namespace desk::app {
 namespace {
 
+namespace viewkit = tavrix::viewkit;
 namespace win32 = tavrix::viewkit::win32;
+using tavrix::host::Wide;
 
 constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
-constexpr int kDesignWidth = 1160;
-constexpr int kDesignHeight = 640;
 constexpr int kMinDesignWidth = 620;
 constexpr int kMinDesignHeight = 260;
 
-const win32::WindowClass& BalanceClass() {
-  static const win32::WindowClass balance(L"DeskTrialBalance", 0);
-  return balance;
+const win32::WindowClass& SheetClass() {
+  static const win32::WindowClass sheet(L"DeskSheet", 0);
+  return sheet;
 }
 
 }  // namespace
 
-std::shared_ptr<TrialBalanceWindow> TrialBalanceWindow::Make(HWND frame, SharedStyle style,
-                                                             const book::Book& book, Calls calls) {
-  auto window = std::make_shared<TrialBalanceWindow>();
-  TrialBalanceWindow& self = *window;
+std::shared_ptr<SheetWindow> SheetWindow::Make(HWND frame, SharedStyle style, const Plan& plan,
+                                               Calls calls) {
+  auto window = std::make_shared<SheetWindow>();
+  SheetWindow& self = *window;
   self.style_ = std::move(style);
   self.calls_ = std::move(calls);
   self.user_ =
-      win32::WindowsUser({.owner = [&self] { return self.Hwnd(); }, .modal = self.calls_.modal});
-  self.view_ =
-      std::make_unique<views::TrialBalanceView>(book.GetSession(), book.System(), self.user_);
-  self.Create(BalanceClass(), {.text = L"试算平衡", .style = kStyle});
+      win32::WindowsUser({.owner = [&self] { return self.Hwnd(); },
+                          .modal = [&self](bool modal) { self.calls_.modal(self.Hwnd(), modal); }});
+  self.view_ = plan.make(self.user_);
+  self.Create(SheetClass(), {.text = Wide(self.view_->Title()).c_str(), .style = kStyle});
+  self.view_->TitleChanged.Add(
+      [&self] { SetWindowTextW(self.Hwnd(), Wide(self.view_->Title()).c_str()); });
   for (const UINT size : {UINT{ICON_SMALL}, UINT{ICON_BIG}}) {  // the frame's, which outlive this
     SendMessageW(self.Hwnd(), WM_SETICON, size, SendMessageW(frame, WM_GETICON, size, 0));
   }
-  self.Place(frame);
+  self.Place(frame, plan.design);
   RECT area{};
   GetClientRect(self.Hwnd(), &area);
   self.controls_.emplace(self.view_->Controls(),
@@ -53,12 +56,12 @@ std::shared_ptr<TrialBalanceWindow> TrialBalanceWindow::Make(HWND frame, SharedS
 }
 
 /// In the middle of the frame, as large as it should be and the screen allows.
-void TrialBalanceWindow::Place(HWND frame_window) {
+void SheetWindow::Place(HWND frame_window, SIZE design) {
   const RECT work = win32::WorkArea(frame_window);
   RECT frame{};
   GetWindowRect(frame_window, &frame);
-  const LONG width = std::min<LONG>(style_->scale.Design(kDesignWidth), work.right - work.left);
-  const LONG height = std::min<LONG>(style_->scale.Design(kDesignHeight), work.bottom - work.top);
+  const LONG width = std::min<LONG>(style_->scale.Design(design.cx), work.right - work.left);
+  const LONG height = std::min<LONG>(style_->scale.Design(design.cy), work.bottom - work.top);
   const LONG left =
       std::clamp((frame.left + frame.right - width) / 2, work.left, work.right - width);
   const LONG top =
@@ -66,7 +69,7 @@ void TrialBalanceWindow::Place(HWND frame_window) {
   SetWindowPos(Hwnd(), nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-void TrialBalanceWindow::Open() {
+void SheetWindow::Open() {
   if (!IsWindowVisible(Hwnd())) calls_.show(Hwnd());
   if (IsIconic(Hwnd())) ShowWindow(Hwnd(), SW_RESTORE);
   SetWindowPos(Hwnd(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
@@ -74,9 +77,16 @@ void TrialBalanceWindow::Open() {
   controls_->FocusFirst();
 }
 
-bool TrialBalanceWindow::UseKey(const MSG& message) {
+bool SheetWindow::UseKey(const MSG& message) {
+  if (message.message != WM_KEYDOWN && message.message != WM_SYSKEYDOWN) return false;
+  return view_->UseKey(static_cast<viewkit::Key>(message.wParam),
+                       win32::ModifiersOf(message.lParam));
+}
+
+/// What the controls have no use for.
+bool SheetWindow::UseLastKey(const MSG& message) {
   if (message.message != WM_KEYDOWN) return false;
-  const auto keep = shared_from_this();
+  const auto key = static_cast<viewkit::Key>(message.wParam);
   switch (message.wParam) {
     case VK_ESCAPE:
       SendMessageW(Hwnd(), WM_CLOSE, 0, 0);
@@ -85,43 +95,52 @@ bool TrialBalanceWindow::UseKey(const MSG& message) {
       view_->Reload();
       return true;
     default:
-      return false;
+      return calls_.key && calls_.key(*this, key, win32::ModifiersOf(message.lParam));
   }
 }
 
-bool TrialBalanceWindow::Translate(MSG& message) {
+bool SheetWindow::Translate(MSG& message) {
   if (!Alive() || (message.hwnd != Hwnd() && !IsChild(Hwnd(), message.hwnd))) return false;
   const auto keep = shared_from_this();
   if (AsksForMenu(message)) return OpenMenu(message), true;
+  if (UseKey(message) || !Alive()) return true;
   if (controls_->TranslateAccelerator(message)) return true;
   // Letters with Alt are the captions' mnemonics.
   const bool mnemonic = message.message == WM_SYSCHAR;
   if (mnemonic && IsDialogMessageW(controls_->Handle(), &message)) return true;
-  if (UseKey(message)) return true;
+  if (UseLastKey(message)) return true;
   TranslateMessage(&message);
   DispatchMessageW(&message);
   return true;
 }
 
-void TrialBalanceWindow::OnContextMenu(LPARAM place) {
-  const HWND grid = reinterpret_cast<HWND>(view_->Grid().WindowHandle());
-  const std::array entries = {MenuEntry{L"复制(&C)\tCtrl+C", view_->Grid().Row() > 0}, MenuEntry{},
-                              MenuEntry{L"刷新(&R)\tF5"}, MenuEntry{L"列布局(&L)…"}};
+void SheetWindow::OnContextMenu(LPARAM place) {
   const auto keep = shared_from_this();
-  const auto entry = ChooseEntry(Hwnd(), MenuPlace(grid, place, {}), entries);
-  if (!entry || !Alive()) return;
-  if (*entry == 0) win32::CopyText(Hwnd(), view_->Grid().ClipText());
-  if (*entry == 2) view_->Reload();
-  if (*entry == 3) view_->AskLayout();
+  viewkit::FlexGrid& grid = view_->Grid();
+  std::vector<views::Sheet::MenuItem> items = view_->Menu();
+  if (!items.empty()) items.emplace_back();
+  items.push_back({.text = "复制(&C)\tCtrl+C",
+                   .run = [&] { win32::CopyText(Hwnd(), grid.ClipText()); },
+                   .enabled = grid.Row() >= grid.FixedRows()});
+  items.push_back({.text = "刷新(&R)\tF5", .run = [&] { view_->Reload(); }});
+  std::vector<std::wstring> texts;
+  for (const views::Sheet::MenuItem& item : items) texts.push_back(Wide(item.text));
+  std::vector<MenuEntry> entries;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    entries.push_back({texts[i].c_str(), items[i].enabled});
+  }
+  const HWND part = reinterpret_cast<HWND>(grid.WindowHandle());
+  const auto entry = ChooseEntry(Hwnd(), MenuPlace(part, place, {}), entries);
+  if (entry && Alive() && items[*entry].run) items[*entry].run();
 }
 
-void TrialBalanceWindow::OnDestroyed() {
+void SheetWindow::OnDestroyed() {
   controls_.reset();
   view_.reset();
   if (calls_.closed) std::exchange(calls_.closed, {})();
 }
 
-LRESULT TrialBalanceWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+LRESULT SheetWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case WM_SIZE: {
       RECT area{};
@@ -148,7 +167,7 @@ LRESULT TrialBalanceWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam
       if (controls_) controls_->FocusFirst();
       return 0;
     case WM_CLOSE:
-      Destroy();
+      if (!view_ || view_->MayClose()) Destroy();
       return 0;
     case WM_DESTROY:
       calls_.closing(Hwnd());
