@@ -63,24 +63,13 @@ class SingleLoader final : public RowLoader {
   std::vector<host::Value> row_;
 };
 
+/// As the server takes them in arrays, in the order of `ColumnKind`.
+constexpr std::string_view kArrayTypes[] = {"integer", "integer", "integer", "smallint",
+                                            "text",    "text",    "bigint",  "double precision",
+                                            "text"};
+
 std::string_view TypeOf(ColumnKind kind) {
-  switch (kind) {
-    case ColumnKind::kKey:
-    case ColumnKind::kInteger:
-    case ColumnKind::kOptional:
-      return "integer";
-    case ColumnKind::kFlag:
-      return "smallint";
-    case ColumnKind::kMoney:
-      return "bigint";
-    case ColumnKind::kNumber:
-      return "double precision";
-    case ColumnKind::kText:
-    case ColumnKind::kCode:
-    case ColumnKind::kKeyText:
-      break;
-  }
-  return "text";
+  return kArrayTypes[static_cast<std::size_t>(kind)];
 }
 
 /// Rows as the texts of arrays, one for each column.

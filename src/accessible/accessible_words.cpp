@@ -2,6 +2,7 @@
 
 #include <oleacc.h>
 
+#include <iterator>
 #include <utility>
 
 namespace tavrix::accessible {
@@ -12,34 +13,19 @@ using viewkit::AccessibleId;
 using viewkit::AccessibleRole;
 using viewkit::AccessibleStates;
 
+namespace {
+
+/// In the order of `AccessibleRole`.
+constexpr LONG kRoles[] = {
+    ROLE_SYSTEM_CLIENT,      ROLE_SYSTEM_TABLE,   ROLE_SYSTEM_OUTLINE,      ROLE_SYSTEM_ROW,
+    ROLE_SYSTEM_OUTLINEITEM, ROLE_SYSTEM_CELL,    ROLE_SYSTEM_COLUMNHEADER, ROLE_SYSTEM_ROWHEADER,
+    ROLE_SYSTEM_PAGETABLIST, ROLE_SYSTEM_PAGETAB, ROLE_SYSTEM_SEPARATOR,    ROLE_SYSTEM_DIALOG};
+static_assert(std::size(kRoles) == static_cast<std::size_t>(AccessibleRole::kDialog) + 1);
+
+}  // namespace
+
 LONG RoleNumber(AccessibleRole role) {
-  switch (role) {
-    case AccessibleRole::kTable:
-      return ROLE_SYSTEM_TABLE;
-    case AccessibleRole::kOutline:
-      return ROLE_SYSTEM_OUTLINE;
-    case AccessibleRole::kRow:
-      return ROLE_SYSTEM_ROW;
-    case AccessibleRole::kOutlineRow:
-      return ROLE_SYSTEM_OUTLINEITEM;
-    case AccessibleRole::kCell:
-      return ROLE_SYSTEM_CELL;
-    case AccessibleRole::kColumnHeader:
-      return ROLE_SYSTEM_COLUMNHEADER;
-    case AccessibleRole::kRowHeader:
-      return ROLE_SYSTEM_ROWHEADER;
-    case AccessibleRole::kTabList:
-      return ROLE_SYSTEM_PAGETABLIST;
-    case AccessibleRole::kTab:
-      return ROLE_SYSTEM_PAGETAB;
-    case AccessibleRole::kSeparator:
-      return ROLE_SYSTEM_SEPARATOR;
-    case AccessibleRole::kDialog:
-      return ROLE_SYSTEM_DIALOG;
-    case AccessibleRole::kSystem:
-      break;
-  }
-  return ROLE_SYSTEM_CLIENT;
+  return kRoles[static_cast<std::size_t>(role)];
 }
 
 LONG StateBits(const AccessibleStates& states) {

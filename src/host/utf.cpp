@@ -56,30 +56,36 @@ void AppendNarrowed(std::string& target, std::basic_string_view<Unit> text) {
   target.resize(static_cast<std::size_t>(end - target.data()));
 }
 
-}  // namespace
-
-std::u16string ToUtf16(std::string_view text) {
-  std::u16string units;
-  AppendUtf16(units, text);
-  return units;
-}
-
-std::string ToUtf8(std::u16string_view text) {
-  std::string narrow;
-  AppendNarrowed(narrow, text);
-  return narrow;
-}
-
-std::wstring Wide(std::string_view text) {
-  std::wstring wide;
+template <class Unit>
+std::basic_string<Unit> Widened(std::string_view text) {
+  std::basic_string<Unit> wide;
   AppendUtf16(wide, text);
   return wide;
 }
 
-std::string Narrow(std::wstring_view text) {
+template <class Unit>
+std::string Narrowed(std::basic_string_view<Unit> text) {
   std::string narrow;
   AppendNarrowed(narrow, text);
   return narrow;
+}
+
+}  // namespace
+
+std::u16string ToUtf16(std::string_view text) {
+  return Widened<char16_t>(text);
+}
+
+std::string ToUtf8(std::u16string_view text) {
+  return Narrowed(text);
+}
+
+std::wstring Wide(std::string_view text) {
+  return Widened<wchar_t>(text);
+}
+
+std::string Narrow(std::wstring_view text) {
+  return Narrowed(text);
 }
 
 wchar_t* PutWide(std::string_view text, wchar_t* to) {

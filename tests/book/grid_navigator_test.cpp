@@ -6,6 +6,7 @@
 #include <random>
 #include <utility>
 
+#include "support/outline_grid.h"
 #include "viewkit/grid/flex_grid.h"
 
 namespace desk::book {
@@ -30,19 +31,9 @@ class NavigatorTest : public testing::Test {
     }
     grid_.LoadRows(std::move(rows));
     grid_.SetColHidden(2, true);
-    for (const auto& [row, level] : {std::pair{1, 0}, {2, 0}, {3, 1}, {4, 1}, {5, 2}, {6, 0}}) {
-      grid_.SetIsSubtotal(row, true);
-      grid_.SetRowOutlineLevel(row, level);
-    }
-    grid_.Outline(0);
+    tavrix::test::MakeOutline(grid_, {{1, 0}, {2, 0}, {3, 1}, {4, 1}, {5, 2}, {6, 0}});
   }
-  [[nodiscard]] std::vector<int> Shown() const {
-    std::vector<int> rows;
-    for (int row = 1; row < grid_.Rows(); ++row) {
-      if (grid_.IsShown(row)) rows.push_back(row);
-    }
-    return rows;
-  }
+  [[nodiscard]] std::vector<int> Shown() const { return tavrix::test::ShownRows(grid_); }
   FlexGrid grid_{"Vs"};
   GridSearch search_;
 };

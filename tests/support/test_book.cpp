@@ -1,5 +1,6 @@
 #include "support/test_book.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -11,6 +12,7 @@
 #include "book/engines.h"
 #include "book/ledger/code_rule.h"
 #include "book/session/identifiers.h"
+#include "host/calls.h"
 
 namespace tavrix::test {
 
@@ -176,6 +178,14 @@ void AddPosting(const book::Book& book, const std::string& ledger, const std::st
   const host::Value values[] = {book::NewIdentifier(book.GetSession(), ledger, "i_id"), code};
   book.GetSession().Own().Execute("insert into " + ledger + "(i_id,ccode)values(?,?)",
                                   book::Origin::kDesk, values);
+}
+
+void ExpectReadOnly(const book::Book& book) {
+  const auto tells_why = testing::HasSubstr("只读");
+  EXPECT_TRUE(book.ReadOnly());
+  EXPECT_EQ(host::QueryScalar(*book.System(), "select count(*) from gl_code").ToLong(), 8);
+  EXPECT_THAT(host::ExecuteSql(*book.System(), "delete from gl_code"), tells_why);
+  EXPECT_THAT(book.System()->NewIdentifier("gl_code", "i_ID").error, tells_why);
 }
 
 }  // namespace tavrix::test

@@ -58,4 +58,7 @@ void DropLedgerRules(const desk::book::Book& book);
 /// Adds a posting to `ledger` (gl_accvouch, gl_accass or gl_accsum).
 void AddPosting(const desk::book::Book& book, const std::string& ledger, const std::string& code);
 
+/// That `book`, with the test's eight accounts, reads and says why it does not write.
+void ExpectReadOnly(const desk::book::Book& book);
+
 }  // namespace tavrix::test

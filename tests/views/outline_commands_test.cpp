@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "support/outline_grid.h"
 #include "viewkit/grid/flex_grid.h"
 
 namespace desk::views {
@@ -16,19 +17,9 @@ class OutlineCommandsTest : public testing::Test {
     grid_.SetFixedRows(1);
     grid_.SetCols(1);
     grid_.SetRows(6);
-    for (const auto& [row, level] : {std::pair{1, 0}, {2, 1}, {3, 2}, {4, 1}, {5, 0}}) {
-      grid_.SetIsSubtotal(row, true);
-      grid_.SetRowOutlineLevel(row, level);
-    }
-    grid_.Outline(0);
+    tavrix::test::MakeOutline(grid_, {{1, 0}, {2, 1}, {3, 2}, {4, 1}, {5, 0}});
   }
-  [[nodiscard]] std::vector<int> Shown() const {
-    std::vector<int> rows;
-    for (int row = 1; row < grid_.Rows(); ++row) {
-      if (grid_.IsShown(row)) rows.push_back(row);
-    }
-    return rows;
-  }
+  [[nodiscard]] std::vector<int> Shown() const { return tavrix::test::ShownRows(grid_); }
   tavrix::viewkit::FlexGrid grid_{"Vs"};
 };
 

@@ -25,34 +25,32 @@ HRESULT OnGrid(IDispatch* object, VARIANT_BOOL* result, Body&& body) noexcept {
 }  // namespace
 
 STDMETHODIMP ComGridNavigator::MoveTop(IDispatch* grid, VARIANT_BOOL* result) noexcept {
-  return OnGrid(grid, result, [&](host::Grid& rows) { return navigator_->MoveTop(rows); });
+  return OnGrid(grid, result, [&](host::Grid& rows) { return Own().MoveTop(rows); });
 }
 
 STDMETHODIMP ComGridNavigator::MovePrevious(IDispatch* grid, VARIANT_BOOL* result) noexcept {
-  return OnGrid(grid, result, [&](host::Grid& rows) { return navigator_->MovePrevious(rows); });
+  return OnGrid(grid, result, [&](host::Grid& rows) { return Own().MovePrevious(rows); });
 }
 
 STDMETHODIMP ComGridNavigator::MoveNext(IDispatch* grid, VARIANT_BOOL* result) noexcept {
-  return OnGrid(grid, result, [&](host::Grid& rows) { return navigator_->MoveNext(rows); });
+  return OnGrid(grid, result, [&](host::Grid& rows) { return Own().MoveNext(rows); });
 }
 
 STDMETHODIMP ComGridNavigator::MoveBottom(IDispatch* grid, VARIANT_BOOL* result) noexcept {
-  return OnGrid(grid, result, [&](host::Grid& rows) { return navigator_->MoveBottom(rows); });
+  return OnGrid(grid, result, [&](host::Grid& rows) { return Own().MoveBottom(rows); });
 }
 
 STDMETHODIMP ComGridNavigator::FindNext(IDispatch* grid, VARIANT_BOOL* result) noexcept {
-  return OnGrid(grid, result, [&](host::Grid& rows) { return navigator_->FindNext(rows); });
+  return OnGrid(grid, result, [&](host::Grid& rows) { return Own().FindNext(rows); });
 }
 
 STDMETHODIMP ComGridNavigator::Find(IDispatch* grid, VARIANT data, VARIANT_BOOL* result) noexcept {
-  return OnGrid(grid, result,
-                [&](host::Grid& rows) { return navigator_->Find(rows, ValueOf(data)); });
+  return OnGrid(grid, result, [&](host::Grid& rows) { return Own().Find(rows, ValueOf(data)); });
 }
 
 STDMETHODIMP ComGridNavigator::Filter(IDispatch* grid, VARIANT data,
                                       VARIANT_BOOL* result) noexcept {
-  return OnGrid(grid, result,
-                [&](host::Grid& rows) { return navigator_->Filter(rows, ValueOf(data)); });
+  return OnGrid(grid, result, [&](host::Grid& rows) { return Own().Filter(rows, ValueOf(data)); });
 }
 
 }  // namespace desk::app

@@ -2,17 +2,16 @@
 
 #include <memory>
 
-#include "com/dispatch_object.h"
+#include "app/automation/over.h"
 #include "host/objects.h"
 #include "qnSystem.h"
 
 namespace desk::app {
 
 /// The navigator for the grids of views, which come as their objects from `Controls`.
-class ComGridNavigator : public tavrix::com::DispatchObject<IHostGridNavigator> {
+class ComGridNavigator : public Over<tavrix::host::GridNavigator, IHostGridNavigator> {
  public:
-  explicit ComGridNavigator(std::shared_ptr<tavrix::host::GridNavigator> navigator)
-      : navigator_(std::move(navigator)) {}
+  using Over::Over;
 
   STDMETHODIMP MoveTop(IDispatch* grid, VARIANT_BOOL* result) noexcept override;
   STDMETHODIMP MovePrevious(IDispatch* grid, VARIANT_BOOL* result) noexcept override;
@@ -21,9 +20,6 @@ class ComGridNavigator : public tavrix::com::DispatchObject<IHostGridNavigator> 
   STDMETHODIMP FindNext(IDispatch* grid, VARIANT_BOOL* result) noexcept override;
   STDMETHODIMP Find(IDispatch* grid, VARIANT data, VARIANT_BOOL* result) noexcept override;
   STDMETHODIMP Filter(IDispatch* grid, VARIANT data, VARIANT_BOOL* result) noexcept override;
-
- private:
-  std::shared_ptr<tavrix::host::GridNavigator> navigator_;
 };
 
 }  // namespace desk::app

@@ -3,79 +3,61 @@
 #include <memory>
 #include <string>
 
-#include "com/dispatch_object.h"
+#include "app/automation/over.h"
 #include "host/objects.h"
 #include "qnSystem.h"
 
 /// The helpers that have no window and no grid.
 namespace desk::app {
 
-class ComCodeRule : public tavrix::com::DispatchObject<IHostCodeRule> {
+class ComCodeRule : public Over<tavrix::host::CodeRule, IHostCodeRule> {
  public:
-  explicit ComCodeRule(std::shared_ptr<tavrix::host::CodeRule> rule) : rule_(std::move(rule)) {}
+  using Over::Over;
   STDMETHODIMP ParentCode(BSTR code, BSTR rule, BSTR* result) noexcept override;
   STDMETHODIMP LevelOf(BSTR code, BSTR rule, long* result) noexcept override;
   STDMETHODIMP LengthAtLevel(long level, BSTR rule, long* result) noexcept override;
-
- private:
-  std::shared_ptr<tavrix::host::CodeRule> rule_;
 };
 
-class ComLogHelper : public tavrix::com::DispatchObject<IHostLogHelper> {
+class ComLogHelper : public Over<tavrix::host::LogHelper, IHostLogHelper> {
  public:
-  explicit ComLogHelper(std::shared_ptr<tavrix::host::LogHelper> helper)
-      : helper_(std::move(helper)) {}
-
- private:
-  std::shared_ptr<tavrix::host::LogHelper> helper_;
+  using Over::Over;
 };
 
-class ComDataHelper : public tavrix::com::DispatchObject<IHostDataHelper> {
+class ComDataHelper : public Over<tavrix::host::DataHelper, IHostDataHelper> {
  public:
-  explicit ComDataHelper(std::shared_ptr<tavrix::host::DataHelper> helper)
-      : helper_(std::move(helper)) {}
+  using Over::Over;
   STDMETHODIMP SetDatabase(IDispatch* database) noexcept override;
-
- private:
-  std::shared_ptr<tavrix::host::DataHelper> helper_;
 };
 
-class ComSettingsFile : public tavrix::com::DispatchObject<IHostSettingsFile> {
+class ComSettingsFile : public Over<tavrix::host::SettingsFile, IHostSettingsFile> {
  public:
-  explicit ComSettingsFile(std::shared_ptr<tavrix::host::SettingsFile> file)
-      : file_(std::move(file)) {}
+  using Over::Over;
   STDMETHODIMP get_FileName(BSTR* result) noexcept override;
   STDMETHODIMP put_FileName(BSTR path) noexcept override;
   STDMETHODIMP ReadValue(BSTR section, BSTR key, BSTR fallback, BSTR* result) noexcept override;
   STDMETHODIMP WriteValue(BSTR section, BSTR key, BSTR value) noexcept override;
 
  private:
-  std::shared_ptr<tavrix::host::SettingsFile> file_;
   std::string path_;
 };
 
-class ComParameters : public tavrix::com::DispatchObject<IHostParameters> {
+class ComParameters : public Over<tavrix::host::Parameters, IHostParameters> {
  public:
-  explicit ComParameters(std::shared_ptr<tavrix::host::Parameters> parameters)
-      : parameters_(std::move(parameters)) {}
+  using Over::Over;
   STDMETHODIMP Exists(VARIANT key, VARIANT_BOOL* result) noexcept override;
   STDMETHODIMP get_Item(VARIANT key, IDispatch** result) noexcept override;
   STDMETHODIMP Clear() noexcept override;
-
- private:
-  std::shared_ptr<tavrix::host::Parameters> parameters_;
 };
 
 /// One entry. Its value is written only in a list that can be written to.
-class ComParameter : public tavrix::com::DispatchObject<IHostParameter> {
+class ComParameter : public Over<tavrix::host::Parameters, IHostParameter> {
  public:
   ComParameter(std::shared_ptr<tavrix::host::Parameters> parameters, std::string key)
-      : parameters_(std::move(parameters)), key_(std::move(key)) {}
+      : Over(std::move(parameters)), key_(std::move(key)) {}
   STDMETHODIMP get_Value(VARIANT* result) noexcept override;
   STDMETHODIMP put_Value(VARIANT value) noexcept override;
 
  private:
-  std::shared_ptr<tavrix::host::Parameters> parameters_;
   std::string key_;
 };
 

@@ -29,18 +29,18 @@ int PositionOf(const book::SnapshotRecordset& rows, const VARIANT& index) {
 }  // namespace
 
 STDMETHODIMP ComRecordset::get_EOF(VARIANT_BOOL* result) noexcept {
-  return Give(result, [&] { return Flag(rows_->EndOfFile()); });
+  return Give(result, [&] { return Flag(Own().EndOfFile()); });
 }
 
 STDMETHODIMP ComRecordset::get_BOF(VARIANT_BOOL* result) noexcept {
-  return Give(result, [&] { return Flag(rows_->BeginningOfFile()); });
+  return Give(result, [&] { return Flag(Own().BeginningOfFile()); });
 }
 
 STDMETHODIMP ComRecordset::GetRows(VARIANT, VARIANT, VARIANT, VARIANT* result) noexcept {
   if (result == nullptr) return E_POINTER;
   VariantInit(result);
   return Guarded([&] {
-    result->parray = ArrayOfRows(*rows_);
+    result->parray = ArrayOfRows(Own());
     result->vt = VT_ARRAY | VT_VARIANT;
   });
 }
@@ -51,55 +51,54 @@ STDMETHODIMP ComRecordset::GetRowTexts(long* fields, SAFEARRAY** ends, BSTR* tex
   *ends = nullptr;
   *text = nullptr;
   return Guarded([&] {
-    const RowTexts texts = TextsOfRows(*rows_);
-    *fields = static_cast<long>(rows_->ColumnNames().size());
+    const RowTexts texts = TextsOfRows(Own());
+    *fields = static_cast<long>(Own().ColumnNames().size());
     *ends = texts.ends;
     *text = texts.text;
   });
 }
 
 STDMETHODIMP ComRecordset::Find(BSTR criteria) noexcept {
-  return Guarded([&] { rows_->Find(TextOf(criteria)); });
+  return Guarded([&] { Own().Find(TextOf(criteria)); });
 }
 
 STDMETHODIMP ComRecordset::get_Fields(IDispatch** result) noexcept {
-  return Give(result, [&] { return NewDispatch<ComFields>(rows_); });
+  return Give(result, [&] { return NewDispatch<ComFields>(Shared()); });
 }
 
 STDMETHODIMP ComRecordset::MoveFirst() noexcept {
-  return Guarded([&] { rows_->MoveFirst(); });
+  return Guarded([&] { Own().MoveFirst(); });
 }
 
 STDMETHODIMP ComRecordset::Close() noexcept {
-  return Guarded([&] { rows_->Close(); });
+  return Guarded([&] { Own().Close(); });
 }
 
 STDMETHODIMP ComFields::get_Item(VARIANT index, IDispatch** result) noexcept {
-  return Give(result, [&] { return NewDispatch<ComField>(rows_, PositionOf(*rows_, index)); });
+  return Give(result, [&] { return NewDispatch<ComField>(Shared(), PositionOf(Own(), index)); });
 }
 
 STDMETHODIMP ComFields::get_Count(long* result) noexcept {
-  return Give(result, [&] { return static_cast<long>(rows_->ColumnNames().size()); });
+  return Give(result, [&] { return static_cast<long>(Own().ColumnNames().size()); });
 }
 
 STDMETHODIMP ComFields::get_NewEnum(IUnknown** result) noexcept {
   return Give(result, [&] {
     std::vector<Variant> fields;
-    for (std::size_t i = 0; i < rows_->ColumnNames().size(); ++i) {
-      fields.emplace_back(ComPtr<IDispatch>(Make<ComField>(rows_, static_cast<int>(i))));
+    for (std::size_t i = 0; i < Own().ColumnNames().size(); ++i) {
+      fields.emplace_back(ComPtr<IDispatch>(Make<ComField>(Shared(), static_cast<int>(i))));
     }
     return tavrix::com::VariantEnumerator::Make(std::move(fields)).Detach();
   });
 }
 
 STDMETHODIMP ComField::get_Value(VARIANT* result) noexcept {
-  return GiveValue(result, [&] { return rows_->Field(position_); });
+  return GiveValue(result, [&] { return Own().Field(position_); });
 }
 
 STDMETHODIMP ComField::get_Name(BSTR* result) noexcept {
-  return Give(result, [&] {
-    return NewBstr(rows_->ColumnNames().at(static_cast<std::size_t>(position_)));
-  });
+  return Give(result,
+              [&] { return NewBstr(Own().ColumnNames().at(static_cast<std::size_t>(position_))); });
 }
 
 }  // namespace desk::app

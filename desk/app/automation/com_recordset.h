@@ -2,16 +2,16 @@
 
 #include <memory>
 
+#include "app/automation/over.h"
 #include "book/host/recordset.h"
-#include "com/dispatch_object.h"
 #include "qnSystem.h"
 
 namespace desk::app {
 
 /// A recordset with the members of ADO's that callers use, and its rows in one piece.
-class ComRecordset : public tavrix::com::DispatchObject<IHostRecordset, IHostRowTexts> {
+class ComRecordset : public Over<book::SnapshotRecordset, IHostRecordset, IHostRowTexts> {
  public:
-  explicit ComRecordset(std::shared_ptr<book::SnapshotRecordset> rows) : rows_(std::move(rows)) {}
+  using Over::Over;
 
   STDMETHODIMP get_EOF(VARIANT_BOOL* result) noexcept override;
   STDMETHODIMP get_BOF(VARIANT_BOOL* result) noexcept override;
@@ -26,33 +26,26 @@ class ComRecordset : public tavrix::com::DispatchObject<IHostRecordset, IHostRow
 
   /// As `GetRows`.
   STDMETHODIMP GetRowTexts(long* fields, SAFEARRAY** ends, BSTR* text) noexcept override;
-
- private:
-  std::shared_ptr<book::SnapshotRecordset> rows_;
 };
 
 /// The columns of a recordset, by name without regard to case or by position from 0.
-class ComFields : public tavrix::com::DispatchObject<IHostFields> {
+class ComFields : public Over<book::SnapshotRecordset, IHostFields> {
  public:
-  explicit ComFields(std::shared_ptr<book::SnapshotRecordset> rows) : rows_(std::move(rows)) {}
+  using Over::Over;
   STDMETHODIMP get_Item(VARIANT index, IDispatch** result) noexcept override;
   STDMETHODIMP get_Count(long* result) noexcept override;
   STDMETHODIMP get_NewEnum(IUnknown** result) noexcept override;
-
- private:
-  std::shared_ptr<book::SnapshotRecordset> rows_;
 };
 
 /// One column: its value is that of the recordset's row at the time of asking.
-class ComField : public tavrix::com::DispatchObject<IHostField> {
+class ComField : public Over<book::SnapshotRecordset, IHostField> {
  public:
   ComField(std::shared_ptr<book::SnapshotRecordset> rows, int position)
-      : rows_(std::move(rows)), position_(position) {}
+      : Over(std::move(rows)), position_(position) {}
   STDMETHODIMP get_Value(VARIANT* result) noexcept override;
   STDMETHODIMP get_Name(BSTR* result) noexcept override;
 
  private:
-  std::shared_ptr<book::SnapshotRecordset> rows_;
   int position_;
 };
 

@@ -2,42 +2,30 @@
 
 #include <memory>
 
-#include "com/dispatch_object.h"
+#include "app/automation/over.h"
 #include "host/objects.h"
 #include "qnSystem.h"
 
 /// What the system object knows beside the database: settings, rights, folders.
 namespace desk::app {
 
-class ComSetting : public tavrix::com::DispatchObject<IHostSetting> {
+class ComSetting : public Over<tavrix::host::SettingEntry, IHostSetting> {
  public:
-  explicit ComSetting(std::shared_ptr<tavrix::host::SettingEntry> entry)
-      : entry_(std::move(entry)) {}
+  using Over::Over;
   STDMETHODIMP get_Value(BSTR* result) noexcept override;
-
- private:
-  std::shared_ptr<tavrix::host::SettingEntry> entry_;
 };
 
-class ComRights : public tavrix::com::DispatchObject<IHostRights> {
+class ComRights : public Over<tavrix::host::RightsObject, IHostRights> {
  public:
-  explicit ComRights(std::shared_ptr<tavrix::host::RightsObject> rights)
-      : rights_(std::move(rights)) {}
+  using Over::Over;
   STDMETHODIMP get_CanAdd(VARIANT_BOOL* result) noexcept override;
   STDMETHODIMP get_CanEdit(VARIANT_BOOL* result) noexcept override;
-
- private:
-  std::shared_ptr<tavrix::host::RightsObject> rights_;
 };
 
-class ComFolders : public tavrix::com::DispatchObject<IHostFolders> {
+class ComFolders : public Over<tavrix::host::FoldersObject, IHostFolders> {
  public:
-  explicit ComFolders(std::shared_ptr<tavrix::host::FoldersObject> folders)
-      : folders_(std::move(folders)) {}
+  using Over::Over;
   STDMETHODIMP get_UserFolder(BSTR* result) noexcept override;
-
- private:
-  std::shared_ptr<tavrix::host::FoldersObject> folders_;
 };
 
 }  // namespace desk::app

@@ -28,12 +28,12 @@ IDispatch* NewHelper(host::SystemObject& system, const std::string& name) {
 }  // namespace
 
 STDMETHODIMP ComSystem::GetDatabase(IDispatch** result) noexcept {
-  return Give(result, [&] { return NewDispatch<ComDatabase>(system_->GetDatabase()); });
+  return Give(result, [&] { return NewDispatch<ComDatabase>(Own().GetDatabase()); });
 }
 
 STDMETHODIMP ComSystem::GetSetting(VARIANT key, BSTR section, IDispatch** result) noexcept {
   return Give(result, [&] {
-    return NewDispatch<ComSetting>(system_->GetSetting(ValueOf(key).ToText(), TextOf(section)));
+    return NewDispatch<ComSetting>(Own().GetSetting(ValueOf(key).ToText(), TextOf(section)));
   });
 }
 
@@ -41,7 +41,7 @@ STDMETHODIMP ComSystem::NewIdentifier(BSTR table, BSTR column, VARIANT* error,
                                       long* result) noexcept {
   if (error == nullptr) return E_POINTER;
   return Give(result, [&] {
-    const auto given = system_->NewIdentifier(TextOf(table), TextOf(column));
+    const auto given = Own().NewIdentifier(TextOf(table), TextOf(column));
     Variant text(std::string_view(given.error));
     VariantClear(error);
     *error = text.Detach();
@@ -50,15 +50,15 @@ STDMETHODIMP ComSystem::NewIdentifier(BSTR table, BSTR column, VARIANT* error,
 }
 
 STDMETHODIMP ComSystem::get_Rights(long program, IDispatch** result) noexcept {
-  return Give(result, [&] { return NewDispatch<ComRights>(system_->Rights(program)); });
+  return Give(result, [&] { return NewDispatch<ComRights>(Own().Rights(program)); });
 }
 
 STDMETHODIMP ComSystem::get_Folders(IDispatch** result) noexcept {
-  return Give(result, [&] { return NewDispatch<ComFolders>(system_->Folders()); });
+  return Give(result, [&] { return NewDispatch<ComFolders>(Own().Folders()); });
 }
 
 STDMETHODIMP ComSystem::CreateHelper(BSTR name, IDispatch** result) noexcept {
-  return Give(result, [&] { return NewHelper(*system_, TextOf(name)); });
+  return Give(result, [&] { return NewHelper(Own(), TextOf(name)); });
 }
 
 }  // namespace desk::app

@@ -2,17 +2,16 @@
 
 #include <memory>
 
-#include "com/dispatch_object.h"
+#include "app/automation/over.h"
 #include "host/objects.h"
 #include "qnSystem.h"
 
 namespace desk::app {
 
 /// `pcSystem` as Automation sees it, over any portable system object.
-class ComSystem : public tavrix::com::DispatchObject<IHostSystem> {
+class ComSystem : public Over<tavrix::host::SystemObject, IHostSystem> {
  public:
-  explicit ComSystem(std::shared_ptr<tavrix::host::SystemObject> system)
-      : system_(std::move(system)) {}
+  using Over::Over;
 
   STDMETHODIMP GetDatabase(IDispatch** result) noexcept override;
   STDMETHODIMP GetSetting(VARIANT key, BSTR section, IDispatch** result) noexcept override;
@@ -21,9 +20,6 @@ class ComSystem : public tavrix::com::DispatchObject<IHostSystem> {
   STDMETHODIMP get_Rights(long program, IDispatch** result) noexcept override;
   STDMETHODIMP get_Folders(IDispatch** result) noexcept override;
   STDMETHODIMP CreateHelper(BSTR name, IDispatch** result) noexcept override;
-
- private:
-  std::shared_ptr<tavrix::host::SystemObject> system_;
 };
 
 }  // namespace desk::app

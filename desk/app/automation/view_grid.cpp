@@ -6,8 +6,6 @@
 
 #include "app/com.h"
 #include "com/abi.h"
-#include "com/bstr.h"
-#include "com/failure.h"
 #include "host/report.h"
 #include "host/utf.h"
 #include "viewkit/ports.h"
@@ -17,8 +15,6 @@ namespace desk::app {
 namespace {
 
 namespace host = tavrix::host;
-using tavrix::com::Bstr;
-using tavrix::com::Check;
 using tavrix::com::Flag;
 
 /// What `IGridRows::GetStates` adds up.

@@ -12,7 +12,7 @@ namespace {
 
 namespace host = tavrix::host;
 
-void Check(HRESULT result) {
+void Require(HRESULT result) {
   if (FAILED(result)) throw host::HostError("控件不能在窗口中打开");
 }
 
@@ -38,9 +38,9 @@ void ControlContainer::Parts::Attach() {
   DWORD misc = 0;
   control->GetMiscStatus(DVASPECT_CONTENT, &misc);
   const bool site_first = (misc & OLEMISC_SETCLIENTSITEFIRST) != 0;
-  if (site_first) Check(control->SetClientSite(site.Get()));
+  if (site_first) Require(control->SetClientSite(site.Get()));
   InitNew(control.Get());
-  if (!site_first) Check(control->SetClientSite(site.Get()));
+  if (!site_first) Require(control->SetClientSite(site.Get()));
   control->SetHostNames(plan.display_name.c_str(), nullptr);
 }
 
@@ -53,12 +53,12 @@ HRESULT ControlContainer::Parts::DoVerb(LONG verb, MSG* message) {
 ControlContainer::ControlContainer(IUnknown* control, ContainerPlan plan)
     : parts_(std::make_unique<Parts>()) {
   parts_->control = Query<IOleObject>(control);
-  if (!parts_->control) Check(E_NOINTERFACE);
+  if (!parts_->control) Require(E_NOINTERFACE);
   parts_->plan = std::move(plan);
   parts_->frame = Make<InPlaceFrame>(parts_->plan);
   parts_->site = Make<ControlSite>(parts_->plan, parts_->frame);
   parts_->Attach();
-  Check(parts_->DoVerb(OLEIVERB_INPLACEACTIVATE));
+  Require(parts_->DoVerb(OLEIVERB_INPLACEACTIVATE));
 }
 
 ControlContainer::~ControlContainer() {

@@ -5,7 +5,6 @@
 #include "app/automation/com_helpers.h"
 #include "app/com.h"
 #include "app/controls/controls.h"
-#include "com/failure.h"
 #include "host/error.h"
 #include "host/utf.h"
 
@@ -13,11 +12,6 @@ namespace desk::app {
 namespace {
 
 namespace host = tavrix::host;
-using tavrix::com::Bstr;
-using tavrix::com::Check;
-using tavrix::com::CheckCall;
-using tavrix::com::ComFailure;
-using tavrix::com::ViewOf;
 
 constexpr DISPID kDoSelect = 1;
 constexpr DISPID kDoCancel = 2;

@@ -9,9 +9,6 @@ namespace desk::app {
 
 namespace host = tavrix::host;
 namespace viewkit = tavrix::viewkit;
-using tavrix::com::Bstr;
-using tavrix::com::Check;
-using tavrix::com::ComFailure;
 
 ComPtr<IUnknown> CreateControl(const CLSID& clsid) {
   ComPtr<IUnknown> control;

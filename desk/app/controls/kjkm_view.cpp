@@ -8,18 +8,12 @@
 #include "app/com.h"
 #include "app/controls/controls.h"
 #include "book/host/grid_state.h"
-#include "com/failure.h"
 #include "host/utf.h"
 
 namespace desk::app {
 namespace {
 
 namespace host = tavrix::host;
-using tavrix::com::Bstr;
-using tavrix::com::Check;
-using tavrix::com::CheckCall;
-using tavrix::com::ComFailure;
-using tavrix::com::ViewOf;
 
 using tavrix::host::Narrow;
 

@@ -25,11 +25,6 @@ constexpr DesignSize kFirstDesign{1060, 720};
 constexpr DesignSize kMinDesign{480, 360};
 constexpr UINT kShowNotice = WM_APP + 1;
 
-const win32::WindowClass& FrameClass() {
-  static const win32::WindowClass frame(L"DeskFrame", 0);
-  return frame;
-}
-
 /// Cuts a strip of `height` off the top of `rest`.
 RECT TakeTop(RECT& rest, int height) {
   RECT taken = rest;
@@ -71,7 +66,7 @@ std::shared_ptr<FrameWindow> FrameWindow::Make(FrameOwner& owner) {
   frame->owner_ = &owner;
   frame->frame_keys_ = MakeAccelerators(KeyScope::kFrame);
   frame->view_keys_ = MakeAccelerators(KeyScope::kView);
-  frame->Create(FrameClass(),
+  frame->Create(win32::ClassNamed(L"DeskFrame"),
                 {.text = kProgramName, .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN});
   frame->CreateParts();
   frame->SizeFirst();

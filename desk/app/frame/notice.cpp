@@ -15,11 +15,6 @@ constexpr UINT kTickMilliseconds = 200;
 constexpr int kTicksShown = 60;  // twelve seconds
 constexpr UINT kTextFlags = DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX;
 
-const win32::WindowClass& NoticeClass() {
-  static const win32::WindowClass notice(L"DeskNotice", CS_DROPSHADOW);
-  return notice;
-}
-
 }  // namespace
 
 std::shared_ptr<Notice> Notice::Show(HWND dialog, const Report& report) {
@@ -27,7 +22,7 @@ std::shared_ptr<Notice> Notice::Show(HWND dialog, const Report& report) {
   notice->dialog_ = dialog;
   notice->style_ = std::make_shared<const Style>(static_cast<int>(GetDpiForWindow(dialog)));
   notice->Create(
-      NoticeClass(),
+      win32::ClassNamed(L"DeskNotice", CS_DROPSHADOW),
       {.style = WS_POPUP, .extended_style = WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW, .parent = dialog});
   notice->Change(report);
   SetTimer(notice->Hwnd(), kTimer, kTickMilliseconds, nullptr);

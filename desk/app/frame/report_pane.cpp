@@ -26,11 +26,6 @@ struct ColumnPlan {
 constexpr std::array kColumns = {ColumnPlan{L"时间", 84}, ColumnPlan{L"类别", 84},
                                  ColumnPlan{L"账簿", 150}, ColumnPlan{L"内容", 640}};
 
-const win32::WindowClass& PaneClass() {
-  static const win32::WindowClass pane(L"DeskReports", 0);
-  return pane;
-}
-
 std::wstring TimeText() {
   std::array<wchar_t, 32> text{};
   GetTimeFormatEx(LOCALE_NAME_INVARIANT, 0, nullptr, L"HH':'mm':'ss", text.data(),
@@ -49,7 +44,8 @@ std::shared_ptr<ReportPane> ReportPane::Make(HWND parent, SharedStyle style,
   auto pane = std::make_shared<ReportPane>();
   pane->style_ = std::move(style);
   pane->layout_changed_ = std::move(layout_changed);
-  pane->Create(PaneClass(), {.style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, .parent = parent});
+  pane->Create(win32::ClassNamed(L"DeskReports"),
+               {.style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, .parent = parent});
   pane->CreateList();
   return pane;
 }

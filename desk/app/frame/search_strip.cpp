@@ -13,11 +13,6 @@ namespace win32 = tavrix::viewkit::win32;
 constexpr int kBox = 10;
 constexpr int kSecond = 11;
 
-const win32::WindowClass& StripClass() {
-  static const win32::WindowClass strip(L"DeskSearchStrip", CS_HREDRAW);
-  return strip;
-}
-
 }  // namespace
 
 std::wstring WindowText(HWND window) {
@@ -32,10 +27,11 @@ std::shared_ptr<SearchStrip> SearchStrip::Make(HWND parent, SharedStyle style,
   auto strip = std::make_shared<SearchStrip>();
   strip->style_ = std::move(style);
   strip->plan_ = std::move(plan);
-  strip->Create(StripClass(), {.text = strip->plan_.label,
-                               .style = WS_CHILD | WS_CLIPCHILDREN,
-                               .extended_style = WS_EX_CONTROLPARENT,
-                               .parent = parent});
+  strip->Create(win32::ClassNamed(L"DeskSearchStrip", CS_HREDRAW),
+                {.text = strip->plan_.label,
+                 .style = WS_CHILD | WS_CLIPCHILDREN,
+                 .extended_style = WS_EX_CONTROLPARENT,
+                 .parent = parent});
   strip->box_ = strip->AddChild(WC_EDITW, L"", WS_BORDER | ES_AUTOHSCROLL, kBox);
   strip->apply_ = strip->AddChild(WC_BUTTONW, strip->plan_.apply, BS_DEFPUSHBUTTON, IDOK);
   strip->second_ = strip->AddChild(WC_BUTTONW, strip->plan_.second, BS_PUSHBUTTON, kSecond);

@@ -7,20 +7,16 @@ namespace {
 
 namespace win32 = tavrix::viewkit::win32;
 
-const win32::WindowClass& AreaClass() {
-  static const win32::WindowClass area(L"DeskViewArea", CS_HREDRAW | CS_VREDRAW);
-  return area;
-}
-
 }  // namespace
 
 std::shared_ptr<ViewArea> ViewArea::Make(HWND parent, SharedStyle style, Calls calls) {
   auto area = std::make_shared<ViewArea>();
   area->style_ = std::move(style);
   area->calls_ = std::move(calls);
-  area->Create(AreaClass(), {.style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
-                             .extended_style = WS_EX_CONTROLPARENT,
-                             .parent = parent});
+  area->Create(win32::ClassNamed(L"DeskViewArea", CS_HREDRAW | CS_VREDRAW),
+               {.style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
+                .extended_style = WS_EX_CONTROLPARENT,
+                .parent = parent});
   return area;
 }
 

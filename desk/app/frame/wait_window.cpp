@@ -11,19 +11,15 @@ constexpr int kDesignWidth = 400;
 constexpr int kDesignHeight = 104;
 constexpr int kMargin = 16;
 
-const win32::WindowClass& WaitClass() {
-  static const win32::WindowClass wait(L"DeskWait", CS_DROPSHADOW);
-  return wait;
-}
-
 }  // namespace
 
 std::shared_ptr<WaitWindow> WaitWindow::Show(HWND over) {
   auto window = std::make_shared<WaitWindow>();
   window->style_ = std::make_shared<const Style>(static_cast<int>(GetDpiForWindow(over)));
-  window->Create(WaitClass(), {.style = WS_POPUP | WS_BORDER,
-                               .extended_style = WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW,
-                               .parent = over});
+  window->Create(win32::ClassNamed(L"DeskWait", CS_DROPSHADOW),
+                 {.style = WS_POPUP | WS_BORDER,
+                  .extended_style = WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW,
+                  .parent = over});
   RECT place{};
   GetWindowRect(over, &place);
   const int width = window->style_->scale.Design(kDesignWidth);

@@ -20,11 +20,6 @@ constexpr int kMinDesignWidth = 320;
 constexpr int kMinDesignHeight = 240;
 constexpr int kEdge = 4;  // the part of the window around the control, design pixels
 
-const win32::WindowClass& DropDownClass() {
-  static const win32::WindowClass drop_down(L"DeskPickerDropDown", CS_DROPSHADOW);
-  return drop_down;
-}
-
 RECT WorkArea(const RECT& near_by) {
   MONITORINFO info{};
   info.cbSize = sizeof info;
@@ -53,11 +48,12 @@ std::shared_ptr<PickerDropDown> PickerDropDown::Make(HWND owner, SharedStyle sty
   window->calls_ = std::move(calls);
   const auto design = [&](int pixels) { return window->style_->scale.Design(pixels); };
   PickerDropDown& self = *window;
-  self.Create(DropDownClass(), {.text = L"选择科目",
-                                .style = WS_POPUP | WS_BORDER | WS_CLIPCHILDREN,
-                                .extended_style = WS_EX_TOOLWINDOW,
-                                .place = {0, 0, design(kDesignWidth), design(kDesignHeight)},
-                                .parent = owner});
+  self.Create(win32::ClassNamed(L"DeskPickerDropDown", CS_DROPSHADOW),
+              {.text = L"选择科目",
+               .style = WS_POPUP | WS_BORDER | WS_CLIPCHILDREN,
+               .extended_style = WS_EX_TOOLWINDOW,
+               .place = {0, 0, design(kDesignWidth), design(kDesignHeight)},
+               .parent = owner});
   self.area_ =
       CreateWindowExW(WS_EX_CONTROLPARENT, WC_STATICW, L"", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
                       0, 0, 0, 0, self.Hwnd(), nullptr, win32::ThisModule(), nullptr);

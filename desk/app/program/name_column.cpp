@@ -6,7 +6,6 @@
 #include "app/automation/view_grid.h"
 #include "app/com.h"
 #include "book/host/settings_file.h"
-#include "com/failure.h"
 #include "host/text.h"
 #include "viewkit/layout/m_mode.h"
 #include "viewkit/win32/scale.h"
@@ -14,8 +13,6 @@
 
 namespace desk::app {
 namespace {
-
-using tavrix::com::Check;
 
 constexpr char kStatusName[] = "Kjkm";
 constexpr long kNameColumn = 1;

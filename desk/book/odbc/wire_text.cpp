@@ -4,33 +4,32 @@
 
 namespace desk::book {
 
+namespace {
+
+struct WireTexts {
+  const char* mark;
+  const char* sentence;
+};
+
+/// In the order of `Wire`.
+constexpr WireTexts kTexts[] = {{"", ""},
+                                {"", "数据库服务器没有说明连接是否加密。"},
+                                {"本机，未加密", "与数据库服务器的连接没有加密，但不离开本机。"},
+                                {"未加密", "与数据库服务器的连接没有加密。"},
+                                {"已加密", "与数据库服务器的连接已加密。"}};
+
+const WireTexts& TextsOf(Wire wire) {
+  return kTexts[static_cast<std::size_t>(wire)];
+}
+
+}  // namespace
+
 std::string WireMark(Wire wire) {
-  switch (wire) {
-    case Wire::kEncrypted:
-      return "已加密";
-    case Wire::kPlain:
-      return "未加密";
-    case Wire::kLocal:
-      return "本机，未加密";
-    default:
-      return {};
-  }
+  return TextsOf(wire).mark;
 }
 
 std::string WireSentence(Wire wire) {
-  switch (wire) {
-    case Wire::kNone:
-      return {};
-    case Wire::kEncrypted:
-      return "与数据库服务器的连接已加密。";
-    case Wire::kPlain:
-      return "与数据库服务器的连接没有加密。";
-    case Wire::kLocal:
-      return "与数据库服务器的连接没有加密，但不离开本机。";
-    case Wire::kUnknown:
-      break;
-  }
-  return "数据库服务器没有说明连接是否加密。";
+  return TextsOf(wire).sentence;
 }
 
 std::string WireWarning(Wire wire, std::string_view place) {

@@ -1,5 +1,7 @@
 #include "book/sqlite/sqlite_error.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
 
 namespace desk::book {
@@ -11,6 +13,7 @@ struct Meaning {
   std::string_view text;
 };
 
+constexpr std::string_view kHeldByOthers = "账簿正被其他用户使用，请稍后再试";
 /// The one key between tables that a book has.
 constexpr std::string_view kAccountsBelow = "科目还有下级，不能删除";
 
@@ -26,32 +29,29 @@ Meaning MeaningOfConstraint(int extended_code, std::string_view message) {
   return {ErrorKind::kDuplicate, code ? "科目编码重复" : "数据重复"};
 }
 
+struct CodeMeaning {
+  int code;  ///< SQLite's primary result code
+  Meaning meaning;
+};
+
+constexpr CodeMeaning kMeanings[] = {
+    {SQLITE_BUSY, {ErrorKind::kLocked, kHeldByOthers}},
+    {SQLITE_LOCKED, {ErrorKind::kLocked, kHeldByOthers}},
+    {SQLITE_READONLY, {ErrorKind::kReadOnly, "账簿是只读的，不能写入"}},
+    {SQLITE_FULL, {ErrorKind::kFull, "磁盘已满，数据没有保存"}},
+    {SQLITE_NOTADB, {ErrorKind::kDamaged, "这个文件不是账簿（不是数据库文件）"}},
+    {SQLITE_CORRUPT, {ErrorKind::kDamaged, "账簿文件已损坏"}},
+    {SQLITE_CANTOPEN, {ErrorKind::kOther, "无法打开账簿文件"}},
+    {SQLITE_IOERR, {ErrorKind::kOther, "读写账簿文件时出错"}},
+    {SQLITE_NOMEM, {ErrorKind::kOther, "内存不足"}},
+    {SQLITE_INTERRUPT, {ErrorKind::kOther, "账簿没有在限定的时间内给出数据"}},
+};
+
 Meaning MeaningOf(int extended_code, std::string_view message) {
-  switch (extended_code & 0xFF) {
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-      return {ErrorKind::kLocked, "账簿正被其他用户使用，请稍后再试"};
-    case SQLITE_READONLY:
-      return {ErrorKind::kReadOnly, "账簿是只读的，不能写入"};
-    case SQLITE_FULL:
-      return {ErrorKind::kFull, "磁盘已满，数据没有保存"};
-    case SQLITE_NOTADB:
-      return {ErrorKind::kDamaged, "这个文件不是账簿（不是数据库文件）"};
-    case SQLITE_CORRUPT:
-      return {ErrorKind::kDamaged, "账簿文件已损坏"};
-    case SQLITE_CANTOPEN:
-      return {ErrorKind::kOther, "无法打开账簿文件"};
-    case SQLITE_IOERR:
-      return {ErrorKind::kOther, "读写账簿文件时出错"};
-    case SQLITE_NOMEM:
-      return {ErrorKind::kOther, "内存不足"};
-    case SQLITE_INTERRUPT:
-      return {ErrorKind::kOther, "账簿没有在限定的时间内给出数据"};
-    case SQLITE_CONSTRAINT:
-      return MeaningOfConstraint(extended_code, message);
-    default:
-      break;
-  }
+  const int code = extended_code & 0xFF;
+  if (code == SQLITE_CONSTRAINT) return MeaningOfConstraint(extended_code, message);
+  const auto* const known = std::ranges::find(kMeanings, code, &CodeMeaning::code);
+  if (known != std::end(kMeanings)) return known->meaning;
   if (message.starts_with("no such table")) return {ErrorKind::kOther, "账簿中没有这个表"};
   if (message.starts_with("no such column")) return {ErrorKind::kOther, "账簿中没有这个列"};
   if (message.ends_with("syntax error")) return {ErrorKind::kOther, "语句有语法错误"};

@@ -54,17 +54,9 @@ void LabelPeer::Paint(HDC dc) const {
 }
 
 LRESULT LabelPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+  const auto painted = OnPaintMessage(message, wparam, [this](HDC dc) { Paint(dc); });
+  if (painted) return *painted;
   switch (message) {
-    case WM_ERASEBKGND:
-      return 1;
-    case WM_PAINT: {
-      const PaintScope paint(Hwnd());
-      Context().buffer.Paint(paint.Dc(), paint.Area(), [this](HDC dc) { Paint(dc); });
-      return 0;
-    }
-    case WM_PRINTCLIENT:
-      Paint(reinterpret_cast<HDC>(wparam));
-      return 0;
     case WM_SETTEXT: {
       // The system's label would paint at once.
       const LRESULT set = DefWindowProcW(Hwnd(), message, wparam, lparam);

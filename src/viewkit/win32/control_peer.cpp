@@ -83,6 +83,24 @@ LRESULT ControlPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   return result;
 }
 
+std::optional<LRESULT> ControlPeer::OnPaintMessage(UINT message, WPARAM wparam,
+                                                   const std::function<void(HDC)>& paint) {
+  switch (message) {
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_PAINT: {
+      const PaintScope scope(Hwnd());
+      context_->buffer.Paint(scope.Dc(), scope.Area(), paint);
+      return 0;
+    }
+    case WM_PRINTCLIENT:
+      paint(reinterpret_cast<HDC>(wparam));
+      return 0;
+    default:
+      return {};
+  }
+}
+
 void ControlPeer::FocusChanged(bool focused, HWND other) {
   if (context_->focus_moved) context_->focus_moved(focused, other);
   if (Alive()) control_.NotifyFocus(focused);

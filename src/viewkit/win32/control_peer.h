@@ -73,6 +73,9 @@ class ControlPeer : public Window, public Peer {
   /// The control has got or lost the focus; `other` is the window on the other side.
   void FocusChanged(bool focused, HWND other);
 
+  /// The answer to what asks for paint; nothing to other messages. `paint` covers the window.
+  std::optional<LRESULT> OnPaintMessage(UINT message, WPARAM wparam,
+                                        const std::function<void(HDC)>& paint);
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
   void OnDestroyed() override;
 

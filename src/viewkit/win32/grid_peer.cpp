@@ -15,11 +15,6 @@ namespace {
 
 constexpr int kPasses = 3;  // a bar that appears can make the other one necessary
 
-const WindowClass& GridClass() {
-  static const WindowClass grid(L"TavrixGrid", CS_DBLCLKS);
-  return grid;
-}
-
 }  // namespace
 
 GridPeer::GridPeer(ViewContext& context, FlexGrid& grid)
@@ -27,10 +22,10 @@ GridPeer::GridPeer(ViewContext& context, FlexGrid& grid)
 
 void GridPeer::Open() {
   const std::wstring name = host::Wide(grid_.AccessibleName());
-  Create(GridClass(), {.text = name.c_str(),
-                       .style = StateStyle(),
-                       .place = PlaceOfModel(),
-                       .parent = Context().window});
+  Create(ClassNamed(L"TavrixGrid", CS_DBLCLKS), {.text = name.c_str(),
+                                                 .style = StateStyle(),
+                                                 .place = PlaceOfModel(),
+                                                 .parent = Context().window});
   Listen();
   tip_.emplace(Hwnd());
   OnFontChanged();

@@ -9,15 +9,10 @@ namespace {
 
 constexpr int kKeyStep = 10;  // pixels at 96 dpi
 
-const WindowClass& SplitterClass() {
-  static const WindowClass splitter(L"TavrixSplitter");
-  return splitter;
-}
-
 }  // namespace
 
 void SplitterPeer::Open() {
-  Create(SplitterClass(),
+  Create(ClassNamed(L"TavrixSplitter"),
          {.style = StateStyle(), .place = PlaceOfModel(), .parent = Context().window});
 }
 
@@ -37,17 +32,9 @@ void SplitterPeer::MoveBy(int pixels) {
 }
 
 LRESULT SplitterPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+  const auto painted = OnPaintMessage(message, wparam, [this](HDC dc) { Paint(dc); });
+  if (painted) return *painted;
   switch (message) {
-    case WM_ERASEBKGND:
-      return 1;
-    case WM_PAINT: {
-      const PaintScope paint(Hwnd());
-      Paint(paint.Dc());
-      return 0;
-    }
-    case WM_PRINTCLIENT:
-      Paint(reinterpret_cast<HDC>(wparam));
-      return 0;
     case WM_SETCURSOR:
       SetCursor(LoadCursorW(nullptr, IDC_SIZEWE));
       return TRUE;

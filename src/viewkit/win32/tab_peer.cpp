@@ -18,19 +18,14 @@ namespace {
 constexpr int kPadding = 14;
 constexpr int kMark = 3;  // the bar that marks the active tab
 
-const WindowClass& TabClass() {
-  static const WindowClass tabs(L"TavrixTabs");
-  return tabs;
-}
-
 }  // namespace
 
 void TabPeer::Open() {
   const std::wstring name = host::Wide(strip_.AccessibleName());
-  Create(TabClass(), {.text = name.c_str(),
-                      .style = StateStyle(),
-                      .place = PlaceOfModel(),
-                      .parent = Context().window});
+  Create(ClassNamed(L"TavrixTabs"), {.text = name.c_str(),
+                                     .style = StateStyle(),
+                                     .place = PlaceOfModel(),
+                                     .parent = Context().window});
   tip_.emplace(Hwnd());
   shown_current_ = strip_.CurrTab();
 }
@@ -174,17 +169,9 @@ LRESULT TabPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   const POINT point{GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)};
   if (message == WM_MOUSEMOVE) OnMouseMove(point);
   if (tip_) tip_->Relay(message, wparam, lparam);
+  const auto painted = OnPaintMessage(message, wparam, [this](HDC dc) { Paint(dc); });
+  if (painted) return *painted;
   switch (message) {
-    case WM_ERASEBKGND:
-      return 1;
-    case WM_PAINT: {
-      const PaintScope paint(Hwnd());
-      Context().buffer.Paint(paint.Dc(), paint.Area(), [this](HDC dc) { Paint(dc); });
-      return 0;
-    }
-    case WM_PRINTCLIENT:
-      Paint(reinterpret_cast<HDC>(wparam));
-      return 0;
     case WM_SIZE:
     case WM_SYSCOLORCHANGE:
       InvalidateRect(Hwnd(), nullptr, FALSE);

@@ -5,15 +5,6 @@
 #include "viewkit/win32/peer_host.h"
 
 namespace tavrix::viewkit::win32 {
-namespace {
-
-const WindowClass& ViewClass() {
-  static const WindowClass view(L"TavrixView", CS_DBLCLKS);
-  return view;
-}
-
-}  // namespace
-
 class ViewWindow::State : public PeerHost {
  public:
   explicit State(ViewWindowOptions options) : options_(std::move(options)) {}
@@ -43,10 +34,11 @@ class ViewWindow::State : public PeerHost {
 void ViewWindow::State::Open(const ControlList& controls) {
   Context().keep = options_.keep;
   Context().focus_moved = [this](bool focused, HWND other) { FocusMoved(focused, other); };
-  Create(ViewClass(), {.style = WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
-                       .extended_style = WS_EX_CONTROLPARENT,
-                       .place = options_.place,
-                       .parent = options_.parent});
+  Create(ClassNamed(L"TavrixView", CS_DBLCLKS),
+         {.style = WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
+          .extended_style = WS_EX_CONTROLPARENT,
+          .place = options_.place,
+          .parent = options_.parent});
   Prepare(options_.back_color, options_.font);
   SetForeColor(options_.fore_color);
   OnResized();

@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <functional>
+#include <map>
 #include <system_error>
 #include <utility>
 
@@ -65,6 +67,11 @@ WindowClass::WindowClass(std::wstring name, UINT style) : name_(std::move(name))
   description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   description.lpszClassName = Name();
   if (RegisterClassExW(&description) == 0) ThrowLastError("RegisterClassEx");
+}
+
+const WindowClass& ClassNamed(const wchar_t* name, UINT style) {
+  static std::map<std::wstring, WindowClass, std::less<>> classes;
+  return classes.try_emplace(name, name, style).first->second;
 }
 
 WindowClass::~WindowClass() {

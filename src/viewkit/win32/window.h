@@ -27,6 +27,9 @@ class WindowClass {
   std::wstring name_;
 };
 
+/// The class of that name with that style, which the module keeps from its first use on.
+[[nodiscard]] const WindowClass& ClassNamed(const wchar_t* name, UINT style = 0);
+
 /// Of the monitor that most of `window` stands on, in screen pixels: without task bars.
 [[nodiscard]] RECT WorkArea(HWND window);
 
