@@ -6,6 +6,7 @@
 #include "book/database/connection_string.h"
 #include "book/engines.h"
 #include "book/session/identifiers.h"
+#include "book/session/journal_command.h"
 #include "book/session/schema.h"
 #include "book/session/settings.h"
 #include "host/account.h"
@@ -53,6 +54,7 @@ void Fill(Session& session, const Template& content) {
   InsertUnits(connection, content.units);
   InsertPrograms(connection);
   InsertAccounts(connection, content.accounts, content.code_rule);
+  ForgetHistory(session);
   transaction.Commit();
 }
 
@@ -76,6 +78,7 @@ void ApplyTimeLimit(Session& session) {
 void Renew(Session& session) {
   try {
     RenewSchema(session);
+    TrimHistory(session);
   } catch (const DatabaseError&) {  // the next who opens it tries again
   }
 }

@@ -9,6 +9,7 @@
 #include "book/database/connection_string.h"
 #include "book/engines.h"
 #include "book/row_loader.h"
+#include "book/session/journal_command.h"
 #include "book/session/schema.h"
 #include "book/session/session.h"
 
@@ -280,6 +281,7 @@ std::vector<CopiedTable> Fill(Session& source, Session& target, Progress& progre
     }
     copied.push_back({parts[i].table, sent[i].Rows()});
   }
+  ForgetHistory(target);  // tables that were there already have noted what came
   transaction.Commit();
   return copied;
 }

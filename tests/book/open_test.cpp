@@ -115,6 +115,10 @@ TEST_F(OpenTest, AFailedCreationLeavesNoFile) {
 TEST_F(OpenTest, OpensWhatOthersMadeAndNamesWhatItLacks) {
   {
     const Book book = CreateBook();
+    const std::string triggers = "select name from sqlite_master where type='trigger'";
+    for (const std::string& name : tavrix::test::AllRows(book, triggers)) {
+      tavrix::test::Run(book, "drop trigger " + name);
+    }
     tavrix::test::Run(book, "drop table tvxbz");
     tavrix::test::Run(book, "drop table desk_identifier");
     tavrix::test::Run(book, "alter table gl_code drop column cother");

@@ -2,11 +2,13 @@
 
 #include <utility>
 
+#include "book/session/journal_rules.h"
+#include "book/session/rules_pause.h"
+#include "book/session/trigger_script.h"
+
 namespace desk::book {
 
 namespace {
-
-constexpr const char* kLedgers[] = {"gl_accvouch", "gl_accass", "gl_accsum"};
 
 constexpr const char* kNotMoved = "科目已有下级，不能修改编码";
 constexpr const char* kPosted = "科目已经记账，不能删除";
@@ -55,27 +57,34 @@ std::string Dialect::Lengths() const {
          "n where system_code='system' and item_code='kmbm' and n.column1<=length(item_value)";
 }
 
-std::string Moves(const std::string& from, const std::string& to) {
+/// Postings that move, after a note of them in the history.
+std::string Moves(SqlDialect dialect, MoveKind kind, const std::string& from,
+                  const std::string& to) {
   std::string moves;
-  for (const char* ledger : kLedgers) {
-    moves += std::string("update ") + ledger + " set ccode=" + to + " where ccode=" + from + ";";
+  for (const std::string_view ledger : kLedgerTables) {
+    moves += NoteOfMove(dialect, kind, ledger, from, to) + ";update " + std::string(ledger) +
+             " set ccode=" + to + " where ccode=" + from + ";";
   }
   return moves;
 }
 
-/// The change of `gl_code` that sets a rule off, which both engines write in one way.
-std::string Trigger(const std::string& name, const std::string& change,
+/// The change of `gl_code` that sets a rule off unless the rules pause.
+std::string Trigger(SqlDialect dialect, const std::string& name, const std::string& change,
                     const std::string& condition) {
-  return "create trigger gl_code_" + name + " after " + change + " on gl_code for each row when (" +
-         condition + ") ";
+  return "create trigger gl_code_" + name + " after " + change +
+         " on gl_code for each row when ((" + condition + ") and " + RulesWork(dialect) + ") ";
+}
+std::string SqliteTrigger(const std::string& name, const std::string& change,
+                          const std::string& condition) {
+  return Trigger(SqlDialect::kSqlite, name, change, condition);
 }
 
-std::string OnLosingLeaf() {
-  return Trigger("parent", "update of bend", "old.bend<>0 and new.bend=0");
+std::string OnLosingLeaf(SqlDialect dialect) {
+  return Trigger(dialect, "parent", "update of bend", "old.bend<>0 and new.bend=0");
 }
 /// `differs` is how the engine compares values that may be null.
-std::string OnNewCode(const std::string& differs) {
-  return Trigger("moved", "update of ccode", "old.ccode " + differs + " new.ccode");
+std::string OnNewCode(SqlDialect dialect, const std::string& differs) {
+  return Trigger(dialect, "moved", "update of ccode", "old.ccode " + differs + " new.ccode");
 }
 
 // ---- SQLite: each rule looks at one row, as it changes. ----
@@ -110,8 +119,8 @@ std::string SetFlagOfNew() {
 
 std::string PostedOld() {
   std::string any;
-  for (const char* ledger : kLedgers) {
-    any += std::string(any.empty() ? "" : " or ") + "exists(select 1 from " + ledger +
+  for (const std::string_view ledger : kLedgerTables) {
+    any += (any.empty() ? "" : " or ") + ("exists(select 1 from " + std::string(ledger)) +
            " where ccode=old.ccode)";
   }
   return any;
@@ -124,37 +133,39 @@ void AppendSqliteDeletion(std::vector<std::string>& rules) {
   rules.emplace_back(
       "create table desk_lost_parent(code text primary key collate nocase,"
       "child_length integer,none text not null references desk_lost_parent(code))");
-  rules.push_back(Trigger("deleted", "delete", "true") +
+  rules.push_back(SqliteTrigger("deleted", "delete", "true") +
                   Body(Refuse(kPosted, PostedOld()) + SetLeavesAboveOld()));
   rules.push_back(
-      Trigger("left", "delete", kSqlite.HasBelow("old.ccode")) +
+      SqliteTrigger("left", "delete", kSqlite.HasBelow("old.ccode")) +
       Body("insert into desk_lost_parent select old.ccode,below,'' from(select(select min(b.l)from "
            "gl_code_length b where b.l>c.l)as below from gl_code_length c where "
            "c.l=length(old.ccode)limit 1)where exists(select 1 from gl_code where " +
            kSqlite.Below("old.ccode") + " and length(ccode)=below);"));
   rules.push_back(
-      Trigger("last", "delete", "exists(select 1 from desk_lost_parent)") +
+      SqliteTrigger("last", "delete", "exists(select 1 from desk_lost_parent)") +
       Body("delete from desk_lost_parent where length(old.ccode)=child_length and "
            "substr(old.ccode,1,length(code))=code and not exists(select 1 from gl_code where " +
            kSqlite.Below("code") + " and length(ccode)=child_length);"));
 }
 
 std::vector<std::string> SqliteRules() {
-  const std::string leaf = "coalesce((" + kSqlite.FirstLeafBelowNew() + "),ccode)";
+  const std::string leaf = "coalesce((" + kSqlite.FirstLeafBelowNew() + "),new.ccode)";
   const std::string below_new = kSqlite.HasBelow("new.ccode");
   std::vector<std::string> rules = {
       "create view gl_code_length as " + kSqlite.Lengths(),
-      OnLosingLeaf() + Body(Moves("new.ccode", leaf)),
-      OnNewCode("is not") +
+      OnLosingLeaf(SqlDialect::kSqlite) +
+          Body(Moves(SqlDialect::kSqlite, MoveKind::kHandedDown, "new.ccode", leaf)),
+      OnNewCode(SqlDialect::kSqlite, "is not") +
           Body(Refuse(kNoCode, kLacksCode) + Refuse(kNotMoved, kSqlite.HasBelow("old.ccode")) +
-               Refuse(kNoParent, kLacksParent) + Moves("old.ccode", "new.ccode") +
+               Refuse(kNoParent, kLacksParent) +
+               Moves(SqlDialect::kSqlite, MoveKind::kWithAccount, "old.ccode", "new.ccode") +
                SetLeavesAboveOld()),
-      Trigger("flag", "update of bend", "(new.bend<>0)=" + below_new) + Body(SetFlagOfNew()),
+      SqliteTrigger("flag", "update of bend", "(new.bend<>0)=" + below_new) + Body(SetFlagOfNew()),
       // None is made a leaf here: the accounts below it may be the next that come.
-      Trigger("above", "insert",
-              "new.bend<>0 and " + below_new + " and exists(select 1 from gl_code_length)") +
+      SqliteTrigger("above", "insert",
+                    "new.bend<>0 and " + below_new + " and exists(select 1 from gl_code_length)") +
           Body(SetFlagOfNew()),
-      Trigger("added", "insert", "true") +
+      SqliteTrigger("added", "insert", "true") +
           Body(Refuse(kNoCode, kLacksCode) + Refuse(kNoParent, kLacksParent) +
                "delete from desk_lost_parent where code=new.ccode;")};
   AppendSqliteDeletion(rules);
@@ -163,29 +174,12 @@ std::vector<std::string> SqliteRules() {
 
 // ---- PostgreSQL: rules for rows that look at others run when the statement is through. ----
 
-class PostgresScript {
- public:
-  /// A function `name` that `trigger` runs. Its tables are those beside the one that changes,
-  /// whichever book of the database the connection is for; for as long as it runs.
-  void Add(const std::string& trigger, const std::string& name, const std::string& body) {
-    rules_.push_back("create function " + name +
-                     "() returns trigger language plpgsql set search_path from current as "
-                     "$$declare leaf text; begin perform "
-                     "set_config('search_path',quote_ident(tg_table_schema),true);" +
-                     body + " end$$");
-    rules_.push_back(trigger + "execute function " + name + "()");
-  }
-  void AddPlain(const std::string& statement) { rules_.push_back(statement); }
-  [[nodiscard]] std::vector<std::string> Take() { return std::move(rules_); }
-
- private:
-  std::vector<std::string> rules_;
-};
-
 std::string RaiseIf(const char* text, const std::string& when) {
   return "if " + when + " then raise exception using errcode='restrict_violation',message='" +
          text + "'; end if;";
 }
+
+constexpr SqlDialect kServer = SqlDialect::kPostgres;
 
 constexpr const char* kHasCodeRule = "exists(select 1 from gl_code_lengths())";
 
@@ -208,8 +202,8 @@ std::string SetLeavesAbove(const std::string& codes) {
 
 std::string PostedGone() {
   std::string any;
-  for (const std::string ledger : kLedgers) {
-    any += (any.empty() ? "" : " or ") + std::string("exists(select 1 from gone join ") + ledger +
+  for (const std::string_view ledger : kLedgerTables) {
+    any += (any.empty() ? "" : " or ") + ("exists(select 1 from gone join " + std::string(ledger)) +
            " v on v.ccode=gone.ccode)";
   }
   return any;
@@ -242,6 +236,7 @@ std::vector<std::string> PostgresRules() {
   PostgresScript script;
   const std::string below_new = kPostgres.HasBelow("new.ccode");
   const std::string end = " return null;";
+  const std::string statement = "for each statement when (" + RulesWork(kServer) + ") ";
   script.AddPlain(
       "create function gl_code_lengths()returns setof integer language sql stable as $$" +
       kPostgres.Lengths() + "$$");
@@ -252,29 +247,31 @@ std::vector<std::string> PostgresRules() {
       RaiseIf(kWrongIsolation,
               "current_setting('transaction_isolation')in('repeatable read','serializable')") +
           "perform 1 from desk_identifier where table_name='schema_version' for update;" + end);
-  script.Add("create trigger gl_code_flag before update of bend on gl_code for each row ",
+  script.Add("create trigger gl_code_flag before update of bend on gl_code for each row when (" +
+                 RulesWork(kServer) + ") ",
              "gl_code_set_flag",
              "if " + below_new +
                  " then new.bend:=0; elsif new.bend=0 then new.bend:=1; end if; return new;");
-  script.Add(OnLosingLeaf(), "gl_code_hand_down",
+  script.Add(OnLosingLeaf(kServer), "gl_code_hand_down",
              "leaf:=(" + kPostgres.FirstLeafBelowNew() + ");if leaf is not null then " +
-                 Moves("new.ccode", "leaf") + " end if;" + end);
+                 Moves(kServer, MoveKind::kHandedDown, "new.ccode", "leaf") + " end if;" + end);
   const std::string of_new = "select new.ccode as ccode";
-  script.Add(OnNewCode("is distinct from"), "gl_code_take_along",
+  script.Add(OnNewCode(kServer, "is distinct from"), "gl_code_take_along",
              RaiseIf(kNoCode, LackCode(of_new)) +
                  RaiseIf(kNotMoved, kPostgres.HasBelow("old.ccode")) +
-                 RaiseIf(kNoParent, LackParent(of_new)) + Moves("old.ccode", "new.ccode") +
+                 RaiseIf(kNoParent, LackParent(of_new)) +
+                 Moves(kServer, MoveKind::kWithAccount, "old.ccode", "new.ccode") +
                  SetLeavesAbove("select old.ccode as ccode") + end);
   const std::string of_added = "select ccode from added";
   script.Add(
-      "create trigger gl_code_added after insert on gl_code referencing new table as added for "
-      "each statement ",
+      "create trigger gl_code_added after insert on gl_code referencing new table as added " +
+          statement,
       "gl_code_find_parents",
       RaiseIf(kNoCode, LackCode(of_added)) + RaiseIf(kNoParent, LackParent(of_added)) +
           SetFlagsOfAdded() + end);
   script.Add(
-      "create trigger gl_code_deleted after delete on gl_code referencing old table as gone for "
-      "each statement ",
+      "create trigger gl_code_deleted after delete on gl_code referencing old table as gone " +
+          statement,
       "gl_code_keep",
       RaiseIf(kPosted, PostedGone()) + RaiseIf(kAccountsBelow, LeftBelowGone()) +
           SetLeavesAbove("select ccode from gone") + end);

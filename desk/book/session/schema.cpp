@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "book/database/connection_string.h"
+#include "book/session/journal_rules.h"
 #include "book/session/ledger_rules.h"
 #include "host/text.h"
 
@@ -100,6 +101,10 @@ void Append(std::string& list, std::string_view item) {
   list += item;
 }
 
+void Append(std::vector<std::string>& script, std::vector<std::string> more) {
+  for (std::string& statement : more) script.push_back(std::move(statement));
+}
+
 std::string CreateText(const Table& table, SqlDialect dialect) {
   const Types& types = TypesOf(dialect);
   std::string columns;
@@ -120,6 +125,19 @@ void AppendTable(std::vector<std::string>& script, const Table& table, SqlDialec
 
 void Run(Connection& connection, const std::vector<std::string>& script) {
   for (const std::string& statement : script) connection.Execute(statement, Origin::kDesk);
+}
+
+/// Whoever changes accounts writes the history of them. The owner's own rights are not asked for.
+constexpr const char* kGrantHistory =
+    "do $$declare role text; begin for role in select distinct case grantee when 0 then 'public' "
+    "else quote_ident(pg_get_userbyid(grantee)) end from pg_class,aclexplode(relacl) where "
+    "oid='gl_code'::regclass and privilege_type in('INSERT','UPDATE','DELETE') loop execute 'grant "
+    "select,insert on desk_command,desk_change,desk_moved to '||role; end loop; end$$";
+
+void MakeHistory(Connection& connection) {
+  if (connection.HasTable(kCommandTableName)) return;
+  Run(connection, JournalTables(connection.Dialect()));
+  if (connection.Dialect() == SqlDialect::kPostgres) Run(connection, {kGrantHistory});
 }
 
 /// The columns of the chart that the library reads and writes; the book of another maker must have
@@ -160,8 +178,10 @@ std::vector<std::string> SchemaScript(SqlDialect dialect) {
   std::vector<std::string> script;
   for (const Table& table : SchemaTables()) AppendTable(script, table, dialect);
   AppendTable(script, IdentifierTable(), dialect);
-  for (std::string& addition : Additions(dialect)) script.push_back(std::move(addition));
-  for (std::string& rule : LedgerRules(dialect)) script.push_back(std::move(rule));
+  Append(script, JournalTables(dialect));
+  Append(script, Additions(dialect));
+  Append(script, LedgerRules(dialect));
+  Append(script, JournalRules(dialect));
   return script;
 }
 
@@ -194,8 +214,12 @@ void RenewSchema(Session& session) {
   if (connection.ReadOnly() || !old()) return;
   Transaction transaction(session);
   if (!old()) return;  // another desk was quicker
-  Run(connection, DropEarlierRules(connection.Dialect()));
-  Run(connection, LedgerRules(connection.Dialect()));
+  const SqlDialect dialect = connection.Dialect();
+  Run(connection, DropJournalRules(dialect));
+  Run(connection, DropEarlierRules(dialect));
+  MakeHistory(connection);
+  Run(connection, LedgerRules(dialect));
+  Run(connection, JournalRules(dialect));
   connection.SetSchemaVersion(kSchemaVersion);
   transaction.Commit();
 }

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "book/session/journal_rules.h"
 #include "book/session/ledger_moves.h"
 #include "book/sql/sql_text.h"
 
@@ -34,12 +35,48 @@ void Session::Execute(const std::string& sql) {
 
 std::int64_t Session::Change(const std::string& sql) {
   const std::string translated = LeavingLeavesAlone(Translated(sql));
-  if (!deletions_.IsNoted(sql)) return connection_->Execute(translated, Origin::kCaller);
+  const bool check = deletions_.IsNoted(sql);
+  const bool note = CallersCommands::Concern(sql) && KeepsHistory();
+  if (!check && !note) return connection_->Execute(translated, Origin::kCaller);
   Transaction transaction(*this);
-  deletions_.Check(*connection_, sql);
+  if (check) deletions_.Check(*connection_, sql);
+  if (note) callers_.Begin(*this, sql);
   const std::int64_t rows = connection_->Execute(translated, Origin::kCaller);
   transaction.Commit();
   return rows;
+}
+
+bool Session::KeepsHistory() {
+  if (!keeps_history_) {
+    keeps_history_ =
+        book::KeepsHistory(connection_->Dialect()) && connection_->HasTable(kCommandTableName);
+  }
+  return *keeps_history_;
+}
+
+void Session::BeginCommand(std::int64_t id) {
+  const std::string text = std::to_string(id);
+  if (connection_->Dialect() == SqlDialect::kPostgres) {
+    connection_->Execute("select set_config('desk.command','" + text + "',true)", Origin::kDesk);
+  } else {
+    connection_->Execute(
+        "replace into desk_identifier(table_name,last_id)values('journal_command'," + text + ")",
+        Origin::kDesk);
+  }
+  running_command_ = id;
+}
+
+void Session::BeforeCommit() {
+  if (rules_pause_) throw DatabaseError(ErrorKind::kOther, "账簿的规则还没有恢复");
+  if (running_command_ == 0 || connection_->Dialect() == SqlDialect::kPostgres) return;
+  connection_->Execute("delete from desk_identifier where table_name='journal_command'",
+                       Origin::kDesk);
+}
+
+void Session::AfterTransaction(bool committed) noexcept {
+  if (committed && running_command_ != 0) last_command_ = running_command_;
+  running_command_ = 0;
+  rules_pause_ = false;
 }
 
 void Session::Reserve(const std::string& sql, host::RowSet& rows) const {
@@ -65,19 +102,23 @@ void Session::KeepResults() noexcept {
   for (LiveResult* result : live_) result->Keep();
 }
 
-Transaction::Transaction(Session& session) : connection_(session.Own()) {
+Transaction::Transaction(Session& session) : session_(session) {
   // A result half read holds on to an older state of the book, from which no write can start.
   session.KeepResults();
-  connection_.Begin();
+  session.Own().Begin();
 }
 
 Transaction::~Transaction() {
-  if (open_) connection_.Rollback();
+  if (!open_) return;
+  session_.Own().Rollback();
+  session_.AfterTransaction(false);
 }
 
 void Transaction::Commit() {
-  connection_.Commit();
+  session_.BeforeCommit();
+  session_.Own().Commit();
   open_ = false;
+  session_.AfterTransaction(true);
 }
 
 }  // namespace desk::book

@@ -3,10 +3,12 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "book/database/database.h"
+#include "book/session/callers_commands.h"
 #include "book/session/deletion_check.h"
 
 namespace desk::book {
@@ -56,6 +58,17 @@ class Session {
   /// For the desk's own statements. Those that write belong inside a `Transaction`.
   [[nodiscard]] Connection& Own() { return *connection_; }
 
+  /// Whether the book keeps a history of its commands. One that others have made, and one on a
+  /// server where the desk's rules have not been tried, keeps none.
+  [[nodiscard]] bool KeepsHistory();
+  /// Who works with the book, for its history; empty where nobody has said.
+  [[nodiscard]] const std::string& User() const { return user_; }
+  void SetUser(std::string user) { user_ = std::move(user); }
+  /// Inside a transaction: from now to its end changes of accounts belong to this command.
+  void BeginCommand(std::int64_t id);
+  /// The command that callers' statements, or those of the desk, have begun last; 0 for none.
+  [[nodiscard]] std::int64_t LastCommand() const { return last_command_; }
+
   /// Makes room in `rows` for as many as the query gave the last time: growing step by step, and
   /// giving back what was too much, would cost more than the room.
   void Reserve(const std::string& sql, host::RowSet& rows) const;
@@ -68,11 +81,21 @@ class Session {
  private:
   [[nodiscard]] std::string Translated(const std::string& sql) const;
   [[nodiscard]] std::int64_t Change(const std::string& sql);
+  friend class Transaction;
+  friend class RulesPause;
+  void BeforeCommit();
+  void AfterTransaction(bool committed) noexcept;
 
   std::unique_ptr<Connection> connection_;
   std::string driver_;
   std::vector<LiveResult*> live_;
   DeletionCheck deletions_;
+  CallersCommands callers_;
+  std::optional<bool> keeps_history_;
+  std::string user_;
+  std::int64_t running_command_ = 0;  ///< of the open transaction
+  std::int64_t last_command_ = 0;     ///< that was committed
+  bool rules_pause_ = false;
   struct Size {
     std::size_t rows = 0;
     std::size_t bytes = 0;
@@ -82,7 +105,8 @@ class Session {
   std::uint64_t postings_ = 0;
 };
 
-/// The desk's own changes, all or nothing: undone unless committed.
+/// The desk's own changes, all or nothing: undone unless committed. None is committed while the
+/// rules of the book pause (`RulesPause`).
 class Transaction {
  public:
   explicit Transaction(Session& session);
@@ -92,7 +116,7 @@ class Transaction {
   void Commit();
 
  private:
-  Connection& connection_;
+  Session& session_;
   bool open_ = true;
 };
 

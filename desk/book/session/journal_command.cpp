@@ -1,0 +1,93 @@
+#include "book/session/journal_command.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "book/session/journal_rules.h"
+#include "book/session/trigger_script.h"
+
+namespace desk::book {
+
+namespace {
+
+/// Of the history: so many commands, and changes of accounts, but always the last command.
+constexpr std::int64_t kKeptCommands = 1000;
+constexpr std::int64_t kKeptChanges = 200000;
+
+std::int64_t NumberIn(Connection& connection, const std::string& query, Values parameters = {}) {
+  const auto rows = connection.Query(query, Origin::kDesk, parameters);
+  const std::int64_t number = rows->Next() ? static_cast<std::int64_t>(rows->Get(0).ToNumber()) : 0;
+  while (rows->Next()) {  // a statement that also changes something runs to its end
+  }
+  return number;
+}
+
+/// A code as a literal: a note names it several times.
+std::string Literal(const std::string& code) {
+  std::string literal = "'";
+  for (const char c : code) literal.append(c == '\'' ? 2 : 1, c);
+  return literal + "'";
+}
+
+}  // namespace
+
+JournalCommand::JournalCommand(Session& session, CommandKind kind, const std::string& title,
+                               CommandTurn turn)
+    : session_(session) {
+  if (!session.KeepsHistory()) return;
+  Connection& connection = session.Own();
+  const SqlDialect dialect = connection.Dialect();
+  const bool server = dialect == SqlDialect::kPostgres;
+  const host::Value values[] = {static_cast<int>(kind), turn.turn, turn.target, title,
+                                session.User()};
+  id_ = NumberIn(connection,
+                 "insert into desk_command(kind,turn,target,title,who,made_at)values(?,?,?,?," +
+                     std::string(server ? "coalesce(nullif(?,''),session_user)," : "?,") +
+                     std::string(TimeNow(dialect)) + ")returning id",
+                 values);
+  session.BeginCommand(id_);
+}
+
+std::int64_t JournalCommand::MovePostings(const std::string& from, const std::string& to) {
+  Connection& connection = session_.Own();
+  std::int64_t moved = 0;
+  for (const std::string_view ledger : kLedgerTables) {
+    if (id_ != 0) {
+      connection.Execute(NoteOfMove(connection.Dialect(), MoveKind::kHandedDown, ledger,
+                                    Literal(from), Literal(to)),
+                         Origin::kDesk);
+    }
+    const host::Value codes[] = {to, from};
+    moved += connection.Execute("update " + std::string(ledger) + " set ccode=? where ccode=?",
+                                Origin::kDesk, codes);
+  }
+  return moved;
+}
+
+void TrimHistory(Session& session) {
+  if (!session.KeepsHistory() || session.Own().ReadOnly()) return;
+  Connection& connection = session.Own();
+  const std::int64_t first = std::min(
+      NumberIn(connection, "select max(id) from desk_command"),
+      std::max(NumberIn(connection, "select max(id) from desk_command") - kKeptCommands + 1,
+               NumberIn(connection,
+                        "select min(command_id) from desk_change where id>(select "
+                        "max(id) from desk_change)-" +
+                            std::to_string(kKeptChanges))));
+  if (NumberIn(connection, "select min(id) from desk_command") >= first) return;
+  Transaction transaction(session);
+  const std::string before = std::to_string(first);
+  connection.Execute("delete from desk_change where command_id<" + before, Origin::kDesk);
+  connection.Execute("delete from desk_moved where command_id<" + before, Origin::kDesk);
+  connection.Execute("delete from desk_command where id<" + before, Origin::kDesk);
+  transaction.Commit();
+}
+
+void ForgetHistory(Session& session) {
+  if (!session.KeepsHistory()) return;
+  for (const std::string_view table : {kChangeTableName, kMovedTableName, kCommandTableName}) {
+    session.Own().Execute("delete from " + std::string(table), Origin::kDesk);
+  }
+}
+
+}  // namespace desk::book

@@ -1,0 +1,51 @@
+#include "book/session/rules_pause.h"
+
+#include <algorithm>
+#include <set>
+
+namespace desk::book {
+
+namespace {
+
+void SetPause(Connection& connection, bool on) {
+  switch (connection.Dialect()) {
+    case SqlDialect::kSqlite:
+      connection.Execute(
+          on ? "insert into desk_identifier(table_name,last_id)values('rules_pause',1)"
+             : "delete from desk_identifier where table_name='rules_pause'",
+          Origin::kDesk);
+      return;
+    case SqlDialect::kPostgres:
+      connection.Execute(on ? "select set_config('desk.rules_pause','on',true)"
+                            : "select set_config('desk.rules_pause','',true)",
+                         Origin::kDesk);
+      return;
+    default:
+      return;
+  }
+}
+
+}  // namespace
+
+std::string RulesWork(SqlDialect dialect) {
+  if (dialect == SqlDialect::kPostgres) {
+    return "coalesce(current_setting('desk.rules_pause',true),'')<>'on'";
+  }
+  return "not exists(select 1 from desk_identifier where table_name='rules_pause')";
+}
+
+RulesPause::RulesPause(Session& session) : session_(session), before_(FindChartFaults(session)) {
+  SetPause(session.Own(), true);
+  session.rules_pause_ = true;
+}
+
+void RulesPause::Resume() {
+  const std::set<ChartFault> before(before_.begin(), before_.end());
+  for (const ChartFault& fault : FindChartFaults(session_)) {
+    if (!before.contains(fault)) throw DatabaseError(ErrorKind::kRefused, FaultText(fault));
+  }
+  SetPause(session_.Own(), false);
+  session_.rules_pause_ = false;
+}
+
+}  // namespace desk::book

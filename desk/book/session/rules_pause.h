@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "book/session/chart_check.h"
+#include "book/session/session.h"
+
+namespace desk::book {
+
+/// The condition, in triggers, under which the rules work: a row of `desk_identifier` (SQLite), or
+/// a setting of the transaction (PostgreSQL), says when they pause.
+[[nodiscard]] std::string RulesWork(SqlDialect dialect);
+
+/// While it lives, inside one transaction, the rules of the ledgers (`LedgerRules`) do nothing: no
+/// postings move, no parents are asked for, no flags are set. The history goes on. For those who
+/// rearrange the chart in steps that the rules would not let through one by one; what they do not
+/// do then, moving postings and setting flags, is theirs to do. The transaction cannot be committed
+/// before `Resume`. `DatabaseError`, as for all that writes.
+class RulesPause {
+ public:
+  /// Inside an open `Transaction`. Keeps what was wrong with the chart before.
+  explicit RulesPause(Session& session);
+  RulesPause(const RulesPause&) = delete;
+  RulesPause& operator=(const RulesPause&) = delete;
+  ~RulesPause() = default;
+
+  /// Lets the rules work again. `DatabaseError` (`kRefused`), which names the account, when
+  /// something is wrong with the chart that was not before.
+  void Resume();
+
+ private:
+  Session& session_;
+  std::vector<ChartFault> before_;
+};
+
+}  // namespace desk::book
