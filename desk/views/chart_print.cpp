@@ -16,8 +16,20 @@ namespace host = tavrix::host;
 constexpr char kTitle[] = "会计科目表";
 
 /// The columns of the statement; the flags of `kKinds` follow.
-enum Field { kCode, kName, kEnglish, kLevel, kCategory, kSide, kCurrency, kUnit, kBook, kMnemonic,
-             kSealed, kFirstKind };
+enum Field {
+  kCode,
+  kName,
+  kEnglish,
+  kLevel,
+  kCategory,
+  kSide,
+  kCurrency,
+  kUnit,
+  kBook,
+  kMnemonic,
+  kSealed,
+  kFirstKind
+};
 
 struct Kind {
   const char* column;

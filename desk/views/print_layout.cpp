@@ -79,8 +79,7 @@ std::vector<int> PrintLayout::NaturalWidths() const {
   for (std::size_t col = 0; col < table_.columns.size(); ++col) {
     int widest = measure_.Width(table_.columns[col].caption, true);
     for (const PrintRow& row : table_.rows) {
-      widest =
-          std::max(widest, measure_.Width(row.cells.at(col), row.bold) + Indent(row, col));
+      widest = std::max(widest, measure_.Width(row.cells.at(col), row.bold) + Indent(row, col));
     }
     widths.push_back(widest + 2 * Padding());
   }

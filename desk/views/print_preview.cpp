@@ -20,7 +20,7 @@ struct PaperName {
 constexpr std::array kPapers = {PaperName{"A4", 11906, 16838}, PaperName{"A3", 16838, 23811},
                                 PaperName{"A5", 8391, 11906}, PaperName{"B5", 10319, 14571},
                                 PaperName{"Letter", 12240, 15840}};
-constexpr std::array kZooms = {"整页", "页宽", "50%", "75%", "100%", "150%", "200%"};
+constexpr std::array kZooms = {"整页", "75%", "100%", "页宽", "150%", "200%"};
 
 int PaperAt(const PrintSetup& setup) {
   constexpr int kTolerance = 60;  // printers round

@@ -16,7 +16,7 @@ namespace desk::views {
 
 /// One thing that can be printed.
 struct PrintChoice {
-  std::string name;                 ///< for the user, where there are several
+  std::string name;  ///< for the user, where there are several
   std::function<PrintTable()> make;
 };
 
@@ -37,7 +37,7 @@ struct PrintSetup {
 /// of controls above them.
 class PrintPreview {
  public:
-  enum class Zoom { kWholePage, kPageWidth, kHalf, kThreeQuarters, kFull, kOneAndHalf, kDouble };
+  enum class Zoom { kWholePage, kThreeQuarters, kFull, kPageWidth, kOneAndHalf, kDouble };
   struct Calls {
     std::function<void()> changed;  ///< what is seen is another
     std::function<void()> print;

@@ -18,7 +18,7 @@ struct PrintColumn {
 
 struct PrintRow {
   std::vector<std::string> cells = {};  ///< one for each column
-  int level = 0;                   ///< of the outline, from 0
+  int level = 0;                        ///< of the outline, from 0
   bool bold = false;
   bool keep_with_previous = false;  ///< a total: it never begins a page
   bool keep_with_next = false;      ///< a heading: it never ends a page

@@ -9,6 +9,7 @@
 #include "app/frame/new_book_dialog.h"
 #include "app/program/book_place.h"
 #include "app/program/name_column.h"
+#include "app/program/print_commands.h"
 #include "book/ledger/posting.h"
 #include "book/odbc/wire_text.h"
 #include "book/sample.h"
@@ -59,7 +60,10 @@ Desk::Desk()
       user_({.owner = [this] { return frame_->Hwnd(); },
              .modal = [this](bool modal) { sheets_.SetModal(frame_->Hwnd(), modal); }}),
       wait_(std::make_shared<ServerWait>(frame_->Hwnd())),
-      sheets_(frame_->Hwnd(), settings_, {.style = [this] { return frame_->CurrentStyle(); }}) {
+      sheets_(frame_->Hwnd(), settings_,
+              {.style = [this] { return frame_->CurrentStyle(); },
+               .key = [this](auto& sheet, auto key,
+                             auto with) { return UsePrintKey(Place(), sheet, key, with); }}) {
   frame_->SetRecent(settings_.Recent());
   frame_->Reports().SetDesignHeight(settings_.ReportHeight());
   account_.emplace(*frame_, MakeFollowerCalls());

@@ -21,6 +21,7 @@ using tavrix::host::Narrow;
 using tavrix::host::Wide;
 
 constexpr wchar_t kProgramFolder[] = L"Tavrix";
+constexpr char kPrint[] = "Print";
 
 struct TaskMemory {
   void operator()(wchar_t* text) const noexcept { CoTaskMemFree(text); }
@@ -138,6 +139,20 @@ void DeskSettings::SaveReportHeight(int height) {
 
 int DeskSettings::AccountWidth() {
   return static_cast<int>(Number(kFrame, "AccountWidth", AccountPane::kDesignWidth));
+}
+
+std::optional<views::PrintSetup> DeskSettings::Paper() {
+  const views::PrintSetup paper{.width = static_cast<int>(Number(kPrint, "PaperWidth", 0)),
+                                .height = static_cast<int>(Number(kPrint, "PaperHeight", 0))};
+  constexpr int kLeast = 4000;  // twips
+  constexpr int kMost = 60000;
+  const bool usable = paper.width >= kLeast && paper.height >= paper.width && paper.height < kMost;
+  return usable ? std::optional(paper) : std::nullopt;
+}
+
+void DeskSettings::SavePaper(const views::PrintSetup& setup) {
+  Write(kPrint, "PaperWidth", std::to_string(setup.width));
+  Write(kPrint, "PaperHeight", std::to_string(setup.height));
 }
 
 bool DeskSettings::AccountShown() {

@@ -3,11 +3,13 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "book/host/kept_branches.h"
 #include "book/host/settings_file.h"
+#include "views/print_preview.h"
 
 namespace desk::app {
 
@@ -46,6 +48,10 @@ class DeskSettings {
   [[nodiscard]] int AccountWidth();
   [[nodiscard]] bool AccountShown();
   void SaveAccountPane(int width, bool shown);
+
+  /// The paper that was used last; nothing before that. Which way it lay is not remembered.
+  [[nodiscard]] std::optional<views::PrintSetup> Paper();
+  void SavePaper(const views::PrintSetup& setup);
 
   /// The branches that the user leaves open in each book.
   [[nodiscard]] book::KeptBranches& Branches() { return branches_; }

@@ -123,6 +123,16 @@ void SheetWindow::OnContextMenu(LPARAM place) {
                    .run = [&] { win32::CopyText(Hwnd(), grid.ClipText()); },
                    .enabled = grid.Row() >= grid.FixedRows()});
   items.push_back({.text = "刷新(&R)\tF5", .run = [&] { view_->Reload(); }});
+  const auto print = [this](bool shift) {
+    return [this, shift] {
+      static_cast<void>(calls_.key(*this, viewkit::Key{'P'}, {.shift = shift, .control = true}));
+    };
+  };
+  if (calls_.key) {
+    items.emplace_back();
+    items.push_back({.text = "打印(&P)…\tCtrl+P", .run = print(false)});
+    items.push_back({.text = "打印预览(&V)\tCtrl+Shift+P", .run = print(true)});
+  }
   std::vector<std::wstring> texts;
   for (const views::Sheet::MenuItem& item : items) texts.push_back(Wide(item.text));
   std::vector<MenuEntry> entries;
