@@ -55,9 +55,10 @@ bool WantsLandscape(const PrintTable& table, PrintSetup setup,
 
 PrintPreview::PrintPreview(std::vector<PrintChoice> choices, const PrintSetup& setup,
                            const viewkit::TextMeasure& measure, Calls calls)
-    : choices_(std::move(choices)), setup_(setup), measure_(measure), calls_(std::move(calls)) {
+    : choices_(std::move(choices)), setup_(setup), measure_(measure) {
   MakeControls();
   Take(0);
+  calls_ = std::move(calls);  // whoever makes this is not ready to be told before
   Listen();
 }
 
