@@ -1,8 +1,10 @@
-# Compiles a text file into a target: as the array `<name>` of its lines, without their ends, in the
-# header "embedded/<name>.h", namespace `embedded`. The file stays the readable source.
+# Compiles a text file, of the sources or with its whole path, into a target: as the array `<name>` of its
+# lines, without their ends, in the header "embedded/<name>.h", namespace `embedded`. The file stays the
+# readable source.
 function(tavrix_embed_lines target file name)
-  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${file})
-  file(READ ${CMAKE_SOURCE_DIR}/${file} content)
+  cmake_path(ABSOLUTE_PATH file BASE_DIRECTORY ${CMAKE_SOURCE_DIR})
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+  file(READ ${file} content)
   string(REPLACE "\\" "\\\\" content "${content}")
   string(REPLACE "\"" "\\\"" content "${content}")
   string(REGEX REPLACE "([^\n]*)\n" "    \"\\1\",\n" content "${content}")

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "book/database/connection_string.h"
+#include "book/database/row_loader.h"
 #include "book/engines.h"
-#include "book/row_loader.h"
 #include "book/session/journal_command.h"
 #include "book/session/schema.h"
 #include "book/session/session.h"

@@ -1,11 +1,17 @@
 # Configuring and building a preset.
 # shellcheck shell=bash
 
+source "$root/scripts/lib/libraries.sh"
+source "$root/scripts/lib/tables.sh"
+
 # build_preset PRESET [TARGET...]: builds all of it or the targets given. The output is kept in
 # build/logs and shown only when something fails.
 build_preset() {
   local preset=$1 log=$build/logs/$1.log
   shift
+  # What has come since this checkout was set up.
+  fetch_libraries
+  make_tables
   local targets=()
   [[ $# -eq 0 ]] || targets=(--target "$@")
   mkdir -p "$build/logs"

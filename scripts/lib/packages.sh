@@ -5,14 +5,18 @@
 readonly packages=(
   # building
   g++ cmake ninja-build ccache faketime googletest
-  unixodbc-dev
-  mingw-w64 mingw-w64-tools libwine-dev
+  unixodbc-dev zlib1g-dev
+  mingw-w64 mingw-w64-tools libwine-dev libz-mingw-w64-dev
+  # what the pinyin of characters is
+  icu-devtools
   # judging
   clang-format-14 clang-tidy-14 clang-14 libclang-rt-14-dev
   # running what is built for Windows, and looking at it
   wine wine64 fonts-wqy-zenhei xvfb openbox xdotool imagemagick x11-utils sqlite3
   # compiling the samples in C#
   mono-mcs libmono-system-windows-forms4.0-cil libmono-microsoft-csharp4.0-cil
+  # another program's workbooks for the tests
+  python3-openpyxl
   # a database server for the tests, and the driver that reaches it
   postgresql odbc-postgresql openssl
 )

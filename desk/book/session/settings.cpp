@@ -10,15 +10,19 @@ std::string ReadSetting(Session& session, const std::string& section, const std:
   return rows->Next() ? rows->Get(0).ToText() : std::string();
 }
 
+void PutSetting(Connection& connection, const std::string& section, const std::string& key,
+                const std::string& value) {
+  const host::Value values[] = {section, key, value};
+  connection.Execute("delete from xt_accinformation where system_code=? and item_code=?",
+                     Origin::kDesk, Values(values).first(2));
+  connection.Execute("insert into xt_accinformation(system_code,item_code,item_value)values(?,?,?)",
+                     Origin::kDesk, values);
+}
+
 void WriteSetting(Session& session, const std::string& section, const std::string& key,
                   const std::string& value) {
-  const host::Value values[] = {section, key, value};
   Transaction transaction(session);
-  session.Own().Execute("delete from xt_accinformation where system_code=? and item_code=?",
-                        Origin::kDesk, Values(values).first(2));
-  session.Own().Execute(
-      "insert into xt_accinformation(system_code,item_code,item_value)values(?,?,?)", Origin::kDesk,
-      values);
+  PutSetting(session.Own(), section, key, value);
   transaction.Commit();
 }
 

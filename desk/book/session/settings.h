@@ -11,6 +11,10 @@ namespace desk::book {
 [[nodiscard]] std::string ReadSetting(Session& session, const std::string& section,
                                       const std::string& key);
 
+/// Inside the caller's transaction.
+void PutSetting(Connection& connection, const std::string& section, const std::string& key,
+                const std::string& value);
+
 /// In a transaction of its own.
 void WriteSetting(Session& session, const std::string& section, const std::string& key,
                   const std::string& value);

@@ -1,4 +1,4 @@
-#include "book/row_loader.h"
+#include "book/database/row_loader.h"
 
 #include <algorithm>
 #include <charconv>
@@ -27,7 +27,7 @@ std::string InsertStart(const LoadPlan& plan) {
 }
 
 [[noreturn]] void Refuse(const LoadPlan& plan, const std::string& key, const DatabaseError& error) {
-  throw DatabaseError(error.Kind(), "不能复制表 " + plan.table + " 中 " +
+  throw DatabaseError(error.Kind(), "不能写入表 " + plan.table + " 中 " +
                                         std::string(plan.columns.front().name) + "=" + key +
                                         " 的行：" + error.what());
 }

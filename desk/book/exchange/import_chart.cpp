@@ -1,0 +1,150 @@
+#include "book/exchange/import_chart.h"
+
+#include <algorithm>
+#include <string>
+#include <unordered_set>
+#include <utility>
+
+#include "book/database/row_loader.h"
+#include "book/ledger/code_rule.h"
+#include "book/session/identifiers.h"
+#include "book/session/settings.h"
+#include "host/account.h"
+
+namespace desk::book {
+
+namespace {
+
+using enum AccountField;
+
+/// What is written of a new account, in order. The first names a row in messages.
+LoadPlan PlanOfRows() {
+  LoadPlan plan{.table = "gl_code", .columns = {{"ccode", ColumnKind::kCode}}};
+  plan.columns.push_back({"i_id", ColumnKind::kKey});
+  plan.columns.push_back({"igrade", ColumnKind::kInteger});
+  plan.columns.push_back({"bend", ColumnKind::kFlag});
+  for (const FieldInfo& info : Fields()) {
+    if (info.field == kCode) continue;
+    plan.columns.push_back(
+        {info.column, IsFlag(info.field) ? ColumnKind::kFlag : ColumnKind::kText});
+  }
+  return plan;
+}
+
+class Import {
+ public:
+  Import(Session& session, const ImportPlan& plan, const Progress& progress)
+      : session_(session), plan_(plan), progress_(progress) {
+    for (const ImportLine& line : plan.lines) {
+      if (line.state == ImportState::kAdd) added_.push_back(&line);
+      if (line.state == ImportState::kChange) changed_.push_back(&line);
+    }
+    std::ranges::sort(added_, {}, [](const ImportLine* line) { return line->account.Code(); });
+    all_ = static_cast<std::int64_t>(added_.size() + changed_.size());
+  }
+
+  void Run() {
+    if (plan_.changes_rule) PutRule();
+    Add();
+    SetParents();
+    for (const ImportLine* line : changed_) Change(*line);
+    Tell(progress_, {.step = kStep, .done = all_, .all = all_});
+  }
+
+ private:
+  static constexpr const char* kStep = "正在导入科目";
+
+  void Step() {
+    constexpr std::int64_t kOften = 500;
+    if (done_++ % kOften == 0) Tell(progress_, {.step = kStep, .done = done_ - 1, .all = all_});
+  }
+
+  void PutRule() {
+    PutSetting(session_.Own(), std::string(host::kSystemSection),
+               std::string(host::kCodeRuleSetting), plan_.rule);
+  }
+
+  void Add() {
+    if (added_.empty()) return;
+    const auto first =
+        ReserveIdentifiers(session_.Own(), "gl_code", "i_id", static_cast<int>(added_.size()));
+    const std::unordered_set<std::string> parents = ParentsOfAdded();
+    const auto loader = NewRowLoader(session_.Own(), PlanOfRows());
+    CodeRuleArithmetic arithmetic;
+    std::int64_t id = first;
+    for (const ImportLine* line : added_) {
+      Step();
+      const ChartAccount& account = line->account;
+      loader->OnText(account.Code());
+      loader->OnInteger(id++);
+      loader->OnInteger(arithmetic.LevelOf(account.Code(), plan_.rule));
+      loader->OnInteger(parents.contains(account.Code()) ? 0 : 1);
+      for (const FieldInfo& info : Fields()) {
+        if (info.field != kCode) PutField(*loader, account, info.field);
+      }
+    }
+    loader->Finish();
+  }
+
+  static void PutField(CellSink& sink, const ChartAccount& account, AccountField field) {
+    if (IsFlag(field)) return sink.OnInteger(account.Flag(field) ? 1 : 0);
+    sink.OnText(account.Text(field));
+  }
+
+  /// As these accounts write their own codes: the table may compare them with case.
+  [[nodiscard]] std::unordered_set<std::string> ParentsOfAdded() const {
+    CodeRuleArithmetic arithmetic;
+    std::unordered_set<std::string> parents;
+    for (const ImportLine* line : added_) {
+      parents.insert(arithmetic.ParentCode(line->account.Code(), plan_.rule));
+    }
+    return parents;
+  }
+
+  void SetParents() {
+    for (const std::string& code : plan_.new_parents) {
+      const host::Value parameters[] = {code};
+      session_.Own().Execute("update gl_code set bend=0 where ccode=?", Origin::kDesk, parameters);
+    }
+  }
+
+  void Change(const ImportLine& line) {
+    Step();
+    std::string assignments;
+    std::vector<host::Value> parameters;
+    for (const AccountField field : line.changed) {
+      assignments += (assignments.empty() ? "" : ",") + std::string(InfoOf(field).column) + "=?";
+      parameters.push_back(IsFlag(field) ? host::Value(line.account.Flag(field) ? 1 : 0)
+                                         : host::Value(line.account.Text(field)));
+    }
+    parameters.emplace_back(line.id);
+    session_.Own().Execute("update gl_code set " + assignments + " where i_id=?", Origin::kDesk,
+                           parameters);
+  }
+
+  Session& session_;
+  const ImportPlan& plan_;
+  const Progress& progress_;
+  std::vector<const ImportLine*> added_;
+  std::vector<const ImportLine*> changed_;
+  std::int64_t all_ = 0;
+  std::int64_t done_ = 0;
+};
+
+}  // namespace
+
+void ImportChart(Session& session, const SourceTable& table, const ImportOptions& options,
+                 const ImportPlan& plan, const Progress& progress) {
+  Tell(progress, {.step = "正在核对账簿", .done = 0, .all = 0});
+  Transaction transaction(session);
+  // Whoever changes accounts on a server waits from here on, and what they have changed is seen.
+  session.Own().Execute("update gl_code set bend=bend where i_id is null", Origin::kDesk);
+  if (PlanImport(session, table, options) != plan) {
+    throw DatabaseError(ErrorKind::kOther, "其他用户刚修改了科目，没有导入，请重新核对");
+  }
+  Import(session, plan, progress).Run();
+  transaction.Commit();
+  session.NoteChange();
+}
+
+}  // namespace desk::book

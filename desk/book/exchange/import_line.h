@@ -1,0 +1,38 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "book/exchange/import_plan.h"
+
+/// One row of a file on its way to an account; used by `PlanImport` alone.
+namespace desk::book {
+
+/// A row's cells by their meaning, without blanks around them.
+class RowCells {
+ public:
+  RowCells(const SourceRow& row, const ColumnMap& columns) : row_(row), columns_(columns) {}
+  /// Whether the file has the field at all.
+  [[nodiscard]] bool Has(AccountField field) const { return columns_.ColumnOf(field).has_value(); }
+  [[nodiscard]] std::string Text(AccountField field) const;
+
+ private:
+  const SourceRow& row_;
+  const ColumnMap& columns_;
+};
+
+/// The code in a cell as the rule knows it: digits of half width, and without the points or dashes
+/// between its levels unless it fits with them.
+[[nodiscard]] std::string CodeIn(const std::string& cell, const std::string& rule);
+
+/// Why the code fits no level of the rule; empty when it does.
+[[nodiscard]] std::string WhyNoCode(const std::string& code, const std::string& rule);
+
+/// Fills `account`, which holds what the book or the account's parent gives, from the cells. The
+/// reason, for users, when a cell cannot be taken; empty otherwise. The code is not touched.
+[[nodiscard]] std::string TakeCells(const RowCells& cells, ChartAccount& account);
+
+/// The category that a word means, of those that a chart has; nothing when it means none.
+[[nodiscard]] std::optional<std::string> CategoryIn(const std::string& word);
+
+}  // namespace desk::book

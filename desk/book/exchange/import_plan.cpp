@@ -1,0 +1,273 @@
+#include "book/exchange/import_plan.h"
+
+#include <algorithm>
+#include <set>
+#include <unordered_map>
+#include <utility>
+
+#include "book/exchange/import_line.h"
+#include "book/ledger/code_rule.h"
+#include "book/session/settings.h"
+#include "host/account.h"
+#include "host/text.h"
+
+namespace desk::book {
+
+namespace {
+
+using enum AccountField;
+
+std::span<const SourceRow> AccountRows(const SourceTable& table, const ImportOptions& options) {
+  const std::size_t first = options.header ? *options.header + 1 : 0;
+  return std::span(table.rows).subspan(std::min(first, table.rows.size()));
+}
+
+/// Codes compare without case.
+std::string KeyOf(const std::string& code) {
+  return host::LowerCase(code);
+}
+
+bool HasPostings(Session& session, const std::string& code) {
+  const host::Value parameters[] = {code};
+  for (const char* ledger : {"gl_accvouch", "gl_accass", "gl_accsum"}) {
+    const auto rows = session.Own().Query("select 1 from " + std::string(ledger) + " where ccode=?",
+                                          Origin::kDesk, parameters);
+    if (rows->Next()) return true;
+  }
+  return false;
+}
+
+/// Makes the plan. Parents are judged before the accounts below them, whatever the file's order.
+class Planner {
+ public:
+  Planner(Session& session, const SourceTable& table, const ImportOptions& options)
+      : session_(session), table_(table), options_(options), chart_(ReadChart(session)) {
+    const std::string kept = ReadSetting(session, std::string(host::kSystemSection),
+                                         std::string(host::kCodeRuleSetting));
+    const bool free = chart_.empty() && !options.code_rule.empty();
+    plan_.rule = free ? options.code_rule : kept;
+    plan_.changes_rule = free && options.code_rule != kept;
+    for (std::size_t i = 0; i < chart_.size(); ++i) {
+      in_book_.emplace(KeyOf(chart_[i].account.Code()), i);
+      NoteCategory(chart_[i].account);
+    }
+  }
+
+  ImportPlan Make() {
+    const std::span<const SourceRow> rows = AccountRows(table_, options_);
+    plan_.lines.resize(rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) Start(rows[i], plan_.lines[i]);
+    for (const std::size_t i : ByLevel()) {
+      ImportLine& line = plan_.lines[i];
+      if (line.why.empty()) line.why = Judge(RowCells(rows[i], options_.columns), line);
+      if (!line.why.empty()) line.state = ImportState::kRefuse;
+    }
+    std::ranges::sort(plan_.new_parents);
+    return std::move(plan_);
+  }
+
+ private:
+  /// Takes the code, and refuses a row without a good one.
+  void Start(const SourceRow& row, ImportLine& line) {
+    const RowCells cells(row, options_.columns);
+    line.number = row.number;
+    line.account.Text(kCode) = CodeIn(cells.Text(kCode), plan_.rule);
+    line.account.Text(kName) = cells.Text(kName);
+    const std::string& code = line.account.Code();
+    line.why = WhyNoCode(code, plan_.rule);
+    if (!line.why.empty()) return;
+    const auto [first, added] = in_file_.emplace(KeyOf(code), &line);
+    if (!added) line.why = "与第 " + std::to_string(first->second->number) + " 行的编码重复";
+    if (const auto category = CategoryIn(cells.Text(kCategory)); added && category) {
+      ChartAccount known = line.account;
+      known.Text(kCategory) = *category;
+      NoteCategory(known);
+    }
+  }
+
+  [[nodiscard]] std::vector<std::size_t> ByLevel() const {
+    std::vector<std::size_t> order(plan_.lines.size());
+    for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
+    std::ranges::stable_sort(
+        order, {}, [&](std::size_t i) { return host::TextLength(plan_.lines[i].account.Code()); });
+    return order;
+  }
+
+  /// Why the line is refused; empty when it is not.
+  std::string Judge(const RowCells& cells, ImportLine& line) {
+    const KeptAccount* kept = InBook(line.account.Code());
+    const ChartAccount* parent = nullptr;
+    if (std::string why = FindParent(line.account.Code(), kept != nullptr, parent); !why.empty()) {
+      return why;
+    }
+    const std::string code = line.account.Code();
+    ChartAccount account = kept != nullptr ? kept->account : Fresh(parent);
+    if (kept == nullptr) account.Text(kCode) = code;
+    if (std::string why = TakeCells(cells, account); !why.empty()) return why;
+    if (std::string why = Complete(cells, kept != nullptr, parent, account); !why.empty()) {
+      return why;
+    }
+    line.account = std::move(account);
+    if (kept == nullptr) {
+      line.state = ImportState::kAdd;
+      return {};
+    }
+    line.id = kept->id;
+    Compare(kept->account, line);
+    return {};
+  }
+
+  static void Compare(const ChartAccount& kept, ImportLine& line) {
+    for (const FieldInfo& info : Fields()) {
+      const AccountField field = info.field;
+      const bool same = IsFlag(field) ? kept.Flag(field) == line.account.Flag(field)
+                                      : host::Trimmed(kept.Text(field)) ==
+                                            host::Trimmed(line.account.Text(field));
+      if (!same) line.changed.push_back(field);
+    }
+    line.state = line.changed.empty() ? ImportState::kSame : ImportState::kChange;
+    if (!line.changed.empty()) line.before = kept;
+  }
+
+  /// What a new account takes over.
+  static ChartAccount Fresh(const ChartAccount* parent) {
+    ChartAccount account;
+    if (parent == nullptr) return account;
+    account.Text(kCategory) = parent->Text(kCategory);
+    account.SetFlag(kDebit, parent->Flag(kDebit));
+    return account;
+  }
+
+  /// Adds to an account what follows from the rest; says what cannot be known.
+  std::string Complete(const RowCells& cells, bool kept, const ChartAccount* parent,
+                       ChartAccount& account) {
+    if (account.Text(kName).empty()) return "没有科目名称";
+    if (kept) return {};
+    if (account.Text(kCategory).empty()) account.Text(kCategory) = UsualCategory(account.Code());
+    if (account.Text(kCategory).empty()) return "没有科目类别，也没有上级科目可以参照";
+    if (parent == nullptr && cells.Text(kDebit).empty()) {
+      account.SetFlag(kDebit, std::ranges::find(host::kCreditCategories, account.Text(kCategory)) ==
+                                  host::kCreditCategories.end());
+    }
+    if (account.Text(kBookType).empty()) {
+      account.Text(kBookType) = BookTypeFor(account);
+    }
+    return {};
+  }
+
+  static std::string BookTypeFor(const ChartAccount& account) {
+    namespace type = host::book_type;
+    const bool quantity = !account.Text(kUnit).empty();
+    if (account.Flag(kForeign)) {
+      return std::string(quantity ? type::kAmountCurrencyQuantity : type::kAmountCurrency);
+    }
+    return std::string(quantity ? type::kAmountQuantity : type::kAmount);
+  }
+
+  /// Gives the parent, or null on the first level; or says why the account cannot stand below it.
+  std::string FindParent(const std::string& code, bool kept, const ChartAccount*& parent) {
+    CodeRuleArithmetic arithmetic;
+    const std::string above = arithmetic.ParentCode(code, plan_.rule);
+    if (above.empty()) return {};
+    const KeptAccount* in_book = InBook(above);
+    const auto in_file = in_file_.find(KeyOf(above));
+    if (in_book == nullptr && in_file == in_file_.end()) {
+      return "上级科目 " + above + " 不在账簿和文件中";
+    }
+    if (in_book == nullptr && in_file->second->state == ImportState::kRefuse) {
+      return "上级科目 " + above + " 被拒绝";
+    }
+    if (in_book != nullptr && in_book->leaf && !kept) {
+      if (std::string why = NoteNewParent(in_book->account.Code()); !why.empty()) return why;
+    }
+    const bool changed = in_file != in_file_.end() && in_file->second->why.empty();
+    parent = changed ? &in_file->second->account : &in_book->account;
+    return {};
+  }
+
+  std::string NoteNewParent(const std::string& code) {
+    if (posted_.contains(code)) return Posted(code);
+    if (!known_parents_.insert(code).second) return {};
+    if (!HasPostings(session_, code)) {
+      plan_.new_parents.push_back(code);
+      return {};
+    }
+    posted_.insert(code);
+    return Posted(code);
+  }
+
+  static std::string Posted(const std::string& code) {
+    return "上级科目 " + code + " 已经记账，请先在科目表中为它增加第一个下级科目";
+  }
+
+  [[nodiscard]] const KeptAccount* InBook(const std::string& code) const {
+    const auto found = in_book_.find(KeyOf(code));
+    return found == in_book_.end() ? nullptr : &chart_[found->second];
+  }
+
+  /// Charts give each category first digits of its own.
+  void NoteCategory(const ChartAccount& account) {
+    if (account.Code().empty() || account.Text(kCategory).empty()) return;
+    categories_[account.Code().front()].insert(account.Text(kCategory));
+  }
+  [[nodiscard]] std::string UsualCategory(const std::string& code) const {
+    const auto found = categories_.find(code.front());
+    const bool sure = found != categories_.end() && found->second.size() == 1;
+    return sure ? *found->second.begin() : std::string();
+  }
+
+  Session& session_;
+  const SourceTable& table_;
+  const ImportOptions& options_;
+  std::vector<KeptAccount> chart_;
+  std::unordered_map<std::string, std::size_t> in_book_;
+  std::unordered_map<std::string, const ImportLine*> in_file_;
+  std::unordered_map<char, std::set<std::string>> categories_;
+  std::set<std::string> known_parents_;
+  std::set<std::string> posted_;
+  ImportPlan plan_;
+};
+
+}  // namespace
+
+std::size_t ImportPlan::Count(ImportState state) const {
+  return static_cast<std::size_t>(std::ranges::count(lines, state, &ImportLine::state));
+}
+
+std::string ProposeCodeRule(const SourceTable& table, const ImportOptions& options) {
+  std::set<std::size_t> lengths;
+  for (const SourceRow& row : AccountRows(table, options)) {
+    const std::string code = CodeIn(RowCells(row, options.columns).Text(kCode), {});
+    if (!code.empty()) lengths.insert(host::TextLength(code));
+  }
+  std::string rule;
+  std::size_t before = 0;
+  for (const std::size_t length : lengths) {
+    constexpr std::size_t kLongestPart = 9;
+    if (length - before > kLongestPart) return {};
+    rule += static_cast<char>('0' + (length - before));
+    before = length;
+  }
+  return rule;
+}
+
+ImportPlan PlanImport(Session& session, const SourceTable& table, const ImportOptions& options) {
+  return Planner(session, table, options).Make();
+}
+
+std::string NoteOf(const ImportLine& line) {
+  if (line.state == ImportState::kRefuse) return line.why;
+  std::string note;
+  const auto shown = [](const ChartAccount& account, AccountField field) {
+    const std::string text = account.Shown(field);
+    if (!text.empty()) return text;
+    return std::string(IsFlag(field) ? "否" : "（空）");
+  };
+  for (const AccountField field : line.changed) {
+    note += (note.empty() ? "" : "；") + std::string(InfoOf(field).title) + "：" +
+            shown(line.before, field) + " → " + shown(line.account, field);
+  }
+  return note;
+}
+
+}  // namespace desk::book

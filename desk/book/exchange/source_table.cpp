@@ -1,0 +1,32 @@
+#include "book/exchange/source_table.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/text.h"
+
+namespace desk::book {
+
+namespace {
+
+bool IsEmpty(const std::string& cell) {
+  return tavrix::host::Trimmed(cell).empty();
+}
+
+}  // namespace
+
+void AddRow(SourceTable& table, SourceRow row) {
+  const auto last = std::ranges::find_if_not(row.cells.rbegin(), row.cells.rend(), IsEmpty);
+  row.cells.erase(last.base(), row.cells.end());
+  if (row.cells.empty()) return;
+  if (row.cells.size() > kMaxSourceColumns) {
+    throw SourceError("第 " + std::to_string(row.number) + " 行的列太多，这不像一张科目表");
+  }
+  if (table.rows.size() >= kMaxSourceRows) {
+    throw SourceError("文件超过 " + std::to_string(kMaxSourceRows) + " 行");
+  }
+  table.columns = std::max(table.columns, row.cells.size());
+  table.rows.push_back(std::move(row));
+}
+
+}  // namespace desk::book
