@@ -8,6 +8,7 @@
 #include "book/database/row_loader.h"
 #include "book/ledger/code_rule.h"
 #include "book/session/identifiers.h"
+#include "book/session/journal_command.h"
 #include "book/session/settings.h"
 #include "host/account.h"
 
@@ -29,6 +30,12 @@ LoadPlan PlanOfRows() {
         {info.column, IsFlag(info.field) ? ColumnKind::kFlag : ColumnKind::kText});
   }
   return plan;
+}
+
+/// As the history names it.
+std::string TitleOf(const ImportPlan& plan) {
+  return "导入科目：新增 " + std::to_string(plan.Count(ImportState::kAdd)) + " 个，修改 " +
+         std::to_string(plan.Count(ImportState::kChange)) + " 个";
 }
 
 class Import {
@@ -142,6 +149,7 @@ void ImportChart(Session& session, const SourceTable& table, const ImportOptions
   if (PlanImport(session, table, options) != plan) {
     throw DatabaseError(ErrorKind::kOther, "其他用户刚修改了科目，没有导入，请重新核对");
   }
+  const JournalCommand command(session, CommandKind::kImport, TitleOf(plan));
   Import(session, plan, progress).Run();
   transaction.Commit();
   session.NoteChange();
