@@ -1,0 +1,136 @@
+#include "book/chart/chart_account.h"
+
+#include "book/ledger/trial_balance.h"
+#include "book/session/settings.h"
+#include "host/account.h"
+
+namespace desk::book {
+
+namespace {
+
+constexpr std::array<const char*, 3> kLedgers = {"gl_accvouch", "gl_accass", "gl_accsum"};
+
+/// Columns of the statement that reads accounts; the flags of the partners follow.
+enum Field {
+  kId,
+  kCode,
+  kName,
+  kCategory,
+  kDirection,
+  kLeaf,
+  kSealed,
+  kForeign,
+  kCurrency,
+  kUnit,
+  kGather,
+  kFirstPartner
+};
+
+std::vector<ChartAccount> ReadAccounts(Session& session, const std::string& condition,
+                                       Values parameters = {}) {
+  const auto rows = session.Own().Query(
+      "select i_id,ccode,ccode_name,cclass,bproperty,bend,bclose,bexchange,cexch_name,cmeasure,"
+      "cgather,bdept,bperson,bcus,bsup,bitem from gl_code " +
+          condition + " order by ccode",
+      Origin::kDesk, parameters);
+  std::vector<ChartAccount> accounts;
+  while (rows->Next()) {
+    const auto text = [&](int column) { return rows->Get(column).ToText(); };
+    const auto flag = [&](int column) { return rows->Get(column).ToNumber() != 0; };
+    ChartAccount account{.id = static_cast<std::int64_t>(rows->Get(kId).ToNumber()),
+                         .code = text(kCode),
+                         .name = text(kName),
+                         .category = text(kCategory),
+                         .debit_side = flag(kDirection),
+                         .leaf = flag(kLeaf),
+                         .sealed = flag(kSealed),
+                         .currency = flag(kForeign) ? text(kCurrency) : std::string(),
+                         .unit = text(kUnit),
+                         .gather = text(kGather)};
+    for (int i = 0; i < kPartnerKinds; ++i) {
+      account.partners[static_cast<std::size_t>(i)] = flag(kFirstPartner + i);
+    }
+    accounts.push_back(std::move(account));
+  }
+  return accounts;
+}
+
+std::int64_t CountIn(Session& session, const std::string& ledger, const std::string& condition,
+                     Values parameters) {
+  const auto rows = session.Own().Query("select count(*) from " + ledger + " where " + condition,
+                                        Origin::kDesk, parameters);
+  return rows->Next() ? static_cast<std::int64_t>(rows->Get(0).ToNumber()) : 0;
+}
+
+}  // namespace
+
+std::string TitleOf(const ChartAccount& account) {
+  return account.code + " " + account.name;
+}
+
+std::array<host::Value, 2> RangeOf(const std::string& code) {
+  constexpr const char* kLastCharacter = "\xF4\x8F\xBF\xBF";
+  return {code, code + kLastCharacter};
+}
+
+std::optional<ChartAccount> FindAccount(Session& session, const std::string& code) {
+  const host::Value key(code);
+  auto found = ReadAccounts(session, "where ccode=?", {&key, 1});
+  if (found.empty()) return std::nullopt;
+  return std::move(found.front());
+}
+
+std::vector<ChartAccount> ReadSubtree(Session& session, const std::string& code) {
+  if (code.empty() || !FindAccount(session, code)) return {};
+  return ReadAccounts(session, std::string("where ") + kInRange, RangeOf(code));
+}
+
+std::vector<ChartAccount> ReadChart(Session& session) {
+  return ReadAccounts(session, "");
+}
+
+std::string ReadCodeRule(Session& session) {
+  return ReadSetting(session, std::string(host::kSystemSection),
+                     std::string(host::kCodeRuleSetting));
+}
+
+PostingCount CountPostings(Session& session, const std::string& code, bool with_all_below) {
+  const auto range = RangeOf(code);
+  const Values parameters = with_all_below ? Values(range) : Values(range).first(1);
+  const std::string condition = with_all_below ? kInRange : "ccode=?";
+  PostingCount count;
+  count.entries = CountIn(session, "gl_accvouch", condition, parameters);
+  count.auxiliary = CountIn(session, "gl_accass", condition, parameters);
+  const auto rows = session.Own().Query(
+      "select count(*),sum(debit),sum(credit) from gl_accsum where " + condition, Origin::kDesk,
+      parameters);
+  if (!rows->Next()) return count;
+  count.totals = static_cast<std::int64_t>(rows->Get(0).ToNumber());
+  count.debit = AmountAt(*rows, 1);
+  count.credit = AmountAt(*rows, 2);
+  return count;
+}
+
+bool IsPosted(Session& session, const std::string& code, bool or_below) {
+  const auto range = RangeOf(code);
+  const Values parameters = or_below ? Values(range) : Values(range).first(1);
+  for (const std::string ledger : kLedgers) {
+    const auto rows = session.Own().Query(
+        "select 1 from " + ledger + " where " + (or_below ? kInRange : "ccode=?") + " limit 1",
+        Origin::kDesk, parameters);
+    if (rows->Next()) return true;
+  }
+  return false;
+}
+
+bool CanRearrange(Session& session) {
+  const SqlDialect dialect = session.Own().Dialect();
+  return !session.Own().ReadOnly() &&
+         (dialect == SqlDialect::kSqlite || dialect == SqlDialect::kPostgres);
+}
+
+void RefuseChange(const std::string& text) {
+  throw DatabaseError(ErrorKind::kRefused, text);
+}
+
+}  // namespace desk::book

@@ -1,0 +1,172 @@
+#include "book/chart/move_accounts.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+#include "book/ledger/code_rule.h"
+#include "book/session/rules_pause.h"
+
+namespace desk::book {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr const char* kChanged = "其他用户刚修改了这些科目，请核对后再试";
+
+/// How many accounts one statement takes, so that it takes a moment and not more.
+class Portion {
+ public:
+  [[nodiscard]] std::size_t Size() const { return size_; }
+  void NoteTime(milliseconds spent) {
+    if (spent < milliseconds(60)) size_ = std::min<std::size_t>(size_ * 2, kMost);
+    if (spent > milliseconds(200)) size_ = std::max<std::size_t>(size_ / 2, 1);
+  }
+
+ private:
+  static constexpr std::size_t kMost = 4096;
+  std::size_t size_ = 64;
+};
+
+/// The statements of one move.
+class Mover {
+ public:
+  Mover(Session& session, const MovedSubtree& subtree, const MovePlan& plan,
+        const Progress& progress)
+      : connection_(session.Own()),
+        subtree_(subtree),
+        plan_(plan),
+        map_(subtree.rule, plan.code, plan.new_code),
+        progress_(progress) {
+    state_.all = subtree.postings.Rows() + static_cast<std::int64_t>(plan.rows.size());
+  }
+
+  MoveResult Run() {
+    MoveLedger("gl_accvouch", "正在修改凭证");
+    MoveLedger("gl_accass", "正在修改辅助账");
+    MoveLedger("gl_accsum", "正在修改总账");
+    MoveResult result{.postings = state_.done};
+    Enter("正在修改科目");
+    MoveGathering();
+    result.accounts = MoveChart();
+    SetParents();
+    Enter("正在核对账簿");
+    return result;
+  }
+
+ private:
+  void Enter(std::string_view step) {
+    state_.step = step;
+    Tell(progress_, state_);
+  }
+
+  /// `update TABLE set COLUMN=...` for one part of the codes. The values that `where` wants follow.
+  std::int64_t Update(const std::string& change, const CodeMap::Part& part,
+                      const std::string& where, Values values) {
+    std::vector<host::Value> parameters = {map_.NewTop()};
+    parameters.insert(parameters.end(), values.begin(), values.end());
+    const std::string condition = part.condition.empty() ? "" : " and " + part.condition;
+    return connection_.Execute(change + part.expression + where + condition, Origin::kDesk,
+                               parameters);
+  }
+
+  /// Postings of codes that the chart does not have stay where they are.
+  void MoveLedger(const std::string& ledger, std::string_view step) {
+    Enter(step);
+    Portion portion;
+    const auto& rows = plan_.rows;
+    for (std::size_t first = 0; first < rows.size();) {
+      const std::size_t end = std::min(first + portion.Size(), rows.size());
+      const host::Value first_code(rows[first].account.code);
+      const host::Value last_code(rows[end - 1].account.code);
+      const host::Value values[] = {first_code, last_code, first_code, last_code};
+      const auto started = std::chrono::steady_clock::now();
+      for (const CodeMap::Part& part : map_.Parts("ccode")) {
+        state_.done += Update("update " + ledger + " set ccode=", part,
+                              " where ccode>=? and ccode<=? and ccode in(select ccode from gl_code "
+                              "where ccode>=? and ccode<=?)",
+                              values);
+      }
+      portion.NoteTime(
+          std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - started));
+      Tell(progress_, state_);
+      first = end;
+    }
+  }
+
+  /// The accounts that are summarised into those that move.
+  void MoveGathering() {
+    const host::Value top(plan_.code);
+    const std::string begins =
+        " where substr(cgather,1," + std::to_string(CharactersOf(plan_.code)) + ")=?";
+    for (const CodeMap::Part& part : map_.Parts("cgather")) {
+      Update("update gl_code set cgather=", part, begins, {&top, 1});
+    }
+  }
+
+  std::int64_t MoveChart() {
+    std::int64_t moved = 0;
+    const auto range = RangeOf(plan_.code);
+    std::vector<host::Value> values;
+    std::string others = ",igrade=" + map_.LevelExpression();
+    if (!plan_.category.empty()) {
+      others += ",cclass=?";
+      values.emplace_back(plan_.category);
+    }
+    values.insert(values.end(), range.begin(), range.end());
+    for (const CodeMap::Part& part : map_.Parts("ccode")) {
+      moved += Update("update gl_code set ccode=", part, others + " where " + kInRange, values);
+    }
+    return moved;
+  }
+
+  void SetParents() {
+    CodeRuleArithmetic arithmetic;
+    const host::Value above(arithmetic.ParentCode(plan_.new_code, subtree_.rule));
+    connection_.Execute("update gl_code set bend=0 where ccode=? and bend<>0", Origin::kDesk,
+                        {&above, 1});
+    const std::string left = arithmetic.ParentCode(plan_.code, subtree_.rule);
+    const auto range = RangeOf(left);
+    const host::Value values[] = {left, left, range[1]};
+    connection_.Execute(
+        "update gl_code set bend=1 where ccode=? and bend=0 and not exists(select 1 from gl_code b "
+        "where b.ccode>? and b.ccode<?)",
+        Origin::kDesk, values);
+  }
+
+  Connection& connection_;
+  const MovedSubtree& subtree_;
+  const MovePlan& plan_;
+  CodeMap map_;
+  const Progress& progress_;
+  WorkState state_;
+};
+
+std::string TitleOf(const MovePlan& plan) {
+  return "改编码 " + plan.code + " → " + plan.new_code;
+}
+
+}  // namespace
+
+MoveResult MoveAccounts(Session& session, const MovePlan& plan, CommandKind kind,
+                        const Progress& progress) {
+  Tell(progress, {.step = "正在核对科目"});
+  Transaction transaction(session);
+  const MovedSubtree subtree = ReadMovedSubtree(session, plan.code);
+  const MovePlan now = PlanMove(session, subtree, plan.new_code);
+  if (!now.Allowed()) RefuseChange(now.WhyNot());
+  if (now.rows != plan.rows) RefuseChange(kChanged);
+  const JournalCommand command(session, kind, TitleOf(plan));
+  RulesPause pause(session);
+  const MoveResult result = Mover(session, subtree, now, progress).Run();
+  pause.Resume();
+  Tell(progress, {.step = "正在保存"});
+  transaction.Commit();
+  session.NoteChange();
+  return result;
+}
+
+}  // namespace desk::book
