@@ -85,3 +85,25 @@ keys_differ() {
       grep -vE '^(|Enter|Shift\+F10|menu key|right click)$' | sed 's/^/no command: /'
   } | complain "docs/desk.md and the desk's keys differ:"
 }
+
+# Runs, as they stand, what the documents on building and debugging tell to type: all lines of their listings
+# that build one target or run one program. (Whole scripts run as themselves, the guide's commands in
+# scripts/lib/samples.sh and scripts/test-package.)
+run_documented_commands() {
+  local command output bad=0
+  while read -r command; do
+    if ! output=$(cd "$root" && timeout 600 bash -c "$command" 2>&1 </dev/null); then
+      warn "fails: $command"
+      bad=1
+    elif grep -qE 'Running 0 tests|No tests were found' <<<"$output"; then
+      warn "runs no test: $command"
+      bad=1
+    fi
+  done < <(documented_commands)
+  return "$bad"
+}
+
+documented_commands() {
+  (cd "$root" && awk '/^```/ { inside = !inside; next } inside' docs/building.md docs/debugging.md) |
+    grep -E '^(cmake (--build )?--preset|ctest --preset|build/[^ ]*|scripts/wine) ' | sort -u
+}
