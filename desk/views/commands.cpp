@@ -111,11 +111,17 @@ constexpr std::array<CommandInfo, kCommandCount> kCommands = {
                 .new_section = true,
                 .need = Need::kBook,
                 .checked = &DeskState::posting_shown},
+    CommandInfo{.command = kAccountLedger,
+                .group = kLedger,
+                .menu_text = "科目明细账(&L)",
+                .key = {Key::kEnter, kCtrl, "Ctrl+Enter"},
+                .scope = KeyScope::kView,
+                .new_section = true,
+                .need = Need::kRow},
     CommandInfo{.command = kTrialBalance,
                 .group = kLedger,
                 .menu_text = "试算平衡(&S)",
                 .key = {Function(9), kPlain, "F9"},
-                .new_section = true,
                 .need = Need::kBook},
     CommandInfo{.command = kRecordTop,
                 .group = kView,
@@ -238,10 +244,10 @@ constexpr std::array<CommandInfo, kCommandCount> kCommands = {
     CommandInfo{.command = kAbout, .group = kHelp, .menu_text = "关于(&A)…"},
 };
 
-constexpr std::array kListMenu = {kEdit,        kAddSibling, kAddChild,  kDelete,      kNone,
-                                  kPosting,     kNone,       kExpandAll, kCollapseAll, kLevelFirst,
-                                  kNone,        kFind,       kFilter,    kRefresh,     kNone,
-                                  kAccountPane, kColumns};
+constexpr std::array kListMenu = {kEdit,       kAddSibling,    kAddChild, kDelete,    kNone,
+                                  kPosting,    kAccountLedger, kNone,     kExpandAll, kCollapseAll,
+                                  kLevelFirst, kNone,          kFind,     kFilter,    kRefresh,
+                                  kNone,       kAccountPane,   kColumns};
 
 bool IsMet(Need need, const DeskState& state) {
   switch (need) {

@@ -43,6 +43,9 @@ enum class Command : std::uint16_t {
   kCollapseAll,
   kPrint = 380,
   kPreview,
+  kAccountLedger = 360,
+  kVouchers,
+  kOpeningBalances,
   kMore = 150,  ///< the tool bar's buttons that have no room
   kLevelFirst =
       160,  ///< this and the next kOutlineLevels - 1 numbers expand the outline to a level
@@ -108,7 +111,7 @@ struct CommandInfo {
 };
 
 /// The levels of the outline included.
-inline constexpr std::size_t kCommandCount = 33;
+inline constexpr std::size_t kCommandCount = 34;
 
 /// All commands but those of the recent books, in the order of the menus.
 [[nodiscard]] std::span<const CommandInfo> Commands();

@@ -10,6 +10,7 @@
 #include "viewkit/layout/m_mode.h"
 #include "views/default_layout.h"
 #include "views/layout_dialog.h"
+#include "views/ledger_grid.h"
 
 namespace desk::views {
 
@@ -52,22 +53,40 @@ std::int64_t OnCredit(std::int64_t balance) {
   return std::max<std::int64_t>(-balance, 0);
 }
 
-void AppendAmount(host::RowSet& rows, std::int64_t amount) {
-  rows.AppendText(amount == 0 ? std::string() : book::MoneyText(amount));
-}
+/// What rows come to, in the order of the columns of amounts.
+struct Sums {
+  std::array<std::int64_t, TrialBalanceView::kColumns - kFirstAmount> amounts = {};
+  void Add(const book::TrialBalanceRow& row) {
+    const std::int64_t closing = row.Closing();
+    const std::array added = {OnDebit(row.opening), OnCredit(row.opening), row.debit,
+                              row.credit,           OnDebit(closing),      OnCredit(closing)};
+    for (std::size_t i = 0; i < added.size(); ++i) amounts.at(i) += added.at(i);
+  }
+  void AppendTo(host::RowSet& rows) const {
+    for (const std::int64_t amount : amounts) rows.AppendText(AmountCell(amount));
+  }
+};
 
-void AppendRow(host::RowSet& rows, const std::string& month, const book::TrialBalanceRow& row) {
+/// The name stands as far in as there are accounts above.
+void AppendRow(host::RowSet& rows, const std::string& month, const book::TrialBalanceRow& row,
+               int above) {
+  std::string indent;
+  for (int i = 0; i < above; ++i) indent += "　";
   rows.AppendText(month);
   rows.AppendText(row.category);
   rows.AppendText(row.first_level);
   rows.AppendText(row.code);
-  rows.AppendText(row.name);
-  AppendAmount(rows, OnDebit(row.opening));
-  AppendAmount(rows, OnCredit(row.opening));
-  AppendAmount(rows, row.debit);
-  AppendAmount(rows, row.credit);
-  AppendAmount(rows, OnDebit(row.Closing()));
-  AppendAmount(rows, OnCredit(row.Closing()));
+  rows.AppendText(indent + row.name);
+  Sums sums;
+  sums.Add(row);
+  sums.AppendTo(rows);
+}
+
+void AppendSums(host::RowSet& rows, const std::string& caption, const Sums& sums) {
+  for (int col = 0; col < kFirstAmount; ++col) {
+    rows.AppendText(col == TrialBalanceView::kCategory ? caption : "");
+  }
+  sums.AppendTo(rows);
 }
 
 /// A first-level account that is itself the leaf is the only row of its subtotal.
@@ -87,10 +106,11 @@ bool RepeatsItsAccount(const viewkit::FlexGrid& grid, int total) {
 
 TrialBalanceView::TrialBalanceView(book::Session& session,
                                    std::shared_ptr<host::SystemObject> system,
-                                   viewkit::UserPort& user)
+                                   viewkit::UserPort& user, OpenAccount open_account)
     : Sheet(user),
       session_(session),
       system_(std::move(system)),
+      open_account_(std::move(open_account)),
       layout_path_(viewkit::GetSelfFilePath(kLayoutName, *system_)) {
   MakeStrip();
   MakeGrid();
@@ -110,20 +130,58 @@ std::string TrialBalanceView::Title() const {
 }
 
 std::vector<Sheet::MenuItem> TrialBalanceView::Menu() {
-  return {{.text = "列布局(&L)…", .run = [this] { Trapped([this] { AskLayout(); }); }}};
+  std::vector<MenuItem> items;
+  if (open_account_) {
+    items.push_back({.text = "明细账(&D)\tEnter",
+                     .run = [this] { OpenChosen(); },
+                     .enabled = !ChosenCode().empty()});
+  }
+  items.push_back({.text = "列布局(&L)…", .run = [this] { Trapped([this] { AskLayout(); }); }});
+  return items;
+}
+
+std::string TrialBalanceView::Subtitle() const {
+  return "期间 " + month_.Text() + "    级次 " + level_.Text();
+}
+
+bool TrialBalanceView::UseKey(viewkit::Key key, viewkit::Modifiers) {
+  if (key != viewkit::Key::kEnter || !grid_.Focused() || ChosenCode().empty()) return false;
+  OpenChosen();
+  return true;
+}
+
+std::string TrialBalanceView::ChosenCode() const {
+  const int row = grid_.Row();
+  if (row < grid_.FixedRows() || row >= grid_.Rows() || IsTotal(row)) return {};
+  return std::string(grid_.TextMatrix(row, kCode));
+}
+
+void TrialBalanceView::OpenChosen() {
+  const std::string code = ChosenCode();
+  if (code.empty() || !open_account_) return;
+  Trapped([&] { open_account_(code, book::Period::Of(ChosenMonth())); });
+}
+
+bool TrialBalanceView::IsTotal(int row) const {
+  return grid_.IsTotalRow(row) || std::ranges::find(own_totals_, row) != own_totals_.end();
 }
 
 void TrialBalanceView::MakeStrip() {
   month_label_.SetCaption("期间(&Q)");
+  level_label_.SetCaption("级次(&J)");
   by_first_level_.SetCaption("一级科目小计(&F)");
   layout_.SetCaption("列布局(&L)...");
   reload_.SetCaption("刷新(&R)");
   for (viewkit::Control* control : std::initializer_list<viewkit::Control*>{
-           &month_label_, &month_, &by_first_level_, &layout_, &reload_}) {
+           &month_label_, &month_, &level_label_, &level_, &by_first_level_, &layout_, &reload_}) {
     controls_.Add(*control);
   }
   month_.Changed.Add([this] {
     if (!filling_) Trapped([this] { Load(); });
+  });
+  FillLevels();
+  level_.Changed.Add([this] {
+    if (!filling_) Trapped([this] { OnLevel(); });
   });
   by_first_level_.Clicked.Add([this] {
     if (filling_) return;
@@ -140,6 +198,22 @@ void TrialBalanceView::MakeStrip() {
   reload_.Clicked.Add([this] { Reload(); });
 }
 
+void TrialBalanceView::FillLevels() {
+  constexpr std::array kNumbers = {"一", "二", "三", "四", "五", "六", "七", "八", "九"};
+  level_.AddItem("末级", book::kLeafAccounts);
+  const int levels = std::min(book::LevelsOfChart(session_), static_cast<int>(kNumbers.size()));
+  for (int level = 1; level <= levels; ++level) {
+    level_.AddItem(std::string(kNumbers.at(static_cast<std::size_t>(level - 1))) + "级", level);
+  }
+  level_.AddItem("全部", book::kAllAccounts);
+  level_.SetListIndex(0);
+}
+
+void TrialBalanceView::OnLevel() {
+  by_first_level_.SetEnabled(ChosenLevel() != book::kAllAccounts);
+  Load();
+}
+
 void TrialBalanceView::MakeGrid() {
   grid_.SetFixedRows(1);
   grid_.SetFixedCols(0);
@@ -152,6 +226,7 @@ void TrialBalanceView::MakeGrid() {
   ResetColumns();
   grid_.SetSelectionMode(viewkit::SelectionMode::kByRow);
   grid_.SetAccessibleName("试算平衡表");
+  grid_.DoubleClick.Add([this] { OpenChosen(); });
   controls_.Add(grid_);
 }
 
@@ -180,6 +255,8 @@ void TrialBalanceView::Resize(int width, int height) {
   };
   put(month_label_, 780, 60, kLabelDrop);
   put(month_, 1650, 240);
+  put(level_label_, 780, 60, kLabelDrop);
+  put(level_, 1050, 240);
   put(by_first_level_, 1950, 240);
   put(layout_, 1350, 90);
   put(reload_, 1050, 0);
@@ -210,38 +287,66 @@ std::optional<book::Month> TrialBalanceView::ChosenMonth() const {
 
 void TrialBalanceView::Load() {
   const std::vector<book::TrialBalanceRow> balance =
-      book::ReadTrialBalance(session_, ChosenMonth());
+      book::ReadTrialBalance(session_, book::Period::Of(ChosenMonth()), ChosenLevel());
+  const bool all = ChosenLevel() == book::kAllAccounts;
   host::RowSet rows(kColumns);
-  for (const book::TrialBalanceRow& row : balance) AppendRow(rows, month_.Text(), row);
+  own_totals_.clear();
+  if (all) {
+    AppendTotals(rows, balance);
+  } else {
+    for (const book::TrialBalanceRow& row : balance) AppendRow(rows, month_.Text(), row, 0);
+  }
   const host::GridUpdate update(grid_);
   grid_.LoadRows(std::move(rows));
   GreySealed(balance);
-  viewkit::ApplyVsRows(layout_path_, grid_, *system_);
+  if (!all) viewkit::ApplyVsRows(layout_path_, grid_, *system_);
+  RedNegatives(grid_, kFirstAmount, kClosingCredit);
   DressTotals();
   Summarise(balance);
+}
+
+void TrialBalanceView::AppendTotals(host::RowSet& rows,
+                                    const std::vector<book::TrialBalanceRow>& balance) {
+  Sums whole;
+  Sums category;
+  int row = grid_.FixedRows();
+  const auto end = [&](const std::string& caption, const Sums& sums) {
+    own_totals_.push_back(row++);
+    AppendSums(rows, caption, sums);
+  };
+  for (std::size_t i = 0; i < balance.size(); ++i) {
+    AppendRow(rows, month_.Text(), balance[i], balance[i].level - 1);
+    ++row;
+    if (balance[i].leaf) {
+      category.Add(balance[i]);
+      whole.Add(balance[i]);
+    }
+    if (i + 1 < balance.size() && balance[i + 1].category == balance[i].category) continue;
+    end(balance[i].category + "小计", std::exchange(category, {}));
+  }
+  if (!balance.empty()) end("合计", whole);
 }
 
 void TrialBalanceView::DressTotals() {
   const host::GridUpdate update(grid_);
   const int last = grid_.Rows() - 1;
   for (int row = grid_.FixedRows(); row <= last; ++row) {
-    if (!grid_.IsTotalRow(row)) continue;
-    if (RepeatsItsAccount(grid_, row)) grid_.SetRowHidden(row, true);
-    for (int col = 0; col < kColumns; ++col) {
-      grid_.SetCellForeColor(row, col, viewkit::color::kButtonText);
-      grid_.SetCellBackColor(row, col, viewkit::color::kButtonFace);
-      grid_.SetCellFontBold(row, col, true);
-      const bool zero = col >= kFirstAmount && grid_.ValueMatrix(row, col) == 0;
-      if (zero) grid_.SetTextMatrix(row, col, "");
+    if (!IsTotal(row)) continue;
+    if (grid_.IsTotalRow(row) && RepeatsItsAccount(grid_, row)) grid_.SetRowHidden(row, true);
+    DressTotal(grid_, row);
+    for (int col = kFirstAmount; col < kColumns; ++col) {
+      if (grid_.ValueMatrix(row, col) == 0) grid_.SetTextMatrix(row, col, "");
     }
   }
 }
 
 /// Sealed accounts stand back; amounts do not.
 void TrialBalanceView::GreySealed(const std::vector<book::TrialBalanceRow>& rows) {
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (!rows[i].sealed) continue;
-    const int row = grid_.FixedRows() + static_cast<int>(i);
+  int row = grid_.FixedRows() - 1;
+  for (const book::TrialBalanceRow& each : rows) {
+    do ++row;
+    while (IsTotal(row));
+    if (!each.sealed) continue;
     for (const int col : {kCode, kName})
       grid_.SetCellForeColor(row, col, viewkit::color::kGrayText);
   }
@@ -257,7 +362,9 @@ void TrialBalanceView::Reload() {
 void TrialBalanceView::Summarise(const std::vector<book::TrialBalanceRow>& rows) {
   std::int64_t debit = 0;
   std::int64_t credit = 0;
+  const bool all = ChosenLevel() == book::kAllAccounts;
   for (const book::TrialBalanceRow& row : rows) {
+    if (all && !row.leaf) continue;
     debit += OnDebit(row.Closing());
     credit += OnCredit(row.Closing());
   }
@@ -270,6 +377,8 @@ void TrialBalanceView::Summarise(const std::vector<book::TrialBalanceRow>& rows)
 
 void TrialBalanceView::ApplyLayout() {
   viewkit::ApplyVsLayout(layout_path_, grid_, false, *system_);
+  // Its totals go by all rows.
+  if (ChosenLevel() == book::kAllAccounts) Load();
   DressTotals();
   ShowByFirstLevel();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -39,20 +40,24 @@ class TrialBalanceView : public Sheet {
     kColumns
   };
 
+  /// Shows the sheet of an account for a period.
+  using OpenAccount = std::function<void(const std::string& code, const book::Period& period)>;
+
   /// Book, host and user must outlive the view. Throws what the book and the host raise.
   TrialBalanceView(book::Session& session, std::shared_ptr<host::SystemObject> system,
-                   viewkit::UserPort& user);
+                   viewkit::UserPort& user, OpenAccount open_account = {});
   /// Saves the layout.
   ~TrialBalanceView() override;
 
   // Sheet
   [[nodiscard]] std::string Title() const override;
-  [[nodiscard]] std::string Subtitle() const override { return month_.Text(); }
+  [[nodiscard]] std::string Subtitle() const override;
   [[nodiscard]] const viewkit::ControlList& Controls() const override { return controls_; }
   void Resize(int width, int height) override;
   void Reload() override;
   [[nodiscard]] viewkit::FlexGrid& Grid() override { return grid_; }
   [[nodiscard]] std::vector<MenuItem> Menu() override;
+  [[nodiscard]] bool UseKey(viewkit::Key key, viewkit::Modifiers modifiers) override;
 
   /// Asks for another layout.
   void AskLayout();
@@ -61,8 +66,16 @@ class TrialBalanceView : public Sheet {
   void MakeGrid();
   void ResetColumns();
   void MakeStrip();
+  void FillLevels();
   void ReadMonths();
   void Load();
+  void OnLevel();
+  /// Totals of the rows that are leaves: sums over all rows would count what parents repeat.
+  void AppendTotals(host::RowSet& rows, const std::vector<book::TrialBalanceRow>& balance);
+  [[nodiscard]] int ChosenLevel() const { return level_.ItemData(level_.ListIndex()); }
+  [[nodiscard]] bool IsTotal(int row) const;
+  [[nodiscard]] std::string ChosenCode() const;
+  void OpenChosen();
   /// Totals look alike, in the user's own colours, show zeros as the rows do, and stand only where
   /// they add something.
   void DressTotals();
@@ -76,12 +89,16 @@ class TrialBalanceView : public Sheet {
 
   book::Session& session_;
   std::shared_ptr<host::SystemObject> system_;
+  OpenAccount open_account_;
   std::string layout_path_;
   std::vector<book::Month> months_;
-  bool filling_ = false;  // the boxes are being set: no choice of the user
+  std::vector<int> own_totals_;  // rows of totals that the layout has not made
+  bool filling_ = false;         // the boxes are being set: no choice of the user
 
   viewkit::Label month_label_{"Lbl", 0};
   viewkit::ComboBox month_{viewkit::ComboBox::Style::kList, "Combo"};
+  viewkit::Label level_label_{"Lbl", 2};
+  viewkit::ComboBox level_{viewkit::ComboBox::Style::kList, "Combo", 1};
   viewkit::CheckBox by_first_level_{"Chk"};
   viewkit::CommandButton layout_{"Cmd", 0};
   viewkit::CommandButton reload_{"Cmd", 1};

@@ -16,7 +16,7 @@ using testing::IsEmpty;
 /// Category, first level, code, name, opening, debit, credit, closing.
 std::vector<std::string> Lines(const Book& book, const std::optional<Month>& month = {}) {
   std::vector<std::string> lines;
-  for (const TrialBalanceRow& row : ReadTrialBalance(book.GetSession(), month)) {
+  for (const TrialBalanceRow& row : ReadTrialBalance(book.GetSession(), Period::Of(month))) {
     std::string line = row.category + "|" + row.first_level + "|" + row.code + "|" + row.name;
     for (const std::int64_t amount : {row.opening, row.debit, row.credit, row.Closing()}) {
       line += "|" + MoneyText(amount);

@@ -66,7 +66,7 @@ TEST(Commands, CanBeUsedWhenThereIsWhatTheyWant) {
                  kExpandAll, kCollapseAll});
   EXPECT_EQ(EnabledIn(state), wanted);
   state.row_selected = true;
-  wanted.insert({kAddSibling, kAddChild, kEdit, kDelete});
+  wanted.insert({kAddSibling, kAddChild, kEdit, kDelete, kAccountLedger});
   EXPECT_EQ(EnabledIn(state), wanted);
 }
 

@@ -175,6 +175,33 @@ TEST_F(TrialBalanceViewTest, OpensWithoutAWordOnAnyLayoutFile) {
       << "what cannot be kept is not so";
 }
 
+// Whatever level is shown, the totals say what those of the leaves do.
+TEST_F(TrialBalanceViewTest, LevelsShowParentsAndCountNothingTwice) {
+  std::vector<std::string> opened;
+  const auto view = std::make_unique<View>(
+      book_.GetSession(), book_.System(), user_,
+      [&](const std::string& code, const book::Period& period) {
+        opened.push_back(code + (period == book::Period() ? " all" : " month"));
+      });
+  const std::string total = Lines(*view).back();
+  auto& level = Find<viewkit::ComboBox>(*view, "Combo", 1);
+  level.SetText("一级");
+  EXPECT_THAT(Lines(*view)[1], HasSubstr("1002|银行|||100.00|25.50|74.50||"));
+  EXPECT_EQ(Lines(*view).back(), total);
+  level.SetText("全部");
+  EXPECT_THAT(Lines(*view), ElementsAre(HasSubstr("1001|现金"), HasSubstr("1002|银行|||100.00"),
+                                        HasSubstr("100201|　工行|||100.00"), HasSubstr("资产小计"),
+                                        HasSubstr("应付"), HasSubstr("负债小计"), total));
+  view->Grid().SetFocus();
+  for (const int row : {2, 4}) {  // a parent, a row of totals
+    view->Grid().SetRow(row);
+    EXPECT_EQ(view->UseKey(viewkit::Key::kEnter, {}), row == 2);
+  }
+  EXPECT_THAT(opened, ElementsAre("1002 all"));
+  Find<viewkit::CheckBox>(*view, "Chk").Click();  // grey: parents are there already
+  EXPECT_EQ(Lines(*view).back(), total);
+}
+
 TEST_F(TrialBalanceViewTest, SealedAccountsStandBack) {
   tavrix::test::Run(book_, "update gl_code set bclose=1 where ccode='1001'");
   const auto view = Open();

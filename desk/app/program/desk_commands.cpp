@@ -32,6 +32,7 @@ const Desk::Action Desk::kActions[] = {
     {kFindNext, [](Desk& desk) { desk.OnFindNext(); }},
     {kFilter, [](Desk& desk) { desk.frame_->ShowBar(desk.frame_->FilterBar(), true); }},
     {kRefresh, [](Desk& desk) { desk.ReadAgain(); }},
+    {kAccountLedger, [](Desk& desk) { ShowAccountLedger(desk.Place()); }},
     {kTrialBalance, [](Desk& desk) { ShowTrialBalance(desk.Place()); }},
     {kColumns,
      [](Desk& desk) {

@@ -36,6 +36,10 @@ class DeskSettings {
   /// The desk's windows, each with a section of its own.
   static constexpr char kFrame[] = "Desk";
   static constexpr char kTrialBalance[] = "TrialBalance";
+  static constexpr char kAccountLedger[] = "AccountLedger";
+  static constexpr char kVouchers[] = "Vouchers";
+  static constexpr char kVoucher[] = "Voucher";
+  static constexpr char kOpeningBalances[] = "OpeningBalances";
   /// Puts the window where it was, as far as that place is on a screen; shows it.
   void Restore(HWND window, const char* name, int show);
   void Save(HWND window, const char* name);

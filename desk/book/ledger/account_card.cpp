@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "book/ledger/code_range.h"
 #include "book/ledger/code_rule.h"
 #include "book/session/settings.h"
 #include "host/account.h"
@@ -104,12 +105,6 @@ std::vector<NamedCode> ParentsOf(Session& session, const std::string& code) {
   }
   std::ranges::reverse(parents);
   return parents;
-}
-
-/// From the code itself to the last that begins with it, in every order that a server may keep
-/// codes in: no digit comes after a "z".
-std::array<host::Value, 2> WithAllBelow(const std::string& code) {
-  return {code, code + "zzzzzzzz"};
 }
 
 std::vector<MonthMovement> MonthsOf(Connection& connection, const std::string& code) {

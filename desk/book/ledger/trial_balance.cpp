@@ -12,26 +12,11 @@ namespace desk::book {
 
 namespace {
 
-constexpr std::int32_t kMonths = 12;
-constexpr std::int32_t kBeforeAll = 0;
-constexpr std::int32_t kAfterAll = 1'000'000;
-
-/// Months counted from the year 0, as the statement counts them.
-struct Range {
-  std::int32_t first = kBeforeAll;
-  std::int32_t last = kAfterAll;
-};
-
-Range RangeOf(const std::optional<Month>& month) {
-  if (!month) return {};
-  const std::int32_t position = month->year * kMonths + month->number;
-  return {position, position};
-}
-
-std::unique_ptr<Rows> QueryTotals(Connection& connection, const Range& range) {
-  const host::Value bounds[] = {range.first, range.first, range.first, range.last};
+std::unique_ptr<Rows> QueryTotals(Connection& connection, const Period& period) {
+  const std::int32_t first = period.FirstPosition();
+  const host::Value bounds[] = {first, first, first, period.LastPosition()};
   return connection.Query(
-      "select a.cclass,a.ccode,a.ccode_name,a.igrade,a.bclose,s.opening,s.debit,s.credit from "
+      "select a.cclass,a.ccode,a.ccode_name,a.bclose,s.opening,s.debit,s.credit from "
       "gl_code a "
       "left join(select ccode,sum(case when m<? then debit-credit else 0 end)as opening,"
       "sum(case when m<? then 0 else debit end)as debit,"
@@ -40,6 +25,59 @@ std::unique_ptr<Rows> QueryTotals(Connection& connection, const Range& range) {
       "from gl_accsum)t where m<=? group by ccode)s on s.ccode=a.ccode order by a.ccode",
       Origin::kDesk, bounds);
 }
+
+/// The accounts in the order of their codes, each with those above it.
+class Tree {
+ public:
+  void Add(TrialBalanceRow row) {
+    while (!above_.empty() && !row.code.starts_with(rows_[above_.back()].code)) above_.pop_back();
+    row.level = static_cast<int>(above_.size()) + 1;
+    // An account that hangs below nothing heads itself.
+    row.first_level =
+        above_.empty() ? row.code + " " + row.name : rows_[above_.front()].first_level;
+    row.leaf = true;
+    if (!above_.empty()) rows_[above_.back()].leaf = false;
+    above_.push_back(rows_.size());
+    parents_.push_back(above_.size() < 2 ? kNone : above_[above_.size() - 2]);
+    rows_.push_back(std::move(row));
+  }
+
+  /// The rows of a level, those that hold something.
+  [[nodiscard]] std::vector<TrialBalanceRow> Take(int level) {
+    std::vector<char> holds(rows_.size(), 0);
+    for (std::size_t i = rows_.size(); i-- > 0;) {
+      const TrialBalanceRow& row = rows_[i];
+      const bool own = row.opening != 0 || row.debit != 0 || row.credit != 0;
+      if (own) holds[i] = 1;
+      if (level == kLeafAccounts || parents_[i] == kNone || holds[i] == 0) continue;
+      TrialBalanceRow& parent = rows_[parents_[i]];
+      parent.opening += row.opening;
+      parent.debit += row.debit;
+      parent.credit += row.credit;
+      holds[parents_[i]] = 1;
+    }
+    std::vector<TrialBalanceRow> taken;
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+      if (holds[i] == 0 || !Shown(rows_[i], level)) continue;
+      taken.push_back(std::move(rows_[i]));
+    }
+    return taken;
+  }
+
+ private:
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+  /// Totals of an account that has others below it, which only a damaged book has, show among the
+  /// leaves.
+  [[nodiscard]] static bool Shown(const TrialBalanceRow& row, int level) {
+    if (level == kLeafAccounts || level == kAllAccounts) return true;
+    return row.level == level || (row.leaf && row.level < level);
+  }
+
+  std::vector<TrialBalanceRow> rows_;
+  std::vector<std::size_t> parents_;  // of each row
+  std::vector<std::size_t> above_;    // from the first level down to the last row
+};
 
 /// Accounts come in the order of their codes, but a category's codes need not follow one another.
 void GatherCategories(std::vector<TrialBalanceRow>& rows) {
@@ -78,33 +116,27 @@ std::vector<Month> PostedMonths(Session& session) {
   return months;
 }
 
-std::vector<TrialBalanceRow> ReadTrialBalance(Session& session, const std::optional<Month>& month) {
-  constexpr int kFirstLevel = 1;
-  const auto rows = QueryTotals(session.Own(), RangeOf(month));
-  std::vector<TrialBalanceRow> balance;
-  std::string head_code;
-  std::string head;
+std::vector<TrialBalanceRow> ReadTrialBalance(Session& session, const Period& period, int level) {
+  const auto rows = QueryTotals(session.Own(), period);
+  Tree tree;
   while (rows->Next()) {
-    TrialBalanceRow row{.category = rows->Get(0).ToText(),
-                        .first_level = {},
-                        .code = rows->Get(1).ToText(),
-                        .name = rows->Get(2).ToText(),
-                        .sealed = rows->Get(4).ToNumber() != 0,
-                        .opening = AmountAt(*rows, 5),
-                        .debit = AmountAt(*rows, 6),
-                        .credit = AmountAt(*rows, 7)};
-    // An account that hangs below nothing heads itself.
-    const bool below = !head_code.empty() && row.code.starts_with(head_code);
-    if (rows->Get(3).ToLong() <= kFirstLevel || !below) {
-      head_code = row.code;
-      head = row.code + " " + row.name;
-    }
-    if (row.opening == 0 && row.debit == 0 && row.credit == 0) continue;
-    row.first_level = head;
-    balance.push_back(std::move(row));
+    tree.Add({.category = rows->Get(0).ToText(),
+              .first_level = {},
+              .code = rows->Get(1).ToText(),
+              .name = rows->Get(2).ToText(),
+              .sealed = rows->Get(3).ToNumber() != 0,
+              .opening = AmountAt(*rows, 4),
+              .debit = AmountAt(*rows, 5),
+              .credit = AmountAt(*rows, 6)});
   }
+  std::vector<TrialBalanceRow> balance = tree.Take(level);
   GatherCategories(balance);
   return balance;
+}
+
+int LevelsOfChart(Session& session) {
+  const auto rows = session.Own().Query("select max(igrade) from gl_code", Origin::kDesk);
+  return rows->Next() ? std::max<int>(1, rows->Get(0).ToLong()) : 1;
 }
 
 }  // namespace desk::book
