@@ -148,7 +148,7 @@ TEST_P(ImportChartTest, WhatIsExportedComesBackUnchanged) {
   tavrix::test::AddOddColumns(from);
   const std::vector<std::string> chart = WholeChart(from);
   ASSERT_EQ(chart.size(), 1500U);
-  const Source source = Read(ChartAsCsv(ReadChart(from.GetSession())));
+  const Source source = Read(ChartAsCsv(ReadRecords(from.GetSession())));
 
   EXPECT_EQ(PlanOf(from, source).Count(ImportState::kSame), 1500U);
   const Book to = MakeBookOn(GetParam(), {});
@@ -215,7 +215,7 @@ TEST_P(ImportChartTest, WhatOthersHaveChangedMeanwhileIsNotOverwritten) {
 TEST(ExportChart, HtmlEscapesAndIndents) {
   const Book book = MakeBook();
   tavrix::test::Run(book, "update gl_code set ccode_name='<b>&\"x' where ccode='100201'");
-  const std::string html = ChartAsHtml(ReadChart(book.GetSession()), {"科目表", "A & B"});
+  const std::string html = ChartAsHtml(ReadRecords(book.GetSession()), {"科目表", "A & B"});
   EXPECT_THAT(html, HasSubstr("<td>100201</td><td class=\"n\" "
                               "style=\"padding-left:1.4em\">&lt;b&gt;&amp;&quot;x</td>"));
   EXPECT_THAT(html, HasSubstr("<p>A &amp; B</p>"));

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "book/exchange/chart_account.h"
+#include "book/exchange/account_record.h"
 #include "book/exchange/source_table.h"
 
 /// Which column of a file means what.

@@ -81,7 +81,7 @@ class Import {
     std::int64_t id = first;
     for (const ImportLine* line : added_) {
       Step();
-      const ChartAccount& account = line->account;
+      const AccountRecord& account = line->account;
       loader->OnText(account.Code());
       loader->OnInteger(id++);
       loader->OnInteger(arithmetic.LevelOf(account.Code(), plan_.rule));
@@ -93,7 +93,7 @@ class Import {
     loader->Finish();
   }
 
-  static void PutField(CellSink& sink, const ChartAccount& account, AccountField field) {
+  static void PutField(CellSink& sink, const AccountRecord& account, AccountField field) {
     if (IsFlag(field)) return sink.OnInteger(account.Flag(field) ? 1 : 0);
     sink.OnText(account.Text(field));
   }

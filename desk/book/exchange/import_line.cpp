@@ -54,7 +54,7 @@ std::string WhyNoText(AccountField field, const std::string& text) {
          std::to_string(kLongestText) + " 个）";
 }
 
-std::string TakeFlag(AccountField field, const std::string& cell, ChartAccount& account) {
+std::string TakeFlag(AccountField field, const std::string& cell, AccountRecord& account) {
   const std::string word = Folded(cell);
   const bool debit = field == kDebit;
   const bool set = debit ? IsAmong(kDebitWords, word) : IsAmong(kYes, word);
@@ -70,7 +70,7 @@ bool IsNeeded(AccountField field) {
   return field == kName || field == kCategory || field == kDebit || field == kBookType;
 }
 
-std::string TakeCell(AccountField field, const std::string& cell, ChartAccount& account) {
+std::string TakeCell(AccountField field, const std::string& cell, AccountRecord& account) {
   if (IsFlag(field)) return TakeFlag(field, cell, account);
   if (field == kCategory) {
     const auto category = CategoryIn(cell);
@@ -124,7 +124,7 @@ std::string WhyNoCode(const std::string& code, const std::string& rule) {
   return "编码有 " + std::to_string(length) + " 位，按编码规则应当是 " + lengths + " 位";
 }
 
-std::string TakeCells(const RowCells& cells, ChartAccount& account) {
+std::string TakeCells(const RowCells& cells, AccountRecord& account) {
   for (const FieldInfo& info : Fields()) {
     if (info.field == kCode || !cells.Has(info.field)) continue;
     const std::string cell = cells.Text(info.field);

@@ -30,7 +30,7 @@ class RowCells {
 
 /// Fills `account`, which holds what the book or the account's parent gives, from the cells. The
 /// reason, for users, when a cell cannot be taken; empty otherwise. The code is not touched.
-[[nodiscard]] std::string TakeCells(const RowCells& cells, ChartAccount& account);
+[[nodiscard]] std::string TakeCells(const RowCells& cells, AccountRecord& account);
 
 /// The category that a word means, of those that a chart has; nothing when it means none.
 [[nodiscard]] std::optional<std::string> CategoryIn(const std::string& word);

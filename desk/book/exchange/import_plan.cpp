@@ -41,7 +41,7 @@ bool HasPostings(Session& session, const std::string& code) {
 class Planner {
  public:
   Planner(Session& session, const SourceTable& table, const ImportOptions& options)
-      : session_(session), table_(table), options_(options), chart_(ReadChart(session)) {
+      : session_(session), table_(table), options_(options), chart_(ReadRecords(session)) {
     const std::string kept = ReadSetting(session, std::string(host::kSystemSection),
                                          std::string(host::kCodeRuleSetting));
     const bool free = chart_.empty() && !options.code_rule.empty();
@@ -79,7 +79,7 @@ class Planner {
     const auto [first, added] = in_file_.emplace(KeyOf(code), &line);
     if (!added) line.why = "与第 " + std::to_string(first->second->number) + " 行的编码重复";
     if (const auto category = CategoryIn(cells.Text(kCategory)); added && category) {
-      ChartAccount known = line.account;
+      AccountRecord known = line.account;
       known.Text(kCategory) = *category;
       NoteCategory(known);
     }
@@ -96,12 +96,12 @@ class Planner {
   /// Why the line is refused; empty when it is not.
   std::string Judge(const RowCells& cells, ImportLine& line) {
     const KeptAccount* kept = InBook(line.account.Code());
-    const ChartAccount* parent = nullptr;
+    const AccountRecord* parent = nullptr;
     if (std::string why = FindParent(line.account.Code(), kept != nullptr, parent); !why.empty()) {
       return why;
     }
     const std::string code = line.account.Code();
-    ChartAccount account = kept != nullptr ? kept->account : Fresh(parent);
+    AccountRecord account = kept != nullptr ? kept->account : Fresh(parent);
     if (kept == nullptr) account.Text(kCode) = code;
     if (std::string why = TakeCells(cells, account); !why.empty()) return why;
     if (std::string why = Complete(cells, kept != nullptr, parent, account); !why.empty()) {
@@ -117,7 +117,7 @@ class Planner {
     return {};
   }
 
-  static void Compare(const ChartAccount& kept, ImportLine& line) {
+  static void Compare(const AccountRecord& kept, ImportLine& line) {
     for (const FieldInfo& info : Fields()) {
       const AccountField field = info.field;
       const bool same = IsFlag(field) ? kept.Flag(field) == line.account.Flag(field)
@@ -130,8 +130,8 @@ class Planner {
   }
 
   /// What a new account takes over.
-  static ChartAccount Fresh(const ChartAccount* parent) {
-    ChartAccount account;
+  static AccountRecord Fresh(const AccountRecord* parent) {
+    AccountRecord account;
     if (parent == nullptr) return account;
     account.Text(kCategory) = parent->Text(kCategory);
     account.SetFlag(kDebit, parent->Flag(kDebit));
@@ -139,8 +139,8 @@ class Planner {
   }
 
   /// Adds to an account what follows from the rest; says what cannot be known.
-  std::string Complete(const RowCells& cells, bool kept, const ChartAccount* parent,
-                       ChartAccount& account) {
+  std::string Complete(const RowCells& cells, bool kept, const AccountRecord* parent,
+                       AccountRecord& account) {
     if (account.Text(kName).empty()) return "没有科目名称";
     if (kept) return {};
     if (account.Text(kCategory).empty()) account.Text(kCategory) = UsualCategory(account.Code());
@@ -155,7 +155,7 @@ class Planner {
     return {};
   }
 
-  static std::string BookTypeFor(const ChartAccount& account) {
+  static std::string BookTypeFor(const AccountRecord& account) {
     namespace type = host::book_type;
     const bool quantity = !account.Text(kUnit).empty();
     if (account.Flag(kForeign)) {
@@ -165,7 +165,7 @@ class Planner {
   }
 
   /// Gives the parent, or null on the first level; or says why the account cannot stand below it.
-  std::string FindParent(const std::string& code, bool kept, const ChartAccount*& parent) {
+  std::string FindParent(const std::string& code, bool kept, const AccountRecord*& parent) {
     CodeRuleArithmetic arithmetic;
     const std::string above = arithmetic.ParentCode(code, plan_.rule);
     if (above.empty()) return {};
@@ -206,7 +206,7 @@ class Planner {
   }
 
   /// Charts give each category first digits of its own.
-  void NoteCategory(const ChartAccount& account) {
+  void NoteCategory(const AccountRecord& account) {
     if (account.Code().empty() || account.Text(kCategory).empty()) return;
     categories_[account.Code().front()].insert(account.Text(kCategory));
   }
@@ -258,7 +258,7 @@ ImportPlan PlanImport(Session& session, const SourceTable& table, const ImportOp
 std::string NoteOf(const ImportLine& line) {
   if (line.state == ImportState::kRefuse) return line.why;
   std::string note;
-  const auto shown = [](const ChartAccount& account, AccountField field) {
+  const auto shown = [](const AccountRecord& account, AccountField field) {
     const std::string text = account.Shown(field);
     if (!text.empty()) return text;
     return std::string(IsFlag(field) ? "否" : "（空）");

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "book/exchange/chart_account.h"
+#include "book/exchange/account_record.h"
 #include "book/exchange/column_match.h"
 #include "book/exchange/source_table.h"
 #include "book/session/session.h"
@@ -31,9 +31,9 @@ enum class ImportState : std::uint8_t { kAdd, kChange, kSame, kRefuse };
 struct ImportLine {
   int number = 0;  ///< in the file
   ImportState state = ImportState::kRefuse;
-  ChartAccount account = {};  ///< as it will be; of a refused line what could be read
-  ChartAccount before = {};   ///< in the book; meaningful for `kChange`
-  std::int64_t id = 0;        ///< of the account in the book; 0 for a new one
+  AccountRecord account = {};  ///< as it will be; of a refused line what could be read
+  AccountRecord before = {};   ///< in the book; meaningful for `kChange`
+  std::int64_t id = 0;         ///< of the account in the book; 0 for a new one
   std::vector<AccountField> changed = {};
   std::string why = {};  ///< of a refusal, for users
 

@@ -1,4 +1,4 @@
-#include "book/exchange/chart_account.h"
+#include "book/exchange/account_record.h"
 
 #include <algorithm>
 
@@ -85,13 +85,13 @@ const FieldInfo& InfoOf(AccountField field) {
   return *std::ranges::find(kFields, field, &FieldInfo::field);
 }
 
-std::string ChartAccount::Shown(AccountField field) const {
+std::string AccountRecord::Shown(AccountField field) const {
   if (!IsFlag(field)) return Text(field);
   if (field == kDebit) return std::string(Flag(field) ? host::kDebit : host::kCredit);
   return Flag(field) ? "是" : "";
 }
 
-std::vector<KeptAccount> ReadChart(Session& session) {
+std::vector<KeptAccount> ReadRecords(Session& session) {
   const auto rows = session.Own().Query(Statement(), Origin::kDesk);
   std::vector<KeptAccount> chart;
   while (rows->Next()) chart.push_back(AccountAt(*rows));

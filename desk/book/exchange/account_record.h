@@ -64,7 +64,7 @@ struct FieldInfo {
 [[nodiscard]] std::span<const FieldInfo> Fields();
 [[nodiscard]] const FieldInfo& InfoOf(AccountField field);
 
-class ChartAccount {
+class AccountRecord {
  public:
   [[nodiscard]] const std::string& Text(AccountField field) const {
     return texts_.at(IndexOf(field));
@@ -77,7 +77,7 @@ class ChartAccount {
   /// For users and files: a side is "借" or "贷", any other flag "是" or nothing.
   [[nodiscard]] std::string Shown(AccountField field) const;
 
-  friend bool operator==(const ChartAccount&, const ChartAccount&) = default;
+  friend bool operator==(const AccountRecord&, const AccountRecord&) = default;
 
  private:
   static std::size_t FlagOf(AccountField field) { return IndexOf(field) - kTextFields; }
@@ -89,12 +89,12 @@ class ChartAccount {
 /// An account of a book, with what the book makes of it.
 struct KeptAccount {
   std::int64_t id = 0;
-  ChartAccount account = {};
+  AccountRecord account = {};
   int level = 0;
   bool leaf = true;
 };
 
 /// All accounts, in the order of their codes. `DatabaseError` when they cannot be read.
-[[nodiscard]] std::vector<KeptAccount> ReadChart(Session& session);
+[[nodiscard]] std::vector<KeptAccount> ReadRecords(Session& session);
 
 }  // namespace desk::book
