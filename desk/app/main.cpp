@@ -12,6 +12,7 @@
 #include "accessible/accessible_object.h"
 #include "app/program/copy_command.h"
 #include "app/program/desk.h"
+#include "app/program/new_window.h"
 
 namespace {
 
@@ -54,7 +55,8 @@ int RunDesk(int show) {
   }
   tavrix::accessible::OfferAccessibility();
   desk::app::Desk desk;
-  desk.Start(arguments.empty() ? std::wstring() : arguments[0], show);
+  const std::wstring book = desk::app::BookOfNewWindow();
+  desk.Start(arguments.empty() ? book : arguments[0], show);
   return desk.Run();
 }
 

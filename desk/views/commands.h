@@ -41,11 +41,12 @@ enum class Command : std::uint16_t {
   kAccountPane,
   kExpandAll,
   kCollapseAll,
-  kPrint = 380,
-  kPreview,
   kAccountLedger = 360,
   kVouchers,
   kOpeningBalances,
+  kPrint = 380,
+  kPreview,
+  kNewWindow,
   kMore = 150,  ///< the tool bar's buttons that have no room
   kLevelFirst =
       160,  ///< this and the next kOutlineLevels - 1 numbers expand the outline to a level
@@ -111,7 +112,7 @@ struct CommandInfo {
 };
 
 /// The levels of the outline included.
-inline constexpr std::size_t kCommandCount = 34;
+inline constexpr std::size_t kCommandCount = 35;
 
 /// All commands but those of the recent books, in the order of the menus.
 [[nodiscard]] std::span<const CommandInfo> Commands();

@@ -9,6 +9,7 @@
 #include "app/frame/new_book_dialog.h"
 #include "app/program/book_place.h"
 #include "app/program/name_column.h"
+#include "app/program/new_window.h"
 #include "app/program/print_commands.h"
 #include "book/ledger/posting.h"
 #include "book/odbc/wire_text.h"
@@ -63,7 +64,8 @@ Desk::Desk()
       sheets_(frame_->Hwnd(), settings_,
               {.style = [this] { return frame_->CurrentStyle(); },
                .key = [this](auto& sheet, auto key,
-                             auto with) { return UsePrintKey(Place(), sheet, key, with); }}) {
+                             auto with) { return UsePrintKey(Place(), sheet, key, with); }}),
+      follower_(frame_->Hwnd(), MakeBookFollowerCalls()) {
   frame_->SetRecent(settings_.Recent());
   frame_->Reports().SetDesignHeight(settings_.ReportHeight());
   account_.emplace(*frame_, MakeFollowerCalls());
@@ -83,6 +85,7 @@ Desk::~Desk() {
 
 void Desk::Start(const std::wstring& book, int show) {
   settings_.Restore(frame_->Hwnd(), DeskSettings::kFrame, show);
+  StepAside(frame_->Hwnd());
   UpdateWindow(frame_->Hwnd());
   if (book.empty()) {
     OpenSample();
@@ -132,11 +135,12 @@ void Desk::CatchUp() {
   if (view == nullptr || !view->Started() || !IsWindowEnabled(frame_->Hwnd())) return;
   const book::Session& session = open_->book.GetSession();
   if (session.Changes() != open_->shown) return ReadAgain();
-  if (session.Postings() != open_->posted) return ReadPostings();
+  if (session.Postings() != open_->posted) return follower_.Note(), ReadPostings();
   view->NoteWidths();
 }
 
 void Desk::ReadAgain() {
+  follower_.Note();
   open_->shown = open_->book.GetSession().Changes();
   View()->Reload();
   ReadPostings();
@@ -263,6 +267,7 @@ void Desk::Show(book::Book book, const std::wstring& file) {
 }
 
 void Desk::StartView() {
+  follower_.Note();
   ContainerPlan plan;
   plan.area = frame_->Area().Hwnd();
   plan.frame = frame_->Hwnd();
@@ -295,6 +300,7 @@ void Desk::KeepBranches() {
 
 void Desk::CloseBook() {
   if (!open_) return;
+  follower_.Forget();
   sheets_.CloseAll();
   posting_->ForgetBook();
   KeepBranches();

@@ -12,6 +12,7 @@
 #include "app/frame/frame_window.h"
 #include "app/posting/posting_pane.h"
 #include "app/program/account_follower.h"
+#include "app/program/book_follower.h"
 #include "app/program/desk_settings.h"
 #include "app/program/server_wait.h"
 #include "app/program/workplace.h"
@@ -80,6 +81,7 @@ class Desk : private FrameOwner {
   void CatchUp();
   void ReadAgain();
   void ReadPostings();
+  [[nodiscard]] BookFollower::Calls MakeBookFollowerCalls();
   /// Asks whether what has been begun may go.
   [[nodiscard]] bool MayLeave(const char* question);
   void TellBook();
@@ -107,6 +109,7 @@ class Desk : private FrameOwner {
   std::optional<AccountFollower> account_;
   std::optional<OpenBook> open_;
   Sheets sheets_;  // they go before the book
+  BookFollower follower_;
 };
 
 }  // namespace desk::app

@@ -3,6 +3,7 @@
 
 #include "app/program/desk.h"
 #include "app/program/ledger_commands.h"
+#include "app/program/new_window.h"
 #include "app/program/print_commands.h"
 #include "app/program/view_layout.h"
 #include "views/outline_commands.h"
@@ -16,6 +17,7 @@ using enum Command;
 const Desk::Action Desk::kActions[] = {
     {kNewBook, [](Desk& desk) { desk.AskNew(); }},
     {kOpenBook, [](Desk& desk) { desk.AskOpen(); }},
+    {kNewWindow, [](Desk& desk) { OpenNewWindow(desk.open_->file); }},
     {kPrint, [](Desk& desk) { PrintChart(desk.Place()); }},
     {kPreview, [](Desk& desk) { PreviewChart(desk.Place()); }},
     {kExit, [](Desk& desk) { PostMessageW(desk.frame_->Hwnd(), WM_CLOSE, 0, 0); }},

@@ -27,6 +27,17 @@ AccountFollower::Calls Desk::MakeFollowerCalls() {
           .leave = [this] { OnFocusView(); }};
 }
 
+BookFollower::Calls Desk::MakeBookFollowerCalls() {
+  return {.session = [this] { return open_ ? &open_->book.GetSession() : nullptr; },
+          .quiet = [this](bool quiet) { wait_->SetQuiet(quiet); },
+          .changed =
+              [this](book::ChangeWatch::Seen seen) {
+                Trapped({}, [&] { seen.accounts ? ReadAgain() : ReadPostings(); });
+                if (seen.accounts) frame_->SetMessage(L"账簿在别处有修改，已重新读取");
+                frame_->UpdateCommands();
+              }};
+}
+
 void Desk::OnFind(const std::wstring& text) {
   if (!View() || text.empty()) return;
   TellFound(View()->Find(text));

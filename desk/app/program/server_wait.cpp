@@ -11,6 +11,9 @@ namespace {
 /// Whatever is answered sooner needs no window.
 constexpr std::chrono::milliseconds kUnnoticed(600);
 
+/// How long the user may notice that the program does not answer, for what he has not asked for.
+constexpr std::chrono::milliseconds kQuietPatience(1200);
+
 /// Long work is cancelled between its statements; only one that does not end is given up.
 constexpr std::chrono::milliseconds kStatementOfLongWork(10000);
 
@@ -44,6 +47,7 @@ bool ServerWait::OnWait(std::chrono::milliseconds waited) {
     enough_ = true;
     return false;
   }
+  if (quiet_) return waited < kQuietPatience;
   if (waited < kUnnoticed) return true;
   try {
     ShowWait(waited);

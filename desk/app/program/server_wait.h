@@ -22,6 +22,9 @@ class ServerWait : public book::WaitPort {
   /// A message that the program is about to handle. What the user does anew is waited for again:
   /// once he has had enough no server is, until then, because a command may ask more than once.
   void OnMessage(const MSG& message);
+  /// What is asked while it is quiet nobody waits for: after a moment it is given up, without a
+  /// word.
+  void SetQuiet(bool quiet) { quiet_ = quiet; }
   /// The program ends: nothing is waited for any more.
   void OnClosing() { closing_ = true; }
 
@@ -36,6 +39,7 @@ class ServerWait : public book::WaitPort {
   DWORD thread_;
   std::shared_ptr<WaitWindow> window_;
   bool enough_ = false;
+  bool quiet_ = false;
   bool closing_ = false;
 };
 

@@ -1,0 +1,83 @@
+#include "app/program/book_follower.h"
+
+#include <exception>
+#include <utility>
+
+#include "app/work/long_work.h"
+#include "viewkit/win32/window.h"
+
+namespace desk::app {
+namespace {
+
+namespace win32 = tavrix::viewkit::win32;
+
+constexpr UINT_PTR kTick = 1;
+constexpr UINT kTickMilliseconds = 2000;
+
+const win32::WindowClass& TickerClass() {
+  static const win32::WindowClass ticker(L"DeskTicker", 0);
+  return ticker;
+}
+
+}  // namespace
+
+/// A window that nobody sees, for its timer.
+class BookFollower::Ticker : public win32::Window {
+ public:
+  void Open(std::function<void()> tick) {
+    tick_ = std::move(tick);
+    Create(TickerClass(), {.parent = HWND_MESSAGE});
+    SetTimer(Hwnd(), kTick, kTickMilliseconds, nullptr);
+  }
+
+ private:
+  LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override {
+    if (message != WM_TIMER) return Window::OnMessage(message, wparam, lparam);
+    tick_();
+    return 0;
+  }
+  std::function<void()> tick_;
+};
+
+BookFollower::BookFollower(HWND frame, Calls calls)
+    : frame_(frame), calls_(std::move(calls)), ticker_(std::make_shared<Ticker>()) {
+  ticker_->Open([this] { Look(); });
+}
+
+BookFollower::~BookFollower() {
+  ticker_->Destroy();
+}
+
+bool BookFollower::MayLook() const {
+  if (!watch_ || !IsWindowEnabled(frame_) || LongWork::Current() != nullptr) return false;
+  GUITHREADINFO thread{};
+  thread.cbSize = sizeof thread;
+  constexpr DWORD kBusy = GUI_INMENUMODE | GUI_INMOVESIZE | GUI_POPUPMENUMODE | GUI_SYSTEMMENUMODE;
+  return GetGUIThreadInfo(GetCurrentThreadId(), &thread) && (thread.flags & kBusy) == 0 &&
+         thread.hwndCapture == nullptr;
+}
+
+void BookFollower::Note() {
+  watch_.reset();
+  book::Session* session = calls_.session();
+  if (session == nullptr) return;
+  try {
+    watch_.emplace(*session);
+  } catch (const std::exception&) {  // a book that cannot be watched serves all the same
+  }
+}
+
+void BookFollower::Look() {
+  if (!MayLook()) return;
+  book::ChangeWatch::Seen seen;
+  calls_.quiet(true);
+  try {
+    seen = watch_->Look();
+  } catch (const std::exception&) {
+    watch_.reset();
+  }
+  calls_.quiet(false);
+  if (seen.Any()) calls_.changed(seen);
+}
+
+}  // namespace desk::app
