@@ -41,6 +41,9 @@ enum class Command : std::uint16_t {
   kAccountPane,
   kExpandAll,
   kCollapseAll,
+  kUndo = 320,
+  kRedo,
+  kHistory,
   kAccountLedger = 360,
   kVouchers,
   kOpeningBalances,
@@ -112,7 +115,7 @@ struct CommandInfo {
 };
 
 /// The levels of the outline included.
-inline constexpr std::size_t kCommandCount = 35;
+inline constexpr std::size_t kCommandCount = 38;
 
 /// All commands but those of the recent books, in the order of the menus.
 [[nodiscard]] std::span<const CommandInfo> Commands();

@@ -56,8 +56,8 @@ TEST(Commands, CanBeUsedWhenThereIsWhatTheyWant) {
   EXPECT_EQ(EnabledIn({.has_rows = true, .row_selected = true}), always)
       << "of a book that is gone";
   auto wanted = always;
-  wanted.insert(
-      {kNewWindow, kPrint, kPreview, kPosting, kRefresh, kTrialBalance, kColumns, kPickerColumns});
+  wanted.insert({kUndo, kRedo, kHistory, kNewWindow, kPrint, kPreview, kPosting, kRefresh,
+                 kTrialBalance, kColumns, kPickerColumns});
   DeskState state{.started = true};
   auto empty = wanted;
   empty.insert({kAddSibling, kAddChild});  // the first account of a chart

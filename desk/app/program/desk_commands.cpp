@@ -2,6 +2,7 @@
 #include <exception>
 
 #include "app/program/desk.h"
+#include "app/program/history_commands.h"
 #include "app/program/ledger_commands.h"
 #include "app/program/new_window.h"
 #include "app/program/print_commands.h"
@@ -25,6 +26,9 @@ const Desk::Action Desk::kActions[] = {
     {kAddChild, [](Desk& desk) { desk.View()->Call(&IFormUI::FileNewNext); }},
     {kEdit, [](Desk& desk) { desk.View()->Call(&IFormUI::FileEdit); }},
     {kDelete, [](Desk& desk) { desk.View()->Call(&IFormUI::FileDelete); }},
+    {kUndo, [](Desk& desk) { UndoLast(desk.Place()); }},
+    {kRedo, [](Desk& desk) { RedoLast(desk.Place()); }},
+    {kHistory, [](Desk& desk) { ShowHistory(desk.Place()); }},
     {kPosting, [](Desk& desk) { desk.ShowPosting(!desk.posting_shown_); }},
     {kRecordTop, [](Desk& desk) { desk.View()->Call(&IFormUI::RecordTop); }},
     {kRecordPrevious, [](Desk& desk) { desk.View()->Call(&IFormUI::RecordPrevious); }},
