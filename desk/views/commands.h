@@ -41,9 +41,10 @@ enum class Command : std::uint16_t {
   kAccountPane,
   kExpandAll,
   kCollapseAll,
-  kUndo = 320,
-  kRedo,
-  kHistory,
+  kRenumber = 340,
+  kMove,
+  kMerge,
+  kBatch,
   kAccountLedger = 360,
   kVouchers,
   kOpeningBalances,
@@ -115,7 +116,7 @@ struct CommandInfo {
 };
 
 /// The levels of the outline included.
-inline constexpr std::size_t kCommandCount = 38;
+inline constexpr std::size_t kCommandCount = 39;
 
 /// All commands but those of the recent books, in the order of the menus.
 [[nodiscard]] std::span<const CommandInfo> Commands();

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <exception>
 
+#include "app/program/chart_commands.h"
 #include "app/program/desk.h"
-#include "app/program/history_commands.h"
 #include "app/program/ledger_commands.h"
 #include "app/program/new_window.h"
 #include "app/program/print_commands.h"
@@ -26,9 +26,10 @@ const Desk::Action Desk::kActions[] = {
     {kAddChild, [](Desk& desk) { desk.View()->Call(&IFormUI::FileNewNext); }},
     {kEdit, [](Desk& desk) { desk.View()->Call(&IFormUI::FileEdit); }},
     {kDelete, [](Desk& desk) { desk.View()->Call(&IFormUI::FileDelete); }},
-    {kUndo, [](Desk& desk) { UndoLast(desk.Place()); }},
-    {kRedo, [](Desk& desk) { RedoLast(desk.Place()); }},
-    {kHistory, [](Desk& desk) { ShowHistory(desk.Place()); }},
+    {kRenumber, [](Desk& desk) { AskRenumber(desk.Place()); }},
+    {kMove, [](Desk& desk) { AskMove(desk.Place()); }},
+    {kMerge, [](Desk& desk) { AskMerge(desk.Place()); }},
+    {kBatch, [](Desk& desk) { AskBatch(desk.Place()); }},
     {kPosting, [](Desk& desk) { desk.ShowPosting(!desk.posting_shown_); }},
     {kRecordTop, [](Desk& desk) { desk.View()->Call(&IFormUI::RecordTop); }},
     {kRecordPrevious, [](Desk& desk) { desk.View()->Call(&IFormUI::RecordPrevious); }},

@@ -36,7 +36,6 @@ class DeskSettings {
   /// The desk's windows, each with a section of its own.
   static constexpr char kFrame[] = "Desk";
   static constexpr char kTrialBalance[] = "TrialBalance";
-  static constexpr char kHistory[] = "History";
   static constexpr char kAccountLedger[] = "AccountLedger";
   static constexpr char kVouchers[] = "Vouchers";
   static constexpr char kVoucher[] = "Voucher";

@@ -34,10 +34,9 @@ class Portion {
 /// The statements of one move.
 class Mover {
  public:
-  Mover(Session& session, JournalCommand& command, const MovedSubtree& subtree,
-        const MovePlan& plan, const Progress& progress)
+  Mover(Session& session, const MovedSubtree& subtree, const MovePlan& plan,
+        const Progress& progress)
       : connection_(session.Own()),
-        command_(command),
         subtree_(subtree),
         plan_(plan),
         map_(subtree.rule, plan.code, plan.new_code),
@@ -77,7 +76,6 @@ class Mover {
   /// Postings of codes that the chart does not have stay where they are.
   void MoveLedger(const std::string& ledger, std::string_view step) {
     Enter(step);
-    const std::int64_t before = state_.done;
     Portion portion;
     const auto& rows = plan_.rows;
     for (std::size_t first = 0; first < rows.size();) {
@@ -97,7 +95,6 @@ class Mover {
       Tell(progress_, state_);
       first = end;
     }
-    command_.NoteFollowed(ledger, state_.done - before);
   }
 
   /// The accounts that are summarised into those that move.
@@ -141,7 +138,6 @@ class Mover {
   }
 
   Connection& connection_;
-  JournalCommand& command_;
   const MovedSubtree& subtree_;
   const MovePlan& plan_;
   CodeMap map_;
@@ -163,9 +159,9 @@ MoveResult MoveAccounts(Session& session, const MovePlan& plan, CommandKind kind
   const MovePlan now = PlanMove(session, subtree, plan.new_code);
   if (!now.Allowed()) RefuseChange(now.WhyNot());
   if (now.rows != plan.rows) RefuseChange(kChanged);
-  JournalCommand command(session, kind, TitleOf(plan));
+  const JournalCommand command(session, kind, TitleOf(plan));
   RulesPause pause(session);
-  const MoveResult result = Mover(session, command, subtree, now, progress).Run();
+  const MoveResult result = Mover(session, subtree, now, progress).Run();
   pause.Resume();
   Tell(progress, {.step = "正在保存"});
   transaction.Commit();

@@ -79,4 +79,10 @@ std::string MoneyText(std::int64_t hundredths) {
   return negative ? "-" + digits : digits;
 }
 
+std::string CountText(std::int64_t count) {
+  std::string digits = std::to_string(count);
+  for (std::size_t at = digits.size(); at > 3; at -= 3) digits.insert(at - 3, ",");
+  return digits;
+}
+
 }  // namespace desk::book

@@ -17,5 +17,7 @@ namespace desk::book {
 
 /// 123450 is "1,234.50".
 [[nodiscard]] std::string MoneyText(std::int64_t hundredths);
+/// 1234 is "1,234".
+[[nodiscard]] std::string CountText(std::int64_t count);
 
 }  // namespace desk::book

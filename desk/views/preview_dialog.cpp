@@ -1,0 +1,166 @@
+#include "views/preview_dialog.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "host/report.h"
+#include "host/row_set.h"
+
+namespace desk::views {
+
+using viewkit::form::kBoxHeight;
+using viewkit::form::kButtonHeight;
+using viewkit::form::kGap;
+using viewkit::form::kMargin;
+using viewkit::form::kRowPitch;
+
+namespace {
+
+constexpr int kLabelWidth = 1170;  // all in twips
+constexpr int kListHeight = 4800;
+constexpr int kScrollBar = 300;
+
+}  // namespace
+
+std::string EscapedCaption(const std::string& text) {
+  std::string shown;
+  for (const char c : text) shown.append(c == '&' ? 2 : 1, c);
+  return shown;
+}
+
+PreviewDialog::PreviewDialog(const char* name, Plan plan, LongRunner run)
+    : DialogModel(name), plan_(std::move(plan)), run_(std::move(run)) {
+  SetCaption(plan_.caption);
+}
+
+int PreviewDialog::FormWidth() const {
+  int width = kScrollBar;
+  for (const Column& column : plan_.columns) width += column.width;
+  return width;
+}
+
+viewkit::form::Rows PreviewDialog::FormRows() const {
+  return {.left = kMargin,
+          .top = kMargin,
+          .label_width = kLabelWidth,
+          .field_width = FormWidth() - kLabelWidth};
+}
+
+void PreviewDialog::Put(viewkit::Control& control, const host::Bounds& bounds) {
+  control.SetBounds(bounds);
+  Add(control);
+}
+
+void PreviewDialog::PutLabel(viewkit::Label& label, const std::string& caption,
+                             const host::Bounds& bounds) {
+  label.SetCaption(caption);
+  Put(label, bounds);
+}
+
+void PreviewDialog::PutRest() {
+  const int width = FormWidth() + 2 * kMargin;
+  int top = kMargin + plan_.form_rows * kRowPitch;
+  list_.SetFixedRows(1);
+  list_.SetFixedCols(0);
+  list_.SetCols(static_cast<int>(plan_.columns.size()));
+  for (int col = 0; col < list_.Cols(); ++col) {
+    const Column& column = plan_.columns[static_cast<std::size_t>(col)];
+    list_.SetTextMatrix(0, col, column.heading);
+    list_.SetColWidth(col, column.width);
+    list_.SetColDataType(col, viewkit::ColumnType::kString);
+    list_.SetColAlignment(col, viewkit::Alignment::kLeftCenter);
+    list_.SetFixedAlignment(col, viewkit::Alignment::kLeftCenter);
+  }
+  list_.SetSelectionMode(viewkit::SelectionMode::kByRow);
+  list_.SetAllowSelection(false);
+  list_.SetAccessibleName("预览");
+  Put(list_, {kMargin, top, FormWidth(), kListHeight});
+  top += kListHeight + kGap;
+  Put(status_, {kMargin, top, FormWidth(), kBoxHeight});
+  top += kBoxHeight + kGap;
+  if (plan_.offers_only_bad) {
+    only_bad_.SetCaption("只看有问题的(&W)");
+    Put(only_bad_, {kMargin, top + (kButtonHeight - kBoxHeight) / 2, 2400, kBoxHeight});
+    only_bad_.Clicked.Add([this] { FillList(); });
+  }
+  ok_.SetCaption(plan_.action);
+  Put(ok_, viewkit::form::Button(width, 1, top));
+  cancel_.SetCaption("取消");
+  Put(cancel_, viewkit::form::Button(width, 0, top));
+  SetSize(width, top + kButtonHeight + kMargin);
+  SetButtons(ok_, cancel_);
+  ok_.Clicked.Add([this] { Accept(); });
+  cancel_.Clicked.Add([this] { Close(); });
+}
+
+/// The list gives way; what stands below it moves up.
+void PreviewDialog::FitInto(int height) {
+  constexpr int kMinList = 1500;
+  host::Bounds list = list_.GetBounds();
+  const int over = std::min(Height() - height, list.height - kMinList);
+  if (over <= 0) return;
+  list.height -= over;
+  for (std::size_t i = 0; i < Controls().Count(); ++i) {
+    viewkit::Control& control = Controls().At(i);
+    host::Bounds bounds = control.GetBounds();
+    if (bounds.top < list.top + list.height) continue;
+    bounds.top -= over;
+    control.SetBounds(bounds);
+  }
+  list_.SetBounds(list);
+  SetSize(Width(), Height() - over);
+}
+
+void PreviewDialog::Show(Preview preview) {
+  preview_ = std::move(preview);
+  ok_.SetEnabled(preview_.why_not.empty());
+  SetStatus(preview_.why_not.empty() ? preview_.summary : preview_.why_not);
+  only_bad_.SetEnabled(std::ranges::any_of(preview_.rows, &Row::bad));
+  FillList();
+}
+
+void PreviewDialog::SetStatus(const std::string& text) {
+  status_.SetCaption(EscapedCaption(text));
+}
+
+void PreviewDialog::FillList() {
+  const bool only_bad = only_bad_.Enabled() && only_bad_.Value() == viewkit::CheckBox::kChecked;
+  host::RowSet rows(plan_.columns.size());
+  listed_.clear();
+  for (std::size_t i = 0; i < preview_.rows.size(); ++i) {
+    const Row& row = preview_.rows[i];
+    if (only_bad && !row.bad) continue;
+    listed_.push_back(i);
+    for (const std::string& cell : row.cells) rows.AppendText(cell);
+  }
+  list_.BeginUpdate();
+  const int top = list_.TopRow();
+  const int row = list_.Row();
+  list_.LoadRows(std::move(rows));
+  if (row < list_.Rows()) list_.SetRow(row);
+  for (std::size_t i = 0; i < listed_.size(); ++i) {
+    if (!preview_.rows[listed_[i]].bad) continue;
+    list_.SetCellFontBold(list_.FixedRows() + static_cast<int>(i), list_.Cols() - 1, true);
+  }
+  list_.SetTopRow(top);
+  list_.EndUpdate();
+}
+
+std::size_t PreviewDialog::PositionOf(int list_row) const {
+  return listed_.at(static_cast<std::size_t>(list_row - list_.FixedRows()));
+}
+
+void PreviewDialog::Accept() {
+  try {
+    run_(plan_.title, [this](const book::Progress& progress) { Carry(progress); });
+    done_ = true;
+  } catch (const std::exception& error) {
+    Renew();
+    SetStatus(host::ErrorText(error));
+    return;
+  }
+  Close();
+}
+
+}  // namespace desk::views

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "book/session/progress.h"
+#include "viewkit/controls/check_box.h"
+#include "viewkit/controls/dialog_model.h"
+#include "viewkit/controls/form_rows.h"
+#include "viewkit/controls/label.h"
+#include "viewkit/controls/text_box.h"
+#include "viewkit/grid/flex_grid.h"
+
+namespace desk::views {
+
+namespace host = tavrix::host;
+namespace viewkit = tavrix::viewkit;
+
+/// Does work that may take long, and shows how far it is; throws what the work throws.
+using LongRunner = std::function<void(const std::string& title,
+                                      const std::function<void(const book::Progress&)>&)>;
+
+/// For the caption of a label, which takes "&" for a mnemonic: names of accounts may hold one.
+[[nodiscard]] std::string EscapedCaption(const std::string& text);
+
+/// A dialog for a command that shows, while the user types, what it would do: a form of a few rows,
+/// the list of what changes and why something cannot, a line that sums it up, and the button that
+/// carries it out, grey as long as it cannot.
+class PreviewDialog : public viewkit::DialogModel {
+ public:
+  /// The command has been carried out.
+  [[nodiscard]] bool Done() const { return done_; }
+  void FitInto(int height) override;
+
+ protected:
+  struct Column {
+    const char* heading;
+    int width;
+  };
+  struct Row {
+    std::vector<std::string> cells;
+    bool bad = false;  ///< it hinders
+  };
+  struct Preview {
+    std::vector<Row> rows = {};
+    std::string summary = {};  ///< what would happen
+    std::string why_not = {};  ///< why it cannot; empty when it can
+  };
+  struct Plan {
+    std::string caption;
+    std::string action;  ///< caption of the button that carries it out
+    std::string title;   ///< of the work, while it is done
+    int form_rows = 1;
+    std::span<const Column> columns;
+    bool offers_only_bad = true;  ///< there is a box to list only what hinders
+  };
+
+  PreviewDialog(const char* name, Plan plan, LongRunner run);
+
+  [[nodiscard]] viewkit::form::Rows FormRows() const;
+  [[nodiscard]] int FormWidth() const;
+  void PutLabel(viewkit::Label& label, const std::string& caption, const host::Bounds& bounds);
+  void Put(viewkit::Control& control, const host::Bounds& bounds);
+  /// List, summary and buttons, below the form: called when the form is there.
+  void PutRest();
+  void Show(Preview preview);
+  [[nodiscard]] viewkit::FlexGrid& List() { return list_; }
+  /// The previewed row that a row of the list shows.
+  [[nodiscard]] std::size_t PositionOf(int list_row) const;
+
+  /// Carries out what was shown. What it throws is said, and the preview made anew.
+  virtual void Carry(const book::Progress& progress) = 0;
+  /// Makes the preview anew from the book.
+  virtual void Renew() = 0;
+
+ private:
+  void Accept();
+  void FillList();
+  void SetStatus(const std::string& text);
+
+  Plan plan_;
+  LongRunner run_;
+  Preview preview_;
+  std::vector<std::size_t> listed_;  // positions of the rows in the list
+  bool done_ = false;
+
+  viewkit::FlexGrid list_{"Vs"};
+  viewkit::CheckBox only_bad_{"Chk", 0};
+  viewkit::Label status_{"Lbl", 9};
+  viewkit::CommandButton ok_{"Cmd", 0};
+  viewkit::CommandButton cancel_{"Cmd", 1};
+};
+
+}  // namespace desk::views
