@@ -51,6 +51,7 @@ enum class Command : std::uint16_t {
   kPrint = 380,
   kPreview,
   kNewWindow,
+  kKeepAdding,
   kMore = 150,  ///< the tool bar's buttons that have no room
   kLevelFirst =
       160,  ///< this and the next kOutlineLevels - 1 numbers expand the outline to a level
@@ -116,7 +117,7 @@ struct CommandInfo {
 };
 
 /// The levels of the outline included.
-inline constexpr std::size_t kCommandCount = 39;
+inline constexpr std::size_t kCommandCount = 40;
 
 /// All commands but those of the recent books, in the order of the menus.
 [[nodiscard]] std::span<const CommandInfo> Commands();

@@ -60,7 +60,7 @@ TEST(Commands, CanBeUsedWhenThereIsWhatTheyWant) {
       {kNewWindow, kPrint, kPreview, kPosting, kRefresh, kTrialBalance, kColumns, kPickerColumns});
   DeskState state{.started = true};
   auto empty = wanted;
-  empty.insert({kAddSibling, kAddChild});  // the first account of a chart
+  empty.insert({kAddSibling, kAddChild, kKeepAdding});  // the first account of a chart
   EXPECT_EQ(EnabledIn(state), empty);
   state.has_rows = true;
   wanted.insert({kRecordTop, kRecordPrevious, kRecordNext, kRecordBottom, kFind, kFindNext, kFilter,
@@ -68,6 +68,7 @@ TEST(Commands, CanBeUsedWhenThereIsWhatTheyWant) {
   EXPECT_EQ(EnabledIn(state), wanted);
   state.row_selected = true;
   wanted.insert({kAddSibling, kAddChild, kEdit, kDelete, kAccountLedger, kRenumber, kMove, kMerge});
+  wanted.insert(kKeepAdding);
   EXPECT_EQ(EnabledIn(state), wanted);
 }
 

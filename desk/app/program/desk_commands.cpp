@@ -3,6 +3,7 @@
 
 #include "app/program/chart_commands.h"
 #include "app/program/desk.h"
+#include "app/program/keep_adding.h"
 #include "app/program/ledger_commands.h"
 #include "app/program/new_window.h"
 #include "app/program/print_commands.h"
@@ -24,6 +25,7 @@ const Desk::Action Desk::kActions[] = {
     {kExit, [](Desk& desk) { PostMessageW(desk.frame_->Hwnd(), WM_CLOSE, 0, 0); }},
     {kAddSibling, [](Desk& desk) { desk.View()->Call(&IFormUI::FileNew); }},
     {kAddChild, [](Desk& desk) { desk.View()->Call(&IFormUI::FileNewNext); }},
+    {kKeepAdding, [](Desk& desk) { KeepAdding(desk.Place()); }},
     {kEdit, [](Desk& desk) { desk.View()->Call(&IFormUI::FileEdit); }},
     {kDelete, [](Desk& desk) { desk.View()->Call(&IFormUI::FileDelete); }},
     {kRenumber, [](Desk& desk) { AskRenumber(desk.Place()); }},
