@@ -9,10 +9,11 @@
 #include "host/flag_scope.h"
 #include "host/grid_update.h"
 #include "host/text.h"
-#include "viewkit/grid/number_format.h"
 #include "views/account_sheet.h"
 #include "views/ledger_grid.h"
 #include "views/posting_account.h"
+#include "views/typed_account.h"
+#include "views/voucher_lines.h"
 
 namespace desk::views {
 
@@ -38,10 +39,6 @@ constexpr std::array<LedgerColumn, AccountLedgerView::kColumns> kPlans = {
      {"贷方", 1590, kAmount},
      {"方向", 570, kCentred},
      {"余额", 1650, kAmount}}};
-
-std::string QuantityText(double quantity) {
-  return quantity == 0 ? std::string() : viewkit::FormatNumber(quantity, "#,##0.####");
-}
 
 const char* SummaryOf(LedgerLine::Kind kind) {
   if (kind == LedgerLine::Kind::kOpening) return "期初余额";
@@ -232,17 +229,7 @@ void AccountLedgerView::TakeTyped() {
     grid_.SetFocus();
     return;
   }
-  std::string code = typed;
-  if (!FindPostingAccount(session_, typed)) {
-    const std::vector<PostingAccount> found = FindTypedAccounts(session_, typed);
-    if (found.empty()) throw host::HostError("没有编码、名称或助记码为“" + typed + "”的科目");
-    if (found.size() > 1) {
-      throw host::HostError("有" + std::to_string(found.size()) + "个科目符合“" + typed + "”（" +
-                            found[0].code + "、" + found[1].code + "……），请键入编码");
-    }
-    code = found.front().code;
-  }
-  Load(code, 0);
+  Load(TypedAccountCode(session_, typed), 0);
   grid_.SetFocus();
 }
 

@@ -69,6 +69,8 @@ class VoucherView {
   /// The picker has closed; no codes when nothing was picked.
   void Picked(const std::vector<std::string>& codes);
 
+  /// Takes the lines over as those of a new voucher, when the user gives up what stands there.
+  void Take(const book::Voucher& voucher);
   [[nodiscard]] bool HasLines() const { return !lines_.empty(); }
   [[nodiscard]] bool HasChosenLine() const { return list_.FirstSelected() != 0; }
   void EditChosen();

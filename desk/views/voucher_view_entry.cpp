@@ -161,6 +161,21 @@ void VoucherView::AddAccounts(const std::vector<PostingAccount>& accounts) {
   Answer("加入了" + std::to_string(accounts.size()) + "个科目，请逐行填写金额", false);
 }
 
+void VoucherView::Take(const book::Voucher& voucher) {
+  if (!MayForget("是否换成复制的凭证？")) return;
+  Clear();
+  for (const book::Entry& entry : voucher.entries) {
+    const auto account = field_.AccountOf(entry.code);
+    lines_.push_back({.entry = entry,
+                      .account = account.value_or(
+                          PostingAccount{.code = entry.code, .name = {}, .wanted = {}})});
+  }
+  if (!lines_.empty()) summary_.SetText(lines_.front().entry.summary);
+  EditNew();
+  Answer("复制了" + std::to_string(lines_.size()) + "条分录，请核对日期和金额后过账", false,
+         &date_);
+}
+
 std::optional<std::size_t> VoucherView::OpenLine() const {
   const auto open = std::ranges::find_if(lines_, &Line::Open);
   if (open == lines_.end()) return std::nullopt;

@@ -48,6 +48,8 @@ class PostingPane : public Pane, private views::AccountChooser {
   void FocusFirst() { view_->FocusFirst(); }
   /// For the message loop: true when the pane or its account picker has used the message up.
   [[nodiscard]] bool Translate(MSG& message);
+  /// As `VoucherView::Take`.
+  void Take(const book::Voucher& voucher) { view_->Take(voucher); }
   /// Asks whether what has not been posted may go; true, without a word, when there is nothing.
   [[nodiscard]] bool MayForget(const char* question) { return view_->MayForget(question); }
   /// The picker of the open book. Throws `host::HostError`, without a book too.

@@ -88,6 +88,7 @@ class Desk : private FrameOwner {
   /// Warns when others can read the book on its way from the server.
   void TellWire();
   void ShowPosting(bool shown);
+  void EnterVoucher(const book::Voucher& voucher);
   [[nodiscard]] PostingPlan MakePostingPlan();
   [[nodiscard]] AccountFollower::Calls MakeFollowerCalls();
   void About();

@@ -42,6 +42,7 @@ const Desk::Action Desk::kActions[] = {
     {kFilter, [](Desk& desk) { desk.frame_->ShowBar(desk.frame_->FilterBar(), true); }},
     {kRefresh, [](Desk& desk) { desk.ReadAgain(); }},
     {kAccountLedger, [](Desk& desk) { ShowAccountLedger(desk.Place()); }},
+    {kVouchers, [](Desk& desk) { ShowVouchers(desk.Place()); }},
     {kTrialBalance, [](Desk& desk) { ShowTrialBalance(desk.Place()); }},
     {kColumns,
      [](Desk& desk) {
@@ -65,7 +66,15 @@ Workplace Desk::Place() {
           .book = open_->book,
           .file = open_->file,
           .view = *open_->view,
-          .sheets = sheets_};
+          .sheets = sheets_,
+          .enter_voucher = [this](const book::Voucher& voucher) { EnterVoucher(voucher); }};
+}
+
+void Desk::EnterVoucher(const book::Voucher& voucher) {
+  SetForegroundWindow(frame_->Hwnd());
+  ShowPosting(true);
+  posting_->Take(voucher);
+  frame_->UpdateCommands();
 }
 
 void Desk::OnCommand(Command command) {

@@ -1,8 +1,13 @@
 #include "app/program/ledger_commands.h"
 
+#include <chrono>
+#include <optional>
+
 #include "host/utf.h"
 #include "views/account_ledger_view.h"
 #include "views/trial_balance_view.h"
+#include "views/voucher_list_view.h"
+#include "views/voucher_sheet.h"
 
 namespace desk::app {
 
@@ -10,12 +15,45 @@ namespace {
 
 namespace viewkit = tavrix::viewkit;
 
+std::chrono::year_month_day Today() {
+  SYSTEMTIME now{};
+  GetLocalTime(&now);
+  return {std::chrono::year{now.wYear}, std::chrono::month{now.wMonth}, std::chrono::day{now.wDay}};
+}
+
+void OpenAccount(const Workplace& place, const std::string& code,
+                 const std::optional<book::Period>& period);
+void OpenVoucher(const Workplace& place, const book::VoucherKey& key);
+
+views::VoucherActions::Calls VoucherCalls(const Workplace& place) {
+  return {
+      .open = [place](const book::VoucherKey& key) { OpenVoucher(place, key); },
+      .enter = place.enter_voucher,
+      .open_account = [place](const std::string& code) { OpenAccount(place, code, std::nullopt); },
+      .today = Today};
+}
+
+void OpenVoucher(const Workplace& place, const book::VoucherKey& key) {
+  place.sheets.Open(DeskSettings::kVoucher, views::VoucherSheet::KeyOf(key),
+                    {.make =
+                         [&](viewkit::UserPort& user) {
+                           return std::make_unique<views::VoucherSheet>(
+                               place.book.GetSession(), user, key, VoucherCalls(place));
+                         },
+                     .design = {1000, 380}});
+}
+
 void OpenAccount(const Workplace& place, const std::string& code,
                  const std::optional<book::Period>& period) {
   place.sheets.Open(DeskSettings::kAccountLedger, code, {.make = [&](viewkit::UserPort& user) {
                       return std::make_unique<views::AccountLedgerView>(
                           place.book.GetSession(), user,
-                          views::AccountLedgerView::Plan{.code = code, .period = period});
+                          views::AccountLedgerView::Plan{
+                              .code = code,
+                              .period = period,
+                              .open_voucher = [place](const book::Month& month, int number) {
+                                OpenVoucher(place, {month, number});
+                              }});
                     }});
 }
 
@@ -24,6 +62,13 @@ void OpenAccount(const Workplace& place, const std::string& code,
 void ShowAccountLedger(const Workplace& place) {
   const auto account = place.view.SelectedAccount();
   if (account) OpenAccount(place, tavrix::host::Narrow(account->code), std::nullopt);
+}
+
+void ShowVouchers(const Workplace& place) {
+  place.sheets.Open(DeskSettings::kVouchers, {}, {.make = [&](viewkit::UserPort& user) {
+                      return std::make_unique<views::VoucherListView>(place.book.GetSession(), user,
+                                                                      VoucherCalls(place));
+                    }});
 }
 
 void ShowTrialBalance(const Workplace& place) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "app/controls/kjkm_view.h"
@@ -7,13 +8,14 @@
 #include "app/program/desk_settings.h"
 #include "app/sheet/sheets.h"
 #include "book/book.h"
+#include "book/ledger/posting.h"
 #include "viewkit/win32/windows_user.h"
 
 namespace desk::app {
 
 /// What a command on the open book works with; all of it lives until the book is closed, as sheets
-/// do. Accounts that it changes by
-/// statements of its own are shown anew when it has told the session (`Session::NoteChange`).
+/// do. Accounts that it changes by statements of its own are shown anew when it has told the
+/// session (`Session::NoteChange`).
 struct Workplace {
   FrameWindow& frame;
   tavrix::viewkit::win32::WindowsUser& user;  ///< asks above the frame
@@ -22,6 +24,8 @@ struct Workplace {
   const std::wstring& file;
   KjkmView& view;
   Sheets& sheets;
+  /// Brings the lines of a voucher where vouchers are entered.
+  std::function<void(const book::Voucher&)> enter_voucher;
 };
 
 }  // namespace desk::app

@@ -120,10 +120,11 @@ std::string DateText(const Voucher& voucher) {
 /// One voucher on its way into the tables.
 class Posting {
  public:
-  Posting(Connection& connection, const Voucher& voucher)
-      : connection_(connection),
+  Posting(Session& session, const Voucher& voucher)
+      : connection_(session.Own()),
         voucher_(voucher),
-        number_(NextNumber(connection, voucher)),
+        prepared_by_(voucher.prepared_by.empty() ? session.User() : voucher.prepared_by),
+        number_(NextNumber(connection_, voucher)),
         date_(DateText(voucher)) {}
 
   [[nodiscard]] int Number() const { return number_; }
@@ -160,7 +161,7 @@ class Posting {
                                   with.customer,
                                   with.supplier,
                                   with.project,
-                                  voucher_.prepared_by};
+                                  prepared_by_};
     connection_.Execute(
         "insert into gl_accvouch(i_id,fiscal_year,fiscal_period,voucher_number,line_number,"
         "entry_date,summary,ccode,debit,credit,currency_name,foreign_amount,quantity,department,"
@@ -215,6 +216,7 @@ class Posting {
 
   Connection& connection_;
   const Voucher& voucher_;
+  std::string prepared_by_;
   int number_;
   int line_ = 0;
   std::string date_;
@@ -229,14 +231,15 @@ Sides Balancing(std::span<const Entry> entries) {
           .credit = std::max<std::int64_t>(difference, 0)};
 }
 
-int Post(Session& session, const Voucher& voucher) {
+int Post(Session& session, const Voucher& voucher, const std::function<void()>& check) {
   CheckDate(voucher);
   std::vector<Line> lines;
   for (const Entry& entry : voucher.entries) lines.push_back({entry, lines.size()});
   for (const Line& line : lines) CheckAmounts(line);
   CheckBalance(voucher);
   Transaction transaction(session);
-  Posting posting(session.Own(), voucher);
+  if (check) check();
+  Posting posting(session, voucher);
   for (const Line& line : lines) posting.Add(line.entry, CheckAccount(session.Own(), line));
   transaction.Commit();
   session.NotePosting();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -37,7 +38,7 @@ struct Voucher {
   int year = 0;
   int month = 0;  ///< 1 to 12: the accounting period
   int day = 0;
-  std::string prepared_by = {};
+  std::string prepared_by = {};  ///< empty: who works with the book (`Session::User`)
   std::vector<Entry> entries = {};
 };
 
@@ -70,7 +71,7 @@ class EntryRefused : public DatabaseError {
 /// transaction, and gives its number within the month, from 1. Refuses (`DatabaseError`, with a
 /// text for users) what does not balance, and (`EntryRefused`, with a text that names the line)
 /// entries on accounts that do not exist, are not leaf accounts, are sealed, or want a partner that
-/// the entry does not name.
-int Post(Session& session, const Voucher& voucher);
+/// the entry does not name. `check` runs first inside the transaction; what it throws ends it.
+int Post(Session& session, const Voucher& voucher, const std::function<void()>& check = {});
 
 }  // namespace desk::book
