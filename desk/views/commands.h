@@ -41,6 +41,9 @@ enum class Command : std::uint16_t {
   kAccountPane,
   kExpandAll,
   kCollapseAll,
+  kUndo = 320,
+  kRedo,
+  kHistory,
   kRenumber = 340,
   kMove,
   kMerge,
@@ -117,7 +120,7 @@ struct CommandInfo {
 };
 
 /// The levels of the outline included.
-inline constexpr std::size_t kCommandCount = 40;
+inline constexpr std::size_t kCommandCount = 43;
 
 /// All commands but those of the recent books, in the order of the menus.
 [[nodiscard]] std::span<const CommandInfo> Commands();

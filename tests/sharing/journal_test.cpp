@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "book/journal/command_text.h"
+#include "book/journal/undo.h"
 #include "book/session/journal_command.h"
 #include "book/session/rules_pause.h"
 #include "book/session/schema.h"
@@ -67,6 +69,36 @@ TEST_P(Journal, OneCommandForAllStatementsOfASaveAndOfADeletion) {
   EXPECT_NE(host::ExecuteSql(*book_.System(), "delete from gl_code where ccode='1001'"), "");
   EXPECT_EQ(Commands(book_).size(), 3U);
   EXPECT_EQ(FaultsOf(book_), Texts{"no balance: (null)"});
+}
+
+TEST_P(Journal, WhatHappenedIsSaidOnceWithItsNumbers) {
+  editing::Editor editor(shared_.Open());
+  book::OutcomeTeller teller;
+  const auto news = [&] { return teller.Next(editor.book.GetSession()); };
+  const auto save = [&](const editing::Opening& how, const std::string& code) {
+    editor.Open(how, [&] {
+      editor.SetName("新名");
+      if (!code.empty()) editor.SetCode(code);
+      editor.Save();
+    });
+    return news();
+  };
+  for (int i = 0; i < 3; ++i) test::AddPosting(book_, "gl_accvouch", "1001");
+  test::AddPosting(book_, "gl_accsum", "1001");
+  test::AddPosting(book_, "gl_accsum", "2202");
+  EXPECT_EQ(save(editing::Below("1001"), ""), "新增科目 10010001；上级 1001 的 3 笔分录已转入");
+  EXPECT_EQ(news(), "");
+  const int id = std::stoi(Scalar(book_, "select i_id from gl_code where ccode='10010001'"));
+  EXPECT_EQ(save(editing::Edit(id), "10010009"), "编码 10010001 改为 10010009，移动了 3 笔分录");
+  EXPECT_EQ(save(editing::Edit(id), "22020001"),
+            "编码 10010009 改为 22020001，移动了 3 笔分录；上级 2202 的余额已转入；科目 1001 "
+            "已成为末级");
+  EXPECT_EQ(save(editing::Edit(1), ""), "已修改科目 1001");
+  EXPECT_EQ(host::ExecuteSql(*editor.book.System(), "delete from gl_code where ccode like '1002%'"),
+            "");
+  EXPECT_EQ(news(), "已删除 3 个科目");
+  (void)book::UndoCommand(editor.book.GetSession(), editor.book.GetSession().LastCommand());
+  EXPECT_EQ(news(), "已撤销：删除科目 1002；3 个科目");
 }
 
 TEST_P(Journal, WhatOtherProgramsDoIsThereToo) {

@@ -8,6 +8,7 @@
 #include "app/com.h"
 #include "app/frame/new_book_dialog.h"
 #include "app/program/book_place.h"
+#include "app/program/history_commands.h"
 #include "app/program/name_column.h"
 #include "app/program/new_window.h"
 #include "app/program/print_commands.h"
@@ -144,6 +145,9 @@ void Desk::ReadAgain() {
   open_->shown = open_->book.GetSession().Changes();
   View()->Reload();
   ReadPostings();
+  // The view has cleared the line while it was reading.
+  const std::string news = open_->teller.Next(open_->book.GetSession());
+  if (!news.empty()) frame_->SetMessage(Wide(news));
 }
 
 void Desk::ReadPostings() {
@@ -254,6 +258,7 @@ void Desk::OpenSample() {
 void Desk::Show(book::Book book, const std::wstring& file) {
   CloseBook();
   book.Environment().user_folder = Narrow(folders_.user.wstring());
+  book.GetSession().SetUser(UserName());
   book.Environment().make_mouse_event = [] { return WindowWheel::Make(); };
   open_.emplace(OpenBook{.book = std::move(book), .file = file, .view = nullptr});
   if (MayBeKept(file)) settings_.Remember(file);

@@ -18,6 +18,7 @@
 #include "app/program/workplace.h"
 #include "app/sheet/sheets.h"
 #include "book/book.h"
+#include "book/journal/command_text.h"
 
 namespace desk::app {
 
@@ -43,6 +44,7 @@ class Desk : private FrameOwner {
     std::unique_ptr<KjkmView> view;
     std::uint64_t shown = 0;   ///< the session's count of changes when the pages were last read
     std::uint64_t posted = 0;  ///< and of postings
+    book::OutcomeTeller teller = {};
   };
 
   // FrameOwner

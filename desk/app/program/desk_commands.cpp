@@ -3,6 +3,7 @@
 
 #include "app/program/chart_commands.h"
 #include "app/program/desk.h"
+#include "app/program/history_commands.h"
 #include "app/program/keep_adding.h"
 #include "app/program/ledger_commands.h"
 #include "app/program/new_window.h"
@@ -28,6 +29,9 @@ const Desk::Action Desk::kActions[] = {
     {kKeepAdding, [](Desk& desk) { KeepAdding(desk.Place()); }},
     {kEdit, [](Desk& desk) { desk.View()->Call(&IFormUI::FileEdit); }},
     {kDelete, [](Desk& desk) { desk.View()->Call(&IFormUI::FileDelete); }},
+    {kUndo, [](Desk& desk) { UndoLast(desk.Place()); }},
+    {kRedo, [](Desk& desk) { RedoLast(desk.Place()); }},
+    {kHistory, [](Desk& desk) { ShowHistory(desk.Place()); }},
     {kRenumber, [](Desk& desk) { AskRenumber(desk.Place()); }},
     {kMove, [](Desk& desk) { AskMove(desk.Place()); }},
     {kMerge, [](Desk& desk) { AskMerge(desk.Place()); }},

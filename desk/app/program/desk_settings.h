@@ -36,6 +36,7 @@ class DeskSettings {
   /// The desk's windows, each with a section of its own.
   static constexpr char kFrame[] = "Desk";
   static constexpr char kTrialBalance[] = "TrialBalance";
+  static constexpr char kHistory[] = "History";
   static constexpr char kAccountLedger[] = "AccountLedger";
   static constexpr char kVouchers[] = "Vouchers";
   static constexpr char kVoucher[] = "Voucher";

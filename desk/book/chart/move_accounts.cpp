@@ -34,9 +34,10 @@ class Portion {
 /// The statements of one move.
 class Mover {
  public:
-  Mover(Session& session, const MovedSubtree& subtree, const MovePlan& plan,
-        const Progress& progress)
+  Mover(Session& session, JournalCommand& command, const MovedSubtree& subtree,
+        const MovePlan& plan, const Progress& progress)
       : connection_(session.Own()),
+        command_(command),
         subtree_(subtree),
         plan_(plan),
         map_(subtree.rule, plan.code, plan.new_code),
@@ -76,6 +77,7 @@ class Mover {
   /// Postings of codes that the chart does not have stay where they are.
   void MoveLedger(const std::string& ledger, std::string_view step) {
     Enter(step);
+    const std::int64_t before = state_.done;
     Portion portion;
     const auto& rows = plan_.rows;
     for (std::size_t first = 0; first < rows.size();) {
@@ -95,6 +97,7 @@ class Mover {
       Tell(progress_, state_);
       first = end;
     }
+    command_.NoteFollowed(ledger, state_.done - before);
   }
 
   /// The accounts that are summarised into those that move.
@@ -138,6 +141,7 @@ class Mover {
   }
 
   Connection& connection_;
+  JournalCommand& command_;
   const MovedSubtree& subtree_;
   const MovePlan& plan_;
   CodeMap map_;
@@ -159,9 +163,9 @@ MoveResult MoveAccounts(Session& session, const MovePlan& plan, CommandKind kind
   const MovePlan now = PlanMove(session, subtree, plan.new_code);
   if (!now.Allowed()) RefuseChange(now.WhyNot());
   if (now.rows != plan.rows) RefuseChange(kChanged);
-  const JournalCommand command(session, kind, TitleOf(plan));
+  JournalCommand command(session, kind, TitleOf(plan));
   RulesPause pause(session);
-  const MoveResult result = Mover(session, subtree, now, progress).Run();
+  const MoveResult result = Mover(session, command, subtree, now, progress).Run();
   pause.Resume();
   Tell(progress, {.step = "正在保存"});
   transaction.Commit();

@@ -64,6 +64,14 @@ std::int64_t JournalCommand::MovePostings(const std::string& from, const std::st
   return moved;
 }
 
+void JournalCommand::NoteFollowed(std::string_view ledger, std::int64_t postings) {
+  if (id_ == 0 || postings == 0) return;
+  const host::Value values[] = {id_, ledger, postings};
+  session_.Own().Execute(
+      "insert into desk_moved(command_id,ledger,row_count,id_sum,follows)values(?,?,?,0,1)",
+      Origin::kDesk, values);
+}
+
 void TrimHistory(Session& session) {
   if (!session.KeepsHistory() || session.Own().ReadOnly()) return;
   Connection& connection = session.Own();

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "book/session/session.h"
 
@@ -49,6 +50,9 @@ class JournalCommand {
   /// pause, or with accounts that may have these postings. The codes are those that the accounts
   /// have when the command is through.
   std::int64_t MovePostings(const std::string& from, const std::string& to);
+  /// Says how many postings of a ledger went along with new codes of their accounts, where the
+  /// rules paused. An undo needs no more: they follow the codes back.
+  void NoteFollowed(std::string_view ledger, std::int64_t postings);
 
  private:
   Session& session_;

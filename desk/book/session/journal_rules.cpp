@@ -21,16 +21,6 @@ std::string CommandOf(SqlDialect dialect) {
   return dialect == SqlDialect::kSqlite ? kSqliteCommand : kPostgresCommand;
 }
 
-/// All columns of an account, with `row` before each.
-std::string RowImage(SqlDialect dialect, const std::string& row) {
-  std::string list;
-  for (const Column& column : SchemaTables()[0].columns) {
-    list += (list.empty() ? "" : ",") + row + "." + std::string(column.name);
-  }
-  return dialect == SqlDialect::kSqlite ? "json_array(" + list + ")"
-                                        : "cast(json_build_array(" + list + ")as text)";
-}
-
 constexpr const char* kNote = "insert into desk_change(command_id,row_id,old_row,new_row)";
 
 std::vector<std::string> TablesWith(const std::string& key, const std::string& big) {
@@ -51,8 +41,8 @@ std::vector<std::string> TablesWith(const std::string& key, const std::string& b
 /// one time, and gets one command.
 std::vector<std::string> SqliteRules() {
   const std::string note = std::string(kNote) + " values(" + kSqliteCommand + ",";
-  const std::string added = RowImage(SqlDialect::kSqlite, "new");
-  const std::string gone = RowImage(SqlDialect::kSqlite, "old");
+  const std::string added = AccountImage(SqlDialect::kSqlite, "new");
+  const std::string gone = AccountImage(SqlDialect::kSqlite, "old");
   const std::string other =
       std::string(
           "insert into desk_command(kind,turn,target,title,who,made_at)select 0,0,0,'','',") +
@@ -81,8 +71,8 @@ std::vector<std::string> PostgresRules() {
       std::string(kPostgresNow) +
       ")returning id into command;perform set_config('desk.command',cast(command as "
       "text),true);end if; return command; end$$");
-  const std::string added = RowImage(SqlDialect::kPostgres, "n");
-  const std::string gone = RowImage(SqlDialect::kPostgres, "o");
+  const std::string added = AccountImage(SqlDialect::kPostgres, "n");
+  const std::string gone = AccountImage(SqlDialect::kPostgres, "o");
   const std::string note = kNote + std::string("select ") + kPostgresCommand + ",";
   script.Add(
       "create trigger desk_journal_added after insert on gl_code referencing new table as added "
@@ -105,6 +95,15 @@ std::vector<std::string> PostgresRules() {
 }
 
 }  // namespace
+
+std::string AccountImage(SqlDialect dialect, const std::string& row) {
+  std::string list;
+  for (const Column& column : SchemaTables()[0].columns) {
+    list += (list.empty() ? "" : ",") + row + "." + std::string(column.name);
+  }
+  return dialect == SqlDialect::kSqlite ? "json_array(" + list + ")"
+                                        : "cast(json_build_array(" + list + ")as text)";
+}
 
 bool KeepsHistory(SqlDialect dialect) {
   return dialect == SqlDialect::kSqlite || dialect == SqlDialect::kPostgres;

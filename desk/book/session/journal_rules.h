@@ -34,6 +34,9 @@ inline constexpr std::string_view kMovedTableName = "desk_moved";
 [[nodiscard]] std::vector<std::string> JournalRules(SqlDialect dialect);
 [[nodiscard]] std::vector<std::string> DropJournalRules(SqlDialect dialect);
 
+/// An account as an expression that gives its image: `row` is how the statement calls it.
+[[nodiscard]] std::string AccountImage(SqlDialect dialect, const std::string& row);
+
 /// The time of now, in UTC, as commands keep it.
 [[nodiscard]] std::string_view TimeNow(SqlDialect dialect);
 

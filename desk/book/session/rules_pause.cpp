@@ -1,6 +1,5 @@
 #include "book/session/rules_pause.h"
 
-#include <algorithm>
 #include <set>
 
 namespace desk::book {
@@ -39,11 +38,16 @@ RulesPause::RulesPause(Session& session) : session_(session), before_(FindChartF
   session.rules_pause_ = true;
 }
 
-void RulesPause::Resume() {
+std::vector<ChartFault> RulesPause::NewFaults() const {
   const std::set<ChartFault> before(before_.begin(), before_.end());
-  for (const ChartFault& fault : FindChartFaults(session_)) {
-    if (!before.contains(fault)) throw DatabaseError(ErrorKind::kRefused, FaultText(fault));
-  }
+  std::vector<ChartFault> faults = FindChartFaults(session_);
+  std::erase_if(faults, [&](const ChartFault& fault) { return before.contains(fault); });
+  return faults;
+}
+
+void RulesPause::Resume() {
+  const std::vector<ChartFault> faults = NewFaults();
+  if (!faults.empty()) throw DatabaseError(ErrorKind::kRefused, FaultText(faults.front()));
   SetPause(session_.Own(), false);
   session_.rules_pause_ = false;
 }

@@ -25,6 +25,8 @@ class RulesPause {
   RulesPause& operator=(const RulesPause&) = delete;
   ~RulesPause() = default;
 
+  /// What is wrong with the chart that was not before.
+  [[nodiscard]] std::vector<ChartFault> NewFaults() const;
   /// Lets the rules work again. `DatabaseError` (`kRefused`), which names the account, when
   /// something is wrong with the chart that was not before.
   void Resume();

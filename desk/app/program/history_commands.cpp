@@ -1,0 +1,87 @@
+#include "app/program/history_commands.h"
+
+#include <windows.h>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "app/work/long_work.h"
+#include "book/journal/command_text.h"
+#include "book/journal/local_time.h"
+#include "book/journal/undo.h"
+#include "host/utf.h"
+#include "views/history_view.h"
+
+namespace desk::app {
+
+namespace {
+
+namespace viewkit = tavrix::viewkit;
+using book::HistoryEntry;
+using tavrix::host::Narrow;
+using tavrix::host::Wide;
+using viewkit::UserPort;
+
+constexpr char kTitle[] = "变更记录";
+
+bool MayAnswer(const Workplace& place, const HistoryEntry& entry, const char* question) {
+  const bool own = entry.who == place.book.GetSession().User();
+  if (own) return true;
+  const std::string who = entry.who.empty() ? "其他程序" : entry.who;
+  const std::string text = "这是 " + who + " 在 " + book::LocalTime(entry.made_at) + " 做的：\n" +
+                           book::CommandText(entry) + "\n\n" + question;
+  return place.user.Ask(text, kTitle, UserPort::Icon::kQuestion,
+                        UserPort::Buttons::kYesNoDefaultNo) == UserPort::Answer::kYes;
+}
+
+void Answer(const Workplace& place, const std::optional<HistoryEntry>& entry, bool undo) {
+  const std::wstring what = undo ? L"撤销" : L"重做";
+  if (!entry) return place.frame.SetMessage(L"没有可以" + what + L"的操作");
+  if (!MayAnswer(place, *entry, undo ? "是否撤销？" : "是否重做？")) return;
+  book::Session& session = place.book.GetSession();
+  try {
+    RunLong(place.frame.Hwnd(), what, [&](const book::Progress& progress) {
+      (void)book::UndoCommand(session, entry->id, progress);
+    });
+  } catch (const book::WorkCancelled& cancelled) {
+    place.frame.SetMessage(Wide(cancelled.what()));
+  } catch (const book::DatabaseError& error) {
+    if (error.Kind() != book::ErrorKind::kRefused) throw;
+    (void)place.user.Ask(error.what(), kTitle, UserPort::Icon::kWarning, UserPort::Buttons::kOk);
+  }
+}
+
+}  // namespace
+
+void UndoLast(const Workplace& place) {
+  Answer(place, book::NextToUndo(book::ReadHistory(place.book.GetSession())), true);
+}
+
+void RedoLast(const Workplace& place) {
+  Answer(place, book::NextToRedo(book::ReadHistory(place.book.GetSession())), false);
+}
+
+void ShowHistory(const Workplace& place) {
+  book::Session& session = place.book.GetSession();
+  const HWND frame = place.frame.Hwnd();
+  const auto run_long = [frame](const std::string& title,
+                                const std::function<void(const book::Progress&)>& work) {
+    RunLong(frame, Wide(title), work);
+  };
+  place.sheets.Open(DeskSettings::kHistory, {},
+                    {.make = [&session, run_long](viewkit::UserPort& user) {
+                      return std::make_unique<views::HistoryView>(session, user, run_long);
+                    }});
+}
+
+std::string UserName() {
+  constexpr DWORD kMost = 257;  // a name's greatest length with its end
+  std::array<wchar_t, kMost> name{};
+  DWORD size = kMost;
+  if (GetUserNameW(name.data(), &size) == FALSE) return {};
+  return Narrow(name.data());
+}
+
+}  // namespace desk::app

@@ -1,0 +1,330 @@
+#include "book/journal/undo.h"
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <utility>
+
+#include "book/database/tables.h"
+#include "book/journal/command_text.h"
+#include "book/journal/local_time.h"
+#include "book/session/journal_rules.h"
+#include "book/session/rules_pause.h"
+#include "book/session/trigger_script.h"
+
+namespace desk::book {
+
+namespace {
+
+/// So many accounts' postings move with each statement: between two the user may cancel.
+constexpr std::size_t kPortion = 500;
+
+const char* TypeOf(ColumnKind kind) {
+  switch (kind) {
+    case ColumnKind::kKey:
+    case ColumnKind::kInteger:
+    case ColumnKind::kOptional:
+      return "integer";
+    case ColumnKind::kFlag:
+      return "smallint";
+    default:
+      return "text";
+  }
+}
+
+class Undo {
+ public:
+  Undo(Session& session, HistoryEntry entry, const Progress& progress)
+      : session_(session),
+        connection_(session.Own()),
+        server_(connection_.Dialect() == SqlDialect::kPostgres),
+        entry_(std::move(entry)),
+        progress_(progress) {}
+
+  std::int64_t Run() {
+    Tell(progress_, {.step = "正在核对"});
+    changes_ = ReadChanges(session_, entry_.id);
+    CheckAccounts();
+    CheckCodes();
+    RulesPause pause(session_);
+    JournalCommand command(session_, entry_.kind, DeedText(entry_),
+                           {.turn = entry_.turn == 1 ? 2 : 1, .target = entry_.id});
+    ReturnPostings(command.Id());
+    Tell(progress_, {.step = "正在恢复科目"});
+    RestoreAccounts();
+    MovePostingsAlong(command);
+    Tell(progress_, {.step = "正在核对"});
+    SetFlags(pause);
+    Resume(pause);
+    return command.Id();
+  }
+
+ private:
+  [[noreturn]] void Refuse(const std::string& why) const {
+    const char* what = entry_.turn == 1 ? "不能重做：" : "不能撤销：";
+    throw DatabaseError(ErrorKind::kRefused, what + why);
+  }
+
+  /// Whether an account is as the command left it, where that counts. Flags of leaves follow the
+  /// chart.
+  [[nodiscard]] static bool IsAsLeft(const AccountChange& change, const RowImage& now) {
+    static const std::size_t leaf = AccountColumn("bend");
+    if (change.Deleted()) return !now.IsThere();
+    if (!now.IsThere()) return false;
+    for (std::size_t i = 0; i < SchemaTables()[0].columns.size(); ++i) {
+      const bool counts = i != leaf && (change.Added() || change.Differs(i));
+      if (counts && now.Cell(i) != change.after.Cell(i)) return false;
+    }
+    return true;
+  }
+
+  void CheckAccounts() {
+    const auto rows = connection_.Query("select n.row_id,case when g.i_id is not null then " +
+                                            AccountImage(connection_.Dialect(), "g") +
+                                            " end from(" + QueryForNetChanges(entry_.id) +
+                                            ")n left join gl_code g on g.i_id=n.row_id order by 1",
+                                        Origin::kDesk);
+    for (const AccountChange& change : changes_) {
+      const RowImage now = rows->Next() ? RowImage(rows->Get(1).ToText()) : RowImage();
+      if (!IsAsLeft(change, now)) RefuseChanged(change);
+    }
+  }
+
+  [[noreturn]] void RefuseChanged(const AccountChange& change) {
+    static const std::size_t code = AccountColumn("ccode");
+    const RowImage& known = change.Deleted() ? change.before : change.after;
+    const std::string account = "科目 " + known.Text(code) + " 之后又";
+    const auto rows = connection_.Query(
+        "select c.who,c.made_at,d.new_row is null from desk_change d join desk_command c on "
+        "c.id=d.command_id where d.row_id=" +
+            std::to_string(change.id) + " and d.command_id>" + std::to_string(entry_.id) +
+            " order by d.id desc limit 1",
+        Origin::kDesk);
+    if (!rows->Next()) Refuse(account + "有改动");
+    const std::string who = rows->Get(0).ToText();
+    const std::string at = LocalTime(rows->Get(1).ToText());
+    const host::Value gone = rows->Get(2);
+    const bool deleted = gone.ToText() == "1" || gone.ToText() == "True";
+    Refuse(account + "被 " + (who.empty() ? "其他程序" : who) + (deleted ? " 删除" : " 修改过") +
+           "（" + at + "）");
+  }
+
+  /// A code that comes back may be another account's by now.
+  void CheckCodes() {
+    const std::string code = Before("ccode");
+    const auto rows = connection_.Query(
+        "select g.ccode from(" + Net() + ")n join gl_code g on g.ccode=" + code +
+            " where n.old_row is not null and g.i_id<>n.row_id and g.i_id not in(select row_id "
+            "from desk_change where command_id=" +
+            std::to_string(entry_.id) + ") limit 1",
+        Origin::kDesk);
+    if (rows->Next()) Refuse("编码 " + rows->Get(0).ToText() + " 现在是另一个科目的");
+  }
+
+  /// The accounts of the command, with their images as the engine reads cells of them.
+  [[nodiscard]] std::string Net() const {
+    if (!server_) return QueryForNetChanges(entry_.id);
+    return "select row_id,cast(old_row as jsonb)as old_row,cast(new_row as jsonb)as new_row from(" +
+           QueryForNetChanges(entry_.id) + ")r";
+  }
+  [[nodiscard]] std::string CellOf(const char* image, std::string_view column) const {
+    const std::string place = std::to_string(AccountColumn(column));
+    if (!server_) return std::string("json_extract(n.") + image + ",'$[" + place + "]')";
+    return std::string("cast(n.") + image + "->>" + place + " as " +
+           TypeOf(SchemaTables()[0].columns[AccountColumn(column)].kind) + ")";
+  }
+  [[nodiscard]] std::string Before(std::string_view column) const {
+    return CellOf("old_row", column);
+  }
+  [[nodiscard]] std::string After(std::string_view column) const {
+    return CellOf("new_row", column);
+  }
+
+  /// Postings that went from one account to another go back, the last move first: exactly those,
+  /// and only while they are all there.
+  void ReturnPostings(std::int64_t command) {
+    struct Move {
+      std::string ledger, from, to, where;
+    };
+    std::vector<Move> moves;
+    {
+      const auto rows = connection_.Query(
+          "select ledger,from_code,to_code,min(id),max(id)from desk_moved where follows=0 and "
+          "command_id=" +
+              std::to_string(entry_.id) +
+              " group by ledger,from_code,to_code order by max(id) desc",
+          Origin::kDesk);
+      while (rows->Next()) {
+        moves.push_back({rows->Get(0).ToText(), rows->Get(1).ToText(), rows->Get(2).ToText(),
+                         "m.command_id=" + std::to_string(entry_.id) + " and m.ledger='" +
+                             rows->Get(0).ToText() + "' and m.follows=0 and m.id between " +
+                             rows->Get(3).ToText() + " and " + rows->Get(4).ToText()});
+      }
+    }
+    for (const Move& move : moves) {
+      const std::string here = move.ledger +
+                               " v where v.ccode=m.to_code and v.i_id between "
+                               "m.first_id and m.last_id";
+      const auto bad =
+          connection_.Query("select 1 from desk_moved m where " + move.where +
+                                " and (row_count<>(select count(*)from " + here +
+                                ")or id_sum<>(select sum(i_id)from " + here + ")) limit 1",
+                            Origin::kDesk);
+      if (bad->Next()) Refuse("科目 " + move.to + " 的分录之后又有变动");
+      const std::string of_these = move.ledger + ".ccode=m.to_code and " + move.ledger +
+                                   ".i_id between m.first_id and m.last_id and " + move.where;
+      connection_.Execute(
+          "insert into desk_moved(command_id,ledger,from_code,to_code,first_id,last_id,row_count,"
+          "id_sum,follows)select " +
+              std::to_string(command) +
+              ",ledger,to_code,from_code,first_id,last_id,row_count,id_sum,0 from desk_moved m "
+              "where " +
+              move.where + " order by m.id",
+          Origin::kDesk);
+      connection_.Execute(
+          "update " + move.ledger + " set ccode=m.from_code from desk_moved m where " + of_these,
+          Origin::kDesk);
+    }
+  }
+
+  /// The columns in which accounts that stay differ.
+  [[nodiscard]] std::vector<std::string_view> ChangedColumns() const {
+    std::vector<std::string_view> names;
+    const auto columns = SchemaTables()[0].columns;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      const bool any = std::ranges::any_of(changes_, [i](const AccountChange& change) {
+        return !change.Added() && !change.Deleted() && change.Differs(i);
+      });
+      if (any) names.push_back(columns[i].name);
+    }
+    return names;
+  }
+
+  /// Whether a code that an account gets is, or was, that of another one of them.
+  [[nodiscard]] bool CodesMeet() const {
+    static const std::size_t code = AccountColumn("ccode");
+    std::set<std::string> after;
+    for (const AccountChange& change : changes_) {
+      if (!change.Deleted()) after.insert(change.after.Text(code));
+    }
+    return std::ranges::any_of(changes_, [&](const AccountChange& change) {
+      return !change.Added() && !change.Deleted() && change.Differs(code) &&
+             after.contains(change.before.Text(code));
+    });
+  }
+
+  void RestoreAccounts() {
+    const std::string net = "(" + Net() + ")n";
+    connection_.Execute("delete from gl_code where i_id in(select n.row_id from " + net +
+                            " where n.old_row is null)",
+                        Origin::kDesk);
+    UpdateAccounts(net);
+    std::string columns;
+    std::string cells;
+    for (const Column& column : SchemaTables()[0].columns) {
+      columns += (columns.empty() ? "" : ",") + std::string(column.name);
+      cells += (cells.empty() ? "" : ",") + Before(column.name);
+    }
+    connection_.Execute("insert into gl_code(" + columns + ")select " + cells + " from " + net +
+                            " where n.new_row is null",
+                        Origin::kDesk);
+  }
+
+  void UpdateAccounts(const std::string& net) {
+    const std::string which =
+        " where gl_code.i_id=n.row_id and n.old_row is not null and n.new_row is not null";
+    const char* differs = server_ ? " is distinct from " : " is not ";
+    std::string sets;
+    for (const std::string_view column : ChangedColumns()) {
+      const std::string name(column);
+      sets += (sets.empty() ? "" : ",") + name + "=case when " + Before(name) + differs +
+              After(name) + " then " + Before(name) + " else gl_code." + name + " end";
+    }
+    if (sets.empty()) return;
+    if (CodesMeet()) {  // no two accounts may have one code, not for a moment
+      connection_.Execute("update gl_code set ccode='~'||gl_code.i_id from " + net + which +
+                              " and " + Before("ccode") + differs + After("ccode"),
+                          Origin::kDesk);
+    }
+    connection_.Execute("update gl_code set " + sets + " from " + net + which, Origin::kDesk);
+  }
+
+  /// Postings follow the codes of their accounts.
+  void MovePostingsAlong(JournalCommand& command) {
+    static const std::size_t code = AccountColumn("ccode");
+    std::vector<std::int64_t> ids;
+    for (const AccountChange& change : changes_) {
+      if (!change.Added() && !change.Deleted() && change.Differs(code)) ids.push_back(change.id);
+    }
+    if (ids.empty()) return;
+    // Where codes meet, postings that have moved must not move again with the next portion.
+    const std::size_t portion = CodesMeet() ? ids.size() : kPortion;
+    for (const std::string_view ledger : kLedgerTables) {
+      std::int64_t moved = 0;
+      for (std::size_t i = 0; i < ids.size(); i += portion) {
+        Tell(progress_, {.step = "正在移动分录",
+                         .done = static_cast<std::int64_t>(i),
+                         .all = static_cast<std::int64_t>(ids.size())});
+        moved += MoveAlong(std::string(ledger), ids[i], ids[std::min(i + portion, ids.size()) - 1]);
+      }
+      command.NoteFollowed(ledger, moved);
+    }
+  }
+
+  [[nodiscard]] std::int64_t MoveAlong(const std::string& ledger, std::int64_t first,
+                                       std::int64_t last) {
+    return connection_.Execute(
+        "update " + ledger + " set ccode=" + Before("ccode") + " from(" + Net() +
+            ")n where n.row_id between " + std::to_string(first) + " and " + std::to_string(last) +
+            " and n.old_row is not null and n.new_row is not null and " + Before("ccode") + "<>" +
+            After("ccode") + " and " + ledger + ".ccode=" + After("ccode"),
+        Origin::kDesk);
+  }
+
+  /// The chart may have changed around these accounts: their flags say what it says now.
+  void SetFlags(RulesPause& pause) {
+    for (const ChartFault& fault : pause.NewFaults()) {
+      if (fault.kind != ChartFault::Kind::kLeafFlag) continue;
+      const host::Value id = fault.id;
+      connection_.Execute(
+          "update gl_code set bend=case when bend<>0 then 0 else 1 end where i_id=?", Origin::kDesk,
+          {&id, 1});
+    }
+  }
+
+  void Resume(RulesPause& pause) {
+    try {
+      pause.Resume();
+    } catch (const DatabaseError& error) {
+      if (error.Kind() != ErrorKind::kRefused) throw;
+      Refuse(error.what());
+    }
+  }
+
+  Session& session_;
+  Connection& connection_;
+  bool server_;
+  HistoryEntry entry_;
+  const Progress& progress_;
+  std::vector<AccountChange> changes_;
+};
+
+HistoryEntry EntryToUndo(Session& session, std::int64_t command) {
+  const auto found = FindEntry(ReadHistory(session), command);
+  if (!found) throw DatabaseError(ErrorKind::kRefused, "变更记录中已经没有这次操作");
+  if (!found->answered) return *found;
+  throw DatabaseError(ErrorKind::kRefused,
+                      found->turn == 1 ? "这次操作已经重做" : "这次操作已经撤销");
+}
+
+}  // namespace
+
+std::int64_t UndoCommand(Session& session, std::int64_t command, const Progress& progress) {
+  Transaction transaction(session);
+  const std::int64_t id = Undo(session, EntryToUndo(session, command), progress).Run();
+  transaction.Commit();
+  session.NoteChange();
+  return id;
+}
+
+}  // namespace desk::book

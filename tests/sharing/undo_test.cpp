@@ -1,0 +1,328 @@
+// Taking commands back and doing them again.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <random>
+
+#include "book/journal/undo.h"
+#include "book/ledger/posting.h"
+#include "book/session/rules_pause.h"
+#include "editing/editor_test.h"
+#include "host/calls.h"
+#include "sharing/shared_book.h"
+
+namespace tavrix::sharing {
+namespace {
+
+namespace book = desk::book;
+using book::CommandKind;
+using test::AllRows;
+using test::Scalar;
+using testing::HasSubstr;
+using Texts = std::vector<std::string>;
+
+/// All that an undo must bring back.
+Texts StateOf(const book::Book& of) {
+  Texts state = AllRows(of, "select * from gl_code order by i_id");
+  for (const char* ledger : {"gl_accvouch", "gl_accass", "gl_accsum"}) {
+    for (std::string& row : AllRows(of, std::string("select * from ") + ledger + " order by i_id"))
+      state.push_back(std::move(row));
+  }
+  return state;
+}
+
+class UndoTest : public testing::TestWithParam<const char*> {
+ protected:
+  [[nodiscard]] static std::vector<book::HistoryEntry> History(const book::Book& of) {
+    return book::ReadHistory(of.GetSession());
+  }
+  static void UndoLast(const book::Book& in) {
+    const auto entry = book::NextToUndo(History(in));
+    ASSERT_TRUE(entry);
+    (void)book::UndoCommand(in.GetSession(), entry->id);
+  }
+  static std::string Refusal(const book::Book& in, std::int64_t command) {
+    try {
+      (void)book::UndoCommand(in.GetSession(), command);
+      return {};
+    } catch (const book::DatabaseError& error) {
+      return error.what();
+    }
+  }
+
+  SharedBook shared_{GetParam()};
+  book::Book book_ = shared_.Open();
+};
+INSTANTIATE_TEST_SUITE_P(Engines, UndoTest, testing::ValuesIn(SharedEngines()));
+
+/// Someone at a desk who does this and that.
+class Bookkeeper {
+ public:
+  Bookkeeper(book::Book opened, std::mt19937& random)
+      : editor_(std::move(opened)), random_(random) {}
+
+  void Act() {
+    switch (Below(8)) {
+      case 0:
+      case 1:
+        return Add();
+      case 2:
+      case 3:
+        return Edit();
+      case 4:
+        return Delete();
+      case 5:
+        return Renumber();
+      case 6:
+        return Swap();
+      default:
+        return Merge();
+    }
+  }
+  [[nodiscard]] const book::Book& Book() const { return editor_.book; }
+
+ private:
+  [[nodiscard]] int Below(int end) {
+    return std::uniform_int_distribution<int>(0, end - 1)(random_);
+  }
+  [[nodiscard]] std::string Any(const std::string& where, const std::string& column = "ccode") {
+    const Texts found =
+        AllRows(Book(), "select " + column + " from gl_code where " + where + " order by ccode");
+    return found.empty() ? ""
+                         : found[static_cast<std::size_t>(Below(static_cast<int>(found.size())))];
+  }
+  void Save(const std::function<void()>& change) {
+    change();
+    (void)editor_.dialog->FileSave();
+    editor_.reports.clear();
+    editor_.user.answers = {viewkit::UserPort::Answer::kNo};
+  }
+  void Add() {
+    const std::string parent = Any("igrade<3");
+    const std::string category =
+        Scalar(Book(), "select cclass from gl_code where ccode='" + parent + "'");
+    editor_.Open(editing::Below(parent, category), [&] {
+      Save([&] { editor_.SetName("新𠀀\"\\户" + std::to_string(Below(100))); });
+    });
+  }
+  void Edit() {
+    const std::string id = Any("bend=1 or igrade=1", "i_id");
+    editor_.Open(editing::Edit(std::stoi(id)), [&] {
+      Save([&] {
+        editor_.SetName("改名\t" + std::to_string(Below(100)));
+        const std::string code = editor_.Code();
+        if (Below(2) == 0 && code.size() == 8) {
+          editor_.SetCode(Any("igrade=1") + std::to_string(5000 + Below(4000)));
+        }
+      });
+    });
+  }
+  void Delete() {
+    const std::string code = Any("igrade>1");
+    if (code.empty()) return;
+    // As the account list sends it.
+    const std::string error =
+        host::ExecuteSql(*Book().System(), "delete from gl_code where ccode like '" + code + "%'");
+    const std::string parent = code.substr(0, code.size() - 4);
+    const bool last =
+        Scalar(Book(), "select count(*) from gl_code where ccode like '" + parent + "_%'") == "0";
+    if (error.empty() && last) {
+      EXPECT_EQ(host::ExecuteSql(*Book().System(),
+                                 "update gl_code set bend=1 where ccode='" + parent + "'"),
+                "");
+    }
+  }
+  /// What the desk does by itself, the rules at rest.
+  void Rearrange(CommandKind kind, const std::function<void(book::JournalCommand&)>& work) {
+    book::Session& session = Book().GetSession();
+    try {
+      book::Transaction transaction(session);
+      book::RulesPause pause(session);
+      book::JournalCommand command(session, kind, "重排");
+      work(command);
+      pause.Resume();
+      transaction.Commit();
+    } catch (const book::DatabaseError&) {  // a code was taken, or two kinds of postings met
+    }
+  }
+  void Run(const std::string& sql) { test::Run(Book(), sql); }
+  void Recode(const std::string& set, const std::string& where) {
+    Run("update gl_code set ccode=" + set + " where " + where);
+    for (const std::string ledger : {"gl_accvouch", "gl_accass", "gl_accsum"}) {
+      Run("update " + ledger + " set ccode=" + set + " where " + where);
+    }
+  }
+  void Renumber() {
+    const std::string from = Any("igrade=1");
+    const std::string to = std::to_string(6000 + Below(3000));
+    Rearrange(CommandKind::kRenumber, [&](book::JournalCommand&) {
+      Recode("'" + to + "'||substr(ccode,5)", "ccode like '" + from + "%'");
+    });
+  }
+  /// Two accounts change codes with each other.
+  void Swap() {
+    const std::string a = Any("bend=1 and igrade=1");
+    const std::string b = Any("bend=1 and igrade=1");
+    if (a.empty() || a == b) return;
+    Rearrange(CommandKind::kRenumber, [&](book::JournalCommand&) {
+      Recode("'~'", "ccode='" + a + "'");
+      Recode("'" + a + "'", "ccode='" + b + "'");
+      Recode("'" + b + "'", "ccode='~'");
+    });
+  }
+  void Merge() {
+    const std::string to = Any("bend=1");
+    const std::string one = Any("bend=1");
+    const std::string two = Any("bend=1");
+    Rearrange(CommandKind::kMerge, [&](book::JournalCommand& command) {
+      for (const std::string& from : {one, two}) {
+        if (from == to) continue;
+        (void)command.MovePostings(from, to);
+        Run("delete from gl_code where ccode='" + from + "'");
+      }
+      Run("update gl_code set bend=1 where bend=0 and not exists(select 1 from gl_code b where "
+          "b.ccode like gl_code.ccode||'_%')");
+    });
+  }
+
+  editing::Editor editor_;
+  std::mt19937& random_;
+};
+
+// Two desks, each of which takes back what the other has done.
+TEST_P(UndoTest, EverythingComesBackByteForByteAndGoesAgain) {
+  for (const unsigned seed : {1U, 2U}) {
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    const SharedBook shared(GetParam());
+    Bookkeeper desks[] = {{shared.Open(), random}, {shared.Open(), random}};
+    const book::Book look = shared.Open();
+    for (const char* code : {"1001", "10020001", "2202", "1001", "10020002", "1001", "2202"}) {
+      for (const char* ledger : {"gl_accvouch", "gl_accass", "gl_accsum"}) {
+        test::AddPosting(look, ledger, code);
+      }
+    }
+    std::vector<Texts> states = {StateOf(look)};
+    std::size_t commands = 0;
+    for (int i = 0; i < 24; ++i) {
+      desks[i % 2].Act();
+      if (History(look).size() == commands) continue;
+      commands = History(look).size();
+      states.push_back(StateOf(look));
+      ASSERT_EQ(ChartFaultsOf(look), Texts()) << "the test itself broke the chart";
+    }
+    ASSERT_GT(states.size(), 15U);
+    for (std::size_t i = states.size() - 1; i-- > 0;) {
+      ASSERT_NO_THROW(UndoLast(desks[i % 2].Book())) << i;
+      ASSERT_EQ(StateOf(look), states[i]) << i;
+    }
+    EXPECT_FALSE(book::NextToUndo(History(look)));
+    for (std::size_t i = 1; i < states.size(); ++i) {
+      const auto entry = book::NextToRedo(History(look));
+      ASSERT_TRUE(entry) << i;
+      (void)book::UndoCommand(desks[i % 2].Book().GetSession(), entry->id);
+      ASSERT_EQ(StateOf(look), states[i]) << i;
+    }
+    EXPECT_FALSE(book::NextToRedo(History(look)));
+    UndoLast(look);
+    EXPECT_EQ(StateOf(look), states[states.size() - 2])
+        << "what was done again can be undone again";
+  }
+}
+
+TEST_P(UndoTest, WhatOthersHaveDoneSinceForbidsIt) {
+  test::AddPosting(book_, "gl_accsum", "1001");
+  editing::Editor mine(shared_.Open());
+  const auto add = [&](const std::string& parent) {
+    mine.Open(editing::Below(parent), [&] {
+      mine.SetName("新");
+      mine.Save();
+    });
+    return History(book_).front().id;
+  };
+  const std::int64_t first = add("1001");   // 10010001, which takes the posting
+  const std::int64_t second = add("1002");  // 10020003
+  const book::Book theirs = shared_.Open();
+  theirs.GetSession().SetUser("张三");
+  const auto they = [&](const std::string& sql) {
+    EXPECT_EQ(host::ExecuteSql(*theirs.System(), sql), "");
+  };
+  they("update gl_code set ccode_name='改' where ccode='10020003'");
+  EXPECT_THAT(Refusal(book_, second),
+              testing::AllOf(HasSubstr("不能撤销：科目 10020003 之后又被 张三 修改过（20")));
+  they("delete from gl_code where ccode='10020003'");
+  EXPECT_THAT(Refusal(book_, second), HasSubstr("之后又被 张三 删除"));
+  test::AddPosting(theirs, "gl_accsum", "10010001");
+  const Texts before = StateOf(book_);
+  EXPECT_THAT(Refusal(book_, first), HasSubstr("科目 10010001 有分录"));
+  EXPECT_EQ(StateOf(book_), before);
+  they("delete from gl_code where ccode='10020001'");
+  const std::int64_t deletion = History(book_).front().id;
+  they("insert into gl_code(i_id,cclass,ccode,igrade,bend)values(77,'资产','10020001',2,1)");
+  EXPECT_THAT(Refusal(book_, deletion), HasSubstr("编码 10020001 现在是另一个科目的"));
+  they("delete from gl_code where ccode like '1002%'");
+  EXPECT_THAT(Refusal(book_, deletion), HasSubstr("科目 10020001 的上级科目不存在"));
+  // What does not touch it does not forbid it, in whatever order.
+  UndoLast(book_);
+  EXPECT_EQ(Refusal(book_, History(book_).at(1).id), "这次操作已经撤销");
+  test::Run(
+      theirs,
+      "delete from gl_accsum where ccode='10010001' and i_id=(select max(i_id) from gl_accsum)");
+  EXPECT_EQ(Refusal(book_, first), "");
+  EXPECT_EQ(Scalar(book_, "select ccode from gl_accsum"), "1001");
+  EXPECT_EQ(ChartFaultsOf(book_), Texts());
+}
+
+// Postings that have come back must not follow the next code on.
+TEST_P(UndoTest, CodesThatWentRoundGoBack) {
+  for (const char* code : {"1001", "2202", "5001"}) test::AddPosting(book_, "gl_accsum", code);
+  const Texts before = StateOf(book_);
+  {
+    book::Transaction transaction(book_.GetSession());
+    book::RulesPause pause(book_.GetSession());
+    const book::JournalCommand command(book_.GetSession(), CommandKind::kRenumber);
+    const std::pair<std::string, std::string> steps[] = {
+        {"5001", "~"}, {"2202", "5001"}, {"1001", "2202"}, {"~", "1001"}};
+    for (const auto& [from, to] : steps) {
+      for (const std::string table : {"gl_code", "gl_accsum"}) {
+        test::Run(book_, "update " + table + " set ccode='" + to + "' where ccode='" + from + "'");
+      }
+    }
+    pause.Resume();
+    transaction.Commit();
+  }
+  EXPECT_NE(StateOf(book_), before);
+  UndoLast(book_);
+  EXPECT_EQ(StateOf(book_), before);
+}
+
+// The account above has got another one below it since.
+TEST_P(UndoTest, FlagsOfLeavesFollowTheChartAsItIsNow) {
+  const std::string insert = "insert into gl_code(i_id,cclass,ccode,igrade,bend)values(";
+  for (const char* row : {"71,'资产','10010001',2,1)", "72,'资产','10010002',2,1)"}) {
+    EXPECT_EQ(host::ExecuteSql(*book_.System(), insert + row), "");
+    EXPECT_EQ(host::ExecuteSql(*book_.System(), "update gl_code set bend=0 where ccode='1001'"),
+              "");
+  }
+  EXPECT_EQ(Refusal(book_, History(book_).at(1).id), "");
+  EXPECT_EQ(ChartFaultsOf(book_), Texts());
+  UndoLast(book_);
+  EXPECT_EQ(ChartFaultsOf(book_), Texts());
+  EXPECT_EQ(Scalar(book_, "select bend from gl_code where ccode='1001'"), "1");
+}
+
+TEST_P(UndoTest, CancellingLeavesEverythingAsItWas) {
+  test::Run(book_, "update gl_code set ccode='2209' where ccode='2202'");
+  const Texts before = StateOf(book_);
+  const std::int64_t command = History(book_).front().id;
+  const book::Progress stop = [](const book::WorkState& state) {
+    return state.step != "正在移动分录";
+  };
+  EXPECT_THROW((void)book::UndoCommand(book_.GetSession(), command, stop), book::WorkCancelled);
+  EXPECT_EQ(StateOf(book_), before);
+  EXPECT_EQ(History(book_).size(), 1U);
+}
+
+}  // namespace
+}  // namespace tavrix::sharing
