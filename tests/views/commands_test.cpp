@@ -56,13 +56,8 @@ TEST(Commands, CanBeUsedWhenThereIsWhatTheyWant) {
   EXPECT_EQ(EnabledIn({.has_rows = true, .row_selected = true}), always)
       << "of a book that is gone";
   auto wanted = always;
-<<<<<<< HEAD
-  wanted.insert({kNewWindow, kPrint, kPreview, kPosting, kRefresh, kTrialBalance, kVouchers,
-                 kColumns, kPickerColumns});
-=======
   wanted.insert({kUndo, kRedo, kHistory, kNewWindow, kPrint, kPreview, kPosting, kRefresh,
-                 kTrialBalance, kColumns, kPickerColumns});
->>>>>>> 1377587 (Undo and redo of commands on accounts, a window of the history)
+                 kTrialBalance, kVouchers, kColumns, kPickerColumns});
   DeskState state{.started = true};
   auto empty = wanted;
   empty.insert({kAddSibling, kAddChild, kKeepAdding});  // the first account of a chart
