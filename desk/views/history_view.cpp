@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 #include <utility>
 
 #include "book/journal/change_text.h"
@@ -47,6 +48,19 @@ void SetUpGrid(viewkit::FlexGrid& grid, const std::array<ColumnPlan, N>& plans) 
     ++col;
   }
   grid.SetSelectionMode(viewkit::SelectionMode::kByRow);
+}
+
+/// These columns share the room that the others leave, and are never narrower than planned.
+template <std::size_t N>
+void Stretch(viewkit::FlexGrid& grid, const std::array<ColumnPlan, N>& plans,
+             std::initializer_list<int> wide, int width) {
+  constexpr int kBar = 330;  // the scroll bar and the frame
+  int spare = width - kBar;
+  for (const ColumnPlan& plan : plans) spare -= plan.width;
+  const int share = std::max(0, spare) / static_cast<int>(wide.size());
+  for (const int col : wide) {
+    grid.SetColWidth(col, plans.at(static_cast<std::size_t>(col)).width + share);
+  }
 }
 
 std::string StateText(const book::HistoryEntry& entry) {
@@ -98,6 +112,8 @@ void HistoryView::Resize(int width, int height) {
   reload_.SetBounds({kEdge + kUndoWidth + 90, kEdge, kReloadWidth, kLine});
   const int text = kEdge + kUndoWidth + kReloadWidth + 330;
   summary_.SetBounds({text, kEdge + kDrop, std::max(0, width - text - kEdge), kLine - kDrop});
+  Stretch(commands_, kCommandPlans, {kWhat}, width);
+  Stretch(details_, kDetailPlans, {kAccount, kBefore, kAfter}, width);
   const int top = 2 * kEdge + kLine;
   const int room = std::max(0, height - top - kLine - kEdge);
   const int upper = room * 11 / 20;
@@ -161,9 +177,11 @@ void HistoryView::ShowDetails() {
   host::RowSet rows(kDetailColumns);
   if (entry != nullptr) {
     for (const book::AccountChange& change : book::ReadChanges(session_, id, kMostAccounts)) {
+      bool first = true;  // the account is named once
       for (const book::FieldChange& field : book::FieldChanges(change)) {
-        rows.AppendText(book::AccountText(change));
-        rows.AppendText(book::ChangeWord(change));
+        rows.AppendText(first ? book::AccountText(change) : std::string());
+        rows.AppendText(first ? book::ChangeWord(change) : std::string());
+        first = false;
         rows.AppendText(field.field);
         rows.AppendText(field.before);
         rows.AppendText(field.after);
@@ -191,16 +209,20 @@ void HistoryView::ShowButton() {
 }
 
 std::vector<Sheet::MenuItem> HistoryView::Menu() {
-  return {{.text = undo_.Caption() + "\tCtrl+Z",
+  const book::HistoryEntry* entry = Chosen();
+  const bool again = entry != nullptr && entry->turn == 1;
+  return {{.text = undo_.Caption() + (again ? "\tCtrl+Y" : "\tCtrl+Z"),
            .run = [this] { UndoChosen(); },
            .enabled = undo_.Enabled()}};
 }
 
 bool HistoryView::UseKey(viewkit::Key key, viewkit::Modifiers modifiers) {
-  const bool undo = key == static_cast<viewkit::Key>('Z') && modifiers.control &&
-                    !modifiers.shift && !modifiers.alt;
-  if (undo && undo_.Enabled()) UndoChosen();
-  return undo;
+  const book::HistoryEntry* entry = Chosen();
+  const bool again = entry != nullptr && entry->turn == 1;
+  const auto letter = static_cast<viewkit::Key>(again ? 'Y' : 'Z');
+  const bool meant = key == letter && modifiers.control && !modifiers.shift && !modifiers.alt;
+  if (meant && undo_.Enabled()) UndoChosen();
+  return meant;
 }
 
 void HistoryView::UndoChosen() {

@@ -145,6 +145,19 @@ TEST_P(Journal, TheRulesPauseForOneTransactionThatLeavesTheChartWhole) {
   EXPECT_EQ(ChartFaultsOf(book_), Texts());
 }
 
+TEST_P(Journal, TheOldestCommandsGoWhenTheBookIsOpened) {
+  for (int i = 0; i < 3; ++i) {
+    test::Run(book_, "update gl_code set chelp='" + std::to_string(i) + "' where i_id=1");
+    test::Run(book_,
+              "insert into desk_command(kind,turn,target,title,who,made_at)"
+              "select 2,0,0,'','','2026-01-01 00:00:00' from gl_code a,gl_code b,gl_code c,gl_code "
+              "d limit 499");
+  }
+  const book::Book opened = shared_.Open();
+  EXPECT_EQ(Scalar(opened, "select count(*) from desk_command"), "1000");
+  EXPECT_EQ(Scalar(opened, "select count(*) from desk_change"), "2");
+}
+
 TEST_P(Journal, ABookOfTheVersionBeforeGetsOne) {
   for (const std::string table : {"command", "change", "moved"}) {
     test::Run(book_, "drop table desk_" + table);

@@ -41,10 +41,10 @@ TEST_F(HistoryViewTest, ListsCommandsAndWhatTheyChangedAndUndoesOne) {
   EXPECT_THAT(Rows(view.Grid(), HistoryView::kWho),
               ElementsAre("张三|删除科目 1002|3|", "张三|修改科目 1001 库存现金|1|"));
   EXPECT_THAT(Rows(view.Details(), HistoryView::kAccount),
-              testing::Contains("1002 银行存款|删除|名称|银行存款|"));
+              testing::Contains("1002 银行存款|删除|编码|1002|"));
   view.Grid().SetRow(2);
   EXPECT_THAT(Rows(view.Details(), HistoryView::kAccount),
-              ElementsAre("1001 现金|修改|名称|库存现金|现金", "1001 现金|修改|部门核算|否|是"));
+              ElementsAre("1001 现金|修改|名称|库存现金|现金", "||部门核算|否|是"));
 
   user_.answers = {viewkit::UserPort::Answer::kYes};
   view.UndoButton().Click();

@@ -75,13 +75,12 @@ void JournalCommand::NoteFollowed(std::string_view ledger, std::int64_t postings
 void TrimHistory(Session& session) {
   if (!session.KeepsHistory() || session.Own().ReadOnly()) return;
   Connection& connection = session.Own();
-  const std::int64_t first = std::min(
-      NumberIn(connection, "select max(id) from desk_command"),
-      std::max(NumberIn(connection, "select max(id) from desk_command") - kKeptCommands + 1,
-               NumberIn(connection,
-                        "select min(command_id) from desk_change where id>(select "
-                        "max(id) from desk_change)-" +
-                            std::to_string(kKeptChanges))));
+  const std::int64_t last = NumberIn(connection, "select max(id) from desk_command");
+  const std::int64_t too_old =
+      NumberIn(connection,
+               "select command_id from desk_change where id<=(select max(id) from desk_change)-" +
+                   std::to_string(kKeptChanges) + " order by id desc limit 1");
+  const std::int64_t first = std::min(last, std::max(last - kKeptCommands, too_old) + 1);
   if (NumberIn(connection, "select min(id) from desk_command") >= first) return;
   Transaction transaction(session);
   const std::string before = std::to_string(first);

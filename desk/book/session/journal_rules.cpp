@@ -94,6 +94,20 @@ std::vector<std::string> PostgresRules() {
   return script.Take();
 }
 
+/// Where postings meet others on the new code, those between them tell which ranges are theirs: on
+/// SQLite by the next of the others, which its index knows at once.
+std::string RangesOf(SqlDialect dialect, const std::string& ledger, const std::string& from,
+                     const std::string& to) {
+  if (dialect == SqlDialect::kSqlite) {
+    return ledger + " v where ccode=" + from + " group by(select min(t.i_id)from " + ledger +
+           " t where t.ccode=" + to + " and t.i_id>v.i_id)";
+  }
+  return "(select i_id,ccode,row_number()over(order by i_id)-row_number()over(partition by ccode "
+         "order by i_id)as island from " +
+         ledger + " where ccode in(" + from + "," + to + "))y where ccode=" + from +
+         " group by island";
+}
+
 }  // namespace
 
 std::string AccountImage(SqlDialect dialect, const std::string& row) {
@@ -141,17 +155,12 @@ std::string_view TimeNow(SqlDialect dialect) {
   return dialect == SqlDialect::kSqlite ? kSqliteNow : kPostgresNow;
 }
 
-/// Where postings meet others on the new code, those between them tell which ranges are theirs.
 std::string NoteOfMove(SqlDialect dialect, MoveKind kind, std::string_view ledger,
                        const std::string& from, const std::string& to) {
   const std::string table(ledger);
   const bool follows = kind == MoveKind::kWithAccount;
   const std::string which =
-      follows ? table + " where ccode=" + from
-              : "(select i_id,ccode,row_number()over(order by i_id)-row_number()over(partition by "
-                "ccode order by i_id)as island from " +
-                    table + " where ccode in(" + from + "," + to + "))y where ccode=" + from +
-                    " group by island";
+      follows ? table + " where ccode=" + from : RangesOf(dialect, table, from, to);
   return "insert into "
          "desk_moved(command_id,ledger,from_code,to_code,first_id,last_id,row_count,id_sum,follows)"
          "select " +
