@@ -154,7 +154,7 @@ PreviewDialog::Row BatchDialog::RowOf(std::size_t account, const book::BatchRow*
   std::string result;
   if (planned != nullptr) result = planned->changes ? WordsOf(Action()).done : planned->reason;
   const bool bad = planned != nullptr && !planned->changes && plan_.action == BatchAction::kDelete;
-  return {.cells = {planned != nullptr ? "✓" : "", row.code, row.name, state, result}, .bad = bad};
+  return {.cells = {planned != nullptr ? "√" : "", row.code, row.name, state, result}, .bad = bad};
 }
 
 std::string BatchDialog::Summary() const {
