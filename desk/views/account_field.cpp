@@ -57,8 +57,9 @@ std::string AccountField::Find(const std::string& typed) {
   // The picker puts what is typed into its statement as it stands.
   if (typed.find('\'') != std::string::npos) return "科目中不能有单引号（'），可以改用’";
   chooser_.SetParameters(ParametersOf(AccountRanges()[range_], range_typed_, true));
-  const auto code = chooser_.Resolve(typed);
+  auto code = chooser_.Resolve(typed);
   std::vector<PostingAccount> found = TypedAccounts(typed);
+  if (!code) code = ResolvedWithoutCase(found);
   if (!code) return Refusal(typed, found);
   // A name may stand under several parents, and the picker answers with any of them.
   const bool exact = std::ranges::any_of(
@@ -73,6 +74,16 @@ std::string AccountField::Find(const std::string& typed) {
   }
   if (const auto account = AccountOf(*code)) Set(*account);
   return {};
+}
+
+/// The picker compares mnemonics with case, people do not: the first account that it takes by its
+/// code.
+std::optional<std::string> AccountField::ResolvedWithoutCase(
+    const std::vector<PostingAccount>& found) {
+  for (const PostingAccount& account : found) {
+    if (auto code = chooser_.Resolve(account.code); code == account.code) return code;
+  }
+  return std::nullopt;
 }
 
 std::string AccountField::Refusal(const std::string& typed,

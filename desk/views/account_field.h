@@ -79,6 +79,8 @@ class AccountField {
 
  private:
   [[nodiscard]] std::string Find(const std::string& typed);
+  [[nodiscard]] std::optional<std::string> ResolvedWithoutCase(
+      const std::vector<PostingAccount>& found);
   [[nodiscard]] std::string Refusal(const std::string& typed,
                                     const std::vector<PostingAccount>& found) const;
   [[nodiscard]] std::vector<PostingAccount> TypedAccounts(const std::string& typed) const;

@@ -41,6 +41,9 @@ enum class Command : std::uint16_t {
   kAccountPane,
   kExpandAll,
   kCollapseAll,
+  kImport = 300,
+  kExport,
+  kMnemonics,
   kUndo = 320,
   kRedo,
   kHistory,
@@ -120,7 +123,7 @@ struct CommandInfo {
 };
 
 /// The levels of the outline included.
-inline constexpr std::size_t kCommandCount = 44;
+inline constexpr std::size_t kCommandCount = 47;
 
 /// All commands but those of the recent books, in the order of the menus.
 [[nodiscard]] std::span<const CommandInfo> Commands();

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "host/text.h"
+
 namespace desk::views {
 namespace {
 
@@ -59,10 +61,10 @@ std::optional<PostingAccount> FindPostingAccount(book::Session& session, const s
 }
 
 std::vector<PostingAccount> FindTypedAccounts(book::Session& session, const std::string& typed) {
-  const std::array<host::Value, 3> keys = {typed, typed, typed};
-  const auto rows =
-      session.Own().Query(kSelect + "ccode=? or ccode_name=? or chelp=? order by bend desc,ccode",
-                          book::Origin::kDesk, keys);
+  const std::array<host::Value, 3> keys = {typed, typed, host::LowerCase(typed)};
+  const auto rows = session.Own().Query(
+      kSelect + "ccode=? or ccode_name=? or lower(chelp)=? order by bend desc,ccode",
+      book::Origin::kDesk, keys);
   std::vector<PostingAccount> accounts;
   while (rows->Next()) accounts.push_back(ReadAccount(*rows));
   return accounts;

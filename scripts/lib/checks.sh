@@ -37,7 +37,7 @@ desk/book/sqlite book/sqlite book/session book/sql book/database book/files host
 desk/book/odbc book/odbc book/session book/sql book/database book/files host
 desk/book/journal book/journal book/session book/sql book/database host
 desk/book/ledger book/ledger book/session book/sql book/database embedded host
-desk/book/exchange book/exchange book/ledger book/session book/database embedded host
+desk/book/exchange book/exchange book/ledger book/session book/database book/files embedded host
 desk/book/chart book/chart book/ledger book/session book/sql book/database host
 desk/book/host book/host book/ledger book/session book/sql book/database book/files host
 desk/book book book/* embedded host

@@ -121,6 +121,14 @@ TEST(ImportPlan, SaysOfEachLineWhatItWouldDoAndWhy) {
   EXPECT_TRUE(last.account.Flag(AccountField::kCustomer));
   EXPECT_EQ(plan.lines[2].account.Code(), "100301");
   EXPECT_THAT(plan.new_parents, ElementsAre("2202"));
+
+  // Mnemonics are proposed where there would be none.
+  Source asked = source;
+  asked.options.fill_mnemonics = true;
+  const ImportPlan filled = PlanOf(book, asked);
+  EXPECT_EQ(filled.lines[3].account.Text(AccountField::kMnemonic), "cfty");
+  EXPECT_EQ(filled.lines[1].account.Text(AccountField::kMnemonic), "yhck");
+  EXPECT_EQ(plan.lines[3].account.Text(AccountField::kMnemonic), "");
 }
 
 TEST(ImportPlan, EmptyBookTakesTheRuleOfTheCodes) {

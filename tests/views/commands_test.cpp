@@ -56,15 +56,15 @@ TEST(Commands, CanBeUsedWhenThereIsWhatTheyWant) {
   EXPECT_EQ(EnabledIn({.has_rows = true, .row_selected = true}), always)
       << "of a book that is gone";
   auto wanted = always;
-  wanted.insert({kUndo, kRedo, kHistory, kNewWindow, kPrint, kPreview, kPosting, kRefresh,
-                 kTrialBalance, kVouchers, kColumns, kPickerColumns});
+  wanted.insert({kImport, kExport, kUndo, kRedo, kHistory, kNewWindow, kPrint, kPreview, kPosting,
+                 kRefresh, kTrialBalance, kVouchers, kColumns, kPickerColumns});
   DeskState state{.started = true};
   auto empty = wanted;
   empty.insert({kAddSibling, kAddChild, kKeepAdding});  // the first account of a chart
   EXPECT_EQ(EnabledIn(state), empty);
   state.has_rows = true;
   wanted.insert({kRecordTop, kRecordPrevious, kRecordNext, kRecordBottom, kFind, kFindNext, kFilter,
-                 kExpandAll, kCollapseAll, kBatch});
+                 kExpandAll, kCollapseAll, kBatch, kMnemonics});
   EXPECT_EQ(EnabledIn(state), wanted);
   state.row_selected = true;
   wanted.insert({kAddSibling, kAddChild, kEdit, kDelete, kAccountLedger, kRenumber, kMove, kMerge});

@@ -1,12 +1,12 @@
 #include "app/frame/new_book_dialog.h"
 
 #include <commctrl.h>
-#include <commdlg.h>
 
-#include <array>
 #include <exception>
 #include <filesystem>
+#include <utility>
 
+#include "app/frame/file_dialog.h"
 #include "app/frame/resource.h"
 #include "app/frame/search_strip.h"
 #include "app/frame/style.h"
@@ -20,27 +20,13 @@ namespace fs = std::filesystem;
 
 constexpr wchar_t kFileTypes[] = L"账簿文件 (*.book)\0*.book\0所有文件\0*.*\0";
 
-enum class FileQuestion { kOpen, kCreate };
-
-std::optional<std::wstring> AskFile(HWND owner, FileQuestion question, const std::wstring& folder,
-                                    const std::wstring& proposed) {
-  std::array<wchar_t, 32768> path{};
-  proposed.copy(path.data(), path.size() - 1);
-  OPENFILENAMEW query{};
-  query.lStructSize = sizeof query;
-  query.hwndOwner = owner;
-  query.lpstrFilter = kFileTypes;
-  query.lpstrFile = path.data();
-  query.nMaxFile = static_cast<DWORD>(path.size());
-  query.lpstrInitialDir = folder.c_str();
-  query.lpstrDefExt = kBookEnding + 1;
-  const bool open = question == FileQuestion::kOpen;
-  query.lpstrTitle = open ? L"打开账簿" : L"新账簿的文件";
-  query.Flags = OFN_NOCHANGEDIR | OFN_HIDEREADONLY |
-                (open ? OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST : OFN_OVERWRITEPROMPT);
-  const BOOL chosen = open ? GetOpenFileNameW(&query) : GetSaveFileNameW(&query);
-  if (!chosen) return std::nullopt;
-  return std::wstring(path.data());
+FileQuery QueryOf(bool open, const std::wstring& folder, const std::wstring& proposed) {
+  return {.open = open,
+          .title = open ? L"打开账簿" : L"新账簿的文件",
+          .types = kFileTypes,
+          .ending = kBookEnding + 1,
+          .folder = folder,
+          .proposed = proposed};
 }
 
 /// The dialog's state while it is open.
@@ -144,9 +130,9 @@ class NewBookDialog {
   }
 
   void Browse(HWND dialog) {
-    const auto file = AskFile(dialog, FileQuestion::kCreate, plan_.folder,
-                              WindowText(GetDlgItem(dialog, IDC_FILE)));
-    if (file) SetDlgItemTextW(dialog, IDC_FILE, file->c_str());
+    const std::wstring proposed = WindowText(GetDlgItem(dialog, IDC_FILE));
+    const auto file = AskFile(dialog, QueryOf(false, plan_.folder, proposed));
+    if (file) SetDlgItemTextW(dialog, IDC_FILE, file->path.c_str());
   }
 
   void Finish(HWND dialog) {
@@ -186,7 +172,9 @@ std::optional<NewBookChoice> AskNewBook(HWND owner, NewBookPlan plan) {
 }
 
 std::optional<std::wstring> AskOpenBook(HWND owner, const std::wstring& folder) {
-  return AskFile(owner, FileQuestion::kOpen, folder, {});
+  auto file = AskFile(owner, QueryOf(true, folder, {}));
+  if (!file) return std::nullopt;
+  return std::move(file->path);
 }
 
 }  // namespace desk::app

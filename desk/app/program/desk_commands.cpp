@@ -3,6 +3,7 @@
 
 #include "app/program/chart_commands.h"
 #include "app/program/desk.h"
+#include "app/program/exchange_commands.h"
 #include "app/program/history_commands.h"
 #include "app/program/keep_adding.h"
 #include "app/program/ledger_commands.h"
@@ -21,6 +22,9 @@ const Desk::Action Desk::kActions[] = {
     {kNewBook, [](Desk& desk) { desk.AskNew(); }},
     {kOpenBook, [](Desk& desk) { desk.AskOpen(); }},
     {kNewWindow, [](Desk& desk) { OpenNewWindow(desk.open_->file); }},
+    {kImport, [](Desk& desk) { ImportAccounts(desk.Place()); }},
+    {kExport, [](Desk& desk) { ExportAccounts(desk.Place()); }},
+    {kMnemonics, [](Desk& desk) { FillMnemonics(desk.Place()); }},
     {kPrint, [](Desk& desk) { PrintChart(desk.Place()); }},
     {kPreview, [](Desk& desk) { PreviewChart(desk.Place()); }},
     {kExit, [](Desk& desk) { PostMessageW(desk.frame_->Hwnd(), WM_CLOSE, 0, 0); }},

@@ -12,6 +12,10 @@ namespace desk::book {
 /// what was written.
 [[nodiscard]] std::string ChartAsCsv(std::span<const KeptAccount> chart);
 
+/// All fields as a workbook: texts throughout, so that codes keep their zeros, the header frozen,
+/// accounts below others as groups of rows. What is read from it is what was written.
+[[nodiscard]] std::string ChartAsXlsx(std::span<const KeptAccount> chart);
+
 /// What an exported page says besides the accounts.
 struct PageTitle {
   std::string title;     ///< "会计科目表"

@@ -7,6 +7,7 @@
 
 #include "book/exchange/import_line.h"
 #include "book/ledger/code_rule.h"
+#include "book/ledger/mnemonic.h"
 #include "book/session/settings.h"
 #include "host/account.h"
 #include "host/text.h"
@@ -44,7 +45,8 @@ class Planner {
       : session_(session), table_(table), options_(options), chart_(ReadRecords(session)) {
     const std::string kept = ReadSetting(session, std::string(host::kSystemSection),
                                          std::string(host::kCodeRuleSetting));
-    const bool free = chart_.empty() && !options.code_rule.empty();
+    plan_.empty_book = chart_.empty();
+    const bool free = plan_.empty_book && !options.code_rule.empty();
     plan_.rule = free ? options.code_rule : kept;
     plan_.changes_rule = free && options.code_rule != kept;
     for (std::size_t i = 0; i < chart_.size(); ++i) {
@@ -142,6 +144,9 @@ class Planner {
   std::string Complete(const RowCells& cells, bool kept, const AccountRecord* parent,
                        AccountRecord& account) {
     if (account.Text(kName).empty()) return "没有科目名称";
+    if (options_.fill_mnemonics && account.Text(kMnemonic).empty()) {
+      account.Text(kMnemonic) = ProposeMnemonic(account.Text(kName));
+    }
     if (kept) return {};
     if (account.Text(kCategory).empty()) account.Text(kCategory) = UsualCategory(account.Code());
     if (account.Text(kCategory).empty()) return "没有科目类别，也没有上级科目可以参照";

@@ -42,6 +42,7 @@ struct ImportLine {
 
 struct ImportPlan {
   std::string rule;           ///< by which codes are judged
+  bool empty_book = false;    ///< without accounts: it can have another rule
   bool changes_rule = false;  ///< the book is to get it
   std::vector<ImportLine> lines;
   /// Leaf accounts of the book that others will stand below.

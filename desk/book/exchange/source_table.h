@@ -18,6 +18,7 @@ struct SourceRow {
 struct SourceTable {
   std::vector<SourceRow> rows = {};
   std::size_t columns = 0;  ///< of the longest row
+  std::size_t bytes = 0;    ///< of all texts
 };
 
 /// The file cannot be read, with the reason for users.

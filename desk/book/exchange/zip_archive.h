@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+/// Archives of compressed files (ZIP), which workbooks are.
+namespace desk::book {
+
+/// An archive in memory.
+class ZipReader {
+ public:
+  /// `bytes` must outlive it. `SourceError` when they are no whole archive.
+  explicit ZipReader(std::string_view bytes);
+  ZipReader(const ZipReader&) = delete;
+  ZipReader& operator=(const ZipReader&) = delete;
+  ~ZipReader();
+
+  /// Passes the content of a file piece by piece; false when there is no such file. All that is
+  /// ever read of one archive is bounded, however much it claims to hold: `SourceError` beyond
+  /// that, and when the file is damaged.
+  bool Read(const std::string& name, const std::function<void(std::string_view)>& take);
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+/// Makes an archive in memory.
+class ZipWriter {
+ public:
+  ZipWriter();
+  ZipWriter(const ZipWriter&) = delete;
+  ZipWriter& operator=(const ZipWriter&) = delete;
+  ~ZipWriter();
+
+  /// `name` in ASCII. `host::HostError` when there is no memory.
+  void Add(const std::string& name, std::string_view content);
+  /// The whole archive; nothing can be added after.
+  [[nodiscard]] std::string Finish();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace desk::book

@@ -1,0 +1,246 @@
+#include "views/mnemonic_dialog.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "book/ledger/mnemonic.h"
+#include "host/flag_scope.h"
+#include "host/report.h"
+#include "host/row_set.h"
+#include "host/text.h"
+#include "viewkit/controls/form_rows.h"
+
+namespace desk::views {
+
+using host::Bounds;
+using viewkit::CheckBox;
+using viewkit::form::kBoxHeight;
+using viewkit::form::kButtonHeight;
+using viewkit::form::kGap;
+using viewkit::form::kMargin;
+using viewkit::form::kRowPitch;
+
+namespace {
+
+constexpr int kWidth = 8400;  // twips
+constexpr int kInside = kWidth - 2 * kMargin;
+constexpr int kListHeight = 4500;
+
+enum ListColumn { kTakenColumn, kCodeColumn, kNameColumn, kKeptColumn, kWantedColumn, kColumns };
+
+void Check(CheckBox& box, bool set) {
+  box.SetValue(set ? CheckBox::kChecked : CheckBox::kUnchecked);
+}
+bool IsSet(const CheckBox& box) {
+  return box.Value() == CheckBox::kChecked;
+}
+
+}  // namespace
+
+MnemonicDialog::MnemonicDialog(std::vector<book::MnemonicAccount> accounts, viewkit::UserPort& user,
+                               Write write)
+    : DialogModel("DeskMnemonics"), user_(user), write_(std::move(write)) {
+  for (book::MnemonicAccount& account : accounts) {
+    Line line{.account = std::move(account), .wanted = {}, .taken = false};
+    const bool without = line.account.mnemonic.empty();
+    line.wanted = without ? book::ProposeMnemonic(line.account.name) : line.account.mnemonic;
+    line.taken = without && !line.wanted.empty();
+    lines_.push_back(std::move(line));
+  }
+  SetCaption("补助记码");
+  Place();
+  SetButtons(ok_, cancel_);
+  ShowLines();
+  ShowBox();
+  Listen();
+}
+
+void MnemonicDialog::Put(viewkit::Control& control, const Bounds& bounds) {
+  control.SetBounds(bounds);
+  Add(control);
+}
+
+void MnemonicDialog::Place() {
+  int top = kMargin;
+  all_.SetCaption("也列出已有助记码的科目(&A)");
+  Put(all_, {kMargin, top, kInside, kBoxHeight});
+  top += kRowPitch;
+  list_.SetFixedRows(1);
+  list_.SetFixedCols(0);
+  list_.SetCols(kColumns);
+  constexpr std::pair<const char*, int> kHeads[] = {{"写入", 660},
+                                                    {"科目编码", 1350},
+                                                    {"科目名称", 3150},
+                                                    {"原助记码", 1290},
+                                                    {"新助记码", 1290}};
+  for (int col = 0; col < kColumns; ++col) {
+    list_.SetTextMatrix(0, col, kHeads[col].first);
+    list_.SetColWidth(col, kHeads[col].second);
+    list_.SetColDataType(col, viewkit::ColumnType::kString);
+    list_.SetColAlignment(col, col == kTakenColumn ? viewkit::Alignment::kCenterCenter
+                                                   : viewkit::Alignment::kLeftCenter);
+    list_.SetFixedAlignment(col, viewkit::Alignment::kCenterCenter);
+  }
+  list_.SetSelectionMode(viewkit::SelectionMode::kByRow);
+  list_.SetAllowSelection(false);
+  list_.SetAccessibleName("科目");
+  Put(list_, {kMargin, top, kInside, kListHeight});
+  top += kListHeight + kGap;
+  constexpr int kLabel = 1350;
+  constexpr int kBox = 2400;
+  box_label_.SetCaption("新助记码(&M)");
+  Put(box_label_, {kMargin, top + 30, kLabel, kBoxHeight - 30});
+  Put(box_, {kMargin + kLabel, top, kBox, kBoxHeight});
+  taken_.SetCaption("写入(&W)");
+  Put(taken_, {kMargin + kLabel + kBox + 2 * kGap, top, kLabel, kBoxHeight});
+  top += kRowPitch + kGap;
+  constexpr int kButtons = 2 * viewkit::form::kButtonWidth + 2 * kGap;
+  Put(count_, {kMargin, top + 75, kInside - kButtons, kBoxHeight - 30});
+  ok_.SetCaption("确定");
+  Put(ok_, viewkit::form::Button(kWidth, 1, top));
+  cancel_.SetCaption("取消");
+  Put(cancel_, viewkit::form::Button(kWidth, 0, top));
+  SetSize(kWidth, top + kButtonHeight + kMargin);
+}
+
+void MnemonicDialog::FitInto(int height) {
+  constexpr int kLeast = 1500;
+  const Bounds list = list_.GetBounds();
+  const int over = std::min(Height() - height, list.height - kLeast);
+  if (over <= 0) return;
+  for (std::size_t i = 0; i < Controls().Count(); ++i) {
+    viewkit::Control& control = Controls().At(i);
+    Bounds bounds = control.GetBounds();
+    if (bounds.top < list.top + list.height) continue;
+    bounds.top -= over;
+    control.SetBounds(bounds);
+  }
+  list_.SetBounds({list.left, list.top, list.width, list.height - over});
+  SetSize(Width(), Height() - over);
+}
+
+void MnemonicDialog::Listen() {
+  all_.Clicked.Add([this] { ShowLines(); });
+  list_.RowColChange.Add([this] { ShowBox(); });
+  list_.DoubleClick.Add([this] { box_.SetFocus(); });
+  list_.KeyDown.Add([this](viewkit::Key key, viewkit::Modifiers modifiers) {
+    constexpr auto kF2 = static_cast<viewkit::Key>(0x71);
+    if (key == kF2) box_.SetFocus();
+    if (key == viewkit::Key::kSpace && !modifiers.control && !modifiers.alt) Toggle();
+  });
+  box_.Changed.Add([this] { TakeBox(); });
+  taken_.Clicked.Add([this] {
+    Line* line = Chosen();
+    if (showing_ || line == nullptr) return;
+    line->taken = IsSet(taken_);
+    ShowLine(static_cast<std::size_t>(line - lines_.data()));
+  });
+  ok_.Clicked.Add([this] { Accept(); });
+  cancel_.Clicked.Add([this] { Close(); });
+}
+
+void MnemonicDialog::ShowLines() {
+  host::RowSet rows(kColumns);
+  shown_.clear();
+  for (std::size_t i = 0; i < lines_.size(); ++i) {
+    const Line& line = lines_[i];
+    if (!IsSet(all_) && !line.account.mnemonic.empty()) continue;
+    shown_.push_back(i);
+    rows.AppendText(line.taken ? "√" : "");
+    rows.AppendText(line.account.code);
+    rows.AppendText(line.account.name);
+    rows.AppendText(line.account.mnemonic);
+    rows.AppendText(line.wanted);
+  }
+  list_.LoadRows(std::move(rows));
+  if (!shown_.empty()) list_.SetRow(list_.FixedRows());
+  ShowBox();
+  Count();
+}
+
+void MnemonicDialog::ShowLine(std::size_t position) {
+  const auto place = std::ranges::find(shown_, position);
+  if (place == shown_.end()) return;
+  const int row = list_.FixedRows() + static_cast<int>(place - shown_.begin());
+  list_.SetTextMatrix(row, kTakenColumn, lines_[position].taken ? "√" : "");
+  list_.SetTextMatrix(row, kWantedColumn, lines_[position].wanted);
+  Count();
+}
+
+MnemonicDialog::Line* MnemonicDialog::Chosen() {
+  const int place = list_.Row() - list_.FixedRows();
+  if (place < 0 || place >= static_cast<int>(shown_.size())) return nullptr;
+  return &lines_[shown_[static_cast<std::size_t>(place)]];
+}
+
+void MnemonicDialog::ShowBox() {
+  const host::FlagScope showing(showing_);
+  const Line* line = Chosen();
+  box_.SetEnabled(line != nullptr);
+  taken_.SetEnabled(line != nullptr);
+  box_.SetText(line != nullptr ? line->wanted : std::string());
+  Check(taken_, line != nullptr && line->taken);
+}
+
+/// What is typed is wanted.
+void MnemonicDialog::TakeBox() {
+  Line* line = Chosen();
+  if (showing_ || line == nullptr) return;
+  line->wanted = host::Trimmed(box_.Text());
+  line->taken = line->wanted != line->account.mnemonic;
+  ShowLine(static_cast<std::size_t>(line - lines_.data()));
+  const host::FlagScope showing(showing_);
+  Check(taken_, line->taken);
+}
+
+void MnemonicDialog::Toggle() {
+  if (taken_.Enabled()) taken_.Click();
+}
+
+/// Enter in the box goes on to the next account.
+bool MnemonicDialog::MayEnter() {
+  if (FocusControl() != &box_ || list_.Row() + 1 >= list_.Rows()) return true;
+  list_.SetRow(list_.Row() + 1);
+  list_.ShowRow(list_.Row());
+  box_.SelectAll();
+  return false;
+}
+
+bool MnemonicDialog::IsWanted(const Line& line) {
+  return line.taken && line.wanted != line.account.mnemonic;
+}
+
+std::vector<book::NewMnemonic> MnemonicDialog::Wanted() const {
+  std::vector<book::NewMnemonic> wanted;
+  for (const Line& line : lines_) {
+    if (IsWanted(line)) wanted.push_back({.account = line.account, .mnemonic = line.wanted});
+  }
+  return wanted;
+}
+
+void MnemonicDialog::Count() {
+  const auto wanted = std::ranges::count_if(lines_, IsWanted);
+  count_.SetCaption("列出 " + std::to_string(shown_.size()) + " 个科目，写入 " +
+                    std::to_string(wanted) + " 个");
+  ok_.SetEnabled(wanted > 0);
+}
+
+void MnemonicDialog::Accept() {
+  const std::vector<book::NewMnemonic> wanted = Wanted();
+  const auto odd = std::ranges::find_if(wanted, [](const book::NewMnemonic& each) {
+    return each.mnemonic.find('\'') != std::string::npos;
+  });
+  try {
+    if (odd != wanted.end()) throw host::HostError("助记码中不能有单引号（'）：" + odd->mnemonic);
+    write_(wanted);
+    written_ = wanted.size();
+    Close();
+  } catch (const std::exception& error) {
+    static_cast<void>(user_.Ask(host::ErrorText(error), host::kPromptTitle,
+                                viewkit::UserPort::Icon::kWarning,
+                                viewkit::UserPort::Buttons::kOk));
+  }
+}
+
+}  // namespace desk::views
