@@ -9,6 +9,7 @@
 #include "layout_bench.h"
 #include "list_bench.h"
 #include "picker_bench.h"
+#include "rearrange_bench.h"
 #include "server_bench.h"
 #include "support/temp_folder.h"
 
@@ -41,14 +42,19 @@ int main(int count, char** arguments) try {
     return figures.Within() ? 0 : 1;
   }
   const tavrix::test::TempFolder folder;
+  if ((count == 2 || count == 3) && std::strcmp(arguments[1], "--rearrange") == 0) {
+    tavrix::bench::MeasureRearranging(figures, folder.Path(), count == 3 ? arguments[2] : "");
+    return figures.Within() ? 0 : 1;
+  }
   if (count == 2 && std::strcmp(arguments[1], "--large") == 0) {
     tavrix::bench::MeasureLarge(figures, folder.Path());
     return figures.Within() ? 0 : 1;
   }
   if (count != 1) {
-    std::fprintf(stderr,
-                 "usage: tavrix_bench [--book FILE | --server CONNECTION | --make FOLDER SIZE... | "
-                 "--ledger FILE ACCOUNTS ENTRIES | --copy FROM TO | --large]\n");
+    std::fprintf(
+        stderr,
+        "usage: tavrix_bench [--book FILE | --server CONNECTION | --make FOLDER SIZE... | "
+        "--ledger FILE ACCOUNTS ENTRIES | --copy FROM TO | --rearrange [CONNECTION] | --large]\n");
     return 2;
   }
   tavrix::bench::MeasureList(figures, folder.Path());

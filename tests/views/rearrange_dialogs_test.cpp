@@ -133,7 +133,7 @@ TEST_F(RearrangeDialogs, ChoosesAccountsByKeysAndSaysWhatStays) {
   hands.Type(0, "5001");
   EXPECT_THAT(hands.Column(1), ElementsAre("5001", "500101", "50010101"));
   hands.List().KeyDown.Raise(static_cast<viewkit::Key>('A'), viewkit::Modifiers{.control = true});
-  EXPECT_THAT(hands.Column(0), ElementsAre("✓", "✓", "✓"));
+  EXPECT_THAT(hands.Column(0), ElementsAre("√", "√", "√"));
   hands.List().SetRow(2);
   hands.List().KeyDown.Raise(viewkit::Key::kSpace, viewkit::Modifiers{});
   EXPECT_THAT(hands.Column(0), ElementsAre("", "", ""));  // none goes without what is below it
