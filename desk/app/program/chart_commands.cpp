@@ -1,6 +1,7 @@
 #include "app/program/chart_commands.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <string>
 
@@ -20,6 +21,7 @@ namespace {
 
 using tavrix::host::Narrow;
 using tavrix::host::Wide;
+using tavrix::viewkit::UserPort;
 using views::MoveDialog;
 
 views::LongRunner RunnerOf(const Workplace& place) {
@@ -32,6 +34,16 @@ views::LongRunner RunnerOf(const Workplace& place) {
 std::string SelectedCode(const Workplace& place) {
   const auto account = place.view.SelectedAccount();
   return account ? Narrow(account->code) : std::string();
+}
+
+/// An account for which the command is not there says so above the frame.
+void Asking(const Workplace& place, const std::function<void()>& body) {
+  try {
+    body();
+  } catch (const book::DatabaseError& error) {
+    if (error.Kind() != book::ErrorKind::kRefused) throw;
+    (void)place.user.Ask(error.what(), "提示：", UserPort::Icon::kWarning, UserPort::Buttons::kOk);
+  }
 }
 
 ViewGrid CurrentGrid(const Workplace& place) {
@@ -77,23 +89,26 @@ void AskForCode(const Workplace& place, MoveDialog::Purpose purpose) {
 }  // namespace
 
 void AskRenumber(const Workplace& place) {
-  AskForCode(place, MoveDialog::Purpose::kRenumber);
+  Asking(place, [&] { AskForCode(place, MoveDialog::Purpose::kRenumber); });
 }
 
 void AskMove(const Workplace& place) {
-  AskForCode(place, MoveDialog::Purpose::kMove);
+  Asking(place, [&] { AskForCode(place, MoveDialog::Purpose::kMove); });
 }
 
 void AskMerge(const Workplace& place) {
-  views::MergeDialog dialog(place.book.GetSession(), SelectedCode(place), RunnerOf(place));
-  place.user.ShowModal(dialog);
-  if (!dialog.Done()) return;
-  ShowMoved(place, {}, dialog.Plan()->into.code);
+  Asking(place, [&] {
+    views::MergeDialog dialog(place.book.GetSession(), SelectedCode(place), RunnerOf(place));
+    place.user.ShowModal(dialog);
+    if (dialog.Done()) ShowMoved(place, {}, dialog.Plan()->into.code);
+  });
 }
 
 void AskBatch(const Workplace& place) {
-  views::BatchDialog dialog(place.book.GetSession(), SelectedCode(place), RunnerOf(place));
-  place.user.ShowModal(dialog);
+  Asking(place, [&] {
+    views::BatchDialog dialog(place.book.GetSession(), SelectedCode(place), RunnerOf(place));
+    place.user.ShowModal(dialog);
+  });
 }
 
 }  // namespace desk::app
