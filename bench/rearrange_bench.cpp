@@ -140,7 +140,7 @@ void MeasureRearranging(Figures& figures, const std::string& folder, const std::
   MakeBook(file);
   if (!server.empty()) (void)desk::book::CopyBook(file, server);
   {
-    Book book = Book::Open({.path = file});
+    Book book = Book::Open(file);
     const Connection connection(file);
     Measure(figures, book,
             {.name = "sqlite",
@@ -149,7 +149,7 @@ void MeasureRearranging(Figures& figures, const std::string& folder, const std::
              .time = Spent});
   }
   if (server.empty()) return;
-  Book book = Book::Open({.path = server});
+  Book book = Book::Open(server);
   const BareConnection connection(desk::book::DriverText(server));
   Measure(figures, book,
           {.name = "server",
