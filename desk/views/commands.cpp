@@ -311,6 +311,7 @@ constexpr std::array<CommandInfo, kCommandCount> kCommands = {
                 .icon = Icon::kReports,
                 .key = {Function(8), kPlain, "F8"},
                 .checked = &DeskState::reports_open},
+    CommandInfo{.command = kLogFolder, .group = kHelp, .menu_text = "日志文件夹(&L)"},
     CommandInfo{.command = kAbout, .group = kHelp, .menu_text = "关于(&A)…"},
 };
 

@@ -58,6 +58,7 @@ enum class Command : std::uint16_t {
   kPreview,
   kNewWindow,
   kKeepAdding,
+  kLogFolder,
   kMore = 150,  ///< the tool bar's buttons that have no room
   kLevelFirst =
       160,  ///< this and the next kOutlineLevels - 1 numbers expand the outline to a level
@@ -123,7 +124,7 @@ struct CommandInfo {
 };
 
 /// The levels of the outline included.
-inline constexpr std::size_t kCommandCount = 47;
+inline constexpr std::size_t kCommandCount = 48;
 
 /// All commands but those of the recent books, in the order of the menus.
 [[nodiscard]] std::span<const CommandInfo> Commands();

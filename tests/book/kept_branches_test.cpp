@@ -54,6 +54,17 @@ TEST_F(KeptBranchesTest, KeepsTheFirstOfTooManyAndNoCodeThatItCannotWrite) {
   EXPECT_THAT(Read("0")[0], ElementsAre("1", "2"));
 }
 
+TEST_F(KeptBranchesTest, WhatAnotherWindowHasWrittenStays) {
+  {
+    KeptBranches here(path_);
+    EXPECT_THAT(here.Read("b"), IsEmpty());
+    std::ofstream(PathOf(path_)) << "[Branches3]\nBook=b\nNumber=7\nPage0=1001\n";
+    here.Write("c", {{"2"}});
+  }
+  EXPECT_THAT(Read("b"), ElementsAre(ElementsAre("1001")));
+  EXPECT_THAT(Read("c"), ElementsAre(ElementsAre("2")));
+}
+
 TEST_F(KeptBranchesTest, AFileThatWasEditedIsReadInOrder) {
   std::ofstream(PathOf(path_)) << "[Branches3]\nBook=b\nNumber=x\nPage0=,2001,,1001,\n";
   EXPECT_THAT(Read("b"), ElementsAre(ElementsAre("1001", "2001")));

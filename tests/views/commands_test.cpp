@@ -51,7 +51,8 @@ TEST(Commands, NoTwoShareAKeyAMnemonicOrANumber) {
 
 TEST(Commands, CanBeUsedWhenThereIsWhatTheyWant) {
   using enum Command;
-  const std::set<Command> always = {kNewBook, kOpenBook, kExit, kReports, kAbout, kAccountPane};
+  const std::set<Command> always = {kNewBook, kOpenBook,  kExit,       kReports,
+                                    kAbout,   kLogFolder, kAccountPane};
   EXPECT_EQ(EnabledIn({}), always);
   EXPECT_EQ(EnabledIn({.has_rows = true, .row_selected = true}), always)
       << "of a book that is gone";

@@ -149,6 +149,7 @@ void FrameWindow::SetBookTexts(const std::wstring& company, const std::wstring& 
 
 void FrameWindow::AddReport(const Report& report) {
   reports_->Add(report);
+  if (report_heard_) report_heard_(report);
   // A disabled frame has a dialog in front of it, and nobody sees the list behind that. The dialog
   // may be in the middle of moving its focus: no window comes or goes before it is done.
   if (IsWindowEnabled(Hwnd())) return;

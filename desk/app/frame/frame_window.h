@@ -2,10 +2,12 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/frame/commands.h"
@@ -60,6 +62,8 @@ class FrameWindow : public tavrix::viewkit::win32::Window {
   void SetMessage(const std::wstring& text) { status_->SetMessage(text); }
   void SetBookTexts(const std::wstring& company, const std::wstring& file);
   void AddReport(const Report& report);
+  /// `heard` is told of each report.
+  void OnReport(std::function<void(const Report&)> heard) { report_heard_ = std::move(heard); }
 
   [[nodiscard]] ReportPane& Reports() { return *reports_; }
   [[nodiscard]] ViewArea& Area() { return *area_; }
@@ -115,6 +119,7 @@ class FrameWindow : public tavrix::viewkit::win32::Window {
   std::shared_ptr<ViewArea> area_;
   std::shared_ptr<ReportPane> reports_;
   std::shared_ptr<Notice> notice_;
+  std::function<void(const Report&)> report_heard_;
   std::optional<Report> waiting_;  ///< the report to show above a dialog
   HWND docked_ = nullptr;
   int docked_design_height_ = 0;

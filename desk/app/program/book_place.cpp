@@ -36,9 +36,4 @@ std::wstring MarkedName(const book::Book& book, const std::wstring& place) {
   return name + (book.ReadOnly() ? L" 只读，" : L" ") + wire;
 }
 
-std::wstring TextAbout(const book::Book& book, const std::wstring& place) {
-  return L"账簿：" + NameOf(place) + L"\n" +
-         Wide(book::WireSentence(book.GetSession().Own().Encryption()));
-}
-
 }  // namespace desk::app

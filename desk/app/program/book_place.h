@@ -21,7 +21,4 @@ namespace desk::app {
 /// The name with what a line with little room says of the open book: read only, encrypted or not.
 [[nodiscard]] std::wstring MarkedName(const book::Book& book, const std::wstring& place);
 
-/// All that there is to say of the open book.
-[[nodiscard]] std::wstring TextAbout(const book::Book& book, const std::wstring& place);
-
 }  // namespace desk::app

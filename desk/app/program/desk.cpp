@@ -58,6 +58,7 @@ NewBookPlan PlanOfNewBooks(const fs::path& folder) {
 Desk::Desk()
     : folders_(DeskFolders::Find()),
       settings_(folders_),
+      log_(folders_.user),
       frame_(FrameWindow::Make(*this)),
       user_({.owner = [this] { return frame_->Hwnd(); },
              .modal = [this](bool modal) { sheets_.SetModal(frame_->Hwnd(), modal); }}),
@@ -67,7 +68,9 @@ Desk::Desk()
                .key = [this](auto& sheet, auto key,
                              auto with) { return UsePrintKey(Place(), sheet, key, with); }}),
       follower_(frame_->Hwnd(), MakeBookFollowerCalls()) {
-  frame_->SetRecent(settings_.Recent());
+  log_.Started();
+  frame_->OnReport([this](const Report& report) { log_.Reported(report); });
+  frame_->SetRecent(settings_.RecentNames());
   frame_->Reports().SetDesignHeight(settings_.ReportHeight());
   account_.emplace(*frame_, MakeFollowerCalls());
   account_->SetDesignWidth(settings_.AccountWidth());
@@ -78,6 +81,7 @@ Desk::Desk()
 
 Desk::~Desk() {
   CloseBook();
+  log_.Ended();
   // The desk's own settings are written last, when no window is left to tell of a failure.
   book::OnUnsavedSettings([](const std::string& text) {
     MessageBoxW(nullptr, Wide(text).c_str(), kTitle, MB_OK | MB_ICONWARNING);
@@ -228,7 +232,7 @@ void Desk::OpenRecent(std::size_t position) {
   const std::wstring& file = recent[position];
   if (!MayBeThere(file)) {
     settings_.Forget(file);
-    frame_->SetRecent(settings_.Recent());
+    frame_->SetRecent(settings_.RecentNames());
   }
   Open(file);
 }
@@ -261,8 +265,9 @@ void Desk::Show(book::Book book, const std::wstring& file) {
   book.GetSession().SetUser(UserName());
   book.Environment().make_mouse_event = [] { return WindowWheel::Make(); };
   open_.emplace(OpenBook{.book = std::move(book), .file = file, .view = nullptr});
+  log_.Opened(open_->book, file);
   if (MayBeKept(file)) settings_.Remember(file);
-  frame_->SetRecent(settings_.Recent());
+  frame_->SetRecent(settings_.RecentNames());
   TellBook();
   TellWire();
   if (!open_->book.Faults().empty()) {
@@ -305,6 +310,7 @@ void Desk::KeepBranches() {
 
 void Desk::CloseBook() {
   if (!open_) return;
+  log_.Closed(open_->file);
   follower_.Forget();
   sheets_.CloseAll();
   posting_->ForgetBook();
@@ -374,13 +380,6 @@ void Desk::ShowPosting(bool shown) {
   frame_->Dock(shown ? posting_->Hwnd() : nullptr, PostingPane::kDesignHeight);
   if (shown) return posting_->FocusFirst();
   OnFocusView();
-}
-
-void Desk::About() {
-  std::wstring text =
-      L"会计科目 " TAVRIX_VERSION L"\n\n维护会计科目表的示例程序，使用 Tavrix 控件。";
-  if (open_) text += L"\n\n" + TextAbout(open_->book, open_->file);
-  MessageBoxW(frame_->Hwnd(), text.c_str(), L"关于", MB_OK | MB_ICONINFORMATION);
 }
 
 }  // namespace desk::app

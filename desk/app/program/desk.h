@@ -13,6 +13,7 @@
 #include "app/posting/posting_pane.h"
 #include "app/program/account_follower.h"
 #include "app/program/book_follower.h"
+#include "app/program/desk_log.h"
 #include "app/program/desk_settings.h"
 #include "app/program/server_wait.h"
 #include "app/program/workplace.h"
@@ -93,7 +94,6 @@ class Desk : private FrameOwner {
   void EnterVoucher(const book::Voucher& voucher);
   [[nodiscard]] PostingPlan MakePostingPlan();
   [[nodiscard]] AccountFollower::Calls MakeFollowerCalls();
-  void About();
   /// Runs `body`; what it throws becomes a report, and the empty view area says it too.
   void Trapped(const std::wstring& context, const std::function<void()>& body);
   void Fail(const std::wstring& text, const std::wstring& book);
@@ -104,6 +104,7 @@ class Desk : private FrameOwner {
 
   DeskFolders folders_;
   DeskSettings settings_;
+  DeskLog log_;
   std::shared_ptr<FrameWindow> frame_;
   tavrix::viewkit::win32::WindowsUser user_;
   std::shared_ptr<ServerWait> wait_;

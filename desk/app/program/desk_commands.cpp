@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <chrono>
 #include <exception>
 
 #include "app/program/chart_commands.h"
@@ -64,7 +65,13 @@ const Desk::Action Desk::kActions[] = {
     {kCollapseAll, [](Desk& desk) { desk.ExpandTo(1); }},
     {kAccountPane, [](Desk& desk) { desk.account_->SetShown(!desk.account_->Shown()); }},
     {kReports, [](Desk& desk) { desk.frame_->Reports().SetOpen(!desk.frame_->Reports().Open()); }},
-    {kAbout, [](Desk& desk) { desk.About(); }},
+    {kLogFolder, [](Desk& desk) { OpenFolder(desk.folders_.user); }},
+    {kAbout,
+     [](Desk& desk) {
+       const bool open = desk.open_.has_value();
+       ShowAbout(desk.user_, desk.log_, open ? &desk.open_->book : nullptr,
+                 open ? desk.open_->file : std::wstring());
+     }},
 };
 
 Workplace Desk::Place() {
@@ -86,7 +93,10 @@ void Desk::EnterVoucher(const book::Voucher& voucher) {
 }
 
 void Desk::OnCommand(Command command) {
+  const auto start = std::chrono::steady_clock::now();
   Trapped({}, [&] { Do(command); });
+  log_.Done(command, std::chrono::duration_cast<std::chrono::milliseconds>(
+                         std::chrono::steady_clock::now() - start));
   account_->Renew();
   if (frame_->Alive()) frame_->UpdateCommands();
 }

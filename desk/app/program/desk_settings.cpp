@@ -9,6 +9,7 @@
 
 #include "app/frame/account_pane.h"
 #include "app/frame/commands.h"
+#include "app/program/book_place.h"
 #include "host/text.h"
 #include "host/utf.h"
 #include "viewkit/win32/window.h"
@@ -63,12 +64,26 @@ DeskFolders DeskFolders::Find() {
 }
 
 DeskSettings::DeskSettings(const DeskFolders& folders)
-    : branches_(Narrow((folders.user / L"branches.txt").wstring())) {
-  file_.SetFileName(Narrow((folders.user / L"desk.txt").wstring()));
+    : path_(Narrow((folders.user / L"desk.txt").wstring())),
+      branches_(Narrow((folders.user / L"branches.txt").wstring())) {
+  ReadRecent();
+}
+
+void DeskSettings::ReadRecent() {
+  Reread();
+  recent_.clear();
   for (std::size_t i = 0; i < kRecentBooks; ++i) {
     const std::string path = file_.ReadValue(kFrame, "Recent" + std::to_string(i), "");
     if (!path.empty()) recent_.push_back(Wide(path));
   }
+}
+
+std::vector<std::wstring> DeskSettings::RecentNames() const {
+  std::vector<std::wstring> names;
+  for (const std::wstring& place : recent_) {
+    names.push_back(IsOnServer(place) ? NameOf(place) : place);
+  }
+  return names;
 }
 
 void DeskSettings::Write(const char* section, const std::string& key, const std::string& value) {
@@ -83,9 +98,11 @@ void DeskSettings::WriteRecent() {
     Write(kFrame, "Recent" + std::to_string(i),
           i < recent_.size() ? Narrow(recent_[i]) : std::string());
   }
+  Reread();
 }
 
 void DeskSettings::Remember(const std::wstring& book) {
+  ReadRecent();
   std::erase(recent_, book);
   recent_.insert(recent_.begin(), book);
   if (recent_.size() > kRecentBooks) recent_.resize(kRecentBooks);
@@ -93,6 +110,7 @@ void DeskSettings::Remember(const std::wstring& book) {
 }
 
 void DeskSettings::Forget(const std::wstring& book) {
+  ReadRecent();
   std::erase(recent_, book);
   WriteRecent();
 }
@@ -120,6 +138,7 @@ void DeskSettings::Save(HWND window, const char* name) {
   WINDOWPLACEMENT placement{};
   placement.length = sizeof placement;
   if (!GetWindowPlacement(window, &placement)) return;
+  Reread();
   const RECT& place = placement.rcNormalPosition;
   Write(name, "Left", std::to_string(place.left));
   Write(name, "Top", std::to_string(place.top));

@@ -29,7 +29,9 @@ class DeskSettings {
 
   /// The newest first.
   [[nodiscard]] const std::vector<std::wstring>& Recent() const { return recent_; }
-  /// Puts `book` first.
+  /// As users know them: a server's by database and server.
+  [[nodiscard]] std::vector<std::wstring> RecentNames() const;
+  /// Puts `book` first; others may have opened books meanwhile.
   void Remember(const std::wstring& book);
   void Forget(const std::wstring& book);
 
@@ -64,8 +66,12 @@ class DeskSettings {
  private:
   [[nodiscard]] long Number(const char* section, const char* key, long fallback);
   void Write(const char* section, const std::string& key, const std::string& value);
+  /// Writes what has been changed here, and takes over what other windows have written.
+  void Reread() { file_.SetFileName(path_); }
+  void ReadRecent();
   void WriteRecent();
 
+  std::string path_;
   book::SharedSettingsFile file_;
   book::KeptBranches branches_;
   std::vector<std::wstring> recent_;

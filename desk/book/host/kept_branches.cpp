@@ -82,6 +82,7 @@ KeptBranches::Pages KeptBranches::Read(const std::string& book) {
 }
 
 void KeptBranches::Write(const std::string& book, const Pages& pages) {
+  file_.SetFileName(path_);  // other programs have written theirs meanwhile
   const bool any = std::ranges::any_of(pages, [](const auto& page) { return !page.empty(); });
   const Place place = PlaceOf(book);
   if (!any && !place.known) return;

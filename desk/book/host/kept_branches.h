@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "book/host/settings_file.h"
@@ -15,7 +16,7 @@ class KeptBranches {
   /// The codes of the open accounts of each page, in the order of the page.
   using Pages = std::vector<std::vector<std::string>>;
 
-  explicit KeptBranches(const std::string& file) { file_.SetFileName(file); }
+  explicit KeptBranches(std::string file) : path_(std::move(file)) { file_.SetFileName(path_); }
 
   /// Empty for a book that is not known.
   [[nodiscard]] Pages Read(const std::string& book);
@@ -34,6 +35,7 @@ class KeptBranches {
   };
   [[nodiscard]] Place PlaceOf(const std::string& book);
 
+  std::string path_;
   SharedSettingsFile file_;
 };
 
