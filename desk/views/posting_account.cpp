@@ -1,5 +1,6 @@
 #include "views/posting_account.h"
 
+#include <algorithm>
 #include <array>
 
 #include "host/text.h"
@@ -38,6 +39,13 @@ PostingAccount ReadAccount(const book::Rows& rows) {
   return account;
 }
 
+std::string book::Auxiliary::*TextOf(Partner partner) {
+  constexpr std::array kTexts = {&book::Auxiliary::department, &book::Auxiliary::person,
+                                 &book::Auxiliary::customer, &book::Auxiliary::supplier,
+                                 &book::Auxiliary::project};
+  return kTexts.at(static_cast<std::size_t>(partner));
+}
+
 }  // namespace
 
 const char* NameOf(Partner partner) {
@@ -51,6 +59,24 @@ std::string PartnersText(const book::Auxiliary& auxiliary) {
     if (!part->empty()) text += (text.empty() ? "" : "/") + *part;
   }
   return text;
+}
+
+book::Auxiliary ReadPartners(const std::vector<Partner>& wanted, std::string_view typed) {
+  book::Auxiliary auxiliary;
+  for (const Partner partner : wanted) {
+    const std::size_t end = std::min(typed.find('/'), typed.size());
+    auxiliary.*TextOf(partner) = host::Trimmed(typed.substr(0, end));
+    typed.remove_prefix(std::min(end + 1, typed.size()));
+  }
+  return auxiliary;
+}
+
+std::optional<Partner> Lacking(const std::vector<Partner>& wanted,
+                               const book::Auxiliary& auxiliary) {
+  const auto lacking = std::ranges::find_if(
+      wanted, [&](Partner partner) { return (auxiliary.*TextOf(partner)).empty(); });
+  if (lacking == wanted.end()) return std::nullopt;
+  return *lacking;
 }
 
 std::optional<PostingAccount> FindPostingAccount(book::Session& session, const std::string& code) {

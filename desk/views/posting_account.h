@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "book/ledger/posting.h"
@@ -24,6 +25,13 @@ struct PostingAccount {
 [[nodiscard]] const char* NameOf(Partner partner);
 /// All that an entry names, with a slash between.
 [[nodiscard]] std::string PartnersText(const book::Auxiliary& auxiliary);
+
+/// What is typed for the partners that an account wants, in its order, with a slash between.
+[[nodiscard]] book::Auxiliary ReadPartners(const std::vector<Partner>& wanted,
+                                           std::string_view typed);
+/// What an account wants and an entry does not name; nothing when all is there.
+[[nodiscard]] std::optional<Partner> Lacking(const std::vector<Partner>& wanted,
+                                             const book::Auxiliary& auxiliary);
 
 /// Nothing when there is no account of that code. Throws what the database raises.
 [[nodiscard]] std::optional<PostingAccount> FindPostingAccount(book::Session& session,

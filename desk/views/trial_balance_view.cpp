@@ -84,7 +84,7 @@ void AppendRow(host::RowSet& rows, const std::string& month, const book::TrialBa
 
 void AppendSums(host::RowSet& rows, const std::string& caption, const Sums& sums) {
   for (int col = 0; col < kFirstAmount; ++col) {
-    rows.AppendText(col == TrialBalanceView::kCategory ? caption : "");
+    rows.AppendText(col == TrialBalanceView::kName ? caption : "");
   }
   sums.AppendTo(rows);
 }

@@ -214,6 +214,7 @@ void VoucherListView::Reverse() {
       list_.SetRow(list_.FixedRows() + static_cast<int>(at - heads_.begin()));
       list_.ShowRow(list_.Row());
     }
+    list_.SetFocus();
     note_.SetCaption("已过账：" + book::VoucherName(*made) + "，冲销 " + book::VoucherName(key));
   });
 }

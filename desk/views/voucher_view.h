@@ -125,7 +125,6 @@ class VoucherView {
   [[nodiscard]] std::optional<std::int64_t> ReadAmount(viewkit::TextBox& box, const char* side);
   /// Puts the amount into the boxes that the other entries lack.
   void Balance();
-  void FillPartners(const PostingAccount& account, book::Auxiliary& auxiliary) const;
   void PostVoucher();
   [[nodiscard]] book::Voucher ReadVoucher() const;
   void Clear();

@@ -30,30 +30,6 @@ std::string PartnersLabel(const std::optional<PostingAccount>& account) {
   return label;
 }
 
-std::string& PartnerText(book::Auxiliary& auxiliary, Partner partner) {
-  switch (partner) {
-    case Partner::kDepartment:
-      return auxiliary.department;
-    case Partner::kPerson:
-      return auxiliary.person;
-    case Partner::kCustomer:
-      return auxiliary.customer;
-    case Partner::kSupplier:
-      return auxiliary.supplier;
-    case Partner::kProject:
-      break;
-  }
-  return auxiliary.project;
-}
-
-/// What the account wants and the entry does not name; nothing when all is there.
-std::optional<Partner> Lacking(const PostingAccount& account, book::Auxiliary auxiliary) {
-  const auto lacking = std::ranges::find_if(
-      account.wanted, [&](Partner partner) { return PartnerText(auxiliary, partner).empty(); });
-  if (lacking == account.wanted.end()) return std::nullopt;
-  return *lacking;
-}
-
 }  // namespace
 
 void VoucherView::ShowAccount() {
@@ -80,15 +56,6 @@ void VoucherView::TakeSelected() {
   if (ResolveAccount()) return Answer({}, false, &debit_);
   code_.SetFocus();
   code_.SelectAll();
-}
-
-void VoucherView::FillPartners(const PostingAccount& account, book::Auxiliary& auxiliary) const {
-  std::string rest = Trimmed(partner_);
-  for (const Partner partner : account.wanted) {
-    const std::size_t end = rest.find('/');
-    PartnerText(auxiliary, partner) = host::Trimmed(std::string_view(rest).substr(0, end));
-    rest = end == std::string::npos ? std::string() : rest.substr(end + 1);
-  }
 }
 
 std::optional<std::int64_t> VoucherView::ReadAmount(viewkit::TextBox& box, const char* side) {
@@ -119,8 +86,8 @@ std::optional<VoucherView::Line> VoucherView::ReadLine() {
                       .debit = *debit,
                       .credit = *credit},
             .account = account};
-  FillPartners(account, line.entry.auxiliary);
-  if (const auto lacking = Lacking(account, line.entry.auxiliary)) {
+  line.entry.auxiliary = ReadPartners(account.wanted, Trimmed(partner_));
+  if (const auto lacking = Lacking(account.wanted, line.entry.auxiliary)) {
     Answer("“" + account.name + "”要填写" + NameOf(*lacking), true, &partner_);
     return std::nullopt;
   }

@@ -15,7 +15,7 @@ constexpr char kInPeriod[] =
     " from gl_accvouch where ccode>=? and ccode<=? and fiscal_year*12+fiscal_period>=? and "
     "fiscal_year*12+fiscal_period<=?";
 constexpr char kInOrder[] =
-    " order by fiscal_year,fiscal_period,voucher_number,line_number,i_id limit ";
+    " order by fiscal_year,fiscal_period,entry_date,voucher_number,line_number,i_id limit ";
 
 std::vector<host::Value> BoundsOf(const std::string& code, const Period& period) {
   const auto codes = WithAllBelow(code);
@@ -80,8 +80,8 @@ std::vector<LedgerLine> ReadEntries(Connection& connection, const std::string& c
       "e.customer,e.supplier,e.project," +
           OtherSide("min") + "," + OtherSide("max") + " from gl_accvouch e join(select i_id as id" +
           kInPeriod + kInOrder + std::to_string(page + 1) + " offset " + std::to_string(first) +
-          ")p on p.id=e.i_id order by e.fiscal_year,e.fiscal_period,e.voucher_number,"
-          "e.line_number,e.i_id",
+          ")p on p.id=e.i_id order by e.fiscal_year,e.fiscal_period,e.entry_date,"
+          "e.voucher_number,e.line_number,e.i_id",
       Origin::kDesk, BoundsOf(code, period));
   std::vector<LedgerLine> entries;
   std::vector<std::pair<std::string, bool>> counters;  // and whether there are others
