@@ -4,8 +4,8 @@
 #include <array>
 
 #include "book/ledger/money_text.h"
-#include "host/flag_scope.h"
 #include "host/error.h"
+#include "host/flag_scope.h"
 #include "host/grid_update.h"
 #include "host/text.h"
 #include "views/ledger_grid.h"
@@ -267,8 +267,9 @@ void OpeningBalanceView::EnterBoxes() {
     return;
   }
   const bool credit = Trimmed(debit_).empty() && (!Trimmed(credit_).empty() || !account.debit_side);
-  viewkit::TextBox& box =
-      row.line && Trimmed(partner_).empty() ? partner_ : credit ? credit_ : debit_;
+  viewkit::TextBox& box = row.line && Trimmed(partner_).empty() ? partner_
+                          : credit                              ? credit_
+                                                                : debit_;
   box.SetFocus();
   box.SelectAll();
 }
@@ -359,7 +360,8 @@ bool OpeningBalanceView::UseKey(viewkit::Key key, viewkit::Modifiers modifiers) 
 }
 
 std::vector<Sheet::MenuItem> OpeningBalanceView::Menu() {
-  return {{.text = "填写金额(&E)\tEnter", .run = [this] { EnterBoxes(); },
+  return {{.text = "填写金额(&E)\tEnter",
+           .run = [this] { EnterBoxes(); },
            .enabled = take_.Enabled() || add_.Enabled()},
           {.text = "增加往来(&A)\tIns", .run = [this] { AddPartner(); }, .enabled = add_.Enabled()},
           {.text = "保存(&S)\tCtrl+S", .run = [this] { Save(); }, .enabled = HasChanges()}};

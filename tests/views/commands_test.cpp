@@ -58,7 +58,7 @@ TEST(Commands, CanBeUsedWhenThereIsWhatTheyWant) {
       << "of a book that is gone";
   auto wanted = always;
   wanted.insert({kImport, kExport, kUndo, kRedo, kHistory, kNewWindow, kPrint, kPreview, kPosting,
-                 kRefresh, kTrialBalance, kVouchers, kColumns, kPickerColumns});
+                 kRefresh, kTrialBalance, kVouchers, kOpeningBalances, kColumns, kPickerColumns});
   DeskState state{.started = true};
   auto empty = wanted;
   empty.insert({kAddSibling, kAddChild, kKeepAdding});  // the first account of a chart

@@ -52,6 +52,7 @@ const Desk::Action Desk::kActions[] = {
     {kRefresh, [](Desk& desk) { desk.ReadAgain(); }},
     {kAccountLedger, [](Desk& desk) { ShowAccountLedger(desk.Place()); }},
     {kVouchers, [](Desk& desk) { ShowVouchers(desk.Place()); }},
+    {kOpeningBalances, [](Desk& desk) { ShowOpeningBalances(desk.Place()); }},
     {kTrialBalance, [](Desk& desk) { ShowTrialBalance(desk.Place()); }},
     {kColumns,
      [](Desk& desk) {

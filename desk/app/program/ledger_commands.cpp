@@ -5,6 +5,7 @@
 
 #include "host/utf.h"
 #include "views/account_ledger_view.h"
+#include "views/opening_balance_view.h"
 #include "views/trial_balance_view.h"
 #include "views/voucher_list_view.h"
 #include "views/voucher_sheet.h"
@@ -69,6 +70,16 @@ void ShowVouchers(const Workplace& place) {
                       return std::make_unique<views::VoucherListView>(place.book.GetSession(), user,
                                                                       VoucherCalls(place));
                     }});
+}
+
+void ShowOpeningBalances(const Workplace& place) {
+  place.sheets.Open(DeskSettings::kOpeningBalances, {},
+                    {.make =
+                         [&](viewkit::UserPort& user) {
+                           return std::make_unique<views::OpeningBalanceView>(
+                               place.book.GetSession(), user);
+                         },
+                     .design = {1060, 640}});
 }
 
 void ShowTrialBalance(const Workplace& place) {

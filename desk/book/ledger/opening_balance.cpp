@@ -28,17 +28,17 @@ Lines ReadPartners(Connection& connection) {
   Lines lines;
   while (rows->Next()) {
     const auto text = [&](int column) { return rows->Get(column).ToText(); };
-    lines[text(0)].push_back(
-        {.auxiliary = {text(1), text(2), text(3), text(4), text(5)}, .balance = AmountAt(*rows, 6)});
+    lines[text(0)].push_back({.auxiliary = {text(1), text(2), text(3), text(4), text(5)},
+                              .balance = AmountAt(*rows, 6)});
   }
   return lines;
 }
 
 std::map<std::string, std::int64_t> ReadTotals(Connection& connection) {
-  const auto rows = connection.Query(
-      std::string("select ccode,sum(debit-credit) from gl_accsum where ") + kWithoutMonth +
-          " group by ccode",
-      Origin::kDesk);
+  const auto rows =
+      connection.Query(std::string("select ccode,sum(debit-credit) from gl_accsum where ") +
+                           kWithoutMonth + " group by ccode",
+                       Origin::kDesk);
   std::map<std::string, std::int64_t> totals;
   while (rows->Next()) totals[rows->Get(0).ToText()] = AmountAt(*rows, 1);
   return totals;
@@ -82,7 +82,8 @@ class Writer {
     const auto row =
         connection_.Query("select bend from gl_code where ccode=?", Origin::kDesk, {&key, 1});
     if (!row->Next()) Refuse("没有科目 " + change.code + "，可能已被其他用户删除或改了编码");
-    if (row->Get(0).ToNumber() == 0) Refuse("科目 " + change.code + " 已有下级，不能直接填写期初余额");
+    if (row->Get(0).ToNumber() == 0)
+      Refuse("科目 " + change.code + " 已有下级，不能直接填写期初余额");
     for (const OpeningLine& line : change.lines) {
       if (line.balance > kMaxAmount || line.balance < -kMaxAmount) {
         Refuse("科目 " + change.code + " 的期初余额过大");
@@ -123,9 +124,9 @@ class Writer {
   }
   void AddPartner(const std::string& code, const OpeningLine& line) {
     const Auxiliary& with = line.auxiliary;
-    const host::Value values[] = {Identifier("gl_accass"), code,          with.department,
-                                  with.person,             with.customer, with.supplier,
-                                  with.project,            Debit(line),   Credit(line)};
+    const host::Value values[] = {
+        Identifier("gl_accass"), code,         with.department, with.person, with.customer,
+        with.supplier,           with.project, Debit(line),     Credit(line)};
     connection_.Execute(
         "insert into gl_accass(i_id,ccode,department,person,customer,supplier,project,debit,credit)"
         "values(?,?,?,?,?,?,?,?,?)",

@@ -1,0 +1,169 @@
+#include "views/opening_balance_view.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "book/ledger/account_ledger.h"
+#include "book/ledger/posting.h"
+#include "book/ledger/trial_balance.h"
+#include "support/scripted_user.h"
+#include "support/test_book.h"
+
+namespace desk::views {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using viewkit::Key;
+
+class OpeningBalanceViewTest : public testing::Test {
+ protected:
+  OpeningBalanceViewTest() { view_.emplace(book_.GetSession(), user_); }
+
+  template <class Kind>
+  [[nodiscard]] Kind& Find(const std::string& name, int index) {
+    for (std::size_t i = 0; i < view_->Controls().Count(); ++i) {
+      auto& control = view_->Controls().At(i);
+      if (control.Name() != name || control.Index().value_or(0) != index) continue;
+      return dynamic_cast<Kind&>(control);
+    }
+    throw std::out_of_range(name);
+  }
+  [[nodiscard]] viewkit::TextBox& Box(int index) { return Find<viewkit::TextBox>("Txt", index); }
+  void Choose(const std::string& code) {
+    Leave();
+    view_->Grid().SetRow(view_->Grid().FindRow(code, 1, OpeningBalanceView::kCode));
+    view_->Grid().SetFocus();
+    ASSERT_TRUE(view_->UseKey(Key::kEnter, {}));
+    view_->Grid().NotifyFocus(false);
+  }
+  /// A box without a window does not lose the focus by itself.
+  void Leave() {
+    for (int i = 0; i < 3; ++i) Box(i).NotifyFocus(false);
+  }
+  /// Types into the box that has the focus, and Enter.
+  void Type(const std::string& text) {
+    for (int i = 0; i < 3; ++i) {
+      if (!Box(i).Focused()) continue;
+      Box(i).SetText(text);
+      Leave();
+      Box(i).NotifyFocus(true);
+      ASSERT_TRUE(view_->UseKey(Key::kEnter, {}));
+      const bool gone_on =
+          Box((i + 1) % 3).Focused() || Box((i + 2) % 3).Focused() || view_->Grid().Focused();
+      if (gone_on) Box(i).NotifyFocus(false);
+      return;
+    }
+    FAIL() << "no box to type " << text;
+  }
+  void Save() { EXPECT_TRUE(view_->UseKey(Key{'S'}, {.control = true})); }
+  [[nodiscard]] std::vector<std::string> Stored(const char* ledger, const char* columns) {
+    return tavrix::test::AllRows(book_, std::string("select ccode,") + columns + " from " + ledger +
+                                            " where fiscal_year is null order by ccode," + columns);
+  }
+
+  book::Book book_ = tavrix::test::MakeBook(
+      {{.code = "1001", .name = "现金", .category = "资产"},
+       {.code = "1002", .name = "银行", .category = "资产"},
+       {.code = "100201", .name = "工行", .category = "资产"},
+       {.code = "1122", .name = "应收", .category = "资产", .customer = true},
+       {.code = "2202", .name = "应付", .category = "负债", .debit = false}});
+  tavrix::test::ScriptedUser user_;
+  std::optional<OpeningBalanceView> view_;
+};
+
+TEST_F(OpeningBalanceViewTest, TypedFromRowToRowAndHeldByAllLedgers) {
+  Choose("1001");
+  Type("100");  // 1001; on to 100201, past its parent
+  Type("1,000.50");
+  Choose("1122");  // its first partner
+  Type("甲");
+  Type("30");
+  Choose("1122");
+  Type("乙");
+  Type("20");
+  EXPECT_THAT(Find<viewkit::Label>("Lbl", 4).Caption(), HasSubstr("差额 1,150.50"));
+  user_.answers = {viewkit::UserPort::Answer::kNo};
+  Save();
+  EXPECT_THAT(user_.questions.at(0).text, HasSubstr("借贷不平，差额 1,150.50"));
+  EXPECT_THAT(Stored("gl_accsum", "debit"), IsEmpty());
+  Choose("2202");
+  EXPECT_TRUE(Box(2).Focused()) << "credit is its side";
+  Type("1150.5");
+  Save();
+  EXPECT_FALSE(view_->HasChanges());
+  EXPECT_THAT(Stored("gl_accsum", "debit,credit"),
+              ElementsAre("1001|10000|0", "100201|100050|0", "1122|5000|0", "2202|0|115050"));
+  EXPECT_THAT(Stored("gl_accass", "customer,debit"), ElementsAre("1122|乙|2000", "1122|甲|3000"));
+  EXPECT_EQ(Stored("gl_accvouch", "debit,credit").size(), 5U);
+  const int parent = view_->Grid().FindRow("1002", 1, OpeningBalanceView::kCode);
+  EXPECT_EQ(view_->Grid().TextMatrix(parent, OpeningBalanceView::kDebit), "1,000.50");
+  // Typed anew it takes the place of what was there.
+  Choose("1001");
+  Type("");
+  user_.answers = {viewkit::UserPort::Answer::kYes};
+  Save();
+  EXPECT_EQ(Stored("gl_accsum", "debit").size(), 3U);
+  EXPECT_EQ(Stored("gl_accvouch", "debit").size(), 4U);
+}
+
+TEST_F(OpeningBalanceViewTest, CountsBeforeTheFirstMonth) {
+  Choose("1001");
+  Type("100");
+  Choose("2202");
+  Type("100");
+  Save();
+  book::Post(book_.GetSession(),
+             {.year = 2024,
+              .month = 1,
+              .day = 1,
+              .entries = {{.code = "1001", .credit = 4000}, {.code = "2202", .debit = 4000}}});
+  for (const auto& month : {std::optional<book::Month>(), std::optional(book::Month{2024, 1})}) {
+    const auto period = book::Period::Of(month);
+    const auto row = book::ReadTrialBalance(book_.GetSession(), period).at(0);
+    EXPECT_EQ(row.opening, 10'000);
+    EXPECT_EQ(row.credit, 4'000);
+    EXPECT_EQ(row.Closing(), 6'000);
+    EXPECT_EQ(book::ReadAccountLedger(book_.GetSession(), "1001", period)->Closing(), 6'000);
+  }
+}
+
+TEST_F(OpeningBalanceViewTest, RefusesAndLosesNothing) {
+  Choose("1001");
+  Box(1).SetText("1");
+  Box(2).SetText("2");
+  EXPECT_TRUE(view_->UseKey(Key::kEnter, {}));
+  EXPECT_THAT(user_.questions.at(0).text, HasSubstr("借方或贷方之一"));
+  EXPECT_EQ(Box(1).Text(), "1");
+  Choose("100201");
+  Type("5");
+  user_.answers = {viewkit::UserPort::Answer::kNo};
+  EXPECT_FALSE(view_->MayClose());
+  view_->Reload();
+  EXPECT_TRUE(view_->HasChanges()) << "what was typed stays";
+  tavrix::test::Run(book_, "update gl_code set ccode='100209' where ccode='100201'");
+  user_.answers = {viewkit::UserPort::Answer::kYes};
+  Save();
+  EXPECT_THAT(user_.questions.back().text, HasSubstr("没有科目 100201"));
+  EXPECT_THAT(Stored("gl_accsum", "debit"), IsEmpty());
+  EXPECT_TRUE(view_->HasChanges());
+}
+
+TEST_F(OpeningBalanceViewTest, TotalsOfOthersWithoutAPartnerAreALineOfTheirOwn) {
+  tavrix::test::Run(book_, "insert into gl_accsum(i_id,ccode,debit,credit)values(1,'1122',900,0)");
+  view_.emplace(book_.GetSession(), user_);
+  const viewkit::FlexGrid& grid = view_->Grid();
+  const int account = grid.FindRow("1122", 1, OpeningBalanceView::kCode);
+  EXPECT_EQ(grid.TextMatrix(account + 1, OpeningBalanceView::kPartner), "（未指定）");
+  Choose("1122");
+  Type("甲");
+  Type("1");
+  user_.answers = {viewkit::UserPort::Answer::kYes};
+  Save();
+  EXPECT_THAT(Stored("gl_accsum", "debit"), ElementsAre("1122|1000"));
+  EXPECT_THAT(Stored("gl_accvouch", "customer,debit"), ElementsAre("1122||900", "1122|甲|100"));
+}
+
+}  // namespace
+}  // namespace desk::views
