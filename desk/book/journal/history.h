@@ -48,6 +48,7 @@ struct AccountChange {
 
   [[nodiscard]] bool Added() const { return !before.IsThere(); }
   [[nodiscard]] bool Deleted() const { return !after.IsThere(); }
+  [[nodiscard]] bool Stays() const { return before.IsThere() && after.IsThere(); }
   /// Of an account that was there before and after.
   [[nodiscard]] bool Differs(std::size_t column) const {
     return before.Cell(column) != after.Cell(column);

@@ -76,7 +76,7 @@ std::string RowImage::Text(std::size_t column) const {
   return Unescaped(cell.substr(1, cell.size() - 2));
 }
 
-std::size_t AccountColumn(std::string_view name) {
+std::size_t AccountColumn(std::string_view name) noexcept {
   const auto columns = SchemaTables()[0].columns;
   const auto found = std::ranges::find(columns, name, &Column::name);
   return static_cast<std::size_t>(found - columns.begin());

@@ -36,6 +36,6 @@ class RowImage {
 };
 
 /// The place of a column of `gl_code`; it must be one.
-[[nodiscard]] std::size_t AccountColumn(std::string_view name);
+[[nodiscard]] std::size_t AccountColumn(std::string_view name) noexcept;
 
 }  // namespace desk::book

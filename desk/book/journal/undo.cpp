@@ -1,7 +1,9 @@
 #include "book/journal/undo.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -18,6 +20,9 @@ namespace {
 
 /// So many accounts' postings move with each statement: between two the user may cancel.
 constexpr std::size_t kPortion = 500;
+
+const std::size_t kCode = AccountColumn("ccode");
+const std::size_t kLeaf = AccountColumn("bend");
 
 const char* TypeOf(ColumnKind kind) {
   switch (kind) {
@@ -46,7 +51,8 @@ class Undo {
     changes_ = ReadChanges(session_, entry_.id);
     CheckAccounts();
     CheckCodes();
-    RulesPause pause(session_);
+    std::optional<RulesPause> pause;
+    if (ConcernsRules()) pause.emplace(session_);
     JournalCommand command(session_, entry_.kind, DeedText(entry_),
                            {.turn = entry_.turn == 1 ? 2 : 1, .target = entry_.id});
     ReturnPostings(command.Id());
@@ -54,8 +60,7 @@ class Undo {
     RestoreAccounts();
     MovePostingsAlong(command);
     Tell(progress_, {.step = "正在核对"});
-    SetFlags(pause);
-    Resume(pause);
+    if (pause) Resume(*pause);
     return command.Id();
   }
 
@@ -68,14 +73,20 @@ class Undo {
   /// Whether an account is as the command left it, where that counts. Flags of leaves follow the
   /// chart.
   [[nodiscard]] static bool IsAsLeft(const AccountChange& change, const RowImage& now) {
-    static const std::size_t leaf = AccountColumn("bend");
     if (change.Deleted()) return !now.IsThere();
     if (!now.IsThere()) return false;
     for (std::size_t i = 0; i < SchemaTables()[0].columns.size(); ++i) {
-      const bool counts = i != leaf && (change.Added() || change.Differs(i));
+      const bool counts = i != kLeaf && (change.Added() || change.Differs(i));
       if (counts && now.Cell(i) != change.after.Cell(i)) return false;
     }
     return true;
+  }
+
+  /// Whether codes or flags change, or postings move.
+  [[nodiscard]] bool ConcernsRules() const {
+    return std::ranges::any_of(changes_, [](const AccountChange& change) {
+      return !change.Stays() || change.Differs(kCode) || change.Differs(kLeaf);
+    });
   }
 
   void CheckAccounts() {
@@ -91,9 +102,8 @@ class Undo {
   }
 
   [[noreturn]] void RefuseChanged(const AccountChange& change) {
-    static const std::size_t code = AccountColumn("ccode");
     const RowImage& known = change.Deleted() ? change.before : change.after;
-    const std::string account = "科目 " + known.Text(code) + " 之后又";
+    const std::string account = "科目 " + known.Text(kCode) + " 之后又";
     const auto rows = connection_.Query(
         "select c.who,c.made_at,d.new_row is null from desk_change d join desk_command c on "
         "c.id=d.command_id where d.row_id=" +
@@ -193,7 +203,7 @@ class Undo {
     const auto columns = SchemaTables()[0].columns;
     for (std::size_t i = 0; i < columns.size(); ++i) {
       const bool any = std::ranges::any_of(changes_, [i](const AccountChange& change) {
-        return !change.Added() && !change.Deleted() && change.Differs(i);
+        return change.Stays() && change.Differs(i);
       });
       if (any) names.push_back(columns[i].name);
     }
@@ -202,14 +212,12 @@ class Undo {
 
   /// Whether a code that an account gets is, or was, that of another one of them.
   [[nodiscard]] bool CodesMeet() const {
-    static const std::size_t code = AccountColumn("ccode");
     std::set<std::string> after;
     for (const AccountChange& change : changes_) {
-      if (!change.Deleted()) after.insert(change.after.Text(code));
+      if (!change.Deleted()) after.insert(change.after.Text(kCode));
     }
     return std::ranges::any_of(changes_, [&](const AccountChange& change) {
-      return !change.Added() && !change.Deleted() && change.Differs(code) &&
-             after.contains(change.before.Text(code));
+      return change.Stays() && change.Differs(kCode) && after.contains(change.before.Text(kCode));
     });
   }
 
@@ -249,52 +257,63 @@ class Undo {
     connection_.Execute("update gl_code set " + sets + " from " + net + which, Origin::kDesk);
   }
 
+  struct NewCode {
+    std::string from;
+    std::string to;
+  };
+  /// In the order of the codes that the accounts had until now.
+  [[nodiscard]] std::vector<NewCode> NewCodes() const {
+    std::vector<NewCode> codes;
+    for (const AccountChange& change : changes_) {
+      if (change.Stays() && change.Differs(kCode)) {
+        codes.push_back({.from = change.after.Text(kCode), .to = change.before.Text(kCode)});
+      }
+    }
+    std::ranges::sort(codes, {}, &NewCode::from);
+    return codes;
+  }
+
   /// Postings follow the codes of their accounts.
   void MovePostingsAlong(JournalCommand& command) {
-    static const std::size_t code = AccountColumn("ccode");
-    std::vector<std::int64_t> ids;
-    for (const AccountChange& change : changes_) {
-      if (!change.Added() && !change.Deleted() && change.Differs(code)) ids.push_back(change.id);
-    }
-    if (ids.empty()) return;
+    const std::vector<NewCode> codes = NewCodes();
+    if (codes.empty()) return;
     // Where codes meet, postings that have moved must not move again with the next portion.
-    const std::size_t portion = CodesMeet() ? ids.size() : kPortion;
+    const std::size_t portion = CodesMeet() ? codes.size() : kPortion;
+    WorkState state{.step = "正在移动分录",
+                    .all = static_cast<std::int64_t>(codes.size() * kLedgerTables.size())};
     for (const std::string_view ledger : kLedgerTables) {
       std::int64_t moved = 0;
-      for (std::size_t i = 0; i < ids.size(); i += portion) {
-        Tell(progress_, {.step = "正在移动分录",
-                         .done = static_cast<std::int64_t>(i),
-                         .all = static_cast<std::int64_t>(ids.size())});
-        moved += MoveAlong(std::string(ledger), ids[i], ids[std::min(i + portion, ids.size()) - 1]);
+      for (std::size_t i = 0; i < codes.size(); i += portion) {
+        Tell(progress_, state);
+        const std::size_t size = std::min(portion, codes.size() - i);
+        moved += MoveAlong(std::string(ledger), std::span(codes).subspan(i, size));
+        state.done += static_cast<std::int64_t>(size);
       }
       command.NoteFollowed(ledger, moved);
     }
   }
 
-  [[nodiscard]] std::int64_t MoveAlong(const std::string& ledger, std::int64_t first,
-                                       std::int64_t last) {
-    return connection_.Execute(
-        "update " + ledger + " set ccode=" + Before("ccode") + " from(" + Net() +
-            ")n where n.row_id between " + std::to_string(first) + " and " + std::to_string(last) +
-            " and n.old_row is not null and n.new_row is not null and " + Before("ccode") + "<>" +
-            After("ccode") + " and " + ledger + ".ccode=" + After("ccode"),
-        Origin::kDesk);
+  [[nodiscard]] std::int64_t MoveAlong(const std::string& ledger, std::span<const NewCode> codes) {
+    std::string list;
+    for (const NewCode& code : codes) {
+      list += (list.empty() ? "(" : ",(") + Literal(code.from) + "," + Literal(code.to) + ")";
+    }
+    // A server would read the whole ledger for each portion. Of a file the index is read, where
+    // codes stand in another order.
+    const std::string range = server_ ? " and " + ledger + ".ccode between " +
+                                            Literal(codes.front().from) + " and " +
+                                            Literal(codes.back().from)
+                                      : std::string();
+    return connection_.Execute("update " + ledger +
+                                   " set ccode=c.column2 from(select column1,column2 from(values" +
+                                   list + ")v)c where " + ledger + ".ccode=c.column1" + range,
+                               Origin::kDesk);
   }
 
   /// The chart may have changed around these accounts: their flags say what it says now.
-  void SetFlags(RulesPause& pause) {
-    for (const ChartFault& fault : pause.NewFaults()) {
-      if (fault.kind != ChartFault::Kind::kLeafFlag) continue;
-      const host::Value id = fault.id;
-      connection_.Execute(
-          "update gl_code set bend=case when bend<>0 then 0 else 1 end where i_id=?", Origin::kDesk,
-          {&id, 1});
-    }
-  }
-
   void Resume(RulesPause& pause) {
     try {
-      pause.Resume();
+      pause.ResumeWithFlags();
     } catch (const DatabaseError& error) {
       if (error.Kind() != ErrorKind::kRefused) throw;
       Refuse(error.what());

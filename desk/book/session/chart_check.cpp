@@ -90,11 +90,16 @@ class Finder {
   }
 
   void FindWrongPostings(const std::string& ledger) {
-    const std::string codes = CodesOf(dialect_, ledger);
-    Add(kNoAccount, "select 0,v.ccode from " + codes +
-                        " v where not exists(select 1 from gl_code b where b.ccode=v.ccode)");
-    Add(kPostings, "select a.i_id,a.ccode from " + codes +
-                       " v join gl_code a on a.ccode=v.ccode where a.bend=0");
+    const auto rows = connection_.Query(
+        "select a.i_id,v.ccode from " + CodesOf(dialect_, ledger) +
+            " v left join gl_code a on a.ccode=v.ccode where a.i_id is null or a.bend=0",
+        Origin::kDesk);
+    while (rows->Next()) {
+      const host::Value id = rows->Get(0);
+      faults_.push_back({.kind = id.IsNull() ? kNoAccount : kPostings,
+                         .id = static_cast<std::int64_t>(id.ToNumber()),
+                         .code = rows->Get(1).ToText()});
+    }
   }
 
   Connection& connection_;

@@ -22,13 +22,6 @@ std::int64_t NumberIn(Connection& connection, const std::string& query, Values p
   return number;
 }
 
-/// A code as a literal: a note names it several times.
-std::string Literal(const std::string& code) {
-  std::string literal = "'";
-  for (const char c : code) literal.append(c == '\'' ? 2 : 1, c);
-  return literal + "'";
-}
-
 }  // namespace
 
 JournalCommand::JournalCommand(Session& session, CommandKind kind, const std::string& title,

@@ -151,6 +151,12 @@ std::vector<std::string> DropJournalRules(SqlDialect dialect) {
   return drops;
 }
 
+std::string Literal(const std::string& code) {
+  std::string literal = "'";
+  for (const char c : code) literal.append(c == '\'' ? 2 : 1, c);
+  return literal + "'";
+}
+
 std::string_view TimeNow(SqlDialect dialect) {
   return dialect == SqlDialect::kSqlite ? kSqliteNow : kPostgresNow;
 }

@@ -37,6 +37,9 @@ inline constexpr std::string_view kMovedTableName = "desk_moved";
 /// An account as an expression that gives its image: `row` is how the statement calls it.
 [[nodiscard]] std::string AccountImage(SqlDialect dialect, const std::string& row);
 
+/// A code as a literal, where it cannot be a parameter.
+[[nodiscard]] std::string Literal(const std::string& code);
+
 /// The time of now, in UTC, as commands keep it.
 [[nodiscard]] std::string_view TimeNow(SqlDialect dialect);
 

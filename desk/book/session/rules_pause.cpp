@@ -1,6 +1,7 @@
 #include "book/session/rules_pause.h"
 
 #include <set>
+#include <utility>
 
 namespace desk::book {
 
@@ -46,7 +47,24 @@ std::vector<ChartFault> RulesPause::NewFaults() const {
 }
 
 void RulesPause::Resume() {
-  const std::vector<ChartFault> faults = NewFaults();
+  ResumeWithout(NewFaults());
+}
+
+void RulesPause::ResumeWithFlags() {
+  std::vector<ChartFault> faults = NewFaults();
+  bool set = false;
+  for (const ChartFault& fault : faults) {
+    if (fault.kind != ChartFault::Kind::kLeafFlag) continue;
+    const host::Value id = fault.id;
+    session_.Own().Execute(
+        "update gl_code set bend=case when bend<>0 then 0 else 1 end where i_id=?", Origin::kDesk,
+        {&id, 1});
+    set = true;
+  }
+  ResumeWithout(set ? NewFaults() : std::move(faults));
+}
+
+void RulesPause::ResumeWithout(const std::vector<ChartFault>& faults) {
   if (!faults.empty()) throw DatabaseError(ErrorKind::kRefused, FaultText(faults.front()));
   SetPause(session_.Own(), false);
   session_.rules_pause_ = false;

@@ -25,13 +25,17 @@ class RulesPause {
   RulesPause& operator=(const RulesPause&) = delete;
   ~RulesPause() = default;
 
-  /// What is wrong with the chart that was not before.
-  [[nodiscard]] std::vector<ChartFault> NewFaults() const;
   /// Lets the rules work again. `DatabaseError` (`kRefused`), which names the account, when
   /// something is wrong with the chart that was not before.
   void Resume();
+  /// `Resume`, after it has set flags of leaves that are wrong and were not before.
+  void ResumeWithFlags();
 
  private:
+  /// What is wrong with the chart that was not before.
+  [[nodiscard]] std::vector<ChartFault> NewFaults() const;
+  void ResumeWithout(const std::vector<ChartFault>& faults);
+
   Session& session_;
   std::vector<ChartFault> before_;
 };
