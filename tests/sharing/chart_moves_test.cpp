@@ -162,6 +162,8 @@ TEST_P(ChartMoves, ACancelAtAnyPointLeavesEveryRow) {
   const auto subtree = desk::book::ReadMovedSubtree(chart.GetSession(), from);
   const std::string to = *ProposeCode(chart.GetSession(), subtree, "");
   const Texts before = Contents(chart.Book());
+  const std::string commands = "select count(*) from desk_command";
+  const std::string commands_before = test::Scalar(chart.Book(), commands);
   for (int asked = 0;; ++asked) {
     ASSERT_LT(asked, 100);
     int left = asked;
@@ -174,6 +176,7 @@ TEST_P(ChartMoves, ACancelAtAnyPointLeavesEveryRow) {
     }
     EXPECT_EQ(refusal, "已取消，账簿没有改变");
     ASSERT_EQ(Contents(chart.Book()), before) << asked;
+    ASSERT_EQ(test::Scalar(chart.Book(), commands), commands_before);
   }
   EXPECT_NE(Contents(chart.Book()), before);
   // The rules work again.

@@ -146,6 +146,7 @@ std::set<std::size_t> SameIn(const BatchChart& now, const BatchChart& chart,
 }  // namespace
 
 BatchChart ReadBatchChart(Session& session) {
+  if (!CanRearrange(session)) RefuseChange("这个账簿不能批量处理科目");
   BatchChart chart{.accounts = ReadChart(session)};
   chart.posted.resize(chart.accounts.size());
   std::set<std::int64_t> ids;
