@@ -177,6 +177,7 @@ void ImportDialog::Listen() {
   });
   meaning_.Changed.Add([this] { TakeMeaning(); });
   problems_.Clicked.Add([this] { ShowLines(); });
+  skip_.Clicked.Add([this] { Enable(); });
   ok_.Clicked.Add([this] { Accept(); });
   cancel_.Clicked.Add([this] { Close(); });
 }
@@ -228,7 +229,16 @@ void ImportDialog::Judge() {
   shown_ = book::PlanImport(plan_.session, source_.Table(), options_);
   ShowLines();
   summary_.SetCaption(SummaryOf(shown_));
-  ok_.SetEnabled(shown_.Count(ImportState::kAdd) + shown_.Count(ImportState::kChange) > 0);
+  Enable();
+}
+
+/// All lines, or the rest of them where that is said.
+void ImportDialog::Enable() {
+  const bool refused = shown_.Count(ImportState::kRefuse) > 0;
+  const bool any = shown_.Count(ImportState::kAdd) + shown_.Count(ImportState::kChange) > 0;
+  problems_.SetEnabled(refused);
+  skip_.SetEnabled(refused && any);
+  ok_.SetEnabled(any && (!refused || IsSet(skip_)));
 }
 
 void ImportDialog::ShowLines() {
@@ -243,6 +253,9 @@ void ImportDialog::ShowLines() {
     rows.AppendText(OnOneLine(book::NoteOf(line)));
   }
   lines_.LoadRows(std::move(rows));
+  const int notes = lines_.Cols() - 1;
+  lines_.AutoSize(notes);
+  lines_.SetColWidth(notes, std::max(lines_.ColWidth(notes), kNoteWidth));
   if (lines_.Rows() > lines_.FixedRows()) lines_.SetRow(lines_.FixedRows());
 }
 
@@ -268,19 +281,6 @@ bool ImportDialog::Trapped(const std::function<void()>& body) {
 }
 
 void ImportDialog::Accept() {
-  const std::size_t refused = shown_.Count(ImportState::kRefuse);
-  if (refused > 0) {
-    const std::size_t rest = shown_.Count(ImportState::kAdd) + shown_.Count(ImportState::kChange);
-    const auto answer =
-        user_.Ask("有 " + Counted(refused) + " 行被拒绝，不会导入。是否只导入其余的 " +
-                      Counted(rest) + " 行？",
-                  host::kPromptTitle, viewkit::UserPort::Icon::kQuestion,
-                  viewkit::UserPort::Buttons::kYesNoDefaultNo);
-    if (answer != viewkit::UserPort::Answer::kYes) {
-      Check(problems_, true);
-      return;
-    }
-  }
   done_ = Trapped([this] { plan_.run(source_.Table(), options_, shown_); });
   if (done_) {
     Close();

@@ -20,6 +20,8 @@ namespace host = tavrix::host;
 
 /// The dialog between a file and the chart: how the file is read, what its columns mean, and line
 /// by line what an import would do. F2 in the list of columns leads to the box with the meanings.
+/// Where lines are refused nothing is imported unless the user has said that they are to be
+/// skipped.
 class ImportDialog : public viewkit::DialogModel {
  public:
   struct Plan {
@@ -43,6 +45,8 @@ class ImportDialog : public viewkit::DialogModel {
 
  private:
   [[nodiscard]] viewkit::Control* FirstFocus() override { return &lines_; }
+  static constexpr int kNoteWidth = 3600;  ///< twips; the least of the last column
+
   void Place();
   void PlaceReading(int top);
   void PlaceColumns(int top);
@@ -58,6 +62,7 @@ class ImportDialog : public viewkit::DialogModel {
   void TakeMeaning();
   /// Judges the lines anew and shows them.
   void Judge();
+  void Enable();
   void ShowLines();
   void Accept();
   /// Runs `body`; what it throws is told.
@@ -85,6 +90,7 @@ class ImportDialog : public viewkit::DialogModel {
   viewkit::CheckBox problems_{"Chk", 2};
   viewkit::FlexGrid lines_{"Lines"};
   viewkit::Label summary_{"Lbl", 4};
+  viewkit::CheckBox skip_{"Chk", 3};
   viewkit::CommandButton ok_{"Cmd", 0};
   viewkit::CommandButton cancel_{"Cmd", 1};
 };

@@ -23,7 +23,7 @@ constexpr int kWidth = 9480;
 constexpr int kInside = kWidth - 2 * kMargin;
 constexpr int kThird = 2880;
 constexpr int kBetween = (kInside - 3 * kThird) / 2;
-constexpr int kLabel = 960;
+constexpr int kLabel = 1170;
 constexpr int kColumnsHeight = 1650;
 constexpr int kLinesHeight = 2700;
 
@@ -70,7 +70,10 @@ void ImportDialog::Place() {
   PlaceLines(top);
   top += kLinesHeight + kGap;
   constexpr int kButtons = 2 * viewkit::form::kButtonWidth + 2 * kGap;
-  Put(summary_, {kMargin, top + 75, kInside - kButtons, kBoxHeight - 30});
+  constexpr int kSkip = 2100;
+  Put(summary_, {kMargin, top + 75, kInside - kButtons - kSkip, kBoxHeight - 30});
+  skip_.SetCaption("跳过被拒绝的行(&K)");
+  Put(skip_, {kMargin + kInside - kButtons - kSkip, top + 45, kSkip, kBoxHeight});
   ok_.SetCaption("导入(&I)");
   Put(ok_, viewkit::form::Button(kWidth, 1, top));
   cancel_.SetCaption("取消");
@@ -109,8 +112,10 @@ void ImportDialog::PlaceColumns(int top) {
 }
 
 void ImportDialog::PlaceLines(int top) {
-  PrepareList(lines_,
-              {{"行", 720}, {"结果", 720}, {"科目编码", 1350}, {"科目名称", 2400}, {"说明", 6000}});
+  PrepareList(
+      lines_,
+      {{"行", 720}, {"结果", 720}, {"科目编码", 1350}, {"科目名称", 2400}, {"说明", kNoteWidth}});
+  lines_.SetFixedAlignment(lines_.Cols() - 1, Alignment::kLeftCenter);
   lines_.SetAccessibleName("导入的结果");
   Put(lines_, {kMargin, top, kInside, kLinesHeight});
 }
@@ -122,7 +127,7 @@ void ImportDialog::FitInto(int height) {
   const int over = std::min(Height() - height, list.height - kLeast);
   if (over <= 0) return;
   for (viewkit::Control* control :
-       std::initializer_list<viewkit::Control*>{&summary_, &ok_, &cancel_}) {
+       std::initializer_list<viewkit::Control*>{&summary_, &skip_, &ok_, &cancel_}) {
     Bounds bounds = control->GetBounds();
     bounds.top -= over;
     control->SetBounds(bounds);

@@ -142,10 +142,13 @@ void MnemonicDialog::Listen() {
 
 void MnemonicDialog::ShowLines() {
   host::RowSet rows(kColumns);
+  const Line* const chosen = Chosen();
+  int row = list_.FixedRows();
   shown_.clear();
   for (std::size_t i = 0; i < lines_.size(); ++i) {
     const Line& line = lines_[i];
     if (!IsSet(all_) && !line.account.mnemonic.empty()) continue;
+    if (&line == chosen) row += static_cast<int>(shown_.size());
     shown_.push_back(i);
     rows.AppendText(line.taken ? "√" : "");
     rows.AppendText(line.account.code);
@@ -154,7 +157,10 @@ void MnemonicDialog::ShowLines() {
     rows.AppendText(line.wanted);
   }
   list_.LoadRows(std::move(rows));
-  if (!shown_.empty()) list_.SetRow(list_.FixedRows());
+  if (!shown_.empty()) {
+    list_.SetRow(row);
+    list_.ShowRow(row);
+  }
   ShowBox();
   Count();
 }

@@ -79,7 +79,7 @@ void ImportAccounts(const Workplace& place) {
        .run =
            [&](const book::SourceTable& table, const book::ImportOptions& options,
                const book::ImportPlan& plan) {
-             RunLong(GetActiveWindow(), L"导入科目", [&](const book::Progress& progress) {
+             RunLong(place.frame.Hwnd(), L"导入科目", [&](const book::Progress& progress) {
                book::ImportChart(session, table, options, plan, progress);
              });
            }},
