@@ -8,13 +8,7 @@
 namespace desk::views {
 
 using host::Bounds;
-using viewkit::form::FrameHeight;
-using viewkit::form::kBoxHeight;
-using viewkit::form::kButtonHeight;
-using viewkit::form::kGap;
-using viewkit::form::kMargin;
-using viewkit::form::kRowPitch;
-using viewkit::form::Rows;
+using namespace viewkit::form;
 
 namespace {
 

@@ -15,11 +15,7 @@ namespace desk::views {
 
 using host::Bounds;
 using viewkit::CheckBox;
-using viewkit::form::kBoxHeight;
-using viewkit::form::kButtonHeight;
-using viewkit::form::kGap;
-using viewkit::form::kMargin;
-using viewkit::form::kRowPitch;
+using namespace viewkit::form;
 
 namespace {
 

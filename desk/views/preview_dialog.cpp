@@ -9,11 +9,7 @@
 
 namespace desk::views {
 
-using viewkit::form::kBoxHeight;
-using viewkit::form::kButtonHeight;
-using viewkit::form::kGap;
-using viewkit::form::kMargin;
-using viewkit::form::kRowPitch;
+using namespace viewkit::form;
 
 namespace {
 

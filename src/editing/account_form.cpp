@@ -8,11 +8,7 @@ namespace {
 
 using host::Bounds;
 using viewkit::ComboBox;
-using viewkit::form::FrameHeight;
-using viewkit::form::kButtonHeight;
-using viewkit::form::kGap;
-using viewkit::form::kMargin;
-using viewkit::form::Rows;
+using namespace viewkit::form;
 
 // First window identifier of each control array.
 constexpr int kTextId = 100;
