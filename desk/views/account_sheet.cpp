@@ -93,6 +93,24 @@ std::string SidedAmount(std::int64_t balance) {
   return std::string(side) + " " + book::MoneyText(balance > 0 ? balance : -balance);
 }
 
+std::vector<std::string> SpokenLines(const AccountSheet& sheet) {
+  std::vector<std::string> lines;
+  lines.push_back(sheet.code + " " + sheet.name);
+  std::string path = sheet.path;
+  std::ranges::replace(path, '\n', ' ');
+  if (!path.empty()) lines.push_back(path);
+  lines.push_back("余额 " + sheet.balance);
+  if (!sheet.share.empty()) lines.push_back("占上级 " + sheet.share);
+  for (const AccountSheet::Line& line : sheet.lines) lines.push_back(line.label + " " + line.text);
+  for (auto month = sheet.months.rbegin(); month != sheet.months.rend(); ++month) {
+    std::string text = month->month;
+    if (!month->debit.empty()) text += " 借方 " + month->debit;
+    if (!month->credit.empty()) text += " 贷方 " + month->credit;
+    lines.push_back(text + " 余额 " + month->balance);
+  }
+  return lines;
+}
+
 AccountSheet MakeAccountSheet(const AccountCard& card) {
   AccountSheet sheet{.code = card.account.code,
                      .name = card.account.name,

@@ -39,6 +39,9 @@ struct AccountSheet {
 
 [[nodiscard]] AccountSheet MakeAccountSheet(const book::AccountCard& card);
 
+/// All of it line by line, for users who hear it.
+[[nodiscard]] std::vector<std::string> SpokenLines(const AccountSheet& sheet);
+
 /// "借 1,234.50", "贷 …"; "平" for zero.
 [[nodiscard]] std::string SidedAmount(std::int64_t balance);
 

@@ -190,6 +190,10 @@ void PrintLayout::BreakPages() {
   } while (starts_.back() < table_.rows.size());
 }
 
+std::vector<std::string> PrintLayout::SpokenPage(int page) const {
+  return PrintPageMaker(*this).Spoken(page);
+}
+
 PrintPage PrintLayout::Page(int page) const {
   return PrintPageMaker(*this).Make(page);
 }

@@ -69,6 +69,9 @@ class PrintLayout {
   [[nodiscard]] int Pages() const { return static_cast<int>(starts_.size()) - 1; }
   /// `page` counts from 0.
   [[nodiscard]] PrintPage Page(int page) const;
+  /// What stands on the page, line by line: captions and cells of a row with blanks between, for
+  /// users who hear it.
+  [[nodiscard]] std::vector<std::string> SpokenPage(int page) const;
   /// The first row of a page; for `Pages()` the number of rows.
   [[nodiscard]] std::size_t FirstRow(int page) const {
     return starts_.at(static_cast<std::size_t>(page));

@@ -1,6 +1,7 @@
 #include "views/print_page.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "views/print_wrap.h"
@@ -18,6 +19,28 @@ PrintColor ColorOf(const PrintColumn& column, const std::string& text) {
 }
 
 }  // namespace
+
+std::vector<std::string> PrintPageMaker::Spoken(int page) const {
+  std::vector<std::string> lines;
+  const auto add = [&lines](const auto& parts, const auto& text_of) {
+    std::string line;
+    for (const auto& part : parts) {
+      const std::string& text = text_of(part);
+      if (!text.empty()) line += (line.empty() ? "" : " ") + text;
+    }
+    if (!line.empty()) lines.push_back(std::move(line));
+  };
+  const auto itself = [](const std::string& text) -> const std::string& { return text; };
+  add(std::array{table_.title}, itself);
+  add(std::array{table_.left, table_.middle, table_.right}, itself);
+  add(table_.columns,
+      [](const PrintColumn& column) -> const std::string& { return column.caption; });
+  for (std::size_t row = layout_.FirstRow(page); row < layout_.FirstRow(page + 1); ++row) {
+    add(table_.rows[row].cells, itself);
+  }
+  add(std::array{table_.foot, NumberText(page, layout_.Pages())}, itself);
+  return lines;
+}
 
 PrintPage PrintPageMaker::Make(int page) {
   const std::size_t first = layout_.FirstRow(page);

@@ -14,6 +14,7 @@ class PrintPageMaker {
   explicit PrintPageMaker(const PrintLayout& layout) : layout_(layout), table_(layout.table_) {}
 
   [[nodiscard]] PrintPage Make(int page);
+  [[nodiscard]] std::vector<std::string> Spoken(int page) const;
 
  private:
   struct Room {

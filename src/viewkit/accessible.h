@@ -31,6 +31,8 @@ enum class AccessibleRole {
   kTab,
   kSeparator,
   kDialog,
+  kDocument,
+  kText,
 };
 
 struct AccessibleStates {
@@ -80,6 +82,30 @@ class Accessible {
   virtual void Act(AccessibleId) {}
   /// False when this cannot be selected, or not so.
   virtual bool Select(AccessibleId, AccessibleSelect) { return false; }
+};
+
+/// A window that shows a text, line by line. Where a line stands it does not tell.
+class AccessibleLines : public Accessible {
+ public:
+  void SetLines(std::vector<std::string> lines) { lines_ = std::move(lines); }
+  [[nodiscard]] AccessibleRole Role(AccessibleId id) const override {
+    return id.item == 0 ? AccessibleRole::kDocument : AccessibleRole::kText;
+  }
+  [[nodiscard]] bool Exists(AccessibleId id) const override {
+    return id.part == 0 && id.item >= 0 && id.item <= Count();
+  }
+  [[nodiscard]] std::string Name(AccessibleId id) const override {
+    return id.item == 0 ? std::string() : lines_[static_cast<std::size_t>(id.item) - 1];
+  }
+  [[nodiscard]] int Children(AccessibleId id) const override { return id.item == 0 ? Count() : 0; }
+  [[nodiscard]] AccessibleId Child(AccessibleId, int position) const override {
+    return {position + 1, 0};
+  }
+  [[nodiscard]] int Position(AccessibleId id) const override { return id.item - 1; }
+
+ private:
+  [[nodiscard]] int Count() const { return static_cast<int>(lines_.size()); }
+  std::vector<std::string> lines_;
 };
 
 /// A window that the system can speak for, but does not know what it is, or what it is called.

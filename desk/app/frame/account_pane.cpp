@@ -7,6 +7,7 @@
 #include "app/frame/account_painter.h"
 #include "app/frame/icons.h"
 #include "host/utf.h"
+#include "viewkit/win32/accessibility.h"
 
 namespace desk::app {
 namespace {
@@ -51,6 +52,8 @@ void AccountPane::SetSheet(std::optional<views::AccountSheet> sheet, std::wstrin
       sheet_ ? tavrix::host::Wide(sheet_->code + " " + sheet_->name + " " + sheet_->balance)
              : reason_;
   SetWindowTextW(Hwnd(), name.c_str());
+  accessible_.SetLines(sheet_ ? views::SpokenLines(*sheet_) : std::vector<std::string>());
+  win32::RaiseAccessibleEvent(Hwnd(), EVENT_OBJECT_NAMECHANGE, {});
   SetBar();
   InvalidateRect(Hwnd(), nullptr, FALSE);
 }

@@ -36,6 +36,7 @@ class AccountPane : public Pane {
   void SetSheet(std::optional<views::AccountSheet> sheet, std::wstring reason = {});
   /// `due` is called when this has not been called again for a moment.
   void Expect();
+  [[nodiscard]] tavrix::viewkit::Accessible* Inside() override { return &accessible_; }
 
  private:
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
@@ -56,6 +57,7 @@ class AccountPane : public Pane {
   Calls calls_;
   std::optional<views::AccountSheet> sheet_;
   std::wstring reason_;
+  tavrix::viewkit::AccessibleLines accessible_;
   int height_ = 0;  // of the whole sheet
   int scrolled_ = 0;
   tavrix::viewkit::win32::BackBuffer buffer_;

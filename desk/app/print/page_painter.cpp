@@ -49,14 +49,15 @@ int PageMeasure::Advance(std::wstring_view character, bool bold) const {
   return static_cast<int>(size.cx);
 }
 
-/// A pair of units has its width at the first of them.
+/// The units of a pair share its width: where a font lacks the character each of them is painted.
 std::vector<int> PageMeasure::Advances(std::wstring_view text, bool bold) const {
   std::vector<int> advances(text.size(), 0);
   std::vector<int>& known = advances_[bold ? 1 : 0];
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (IS_HIGH_SURROGATE(text[i]) && i + 1 < text.size()) {
-      advances[i] = Advance(text.substr(i, 2), bold);
-      ++i;
+      const int advance = Advance(text.substr(i, 2), bold);
+      advances[i] = advance / 2;
+      advances[++i] = advance - advance / 2;
       continue;
     }
     int& advance = known.at(static_cast<std::size_t>(text[i]));

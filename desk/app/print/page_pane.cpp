@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/utf.h"
+#include "viewkit/win32/accessibility.h"
 
 namespace desk::app {
 namespace {
@@ -63,6 +64,8 @@ void PagePane::SetStyle(SharedStyle style) {
 void PagePane::Show() {
   page_ = preview_->Layout().Page(preview_->Page());
   SetWindowTextW(Hwnd(), tavrix::host::Wide(preview_->PositionText()).c_str());
+  accessible_.SetLines(preview_->Layout().SpokenPage(preview_->Page()));
+  win32::RaiseAccessibleEvent(Hwnd(), EVENT_OBJECT_NAMECHANGE, {});
   SetBars();
   InvalidateRect(Hwnd(), nullptr, FALSE);
 }

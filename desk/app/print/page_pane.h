@@ -29,6 +29,7 @@ class PagePane : public Pane {
   /// Another page, or the same in another way.
   void Show();
   void SetStyle(SharedStyle style);
+  [[nodiscard]] tavrix::viewkit::Accessible* Inside() override { return &accessible_; }
 
  private:
   enum class Bar { kHorizontal, kVertical };
@@ -53,6 +54,7 @@ class PagePane : public Pane {
   Calls calls_;
   std::unique_ptr<PagePainter> painter_;
   views::PrintPage page_;
+  tavrix::viewkit::AccessibleLines accessible_;
   POINT scrolled_{};
   tavrix::viewkit::win32::BackBuffer buffer_;
 };
