@@ -61,7 +61,10 @@ BatchDialog::BatchDialog(book::Session& session, const std::string& code, LongRu
   (known && found->sealed ? unseal_ : seal_).SetValue(true);
   Listen();
   ShowPlan();
-  if (known) List().SetRow(List().FixedRows() + static_cast<int>(position));
+  if (!known) return;
+  const int row = List().FixedRows() + static_cast<int>(position);
+  List().SetRow(row);
+  List().SetTopRow(row);
 }
 
 void BatchDialog::PlaceForm() {

@@ -5,7 +5,10 @@
 
 #include "book/chart/batch.h"
 #include "book/chart/merge.h"
+#include "book/chart/move_accounts.h"
 #include "book/ledger/posting.h"
+#include "book/session/journal_rules.h"
+#include "book/session/ledger_rules.h"
 #include "sharing/random_chart.h"
 #include "sharing/shared_book.h"
 
@@ -43,7 +46,7 @@ TEST_P(ChartMerges, AMergeMovesPostingsOrSaysWhatTheyWouldLose) {
   EXPECT_THAT(merge("1001", "1001"), HasSubstr("自己"));
   test::Run(book, "update gl_code set bclose=1 where ccode='50010101'");
   EXPECT_THAT(merge("100202", "50010101"), HasSubstr("已经封存"));
-  test::Run(book, "update gl_code set cgather='100202' where ccode='2202'");
+  test::Run(book, "update gl_code set cgather='100202' where ccode in('2202','1002')");
   const std::string sums = "select sum(debit),sum(credit),count(*) from gl_accsum";
   const Texts before = test::AllRows(book, sums);
   EXPECT_EQ(merge("100202", "1001"), "");
@@ -92,6 +95,51 @@ TEST_P(ChartMerges, ABatchDeletesAllThatCanGo) {
           << code << row.reason;
     }
   }
+}
+
+// The book of another maker has neither the desk's own tables nor its rules, and may hold nulls.
+TEST_P(ChartMerges, BooksOfOtherMakersAreKeptInOrderToo) {
+  const SharedBook shared(GetParam());
+  {
+    const auto made = shared.Open();
+    auto& connection = made.GetSession().Own();
+    for (const auto& script : {desk::book::DropJournalRules(connection.Dialect()),
+                               desk::book::DropEarlierRules(connection.Dialect())}) {
+      for (const std::string& sql : script) test::Run(made, sql);
+    }
+    connection.SetSchemaVersion(0);
+    for (const char* table : {"desk_identifier", "desk_command", "desk_change", "desk_moved"}) {
+      test::Run(made, std::string("drop table ") + table);
+    }
+    test::Run(made,
+              "insert into gl_accvouch(i_id,ccode,department,currency_name,foreign_amount,quantity)"
+              "values(1,'10020002',null,null,null,null)");
+    test::Run(made, "update gl_code set bdept=1 where ccode='10020001'");
+    test::Run(made, "update gl_code set cexch_name='美元',bexchange=1 where ccode='1001'");
+    test::Run(made,
+              "insert into gl_code(i_id,cclass,ccode,igrade,bend)values(7,'成本','50010001',2,1)");
+    test::Run(made, "update gl_code set bend=0 where ccode='5001'");
+  }
+  const auto book = shared.Open();
+  Session& session = book.GetSession();
+  const auto merge = [&](const std::string& from, const std::string& into) {
+    return Refusal([&] { MergeAccounts(session, PlanMerge(session, from, into)); });
+  };
+  EXPECT_THAT(merge("10020002", "10020001"), HasSubstr("没有部门"));
+  EXPECT_THAT(merge("10020002", "1001"), HasSubstr("没有“美元”"));
+  EXPECT_EQ(Refusal([&] {
+              const auto subtree = desk::book::ReadMovedSubtree(session, "10020002");
+              MoveAccounts(session, PlanMove(session, subtree, "1005"),
+                           desk::book::CommandKind::kMove);
+              const auto listed = desk::book::ReadBatchChart(session);
+              const auto plan = PlanBatch(listed, desk::book::BatchAction::kDelete, {2});
+              ChangeBatch(session, listed, plan, {2});
+            }),
+            "");
+  EXPECT_EQ(merge("50010001", "1005"), "");
+  EXPECT_THAT(ChartFaultsOf(book), IsEmpty());
+  EXPECT_EQ(test::AllRows(book, "select ccode from gl_code order by ccode"),
+            (Texts{"1001", "1002", "1005", "2202", "5001"}));
 }
 
 TEST_P(ChartMerges, ABatchSealsWithAllBelowAndRefusesWhatOthersChanged) {

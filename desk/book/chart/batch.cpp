@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "book/ledger/code_rule.h"
 #include "book/session/journal_command.h"
 #include "host/text.h"
 
@@ -121,6 +122,25 @@ ActionSense SenseOf(BatchAction action) {
   return {CommandKind::kDelete, "删除", "正在删除科目", "delete from gl_code where i_id in("};
 }
 
+/// "封存 1002 等"; how many they are the history says itself.
+std::string TitleOf(const ActionSense& sense, const BatchChart& chart, const BatchPlan& plan) {
+  const auto first = std::ranges::find_if(plan.rows, &BatchRow::changes);
+  if (first == plan.rows.end()) return std::string(sense.title);
+  return std::string(sense.title) + " " + chart.accounts[first->account].code +
+         (plan.changing > 1 ? " 等" : "");
+}
+
+/// The parents of accounts that go: what others are left below them is to be seen then.
+std::set<std::string> ParentsOf(Session& session, const BatchChart& chart, const BatchPlan& plan) {
+  std::set<std::string> parents;
+  const std::string rule = ReadCodeRule(session);
+  for (const BatchRow& row : plan.rows) {
+    if (!row.changes || plan.action != BatchAction::kDelete) continue;
+    parents.insert(CodeRuleArithmetic().ParentCode(chart.accounts[row.account].code, rule));
+  }
+  return parents;
+}
+
 /// The identifiers of the accounts that change: what is below comes before what is above it.
 std::vector<std::int64_t> IdentifiersOf(const BatchChart& chart, const BatchPlan& plan) {
   std::vector<std::int64_t> ids;
@@ -171,14 +191,14 @@ std::int64_t ChangeBatch(Session& session, const BatchChart& chart, const BatchP
                          const std::set<std::size_t>& chosen, const Progress& progress) {
   const ActionSense sense = SenseOf(plan.action);
   Tell(progress, {.step = "正在核对科目"});
+  PrepareRearranging(session);
   Transaction transaction(session);
   const BatchChart now = ReadBatchChart(session);
   const std::vector<std::int64_t> ids = IdentifiersOf(chart, plan);
   if (IdentifiersOf(now, PlanBatch(now, plan.action, SameIn(now, chart, chosen))) != ids) {
     RefuseChange("其他用户刚修改了这些科目，请核对后再试");
   }
-  const JournalCommand command(
-      session, sense.kind, std::string(sense.title) + " " + std::to_string(ids.size()) + " 个科目");
+  const JournalCommand command(session, sense.kind, TitleOf(sense, chart, plan));
   constexpr std::size_t kAtOnce = 200;
   WorkState state{.step = std::string(sense.step), .all = static_cast<std::int64_t>(ids.size())};
   for (std::size_t first = 0; first < ids.size(); first += kAtOnce) {
@@ -191,6 +211,7 @@ std::int64_t ChangeBatch(Session& session, const BatchChart& chart, const BatchP
     state.done += session.Own().Execute(sense.statement + list + ")", Origin::kDesk);
   }
   Tell(progress, state);
+  for (const std::string& parent : ParentsOf(session, chart, plan)) SetLeafIfLast(session, parent);
   transaction.Commit();
   session.NoteChange();
   return state.done;

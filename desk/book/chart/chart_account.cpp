@@ -1,6 +1,7 @@
 #include "book/chart/chart_account.h"
 
 #include "book/ledger/trial_balance.h"
+#include "book/session/schema.h"
 #include "book/session/settings.h"
 #include "host/account.h"
 
@@ -127,6 +128,20 @@ bool CanRearrange(Session& session) {
   const SqlDialect dialect = session.Own().Dialect();
   return !session.Own().ReadOnly() &&
          (dialect == SqlDialect::kSqlite || dialect == SqlDialect::kPostgres);
+}
+
+void PrepareRearranging(Session& session) {
+  if (!CanRearrange(session)) RefuseChange("这个账簿不能调整科目");
+  EnsureIdentifierTable(session.Own());
+}
+
+void SetLeafIfLast(Session& session, const std::string& parent) {
+  const auto range = RangeOf(parent);
+  const host::Value values[] = {parent, parent, range[1]};
+  session.Own().Execute(
+      "update gl_code set bend=1 where ccode=? and bend=0 and not exists(select 1 from gl_code b "
+      "where b.ccode>? and b.ccode<?)",
+      Origin::kDesk, values);
 }
 
 void RefuseChange(const std::string& text) {

@@ -69,6 +69,12 @@ struct PostingCount {
 /// Accounts are rearranged only where the engine keeps the rules of chart and ledgers.
 [[nodiscard]] bool CanRearrange(Session& session);
 
+/// Before the transaction: afterwards others wait for it also in a book of another maker.
+void PrepareRearranging(Session& session);
+/// Inside it: makes an account a leaf that has no others below it any more. The rules of the desk's
+/// own books have seen to it already, unless they pause.
+void SetLeafIfLast(Session& session, const std::string& parent);
+
 /// A command that cannot be carried out, with its reason.
 [[noreturn]] void RefuseChange(const std::string& text);
 

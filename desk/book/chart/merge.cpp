@@ -77,8 +77,8 @@ class Planner {
   void AddKinds() {
     for (std::size_t i = 0; i < kPartnerKinds; ++i) AddPartner(i);
     AddMeasure("外币", plan_.from.currency, plan_.into.currency,
-               "foreign_amount<>0 or currency_name<>''");
-    AddMeasure("数量单位", plan_.from.unit, plan_.into.unit, "quantity<>0");
+               "coalesce(foreign_amount,0)<>0 or coalesce(currency_name,'')<>''");
+    AddMeasure("数量单位", plan_.from.unit, plan_.into.unit, "coalesce(quantity,0)<>0");
   }
 
   void AddPartner(std::size_t kind) {
@@ -88,9 +88,10 @@ class Planner {
     const std::string name = kPartnerNames[kind];
     const std::string column = kPartnerColumns[kind];
     std::string note;
-    if (from && !into && HasEntries(column + "<>''"))
+    if (from && !into && HasEntries("coalesce(" + column + ",'')<>''"))
       note = "目标科目不按" + name + "核算，会丢失这些明细";
-    if (!from && into && HasEntries(column + "=''")) note = "有凭证没有" + name + "，目标科目需要";
+    if (!from && into && HasEntries("coalesce(" + column + ",'')=''"))
+      note = "有凭证没有" + name + "，目标科目需要";
     const bool refused = !note.empty();
     if (!refused && from != into) note = "不同";
     Add(name + "核算", WordOf(from), WordOf(into), note, refused);
@@ -147,7 +148,8 @@ class Planner {
 /// The accounts that are summarised into the one that goes.
 void MoveGathering(Connection& connection, const MergePlan& plan) {
   const host::Value values[] = {plan.into.code, plan.from.code};
-  connection.Execute("update gl_code set cgather=? where cgather=?", Origin::kDesk, values);
+  connection.Execute("update gl_code set cgather=? where lower(cgather)=lower(cast(? as text))",
+                     Origin::kDesk, values);
 }
 
 }  // namespace
@@ -168,6 +170,7 @@ MergePlan PlanMerge(Session& session, const std::string& from, const std::string
 
 std::int64_t MergeAccounts(Session& session, const MergePlan& plan, const Progress& progress) {
   Tell(progress, {.step = "正在核对科目"});
+  PrepareRearranging(session);
   Transaction transaction(session);
   const MergePlan now = PlanMerge(session, plan.from.code, plan.into.code);
   if (!now.Allowed()) RefuseChange(now.WhyNot());
@@ -179,9 +182,9 @@ std::int64_t MergeAccounts(Session& session, const MergePlan& plan, const Progre
   Tell(progress, {.step = "正在修改凭证"});
   const std::int64_t moved = command.MovePostings(plan.from.code, plan.into.code);
   MoveGathering(session.Own(), now);
-  // The rules of the book make its parent a leaf when it was the last below it.
   const host::Value id(now.from.id);
   session.Own().Execute("delete from gl_code where i_id=?", Origin::kDesk, {&id, 1});
+  SetLeafIfLast(session, CodeRuleArithmetic().ParentCode(now.from.code, ReadCodeRule(session)));
   Tell(progress, {.step = "正在保存"});
   transaction.Commit();
   session.NoteChange();

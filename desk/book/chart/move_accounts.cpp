@@ -36,7 +36,8 @@ class Mover {
  public:
   Mover(Session& session, JournalCommand& command, const MovedSubtree& subtree,
         const MovePlan& plan, const Progress& progress)
-      : connection_(session.Own()),
+      : session_(session),
+        connection_(session.Own()),
         command_(command),
         subtree_(subtree),
         plan_(plan),
@@ -103,8 +104,9 @@ class Mover {
   /// The accounts that are summarised into those that move.
   void MoveGathering() {
     const host::Value top(plan_.code);
-    const std::string begins =
-        " where substr(cgather,1," + std::to_string(CharactersOf(plan_.code)) + ")=?";
+    const std::string begins = " where lower(substr(cgather,1," +
+                               std::to_string(CharactersOf(plan_.code)) +
+                               "))=lower(cast(? as text))";
     for (const CodeMap::Part& part : map_.Parts("cgather")) {
       Update("update gl_code set cgather=", part, begins, {&top, 1});
     }
@@ -131,15 +133,10 @@ class Mover {
     const host::Value above(arithmetic.ParentCode(plan_.new_code, subtree_.rule));
     connection_.Execute("update gl_code set bend=0 where ccode=? and bend<>0", Origin::kDesk,
                         {&above, 1});
-    const std::string left = arithmetic.ParentCode(plan_.code, subtree_.rule);
-    const auto range = RangeOf(left);
-    const host::Value values[] = {left, left, range[1]};
-    connection_.Execute(
-        "update gl_code set bend=1 where ccode=? and bend=0 and not exists(select 1 from gl_code b "
-        "where b.ccode>? and b.ccode<?)",
-        Origin::kDesk, values);
+    SetLeafIfLast(session_, arithmetic.ParentCode(plan_.code, subtree_.rule));
   }
 
+  Session& session_;
   Connection& connection_;
   JournalCommand& command_;
   const MovedSubtree& subtree_;
@@ -158,6 +155,7 @@ std::string TitleOf(const MovePlan& plan) {
 MoveResult MoveAccounts(Session& session, const MovePlan& plan, CommandKind kind,
                         const Progress& progress) {
   Tell(progress, {.step = "正在核对科目"});
+  PrepareRearranging(session);
   Transaction transaction(session);
   const MovedSubtree subtree = ReadMovedSubtree(session, plan.code);
   const MovePlan now = PlanMove(session, subtree, plan.new_code);
