@@ -21,17 +21,23 @@ constexpr std::array kFlags = {Flag{Partner::kDepartment, "部门"}, Flag{Partne
                                Flag{Partner::kProject, "项目"}};
 
 const std::string kSelect =
-    "select ccode,ccode_name,bend,bdept,bperson,bcus,bsup,bitem from gl_code where ";
+    "select ccode,ccode_name,bend,bexchange,cexch_name,cmeasure,bdept,bperson,bcus,bsup,bitem from "
+    "gl_code where ";
 
 PostingAccount ReadAccount(const book::Rows& rows) {
   constexpr int kCode = 0;
   constexpr int kName = 1;
   constexpr int kLeaf = 2;
-  constexpr int kFirstFlag = 3;
+  constexpr int kForeign = 3;
+  constexpr int kCurrency = 4;
+  constexpr int kUnit = 5;
+  constexpr int kFirstFlag = 6;
   PostingAccount account;
   account.code = rows.Get(kCode).ToText();
   account.name = rows.Get(kName).ToText();
   account.leaf = rows.Get(kLeaf).ToNumber() != 0;
+  if (rows.Get(kForeign).ToNumber() != 0) account.currency = rows.Get(kCurrency).ToText();
+  account.unit = rows.Get(kUnit).ToText();
   for (std::size_t i = 0; i < kFlags.size(); ++i) {
     const int column = kFirstFlag + static_cast<int>(i);
     if (rows.Get(column).ToNumber() != 0) account.wanted.push_back(kFlags[i].partner);

@@ -19,6 +19,8 @@ struct PostingAccount {
   std::string name;
   bool leaf = false;
   std::vector<Partner> wanted;
+  std::string currency;  ///< the foreign currency it is kept in; empty for none
+  std::string unit;      ///< the unit in which quantities are kept; empty for none
 };
 
 /// "部门", "客户" and so on.

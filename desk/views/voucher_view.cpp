@@ -56,6 +56,11 @@ void VoucherView::Listen() {
   range_.Changed.Add([this] { OnRange(); });
   range_codes_.Changed.Add([this] { OnRange(); });
   code_.LostFocus.Add([this] { plan_.account_left(); });
+  for (viewkit::TextBox* box : {&foreign_, &rate_, &debit_, &credit_}) {
+    box->Changed.Add([this, box] {
+      if (!filling_) by_rate_ = box == &foreign_ || box == &rate_;
+    });
+  }
   list_.DoubleClick.Add([this] { EditChosen(); });
   list_.GotFocus.Add([this] { OnListFocus(true); });
   list_.LostFocus.Add([this] { OnListFocus(false); });
@@ -121,9 +126,13 @@ viewkit::Control* VoucherView::NextBox() {
 /// Enter in a box goes on, from the last one of an entry into the list.
 void VoucherView::OnEnter() {
   if (list_.Focused()) return EditChosen();
-  viewkit::Control* next = NextBox();
+  const bool in_amount = debit_.Focused() || credit_.Focused();
+  if ((in_amount || InForeign()) && !WorkOut()) return;
+  viewkit::Control* next = InForeign() ? &NextOfForeign() : NextBox();
   // Enter in the account's box ends the typing there; an empty box goes on too.
-  if (code_.Focused()) next = ResolveAccount() || field_.Typed().empty() ? &debit_ : &code_;
+  if (code_.Focused()) {
+    next = ResolveAccount() || field_.Typed().empty() ? &NextOfForeign() : &code_;
+  }
   if (next == nullptr) return AddLine();
   next->SetFocus();
   if (const auto* box = dynamic_cast<viewkit::TextBox*>(next)) box->SelectAll();
@@ -149,7 +158,7 @@ void VoucherView::OnAccountLeft() {
                      range_.Focused() || range_codes_.Focused();
   if (stays) return;
   // Who goes on with the entry comes back to what was refused; who leaves it may.
-  const bool goes_on = debit_.Focused() || credit_.Focused() || partner_.Focused();
+  const bool goes_on = debit_.Focused() || credit_.Focused() || partner_.Focused() || InForeign();
   try {
     if (ResolveAccount() || !refusal_ || !goes_on) return;
     code_.SetFocus();

@@ -123,6 +123,19 @@ class VoucherView {
   [[nodiscard]] std::optional<Line> ReadLine();
   /// Nothing, and the user knows why, when the box holds no amount.
   [[nodiscard]] std::optional<std::int64_t> ReadAmount(viewkit::TextBox& box, const char* side);
+  /// The boxes of foreign currency and quantity are there for accounts that are kept in them.
+  void ShowForeign();
+  int ArrangeForeign(int top, int line, int width);
+  /// What the boxes hold, for the account; nothing, and the user knows why, when it is no number.
+  [[nodiscard]] std::optional<double> ReadNumber(viewkit::TextBox& box, const char* name);
+  /// Works out the third of foreign amount, rate and amount: the amount, or when that has been
+  /// typed last the rate. False, and the user knows why, when one of them is no number.
+  bool WorkOut();
+  bool ReadForeign(book::Entry& entry);
+  void FillForeign(const book::Entry& entry);
+  [[nodiscard]] bool InForeign() const;
+  /// Where Enter leads from the account or one of these boxes.
+  [[nodiscard]] viewkit::Control& NextOfForeign();
   /// Puts the amount into the boxes that the other entries lack.
   void Balance();
   void PostVoucher();
@@ -168,6 +181,12 @@ class VoucherView {
   viewkit::CommandButton take_{"Cmd", 6};
   viewkit::Label sums_{"Lbl", 9};
   viewkit::Label answer_{"Lbl", 10};
+  viewkit::Label foreign_label_{"Lbl", 11};
+  viewkit::TextBox foreign_{"Txt", 6};
+  viewkit::Label rate_label_{"Lbl", 12};
+  viewkit::TextBox rate_{"Txt", 7};
+  viewkit::Label quantity_label_{"Lbl", 13};
+  viewkit::TextBox quantity_{"Txt", 8};
   viewkit::ControlList controls_;
 
   AccountField field_;
@@ -175,6 +194,8 @@ class VoucherView {
   std::vector<Line> lines_;
   std::optional<std::size_t> edited_;  // the line that the boxes hold; none: a new one
   bool refusal_ = false;
+  bool by_rate_ = false;  // foreign amount or rate have been typed last, not the amount
+  bool filling_ = false;  // the boxes are being set: no edit of the user
 };
 
 }  // namespace desk::views

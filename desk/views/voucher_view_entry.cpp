@@ -38,6 +38,7 @@ void VoucherView::ShowAccount() {
   name_.SetCaption(account ? account->name : "");
   partner_label_.SetCaption(PartnersLabel(account));
   partner_.SetEnabled(account && !account->wanted.empty());
+  ShowForeign();
 }
 
 bool VoucherView::ResolveAccount() {
@@ -73,6 +74,7 @@ std::optional<VoucherView::Line> VoucherView::ReadLine() {
     return std::nullopt;
   }
   const PostingAccount& account = *field_.Account();
+  if (!WorkOut()) return std::nullopt;
   const auto debit = ReadAmount(debit_, "借方");
   if (!debit) return std::nullopt;
   const auto credit = ReadAmount(credit_, "贷方");
@@ -86,6 +88,7 @@ std::optional<VoucherView::Line> VoucherView::ReadLine() {
                       .debit = *debit,
                       .credit = *credit},
             .account = account};
+  if (!ReadForeign(line.entry)) return std::nullopt;
   line.entry.auxiliary = ReadPartners(account.wanted, Trimmed(partner_));
   if (const auto lacking = Lacking(account.wanted, line.entry.auxiliary)) {
     Answer("“" + account.name + "”要填写" + NameOf(*lacking), true, &partner_);
@@ -133,9 +136,10 @@ void VoucherView::Take(const book::Voucher& voucher) {
   Clear();
   for (const book::Entry& entry : voucher.entries) {
     const auto account = field_.AccountOf(entry.code);
-    lines_.push_back({.entry = entry,
-                      .account = account.value_or(
-                          PostingAccount{.code = entry.code, .name = {}, .wanted = {}})});
+    lines_.push_back(
+        {.entry = entry,
+         .account = account.value_or(PostingAccount{
+             .code = entry.code, .name = {}, .wanted = {}, .currency = {}, .unit = {}})});
   }
   if (!lines_.empty()) summary_.SetText(lines_.front().entry.summary);
   EditNew();
@@ -157,6 +161,7 @@ void VoucherView::EditLine(std::size_t row) {
   debit_.SetText(SideText(line.entry.debit));
   credit_.SetText(SideText(line.entry.credit));
   partner_.SetText(PartnersText(line.entry.auxiliary));
+  FillForeign(line.entry);
   add_.SetCaption("更新分录(&A)");
   ShowLines();
   debit_.SetFocus();
@@ -167,6 +172,7 @@ void VoucherView::EditNew() {
   edited_.reset();
   field_.Clear();
   for (viewkit::TextBox* box : {&debit_, &credit_, &partner_}) box->SetText({});
+  FillForeign({});
   add_.SetCaption("加入分录(&A)");
   ShowLines();
 }

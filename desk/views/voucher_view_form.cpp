@@ -66,7 +66,10 @@ void VoucherView::MakeControls() {
   drop_.SetTabStop(false);  // its keys are F4 and Alt+Down in the box
   debit_label_.SetCaption("借方");
   credit_label_.SetCaption("贷方");
-  for (viewkit::TextBox* amount : {&debit_, &credit_}) amount->SetAlignRight(true);
+  for (viewkit::TextBox* amount : {&debit_, &credit_, &foreign_, &rate_, &quantity_}) {
+    amount->SetAlignRight(true);
+  }
+  rate_label_.SetCaption("汇率");
   std::vector<viewkit::ListView::Column> columns;
   for (const ColumnPlan& plan : kColumns) {
     columns.push_back({plan.heading, plan.width, plan.aligns_right});
@@ -87,13 +90,15 @@ void VoucherView::MakeControls() {
   several_.SetCaption("多选(&M)");
   take_.SetCaption("取所选(&T)");
   for (Control* control : std::initializer_list<Control*>{
-           &date_label_,    &date_,    &summary_label_, &summary_, &code_label_,   &code_,
-           &drop_,          &name_,    &debit_label_,   &debit_,   &credit_label_, &credit_,
-           &partner_label_, &partner_, &add_,           &list_,    &list_frame_,   &remove_,
-           &clear_,         &post_,    &range_label_,   &range_,   &range_codes_,  &several_,
-           &take_,          &sums_,    &answer_}) {
+           &date_label_,     &date_,     &summary_label_, &summary_, &code_label_,   &code_,
+           &drop_,           &name_,     &foreign_label_, &foreign_, &rate_label_,   &rate_,
+           &quantity_label_, &quantity_, &debit_label_,   &debit_,   &credit_label_, &credit_,
+           &partner_label_,  &partner_,  &add_,           &list_,    &list_frame_,   &remove_,
+           &clear_,          &post_,     &range_label_,   &range_,   &range_codes_,  &several_,
+           &take_,           &sums_,     &answer_}) {
     controls_.Add(*control);
   }
+  ShowForeign();
 }
 
 void VoucherView::SetMeasure(const viewkit::TextMeasure& measure) {
@@ -114,6 +119,7 @@ void VoucherView::Resize(int width, int height) {
   int top = Px(4);
   top = ArrangeHead(top, line, width);
   top = ArrangeEntry(top, line, width);
+  top = ArrangeForeign(top, line, width);
   const int foot = height - line - kGap;
   const int list_width = std::max(0, width - 2 * kMargin);
   const int list_height = std::max(0, foot - top - kGap);
@@ -155,6 +161,24 @@ int VoucherView::ArrangeHead(int top, int line, int width) {
   row.Put(range_, Px(112), kNarrowGap);
   row.Put(range_codes_, Px(120), 0);
   return top + line + kNarrowGap;
+}
+
+/// A line of its own, while it is wanted.
+int VoucherView::ArrangeForeign(int top, int line, int width) {
+  if (!foreign_.Visible() && !quantity_.Visible()) return top;
+  Row row(kMargin, top, line);
+  const int label = std::min(Px(120), width / 8);
+  if (foreign_.Visible()) {
+    row.Put(foreign_label_, label, Px(4));
+    row.Put(foreign_, Px(110), Px(12));
+    row.Put(rate_label_, Px(32), Px(4));
+    row.Put(rate_, Px(90), Px(16));
+  }
+  if (quantity_.Visible()) {
+    row.Put(quantity_label_, label, Px(4));
+    row.Put(quantity_, Px(90), 0);
+  }
+  return top + line + kGap;
 }
 
 int VoucherView::ArrangeEntry(int top, int line, int width) {

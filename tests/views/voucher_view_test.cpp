@@ -116,6 +116,59 @@ class VoucherViewTest : public testing::Test {
   int times_left_ = 0;
 };
 
+TEST_F(VoucherViewTest, WorksOutTheThirdOfForeignAmountRateAndAmount) {
+  enum Foreign { kForeign = 6, kRate, kQuantity };
+  tavrix::test::Run(book_,
+                    "update gl_code set bexchange=1,cexch_name='美元',cmeasure='件' where "
+                    "ccode='100201'");
+  auto& foreign = Find<viewkit::TextBox>("Txt", kForeign);
+  EXPECT_FALSE(foreign.Visible());
+  const auto fill = [&](const char* amount_abroad, const char* rate, const char* debit) {
+    Find<viewkit::TextBox>("Txt", kDebit).SetText(debit);
+    foreign.SetText(amount_abroad);
+    Find<viewkit::TextBox>("Txt", kRate).SetText(rate);
+    if (*amount_abroad == '\0') Find<viewkit::TextBox>("Txt", kDebit).SetText(debit);
+    Find<viewkit::TextBox>("Txt", kQuantity).SetText("2.5");
+    Find<viewkit::TextBox>("Txt", kDebit).SetFocus();
+    Click(kAdd);
+  };
+  const auto account = [&] {
+    Find<viewkit::TextBox>("Txt", kCode).SetFocus();
+    Enter("100201");
+  };
+  account();
+  EXPECT_TRUE(foreign.Visible());
+  EXPECT_TRUE(foreign.Focused()) << "before the amount";
+  EXPECT_EQ(Find<viewkit::Label>("Lbl", 11).Caption(), "外币（美元）");
+  fill("1,000.55", "6.5214", "");  // the amount
+  account();
+  fill("", "7", "100");  // the foreign amount
+  account();
+  fill("-10", "", "-71.23");  // the rate
+  account();
+  fill("1", "2", "999");  // typed last: foreign amount and rate
+  account();
+  fill("1", "x", "");
+  EXPECT_THAT(Answer(), HasSubstr("汇率不正确"));
+  Find<viewkit::TextBox>("Txt", kRate).SetText("1e300");
+  Click(kAdd);
+  EXPECT_THAT(Answer(), HasSubstr("过大"));
+  Find<viewkit::TextBox>("Txt", kRate).SetText("-6554.99");
+  Find<viewkit::TextBox>("Txt", kCode).SetText("1001");
+  EXPECT_FALSE(foreign.Visible());
+  Find<viewkit::TextBox>("Txt", kCredit).SetText("6555.76");
+  Find<viewkit::TextBox>("Txt", kDebit).SetText("");
+  Find<viewkit::TextBox>("Txt", kCredit).SetFocus();
+  Click(kAdd);
+  view_.Post();
+  EXPECT_THAT(tavrix::test::AllRows(book_,
+                                    "select debit,credit,currency_name,foreign_amount,quantity "
+                                    "from gl_accvouch order by i_id"),
+              ElementsAre("652499|0|美元|100055|2.5", "10000|0|美元|1429|2.5",
+                          "-7123|0|美元|-1000|2.5", "200|0|美元|100|2.5", "0|655576||0|0"))
+      << Answer();
+}
+
 TEST_F(VoucherViewTest, EnterLeadsThroughAVoucher) {
   EXPECT_TRUE(Find<viewkit::DTPicker>("DTP").Focused());
   view_.Enter();
