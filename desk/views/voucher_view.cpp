@@ -58,7 +58,9 @@ void VoucherView::Listen() {
   code_.LostFocus.Add([this] { plan_.account_left(); });
   for (viewkit::TextBox* box : {&foreign_, &rate_, &debit_, &credit_}) {
     box->Changed.Add([this, box] {
-      if (!filling_) by_rate_ = box == &foreign_ || box == &rate_;
+      if (filling_) return;
+      by_rate_ = box == &foreign_ || box == &rate_;
+      worked_out_ = false;
     });
   }
   list_.DoubleClick.Add([this] { EditChosen(); });

@@ -194,8 +194,9 @@ class VoucherView {
   std::vector<Line> lines_;
   std::optional<std::size_t> edited_;  // the line that the boxes hold; none: a new one
   bool refusal_ = false;
-  bool by_rate_ = false;  // foreign amount or rate have been typed last, not the amount
-  bool filling_ = false;  // the boxes are being set: no edit of the user
+  bool worked_out_ = true;  // nothing has been typed since the third of them was worked out
+  bool by_rate_ = false;    // foreign amount or rate have been typed last, not the amount
+  bool filling_ = false;    // the boxes are being set: no edit of the user
 };
 
 }  // namespace desk::views

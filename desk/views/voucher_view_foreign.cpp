@@ -67,7 +67,7 @@ std::optional<double> VoucherView::ReadNumber(viewkit::TextBox& box, const char*
 }
 
 bool VoucherView::WorkOut() {
-  if (!foreign_.Visible()) return true;
+  if (!foreign_.Visible() || worked_out_) return true;
   const auto foreign = ReadAmount(foreign_, "外币");
   if (!foreign) return false;
   const auto rate = ReadNumber(rate_, "汇率");
@@ -88,7 +88,8 @@ bool VoucherView::WorkOut() {
     if (worked) foreign_.SetText(AmountText(*worked));
   }
   if (!worked) Answer("外币金额与汇率的乘积过大", true, &rate_);
-  return worked.has_value();
+  worked_out_ = worked.has_value();
+  return worked_out_;
 }
 
 bool VoucherView::ReadForeign(book::Entry& entry) {
@@ -110,6 +111,7 @@ void VoucherView::FillForeign(const book::Entry& entry) {
   foreign_.SetText(AmountText(entry.foreign_amount));
   rate_.SetText(RateText(entry.debit + entry.credit, entry.foreign_amount));
   quantity_.SetText(QuantityText(entry.quantity));
+  worked_out_ = true;
 }
 
 }  // namespace desk::views

@@ -166,7 +166,7 @@ TEST_F(VoucherViewTest, WorksOutTheThirdOfForeignAmountRateAndAmount) {
                                     "from gl_accvouch order by i_id"),
               ElementsAre("652499|0|美元|100055|2.5", "10000|0|美元|1429|2.5",
                           "-7123|0|美元|-1000|2.5", "200|0|美元|100|2.5", "0|655576||0|0"))
-      << Answer();
+      << Answer() << testing::PrintToString(Lines());
 }
 
 TEST_F(VoucherViewTest, EnterLeadsThroughAVoucher) {
