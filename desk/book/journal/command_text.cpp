@@ -179,7 +179,7 @@ std::string CommandText(const HistoryEntry& entry) {
 }
 
 std::string OutcomeText(Session& session, std::int64_t command) {
-  const auto entry = FindEntry(ReadHistory(session), command);
+  const auto entry = ReadEntry(session, command);
   return entry ? Outcome(session, *entry).Text() : std::string();
 }
 

@@ -2,23 +2,73 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
+
+#include "book/session/journal_rules.h"
+#include "host/row_set.h"
 
 namespace desk::book {
 
 namespace {
 
-std::int64_t Whole(const host::Value& value) {
-  return static_cast<std::int64_t>(value.ToNumber());
-}
+constexpr int kUndo = 1;
 
-/// A number for each command, by its identifier.
-std::map<std::int64_t, std::int64_t> Counts(Session& session, const std::string& query) {
-  std::map<std::int64_t, std::int64_t> counts;
+/// All rows at once: a server's answer is not asked for cell by cell.
+host::RowSet RowsOf(Session& session, const std::string& query) {
   const auto rows = session.Own().Query(query, Origin::kDesk);
-  while (rows->Next()) counts[Whole(rows->Get(0))] = Whole(rows->Get(1));
-  return counts;
+  host::RowSet set(static_cast<std::size_t>(rows->Columns()));
+  RowSetSink sink(set);
+  if (rows->Next()) rows->ReadAll(sink);
+  return set;
 }
 
+std::int64_t Whole(const host::RowSet& rows, std::size_t row, std::size_t column) {
+  return static_cast<std::int64_t>(host::Value(rows.Text(row, column)).ToNumber());
+}
+
+std::string TextIn(const host::RowSet& rows, std::size_t row, std::size_t column) {
+  return std::string(rows.Text(row, column));
+}
+
+std::string SubjectOf(const RowImage& image) {
+  static const std::size_t code = AccountColumn("ccode");
+  static const std::size_t name = AccountColumn("ccode_name");
+  return image.Text(code) + " " + image.Text(name);
+}
+
+/// What the other tables say of a command.
+struct Numbers {
+  std::int64_t accounts = 0;
+  std::int64_t postings = 0;
+  std::string subject;
+};
+
+/// Of the commands for which `which` is true.
+std::map<std::int64_t, Numbers> NumbersOf(Session& session, const std::string& which) {
+  std::map<std::int64_t, Numbers> numbers;
+  const host::RowSet changes =
+      RowsOf(session,
+             "select k.command_id,k.n,coalesce(d.old_row,d.new_row)from(select "
+             "command_id,min(id)as first,count(distinct row_id)as n from desk_change where " +
+                 which + " group by command_id)k join desk_change d on d.id=k.first");
+  for (std::size_t i = 0; i < changes.Rows(); ++i) {
+    numbers[Whole(changes, i, 0)] = {.accounts = Whole(changes, i, 1),
+                                     .postings = 0,
+                                     .subject = SubjectOf(RowImage(TextIn(changes, i, 2)))};
+  }
+  const host::RowSet moves =
+      RowsOf(session,
+             "select command_id,sum(row_count)from desk_moved where ledger='gl_accvouch' "
+             "and " +
+                 which + " group by command_id");
+  for (std::size_t i = 0; i < moves.Rows(); ++i) {
+    const auto found = numbers.find(Whole(moves, i, 0));
+    if (found != numbers.end()) found->second.postings = Whole(moves, i, 1);
+  }
+  return numbers;
+}
+
+/// Commands that stand undone: the last of those that undo and redo one says which way it is.
 void MarkAnswered(std::vector<HistoryEntry>& newest_first) {
   std::map<std::int64_t, bool> answer_undone;
   for (HistoryEntry& entry : newest_first) {
@@ -29,63 +79,49 @@ void MarkAnswered(std::vector<HistoryEntry>& newest_first) {
   }
 }
 
-constexpr int kUndo = 1;
-
-std::string SubjectOf(const RowImage& image) {
-  static const std::size_t code = AccountColumn("ccode");
-  static const std::size_t name = AccountColumn("ccode_name");
-  return image.Text(code) + " " + image.Text(name);
-}
-
-std::map<std::int64_t, std::string> Subjects(Session& session) {
-  std::map<std::int64_t, std::string> subjects;
-  const auto rows = session.Own().Query(
-      "select d.command_id,coalesce(d.old_row,d.new_row)from desk_change d join(select min(id)as "
-      "first from desk_change group by command_id)k on k.first=d.id",
-      Origin::kDesk);
-  while (rows->Next()) {
-    subjects[Whole(rows->Get(0))] = SubjectOf(RowImage(rows->Get(1).ToText()));
+/// The newest first. `of_command` and `of_rest` are the condition as the tables of commands and of
+/// the rest have it.
+std::vector<HistoryEntry> Read(Session& session, const std::string& of_command,
+                               const std::string& of_rest) {
+  const std::map<std::int64_t, Numbers> numbers = NumbersOf(session, of_rest);
+  const host::RowSet rows =
+      RowsOf(session, "select id,kind,turn,target,title,who,made_at from desk_command where " +
+                          of_command + " order by id desc");
+  std::vector<HistoryEntry> history;
+  for (std::size_t i = 0; i < rows.Rows(); ++i) {
+    const auto found = numbers.find(Whole(rows, i, 0));
+    if (found == numbers.end()) continue;
+    history.push_back({.id = found->first,
+                       .kind = static_cast<CommandKind>(Whole(rows, i, 1)),
+                       .turn = static_cast<int>(Whole(rows, i, 2)),
+                       .target = Whole(rows, i, 3),
+                       .title = TextIn(rows, i, 4),
+                       .who = TextIn(rows, i, 5),
+                       .made_at = TextIn(rows, i, 6),
+                       .subject = found->second.subject,
+                       .accounts = found->second.accounts,
+                       .postings = found->second.postings});
   }
-  return subjects;
+  return history;
 }
 
 }  // namespace
 
 std::vector<HistoryEntry> ReadHistory(Session& session) {
-  std::vector<HistoryEntry> history;
-  if (!session.KeepsHistory()) return history;
-  const auto accounts = Counts(
-      session, "select command_id,count(distinct row_id)from desk_change group by command_id");
-  const auto postings =
-      Counts(session,
-             "select command_id,sum(row_count)from desk_moved where ledger='gl_accvouch' group by "
-             "command_id");
-  const auto subjects = Subjects(session);
-  const auto rows = session.Own().Query(
-      "select id,kind,turn,target,title,who,made_at from desk_command order by id desc",
-      Origin::kDesk);
-  while (rows->Next()) {
-    const std::int64_t id = Whole(rows->Get(0));
-    if (!accounts.contains(id)) continue;
-    history.push_back({.id = id,
-                       .kind = static_cast<CommandKind>(rows->Get(1).ToLong()),
-                       .turn = rows->Get(2).ToLong(),
-                       .target = Whole(rows->Get(3)),
-                       .title = rows->Get(4).ToText(),
-                       .who = rows->Get(5).ToText(),
-                       .made_at = rows->Get(6).ToText(),
-                       .subject = subjects.at(id),
-                       .accounts = accounts.at(id),
-                       .postings = postings.contains(id) ? postings.at(id) : 0});
-  }
+  if (!session.KeepsHistory()) return {};
+  std::vector<HistoryEntry> history = Read(session, "1=1", "1=1");
   MarkAnswered(history);
   return history;
 }
 
-std::optional<HistoryEntry> FindEntry(const std::vector<HistoryEntry>& history, std::int64_t id) {
-  const auto found = std::ranges::find(history, id, &HistoryEntry::id);
-  if (found == history.end()) return {};
-  return *found;
+std::optional<HistoryEntry> ReadEntry(Session& session, std::int64_t id) {
+  if (!session.KeepsHistory()) return {};
+  const std::string is = "=" + std::to_string(id);
+  std::vector<HistoryEntry> entries = Read(session, "id" + is, "command_id" + is);
+  if (entries.empty()) return {};
+  entries.front().answered =
+      RowsOf(session, "select 1 from desk_command where target" + is).Rows() > 0;
+  return std::move(entries.front());
 }
 
 std::optional<HistoryEntry> NextToUndo(const std::vector<HistoryEntry>& history) {
@@ -114,30 +150,43 @@ std::string QueryForNetChanges(std::int64_t command) {
 std::vector<AccountChange> ReadChanges(Session& session, std::int64_t command, std::int64_t most) {
   std::string query = QueryForNetChanges(command) + " order by f.row_id";
   if (most > 0) query += " limit " + std::to_string(most);
+  const host::RowSet rows = RowsOf(session, query);
   std::vector<AccountChange> changes;
-  const auto rows = session.Own().Query(query, Origin::kDesk);
-  while (rows->Next()) {
-    changes.push_back({.id = Whole(rows->Get(0)),
-                       .before = RowImage(rows->Get(1).ToText()),
-                       .after = RowImage(rows->Get(2).ToText())});
+  changes.reserve(rows.Rows());
+  for (std::size_t i = 0; i < rows.Rows(); ++i) {
+    changes.push_back({.id = Whole(rows, i, 0),
+                       .before = RowImage(TextIn(rows, i, 1)),
+                       .after = RowImage(TextIn(rows, i, 2))});
   }
   return changes;
 }
 
+std::vector<RowImage> ReadAccountsNow(Session& session, std::int64_t command) {
+  const host::RowSet rows =
+      RowsOf(session, "select n.row_id,case when g.i_id is not null then " +
+                          AccountImage(session.Own().Dialect(), "g") + " end from(" +
+                          QueryForNetChanges(command) +
+                          ")n left join gl_code g on g.i_id=n.row_id order by 1");
+  std::vector<RowImage> images;
+  images.reserve(rows.Rows());
+  for (std::size_t i = 0; i < rows.Rows(); ++i) images.emplace_back(TextIn(rows, i, 1));
+  return images;
+}
+
 std::vector<PostingMove> ReadMoves(Session& session, std::int64_t command) {
-  std::vector<PostingMove> moves;
-  const auto rows = session.Own().Query(
+  const host::RowSet rows = RowsOf(
+      session,
       "select from_code,to_code,sum(case when ledger='gl_accvouch' then row_count else 0 "
       "end),sum(case when ledger='gl_accvouch' then 0 else row_count end),follows from desk_moved "
       "where command_id=" +
-          std::to_string(command) + " group by from_code,to_code,follows order by min(id)",
-      Origin::kDesk);
-  while (rows->Next()) {
-    moves.push_back({.from = rows->Get(0).ToText(),
-                     .to = rows->Get(1).ToText(),
-                     .entries = Whole(rows->Get(2)),
-                     .totals = Whole(rows->Get(3)),
-                     .follows = rows->Get(4).ToLong() != 0});
+          std::to_string(command) + " group by from_code,to_code,follows order by min(id)");
+  std::vector<PostingMove> moves;
+  for (std::size_t i = 0; i < rows.Rows(); ++i) {
+    moves.push_back({.from = TextIn(rows, i, 0),
+                     .to = TextIn(rows, i, 1),
+                     .entries = Whole(rows, i, 2),
+                     .totals = Whole(rows, i, 3),
+                     .follows = Whole(rows, i, 4) != 0});
   }
   return moves;
 }

@@ -31,9 +31,9 @@ struct HistoryEntry {
 /// The newest first; empty where the book keeps no history. `DatabaseError`, as for all below.
 [[nodiscard]] std::vector<HistoryEntry> ReadHistory(Session& session);
 
-/// The command of this identifier; nothing where it has changed nothing or is kept no more.
-[[nodiscard]] std::optional<HistoryEntry> FindEntry(const std::vector<HistoryEntry>& history,
-                                                    std::int64_t id);
+/// The command of this identifier, whether it is answered, but not whether it is undone; nothing
+/// where it has changed nothing or is kept no more.
+[[nodiscard]] std::optional<HistoryEntry> ReadEntry(Session& session, std::int64_t id);
 
 /// What Ctrl+Z takes back: the last command that is not undone, whoever gave it.
 [[nodiscard]] std::optional<HistoryEntry> NextToUndo(const std::vector<HistoryEntry>& history);
@@ -59,6 +59,9 @@ struct AccountChange {
 /// when it is 0. Without those that are in the end as they were.
 [[nodiscard]] std::vector<AccountChange> ReadChanges(Session& session, std::int64_t command,
                                                      std::int64_t most = 0);
+
+/// The accounts of all changes of a command as they are now, in the same order.
+[[nodiscard]] std::vector<RowImage> ReadAccountsNow(Session& session, std::int64_t command);
 
 /// A query of the accounts of a command: `row_id`, `old_row` and `new_row`, which are null where
 /// the account was not there.

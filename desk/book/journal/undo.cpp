@@ -90,14 +90,9 @@ class Undo {
   }
 
   void CheckAccounts() {
-    const auto rows = connection_.Query("select n.row_id,case when g.i_id is not null then " +
-                                            AccountImage(connection_.Dialect(), "g") +
-                                            " end from(" + QueryForNetChanges(entry_.id) +
-                                            ")n left join gl_code g on g.i_id=n.row_id order by 1",
-                                        Origin::kDesk);
-    for (const AccountChange& change : changes_) {
-      const RowImage now = rows->Next() ? RowImage(rows->Get(1).ToText()) : RowImage();
-      if (!IsAsLeft(change, now)) RefuseChanged(change);
+    const std::vector<RowImage> now = ReadAccountsNow(session_, entry_.id);
+    for (std::size_t i = 0; i < changes_.size(); ++i) {
+      if (i >= now.size() || !IsAsLeft(changes_[i], now[i])) RefuseChanged(changes_[i]);
     }
   }
 
@@ -121,14 +116,25 @@ class Undo {
 
   /// A code that comes back may be another account's by now.
   void CheckCodes() {
-    const std::string code = Before("ccode");
-    const auto rows = connection_.Query(
-        "select g.ccode from(" + Net() + ")n join gl_code g on g.ccode=" + code +
-            " where n.old_row is not null and g.i_id<>n.row_id and g.i_id not in(select row_id "
-            "from desk_change where command_id=" +
-            std::to_string(entry_.id) + ") limit 1",
-        Origin::kDesk);
-    if (rows->Next()) Refuse("编码 " + rows->Get(0).ToText() + " 现在是另一个科目的");
+    std::set<std::int64_t> own;
+    std::vector<std::string> codes;
+    for (const AccountChange& change : changes_) {
+      own.insert(change.id);
+      const bool comes = change.Deleted() || (change.Stays() && change.Differs(kCode));
+      if (comes) codes.push_back(change.before.Text(kCode));
+    }
+    for (std::size_t i = 0; i < codes.size(); i += kPortion) {
+      std::string list;
+      for (std::size_t j = i; j < std::min(i + kPortion, codes.size()); ++j) {
+        list += (list.empty() ? "" : ",") + Literal(codes[j]);
+      }
+      const auto rows = connection_.Query(
+          "select i_id,ccode from gl_code where ccode in(" + list + ")", Origin::kDesk);
+      while (rows->Next()) {
+        if (own.contains(static_cast<std::int64_t>(rows->Get(0).ToNumber()))) continue;
+        Refuse("编码 " + rows->Get(1).ToText() + " 现在是另一个科目的");
+      }
+    }
   }
 
   /// The accounts of the command, with their images as the engine reads cells of them.
@@ -277,6 +283,9 @@ class Undo {
   void MovePostingsAlong(JournalCommand& command) {
     const std::vector<NewCode> codes = NewCodes();
     if (codes.empty()) return;
+    // What the server knows of the codes is older than the command: it would compare each posting
+    // with each code.
+    if (server_) connection_.Execute("set local enable_nestloop=off", Origin::kDesk);
     // Where codes meet, postings that have moved must not move again with the next portion.
     const std::size_t portion = CodesMeet() ? codes.size() : kPortion;
     WorkState state{.step = "正在移动分录",
@@ -291,6 +300,7 @@ class Undo {
       }
       command.NoteFollowed(ledger, moved);
     }
+    if (server_) connection_.Execute("set local enable_nestloop=on", Origin::kDesk);
   }
 
   [[nodiscard]] std::int64_t MoveAlong(const std::string& ledger, std::span<const NewCode> codes) {
@@ -329,7 +339,7 @@ class Undo {
 };
 
 HistoryEntry EntryToUndo(Session& session, std::int64_t command) {
-  const auto found = FindEntry(ReadHistory(session), command);
+  const auto found = ReadEntry(session, command);
   if (!found) throw DatabaseError(ErrorKind::kRefused, "变更记录中已经没有这次操作");
   if (!found->answered) return *found;
   throw DatabaseError(ErrorKind::kRefused,
