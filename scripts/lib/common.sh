@@ -47,3 +47,18 @@ await_in() {
     sleep 0.1
   done
 }
+
+# fetch_pinned FOLDER NAME SUMS UNPACK: what the function UNPACK leaves in `unpacked`, in the folder that is then
+# the current one, becomes a folder of the cache, unless what SUMS names is there already.
+fetch_pinned() {
+  local folder=$cache/$1 name=$2 sums=$3 unpack=$4 work
+  stamped "$folder/stamp" "$sums" && return 0
+  say "fetching $name"
+  mkdir -p "$cache"
+  work=$(mktemp -d "$folder.XXXXXX")
+  (cd "$work" && "$unpack") || die "$name could not be had: see above"
+  rm -rf "$folder"
+  mv "$work/unpacked" "$folder"
+  rm -r "$work"
+  stamp "$folder/stamp" "$sums"
+}

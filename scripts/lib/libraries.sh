@@ -6,19 +6,7 @@ readonly library_sums="\
 ab00ee05c7067fd10a35c5d2a4922ebba746ddd50ff83b79c828da17bbdf1757  expat_2.5.0.orig.tar.gz
 7d8da446d3b6799e7851f077a66551a46b80fc3de708549e79dbd3e49e842ba1  minizip_1.1.orig.tar.xz"
 
-fetch_libraries() {
-  local folder=$cache/libraries
-  stamped "$folder/stamp" "$library_sums" && return 0
-  say "fetching Expat and minizip"
-  mkdir -p "$cache"
-  local work
-  work=$(mktemp -d "$cache/libraries.XXXXXX")
-  (cd "$work" && unpack_libraries) || die "Expat and minizip could not be had: see above"
-  rm -rf "$folder"
-  mv "$work/unpacked" "$folder"
-  rm -r "$work"
-  stamp "$folder/stamp" "$library_sums"
-}
+fetch_libraries() { fetch_pinned libraries "Expat and minizip" "$library_sums" unpack_libraries; }
 
 # In the current folder; each step is checked, since `set -e` is off under `||`. Lists of source packages
 # are kept here, so that the system's own stay as they are.

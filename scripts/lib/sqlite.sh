@@ -11,25 +11,14 @@ readonly sqlite_sums="\
 60d2f39a3726cd6b9021da6f4e868608d66fbb6528a9f513dc8ffcc640493422  sqlite3.c
 9e69a1353a4288450b0d5239ede11fc7f1f4c8e5eb07491fc8317eacb5b7de7e  sqlite3.h"
 
-fetch_sqlite() {
-  local folder=$cache/sqlite
-  stamped "$folder/stamp" "$sqlite_sums" && return 0
-  say "fetching SQLite"
-  mkdir -p "$cache"
-  local work
-  work=$(mktemp -d "$cache/sqlite.XXXXXX")
-  (cd "$work" && unpack_sqlite) || die "SQLite could not be had: see above"
-  mkdir -p "$folder"
-  mv "$work/sqlite3.c" "$work/sqlite3.h" "$folder/"
-  rm -r "$work"
-  stamp "$folder/stamp" "$sqlite_sums"
-}
+fetch_sqlite() { fetch_pinned sqlite SQLite "$sqlite_sums" unpack_sqlite; }
 
 # In the current folder; each step is checked, since `set -e` is off under `||`.
 unpack_sqlite() {
   npm pack "$sqlite_package" --ignore-scripts --silent </dev/null >/dev/null &&
     sha512sum --check --quiet <<<"$sqlite_archive_sum" >&2 &&
-    tar xzf "$sqlite_archive" --strip-components=3 \
+    mkdir unpacked &&
+    tar xzf "$sqlite_archive" -C unpacked --strip-components=3 \
       package/deps/sqlite3/sqlite3.c package/deps/sqlite3/sqlite3.h &&
-    sha256sum --check --quiet <<<"$sqlite_sums" >&2
+    (cd unpacked && sha256sum --check --quiet <<<"$sqlite_sums" >&2)
 }

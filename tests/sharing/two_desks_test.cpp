@@ -44,6 +44,12 @@ class TwoDesks : public testing::TestWithParam<const char*> {
     mine_.reports.clear();
     return text;
   }
+  /// Says that the account is a leaf or not, in a chart without a fault.
+  void ExpectLeaf(const std::string& code, bool leaf) const {
+    EXPECT_EQ(Scalar(theirs_, "select bend from gl_code where ccode='" + code + "'"),
+              leaf ? "1" : "0");
+    EXPECT_EQ(FaultsOf(theirs_), editing::Texts());
+  }
   SharedBook shared_;
   Editor mine_;
   desk::book::Book theirs_;
@@ -198,8 +204,7 @@ TEST_P(TwoDesks, AnAccountDeletedMeanwhileIsDeletedOnlyOnce) {
   t.user.in_question = [&](const auto&) { Theirs("delete from gl_code where i_id=3"); };
   EXPECT_TRUE(t.view.FileDelete());
   EXPECT_EQ(t.reports, test::Texts());
-  EXPECT_EQ(Scalar(theirs_, "select bend from gl_code where ccode='1002'"), "0");
-  EXPECT_EQ(FaultsOf(theirs_), editing::Texts());
+  ExpectLeaf("1002", false);
 }
 
 // While the question before a deletion stands open.
@@ -239,8 +244,7 @@ TEST_P(TwoDesks, AParentThatGetsAnotherAccountMeanwhileStaysAParent) {
   };
   EXPECT_TRUE(t.view.FileDelete());
   EXPECT_EQ(t.reports, test::Texts());
-  EXPECT_EQ(Scalar(theirs_, "select bend from gl_code where ccode='1002'"), "0");
-  EXPECT_EQ(FaultsOf(theirs_), editing::Texts());
+  ExpectLeaf("1002", false);
 }
 
 TEST_P(TwoDesks, TheLastTwoAccountsDeletedAtOnceLeaveALeaf) {
@@ -250,8 +254,7 @@ TEST_P(TwoDesks, TheLastTwoAccountsDeletedAtOnceLeaveALeaf) {
     EXPECT_TRUE(theirs.view.FileDelete());
   };
   EXPECT_TRUE(t.view.FileDelete());
-  EXPECT_EQ(Scalar(theirs_, "select bend from gl_code where ccode='1002'"), "1");
-  EXPECT_EQ(FaultsOf(theirs_), editing::Texts());
+  ExpectLeaf("1002", true);
 }
 
 // Between the statements of my save the other desk deletes what it stands on, or what it has made.
