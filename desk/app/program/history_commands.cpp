@@ -3,10 +3,14 @@
 #include <windows.h>
 
 #include <array>
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
+#include "app/program/follow_codes.h"
 #include "app/work/long_work.h"
 #include "book/journal/command_text.h"
 #include "book/journal/local_time.h"
@@ -36,15 +40,28 @@ bool MayAnswer(const Workplace& place, const HistoryEntry& entry, const char* qu
                         UserPort::Buttons::kYesNoDefaultNo) == UserPort::Answer::kYes;
 }
 
+/// The account that was selected stays so when it has got back another code.
+void FollowChanges(const Workplace& place, std::int64_t command) {
+  const std::size_t code = book::AccountColumn("ccode");
+  std::map<std::string, std::string> codes;
+  for (const book::AccountChange& change : book::ReadChanges(place.book.GetSession(), command)) {
+    if (!change.Stays() || !change.Differs(code)) continue;
+    codes.emplace(change.before.Text(code), change.after.Text(code));
+  }
+  if (!codes.empty()) FollowCodes(place, codes);
+}
+
 void Answer(const Workplace& place, const std::optional<HistoryEntry>& entry, bool undo) {
   const std::wstring what = undo ? L"撤销" : L"重做";
   if (!entry) return place.frame.SetMessage(L"没有可以" + what + L"的操作");
   if (!MayAnswer(place, *entry, undo ? "是否撤销？" : "是否重做？")) return;
   book::Session& session = place.book.GetSession();
   try {
+    std::int64_t done = 0;
     RunLong(place.frame.Hwnd(), what, [&](const book::Progress& progress) {
-      (void)book::UndoCommand(session, entry->id, progress);
+      done = book::UndoCommand(session, entry->id, progress);
     });
+    FollowChanges(place, done);
   } catch (const book::WorkCancelled& cancelled) {
     place.frame.SetMessage(Wide(cancelled.what()));
   } catch (const book::DatabaseError& error) {
