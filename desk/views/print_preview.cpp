@@ -22,11 +22,16 @@ constexpr std::array kPapers = {PaperName{"A4", 11906, 16838}, PaperName{"A3", 1
                                 PaperName{"Letter", 12240, 15840}};
 constexpr std::array kZooms = {"整页", "75%", "100%", "页宽", "150%", "200%"};
 
+/// Printers round.
+bool AlikeLengths(int one, int other) {
+  constexpr int kTolerance = 60;
+  return std::abs(one - other) < kTolerance;
+}
+
 int PaperAt(const PrintSetup& setup) {
-  constexpr int kTolerance = 60;  // printers round
   for (std::size_t i = 0; i < kPapers.size(); ++i) {
-    if (std::abs(kPapers[i].width - setup.width) < kTolerance &&
-        std::abs(kPapers[i].height - setup.height) < kTolerance) {
+    const PaperName& paper = kPapers[i];
+    if (AlikeLengths(paper.width, setup.width) && AlikeLengths(paper.height, setup.height)) {
       return static_cast<int>(i);
     }
   }
@@ -39,6 +44,22 @@ Paper PaperOf(const PrintSetup& setup) {
   Paper paper;
   paper.width = setup.landscape ? setup.height : setup.width;
   paper.height = setup.landscape ? setup.width : setup.height;
+  return paper;
+}
+
+Paper PaperForPrinter(const PrintSetup& setup, const Paper& printers) {
+  Paper paper = PaperOf(setup);
+  const bool same =
+      AlikeLengths(paper.width, printers.width) && AlikeLengths(paper.height, printers.height);
+  if (!same) {
+    paper.width = printers.width;
+    paper.height = printers.height;
+  }
+  const auto reach = [](int& margin, int least) { margin = std::max(margin, least); };
+  reach(paper.left, printers.left);
+  reach(paper.top, printers.top);
+  reach(paper.right, printers.right);
+  reach(paper.bottom, printers.bottom);
   return paper;
 }
 

@@ -29,6 +29,10 @@ struct PrintSetup {
 };
 [[nodiscard]] Paper PaperOf(const PrintSetup& setup);
 
+/// The paper on which is printed what was laid out for `setup`: the same as long as the printer has
+/// paper of that size and reaches to the margins; otherwise the printer's own, `printers`.
+[[nodiscard]] Paper PaperForPrinter(const PrintSetup& setup, const Paper& printers);
+
 /// Upright, unless the table has too little room so and enough across.
 [[nodiscard]] bool WantsLandscape(const PrintTable& table, PrintSetup setup,
                                   const viewkit::TextMeasure& measure);

@@ -92,6 +92,30 @@ TEST_F(PrintPreviewTest, AnotherChoiceIsAnotherTable) {
   EXPECT_EQ(preview.PositionText(), "第 1 页 共 1 页");
 }
 
+TEST(PrintPaper, WhatWasSeenIsPrintedWhereThePrinterCan) {
+  const PrintSetup a4{.landscape = true};
+  const Paper seen = PaperOf(a4);
+  // Reaches farther than the margins, and rounds.
+  const Paper fine{
+      .width = 16840, .height = 11904, .left = 200, .top = 200, .right = 0, .bottom = 9};
+  const PrintTable table = Columns(3, 300);
+  const auto starts = [&](const Paper& paper) {
+    const PrintLayout layout(table, paper, viewkit::PlainTextMeasure());
+    std::vector<std::size_t> rows;
+    for (int page = 0; page <= layout.Pages(); ++page) rows.push_back(layout.FirstRow(page));
+    return rows;
+  };
+  EXPECT_EQ(starts(PaperForPrinter(a4, fine)), starts(seen));
+  EXPECT_EQ(PaperForPrinter(a4, fine).left, seen.left);
+  Paper coarse = fine;
+  coarse.bottom = 1500;
+  EXPECT_EQ(PaperForPrinter(a4, coarse).bottom, 1500);
+  EXPECT_EQ(PaperForPrinter(a4, coarse).top, seen.top);
+  const Paper other = PaperForPrinter({}, fine);
+  EXPECT_EQ(other.width, fine.width) << "the user has turned it in the printer's dialog";
+  EXPECT_EQ(other.left, seen.left) << "with the usual margins";
+}
+
 TEST(ChartPrint, OnlyColumnsThatAnAccountHas) {
   const book::Book book = tavrix::test::MakeBook(
       {{.code = "1001", .name = "现金", .category = "资产"},

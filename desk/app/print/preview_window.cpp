@@ -30,6 +30,15 @@ void TellFailure(HWND owner, const std::exception& error) {
   MessageBoxW(owner, text.c_str(), kPrinting, MB_OK | MB_ICONWARNING);
 }
 
+/// The pages that the user has named are others on the paper that he has chosen then.
+bool MayPrintOthers(HWND owner, int pages, const views::PrintLayout& layout) {
+  const std::wstring text = L"在所选的纸张上共有 " + std::to_wstring(layout.Pages()) +
+                            L" 页，而不是 " + std::to_wstring(pages) +
+                            L" 页，页码与所见的不同。是否仍按所填的页码打印？";
+  return MessageBoxW(owner, text.c_str(), kPrinting, MB_YESNO | MB_DEFBUTTON2 | MB_ICONQUESTION) ==
+         IDYES;
+}
+
 /// False when nothing was printed.
 bool Print(HWND owner, const views::PrintTable& table, const views::PrintSetup& setup,
            const PageMeasure& measure) {
@@ -37,8 +46,13 @@ bool Print(HWND owner, const views::PrintTable& table, const views::PrintSetup& 
     const int pages = views::PrintLayout(table, views::PaperOf(setup), measure).Pages();
     const auto order = AskPrinter(owner, setup, pages);
     if (!order) return false;
-    RunLong(owner, kPrinting,
-            [&](const book::Progress& progress) { PrintPages(*order, table, measure, progress); });
+    const views::PrintLayout layout(table, order->paper, measure);
+    if (order->chosen_pages && layout.Pages() != pages && !MayPrintOthers(owner, pages, layout)) {
+      return false;
+    }
+    RunLong(owner, kPrinting, [&](const book::Progress& progress) {
+      PrintPages(*order, table.title, layout, measure, progress);
+    });
     return true;
   } catch (const book::WorkCancelled&) {
     MessageBoxW(owner, L"打印已取消。", kPrinting, MB_OK | MB_ICONINFORMATION);
@@ -242,6 +256,8 @@ void PrintAtOnce(PrintTask& task) {
   const PageMeasure measure;
   views::PrintSetup setup = task.setup;
   setup.landscape = views::WantsLandscape(table, setup, measure);
+  // The system's dialog disables its owner alone, and another window could close the book.
+  const OthersDisabled others(task.owner);
   static_cast<void>(Print(task.owner, table, setup, measure));
 }
 

@@ -77,19 +77,17 @@ int ToTwips(int pixels, int per_inch) {
   return MulDiv(pixels, kTwipsPerInch, std::max(1, per_inch));
 }
 
-/// The usual margins, but for printers that cannot reach so far.
+/// Its margins are those behind which the printer cannot reach.
 views::Paper PaperOfPrinter(HDC dc) {
   const int dpi_x = Caps(dc, LOGPIXELSX);
   const int dpi_y = Caps(dc, LOGPIXELSY);
   views::Paper paper;
   paper.width = ToTwips(Caps(dc, PHYSICALWIDTH), dpi_x);
   paper.height = ToTwips(Caps(dc, PHYSICALHEIGHT), dpi_y);
-  const int left = ToTwips(Caps(dc, PHYSICALOFFSETX), dpi_x);
-  const int top = ToTwips(Caps(dc, PHYSICALOFFSETY), dpi_y);
-  paper.left = std::max(paper.left, left);
-  paper.top = std::max(paper.top, top);
-  paper.right = std::max(paper.right, paper.width - left - ToTwips(Caps(dc, HORZRES), dpi_x));
-  paper.bottom = std::max(paper.bottom, paper.height - top - ToTwips(Caps(dc, VERTRES), dpi_y));
+  paper.left = ToTwips(Caps(dc, PHYSICALOFFSETX), dpi_x);
+  paper.top = ToTwips(Caps(dc, PHYSICALOFFSETY), dpi_y);
+  paper.right = std::max(0, paper.width - paper.left - ToTwips(Caps(dc, HORZRES), dpi_x));
+  paper.bottom = std::max(0, paper.height - paper.top - ToTwips(Caps(dc, VERTRES), dpi_y));
   return paper;
 }
 
@@ -156,27 +154,27 @@ std::optional<PrintOrder> AskPrinter(HWND owner, const views::PrintSetup& setup,
   if (!accepted) return std::nullopt;
   PrintOrder order{.dc = std::move(answer.dc), .last = 0xFFFF, .copies = dialog.nCopies};
   if ((dialog.Flags & PD_PAGENUMS) != 0) {
+    order.chosen_pages = true;
     order.first = dialog.nFromPage - 1;
     order.last = dialog.nToPage - 1;
   }
-  order.paper = PaperOfPrinter(order.dc.get());
+  order.paper = views::PaperForPrinter(setup, PaperOfPrinter(order.dc.get()));
   return order;
 }
 
-void PrintPages(const PrintOrder& order, const views::PrintTable& table, const PageMeasure& measure,
-                const book::Progress& progress) {
+void PrintPages(const PrintOrder& order, const std::string& title, const views::PrintLayout& layout,
+                const PageMeasure& measure, const book::Progress& progress) {
   HDC dc = order.dc.get();
-  const views::PrintLayout layout(table, order.paper, measure);
   const SIZE per_inch{Caps(dc, LOGPIXELSX), Caps(dc, LOGPIXELSY)};
   const POINT origin{-Caps(dc, PHYSICALOFFSETX), -Caps(dc, PHYSICALOFFSETY)};
   PagePainter painter(measure);
   const int end = std::min(order.last + 1, layout.Pages());
   const int all = std::max(0, end - order.first) * order.copies;
   int done = 0;
-  Document document(dc, tavrix::host::Wide(table.title));
+  Document document(dc, tavrix::host::Wide(title));
   for (int copy = 0; copy < order.copies; ++copy) {
     for (int page = std::max(0, order.first); page < end; ++page) {
-      book::Tell(progress, {.step = "正在打印" + table.title, .done = done++, .all = all});
+      book::Tell(progress, {.step = "正在打印" + title, .done = done++, .all = all});
       Require(StartPage(dc));
       painter.Paint(dc, origin, per_inch, layout.Page(page));
       Require(EndPage(dc));

@@ -20,8 +20,9 @@ using PrinterDc = std::unique_ptr<std::remove_pointer_t<HDC>, DcDeleter>;
 /// A printer that the user has chosen, and which pages.
 struct PrintOrder {
   PrinterDc dc;
-  int first = 0;  ///< from 0
-  int last = 0;   ///< the last one itself; beyond the last page: all that there are
+  int first = 0;              ///< from 0
+  int last = 0;               ///< the last one itself; beyond the last page: all that there are
+  bool chosen_pages = false;  ///< the user has named them
   int copies = 1;
   views::Paper paper = {};
 };
@@ -34,10 +35,10 @@ struct PrintOrder {
 [[nodiscard]] std::optional<PrintOrder> AskPrinter(HWND owner, const views::PrintSetup& setup,
                                                    int pages);
 
-/// Prints the table on the printer's own paper. `book::WorkCancelled` when the user has cancelled,
-/// `host::HostError` when the printer refuses; nothing is printed then, as far as the system has it
-/// still in its hands.
-void PrintPages(const PrintOrder& order, const views::PrintTable& table, const PageMeasure& measure,
-                const book::Progress& progress);
+/// Prints a layout that was made for the order's paper. `book::WorkCancelled` when the user has
+/// cancelled, `host::HostError` when the printer refuses; nothing is printed then, as far as the
+/// system has it still in its hands.
+void PrintPages(const PrintOrder& order, const std::string& title, const views::PrintLayout& layout,
+                const PageMeasure& measure, const book::Progress& progress);
 
 }  // namespace desk::app
