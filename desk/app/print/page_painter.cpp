@@ -24,7 +24,7 @@ win32::Font MakeFont(int height, bool bold) {
   font.lfHeight = -height;
   font.lfWeight = bold ? FW_BOLD : FW_NORMAL;
   font.lfCharSet = DEFAULT_CHARSET;
-  font.lfQuality = ANTIALIASED_QUALITY;  // small ones of a preview stay legible
+  font.lfQuality = CLEARTYPE_QUALITY;
   DeskFont().face.copy(font.lfFaceName, LF_FACESIZE - 1);
   return win32::Font(CreateFontIndirectW(&font));
 }
