@@ -18,6 +18,12 @@ void VoucherActions::OpenAccount(const std::string& code) const {
 }
 
 void VoucherActions::Copy(const book::VoucherKey& key) const {
+  if (const auto of = book::ReversalOf(session_, key).of) {
+    // Its lines would take the same voucher back once more.
+    throw book::DatabaseError(
+        book::ErrorKind::kRefused,
+        book::VoucherName(key) + "是冲销凭证（冲销 " + book::VoucherName(*of) + "），不能复制");
+  }
   const auto voucher = book::ReadVoucher(session_, key);
   if (voucher && calls_.enter) calls_.enter(*voucher);
 }

@@ -121,6 +121,9 @@ class VoucherView {
   /// The next line without an amount, or none.
   [[nodiscard]] std::optional<std::size_t> OpenLine() const;
   [[nodiscard]] std::optional<Line> ReadLine();
+  /// The line that the boxes hold, as it was, while its account is the same; null for none.
+  [[nodiscard]] const book::Entry* EditedEntry() const;
+  void KeepUnshown(book::Entry& entry) const;
   /// Nothing, and the user knows why, when the box holds no amount.
   [[nodiscard]] std::optional<std::int64_t> ReadAmount(viewkit::TextBox& box, const char* side);
   /// The boxes of foreign currency and quantity are there for accounts that are kept in them.

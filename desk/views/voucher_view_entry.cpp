@@ -88,13 +88,33 @@ std::optional<VoucherView::Line> VoucherView::ReadLine() {
                       .debit = *debit,
                       .credit = *credit},
             .account = account};
+  KeepUnshown(line.entry);
   if (!ReadForeign(line.entry)) return std::nullopt;
-  line.entry.auxiliary = ReadPartners(account.wanted, Trimmed(partner_));
+  // A name may hold the slash that parts names.
+  const book::Entry* before = EditedEntry();
+  const bool kept = before != nullptr && PartnersText(before->auxiliary) == Trimmed(partner_);
+  line.entry.auxiliary = kept ? before->auxiliary : ReadPartners(account.wanted, Trimmed(partner_));
   if (const auto lacking = Lacking(account.wanted, line.entry.auxiliary)) {
     Answer("“" + account.name + "”要填写" + NameOf(*lacking), true, &partner_);
     return std::nullopt;
   }
   return line;
+}
+
+const book::Entry* VoucherView::EditedEntry() const {
+  if (!edited_ || lines_[*edited_].entry.code != field_.Account()->code) return nullptr;
+  return &lines_[*edited_].entry;
+}
+
+/// What a copied line holds and the account has no box for any more goes on as long as the amount
+/// that it belongs to does.
+void VoucherView::KeepUnshown(book::Entry& entry) const {
+  const book::Entry* before = EditedEntry();
+  if (before == nullptr) return;
+  if (before->debit != entry.debit || before->credit != entry.credit) return;
+  entry.currency = before->currency;
+  entry.foreign_amount = before->foreign_amount;
+  entry.quantity = before->quantity;
 }
 
 void VoucherView::Balance() {

@@ -97,7 +97,7 @@ bool VoucherView::ReadForeign(book::Entry& entry) {
     const auto foreign = ReadAmount(foreign_, "外币");
     if (!foreign) return false;
     entry.foreign_amount = *foreign;
-    if (*foreign != 0) entry.currency = field_.Account()->currency;
+    entry.currency = *foreign != 0 ? field_.Account()->currency : std::string();
   }
   if (!quantity_.Visible()) return true;
   const auto quantity = ReadNumber(quantity_, "数量");

@@ -123,6 +123,25 @@ TEST(Vouchers, TakenBackLeaveNothingInAnyLedger) {
   EXPECT_EQ(FindVouchers(book.GetSession(), {}, 100).size(), 2 * keys.size());
 }
 
+// Words alone take nothing back.
+TEST(Vouchers, AreTakenBackOnlyByTheirOppositeAmounts) {
+  const Book book = tavrix::test::MakeBook(Chart());
+  PostTwo(book, 3, "1001", "100202", 100);
+  const VoucherKey first{{2024, 3}, 1};
+  PostTwo(book, 3, "1001", "100202", -99, "冲销 2024-03 记-1 号");
+  PostTwo(book, 3, "1001", "100202", 100, "冲销 2024-03 记-1 号");
+  Post(book.GetSession(),
+       {.year = 2024,
+        .month = 3,
+        .day = 1,
+        .entries = {{.summary = "冲销 2024-03 记-1 号", .code = "1001", .debit = -100},
+                    {.summary = "其他", .code = "100202", .credit = -100}}});
+  EXPECT_EQ(ReversalOf(book.GetSession(), first).by, std::nullopt);
+  EXPECT_EQ(ReversalOf(book.GetSession(), {{2024, 3}, 4}).of, std::nullopt);
+  PostTwo(book, 4, "1001", "100202", -100, "冲销 2024-03 记-1 号 由手工");
+  EXPECT_EQ(ReversalOf(book.GetSession(), first).by, (VoucherKey{{2024, 4}, 1}));
+}
+
 std::string FailureOf(const Book& book, const VoucherKey& key) {
   try {
     static_cast<void>(Reverse(book.GetSession(), key, {.year = 2024, .month = 4, .day = 1}));

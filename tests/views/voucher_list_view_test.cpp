@@ -98,6 +98,9 @@ TEST_F(VoucherListViewTest, TakesOneBackOnTheDateThatIsAskedFor) {
   EXPECT_EQ(view->Grid().Row(), 1) << "the new one";
   Find<viewkit::CommandButton>(*view, "Cmd", 4).Click();
   EXPECT_THAT(user_.questions.at(0).text, HasSubstr("是冲销凭证"));
+  Find<viewkit::CommandButton>(*view, "Cmd", 3).Click();
+  EXPECT_THAT(user_.questions.at(1).text, HasSubstr("不能复制"));
+  EXPECT_TRUE(entered_.entries.empty());
   VoucherSheet sheet(book_.GetSession(), user_, {{2024, 1}, 1}, Calls());
   EXPECT_FALSE(Find<viewkit::CommandButton>(sheet, "Cmd", 1).Enabled());
   EXPECT_THAT(Find<viewkit::Label>(sheet, "Lbl", 1).Caption(), HasSubstr("2024-03 记-1 号"));

@@ -169,6 +169,32 @@ TEST_F(VoucherViewTest, WorksOutTheThirdOfForeignAmountRateAndAmount) {
       << Answer() << testing::PrintToString(Lines());
 }
 
+// An account may have lost what its lines were once posted with.
+TEST_F(VoucherViewTest, AnEditedCopyKeepsWhatHasNoBox) {
+  const std::vector<book::Entry> entries = {{.summary = "甲",
+                                             .code = "1001",
+                                             .debit = 700,
+                                             .auxiliary = {.person = "A/B"},
+                                             .currency = "美元",
+                                             .foreign_amount = 100,
+                                             .quantity = 3},
+                                            {.summary = "乙", .code = "100201", .credit = 700}};
+  view_.Take({.entries = entries});
+  for (const int line : {1, 2}) {
+    Find<viewkit::ListView>("Lv").SetSelected(line, true);
+    view_.EditChosen();
+    Find<viewkit::TextBox>("Txt", kSummary).SetText("改");
+    Find<viewkit::TextBox>("Txt", line == 1 ? kDebit : kCredit).SetFocus();
+    Click(kAdd);
+  }
+  view_.Post();
+  EXPECT_THAT(tavrix::test::AllRows(book_,
+                                    "select summary,debit,person,currency_name,foreign_amount,"
+                                    "quantity from gl_accvouch order by i_id"),
+              ElementsAre("改|700|A/B|美元|100|3", "改|0|||0|0"))
+      << Answer();
+}
+
 TEST_F(VoucherViewTest, EnterLeadsThroughAVoucher) {
   EXPECT_TRUE(Find<viewkit::DTPicker>("DTP").Focused());
   view_.Enter();

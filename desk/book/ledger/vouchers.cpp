@@ -98,6 +98,38 @@ std::vector<Entry> Opposite(std::vector<Entry> entries, const VoucherKey& key) {
   return entries;
 }
 
+/// Whether `voucher` is what takes `other` back: every line says so, and the amounts are the
+/// opposite ones. Accounts are not compared: they may have been rearranged since.
+bool TakesBack(const Voucher& voucher, const Voucher& other, const VoucherKey& key) {
+  const std::string prefix = ReversalPrefix(key);
+  const auto says_so = [&](const Entry& entry) { return entry.summary.starts_with(prefix); };
+  const auto opposite = [](const Entry& entry, const Entry& before) {
+    return entry.debit == -before.debit && entry.credit == -before.credit;
+  };
+  return std::ranges::all_of(voucher.entries, says_so) &&
+         std::ranges::equal(voucher.entries, other.entries, opposite);
+}
+
+/// The vouchers that may take this one back. What takes a line back stands on the same account,
+/// wherever that has moved to.
+std::vector<VoucherKey> Candidates(Session& session, const Voucher& voucher,
+                                   const VoucherKey& key) {
+  const Entry& first = voucher.entries.front();
+  const std::string prefix = ReversalPrefix(key);
+  const host::Value values[] = {first.code, -first.debit, -first.credit, prefix};
+  const auto rows = session.Own().Query(
+      "select fiscal_year,fiscal_period,voucher_number from gl_accvouch where ccode=? and debit=? "
+      "and credit=? and substr(summary,1," +
+          std::to_string(host::ToUtf16(prefix).size()) +
+          ")=? and voucher_number is not null order by fiscal_year,fiscal_period,voucher_number",
+      Origin::kDesk, values);
+  std::vector<VoucherKey> keys;
+  while (rows->Next()) {
+    keys.push_back({{rows->Get(0).ToLong(), rows->Get(1).ToLong()}, rows->Get(2).ToLong()});
+  }
+  return keys;
+}
+
 Entry EntryAt(const Rows& rows) {
   const auto text = [&](int column) { return rows.Get(column).ToText(); };
   return {.summary = text(0),
@@ -178,18 +210,17 @@ std::optional<Voucher> ReadVoucher(Session& session, const VoucherKey& key) {
 
 Reversal ReversalOf(Session& session, const VoucherKey& key) {
   Reversal known;
-  const auto own =
-      session.Own().Query(std::string("select summary from gl_accvouch where ") + kOfVoucher,
-                          Origin::kDesk, ValuesOf(key));
-  if (own->Next()) known.of = KeyInSummary(own->Get(0).ToText());
-  const std::string prefix = ReversalPrefix(key);
-  const host::Value value(prefix);
-  const auto by = session.Own().Query(
-      "select fiscal_year,fiscal_period,voucher_number from gl_accvouch where substr(summary,1," +
-          std::to_string(host::ToUtf16(prefix).size()) +
-          ")=? and voucher_number is not null order by fiscal_year,fiscal_period,voucher_number",
-      Origin::kDesk, {&value, 1});
-  if (by->Next()) known.by = {{by->Get(0).ToLong(), by->Get(1).ToLong()}, by->Get(2).ToLong()};
+  const auto own = ReadVoucher(session, key);
+  if (!own) return known;
+  const auto of = KeyInSummary(own->entries.front().summary);
+  const auto taken_back = of ? ReadVoucher(session, *of) : std::nullopt;
+  if (taken_back && TakesBack(*own, *taken_back, *of)) known.of = of;
+  for (const VoucherKey& candidate : Candidates(session, *own, key)) {
+    const auto other = ReadVoucher(session, candidate);
+    if (!other || !TakesBack(*other, *own, key)) continue;
+    known.by = candidate;
+    break;
+  }
   return known;
 }
 

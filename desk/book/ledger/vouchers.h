@@ -53,8 +53,8 @@ struct Reversal {
   std::optional<VoucherKey> of = {};  ///< it takes this one back
   std::optional<VoucherKey> by = {};  ///< it has been taken back by this one
 };
-/// Read from the summaries, which name the other voucher by its month and number: these stay, what
-/// happens to accounts. `DatabaseError` as above.
+/// The summaries of the one name the other by its month and number, which stay, what happens to
+/// accounts; its amounts are the opposite ones, line by line. `DatabaseError` as above.
 [[nodiscard]] Reversal ReversalOf(Session& session, const VoucherKey& key);
 /// Why the voucher cannot be taken back, for users; empty when it can.
 [[nodiscard]] std::string WhyNoReversal(const VoucherKey& key, const Reversal& known);
