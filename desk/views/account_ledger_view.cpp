@@ -62,6 +62,13 @@ void AppendLine(host::RowSet& rows, const LedgerLine& line, bool continued) {
   rows.AppendText(AmountCell(line.balance < 0 ? -line.balance : line.balance));
 }
 
+std::int64_t AccountId(book::Session& session, const std::string& code) {
+  const host::Value key(code);
+  const auto row =
+      session.Own().Query("select i_id from gl_code where ccode=?", book::Origin::kDesk, {&key, 1});
+  return row->Next() ? row->Get(0).ToLong() : 0;
+}
+
 }  // namespace
 
 AccountLedgerView::AccountLedgerView(book::Session& session, viewkit::UserPort& user, Plan plan)
@@ -101,9 +108,9 @@ std::string AccountLedgerView::Title() const {
 }
 
 std::string AccountLedgerView::Subtitle() const {
-  return first_.ListIndex() <= 0 && last_.ListIndex() <= 0
-             ? "全部期间"
-             : "期间 " + first_.Text() + " 至 " + last_.Text();
+  const bool all = first_.ListIndex() <= 0 && last_.ListIndex() <= 0;
+  const std::string period = all ? "全部期间" : "期间 " + first_.Text() + " 至 " + last_.Text();
+  return period + (ledger_.shown < ledger_.entries ? "    " + PageText() : "");
 }
 
 void AccountLedgerView::FillMonths(const std::optional<book::Period>& wanted) {
@@ -138,6 +145,14 @@ book::Period AccountLedgerView::ChosenPeriod() const {
   return {MonthOf(first_), MonthOf(last_)};
 }
 
+void AccountLedgerView::SetPeriod(const book::Period& period) {
+  if (period == ChosenPeriod()) return;
+  Trapped([&] {
+    FillMonths(period);
+    Load(ledger_.card.account.code, 0);
+  });
+}
+
 /// A period that would end before it begins becomes the month that was chosen last.
 void AccountLedgerView::OnPeriod(viewkit::ComboBox& changed) {
   const book::Period period = ChosenPeriod();
@@ -153,6 +168,7 @@ void AccountLedgerView::Load(const std::string& code, std::int64_t first) {
   auto ledger = book::ReadAccountLedger(session_, code, ChosenPeriod(), first);
   if (!ledger) throw host::HostError("没有编码为“" + code + "”的科目");
   ledger_ = std::move(*ledger);
+  id_ = AccountId(session_, ledger_.card.account.code);
   code_.SetText(ledger_.card.account.code);
   name_.SetCaption(ledger_.card.account.name);
   ShowRows();
@@ -187,14 +203,17 @@ void AccountLedgerView::ShowColumns() {
   if (!sized_) FitColumn(grid_, kSummary, kLeastSummary);
 }
 
+std::string AccountLedgerView::PageText() const {
+  return "共 " + std::to_string(ledger_.entries) + " 笔，列出第 " +
+         std::to_string(ledger_.first + 1) + " 至 " +
+         std::to_string(ledger_.first + ledger_.shown) + " 笔";
+}
+
 void AccountLedgerView::Summarise() {
   const std::int64_t entries = ledger_.entries;
   const bool paged = ledger_.shown < entries;
   std::string text = std::to_string(entries) + " 笔";
-  if (paged) {
-    text += "，列出第 " + std::to_string(ledger_.first + 1) + " 至 " +
-            std::to_string(ledger_.first + ledger_.shown) + " 笔";
-  }
+  if (paged) text = PageText();
   text += "    期初余额 " + SidedAmount(ledger_.opening) + "    本期借方 " +
           book::MoneyText(ledger_.debit) + "    本期贷方 " + book::MoneyText(ledger_.credit) +
           "    期末余额 " + SidedAmount(ledger_.Closing());
@@ -212,12 +231,25 @@ void AccountLedgerView::TurnPage(int direction) {
   grid_.SetFocus();
 }
 
+std::string AccountLedgerView::CodeNow() const {
+  const host::Value id(id_);
+  const auto row =
+      session_.Own().Query("select ccode from gl_code where i_id=?", book::Origin::kDesk, {&id, 1});
+  return row->Next() ? row->Get(0).ToText() : std::string();
+}
+
+/// Often nobody has asked for it: what has gone is said at the foot, without a question.
 void AccountLedgerView::Reload() {
   Trapped([this] {
+    const std::string code = CodeNow();
+    if (code.empty()) {
+      return summary_.SetCaption("科目 " + ledger_.card.account.code +
+                                 " 已不在科目表中（已删除或合并），以上是此前的内容");
+    }
     const int row = grid_.Row();
     const int top = grid_.TopRow();
     FillMonths(ChosenPeriod());
-    Load(ledger_.card.account.code, ledger_.first);
+    Load(code, ledger_.first);
     grid_.SetRow(std::min(row, grid_.Rows() - 1));
     grid_.SetTopRow(top);
   });

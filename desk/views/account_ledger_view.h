@@ -45,6 +45,9 @@ class AccountLedgerView : public Sheet {
   /// there is no such account.
   AccountLedgerView(book::Session& session, viewkit::UserPort& user, Plan plan);
 
+  /// Shows another period.
+  void SetPeriod(const book::Period& period);
+
   // Sheet
   [[nodiscard]] std::string Title() const override;
   [[nodiscard]] std::string Subtitle() const override;
@@ -66,6 +69,10 @@ class AccountLedgerView : public Sheet {
   void ShowRows();
   void ShowColumns();
   void Summarise();
+  /// Which of the entries are listed, where it is not all of them.
+  [[nodiscard]] std::string PageText() const;
+  /// The code that the account has now; empty when it has gone.
+  [[nodiscard]] std::string CodeNow() const;
   /// Shows the account that is typed.
   void TakeTyped();
   void TurnPage(int direction);
@@ -75,6 +82,7 @@ class AccountLedgerView : public Sheet {
   book::Session& session_;
   Plan plan_;
   book::AccountLedger ledger_;
+  std::int64_t id_ = 0;  // of the account, whatever code it is given
   std::vector<book::Month> months_;
   bool filling_ = false;  // the boxes are being set: no choice of the user
   bool sized_ = false;    // the user has set a width by hand

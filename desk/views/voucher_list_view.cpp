@@ -130,10 +130,13 @@ void VoucherListView::ClearSearch() {
 
 void VoucherListView::Load() {
   const viewkit::WaitCursor wait(User());
-  sought_ = WordsOf(search_);
   heads_ = book::FindVouchers(session_, search_, kMost + 1);
   const bool more = heads_.size() > kMost;
   if (more) heads_.resize(kMost);
+  sought_ = WordsOf(search_);
+  if (more)
+    sought_ += (sought_.empty() ? "" : "    ") + std::string("只列出最近的 ") +
+               std::to_string(kMost) + " 张";
   ShowHeads(list_.FixedRows());
   std::int64_t total = 0;
   for (const book::VoucherHead& head : heads_) total += head.total;

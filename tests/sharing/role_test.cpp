@@ -7,6 +7,7 @@
 
 #include "book/copy.h"
 #include "book/engines.h"
+#include "book/ledger/opening_balance.h"
 #include "book/ledger/posting.h"
 #include "book/ledger/trial_balance.h"
 #include "editing/editor_test.h"
@@ -125,6 +126,16 @@ TEST_F(RoleTest, AllCommandsOfTheDeskWork) {
   }
   EXPECT_EQ(list.reports, editing::Texts());
   EXPECT_EQ(book::ReadTrialBalance(posting.GetSession(), {}).size(), 2U);
+  // What it opens with takes the place of what it opened with, though nothing may be deleted.
+  for (const std::int64_t balance : {700, 300}) {
+    book::SaveOpening(posting.GetSession(), {{.code = "2202", .lines = {{.balance = balance}}},
+                                             {.code = "5001", .lines = {{.balance = -balance}}}});
+  }
+  for (const char* ledger : {"gl_accvouch", "gl_accsum"}) {
+    EXPECT_EQ(test::Scalar(posting, std::string("select sum(debit) from ") + ledger +
+                                        " where fiscal_year is null and ccode='2202'"),
+              "300");
+  }
   EXPECT_EQ(posting.Setting("system", "kmbm"), "4444");
   EXPECT_EQ(FaultsOf(posting), editing::Texts());
 }

@@ -115,5 +115,22 @@ TEST_F(AccountLedgerViewTest, APeriodNeverEndsBeforeItBegins) {
   EXPECT_EQ(last.ListCount(), 5);
 }
 
+// Sheets are read again when others change the chart, too: nobody is to be asked anything then.
+TEST_F(AccountLedgerViewTest, FollowsItsAccountAndSaysWhenItHasGone) {
+  const auto view = Open("100201");
+  view->SetPeriod({});
+  EXPECT_EQ(view->Subtitle(), "全部期间");
+  tavrix::test::Run(book_, "update gl_code set ccode='100209' where ccode='100201'");
+  view->Reload();
+  EXPECT_EQ(view->Key(), "100209");
+  EXPECT_EQ(Lines(view->Grid()).size(), 7U);
+  for (const char* ledger : {"gl_accvouch", "gl_accsum", "gl_code"}) {
+    tavrix::test::Run(book_, std::string("delete from ") + ledger + " where ccode='100209'");
+  }
+  view->Reload();
+  EXPECT_THAT(user_.questions, IsEmpty());
+  EXPECT_THAT(Find<viewkit::Label>(*view, "Lbl", 4).Caption(), HasSubstr("100209 已不在"));
+}
+
 }  // namespace
 }  // namespace desk::views

@@ -46,16 +46,19 @@ void OpenVoucher(const Workplace& place, const book::VoucherKey& key) {
 
 void OpenAccount(const Workplace& place, const std::string& code,
                  const std::optional<book::Period>& period) {
-  place.sheets.Open(DeskSettings::kAccountLedger, code, {.make = [&](viewkit::UserPort& user) {
-                      return std::make_unique<views::AccountLedgerView>(
-                          place.book.GetSession(), user,
-                          views::AccountLedgerView::Plan{
-                              .code = code,
-                              .period = period,
-                              .open_voucher = [place](const book::Month& month, int number) {
-                                OpenVoucher(place, {month, number});
-                              }});
-                    }});
+  views::AccountLedgerView::Plan plan{
+      .code = code,
+      .period = period,
+      .open_voucher = [place](const book::Month& month, int number) {
+        OpenVoucher(place, {month, number});
+      }};
+  SheetWindow& window = place.sheets.Open(
+      DeskSettings::kAccountLedger, code, {.make = [&](viewkit::UserPort& user) {
+        return std::make_unique<views::AccountLedgerView>(place.book.GetSession(), user, plan);
+      }});
+  // One that was open already may show another period.
+  auto* const view = dynamic_cast<views::AccountLedgerView*>(&window.View());
+  if (view != nullptr && period) view->SetPeriod(*period);
 }
 
 }  // namespace

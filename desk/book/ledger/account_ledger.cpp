@@ -11,23 +11,14 @@ namespace desk::book {
 namespace {
 
 /// Entries of the account in the period, in the order of the ledger.
-constexpr char kInPeriod[] =
-    " from gl_accvouch where ccode>=? and ccode<=? and fiscal_year*12+fiscal_period>=? and "
-    "fiscal_year*12+fiscal_period<=?";
+const std::string kInPeriod = std::string(" from gl_accvouch where ccode>=? and ccode<=? and ") +
+                              kMonthPosition + ">=? and " + kMonthPosition + "<=?";
 constexpr char kInOrder[] =
     " order by fiscal_year,fiscal_period,entry_date,voucher_number,line_number,i_id limit ";
 
 std::vector<host::Value> BoundsOf(const std::string& code, const Period& period) {
   const auto codes = WithAllBelow(code);
   return {codes[0], codes[1], period.FirstPosition(), period.LastPosition()};
-}
-
-/// The least, or the greatest, code on the other side of the entry's voucher.
-std::string OtherSide(const char* function) {
-  return std::string("(select ") + function +
-         "(o.ccode) from gl_accvouch o where o.fiscal_year=e.fiscal_year and "
-         "o.fiscal_period=e.fiscal_period and o.voucher_number=e.voucher_number and case when "
-         "e.debit<>0 then o.credit else o.debit end<>0)";
 }
 
 /// The names of the accounts that entries mention, each asked for once.
@@ -56,8 +47,8 @@ struct Sums {
 };
 
 Sums SumOfAll(Connection& connection, const std::string& code, const Period& period) {
-  const auto row = connection.Query(std::string("select count(*),sum(debit-credit)") + kInPeriod,
-                                    Origin::kDesk, BoundsOf(code, period));
+  const auto row = connection.Query("select count(*),sum(debit-credit)" + kInPeriod, Origin::kDesk,
+                                    BoundsOf(code, period));
   if (!row->Next()) return {};
   return {AmountAt(*row, 0), AmountAt(*row, 1)};
 }
@@ -72,19 +63,67 @@ std::int64_t SumOfFirst(Connection& connection, const std::string& code, const P
   return row->Next() ? AmountAt(*row, 0) : 0;
 }
 
+/// A page of entries, by their identifiers.
+std::string PageText(std::int64_t first, std::int64_t count) {
+  return "select i_id" + kInPeriod + kInOrder + std::to_string(count) + " offset " +
+         std::to_string(first);
+}
+
+/// The least and the greatest code on each side of a voucher.
+struct VoucherSides {
+  std::string debit[2];
+  std::string credit[2];
+};
+using AllSides = std::map<std::pair<int, int>, VoucherSides>;
+
+std::pair<int, int> KeyOf(const Month& month, int voucher) {
+  return {PositionOf(month), voucher};
+}
+
+/// Of all vouchers of a page, each read once, however many of its lines stand there.
+AllSides ReadSides(Connection& connection, const std::string& page, Values bounds) {
+  const auto rows = connection.Query(
+      "select o.fiscal_year,o.fiscal_period,o.voucher_number,min(case when o.debit<>0 then o.ccode "
+      "end),max(case when o.debit<>0 then o.ccode end),min(case when o.credit<>0 then o.ccode "
+      "end),max(case when o.credit<>0 then o.ccode end)from(select distinct fiscal_year as "
+      "y,fiscal_period as p,voucher_number as n from gl_accvouch where i_id in(" +
+          page +
+          "))k join gl_accvouch o on o.fiscal_year=k.y and o.fiscal_period=k.p and "
+          "o.voucher_number=k.n group by o.fiscal_year,o.fiscal_period,o.voucher_number",
+      Origin::kDesk, bounds);
+  AllSides sides;
+  while (rows->Next()) {
+    const auto text = [&](int column) { return rows->Get(column).ToText(); };
+    const Month month{rows->Get(0).ToLong(), rows->Get(1).ToLong()};
+    sides[KeyOf(month, rows->Get(2).ToLong())] = {{text(3), text(4)}, {text(5), text(6)}};
+  }
+  return sides;
+}
+
+void NameCounters(Connection& connection, const AllSides& sides, std::vector<LedgerLine>& entries) {
+  Names names(connection);
+  for (LedgerLine& entry : entries) {
+    const auto found = sides.find(KeyOf(entry.month, entry.voucher));
+    if (found == sides.end()) continue;
+    const auto& other = entry.debit != 0 ? found->second.credit : found->second.debit;
+    if (other[0].empty()) continue;
+    entry.counter = other[0] + " " + names.Of(other[0]) + (other[0] == other[1] ? "" : " 等");
+  }
+}
+
 std::vector<LedgerLine> ReadEntries(Connection& connection, const std::string& code,
                                     const Period& period, std::int64_t first, std::int64_t page) {
+  const std::string ids = PageText(first, page + 1);
+  const std::vector<host::Value> bounds = BoundsOf(code, period);
   const auto rows = connection.Query(
       "select e.fiscal_year,e.fiscal_period,e.entry_date,e.voucher_number,e.summary,e.ccode,"
       "e.debit,e.credit,e.currency_name,e.foreign_amount,e.quantity,e.department,e.person,"
-      "e.customer,e.supplier,e.project," +
-          OtherSide("min") + "," + OtherSide("max") + " from gl_accvouch e join(select i_id as id" +
-          kInPeriod + kInOrder + std::to_string(page + 1) + " offset " + std::to_string(first) +
-          ")p on p.id=e.i_id order by e.fiscal_year,e.fiscal_period,e.entry_date,"
-          "e.voucher_number,e.line_number,e.i_id",
-      Origin::kDesk, BoundsOf(code, period));
+      "e.customer,e.supplier,e.project from gl_accvouch e where e.i_id in(" +
+          ids +
+          ") order by e.fiscal_year,e.fiscal_period,e.entry_date,e.voucher_number,e.line_number,"
+          "e.i_id",
+      Origin::kDesk, bounds);
   std::vector<LedgerLine> entries;
-  std::vector<std::pair<std::string, bool>> counters;  // and whether there are others
   while (rows->Next()) {
     const auto text = [&](int column) { return rows->Get(column).ToText(); };
     entries.push_back({.month = {rows->Get(0).ToLong(), rows->Get(1).ToLong()},
@@ -98,14 +137,8 @@ std::vector<LedgerLine> ReadEntries(Connection& connection, const std::string& c
                        .quantity = rows->Get(10).ToNumber(),
                        .debit = AmountAt(*rows, 6),
                        .credit = AmountAt(*rows, 7)});
-    counters.emplace_back(text(16), text(16) != text(17));
   }
-  Names names(connection);
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    const auto& [counter, several] = counters[i];
-    if (counter.empty()) continue;
-    entries[i].counter = counter + " " + names.Of(counter) + (several ? " 等" : "");
-  }
+  NameCounters(connection, ReadSides(connection, ids, bounds), entries);
   return entries;
 }
 

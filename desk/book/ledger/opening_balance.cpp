@@ -54,15 +54,18 @@ void Complete(OpeningAccount& account, std::int64_t total) {
 
 class Writer {
  public:
-  explicit Writer(Session& session) : connection_(session.Own()), user_(session.User()) {}
+  explicit Writer(Session& session)
+      : connection_(session.Own()), user_(session.User()), may_delete_(MayDelete(connection_)) {}
 
   void Replace(const OpeningChange& change) {
     Check(change);
     const host::Value key(change.code);
     for (const char* table : {"gl_accvouch", "gl_accass", "gl_accsum"}) {
-      connection_.Execute(
-          std::string("delete from ") + table + " where ccode=? and " + kWithoutMonth,
-          Origin::kDesk, {&key, 1});
+      const std::string emptied = may_delete_
+                                      ? std::string("delete from ") + table
+                                      : std::string("update ") + table + " set debit=0,credit=0";
+      connection_.Execute(emptied + " where ccode=? and " + kWithoutMonth, Origin::kDesk,
+                          {&key, 1});
     }
     OpeningLine total;
     for (const OpeningLine& line : change.lines) {
@@ -92,6 +95,17 @@ class Writer {
   }
   [[noreturn]] static void Refuse(const std::string& text) {
     throw DatabaseError(ErrorKind::kRefused, text);
+  }
+
+  /// A role on a server may be kept from deleting postings; its rows then stay, without an amount.
+  [[nodiscard]] static bool MayDelete(Connection& connection) {
+    if (connection.Dialect() != SqlDialect::kPostgres) return true;
+    const auto row = connection.Query(
+        "select case when has_table_privilege('gl_accvouch','delete')and "
+        "has_table_privilege('gl_accass','delete')and has_table_privilege('gl_accsum','delete')"
+        "then 1 else 0 end",
+        Origin::kDesk);
+    return row->Next() && row->Get(0).ToNumber() != 0;
   }
 
   [[nodiscard]] std::int32_t Identifier(const char* table) {
@@ -140,6 +154,7 @@ class Writer {
 
   Connection& connection_;
   std::string user_;
+  bool may_delete_;
 };
 
 }  // namespace

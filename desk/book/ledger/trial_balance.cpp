@@ -16,13 +16,16 @@ std::unique_ptr<Rows> QueryTotals(Connection& connection, const Period& period) 
   const std::int32_t first = period.FirstPosition();
   const host::Value bounds[] = {first, first, first, period.LastPosition()};
   return connection.Query(
-      "select a.cclass,a.ccode,a.ccode_name,a.bclose,s.opening,s.debit,s.credit from "
-      "gl_code a "
-      "left join(select ccode,sum(case when m<? then debit-credit else 0 end)as opening,"
-      "sum(case when m<? then 0 else debit end)as debit,"
-      "sum(case when m<? then 0 else credit end)as credit "
-      "from(select ccode,debit,credit,coalesce(fiscal_year*12+fiscal_period,0)as m "
-      "from gl_accsum)t where m<=? group by ccode)s on s.ccode=a.ccode order by a.ccode",
+      std::string() +
+          "select a.cclass,a.ccode,a.ccode_name,a.bclose,s.opening,s.debit,s.credit from "
+          "gl_code a "
+          "left join(select ccode,sum(case when m<? then debit-credit else 0 end)as opening,"
+          "sum(case when m<? then 0 else debit end)as debit,"
+          "sum(case when m<? then 0 else credit end)as credit "
+          "from(select ccode,debit,credit,coalesce(" +
+          std::string(kMonthPosition) +
+          ",0)as m from gl_accsum)t where m<=? group by ccode)s on s.ccode=a.ccode order by "
+          "a.ccode",
       Origin::kDesk, bounds);
 }
 
@@ -44,11 +47,11 @@ class Tree {
 
   /// The rows of a level, those that hold something.
   [[nodiscard]] std::vector<TrialBalanceRow> Take(int level) {
+    std::vector<TrialBalanceRow> own = OwnOfParents(level);
     std::vector<char> holds(rows_.size(), 0);
     for (std::size_t i = rows_.size(); i-- > 0;) {
       const TrialBalanceRow& row = rows_[i];
-      const bool own = row.opening != 0 || row.debit != 0 || row.credit != 0;
-      if (own) holds[i] = 1;
+      if (Holds(row)) holds[i] = 1;
       if (level == kLeafAccounts || parents_[i] == kNone || holds[i] == 0) continue;
       TrialBalanceRow& parent = rows_[parents_[i]];
       parent.opening += row.opening;
@@ -57,9 +60,11 @@ class Tree {
       holds[parents_[i]] = 1;
     }
     std::vector<TrialBalanceRow> taken;
+    auto next = own.begin();
     for (std::size_t i = 0; i < rows_.size(); ++i) {
-      if (holds[i] == 0 || !Shown(rows_[i], level)) continue;
-      taken.push_back(std::move(rows_[i]));
+      const std::string code = rows_[i].code;
+      if (holds[i] != 0 && Shown(rows_[i], level)) taken.push_back(std::move(rows_[i]));
+      if (next != own.end() && next->code == code) taken.push_back(std::move(*next++));
     }
     return taken;
   }
@@ -67,8 +72,25 @@ class Tree {
  private:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-  /// Totals of an account that has others below it, which only a damaged book has, show among the
-  /// leaves.
+  [[nodiscard]] static bool Holds(const TrialBalanceRow& row) {
+    return row.opening != 0 || row.debit != 0 || row.credit != 0;
+  }
+
+  /// Only a damaged book has totals of an account with others below it. They are a row of their own
+  /// where the sums of that account do not stand for them.
+  [[nodiscard]] std::vector<TrialBalanceRow> OwnOfParents(int level) const {
+    std::vector<TrialBalanceRow> own;
+    for (const TrialBalanceRow& row : rows_) {
+      const bool in_sums = level == kLeafAccounts || (level > 0 && row.level >= level);
+      if (row.leaf || in_sums || !Holds(row)) continue;
+      own.push_back(row);
+      own.back().name += "（本级）";
+      own.back().leaf = true;
+      ++own.back().level;
+    }
+    return own;
+  }
+
   [[nodiscard]] static bool Shown(const TrialBalanceRow& row, int level) {
     if (level == kLeafAccounts || level == kAllAccounts) return true;
     return row.level == level || (row.leaf && row.level < level);

@@ -16,11 +16,13 @@ struct Month {
   friend bool operator==(const Month&, const Month&) = default;
 };
 
-/// Months counted from the year 0, as statements count them; those before have smaller numbers.
+/// Months in their order as statements number them (`kMonthPosition`). There is room for periods
+/// beyond twelve, and for one before the first.
 [[nodiscard]] constexpr int PositionOf(const Month& month) {
-  constexpr int kMonths = 12;
-  return month.year * kMonths + month.number;
+  constexpr int kPeriods = 100;
+  return month.year * kPeriods + month.number;
 }
+inline constexpr char kMonthPosition[] = "fiscal_year*100+fiscal_period";
 
 /// From the first month to the last, both included; without one there is no bound on that side, but
 /// totals without a month of their own always come before.
