@@ -147,6 +147,76 @@ TEST(ImportPlan, EmptyBookTakesTheRuleOfTheCodes) {
   EXPECT_FALSE(PlanOf(book, source).changes_rule);
 }
 
+TEST(ImportPlan, CodesAreTakenByTheirPartsAndNothingElse) {
+  const Book book = MakeBook();
+  const ImportPlan plan =
+      PlanOf(book, Read("编码,名称\n1001.0,库存现金\n1003.01.01,细\n1003-01,中\n"
+                        "1003,上\n1003.1,不足\n1.00101E+5,科学\n1.001E3,科学\n"
+                        "1001'1,引号\n100301.02,合\n"));
+  EXPECT_THAT(Told(plan),
+              ElementsAre("2 = ", "3 + ", "4 + ", "5 + ", "6 ! 编码中有字母和数字以外的字符",
+                          "7 ! 编码是科学计数法的数字，请在表格中改成文本",
+                          "8 ! 编码是科学计数法的数字，请在表格中改成文本",
+                          "9 ! 编码中有字母和数字以外的字符", "10 ! 编码中有字母和数字以外的字符"));
+  EXPECT_EQ(plan.lines[1].account.Code(), "10030101");
+  const Source numbers = Read("编码,名称\n1001.0,甲\n100101.0,乙\n");
+  EXPECT_EQ(ProposeCodeRule(numbers.table, numbers.options), "42");
+
+  // Codes of its own a book keeps.
+  tavrix::test::Run(book, "update gl_code set ccode='10.1' where ccode='1001'");
+  EXPECT_THAT(Told(PlanOf(book, Read("编码,名称\n10.1,钱\n"))),
+              ElementsAre("2 ~ 科目名称：库存现金 → 钱"));
+}
+
+TEST(ImportPlan, ABadRuleIsNotTakenOver) {
+  const Book book = MakeBook({}, "4222");
+  Source source = Read("编码,名称,类别\n1001,现金,资产\n");
+  for (const char* rule : {"4-2-2", "40", "a", "99999"}) {
+    source.options.code_rule = rule;
+    const ImportPlan plan = PlanOf(book, source);
+    EXPECT_FALSE(plan.changes_rule) << rule;
+    EXPECT_EQ(plan.Count(ImportState::kRefuse), 1U) << rule;
+  }
+}
+
+TEST(ImportPlan, CategoriesFollowTheBranchAndPagesTheCurrency) {
+  const Book book = MakeBook();
+  EXPECT_THAT(
+      Told(PlanOf(book, Read("编码,名称,类别,外币,单位\n1002,银行存款,负债,否,\n"
+                             "100203,三行,负债,,\n100204,四行,资产,美元,台\n"
+                             "1001,库存现金,,美元,\n2202,应付账款,,是,\n"))),
+      ElementsAre("2 ! 有下级的科目不能在导入时改变类别",
+                  "3 ! 类别“负债”与上级科目的类别“资产”不同", "4 + ",
+                  "5 ~ 账页格式：金额式 → 金额外币式；外币核算：否 → 是；币种：（空） → 美元",
+                  "6 ! “币种”应当是名称，不能是“是”"));
+}
+
+TEST(ImportPlan, WhatIsOddInTheBookComesBackAsItIs) {
+  const Book book = MakeBook();
+  tavrix::test::Run(book,
+                    "update gl_code set cclass='资产类',cbook_type='老式',cexch_name='美元',"
+                    "bexchange=0,ccode_engl='" +
+                        std::string(300, 'x') + "' where ccode='1001'");
+  const Source source = Read(ChartAsCsv(ReadRecords(book.GetSession())));
+  EXPECT_EQ(PlanOf(book, source).Count(ImportState::kSame), 8U);
+}
+
+TEST(ImportPlan, ARefusedAccountLeavesItsParentALeaf) {
+  const Book book = MakeBook();
+  const ImportPlan plan = Import(book, Read("编码,名称,封存\n10020101,坏,也许\n1001,现金,\n"));
+  EXPECT_THAT(plan.new_parents, IsEmpty());
+  EXPECT_EQ(Scalar(book, "select bend from gl_code where ccode='100201'"), "1");
+}
+
+TEST(ExportChart, CsvHoldsNoFormulas) {
+  const Book book = MakeBook({{.code = "1001", .name = "=1+1", .category = "资产", .help = "-x"},
+                              {.code = "1002", .name = "'@a", .category = "资产"}});
+  const std::string csv = ChartAsCsv(ReadRecords(book.GetSession()));
+  EXPECT_THAT(csv, HasSubstr("1001,'=1+1,资产,借,'-x,"));
+  EXPECT_THAT(csv, HasSubstr("1002,''@a,"));
+  EXPECT_EQ(PlanOf(book, Read(csv)).Count(ImportState::kSame), 2U);
+}
+
 class ImportChartTest : public testing::TestWithParam<std::string> {};
 INSTANTIATE_TEST_SUITE_P(Engines, ImportChartTest,
                          testing::ValuesIn(tavrix::test::EnginesAtHand()));

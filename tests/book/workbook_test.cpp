@@ -7,6 +7,7 @@
 #include "book/exchange/column_match.h"
 #include "book/exchange/export_chart.h"
 #include "book/exchange/import_chart.h"
+#include "book/exchange/import_source.h"
 #include "book/exchange/xlsx_reader.h"
 #include "book/exchange/zip_archive.h"
 #include "book/files/files.h"
@@ -26,16 +27,20 @@ using testing::HasSubstr;
 
 std::string Refusal(const std::string& bytes) {
   try {
-    for (std::size_t i = 0; i < SheetNames(bytes).size(); ++i) (void)ReadSheet(bytes, i);
+    (void)ImportSource(bytes);
     return {};
   } catch (const SourceError& error) {
     return error.what();
   }
 }
 
+SourceTable SheetOf(const std::string& bytes, std::size_t sheet) {
+  return Workbook(bytes).Read(sheet);
+}
+
 /// A workbook of one sheet with these rows, and further parts.
-std::string Workbook(const std::string& sheet, const std::string& shared = {},
-                     const std::string& prolog = {}) {
+std::string Made(const std::string& sheet, const std::string& shared = {},
+                 const std::string& prolog = {}) {
   const std::string relation =
       "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
   ZipWriter archive;
@@ -55,15 +60,14 @@ std::string Workbook(const std::string& sheet, const std::string& shared = {},
 }
 
 TEST(Workbook, CellsOfEachKindBecomeTexts) {
-  const SourceTable table = ReadSheet(
-      Workbook(
-          "<m:row><m:c t='s'><m:v>1</m:v></m:c><m:c><m:v>1001.0</m:v></m:c>"
-          "<m:c><m:v>1.0020100000000001E+5</m:v></m:c><m:c><m:v>0.1</m:v></m:c></m:row>"
-          "<m:row r='7'><m:c r='C7' t='b'><m:v>1</m:v></m:c><m:c t='inlineStr'><m:is><m:t>a</m:t>"
-          "</m:is></m:c><m:c t='str'><m:f>1+1</m:f><m:v>b_x000D_c</m:v></m:c></m:row>"
-          "<m:row r='9'><m:c r='A9' s='1'/></m:row>",
-          "<si><t>x</t></si><si><r><t>两</t></r><r><t xml:space='preserve'> 段</t></r>"
-          "<rPh><t>liang</t></rPh></si>"),
+  const SourceTable table = SheetOf(
+      Made("<m:row><m:c t='s'><m:v>1</m:v></m:c><m:c><m:v>1001.0</m:v></m:c>"
+           "<m:c><m:v>1.0020100000000001E+5</m:v></m:c><m:c><m:v>0.1</m:v></m:c></m:row>"
+           "<m:row r='7'><m:c r='C7' t='b'><m:v>1</m:v></m:c><m:c t='inlineStr'><m:is><m:t>a</m:t>"
+           "</m:is></m:c><m:c t='str'><m:f>1+1</m:f><m:v>b_x000D_c</m:v></m:c></m:row>"
+           "<m:row r='9'><m:c r='A9' s='1'/></m:row>",
+           "<si><t>x</t></si><si><r><t>两</t></r><r><t xml:space='preserve'> 段</t></r>"
+           "<rPh><t>liang</t></rPh></si>"),
       0);
   ASSERT_EQ(table.rows.size(), 2U);
   EXPECT_THAT(table.rows[0].cells, ElementsAre("两 段", "1001", "100201", "0.1"));
@@ -74,23 +78,40 @@ TEST(Workbook, CellsOfEachKindBecomeTexts) {
 TEST(Workbook, HostileFilesAreRefusedWithoutHarm) {
   const std::string row = "<m:row><m:c t='s'><m:v>0</m:v></m:c></m:row>";
   EXPECT_THAT(Refusal("PK\x03\x04 and so on"), HasSubstr("损坏"));
-  EXPECT_THAT(Refusal(Workbook("<m:row>")), HasSubstr("错误"));
-  EXPECT_THAT(Refusal(Workbook("<m:row><m:c><m:v>&a;</m:v></m:c></m:row>", {},
-                               "<!DOCTYPE a [<!ENTITY a 'aaaaaaaaaa'>]>")),
+  EXPECT_THAT(Refusal(Made("<m:row>")), HasSubstr("错误"));
+  EXPECT_THAT(Refusal(Made("<m:row><m:c><m:v>&a;</m:v></m:c></m:row>", {},
+                           "<!DOCTYPE a [<!ENTITY a 'aaaaaaaaaa'>]>")),
               HasSubstr("不允许的声明"));
   // Much of nothing packs well.
-  EXPECT_THAT(Refusal(Workbook(std::string(std::size_t{300} << 20, ' '))), HasSubstr("太大"));
-  EXPECT_THAT(Refusal(Workbook(row, "<si><t>" + std::string(200'000, 'a') + "</t></si>")),
+  EXPECT_THAT(Refusal(Made(std::string(std::size_t{300} << 20, ' '))), HasSubstr("太大"));
+  EXPECT_THAT(Refusal(Made(row, "<si><t>" + std::string(200'000, 'a') + "</t></si>")),
               HasSubstr("太长"));
   // Few bytes that many cells refer to.
   std::string many;
   for (int i = 0; i < 3000; ++i) many += row;
-  EXPECT_THAT(Refusal(Workbook(many, "<si><t>" + std::string(100'000, 'a') + "</t></si>")),
+  EXPECT_THAT(Refusal(Made(many, "<si><t>" + std::string(100'000, 'a') + "</t></si>")),
               HasSubstr("太多"));
-  EXPECT_THAT(Refusal(Workbook("<m:row><m:c r='XFD1'><m:v>1</m:v></m:c></m:row>")),
+  EXPECT_THAT(Refusal(Made("<m:row><m:c r='XFD1'><m:v>1</m:v></m:c></m:row>")),
               HasSubstr("列太多"));
-  EXPECT_EQ(Refusal(Workbook("<m:row r='999999999'><m:c><m:v>1</m:v></m:c></m:row>")), "");
-  EXPECT_THAT(Refusal(Workbook(row).substr(0, 400)), HasSubstr("损坏"));
+  EXPECT_EQ(Refusal(Made("<m:row r='999999999'><m:c><m:v>1</m:v></m:c></m:row>")), "");
+  EXPECT_THAT(Refusal(Made(row).substr(0, 400)), HasSubstr("损坏"));
+}
+
+TEST(Workbook, ManySheetsAndCellsOfOnePartAreBounded) {
+  // Sheets without end that are all one part, and rows whose only cell stands far to the right.
+  std::string row;
+  for (int i = 0; i < 30'000; ++i) row += "<m:row><m:c r='IV1'><m:v>1</m:v></m:c></m:row>";
+  EXPECT_THAT(Refusal(Made(row)), HasSubstr("太多"));
+  EXPECT_THAT(Refusal(Made("<m:row><m:c t='s'><m:v>0</m:v></m:c></m:row>",
+                           [] {
+                             std::string many;
+                             for (int i = 0; i < 2'000'001; ++i) many += "<si/>";
+                             return many;
+                           }())),
+              HasSubstr("太多"));
+  const SourceTable table =
+      SheetOf(Made("<m:row><m:c><m:v>1234567890123456789</m:v></m:c></m:row>"), 0);
+  EXPECT_EQ(table.rows[0].cells[0], "1.23456789012346E+18");
 }
 
 TEST(Workbook, BrokenBytesNeverDoMoreThanFail) {
@@ -113,7 +134,7 @@ TEST(Workbook, ComesBackUnchanged) {
   for (const std::string& engine : tavrix::test::EnginesAtHand()) {
     const Book from = MakeBookOn(engine, OddAccounts(1500));
     tavrix::test::AddOddColumns(from);
-    const SourceTable table = ReadSheet(ChartAsXlsx(ReadRecords(from.GetSession())), 0);
+    const SourceTable table = SheetOf(ChartAsXlsx(ReadRecords(from.GetSession())), 0);
     const ImportOptions options{.columns = MatchHeader(table.rows[0]), .header = 0};
     const Book to = MakeBookOn(engine, {});
     ImportChart(to.GetSession(), table, options, PlanImport(to.GetSession(), table, options));
@@ -148,8 +169,8 @@ TEST(Workbook, OfAnotherProgramIsRead) {
   const tavrix::test::TempFolder folder;
   RunScript("write " + folder.File("in.xlsx"));
   const std::string bytes = ReadFile(PathOf(folder.File("in.xlsx")));
-  ASSERT_THAT(SheetNames(bytes), ElementsAre("说明", "科目 & 表"));
-  const SourceTable table = ReadSheet(bytes, 1);
+  ASSERT_THAT(Workbook(bytes).Sheets(), ElementsAre("说明", "科目 & 表"));
+  const SourceTable table = SheetOf(bytes, 1);
   const auto header = FindHeader(table);
   ASSERT_EQ(header, std::optional<std::size_t>(1));
   const ImportOptions options{.columns = MatchHeader(table.rows[1]), .header = header};

@@ -39,10 +39,11 @@ std::string Numbered(const std::string& parent, int number, int width) {
 
 book::Account OddAccount(std::string code, int number) {
   const auto n = static_cast<std::size_t>(number);
+  const auto top = static_cast<std::size_t>(std::stoi(code.substr(0, 4)));
   const std::string name = kOddNames.at(n % kOddNames.size());
   return {.code = std::move(code),
           .name = name + " " + std::to_string(number),
-          .category = std::string(host::kCategories.at(n % host::kCategories.size())),
+          .category = std::string(host::kCategories.at(top % host::kCategories.size())),
           .english = number % 3 == 0 ? "Ünïcode \"" + std::to_string(number) + "\"" : "",
           .help = number % 2 == 0 ? "zjm" + std::to_string(number) : "",
           .debit = number % 4 != 1,

@@ -14,6 +14,18 @@ bool EndsLine(char unit) {
   return unit == '\n' || unit == '\r';
 }
 
+/// Spreadsheets take a cell that begins so for a formula, but for what stands behind a quote; one
+/// that begins with a quote of its own gets another.
+bool IsProtected(std::string_view cell) {
+  return !cell.empty() &&
+         std::string_view("=+-@\t\r'").find(cell.front()) != std::string_view::npos;
+}
+
+std::string Unprotected(std::string cell) {
+  if (cell.starts_with('\'') && IsProtected(std::string_view(cell).substr(1))) cell.erase(0, 1);
+  return cell;
+}
+
 /// The rows of a text, one after the other.
 class RowReader {
  public:
@@ -24,7 +36,7 @@ class RowReader {
   [[nodiscard]] SourceRow Next() {
     SourceRow row{.number = line_};
     for (;;) {
-      row.cells.push_back(Cell());
+      row.cells.push_back(Unprotected(Cell()));
       if (AtEnd() || EndsLine(text_[at_])) break;
       ++at_;  // the separator
       // A row that is far too long is not gathered to its end: whoever gets it refuses it.
@@ -111,11 +123,12 @@ void AppendCsvRow(std::string& text, std::span<const std::string> cells) {
   bool first = true;
   for (const std::string& cell : cells) {
     if (!std::exchange(first, false)) text += ',';
+    const std::string_view mark = IsProtected(cell) ? "'" : "";
     if (cell.find_first_of(",;\t\"\r\n") == std::string::npos) {
-      text += cell;
+      text.append(mark).append(cell);
       continue;
     }
-    text += '"';
+    text.append("\"").append(mark);
     for (const char unit : cell) text.append(unit == '"' ? 2 : 1, unit);
     text += '"';
   }

@@ -7,7 +7,8 @@
 #include "book/exchange/source_table.h"
 
 /// Texts with one row a line and separators between the cells. A cell that holds separators, quotes
-/// or ends of lines stands between quotes, with its own quotes doubled.
+/// or ends of lines stands between quotes, with its own quotes doubled. One that a spreadsheet
+/// would take for a formula is written behind a single quote, which goes again when it is read.
 namespace desk::book {
 
 /// The separators that programs write, as they are offered.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <vector>
 
 #include "book/ledger/code_rule.h"
 #include "book/ledger/folded_text.h"
@@ -38,6 +39,42 @@ constexpr std::array<std::string_view, 9> kNo = {"否", "无", "0", "n", "no", "
 constexpr std::array<std::string_view, 6> kDebitWords = {"借", "借方", "debit", "d", "dr", "1"};
 constexpr std::array<std::string_view, 6> kCreditWords = {"贷", "贷方", "credit", "c", "cr", "0"};
 
+bool IsLetterOrDigit(char unit) {
+  const char small = static_cast<char>(unit | 0x20);
+  return host::IsDigit(unit) || (unit > 0 && small >= 'a' && small <= 'z');
+}
+
+/// "1001.0", as some programs write whole numbers.
+bool IsWholeNumber(std::string_view text) {
+  const std::size_t point = text.find('.');
+  if (point == 0 || point == text.npos || point + 1 == text.size()) return false;
+  return std::ranges::all_of(text.substr(0, point), host::IsDigit) &&
+         text.find_first_not_of('0', point + 1) == text.npos;
+}
+
+/// "1.001E+11": digits have been lost.
+bool IsScientific(std::string_view text) {
+  const std::size_t power = text.find_first_of("eE");
+  if (power == 0 || power == text.npos || power + 1 == text.size()) return false;
+  const std::string_view digits = text.substr(0, power);
+  const std::string_view rest = text.substr(power + 1);
+  const bool sign = rest.front() == '+' || rest.front() == '-';
+  const bool point = digits.find('.') != digits.npos;
+  return (sign || point) && digits.find_first_not_of("0123456789.") == digits.npos &&
+         rest.find_first_not_of("0123456789", sign ? 1 : 0) == rest.npos;
+}
+
+/// What stands between points, dashes, strokes and blanks.
+std::vector<std::string_view> Parts(std::string_view code) {
+  std::vector<std::string_view> parts;
+  for (;;) {
+    const std::size_t end = code.find_first_of(".-/ ");
+    parts.push_back(code.substr(0, end));
+    if (end == code.npos) return parts;
+    code.remove_prefix(end + 1);
+  }
+}
+
 template <std::size_t kCount>
 bool IsAmong(const std::array<std::string_view, kCount>& words, std::string_view word) {
   return std::ranges::find(words, word) != words.end();
@@ -70,6 +107,11 @@ bool IsNeeded(AccountField field) {
   return field == kName || field == kCategory || field == kDebit || field == kBookType;
 }
 
+std::string TakeText(AccountField field, const std::string& text, AccountRecord& account) {
+  account.Text(field) = text;
+  return WhyNoText(field, text);
+}
+
 std::string TakeCell(AccountField field, const std::string& cell, AccountRecord& account) {
   if (IsFlag(field)) return TakeFlag(field, cell, account);
   if (field == kCategory) {
@@ -81,8 +123,15 @@ std::string TakeCell(AccountField field, const std::string& cell, AccountRecord&
   if (field == kBookType && std::ranges::find(host::kBookTypes, cell) == host::kBookTypes.end()) {
     return "没有“" + cell + "”这种账页格式";
   }
-  account.Text(field) = cell;
-  return WhyNoText(field, cell);
+  if (field == kCurrency || field == kUnit) {
+    // Other programs have columns of these names that say whether.
+    const std::string word = Folded(cell);
+    if (IsAmong(kNo, word)) return TakeText(field, {}, account);
+    if (word == "是" || word == "yes" || word == "true") {
+      return Title(field) + "应当是名称，不能是“" + cell + "”";
+    }
+  }
+  return TakeText(field, cell, account);
 }
 
 }  // namespace
@@ -98,20 +147,25 @@ std::string RowCells::Text(AccountField field) const {
 }
 
 std::string CodeIn(const std::string& cell, const std::string& rule) {
-  std::string code = std::ranges::all_of(cell, [](char unit) { return unit > 0; })
-                         ? cell
-                         : Folded(cell);  // digits of full width
-  CodeRuleArithmetic arithmetic;
-  if (arithmetic.LevelOf(code, rule) > 0) return code;
-  std::string plain = code;
-  std::erase_if(plain, [](char unit) { return unit == '.' || unit == '-' || unit == ' '; });
-  return rule.empty() || arithmetic.LevelOf(plain, rule) > 0 ? plain : code;
+  const bool plain = std::ranges::all_of(cell, [](char unit) { return unit > 0; });
+  std::string code = plain ? cell : Folded(cell);  // digits of full width
+  if (IsWholeNumber(code)) return code.substr(0, code.find('.'));
+  if (IsScientific(code)) return code;
+  std::string joined;
+  std::size_t level = 0;
+  for (const std::string_view part : Parts(code)) {
+    const bool fits = level < rule.size() && part.size() == std::size_t(rule[level] - '0');
+    if (part.empty() || (!rule.empty() && !fits)) return code;
+    joined += part;
+    ++level;
+  }
+  return joined;
 }
 
 std::string WhyNoCode(const std::string& code, const std::string& rule) {
   if (code.empty()) return "没有科目编码";
-  const auto is_control = [](char unit) { return static_cast<unsigned char>(unit) < ' '; };
-  if (std::ranges::any_of(code, is_control)) return "编码中有换行等不能用的字符";
+  if (IsScientific(code)) return "编码是科学计数法的数字，请在表格中改成文本";
+  if (!std::ranges::all_of(code, IsLetterOrDigit)) return "编码中有字母和数字以外的字符";
   const std::size_t length = host::TextLength(code);
   if (length > kLongestCode) return "编码太长";
   CodeRuleArithmetic arithmetic;
@@ -125,14 +179,19 @@ std::string WhyNoCode(const std::string& code, const std::string& rule) {
 }
 
 std::string TakeCells(const RowCells& cells, AccountRecord& account) {
+  const AccountRecord before = account;
   for (const FieldInfo& info : Fields()) {
     if (info.field == kCode || !cells.Has(info.field)) continue;
     const std::string cell = cells.Text(info.field);
     if (cell.empty() && IsNeeded(info.field)) continue;
+    // What a book has already comes back as it is, whatever it is.
+    if (!cell.empty() && cell == host::Trimmed(account.Shown(info.field))) continue;
     if (std::string why = TakeCell(info.field, cell, account); !why.empty()) return why;
   }
-  // A currency is accounting in foreign currency, whatever the file says of that.
-  if (cells.Has(kCurrency) && !account.Text(kCurrency).empty()) account.SetFlag(kForeign, true);
+  // Where the file does not say whether, a new currency says so.
+  const std::string& currency = account.Text(kCurrency);
+  const bool new_currency = !currency.empty() && currency != before.Text(kCurrency);
+  if (new_currency && !cells.Has(kForeign)) account.SetFlag(kForeign, true);
   return {};
 }
 

@@ -21,11 +21,13 @@ class RowCells {
   const ColumnMap& columns_;
 };
 
-/// The code in a cell as the rule knows it: digits of half width, and without the points or dashes
-/// between its levels unless it fits with them.
+/// The code in a cell: of half width, without the decimals of a number, and without what parts its
+/// levels where each part is as long as its level by the rule; without a rule, whatever the parts
+/// are. Anything else stays as it is.
 [[nodiscard]] std::string CodeIn(const std::string& cell, const std::string& rule);
 
-/// Why the code fits no level of the rule; empty when it does.
+/// Why a new account cannot have the code: only letters and digits, and of a level of the rule.
+/// Empty when it can.
 [[nodiscard]] std::string WhyNoCode(const std::string& code, const std::string& rule);
 
 /// Fills `account`, which holds what the book or the account's parent gives, from the cells. The

@@ -1,6 +1,7 @@
 #include "book/exchange/import_plan.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <unordered_map>
 #include <utility>
@@ -8,6 +9,7 @@
 #include "book/exchange/import_line.h"
 #include "book/ledger/code_rule.h"
 #include "book/ledger/mnemonic.h"
+#include "book/ledger/template.h"
 #include "book/session/settings.h"
 #include "host/account.h"
 #include "host/text.h"
@@ -46,7 +48,9 @@ class Planner {
     const std::string kept = ReadSetting(session, std::string(host::kSystemSection),
                                          std::string(host::kCodeRuleSetting));
     plan_.empty_book = chart_.empty();
-    const bool free = plan_.empty_book && !options.code_rule.empty();
+    bool free = plan_.empty_book && !options.code_rule.empty();
+    if (free) rule_fault_ = WhyNoCodeRule(options.code_rule, {});
+    free = free && rule_fault_.empty();
     plan_.rule = free ? options.code_rule : kept;
     plan_.changes_rule = free && options.code_rule != kept;
     for (std::size_t i = 0; i < chart_.size(); ++i) {
@@ -73,10 +77,14 @@ class Planner {
   void Start(const SourceRow& row, ImportLine& line) {
     const RowCells cells(row, options_.columns);
     line.number = row.number;
-    line.account.Text(kCode) = CodeIn(cells.Text(kCode), plan_.rule);
+    // A book may have codes that no new account could have.
+    const std::string cell = cells.Text(kCode);
+    const bool kept = !cell.empty() && InBook(cell) != nullptr;
+    line.account.Text(kCode) = kept ? cell : CodeIn(cell, plan_.rule);
     line.account.Text(kName) = cells.Text(kName);
     const std::string& code = line.account.Code();
-    line.why = WhyNoCode(code, plan_.rule);
+    line.why = rule_fault_;
+    if (line.why.empty() && InBook(code) == nullptr) line.why = WhyNoCode(code, plan_.rule);
     if (!line.why.empty()) return;
     const auto [first, added] = in_file_.emplace(KeyOf(code), &line);
     if (!added) line.why = "与第 " + std::to_string(first->second->number) + " 行的编码重复";
@@ -106,12 +114,13 @@ class Planner {
     AccountRecord account = kept != nullptr ? kept->account : Fresh(parent);
     if (kept == nullptr) account.Text(kCode) = code;
     if (std::string why = TakeCells(cells, account); !why.empty()) return why;
-    if (std::string why = Complete(cells, kept != nullptr, parent, account); !why.empty()) {
+    if (std::string why = Complete(cells, kept, parent, account); !why.empty()) {
       return why;
     }
     line.account = std::move(account);
     if (kept == nullptr) {
       line.state = ImportState::kAdd;
+      NoteParent(code);
       return {};
     }
     line.id = kept->id;
@@ -140,24 +149,45 @@ class Planner {
     return account;
   }
 
-  /// Adds to an account what follows from the rest; says what cannot be known.
-  std::string Complete(const RowCells& cells, bool kept, const AccountRecord* parent,
+  /// Adds to an account what follows from the rest; says what cannot be.
+  std::string Complete(const RowCells& cells, const KeptAccount* kept, const AccountRecord* parent,
                        AccountRecord& account) {
     if (account.Text(kName).empty()) return "没有科目名称";
     if (options_.fill_mnemonics && account.Text(kMnemonic).empty()) {
       account.Text(kMnemonic) = ProposeMnemonic(account.Text(kName));
     }
-    if (kept) return {};
     if (account.Text(kCategory).empty()) account.Text(kCategory) = UsualCategory(account.Code());
     if (account.Text(kCategory).empty()) return "没有科目类别，也没有上级科目可以参照";
+    if (std::string why = WhyNoCategory(kept, parent, account); !why.empty()) return why;
+    if (kept != nullptr) {
+      FollowBookType(cells, kept->account, account);
+      return {};
+    }
     if (parent == nullptr && cells.Text(kDebit).empty()) {
       account.SetFlag(kDebit, std::ranges::find(host::kCreditCategories, account.Text(kCategory)) ==
                                   host::kCreditCategories.end());
     }
-    if (account.Text(kBookType).empty()) {
+    if (account.Text(kBookType).empty()) account.Text(kBookType) = BookTypeFor(account);
+    return {};
+  }
+
+  /// A branch has one category. What differs in the book already is left alone.
+  static std::string WhyNoCategory(const KeptAccount* kept, const AccountRecord* parent,
+                                   const AccountRecord& account) {
+    const std::string& category = account.Text(kCategory);
+    if (kept != nullptr && kept->account.Text(kCategory) == category) return {};
+    if (kept != nullptr && !kept->leaf) return "有下级的科目不能在导入时改变类别";
+    if (parent == nullptr || parent->Text(kCategory) == category) return {};
+    return "类别“" + category + "”与上级科目的类别“" + parent->Text(kCategory) + "”不同";
+  }
+
+  /// The ledger page goes with currency and quantity, where it did so before.
+  static void FollowBookType(const RowCells& cells, const AccountRecord& kept,
+                             AccountRecord& account) {
+    const bool said = !cells.Text(kBookType).empty();
+    if (!said && kept.Text(kBookType) == BookTypeFor(kept)) {
       account.Text(kBookType) = BookTypeFor(account);
     }
-    return {};
   }
 
   static std::string BookTypeFor(const AccountRecord& account) {
@@ -183,22 +213,28 @@ class Planner {
       return "上级科目 " + above + " 被拒绝";
     }
     if (in_book != nullptr && in_book->leaf && !kept) {
-      if (std::string why = NoteNewParent(in_book->account.Code()); !why.empty()) return why;
+      if (std::string why = WhyNoParent(in_book->account.Code()); !why.empty()) return why;
     }
     const bool changed = in_file != in_file_.end() && in_file->second->why.empty();
     parent = changed ? &in_file->second->account : &in_book->account;
     return {};
   }
 
-  std::string NoteNewParent(const std::string& code) {
-    if (posted_.contains(code)) return Posted(code);
-    if (!known_parents_.insert(code).second) return {};
-    if (!HasPostings(session_, code)) {
-      plan_.new_parents.push_back(code);
-      return {};
+  /// Why a leaf of the book cannot get accounts below it; empty when it can.
+  std::string WhyNoParent(const std::string& code) {
+    const auto [known, is_new] = posted_.try_emplace(code, false);
+    if (is_new) known->second = HasPostings(session_, code);
+    return known->second ? Posted(code) : std::string();
+  }
+
+  /// A new account will stand below its parent, which may be a leaf of the book.
+  void NoteParent(const std::string& code) {
+    CodeRuleArithmetic arithmetic;
+    const KeptAccount* above = InBook(arithmetic.ParentCode(code, plan_.rule));
+    if (above == nullptr || !above->leaf) return;
+    if (noted_.insert(above->account.Code()).second) {
+      plan_.new_parents.push_back(above->account.Code());
     }
-    posted_.insert(code);
-    return Posted(code);
   }
 
   static std::string Posted(const std::string& code) {
@@ -228,8 +264,9 @@ class Planner {
   std::unordered_map<std::string, std::size_t> in_book_;
   std::unordered_map<std::string, const ImportLine*> in_file_;
   std::unordered_map<char, std::set<std::string>> categories_;
-  std::set<std::string> known_parents_;
-  std::set<std::string> posted_;
+  std::map<std::string, bool> posted_;  ///< leaves of the book that were asked for
+  std::set<std::string> noted_;
+  std::string rule_fault_;
   ImportPlan plan_;
 };
 

@@ -1,9 +1,9 @@
 #include "book/exchange/import_source.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "book/exchange/csv.h"
-#include "book/exchange/xlsx_reader.h"
 
 namespace desk::book {
 
@@ -18,14 +18,20 @@ ImportSource::ImportSource(std::string bytes) : bytes_(std::move(bytes)) {
     ReadText(encoding, FindSeparator(Decoded(bytes_, encoding)));
     return;
   }
-  sheets_ = SheetNames(bytes_);
+  workbook_ = std::make_unique<Workbook>(std::move(bytes_));
   // The first sheet that looks like a chart.
-  for (std::size_t i = 0; i < sheets_.size() && !header_; ++i) ReadSheet(i);
-  if (!header_) ReadSheet(0);
+  constexpr std::size_t kTried = 8;
+  const std::size_t tried = std::min(workbook_->Sheets().size(), kTried);
+  for (sheet_ = 0; sheet_ < tried; ++sheet_) {
+    Take(workbook_->Read(sheet_));
+    if (header_) return;
+  }
+  ReadSheet(0);
 }
 
 void ImportSource::ReadSheet(std::size_t sheet) {
-  Take(book::ReadSheet(bytes_, sheet));
+  workbook_->Renew();
+  Take(workbook_->Read(sheet));
   sheet_ = sheet;
 }
 

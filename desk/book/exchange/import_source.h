@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "book/exchange/import_plan.h"
 #include "book/exchange/text_encoding.h"
+#include "book/exchange/xlsx_reader.h"
 
 namespace desk::book {
 
@@ -18,8 +20,9 @@ class ImportSource {
   explicit ImportSource(std::string bytes);
 
   /// A workbook has sheets; all else is text, with an encoding and a separator.
-  [[nodiscard]] bool IsSheets() const { return !sheets_.empty(); }
-  [[nodiscard]] const std::vector<std::string>& Sheets() const { return sheets_; }
+  [[nodiscard]] bool IsSheets() const { return workbook_ != nullptr; }
+  /// Where there are any.
+  [[nodiscard]] const std::vector<std::string>& Sheets() const { return workbook_->Sheets(); }
   [[nodiscard]] std::size_t Sheet() const { return sheet_; }
   [[nodiscard]] Encoding TextEncoding() const { return encoding_; }
   [[nodiscard]] char Separator() const { return separator_; }
@@ -38,7 +41,7 @@ class ImportSource {
   void Take(SourceTable table);
 
   std::string bytes_;
-  std::vector<std::string> sheets_;
+  std::unique_ptr<Workbook> workbook_;  ///< null for a text
   std::size_t sheet_ = 0;
   Encoding encoding_ = Encoding::kUtf8;
   char separator_ = ',';

@@ -26,7 +26,9 @@ void AddRow(SourceTable& table, SourceRow row) {
     throw SourceError("文件超过 " + std::to_string(kMaxSourceRows) + " 行");
   }
   for (const std::string& cell : row.cells) table.bytes += cell.size();
-  if (table.bytes > kMaxSourceBytes) throw SourceError("文件的内容太多");
+  table.cells += row.cells.size();
+  if (table.bytes > kMaxSourceBytes || table.cells > kMaxSourceCells)
+    throw SourceError("文件的内容太多");
   table.columns = std::max(table.columns, row.cells.size());
   table.rows.push_back(std::move(row));
 }

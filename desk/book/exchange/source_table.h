@@ -18,6 +18,7 @@ struct SourceRow {
 struct SourceTable {
   std::vector<SourceRow> rows = {};
   std::size_t columns = 0;  ///< of the longest row
+  std::size_t cells = 0;    ///< of all rows
   std::size_t bytes = 0;    ///< of all texts
 };
 
@@ -30,6 +31,7 @@ class SourceError : public tavrix::host::HostError {
 /// More than any chart has; who reads a file refuses what goes beyond.
 inline constexpr std::size_t kMaxSourceRows = 500'000;
 inline constexpr std::size_t kMaxSourceColumns = 256;
+inline constexpr std::size_t kMaxSourceCells = 6'000'000;
 inline constexpr std::size_t kMaxSourceBytes = std::size_t{256} << 20;
 
 /// Puts a row at the end, unless all of it is empty. `SourceError` when there are too many.

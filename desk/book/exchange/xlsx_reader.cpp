@@ -1,7 +1,9 @@
 #include "book/exchange/xlsx_reader.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cstdio>
 #include <functional>
 #include <map>
 #include <optional>
@@ -114,7 +116,7 @@ void AppendBounded(std::string& cell, std::string_view text) {
 class SharedTextSink final : public XmlSink {
  public:
   void OnStart(std::string_view name, const XmlAttributes& /*attributes*/) override {
-    if (name == "si") texts_.emplace_back();
+    if (name == "si") Start();
     if (name == "rPh") ++phonetic_;  // how the text is read aloud
     in_text_ = name == "t" && phonetic_ == 0;
   }
@@ -129,6 +131,12 @@ class SharedTextSink final : public XmlSink {
   [[nodiscard]] std::vector<std::string> Take() { return std::move(texts_); }
 
  private:
+  void Start() {
+    constexpr std::size_t kMost = 2'000'000;
+    if (texts_.size() >= kMost) throw SourceError("工作簿中的文字太多");
+    texts_.emplace_back();
+  }
+
   std::vector<std::string> texts_;
   int phonetic_ = 0;
   bool in_text_ = false;
@@ -149,10 +157,20 @@ std::optional<std::size_t> ColumnOf(std::string_view reference) {
   return column - 1;
 }
 
+/// "1.00101010101010E+15".
+std::string LongNumber(double number) {
+  std::array<char, 32> text;
+  const int length = std::snprintf(text.data(), text.size(), "%.14E", number);
+  return {text.data(), static_cast<std::size_t>(length)};
+}
+
 /// A number as a person would have typed it: programs show fifteen digits of it.
 std::string NumberIn(const std::string& text) {
   const auto read = host::NumberAtStart(text);
   if (!read) return text;
+  // Of longer ones the last digits are lost: the reader is to see that.
+  constexpr double kExact = 1e15;
+  if (*read >= kExact) return LongNumber(*read);
   constexpr int kDigits = 15;
   return host::PlainNumberText(host::RoundedToDigits(*read, kDigits));
 }
@@ -236,19 +254,40 @@ bool IsOldWorkbook(std::string_view bytes) {
   return bytes.starts_with("\xD0\xCF\x11\xE0");
 }
 
-std::vector<std::string> SheetNames(std::string_view bytes) {
-  ZipReader archive(bytes);
-  return ReadContents(archive).names;
+struct Workbook::State {
+  explicit State(std::string content) : bytes(std::move(content)), archive(bytes) {}
+
+  std::string bytes;
+  ZipReader archive;
+  Contents contents;
+  std::optional<std::vector<std::string>> shared;  ///< read with the first sheet
+};
+
+Workbook::Workbook(std::string bytes) : state_(std::make_unique<State>(std::move(bytes))) {
+  state_->contents = ReadContents(state_->archive);
 }
 
-SourceTable ReadSheet(std::string_view bytes, std::size_t sheet) {
-  ZipReader archive(bytes);
-  const Contents contents = ReadContents(archive);
-  SharedTextSink shared;
-  if (!contents.shared.empty()) static_cast<void>(ReadPart(archive, contents.shared, shared));
-  const std::vector<std::string> texts = shared.Take();
-  SheetSink sink(texts);
-  if (sheet >= contents.parts.size() || !ReadPart(archive, contents.parts[sheet], sink)) {
+Workbook::~Workbook() = default;
+
+const std::vector<std::string>& Workbook::Sheets() const {
+  return state_->contents.names;
+}
+
+void Workbook::Renew() {
+  state_->archive.Renew();
+}
+
+SourceTable Workbook::Read(std::size_t sheet) {
+  const Contents& contents = state_->contents;
+  if (!state_->shared) {
+    SharedTextSink shared;
+    if (!contents.shared.empty()) {
+      static_cast<void>(ReadPart(state_->archive, contents.shared, shared));
+    }
+    state_->shared = shared.Take();
+  }
+  SheetSink sink(*state_->shared);
+  if (sheet >= contents.parts.size() || !ReadPart(state_->archive, contents.parts[sheet], sink)) {
     Lacking("这张工作表");
   }
   return sink.Take();

@@ -48,7 +48,7 @@ std::string Relations(std::initializer_list<std::pair<std::string, std::string>>
   return xml + "</Relationships>";
 }
 
-std::string Workbook() {
+std::string WorkbookPart() {
   return std::string(kStart) + "<workbook xmlns=\"" + std::string(kMain) + "\" xmlns:r=\"" +
          std::string(kOffice) +
          "\"><sheets><sheet name=\"会计科目\" sheetId=\"1\" r:id=\"rId1\"/></sheets><definedNames>"
@@ -145,7 +145,7 @@ std::string ChartAsXlsx(std::span<const KeptAccount> chart) {
   ZipWriter archive;
   archive.Add("[Content_Types].xml", ContentTypes());
   archive.Add("_rels/.rels", Relations({{"officeDocument", "xl/workbook.xml"}}));
-  archive.Add("xl/workbook.xml", Workbook());
+  archive.Add("xl/workbook.xml", WorkbookPart());
   archive.Add("xl/_rels/workbook.xml.rels",
               Relations({{"worksheet", "worksheets/sheet1.xml"}, {"styles", "styles.xml"}}));
   archive.Add("xl/styles.xml", Styles());

@@ -97,6 +97,10 @@ ZipReader::~ZipReader() {
   unzClose(state_->archive);
 }
 
+void ZipReader::Renew() {
+  state_->left = kMaxSourceBytes;
+}
+
 bool ZipReader::Read(const std::string& name, const std::function<void(std::string_view)>& take) {
   constexpr int kNoCase = 2;
   if (unzLocateFile(state_->archive, name.c_str(), kNoCase) != UNZ_OK) return false;

@@ -18,9 +18,11 @@ class ZipReader {
   ~ZipReader();
 
   /// Passes the content of a file piece by piece; false when there is no such file. All that is
-  /// ever read of one archive is bounded, however much it claims to hold: `SourceError` beyond
-  /// that, and when the file is damaged.
+  /// read of one archive is bounded, however much it claims to hold: `SourceError` beyond that, and
+  /// when the file is damaged.
   bool Read(const std::string& name, const std::function<void(std::string_view)>& take);
+  /// The bound counts from here on anew: somebody has asked for more.
+  void Renew();
 
  private:
   struct State;
