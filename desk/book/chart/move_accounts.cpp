@@ -17,18 +17,25 @@ using std::chrono::milliseconds;
 
 constexpr const char* kChanged = "其他用户刚修改了这些科目，请核对后再试";
 
-/// How many accounts one statement takes, so that it takes a moment and not more.
+/// How many accounts or rows one statement takes, so that it takes a moment and not more.
 class Portion {
  public:
-  [[nodiscard]] std::size_t Size() const { return size_; }
-  void NoteTime(milliseconds spent) {
-    if (spent < milliseconds(60)) size_ = std::min<std::size_t>(size_ * 2, kMost);
-    if (spent > milliseconds(200)) size_ = std::max<std::size_t>(size_ / 2, 1);
+  Portion(std::int64_t first, std::int64_t most) : size_(first), most_(most) {}
+  /// The next portion of what goes from `begin` to before `end`: to where it goes.
+  template <class Work>
+  [[nodiscard]] std::int64_t Take(std::int64_t begin, std::int64_t end, Work&& work) {
+    const std::int64_t stop = std::min(begin + size_, end);
+    const auto started = std::chrono::steady_clock::now();
+    work(stop);
+    const auto spent = std::chrono::steady_clock::now() - started;
+    if (spent < milliseconds(60)) size_ = std::min(size_ * 2, most_);
+    if (spent > milliseconds(200)) size_ = std::max<std::int64_t>(size_ / 2, 1);
+    return stop;
   }
 
  private:
-  static constexpr std::size_t kMost = 4096;
-  std::size_t size_ = 64;
+  std::int64_t size_;
+  std::int64_t most_;
 };
 
 /// The statements of one move.
@@ -47,9 +54,10 @@ class Mover {
   }
 
   MoveResult Run() {
-    MoveLedger("gl_accvouch", "正在修改凭证");
-    MoveLedger("gl_accass", "正在修改辅助账");
-    MoveLedger("gl_accsum", "正在修改总账");
+    const PostingCount& postings = subtree_.postings;
+    MoveLedger("gl_accvouch", postings.entries, "正在修改凭证");
+    MoveLedger("gl_accass", postings.auxiliary, "正在修改辅助账");
+    MoveLedger("gl_accsum", postings.totals, "正在修改总账");
     MoveResult result{.postings = state_.done};
     Enter("正在修改科目");
     MoveGathering();
@@ -76,29 +84,60 @@ class Mover {
   }
 
   /// Postings of codes that the chart does not have stay where they are.
-  void MoveLedger(const std::string& ledger, std::string_view step) {
+  void MoveLedger(const std::string& ledger, std::int64_t rows, std::string_view step) {
     Enter(step);
     const std::int64_t before = state_.done;
-    Portion portion;
-    const auto& rows = plan_.rows;
-    for (std::size_t first = 0; first < rows.size();) {
-      const std::size_t end = std::min(first + portion.Size(), rows.size());
-      const host::Value first_code(rows[first].account.code);
-      const host::Value last_code(rows[end - 1].account.code);
-      const host::Value values[] = {first_code, last_code, first_code, last_code};
-      const auto started = std::chrono::steady_clock::now();
-      for (const CodeMap::Part& part : map_.Parts("ccode")) {
-        state_.done += Update("update " + ledger + " set ccode=", part,
-                              " where ccode>=? and ccode<=? and ccode in(select ccode from gl_code "
-                              "where ccode>=? and ccode<=?)",
-                              values);
-      }
-      portion.NoteTime(
-          std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - started));
-      Tell(progress_, state_);
-      first = end;
+    const auto ids = connection_.Query("select min(i_id),max(i_id) from " + ledger, Origin::kDesk);
+    const bool any = ids->Next();
+    const auto first = any ? static_cast<std::int64_t>(ids->Get(0).ToNumber()) : 0;
+    const auto end = any ? static_cast<std::int64_t>(ids->Get(1).ToNumber()) + 1 : 0;
+    // Where most rows move, going by codes would read every part of the ledger again and again.
+    constexpr std::int64_t kMost = 3;
+    if (rows > (end - first) / kMost) {
+      MoveByRows(ledger, first, end);
+    } else if (rows > 0) {
+      MoveByCodes(ledger);
     }
     command_.NoteFollowed(ledger, state_.done - before);
+  }
+
+  void MoveByRows(const std::string& ledger, std::int64_t first, std::int64_t end) {
+    // The sign keeps SQLite from going by the codes after all.
+    const bool sqlite = connection_.Dialect() == SqlDialect::kSqlite;
+    const std::string where = std::string(" where i_id>=? and i_id<? and ") + (sqlite ? "+" : "") +
+                              "ccode in(select ccode from gl_code where " + kInRange + ")";
+    const auto range = RangeOf(plan_.code);
+    Portion portion(4096, 1 << 20);
+    while (first < end) {
+      first = portion.Take(first, end, [&](std::int64_t stop) {
+        const host::Value values[] = {first, stop, range[0], range[1]};
+        UpdateCodes(ledger, where, values);
+      });
+      Tell(progress_, state_);
+    }
+  }
+
+  void MoveByCodes(const std::string& ledger) {
+    const auto end = static_cast<std::int64_t>(plan_.rows.size());
+    Portion portion(64, 4096);
+    for (std::int64_t first = 0; first < end;) {
+      const host::Value first_code(plan_.rows[static_cast<std::size_t>(first)].account.code);
+      first = portion.Take(first, end, [&](std::int64_t stop) {
+        const host::Value last(plan_.rows[static_cast<std::size_t>(stop - 1)].account.code);
+        const host::Value values[] = {first_code, last, first_code, last};
+        UpdateCodes(ledger,
+                    " where ccode>=? and ccode<=? and ccode in(select ccode from gl_code where "
+                    "ccode>=? and ccode<=?)",
+                    values);
+      });
+      Tell(progress_, state_);
+    }
+  }
+
+  void UpdateCodes(const std::string& ledger, const std::string& where, Values values) {
+    for (const CodeMap::Part& part : map_.Parts("ccode")) {
+      state_.done += Update("update " + ledger + " set ccode=", part, where, values);
+    }
   }
 
   /// The accounts that are summarised into those that move.
