@@ -196,7 +196,8 @@ void HistoryView::ShowButton() {
   const book::HistoryEntry* entry = Chosen();
   const bool again = entry != nullptr && entry->turn == 1;
   undo_.SetCaption(again ? "重做所选操作(&Z)" : "撤销所选操作(&Z)");
-  undo_.SetEnabled(entry != nullptr && !entry->answered);
+  undo_.SetEnabled(entry != nullptr && !entry->answered &&
+                   entry->kind != book::CommandKind::kUnknown);
   std::string text = history_.empty() ? "这个账簿还没有变更记录" : "";
   if (entry != nullptr && entry->postings > 0) {
     text = "移动了 " + std::to_string(entry->postings) + " 笔分录";

@@ -163,6 +163,11 @@ TEST_P(Journal, ABookOfTheVersionBeforeGetsOne) {
     test::Run(book_, "drop table desk_" + table);
   }
   book_.GetSession().Own().SetSchemaVersion(4);
+  {
+    book::Transaction transaction(book_.GetSession());
+    EXPECT_THROW(book::RulesPause{book_.GetSession()}, book::DatabaseError)
+        << "rules that know of no pause";
+  }
   const book::Book renewed = shared_.Open();
   EXPECT_EQ(host::ExecuteSql(*renewed.System(), "update gl_code set chelp='x' where i_id=1"), "");
   EXPECT_EQ(Commands(renewed).size(), 1U);

@@ -274,6 +274,59 @@ TEST_P(UndoTest, WhatOthersHaveDoneSinceForbidsIt) {
   EXPECT_EQ(ChartFaultsOf(book_), Texts());
 }
 
+// Vouchers add to the totals of an account's month, which may be those that came with a merge.
+TEST_P(UndoTest, AMergeIsNotUndoneWhenItsTotalsHaveGrown) {
+  const auto post = [&](const char* code) {
+    (void)book::Post(book_.GetSession(),
+                     {.year = 2026,
+                      .month = 5,
+                      .day = 2,
+                      .entries = {{.code = code, .debit = 100}, {.code = "5001", .credit = 100}}});
+  };
+  post("10020001");
+  {
+    book::Transaction transaction(book_.GetSession());
+    book::JournalCommand command(book_.GetSession(), CommandKind::kMerge);
+    EXPECT_EQ(command.MovePostings("10020001", "10020002"), 2);
+    test::Run(book_, "delete from gl_code where ccode='10020001'");
+    transaction.Commit();
+  }
+  const std::int64_t merge = book_.GetSession().LastCommand();
+  const Texts merged = StateOf(book_);
+  post("10020002");
+  EXPECT_EQ(Refusal(book_, merge), "不能撤销：科目 10020002 的分录之后又有变动");
+  EXPECT_EQ(FaultsOf(book_), Texts());
+  // Without the voucher it is as it was, and can be undone.
+  test::Run(book_, "delete from gl_accvouch where voucher_number=2");
+  test::Run(book_, "update gl_accsum set debit=debit-100 where ccode='10020002'");
+  test::Run(book_, "update gl_accsum set credit=credit-100 where ccode='5001'");
+  EXPECT_EQ(StateOf(book_), merged);
+  EXPECT_EQ(Refusal(book_, merge), "");
+  EXPECT_EQ(FaultsOf(book_), Texts());
+}
+
+// What other programs do may look like something else: a REPLACE like an addition. And what changes
+// nothing in the end stands in nobody's way.
+TEST_P(UndoTest, OtherProgramsChangesStayAndDoNotBlock) {
+  EXPECT_EQ(host::ExecuteSql(*book_.System(), "update gl_code set chelp='a' where i_id=1"), "");
+  const std::int64_t own = book_.GetSession().LastCommand();
+  test::Run(book_, "update gl_code set chelp='b' where i_id=2");
+  const std::int64_t other = History(book_).front().id;
+  EXPECT_THAT(Refusal(book_, other), HasSubstr("其他程序"));
+  EXPECT_EQ(book::NextToUndo(History(book_))->id, own);
+  {
+    book::Transaction transaction(book_.GetSession());
+    const book::JournalCommand command(book_.GetSession(), CommandKind::kOther);
+    test::Run(book_, "update gl_code set chelp='c' where i_id=2");
+    test::Run(book_, "update gl_code set chelp='b' where i_id=2");
+    transaction.Commit();
+  }
+  EXPECT_EQ(book::NextToUndo(History(book_))->id, own);
+  UndoLast(book_);
+  EXPECT_EQ(AllRows(book_, "select chelp from gl_code where i_id<3 order by i_id"),
+            Texts({"", "b"}));
+}
+
 // Postings that have come back must not follow the next code on.
 TEST_P(UndoTest, CodesThatWentRoundGoBack) {
   for (const char* code : {"1001", "2202", "5001"}) test::AddPosting(book_, "gl_accsum", code);
@@ -313,7 +366,8 @@ TEST_P(UndoTest, FlagsOfLeavesFollowTheChartAsItIsNow) {
 }
 
 TEST_P(UndoTest, CancellingLeavesEverythingAsItWas) {
-  test::Run(book_, "update gl_code set ccode='2209' where ccode='2202'");
+  EXPECT_EQ(host::ExecuteSql(*book_.System(), "update gl_code set ccode='2209' where ccode='2202'"),
+            "");
   const Texts before = StateOf(book_);
   const std::int64_t command = History(book_).front().id;
   const book::Progress stop = [](const book::WorkState& state) {

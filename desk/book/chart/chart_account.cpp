@@ -1,6 +1,7 @@
 #include "book/chart/chart_account.h"
 
 #include "book/ledger/trial_balance.h"
+#include "book/session/rules_pause.h"
 #include "book/session/schema.h"
 #include "book/session/settings.h"
 #include "host/account.h"
@@ -127,7 +128,8 @@ bool IsPosted(Session& session, const std::string& code, bool or_below) {
 bool CanRearrange(Session& session) {
   const SqlDialect dialect = session.Own().Dialect();
   return !session.Own().ReadOnly() &&
-         (dialect == SqlDialect::kSqlite || dialect == SqlDialect::kPostgres);
+         (dialect == SqlDialect::kSqlite || dialect == SqlDialect::kPostgres) &&
+         RulesCanPause(session);
 }
 
 void PrepareRearranging(Session& session) {

@@ -46,11 +46,16 @@ struct Numbers {
 /// Of the commands for which `which` is true.
 std::map<std::int64_t, Numbers> NumbersOf(Session& session, const std::string& which) {
   std::map<std::int64_t, Numbers> numbers;
-  const host::RowSet changes =
-      RowsOf(session,
-             "select k.command_id,k.n,coalesce(d.old_row,d.new_row)from(select "
-             "command_id,min(id)as first,count(distinct row_id)as n from desk_change where " +
-                 which + " group by command_id)k join desk_change d on d.id=k.first");
+  // An account that has changed once is another now; else its first and its last image tell.
+  const host::RowSet changes = RowsOf(
+      session,
+      "select g.command_id,g.n,coalesce(d.old_row,d.new_row)from(select command_id,count(*)as "
+      "n,min(a)as first from(select command_id,row_id,min(id)as a,max(id)as b from desk_change "
+      "where " +
+          which +
+          " group by command_id,row_id)k where a=b or coalesce((select old_row from desk_change "
+          "where id=a),'')<>coalesce((select new_row from desk_change where id=b),'') group by "
+          "command_id)g join desk_change d on d.id=g.first");
   for (std::size_t i = 0; i < changes.Rows(); ++i) {
     numbers[Whole(changes, i, 0)] = {.accounts = Whole(changes, i, 1),
                                      .postings = 0,
@@ -90,17 +95,20 @@ std::vector<HistoryEntry> Read(Session& session, const std::string& of_command,
   std::vector<HistoryEntry> history;
   for (std::size_t i = 0; i < rows.Rows(); ++i) {
     const auto found = numbers.find(Whole(rows, i, 0));
-    if (found == numbers.end()) continue;
-    history.push_back({.id = found->first,
+    const auto turn = static_cast<int>(Whole(rows, i, 2));
+    // Who has changed nothing is not told of, unless an undo would not find its place.
+    if (found == numbers.end() && turn == 0) continue;
+    const Numbers of = found == numbers.end() ? Numbers() : found->second;
+    history.push_back({.id = Whole(rows, i, 0),
                        .kind = static_cast<CommandKind>(Whole(rows, i, 1)),
-                       .turn = static_cast<int>(Whole(rows, i, 2)),
+                       .turn = turn,
                        .target = Whole(rows, i, 3),
                        .title = TextIn(rows, i, 4),
                        .who = TextIn(rows, i, 5),
                        .made_at = TextIn(rows, i, 6),
-                       .subject = found->second.subject,
-                       .accounts = found->second.accounts,
-                       .postings = found->second.postings});
+                       .subject = of.subject,
+                       .accounts = of.accounts,
+                       .postings = of.postings});
   }
   return history;
 }
@@ -125,8 +133,10 @@ std::optional<HistoryEntry> ReadEntry(Session& session, std::int64_t id) {
 }
 
 std::optional<HistoryEntry> NextToUndo(const std::vector<HistoryEntry>& history) {
-  const auto found = std::ranges::find_if(
-      history, [](const HistoryEntry& entry) { return entry.turn != kUndo && !entry.answered; });
+  const auto found = std::ranges::find_if(history, [](const HistoryEntry& entry) {
+    const bool own = entry.kind != CommandKind::kUnknown;
+    return own && entry.turn != kUndo && !entry.answered;
+  });
   if (found == history.end()) return {};
   return *found;
 }

@@ -35,7 +35,8 @@ struct HistoryEntry {
 /// where it has changed nothing or is kept no more.
 [[nodiscard]] std::optional<HistoryEntry> ReadEntry(Session& session, std::int64_t id);
 
-/// What Ctrl+Z takes back: the last command that is not undone, whoever gave it.
+/// What Ctrl+Z takes back: the last command that is not undone, whoever gave it; not what other
+/// programs have done.
 [[nodiscard]] std::optional<HistoryEntry> NextToUndo(const std::vector<HistoryEntry>& history);
 /// What Ctrl+Y does again: the last that was undone, unless something else was done since.
 [[nodiscard]] std::optional<HistoryEntry> NextToRedo(const std::vector<HistoryEntry>& history);

@@ -156,50 +156,72 @@ class Undo {
     return CellOf("new_row", column);
   }
 
-  /// Postings that went from one account to another go back, the last move first: exactly those,
-  /// and only while they are all there.
-  void ReturnPostings(std::int64_t command) {
-    struct Move {
-      std::string ledger, from, to, where;
-    };
+  /// All notes of one account's postings in one ledger that went to another account.
+  struct Move {
+    std::string ledger;
+    std::string to;
+    std::string notes;  ///< the condition for them, as `m`
+    std::string there;  ///< and for their postings, as the ledger
+    std::int64_t postings = 0;
+  };
+
+  [[nodiscard]] std::vector<Move> Moves() {
     std::vector<Move> moves;
-    {
-      const auto rows = connection_.Query(
-          "select ledger,from_code,to_code,min(id),max(id)from desk_moved where follows=0 and "
-          "command_id=" +
-              std::to_string(entry_.id) +
-              " group by ledger,from_code,to_code order by max(id) desc",
-          Origin::kDesk);
-      while (rows->Next()) {
-        moves.push_back({rows->Get(0).ToText(), rows->Get(1).ToText(), rows->Get(2).ToText(),
-                         "m.command_id=" + std::to_string(entry_.id) + " and m.ledger='" +
-                             rows->Get(0).ToText() + "' and m.follows=0 and m.id between " +
-                             rows->Get(3).ToText() + " and " + rows->Get(4).ToText()});
-      }
+    const auto rows = connection_.Query(
+        "select ledger,to_code,min(id),max(id),sum(row_count),count(*)from desk_moved where "
+        "follows=0 and command_id=" +
+            std::to_string(entry_.id) + " group by ledger,from_code,to_code order by max(id) desc",
+        Origin::kDesk);
+    while (rows->Next()) {
+      const std::string ledger = rows->Get(0).ToText();
+      // Of many ranges of a file each is read by its identifiers, of few by the account's index.
+      const bool many = !server_ && rows->Get(5).ToNumber() > 4;
+      moves.push_back({.ledger = ledger,
+                       .to = rows->Get(1).ToText(),
+                       .notes = "m.command_id=" + std::to_string(entry_.id) + " and m.ledger='" +
+                                ledger + "' and m.follows=0 and m.id between " +
+                                rows->Get(2).ToText() + " and " + rows->Get(3).ToText(),
+                       .there = (many ? "+" : "") + ledger + ".ccode=m.to_code and " + ledger +
+                                ".i_id between m.first_id and m.last_id",
+                       .postings = static_cast<std::int64_t>(rows->Get(4).ToNumber())});
     }
-    for (const Move& move : moves) {
-      const std::string here = move.ledger +
-                               " v where v.ccode=m.to_code and v.i_id between "
-                               "m.first_id and m.last_id";
-      const auto bad =
-          connection_.Query("select 1 from desk_moved m where " + move.where +
-                                " and (row_count<>(select count(*)from " + here +
-                                ")or id_sum<>(select sum(i_id)from " + here + ")) limit 1",
-                            Origin::kDesk);
-      if (bad->Next()) Refuse("科目 " + move.to + " 的分录之后又有变动");
-      const std::string of_these = move.ledger + ".ccode=m.to_code and " + move.ledger +
-                                   ".i_id between m.first_id and m.last_id and " + move.where;
+    return moves;
+  }
+
+  /// Whether postings are missing, have come, or have had amounts added to them.
+  [[nodiscard]] bool HasChanged(const Move& move) {
+    const auto sum = [&](const std::string& column) {
+      return "coalesce(sum(" + move.ledger + "." + column + "),0)";
+    };
+    const auto rows = connection_.Query(
+        "select 1 from desk_moved m left join " + move.ledger + " on " + move.there + " where " +
+            move.notes +
+            " group by m.id,m.row_count,m.id_sum,m.debit_sum,m.credit_sum having count(" +
+            move.ledger + ".i_id)<>m.row_count or " + sum("i_id") + "<>m.id_sum or " +
+            sum("debit") + "<>m.debit_sum or " + sum("credit") + "<>m.credit_sum limit 1",
+        Origin::kDesk);
+    return rows->Next();
+  }
+
+  /// Postings that went from one account to another go back, the last move first: exactly those,
+  /// and only while they are all there as they were.
+  void ReturnPostings(std::int64_t command) {
+    for (const Move& move : Moves()) {
+      const std::string changed = "科目 " + move.to + " 的分录之后又有变动";
+      if (HasChanged(move)) Refuse(changed);
       connection_.Execute(
           "insert into desk_moved(command_id,ledger,from_code,to_code,first_id,last_id,row_count,"
-          "id_sum,follows)select " +
+          "id_sum,debit_sum,credit_sum,follows)select " +
               std::to_string(command) +
-              ",ledger,to_code,from_code,first_id,last_id,row_count,id_sum,0 from desk_moved m "
-              "where " +
-              move.where + " order by m.id",
+              ",ledger,to_code,from_code,first_id,last_id,row_count,id_sum,debit_sum,credit_sum,0 "
+              "from desk_moved m where " +
+              move.notes + " order by m.id",
           Origin::kDesk);
-      connection_.Execute(
-          "update " + move.ledger + " set ccode=m.from_code from desk_moved m where " + of_these,
+      const std::int64_t moved = connection_.Execute(
+          "update " + move.ledger + " set ccode=m.from_code from desk_moved m where " + move.there +
+              " and " + move.notes,
           Origin::kDesk);
+      if (moved != move.postings) Refuse(changed);  // another program has posted meanwhile
     }
   }
 
@@ -341,6 +363,9 @@ class Undo {
 HistoryEntry EntryToUndo(Session& session, std::int64_t command) {
   const auto found = ReadEntry(session, command);
   if (!found) throw DatabaseError(ErrorKind::kRefused, "变更记录中已经没有这次操作");
+  if (found->kind == CommandKind::kUnknown) {
+    throw DatabaseError(ErrorKind::kRefused, "其他程序的改动不能在这里撤销");
+  }
   if (!found->answered) return *found;
   throw DatabaseError(ErrorKind::kRefused,
                       found->turn == 1 ? "这次操作已经重做" : "这次操作已经撤销");
@@ -350,6 +375,10 @@ HistoryEntry EntryToUndo(Session& session, std::int64_t command) {
 
 std::int64_t UndoCommand(Session& session, std::int64_t command, const Progress& progress) {
   Transaction transaction(session);
+  if (session.Own().Dialect() == SqlDialect::kPostgres) {
+    // Of many accounts a statement takes longer than one of the user's may.
+    session.Own().Execute("set local statement_timeout='10min'", Origin::kDesk);
+  }
   const std::int64_t id = Undo(session, EntryToUndo(session, command), progress).Run();
   transaction.Commit();
   session.NoteChange();

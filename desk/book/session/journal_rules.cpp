@@ -32,7 +32,8 @@ std::vector<std::string> TablesWith(const std::string& key, const std::string& b
           "create table desk_moved(id " + key +
               ",command_id integer not null,ledger text not null,from_code text,to_code "
               "text,first_id integer,last_id integer,row_count integer not null,id_sum " +
-              big + " not null,follows smallint not null)",
+              big + " not null,debit_sum " + big + ",credit_sum " + big +
+              ",follows smallint not null)",
           "create index desk_change_command on desk_change(command_id,row_id)",
           "create index desk_moved_command on desk_moved(command_id)"};
 }
@@ -94,16 +95,10 @@ std::vector<std::string> PostgresRules() {
   return script.Take();
 }
 
-/// Where postings meet others on the new code, those between them tell which ranges are theirs: on
-/// SQLite by the next of the others, which its index knows at once.
-std::string RangesOf(SqlDialect dialect, const std::string& ledger, const std::string& from,
-                     const std::string& to) {
-  if (dialect == SqlDialect::kSqlite) {
-    return ledger + " v where ccode=" + from + " group by(select min(t.i_id)from " + ledger +
-           " t where t.ccode=" + to + " and t.i_id>v.i_id)";
-  }
-  return "(select i_id,ccode,row_number()over(order by i_id)-row_number()over(partition by ccode "
-         "order by i_id)as island from " +
+/// Where postings meet others on the new code, those between them tell which ranges are theirs.
+std::string RangesOf(const std::string& ledger, const std::string& from, const std::string& to) {
+  return "(select i_id,ccode,debit,credit,row_number()over(order by i_id)-row_number()over("
+         "partition by ccode order by i_id)as island from " +
          ledger + " where ccode in(" + from + "," + to + "))y where ccode=" + from +
          " group by island";
 }
@@ -165,15 +160,15 @@ std::string NoteOfMove(SqlDialect dialect, MoveKind kind, std::string_view ledge
                        const std::string& from, const std::string& to) {
   const std::string table(ledger);
   const bool follows = kind == MoveKind::kWithAccount;
-  const std::string which =
-      follows ? table + " where ccode=" + from : RangesOf(dialect, table, from, to);
+  const std::string which = follows ? table + " where ccode=" + from : RangesOf(table, from, to);
   return "insert into "
-         "desk_moved(command_id,ledger,from_code,to_code,first_id,last_id,row_count,id_sum,follows)"
-         "select " +
-         CommandOf(dialect) + ",'" + table + "'," + from + "," + to + ",a,b,n,s," +
+         "desk_moved(command_id,ledger,from_code,to_code,first_id,last_id,row_count,id_sum,"
+         "debit_sum,credit_sum,follows)select " +
+         CommandOf(dialect) + ",'" + table + "'," + from + "," + to + ",a,b,n,s,d,c," +
          (follows ? "1" : "0") +
-         " from(select min(i_id)as a,max(i_id)as b,count(*)as n,sum(i_id)as s from " + which +
-         ")x where n>0 and " + from + "<>" + to;
+         " from(select min(i_id)as a,max(i_id)as b,count(*)as n,sum(i_id)as s,coalesce(sum(debit),"
+         "0)as d,coalesce(sum(credit),0)as c from " +
+         which + ")x where n>0 and " + from + "<>" + to;
 }
 
 }  // namespace desk::book

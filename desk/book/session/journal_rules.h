@@ -17,7 +17,8 @@ inline constexpr std::string_view kCommandTableName = "desk_command";
 /// of `gl_code` in their order; null where the account was not there.
 inline constexpr std::string_view kChangeTableName = "desk_change";
 /// Postings that came to another code: those with identifiers from `first_id` to `last_id` that
-/// stood on `to_code` afterwards, how many, and the sum of their identifiers. `follows` is 1 where
+/// stood on `to_code` afterwards, how many, the sums of their identifiers and of their amounts: a
+/// posting may add to a row of totals that has moved. `follows` is 1 where
 /// they went along with the code of their account.
 inline constexpr std::string_view kMovedTableName = "desk_moved";
 

@@ -135,12 +135,12 @@ void AppendSqliteDeletion(std::vector<std::string>& rules) {
       "child_length integer,none text not null references desk_lost_parent(code))");
   rules.push_back(SqliteTrigger("deleted", "delete", "true") +
                   Body(Refuse(kPosted, PostedOld()) + SetLeavesAboveOld()));
-  rules.push_back(
-      SqliteTrigger("left", "delete", kSqlite.HasBelow("old.ccode")) +
-      Body("insert into desk_lost_parent select old.ccode,below,'' from(select(select min(b.l)from "
-           "gl_code_length b where b.l>c.l)as below from gl_code_length c where "
-           "c.l=length(old.ccode)limit 1)where exists(select 1 from gl_code where " +
-           kSqlite.Below("old.ccode") + " and length(ccode)=below);"));
+  rules.push_back(SqliteTrigger("left", "delete", kSqlite.HasBelow("old.ccode")) +
+                  Body("delete from desk_lost_parent where code=old.ccode;insert into "
+                       "desk_lost_parent select old.ccode,below,'' from(select(select min(b.l)from "
+                       "gl_code_length b where b.l>c.l)as below from gl_code_length c where "
+                       "c.l=length(old.ccode)limit 1)where exists(select 1 from gl_code where " +
+                       kSqlite.Below("old.ccode") + " and length(ccode)=below);"));
   rules.push_back(
       SqliteTrigger("last", "delete", "exists(select 1 from desk_lost_parent)") +
       Body("delete from desk_lost_parent where length(old.ccode)=child_length and "

@@ -7,9 +7,13 @@ namespace desk::book {
 
 namespace {
 
+constexpr int kFirstVersionWithPause = 5;
+
 void SetPause(Connection& connection, bool on) {
   switch (connection.Dialect()) {
     case SqlDialect::kSqlite:
+      // A program that does not keep keys may have left a note there.
+      if (on) connection.Execute("delete from desk_lost_parent", Origin::kDesk);
       connection.Execute(
           on ? "insert into desk_identifier(table_name,last_id)values('rules_pause',1)"
              : "delete from desk_identifier where table_name='rules_pause'",
@@ -34,7 +38,15 @@ std::string RulesWork(SqlDialect dialect) {
   return "not exists(select 1 from desk_identifier where table_name='rules_pause')";
 }
 
+bool RulesCanPause(Session& session) {
+  const int version = session.Own().SchemaVersion();
+  return version == 0 || version >= kFirstVersionWithPause;
+}
+
 RulesPause::RulesPause(Session& session) : session_(session), before_(FindChartFaults(session)) {
+  if (!RulesCanPause(session)) {
+    throw DatabaseError(ErrorKind::kRefused, "账簿还没有升级，请由其所有者打开一次后再试");
+  }
   SetPause(session.Own(), true);
   session.rules_pause_ = true;
 }

@@ -12,6 +12,9 @@ namespace desk::book {
 /// a setting of the transaction (PostgreSQL), says when they pause.
 [[nodiscard]] std::string RulesWork(SqlDialect dialect);
 
+/// False for a book of an earlier desk that nobody could renew: its rules do not know of pauses.
+[[nodiscard]] bool RulesCanPause(Session& session);
+
 /// While it lives, inside one transaction, the rules of the ledgers (`LedgerRules`) do nothing: no
 /// postings move, no parents are asked for, no flags are set. The history goes on. For those who
 /// rearrange the chart in steps that the rules would not let through one by one; what they do not

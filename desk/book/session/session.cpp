@@ -47,11 +47,10 @@ std::int64_t Session::Change(const std::string& sql) {
 }
 
 bool Session::KeepsHistory() {
-  if (!keeps_history_) {
-    keeps_history_ =
-        book::KeepsHistory(connection_->Dialect()) && connection_->HasTable(kCommandTableName);
-  }
-  return *keeps_history_;
+  // Another desk may give a history to a book that had none.
+  keeps_history_ = keeps_history_ || (book::KeepsHistory(connection_->Dialect()) &&
+                                      connection_->HasTable(kCommandTableName));
+  return keeps_history_;
 }
 
 void Session::BeginCommand(std::int64_t id) {

@@ -91,7 +91,7 @@ class Session {
   std::vector<LiveResult*> live_;
   DeletionCheck deletions_;
   CallersCommands callers_;
-  std::optional<bool> keeps_history_;
+  bool keeps_history_ = false;
   std::string user_;
   std::int64_t running_command_ = 0;  ///< of the open transaction
   std::int64_t last_command_ = 0;     ///< that was committed
