@@ -126,6 +126,8 @@ TEST_F(RoleTest, AllCommandsOfTheDeskWork) {
   }
   EXPECT_EQ(list.reports, editing::Texts());
   EXPECT_EQ(book::ReadTrialBalance(posting.GetSession(), {}).size(), 2U);
+  EXPECT_EQ(posting.Setting("system", "kmbm"), "4444");
+  EXPECT_EQ(FaultsOf(posting), editing::Texts());
   // What it opens with takes the place of what it opened with, though nothing may be deleted.
   for (const std::int64_t balance : {700, 300}) {
     book::SaveOpening(posting.GetSession(), {{.code = "2202", .lines = {{.balance = balance}}},
@@ -136,8 +138,6 @@ TEST_F(RoleTest, AllCommandsOfTheDeskWork) {
                                         " where fiscal_year is null and ccode='2202'"),
               "300");
   }
-  EXPECT_EQ(posting.Setting("system", "kmbm"), "4444");
-  EXPECT_EQ(FaultsOf(posting), editing::Texts());
 }
 
 TEST_F(RoleTest, TheRoleCanDoNoMore) {
