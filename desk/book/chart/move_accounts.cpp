@@ -20,7 +20,8 @@ constexpr const char* kChanged = "其他用户刚修改了这些科目，请核�
 /// How many accounts or rows one statement takes, so that it takes a moment and not more.
 class Portion {
  public:
-  Portion(std::int64_t first, std::int64_t most) : size_(first), most_(most) {}
+  Portion(std::int64_t least, std::int64_t first, std::int64_t most)
+      : size_(first), least_(least), most_(most) {}
   /// The next portion of what goes from `begin` to before `end`: to where it goes.
   template <class Work>
   [[nodiscard]] std::int64_t Take(std::int64_t begin, std::int64_t end, Work&& work) {
@@ -29,12 +30,13 @@ class Portion {
     work(stop);
     const auto spent = std::chrono::steady_clock::now() - started;
     if (spent < milliseconds(60)) size_ = std::min(size_ * 2, most_);
-    if (spent > milliseconds(200)) size_ = std::max<std::int64_t>(size_ / 2, 1);
+    if (spent > milliseconds(200)) size_ = std::max(size_ / 2, least_);
     return stop;
   }
 
  private:
   std::int64_t size_;
+  std::int64_t least_;
   std::int64_t most_;
 };
 
@@ -107,7 +109,7 @@ class Mover {
     const std::string where = std::string(" where i_id>=? and i_id<? and ") + (sqlite ? "+" : "") +
                               "ccode in(select ccode from gl_code where " + kInRange + ")";
     const auto range = RangeOf(plan_.code);
-    Portion portion(4096, 1 << 20);
+    Portion portion(1 << 14, 1 << 14, 1 << 20);  // each statement lists all the codes anew
     while (first < end) {
       first = portion.Take(first, end, [&](std::int64_t stop) {
         const host::Value values[] = {first, stop, range[0], range[1]};
@@ -119,7 +121,7 @@ class Mover {
 
   void MoveByCodes(const std::string& ledger) {
     const auto end = static_cast<std::int64_t>(plan_.rows.size());
-    Portion portion(64, 4096);
+    Portion portion(1, 64, 4096);
     for (std::int64_t first = 0; first < end;) {
       const host::Value first_code(plan_.rows[static_cast<std::size_t>(first)].account.code);
       first = portion.Take(first, end, [&](std::int64_t stop) {
