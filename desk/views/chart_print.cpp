@@ -105,6 +105,7 @@ PrintTable Made(std::vector<PrintRow> rows) {
   }
   for (PrintRow& row : rows) {
     std::vector<std::string> cells;
+    cells.reserve(kept.size());
     for (const std::size_t col : kept) cells.push_back(std::move(row.cells[col]));
     row.cells = std::move(cells);
   }

@@ -19,7 +19,6 @@ namespace desk::app {
 namespace {
 
 using tavrix::host::Narrow;
-using tavrix::host::Wide;
 
 constexpr wchar_t kFile[] = L"desk.log";
 

@@ -101,7 +101,7 @@ std::string AddOne(const Workplace& place, const std::string& beside) {
   }
   if (session.Changes() == changes) return {};
   const std::vector<std::string> added = views::NewerAccounts(session, newest);
-  const std::string selected = SelectedCode(place.view);
+  std::string selected = SelectedCode(place.view);
   if (added.empty() || std::ranges::find(added, selected) != added.end()) return selected;
   return added.back();
 }

@@ -59,7 +59,7 @@ std::vector<std::string> Codes(const Workplace& place, const Wanted& wanted) {
 }
 
 std::vector<views::PrintChoice> ChartChoices(const Workplace& place) {
-  const auto of_rows = [&place](std::vector<std::string> codes) {
+  const auto of_rows = [&place](const std::vector<std::string>& codes) {
     return HeadedChart(views::ChartTable(place.book.GetSession(), codes), place);
   };
   std::vector<views::PrintChoice> choices = {

@@ -31,7 +31,7 @@ Question QuestionFor(SqlDialect dialect) {
 
 std::string EngineText(Connection& connection) {
   const Question question = QuestionFor(connection.Dialect());
-  const std::string name = *question.name == '\0' ? connection.Driver() : question.name;
+  std::string name = *question.name == '\0' ? connection.Driver() : question.name;
   if (question.sql == nullptr) return name;
   try {
     const auto row = connection.Query(question.sql, Origin::kDesk);
