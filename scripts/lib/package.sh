@@ -109,6 +109,18 @@ package_library() {
   write_installer "$folder/tavrix.wxs" "$arch" "$version" 1033 "$out/tavrix-$version-$arch.msi" "$@"
 }
 
+# The notices of what is built into the desk, as their makers have published them.
+write_notices() {
+  local part
+  printf 'The desk contains SQLite, which is in the public domain, and the following.\n'
+  for part in "Expat:$cache/libraries/expat/COPYING" "minizip:$cache/libraries/minizip/MiniZip64_info.txt" \
+    'zlib:/usr/share/doc/libz-mingw-w64-dev/copyright' \
+    'Initials of pinyin, from the transliteration of ICU:/usr/share/doc/icu-devtools/copyright'; do
+    printf '\n==== %s ====\n\n' "${part%%:*}"
+    cat "${part#*:}" || return 1
+  done
+}
+
 # The desk's installer.
 package_desk() {
   local arch=$1 version=$2 out=$3 folder=$packing/desk-$1
@@ -117,6 +129,7 @@ package_desk() {
   stage_program "$arch" desk.exe "$folder"
   stage_program "$arch" tavrix.dll "$folder"
   cp "$root/LICENSE" "$root/packaging/desk.wxs" "$folder"
+  write_notices >"$folder/NOTICES.txt" || die "a notice of the desk's parts is missing"
   if [[ $arch == x64 ]]; then
     set -- ComponentId=eb8b25e0-4c71-48c3-bdad-d3f7fbffe848 UpgradeCode=4859ab08-a59b-4567-ab5d-0627f0da47f6
   else
