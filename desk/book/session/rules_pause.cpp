@@ -3,6 +3,8 @@
 #include <set>
 #include <utility>
 
+#include "book/session/ledger_rules.h"
+
 namespace desk::book {
 
 namespace {
@@ -12,8 +14,11 @@ constexpr int kFirstVersionWithPause = 5;
 void SetPause(Connection& connection, bool on) {
   switch (connection.Dialect()) {
     case SqlDialect::kSqlite:
-      // A program that does not keep keys may have left a note there.
-      if (on) connection.Execute("delete from desk_lost_parent", Origin::kDesk);
+      // A program that does not keep keys may have left a note there. Books of other makers have no
+      // such table.
+      if (on && connection.HasTable(kLostParentTableName)) {
+        connection.Execute("delete from desk_lost_parent", Origin::kDesk);
+      }
       connection.Execute(
           on ? "insert into desk_identifier(table_name,last_id)values('rules_pause',1)"
              : "delete from desk_identifier where table_name='rules_pause'",
