@@ -8,6 +8,7 @@
 #include <string>
 #include <tuple>
 
+#include "viewkit/controls/combo_box.h"
 #include "viewkit/win32/view_window.h"
 #include "windows/desktop.h"
 #include "windows/painting_scenes.h"
@@ -43,6 +44,18 @@ std::string Difference(const Picture& one, const Picture& other) {
   }
   return "from " + std::to_string(area.left) + "," + std::to_string(area.top) + " to " +
          std::to_string(area.right) + "," + std::to_string(area.bottom);
+}
+
+/// Whether the view's edge cuts a drop-down list off: the system paints what is left of it in one
+/// way bit by bit and in another anew.
+bool IsCutOffList(const viewkit::Control& control, HWND window) {
+  if (dynamic_cast<const viewkit::ComboBox*>(&control) == nullptr) return false;
+  RECT place{};
+  RECT visible{};
+  RECT view{};
+  GetWindowRect(window, &place);
+  GetWindowRect(GetParent(window), &view);
+  return IntersectRect(&visible, &place, &view) == FALSE || EqualRect(&visible, &place) == FALSE;
 }
 
 class PaintingTest : public testing::TestWithParam<std::tuple<const char*, int>> {
@@ -104,7 +117,7 @@ std::string PaintingTest::Faults() {
   for (std::size_t at = 0; at < scene_->Controls().Count(); ++at) {
     const viewkit::Control& control = scene_->Controls().At(at);
     const HWND window = Window(control);
-    if (!control.Visible()) continue;
+    if (!control.Visible() || IsCutOffList(control, window)) continue;
     UpdateWindow(window);
     const Picture before(window);
     RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
