@@ -23,7 +23,7 @@ namespace {
 
 constexpr char kFromFirst[] = "最早";
 constexpr char kToLast[] = "最后";
-constexpr int kLeastSummary = 1800;
+constexpr int kMinSummary = 1800;
 
 using enum LedgerColumn::Kind;
 constexpr std::array<LedgerColumn, AccountLedgerView::kColumns> kPlans = {
@@ -200,7 +200,7 @@ void AccountLedgerView::ShowColumns() {
   show(kPartner, any([](const LedgerLine& line) { return line.auxiliary != book::Auxiliary(); }));
   show(kForeign, any([](const LedgerLine& line) { return line.foreign_amount != 0; }));
   show(kQuantity, any([](const LedgerLine& line) { return line.quantity != 0; }));
-  if (!sized_) FitColumn(grid_, kSummary, kLeastSummary);
+  if (!sized_) FitColumn(grid_, kSummary, kMinSummary);
 }
 
 std::string AccountLedgerView::PageText() const {
@@ -315,7 +315,7 @@ void AccountLedgerView::Resize(int width, int height) {
   const int bottom = std::max(Strip::kHeight, height - Strip::kLine);
   grid_.SetBounds({0, Strip::kHeight, width, bottom - Strip::kHeight});
   summary_.SetBounds(FootLine(width, height));
-  if (!sized_) FitColumn(grid_, kSummary, kLeastSummary);
+  if (!sized_) FitColumn(grid_, kSummary, kMinSummary);
 }
 
 }  // namespace desk::views

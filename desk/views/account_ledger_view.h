@@ -52,10 +52,8 @@ class AccountLedgerView : public Sheet {
   [[nodiscard]] std::string Title() const override;
   [[nodiscard]] std::string Subtitle() const override;
   [[nodiscard]] std::string Key() const override { return ledger_.card.account.code; }
-  [[nodiscard]] const viewkit::ControlList& Controls() const override { return controls_; }
   void Resize(int width, int height) override;
   void Reload() override;
-  [[nodiscard]] viewkit::FlexGrid& Grid() override { return grid_; }
   [[nodiscard]] std::vector<MenuItem> Menu() override;
   [[nodiscard]] bool UseKey(viewkit::Key key, viewkit::Modifiers modifiers) override;
 
@@ -96,9 +94,7 @@ class AccountLedgerView : public Sheet {
   viewkit::ComboBox last_{viewkit::ComboBox::Style::kList, "Combo", 1};
   viewkit::CommandButton previous_{"Cmd", 0};
   viewkit::CommandButton next_{"Cmd", 1};
-  viewkit::FlexGrid grid_{"Vs"};
   viewkit::Label summary_{"Lbl", 4};
-  viewkit::ControlList controls_;
 };
 
 }  // namespace desk::views

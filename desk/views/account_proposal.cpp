@@ -50,7 +50,7 @@ std::optional<AccountProposal> ProposalBeside(book::Session& session, const std:
 
 std::int64_t NewestAccount(book::Session& session) {
   const auto row = session.Own().Query("select max(i_id) from gl_code", book::Origin::kDesk);
-  return row->Next() ? static_cast<std::int64_t>(row->Get(0).ToNumber()) : 0;
+  return row->Next() ? IntegerAt(*row, 0) : 0;
 }
 
 std::vector<std::string> NewerAccounts(book::Session& session, std::int64_t than) {

@@ -22,7 +22,7 @@ namespace {
 constexpr char kTitle[] = "变更记录";
 constexpr int kRowHeight = 330;
 /// So many accounts of a command are listed.
-constexpr std::int64_t kMostAccounts = 500;
+constexpr std::int64_t kMaxAccounts = 500;
 
 struct ColumnPlan {
   const char* heading;
@@ -79,7 +79,7 @@ HistoryView::HistoryView(book::Session& session, UserPort& user, RunLong run_lon
   MakeGrids();
   undo_.Clicked.Add([this] { UndoChosen(); });
   reload_.Clicked.Add([this] { Reload(); });
-  commands_.RowColChange.Add([this] {
+  grid_.RowColChange.Add([this] {
     if (!loading_) Trapped([this] { ShowDetails(); });
   });
   Load();
@@ -90,11 +90,11 @@ std::string HistoryView::Title() const {
 }
 
 void HistoryView::MakeGrids() {
-  SetUpGrid(commands_, kCommandPlans);
-  commands_.SetColAlignment(kAccounts, Alignment::kRightCenter);
-  commands_.SetColDataType(kAccounts, viewkit::ColumnType::kLong);
-  commands_.SetAccessibleName(kTitle);
-  controls_.Add(commands_);
+  SetUpGrid(grid_, kCommandPlans);
+  grid_.SetColAlignment(kAccounts, Alignment::kRightCenter);
+  grid_.SetColDataType(kAccounts, viewkit::ColumnType::kLong);
+  grid_.SetAccessibleName(kTitle);
+  controls_.Add(grid_);
   details_label_.SetCaption("所选操作的改动(&D)");
   controls_.Add(details_label_);
   SetUpGrid(details_, kDetailPlans);
@@ -112,12 +112,12 @@ void HistoryView::Resize(int width, int height) {
   reload_.SetBounds({kEdge + kUndoWidth + 90, kEdge, kReloadWidth, kLine});
   const int text = kEdge + kUndoWidth + kReloadWidth + 330;
   summary_.SetBounds({text, kEdge + kDrop, std::max(0, width - text - kEdge), kLine - kDrop});
-  Stretch(commands_, kCommandPlans, {kWhat}, width);
+  Stretch(grid_, kCommandPlans, {kWhat}, width);
   Stretch(details_, kDetailPlans, {kAccount, kBefore, kAfter}, width);
   const int top = 2 * kEdge + kLine;
   const int room = std::max(0, height - top - kLine - kEdge);
   const int upper = room * 11 / 20;
-  commands_.SetBounds({0, top, width, upper});
+  grid_.SetBounds({0, top, width, upper});
   details_label_.SetBounds({kEdge, top + upper + kEdge / 2 + kDrop, width - kEdge, kLine - kDrop});
   const int below = top + upper + kEdge / 2 + kLine;
   details_.SetBounds({0, below, width, std::max(0, height - below)});
@@ -143,17 +143,17 @@ void HistoryView::Load() {
   }
   loading_ = true;
   {
-    const host::GridUpdate update(commands_);
-    commands_.LoadRows(std::move(rows));
+    const host::GridUpdate update(grid_);
+    grid_.LoadRows(std::move(rows));
     const auto found = std::ranges::find(history_, id, &book::HistoryEntry::id);
     const auto place = first || found == history_.end() ? 0 : found - history_.begin();
-    if (!history_.empty()) commands_.SetRow(commands_.FixedRows() + static_cast<int>(place));
+    if (!history_.empty()) grid_.SetRow(grid_.FixedRows() + static_cast<int>(place));
     for (std::size_t i = 0; i < history_.size(); ++i) {
       const bool back = history_[i].undone || (history_[i].turn == 1 && history_[i].answered);
       if (!back) continue;
       for (int col = 0; col < kColumns; ++col) {
-        commands_.SetCellForeColor(commands_.FixedRows() + static_cast<int>(i), col,
-                                   viewkit::color::kGrayText);
+        grid_.SetCellForeColor(grid_.FixedRows() + static_cast<int>(i), col,
+                               viewkit::color::kGrayText);
       }
     }
   }
@@ -163,7 +163,7 @@ void HistoryView::Load() {
 }
 
 const book::HistoryEntry* HistoryView::Chosen() const {
-  const int row = commands_.Row() - commands_.FixedRows();
+  const int row = grid_.Row() - grid_.FixedRows();
   if (row < 0 || row >= static_cast<int>(history_.size())) return nullptr;
   return &history_[static_cast<std::size_t>(row)];
 }
@@ -176,7 +176,7 @@ void HistoryView::ShowDetails() {
   shown_ = id;
   host::RowSet rows(kDetailColumns);
   if (entry != nullptr) {
-    for (const book::AccountChange& change : book::ReadChanges(session_, id, kMostAccounts)) {
+    for (const book::AccountChange& change : book::ReadChanges(session_, id, kMaxAccounts)) {
       bool first = true;  // the account is named once
       for (const book::FieldChange& field : book::FieldChanges(change)) {
         rows.AppendText(first ? book::AccountText(change) : std::string());
@@ -202,9 +202,8 @@ void HistoryView::ShowButton() {
   if (entry != nullptr && entry->postings > 0) {
     text = "移动了 " + std::to_string(entry->postings) + " 笔分录";
   }
-  if (entry != nullptr && entry->accounts > kMostAccounts) {
-    text +=
-        (text.empty() ? "" : "；") + ("下面列出前 " + std::to_string(kMostAccounts)) + " 个科目";
+  if (entry != nullptr && entry->accounts > kMaxAccounts) {
+    text += (text.empty() ? "" : "；") + ("下面列出前 " + std::to_string(kMaxAccounts)) + " 个科目";
   }
   summary_.SetCaption(text);
 }

@@ -32,10 +32,8 @@ class HistoryView : public Sheet {
 
   // Sheet
   [[nodiscard]] std::string Title() const override;
-  [[nodiscard]] const viewkit::ControlList& Controls() const override { return controls_; }
   void Resize(int width, int height) override;
   void Reload() override;
-  [[nodiscard]] viewkit::FlexGrid& Grid() override { return commands_; }
   [[nodiscard]] std::vector<MenuItem> Menu() override;
   [[nodiscard]] bool UseKey(viewkit::Key key, viewkit::Modifiers modifiers) override;
 
@@ -60,10 +58,8 @@ class HistoryView : public Sheet {
   viewkit::CommandButton undo_{"Cmd", 0};
   viewkit::CommandButton reload_{"Cmd", 1};
   viewkit::Label summary_{"Lbl", 0};
-  viewkit::FlexGrid commands_{"Vs"};
   viewkit::Label details_label_{"Lbl", 1};
   viewkit::FlexGrid details_{"VsDetail"};
-  viewkit::ControlList controls_;
 };
 
 }  // namespace desk::views

@@ -117,9 +117,9 @@ void ImportDialog::PlaceLines(int top) {
 
 /// The list of lines gives way; what stands below it moves up.
 void ImportDialog::FitInto(int height) {
-  constexpr int kLeast = 1200;
+  constexpr int kMin = 1200;
   const Bounds list = lines_.GetBounds();
-  const int over = std::min(Height() - height, list.height - kLeast);
+  const int over = std::min(Height() - height, list.height - kMin);
   if (over <= 0) return;
   for (viewkit::Control* control :
        std::initializer_list<viewkit::Control*>{&summary_, &skip_, &ok_, &cancel_}) {

@@ -101,9 +101,9 @@ void MnemonicDialog::Place() {
 }
 
 void MnemonicDialog::FitInto(int height) {
-  constexpr int kLeast = 1500;
+  constexpr int kMin = 1500;
   const Bounds list = list_.GetBounds();
-  const int over = std::min(Height() - height, list.height - kLeast);
+  const int over = std::min(Height() - height, list.height - kMin);
   if (over <= 0) return;
   for (std::size_t i = 0; i < Controls().Count(); ++i) {
     viewkit::Control& control = Controls().At(i);

@@ -24,7 +24,7 @@ constexpr std::array<LedgerColumn, OpeningBalanceView::kColumns> kPlans = {
      {"往来", 2400},
      {"借方", 1800, kAmount},
      {"贷方", 1800, kAmount}}};
-constexpr int kLeastName = 2400;
+constexpr int kMinName = 2400;
 
 std::vector<Partner> WantedOf(const book::OpeningAccount& account) {
   std::vector<Partner> wanted;
@@ -373,7 +373,7 @@ void OpeningBalanceView::Resize(int width, int height) {
   constexpr int kButton = 1350;
   const int foot = std::max(0, height - 2 * Strip::kHeight + Strip::kEdge);
   grid_.SetBounds({0, 0, width, foot});
-  FitColumn(grid_, kName, kLeastName);
+  FitColumn(grid_, kName, kMinName);
   Strip boxes(foot);
   constexpr int kRest = 3 * (kLabel + 60) + 2 * (kAmount + 90) + 2 * (kButton + 90) + 180;
   const int room = std::max(0, width - kRest - Strip::kEdge * 2);

@@ -28,11 +28,9 @@ class OpeningBalanceView : public Sheet {
 
   // Sheet
   [[nodiscard]] std::string Title() const override { return "期初余额"; }
-  [[nodiscard]] const viewkit::ControlList& Controls() const override { return controls_; }
   void Resize(int width, int height) override;
   /// What has been typed and not saved stays.
   void Reload() override;
-  [[nodiscard]] viewkit::FlexGrid& Grid() override { return grid_; }
   [[nodiscard]] std::vector<MenuItem> Menu() override;
   [[nodiscard]] bool UseKey(viewkit::Key key, viewkit::Modifiers modifiers) override;
   [[nodiscard]] bool MayClose() override;
@@ -74,7 +72,6 @@ class OpeningBalanceView : public Sheet {
   std::set<std::size_t> changed_;  // accounts
   bool showing_ = false;           // the rows are being set: no choice of the user
 
-  viewkit::FlexGrid grid_{"Vs"};
   viewkit::Label account_{"Lbl", 0};
   viewkit::Label partner_label_{"Lbl", 1};
   viewkit::TextBox partner_{"Txt", 0};
@@ -86,7 +83,6 @@ class OpeningBalanceView : public Sheet {
   viewkit::CommandButton add_{"Cmd", 1};
   viewkit::Label sums_{"Lbl", 4};
   viewkit::CommandButton save_{"Cmd", 2};
-  viewkit::ControlList controls_;
 };
 
 }  // namespace desk::views

@@ -16,8 +16,8 @@ constexpr int kGoodSize = 160;
 // A column that wraps is never narrower, at `kPrintSize`, unless its texts are.
 constexpr int kNarrow = 2000;
 constexpr int kIndentStep = 160;
-constexpr int kMostIndent = 1600;
-constexpr int kMostLines = 12;
+constexpr int kMaxIndent = 1600;
+constexpr int kMaxLines = 12;
 
 int Sum(const std::vector<int>& widths) {
   return std::accumulate(widths.begin(), widths.end(), 0);
@@ -70,7 +70,7 @@ int PrintLayout::RowHeight(int lines) const {
 
 int PrintLayout::Indent(const PrintRow& row, std::size_t col) const {
   if (!table_.columns[col].indented) return 0;
-  const int indent = Scaled(std::min(row.level * kIndentStep, kMostIndent), size_);
+  const int indent = Scaled(std::min(row.level * kIndentStep, kMaxIndent), size_);
   return widths_.empty() ? indent : std::min(indent, widths_[col] / 3);
 }
 
@@ -137,7 +137,7 @@ void PrintLayout::PlaceParts() {
   body_top_ = captions_top_ + RowHeight(caption_lines_);
   body_bottom_ = paper_.height - paper_.bottom - line - kPrintSize / 2;
   const int rows = (body_bottom_ - body_top_ - Padding()) / LineHeight(size_);
-  most_lines_ = std::clamp(rows, 1, kMostLines);
+  most_lines_ = std::clamp(rows, 1, kMaxLines);
 }
 
 std::vector<std::string> PrintLayout::CellLines(const std::string& text, int width,

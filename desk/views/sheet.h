@@ -40,13 +40,13 @@ class Sheet {
   /// Tells views of one kind apart: who asks for one that is open gets that. Empty where there is
   /// only one.
   [[nodiscard]] virtual std::string Key() const { return {}; }
-  [[nodiscard]] virtual const viewkit::ControlList& Controls() const = 0;
+  [[nodiscard]] const viewkit::ControlList& Controls() const { return controls_; }
   /// Puts the controls where they belong in a window of this size (twips).
   virtual void Resize(int width, int height) = 0;
   /// Reads the book again; what the user has chosen stays. Tells the user of a failure itself.
   virtual void Reload() = 0;
   /// The grid in which the user works: its rows are copied and printed.
-  [[nodiscard]] virtual viewkit::FlexGrid& Grid() = 0;
+  [[nodiscard]] viewkit::FlexGrid& Grid() { return grid_; }
   /// What the menu of the window offers besides copying and reading again.
   [[nodiscard]] virtual std::vector<MenuItem> Menu() { return {}; }
   /// A key that has been pressed in the window, before any control gets it; true when it is used
@@ -70,6 +70,10 @@ class Sheet {
                                   viewkit::UserPort::Buttons::kOk));
     }
   }
+
+  viewkit::FlexGrid grid_{"Vs"};
+  viewkit::ControlList
+      controls_;  ///< in the order of the Tab key; a view adds its own, and the grid
 
  private:
   viewkit::UserPort& user_;

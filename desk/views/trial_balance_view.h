@@ -52,10 +52,8 @@ class TrialBalanceView : public Sheet {
   // Sheet
   [[nodiscard]] std::string Title() const override;
   [[nodiscard]] std::string Subtitle() const override;
-  [[nodiscard]] const viewkit::ControlList& Controls() const override { return controls_; }
   void Resize(int width, int height) override;
   void Reload() override;
-  [[nodiscard]] viewkit::FlexGrid& Grid() override { return grid_; }
   [[nodiscard]] std::vector<MenuItem> Menu() override;
   [[nodiscard]] bool UseKey(viewkit::Key key, viewkit::Modifiers modifiers) override;
 
@@ -102,9 +100,7 @@ class TrialBalanceView : public Sheet {
   viewkit::CheckBox by_first_level_{"Chk"};
   viewkit::CommandButton layout_{"Cmd", 0};
   viewkit::CommandButton reload_{"Cmd", 1};
-  viewkit::FlexGrid grid_{"Vs"};
   viewkit::Label summary_{"Lbl", 1};
-  viewkit::ControlList controls_;
 };
 
 }  // namespace desk::views

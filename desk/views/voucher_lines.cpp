@@ -23,7 +23,7 @@ constexpr std::array<LedgerColumn, VoucherLines::kColumns> kPlans = {{{"摘要",
                                                                       {"数量", 1050, kQuantity},
                                                                       {"借方金额", 1590, kAmount},
                                                                       {"贷方金额", 1590, kAmount}}};
-constexpr int kLeastSummary = 1800;
+constexpr int kMinSummary = 1800;
 
 void AppendEntry(host::RowSet& rows, const book::Entry& entry, const std::string& name) {
   rows.AppendText(entry.summary);
@@ -88,7 +88,7 @@ void VoucherLines::Clear() {
 }
 
 void VoucherLines::Fit() {
-  FitColumn(grid_, kSummary, kLeastSummary);
+  FitColumn(grid_, kSummary, kMinSummary);
 }
 
 std::string VoucherLines::ChosenCode() const {

@@ -22,7 +22,7 @@ constexpr std::array<LedgerColumn, VoucherListView::kColumns> kPlans = {{{"日�
                                                                          {"摘要", 5000},
                                                                          {"金额", 1800, kAmount},
                                                                          {"制单", 1350}}};
-constexpr int kLeastSummary = 2400;
+constexpr int kMinSummary = 2400;
 
 std::string TextOf(const viewkit::TextBox& box) {
   return std::string(host::Trimmed(box.Text()));
@@ -83,11 +83,11 @@ void VoucherListView::MakeControls() {
   last_date_.SetPlaceholder("2024-03");
   code_.SetPlaceholder("编码、名称或助记码");
   for (viewkit::TextBox* box : {&least_, &most_}) box->SetAlignRight(true);
-  MakeLedgerGrid(list_, kPlans, "凭证");
+  MakeLedgerGrid(grid_, kPlans, "凭证");
   for (viewkit::Control* control : std::initializer_list<viewkit::Control*>{
            &date_label_, &first_date_, &last_label_, &last_date_,    &code_label_,
            &code_,       &text_label_, &text_,       &amount_label_, &least_,
-           &most_label_, &most_,       &find_,       &clear_,        &list_,
+           &most_label_, &most_,       &find_,       &clear_,        &grid_,
            &lines_grid_, &note_,       &open_,       &copy_,         &reverse_}) {
     controls_.Add(*control);
   }
@@ -96,8 +96,8 @@ void VoucherListView::MakeControls() {
   open_.Clicked.Add([this] { Open(); });
   copy_.Clicked.Add([this] { Copy(); });
   reverse_.Clicked.Add([this] { Reverse(); });
-  list_.DoubleClick.Add([this] { Open(); });
-  list_.RowColChange.Add([this] { Trapped([this] { ShowLines(); }); });
+  grid_.DoubleClick.Add([this] { Open(); });
+  grid_.RowColChange.Add([this] { Trapped([this] { ShowLines(); }); });
   lines_grid_.DoubleClick.Add(
       [this] { Trapped([this] { actions_.OpenAccount(lines_.ChosenCode()); }); });
 }
@@ -116,7 +116,7 @@ void VoucherListView::Search() {
   Trapped([this] {
     search_ = ReadSearch();
     Load();
-    list_.SetFocus();
+    grid_.SetFocus();
   });
 }
 
@@ -130,17 +130,17 @@ void VoucherListView::ClearSearch() {
 
 void VoucherListView::Load() {
   const viewkit::WaitCursor wait(User());
-  heads_ = book::FindVouchers(session_, search_, kMost + 1);
-  const bool more = heads_.size() > kMost;
-  if (more) heads_.resize(kMost);
+  heads_ = book::FindVouchers(session_, search_, kMax + 1);
+  const bool more = heads_.size() > kMax;
+  if (more) heads_.resize(kMax);
   sought_ = WordsOf(search_);
   if (more)
     sought_ += (sought_.empty() ? "" : "    ") + std::string("只列出最近的 ") +
-               std::to_string(kMost) + " 张";
-  ShowHeads(list_.FixedRows());
+               std::to_string(kMax) + " 张";
+  ShowHeads(grid_.FixedRows());
   std::int64_t total = 0;
   for (const book::VoucherHead& head : heads_) total += head.total;
-  note_.SetCaption(more ? "只列出最近的 " + std::to_string(kMost) + " 张凭证，请加上查找条件"
+  note_.SetCaption(more ? "只列出最近的 " + std::to_string(kMax) + " 张凭证，请加上查找条件"
                         : std::to_string(heads_.size()) + " 张凭证    金额合计 " +
                               book::MoneyText(total));
 }
@@ -155,10 +155,10 @@ void VoucherListView::ShowHeads(int row) {
     rows.AppendText(head.prepared_by);
   }
   {
-    const host::GridUpdate update(list_);
-    list_.LoadRows(std::move(rows));
-    RedNegatives(list_, kTotal, kTotal);
-    list_.SetRow(std::min(row, list_.Rows() - 1));
+    const host::GridUpdate update(grid_);
+    grid_.LoadRows(std::move(rows));
+    RedNegatives(grid_, kTotal, kTotal);
+    grid_.SetRow(std::min(row, grid_.Rows() - 1));
   }
   ShowLines();
 }
@@ -166,19 +166,19 @@ void VoucherListView::ShowHeads(int row) {
 void VoucherListView::Reload() {
   Trapped([this] {
     const auto before = Chosen();
-    const int top = list_.TopRow();
+    const int top = grid_.TopRow();
     Load();
     if (!before) return;
     const auto at = std::ranges::find(heads_, *before, &book::VoucherHead::key);
     if (at == heads_.end()) return;
-    list_.SetTopRow(top);
-    list_.SetRow(list_.FixedRows() + static_cast<int>(at - heads_.begin()));
-    list_.ShowRow(list_.Row());
+    grid_.SetTopRow(top);
+    grid_.SetRow(grid_.FixedRows() + static_cast<int>(at - heads_.begin()));
+    grid_.ShowRow(grid_.Row());
   });
 }
 
 std::optional<book::VoucherKey> VoucherListView::Chosen() const {
-  const int at = list_.Row() - list_.FixedRows();
+  const int at = grid_.Row() - grid_.FixedRows();
   if (at < 0 || at >= static_cast<int>(heads_.size())) return std::nullopt;
   return heads_[static_cast<std::size_t>(at)].key;
 }
@@ -214,10 +214,10 @@ void VoucherListView::Reverse() {
     Load();
     const auto at = std::ranges::find(heads_, *made, &book::VoucherHead::key);
     if (at != heads_.end()) {
-      list_.SetRow(list_.FixedRows() + static_cast<int>(at - heads_.begin()));
-      list_.ShowRow(list_.Row());
+      grid_.SetRow(grid_.FixedRows() + static_cast<int>(at - heads_.begin()));
+      grid_.ShowRow(grid_.Row());
     }
-    list_.SetFocus();
+    grid_.SetFocus();
     note_.SetCaption("已过账：" + book::VoucherName(*made) + "，冲销 " + book::VoucherName(key));
   });
 }
@@ -236,7 +236,7 @@ bool VoucherListView::InSearch() const {
 
 bool VoucherListView::UseKey(viewkit::Key key, viewkit::Modifiers) {
   if (key != viewkit::Key::kEnter) return false;
-  if (list_.Focused()) return Open(), true;
+  if (grid_.Focused()) return Open(), true;
   if (InSearch()) return Search(), true;
   if (!lines_grid_.Focused()) return false;
   Trapped([this] { actions_.OpenAccount(lines_.ChosenCode()); });
@@ -278,9 +278,9 @@ void VoucherListView::Resize(int width, int height) {
   ArrangeSearch(width);
   const int foot = std::max(kHead, height - Strip::kHeight);
   const int lines = std::min(kLines, (foot - kHead) / 2);
-  list_.SetBounds({0, kHead, width, foot - kHead - lines - 60});
+  grid_.SetBounds({0, kHead, width, foot - kHead - lines - 60});
   lines_grid_.SetBounds({0, foot - lines, width, lines});
-  FitColumn(list_, kSummary, kLeastSummary);
+  FitColumn(grid_, kSummary, kMinSummary);
   lines_.Fit();
   Strip strip(foot);
   strip.PutLabel(note_, width - 2 * Strip::kEdge - 3 * (kButton + 90), 90);

@@ -19,7 +19,7 @@ class VoucherListView : public Sheet {
  public:
   enum Column { kDate, kNumber, kSummary, kTotal, kPreparedBy, kColumns };
   /// No more are listed; who wants others searches.
-  static constexpr int kMost = 2000;
+  static constexpr int kMax = 2000;
 
   /// Book and user must outlive the view. Throws what the book raises.
   VoucherListView(book::Session& session, viewkit::UserPort& user, VoucherActions::Calls calls);
@@ -27,10 +27,8 @@ class VoucherListView : public Sheet {
   // Sheet
   [[nodiscard]] std::string Title() const override { return "凭证查询"; }
   [[nodiscard]] std::string Subtitle() const override { return sought_; }
-  [[nodiscard]] const viewkit::ControlList& Controls() const override { return controls_; }
   void Resize(int width, int height) override;
   void Reload() override;
-  [[nodiscard]] viewkit::FlexGrid& Grid() override { return list_; }
   [[nodiscard]] std::vector<MenuItem> Menu() override;
   [[nodiscard]] bool UseKey(viewkit::Key key, viewkit::Modifiers modifiers) override;
 
@@ -71,14 +69,12 @@ class VoucherListView : public Sheet {
   viewkit::TextBox most_{"Txt", 5};
   viewkit::CommandButton find_{"Cmd", 0};
   viewkit::CommandButton clear_{"Cmd", 1};
-  viewkit::FlexGrid list_{"Vs", 0};
-  viewkit::FlexGrid lines_grid_{"Vs", 1};
+  viewkit::FlexGrid lines_grid_{"VsLines"};
   VoucherLines lines_{lines_grid_};
   viewkit::Label note_{"Lbl", 6};
   viewkit::CommandButton open_{"Cmd", 2};
   viewkit::CommandButton copy_{"Cmd", 3};
   viewkit::CommandButton reverse_{"Cmd", 4};
-  viewkit::ControlList controls_;
 };
 
 }  // namespace desk::views

@@ -25,10 +25,8 @@ class VoucherSheet : public Sheet {
   [[nodiscard]] std::string Title() const override;
   [[nodiscard]] std::string Subtitle() const override { return head_.Caption(); }
   [[nodiscard]] std::string Key() const override { return KeyOf(key_); }
-  [[nodiscard]] const viewkit::ControlList& Controls() const override { return controls_; }
   void Resize(int width, int height) override;
   void Reload() override;
-  [[nodiscard]] viewkit::FlexGrid& Grid() override { return grid_; }
   [[nodiscard]] std::vector<MenuItem> Menu() override;
   [[nodiscard]] bool UseKey(viewkit::Key key, viewkit::Modifiers modifiers) override;
 
@@ -43,12 +41,10 @@ class VoucherSheet : public Sheet {
   VoucherActions actions_;
 
   viewkit::Label head_{"Lbl", 0};
-  viewkit::FlexGrid grid_{"Vs"};
   VoucherLines lines_{grid_};
   viewkit::Label state_{"Lbl", 1};
   viewkit::CommandButton copy_{"Cmd", 0};
   viewkit::CommandButton reverse_{"Cmd", 1};
-  viewkit::ControlList controls_;
 };
 
 }  // namespace desk::views

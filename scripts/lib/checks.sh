@@ -46,8 +46,8 @@ desk/app/frame app/frame views viewkit viewkit/* host
 desk/app/container app/container app/frame app com host
 desk/app/controls app/controls app/container app/automation app com views book book/* viewkit viewkit/* host
 desk/app/posting app/posting app/controls app/container app/frame app com views book book/* viewkit viewkit/* host
-desk/app/work app/work app/frame views book book/* viewkit viewkit/* host
-desk/app/print app/print app/frame app/work views book book/* viewkit viewkit/* host
+desk/app/progress app/progress app/frame views book book/* viewkit viewkit/* host
+desk/app/print app/print app/frame app/progress views book book/* viewkit viewkit/* host
 desk/app/sheet app/sheet app/frame app/program views book book/* viewkit viewkit/* host
 desk/app app app/* views accessible com book book/* viewkit viewkit/* host"
 

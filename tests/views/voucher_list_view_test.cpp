@@ -38,7 +38,7 @@ class VoucherListViewTest : public testing::Test {
     return std::make_unique<VoucherListView>(book_.GetSession(), user_, Calls());
   }
   template <class Kind>
-  static Kind& Find(const Sheet& view, const std::string& name, int index) {
+  static Kind& Find(const Sheet& view, const std::string& name, int index = 0) {
     for (std::size_t i = 0; i < view.Controls().Count(); ++i) {
       auto& control = view.Controls().At(i);
       if (control.Name() != name || control.Index().value_or(0) != index) continue;
@@ -63,7 +63,7 @@ class VoucherListViewTest : public testing::Test {
 TEST_F(VoucherListViewTest, SearchesByKeysAndKeepsItsPlace) {
   const auto view = Open();
   EXPECT_THAT(Names(*view), ElementsAre("2024-02 记-2 号", "2024-02 记-1 号", "2024-01 记-1 号"));
-  const auto& lines = Find<viewkit::FlexGrid>(*view, "Vs", 1);
+  const auto& lines = Find<viewkit::FlexGrid>(*view, "VsLines");
   EXPECT_EQ(lines.TextMatrix(3, VoucherLines::kDebit), "0.70");
   view->Grid().SetRow(2);
   EXPECT_EQ(lines.TextMatrix(1, VoucherLines::kDebit), "-25.50");

@@ -18,11 +18,6 @@ constexpr UINT_PTR kExpected = 1;
 // Longer than the pause between two repetitions of a key.
 constexpr UINT kMomentMilliseconds = 90;
 
-const win32::WindowClass& PaneClass() {
-  static const win32::WindowClass pane(L"DeskAccount", CS_HREDRAW | CS_VREDRAW);
-  return pane;
-}
-
 }  // namespace
 
 std::shared_ptr<AccountPane> AccountPane::Make(HWND parent, SharedStyle style, Calls calls) {
@@ -30,7 +25,7 @@ std::shared_ptr<AccountPane> AccountPane::Make(HWND parent, SharedStyle style, C
   pane->style_ = std::move(style);
   pane->calls_ = std::move(calls);
   pane->Create(
-      PaneClass(),
+      win32::ClassNamed(L"DeskAccount", CS_HREDRAW | CS_VREDRAW),
       {.text = L"科目详情", .style = WS_CHILD | WS_TABSTOP | WS_VSCROLL, .parent = parent});
   pane->SetBar();
   return pane;
@@ -204,10 +199,6 @@ LRESULT AccountPane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_KEYDOWN:
       if (OnKey(wparam)) return 0;
       break;
-    case WM_SETFOCUS:
-    case WM_KILLFOCUS:
-      InvalidateRect(Hwnd(), nullptr, FALSE);
-      return 0;
     case WM_LBUTTONDOWN:
       OnClick({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
       return 0;

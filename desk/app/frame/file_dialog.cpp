@@ -6,6 +6,13 @@
 
 namespace desk::app {
 
+std::wstring FileNameOf(std::wstring name) {
+  for (wchar_t& unit : name) {
+    if (std::wstring_view(L"\\/:*?\"<>|").find(unit) != std::wstring_view::npos) unit = L'_';
+  }
+  return name;
+}
+
 std::optional<ChosenFile> AskFile(HWND owner, const FileQuery& query) {
   std::array<wchar_t, 32768> path{};
   query.proposed.copy(path.data(), path.size() - 1);

@@ -23,6 +23,9 @@ struct ChosenFile {
   unsigned type = 1;  ///< which of the types, from 1
 };
 
+/// `name` without what a file's name cannot hold.
+[[nodiscard]] std::wstring FileNameOf(std::wstring name);
+
 /// Nothing when the user gives up.
 [[nodiscard]] std::optional<ChosenFile> AskFile(HWND owner, const FileQuery& query);
 

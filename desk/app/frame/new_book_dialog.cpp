@@ -119,10 +119,7 @@ class NewBookDialog {
   /// The file follows the company's name until the user writes another.
   void ProposeFile(HWND dialog) {
     if (own_file_) return;
-    std::wstring name = WindowText(GetDlgItem(dialog, IDC_COMPANY));
-    for (wchar_t& unit : name) {
-      if (std::wstring_view(L"\\/:*?\"<>|").find(unit) != std::wstring_view::npos) unit = L'_';
-    }
+    std::wstring name = FileNameOf(WindowText(GetDlgItem(dialog, IDC_COMPANY)));
     if (name.empty()) name = L"新账簿";
     proposing_ = true;
     SetDlgItemTextW(dialog, IDC_FILE, (fs::path(plan_.folder) / (name + kBookEnding)).c_str());

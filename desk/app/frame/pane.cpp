@@ -44,6 +44,10 @@ LRESULT Pane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       Arrange();
       InvalidateRect(Hwnd(), nullptr, FALSE);
       return 0;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS:  // the one with the focus is painted as such
+      InvalidateRect(Hwnd(), nullptr, FALSE);
+      return 0;
     case WM_ERASEBKGND:
       return 1;
     case WM_PAINT: {

@@ -10,6 +10,7 @@
 
 #include "app/frame/icons.h"
 #include "app/frame/popup_menu.h"
+#include "app/frame/today.h"
 #include "host/error.h"
 #include "host/utf.h"
 
@@ -24,17 +25,6 @@ using host::Wide;
 
 constexpr UINT kAccountLeft = WM_APP + 1;
 
-const win32::WindowClass& PaneClass() {
-  static const win32::WindowClass pane(L"DeskPosting", CS_HREDRAW | CS_VREDRAW);
-  return pane;
-}
-
-std::chrono::year_month_day Today() {
-  SYSTEMTIME now{};
-  GetLocalTime(&now);
-  return {std::chrono::year{now.wYear}, std::chrono::month{now.wMonth}, std::chrono::day{now.wDay}};
-}
-
 HWND WindowOf(const viewkit::Control& control) {
   return reinterpret_cast<HWND>(control.WindowHandle());
 }
@@ -45,10 +35,11 @@ std::shared_ptr<PostingPane> PostingPane::Make(HWND parent, SharedStyle style, P
   auto pane = std::make_shared<PostingPane>();
   pane->style_ = std::move(style);
   pane->plan_ = std::move(plan);
-  pane->Create(PaneClass(), {.text = L"凭证录入",
-                             .style = WS_CHILD | WS_CLIPCHILDREN,
-                             .extended_style = WS_EX_CONTROLPARENT,
-                             .parent = parent});
+  pane->Create(win32::ClassNamed(L"DeskPosting", CS_HREDRAW | CS_VREDRAW),
+               {.text = L"凭证录入",
+                .style = WS_CHILD | WS_CLIPCHILDREN,
+                .extended_style = WS_EX_CONTROLPARENT,
+                .parent = parent});
   pane->MakeView();
   return pane;
 }

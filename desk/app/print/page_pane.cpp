@@ -18,11 +18,6 @@ using tavrix::viewkit::kTwipsPerInch;
 
 constexpr int kLineDesign = 48;
 
-const win32::WindowClass& PageClass() {
-  static const win32::WindowClass page(L"DeskPage", CS_HREDRAW | CS_VREDRAW);
-  return page;
-}
-
 /// Parts of a hundred of the paper's own size; 0 for what depends on the window.
 int PercentOf(Zoom zoom) {
   switch (zoom) {
@@ -49,9 +44,10 @@ std::shared_ptr<PagePane> PagePane::Make(HWND parent, SharedStyle style,
   pane->preview_ = &preview;
   pane->calls_ = std::move(calls);
   pane->painter_ = std::make_unique<PagePainter>(measure);
-  pane->Create(PageClass(), {.text = L"页面",
-                             .style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL,
-                             .parent = parent});
+  pane->Create(win32::ClassNamed(L"DeskPage", CS_HREDRAW | CS_VREDRAW),
+               {.text = L"页面",
+                .style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL,
+                .parent = parent});
   return pane;
 }
 
@@ -224,10 +220,6 @@ LRESULT PagePane::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_KEYDOWN:
       if (OnKey(wparam)) return 0;
       break;
-    case WM_SETFOCUS:
-    case WM_KILLFOCUS:
-      InvalidateRect(Hwnd(), nullptr, FALSE);
-      return 0;
     case WM_LBUTTONDOWN:
       SetFocus(Hwnd());
       return 0;

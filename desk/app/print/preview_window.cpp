@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "app/print/printer.h"
-#include "app/work/long_work.h"
+#include "app/progress/long_work.h"
 #include "host/report.h"
 #include "host/utf.h"
 
@@ -18,12 +18,7 @@ using tavrix::viewkit::Key;
 
 constexpr wchar_t kPrinting[] = L"打印";
 constexpr SIZE kFirst{980, 760};  // at 96 dots per inch
-constexpr SIZE kLeast{460, 320};
-
-const win32::WindowClass& PreviewClass() {
-  static const win32::WindowClass preview(L"DeskPreview", 0);
-  return preview;
-}
+constexpr SIZE kMin{460, 320};
 
 void TellFailure(HWND owner, const std::exception& error) {
   const std::wstring text = Wide(tavrix::host::ErrorText(error));
@@ -119,9 +114,9 @@ class PreviewWindow : public win32::Window {
 
 void PreviewWindow::Open() {
   const std::wstring title = Wide(preview_.Title());
-  Create(PreviewClass(), {.text = title.c_str(),
-                          .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-                          .parent = task_.owner});
+  Create(win32::ClassNamed(L"DeskPreview"), {.text = title.c_str(),
+                                             .style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
+                                             .parent = task_.owner});
   for (const UINT size : {UINT{ICON_SMALL}, UINT{ICON_BIG}}) {  // the owner's, which outlive this
     SendMessageW(Hwnd(), WM_SETICON, size, SendMessageW(task_.owner, WM_GETICON, size, 0));
   }
@@ -210,8 +205,8 @@ LRESULT PreviewWindow::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       if (wparam != SIZE_MINIMIZED) Arrange();
       return 0;
     case WM_GETMINMAXINFO:
-      reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = {
-          task_.style->scale.Design(kLeast.cx), task_.style->scale.Design(kLeast.cy)};
+      reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = {task_.style->scale.Design(kMin.cx),
+                                                               task_.style->scale.Design(kMin.cy)};
       return 0;
     case WM_ERASEBKGND:
       return 1;

@@ -3,7 +3,7 @@
 #include <exception>
 #include <utility>
 
-#include "app/work/long_work.h"
+#include "app/progress/long_work.h"
 #include "viewkit/win32/window.h"
 
 namespace desk::app {
@@ -14,11 +14,6 @@ namespace win32 = tavrix::viewkit::win32;
 constexpr UINT_PTR kTick = 1;
 constexpr UINT kTickMilliseconds = 2000;
 
-const win32::WindowClass& TickerClass() {
-  static const win32::WindowClass ticker(L"DeskTicker", 0);
-  return ticker;
-}
-
 }  // namespace
 
 /// A window that nobody sees, for its timer.
@@ -26,7 +21,7 @@ class BookFollower::Ticker : public win32::Window {
  public:
   void Open(std::function<void()> tick) {
     tick_ = std::move(tick);
-    Create(TickerClass(), {.parent = HWND_MESSAGE});
+    Create(win32::ClassNamed(L"DeskTicker"), {.parent = HWND_MESSAGE});
     SetTimer(Hwnd(), kTick, kTickMilliseconds, nullptr);
   }
 

@@ -5,7 +5,8 @@
 #include <string>
 
 #include "app/program/follow_codes.h"
-#include "app/work/long_work.h"
+#include "app/program/refusal.h"
+#include "app/progress/long_work.h"
 #include "host/utf.h"
 #include "views/batch_dialog.h"
 #include "views/merge_dialog.h"
@@ -15,34 +16,18 @@ namespace desk::app {
 namespace {
 
 using tavrix::host::Narrow;
-using tavrix::host::Wide;
-using tavrix::viewkit::UserPort;
 using views::MoveDialog;
 
-views::LongRunner RunnerOf(const Workplace& place) {
-  return
-      [&place](const std::string& title, const std::function<void(const book::Progress&)>& work) {
-        RunLong(place.frame.Hwnd(), Wide(title), work);
-      };
-}
+constexpr char kTitle[] = "提示：";
 
 std::string SelectedCode(const Workplace& place) {
   const auto account = place.view.SelectedAccount();
   return account ? Narrow(account->code) : std::string();
 }
 
-/// An account for which the command is not there says so above the frame.
-void Asking(const Workplace& place, const std::function<void()>& body) {
-  try {
-    body();
-  } catch (const book::DatabaseError& error) {
-    if (error.Kind() != book::ErrorKind::kRefused) throw;
-    (void)place.user.Ask(error.what(), "提示：", UserPort::Icon::kWarning, UserPort::Buttons::kOk);
-  }
-}
-
 void AskForCode(const Workplace& place, MoveDialog::Purpose purpose) {
-  MoveDialog dialog(place.book.GetSession(), SelectedCode(place), purpose, RunnerOf(place));
+  MoveDialog dialog(place.book.GetSession(), SelectedCode(place), purpose,
+                    LongRunnerAbove(place.frame.Hwnd()));
   place.user.ShowModal(dialog);
   if (!dialog.Done()) return;
   std::map<std::string, std::string> codes;
@@ -55,16 +40,17 @@ void AskForCode(const Workplace& place, MoveDialog::Purpose purpose) {
 }  // namespace
 
 void AskRenumber(const Workplace& place) {
-  Asking(place, [&] { AskForCode(place, MoveDialog::Purpose::kRenumber); });
+  TellRefusal(place, kTitle, [&] { AskForCode(place, MoveDialog::Purpose::kRenumber); });
 }
 
 void AskMove(const Workplace& place) {
-  Asking(place, [&] { AskForCode(place, MoveDialog::Purpose::kMove); });
+  TellRefusal(place, kTitle, [&] { AskForCode(place, MoveDialog::Purpose::kMove); });
 }
 
 void AskMerge(const Workplace& place) {
-  Asking(place, [&] {
-    views::MergeDialog dialog(place.book.GetSession(), SelectedCode(place), RunnerOf(place));
+  TellRefusal(place, kTitle, [&] {
+    views::MergeDialog dialog(place.book.GetSession(), SelectedCode(place),
+                              LongRunnerAbove(place.frame.Hwnd()));
     place.user.ShowModal(dialog);
     if (!dialog.Done()) return;
     const book::MergePlan& plan = *dialog.Plan();
@@ -73,8 +59,9 @@ void AskMerge(const Workplace& place) {
 }
 
 void AskBatch(const Workplace& place) {
-  Asking(place, [&] {
-    views::BatchDialog dialog(place.book.GetSession(), SelectedCode(place), RunnerOf(place));
+  TellRefusal(place, kTitle, [&] {
+    views::BatchDialog dialog(place.book.GetSession(), SelectedCode(place),
+                              LongRunnerAbove(place.frame.Hwnd()));
     place.user.ShowModal(dialog);
   });
 }

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/work/long_work.h"
+#include "app/progress/long_work.h"
 #include "book/copy.h"
 #include "host/report.h"
 #include "host/utf.h"

@@ -8,6 +8,7 @@
 #include "app/com.h"
 #include "app/frame/new_book_dialog.h"
 #include "app/program/book_place.h"
+#include "app/program/book_settings.h"
 #include "app/program/history_commands.h"
 #include "app/program/name_column.h"
 #include "app/program/new_window.h"
@@ -31,9 +32,6 @@ using tavrix::host::Wide;
 
 constexpr wchar_t kTitle[] = L"会计科目";
 constexpr char kLeaveBook[] = "是否打开另一账簿？";
-constexpr char kDeskSection[] = "desk";
-constexpr char kCompanyKey[] = "company";
-constexpr char kCurrencyKey[] = "currency";
 constexpr wchar_t kSampleFile[] = L"示例账簿.book";
 constexpr char kSampleCompany[] = "示例商贸有限公司";
 
@@ -336,14 +334,13 @@ void Desk::TellBook() {
   std::wstring company;
   std::wstring currency;
   Trapped({}, [&] {
-    company = Wide(open_->book.Setting(kDeskSection, kCompanyKey));
-    currency = Wide(open_->book.Setting(kDeskSection, kCurrencyKey));
+    company = Wide(CompanyOf(open_->book));
+    currency = Wide(CurrencyOf(open_->book));
   });
   const std::wstring name = NameOf(file);
   const std::wstring title = IsOnServer(file) ? name : fs::path(file).stem().wstring();
   frame_->SetTitle(company.empty() ? title : company);
-  const bool usual = currency.empty() || currency == Wide(book::kUsualCurrency);
-  if (!usual) company += L"（本位币：" + currency + L"）";
+  if (!currency.empty()) company += L"（本位币：" + currency + L"）";
   frame_->SetBookTexts(company, MarkedName(open_->book, file));
 }
 

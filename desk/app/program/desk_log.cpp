@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/program/book_place.h"
+#include "app/program/book_settings.h"
 #include "book/database/connection_string.h"
 #include "book/odbc/wire_text.h"
 #include "book/session/engine_text.h"
@@ -96,7 +97,7 @@ void ShowAbout(tavrix::viewkit::UserPort& user, const DeskLog& log, const book::
   if (book != nullptr) {
     book::Connection& connection = book->GetSession().Own();
     facts = {{"账簿", Narrow(NameOf(place))},
-             {"单位", book->Setting("desk", "company")},
+             {"单位", CompanyOf(*book)},
              {"位置", PlaceText(place)},
              {"数据库", book::EngineText(connection)},
              {"账簿格式", VersionOf(connection)},

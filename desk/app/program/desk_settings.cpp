@@ -163,9 +163,9 @@ int DeskSettings::AccountWidth() {
 std::optional<views::PrintSetup> DeskSettings::Paper() {
   const views::PrintSetup paper{.width = static_cast<int>(Number(kPrint, "PaperWidth", 0)),
                                 .height = static_cast<int>(Number(kPrint, "PaperHeight", 0))};
-  constexpr int kLeast = 4000;  // twips
-  constexpr int kMost = 60000;
-  const bool usable = paper.width >= kLeast && paper.height >= paper.width && paper.height < kMost;
+  constexpr int kMin = 4000;  // twips
+  constexpr int kMax = 60000;
+  const bool usable = paper.width >= kMin && paper.height >= paper.width && paper.height < kMax;
   return usable ? std::optional(paper) : std::nullopt;
 }
 

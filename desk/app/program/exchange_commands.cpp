@@ -6,14 +6,17 @@
 #include <utility>
 
 #include "app/frame/file_dialog.h"
+#include "app/frame/today.h"
 #include "app/program/book_place.h"
-#include "app/work/long_work.h"
+#include "app/program/book_settings.h"
+#include "app/progress/long_work.h"
 #include "book/exchange/export_file.h"
 #include "book/exchange/import_chart.h"
 #include "book/files/files.h"
 #include "book/files/paths.h"
 #include "book/ledger/mnemonics.h"
 #include "host/utf.h"
+#include "views/date_text.h"
 #include "views/import_dialog.h"
 #include "views/mnemonic_dialog.h"
 
@@ -30,25 +33,10 @@ constexpr wchar_t kSources[] = L"科目表 (*.xlsx;*.csv;*.txt)\0*.xlsx;*.csv;*.
 constexpr wchar_t kTargets[] =
     L"Excel 工作簿 (*.xlsx)\0*.xlsx\0CSV 文本 (*.csv)\0*.csv\0网页，可打印 (*.html)\0*.html\0";
 
-std::string Today() {
-  SYSTEMTIME now{};
-  GetLocalTime(&now);
-  return std::to_string(now.wYear) + " 年 " + std::to_string(now.wMonth) + " 月 " +
-         std::to_string(now.wDay) + " 日";
-}
-
 /// The company, or else the book.
 std::string SubjectOf(const Workplace& place) {
-  const std::string company = place.book.Setting("desk", "company");
+  const std::string company = CompanyOf(place.book);
   return company.empty() ? Narrow(NameOf(place.file)) : company;
-}
-
-/// As a file may be called.
-std::wstring FileNameOf(std::wstring name) {
-  for (wchar_t& unit : name) {
-    if (std::wstring_view(L"\\/:*?\"<>|").find(unit) != std::wstring_view::npos) unit = L'_';
-  }
-  return name;
 }
 
 /// The file that the user has named, with an ending; nothing when one that is there is to stay.
@@ -99,9 +87,9 @@ void ExportAccounts(const Workplace& place) {
   if (!chosen) return;
   const auto path = TargetOf(place, *chosen);
   if (!path) return;
-  const std::size_t count =
-      book::ExportChart(place.book.GetSession(), *path,
-                        {.title = "会计科目表", .subtitle = subject + "　" + Today()});
+  const std::size_t count = book::ExportChart(
+      place.book.GetSession(), *path,
+      {.title = "会计科目表", .subtitle = subject + "　" + views::DateText(Today())});
   place.frame.SetMessage(L"已导出 " + std::to_wstring(count) + L" 个科目：" + path->wstring());
 }
 

@@ -11,7 +11,8 @@
 #include <vector>
 
 #include "app/program/follow_codes.h"
-#include "app/work/long_work.h"
+#include "app/program/refusal.h"
+#include "app/progress/long_work.h"
 #include "book/journal/command_text.h"
 #include "book/journal/local_time.h"
 #include "book/journal/undo.h"
@@ -56,18 +57,13 @@ void Answer(const Workplace& place, const std::optional<HistoryEntry>& entry, bo
   if (!entry) return place.frame.SetMessage(L"没有可以" + what + L"的操作");
   if (!MayAnswer(place, *entry, undo ? "是否撤销？" : "是否重做？")) return;
   book::Session& session = place.book.GetSession();
-  try {
+  TellRefusal(place, kTitle, [&] {
     std::int64_t done = 0;
     RunLong(place.frame.Hwnd(), what, [&](const book::Progress& progress) {
       done = book::UndoCommand(session, entry->id, progress);
     });
     FollowChanges(place, done);
-  } catch (const book::WorkCancelled& cancelled) {
-    place.frame.SetMessage(Wide(cancelled.what()));
-  } catch (const book::DatabaseError& error) {
-    if (error.Kind() != book::ErrorKind::kRefused) throw;
-    (void)place.user.Ask(error.what(), kTitle, UserPort::Icon::kWarning, UserPort::Buttons::kOk);
-  }
+  });
 }
 
 }  // namespace
@@ -82,11 +78,7 @@ void RedoLast(const Workplace& place) {
 
 void ShowHistory(const Workplace& place) {
   book::Session& session = place.book.GetSession();
-  const HWND frame = place.frame.Hwnd();
-  const auto run_long = [frame](const std::string& title,
-                                const std::function<void(const book::Progress&)>& work) {
-    RunLong(frame, Wide(title), work);
-  };
+  const auto run_long = LongRunnerAbove(place.frame.Hwnd());
   place.sheets.Open(DeskSettings::kHistory, {},
                     {.make = [&session, run_long](viewkit::UserPort& user) {
                       return std::make_unique<views::HistoryView>(session, user, run_long);
@@ -94,9 +86,9 @@ void ShowHistory(const Workplace& place) {
 }
 
 std::string UserName() {
-  constexpr DWORD kMost = 257;  // a name's greatest length with its end
-  std::array<wchar_t, kMost> name{};
-  DWORD size = kMost;
+  constexpr DWORD kMax = 257;  // a name's greatest length with its end
+  std::array<wchar_t, kMax> name{};
+  DWORD size = kMax;
   if (GetUserNameW(name.data(), &size) == FALSE) return {};
   return Narrow(name.data());
 }

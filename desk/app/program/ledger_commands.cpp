@@ -3,6 +3,7 @@
 #include <chrono>
 #include <optional>
 
+#include "app/frame/today.h"
 #include "host/utf.h"
 #include "views/account_ledger_view.h"
 #include "views/opening_balance_view.h"
@@ -15,12 +16,6 @@ namespace desk::app {
 namespace {
 
 namespace viewkit = tavrix::viewkit;
-
-std::chrono::year_month_day Today() {
-  SYSTEMTIME now{};
-  GetLocalTime(&now);
-  return {std::chrono::year{now.wYear}, std::chrono::month{now.wMonth}, std::chrono::day{now.wDay}};
-}
 
 void OpenAccount(const Workplace& place, const std::string& code,
                  const std::optional<book::Period>& period);

@@ -11,7 +11,7 @@ namespace {
 
 // Others can read a command line, and the place of a book may hold a password.
 constexpr wchar_t kBook[] = L"TAVRIX_DESK_BOOK";
-constexpr std::size_t kMostUnits = 32767;
+constexpr std::size_t kMaxUnits = 32767;
 
 struct HandleCloser {
   void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
@@ -42,7 +42,7 @@ BOOL CALLBACK Compare(HWND other, LPARAM parameter) {
 }  // namespace
 
 void OpenNewWindow(const std::wstring& book) {
-  std::array<wchar_t, kMostUnits> program{};
+  std::array<wchar_t, kMaxUnits> program{};
   GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size()));
   STARTUPINFOW start{};
   start.cb = sizeof start;
@@ -58,18 +58,18 @@ void OpenNewWindow(const std::wstring& book) {
 }
 
 std::wstring BookOfNewWindow() {
-  std::array<wchar_t, kMostUnits> book{};
+  std::array<wchar_t, kMaxUnits> book{};
   const DWORD length = GetEnvironmentVariableW(kBook, book.data(), static_cast<DWORD>(book.size()));
   SetEnvironmentVariableW(kBook, nullptr);
   return length < book.size() ? std::wstring(book.data(), length) : std::wstring();
 }
 
 void StepAside(HWND window) {
-  constexpr int kMostSteps = 10;
+  constexpr int kMaxSteps = 10;
   const int step = GetSystemMetrics(SM_CYCAPTION) + GetSystemMetrics(SM_CYSIZEFRAME);
   const RECT work = tavrix::viewkit::win32::WorkArea(window);
   Search search{window, {}, false};
-  for (int i = 0; i < kMostSteps && !IsZoomed(window); ++i) {
+  for (int i = 0; i < kMaxSteps && !IsZoomed(window); ++i) {
     GetWindowRect(window, &search.place);
     search.taken = false;
     EnumWindows(&Compare, reinterpret_cast<LPARAM>(&search));

@@ -1,18 +1,19 @@
 #include "app/program/print_commands.h"
 
-#include <array>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "app/automation/view_grid.h"
 #include "app/com.h"
+#include "app/frame/today.h"
 #include "app/print/preview_window.h"
 #include "app/print/printer.h"
 #include "app/program/book_place.h"
-#include "book/ledger/template.h"
+#include "app/program/book_settings.h"
 #include "host/utf.h"
 #include "views/chart_print.h"
+#include "views/date_text.h"
 #include "views/grid_print.h"
 
 namespace desk::app {
@@ -23,22 +24,13 @@ using views::PrintTable;
 
 constexpr char kPreviewSection[] = "Preview";
 
-std::string Today() {
-  SYSTEMTIME now{};
-  GetLocalTime(&now);
-  std::array<wchar_t, 16> text{};
-  swprintf(text.data(), text.size(), L"%04d-%02d-%02d", now.wYear, now.wMonth, now.wDay);
-  return Narrow(text.data());
-}
-
 /// What stands around the rows, whatever they are.
 PrintTable Headed(PrintTable table, const Workplace& place) {
-  const std::string company = place.book.Setting("desk", "company");
-  const std::string currency = place.book.Setting("desk", "currency");
+  const std::string company = CompanyOf(place.book);
+  const std::string currency = CurrencyOf(place.book);
   if (!company.empty()) table.left = "单位名称：" + company;
-  const bool usual = currency.empty() || currency == book::kUsualCurrency;
-  table.right = usual ? "金额单位：元" : "币种：" + currency;
-  table.foot = Narrow(NameOf(place.file)) + "    打印日期：" + Today();
+  table.right = currency.empty() ? "金额单位：元" : "币种：" + currency;
+  table.foot = Narrow(NameOf(place.file)) + "    打印日期：" + views::DateText(Today());
   return table;
 }
 

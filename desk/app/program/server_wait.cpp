@@ -3,7 +3,7 @@
 #include <exception>
 #include <string>
 
-#include "app/work/long_work.h"
+#include "app/progress/long_work.h"
 
 namespace desk::app {
 namespace {

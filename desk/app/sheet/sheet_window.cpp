@@ -19,11 +19,6 @@ constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
 constexpr int kMinDesignWidth = 620;
 constexpr int kMinDesignHeight = 260;
 
-const win32::WindowClass& SheetClass() {
-  static const win32::WindowClass sheet(L"DeskSheet", 0);
-  return sheet;
-}
-
 }  // namespace
 
 std::shared_ptr<SheetWindow> SheetWindow::Make(HWND frame, SharedStyle style, const Plan& plan,
@@ -36,7 +31,8 @@ std::shared_ptr<SheetWindow> SheetWindow::Make(HWND frame, SharedStyle style, co
       win32::WindowsUser({.owner = [&self] { return self.Hwnd(); },
                           .modal = [&self](bool modal) { self.calls_.modal(self.Hwnd(), modal); }});
   self.view_ = plan.make(self.user_);
-  self.Create(SheetClass(), {.text = Wide(self.view_->Title()).c_str(), .style = kStyle});
+  self.Create(win32::ClassNamed(L"DeskSheet"),
+              {.text = Wide(self.view_->Title()).c_str(), .style = kStyle});
   self.view_->TitleChanged.Add(
       [&self] { SetWindowTextW(self.Hwnd(), Wide(self.view_->Title()).c_str()); });
   for (const UINT size : {UINT{ICON_SMALL}, UINT{ICON_BIG}}) {  // the frame's, which outlive this

@@ -175,7 +175,7 @@ BatchChart ReadBatchChart(Session& session) {
       "or exists(select 1 from gl_accsum s where s.ccode=g.ccode)"
       "or exists(select 1 from gl_accass a where a.ccode=g.ccode)",
       Origin::kDesk);
-  while (rows->Next()) ids.insert(static_cast<std::int64_t>(rows->Get(0).ToNumber()));
+  while (rows->Next()) ids.insert(IntegerAt(*rows, 0));
   for (std::size_t i = 0; i < chart.accounts.size(); ++i) {
     chart.posted[i] = ids.contains(chart.accounts[i].id);
   }

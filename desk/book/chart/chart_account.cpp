@@ -39,7 +39,7 @@ std::vector<ChartAccount> ReadAccounts(Session& session, const std::string& cond
   while (rows->Next()) {
     const auto text = [&](int column) { return rows->Get(column).ToText(); };
     const auto flag = [&](int column) { return rows->Get(column).ToNumber() != 0; };
-    ChartAccount account{.id = static_cast<std::int64_t>(rows->Get(kId).ToNumber()),
+    ChartAccount account{.id = IntegerAt(*rows, kId),
                          .code = text(kCode),
                          .name = text(kName),
                          .category = text(kCategory),
@@ -61,7 +61,7 @@ std::int64_t CountIn(Session& session, const std::string& ledger, const std::str
                      Values parameters) {
   const auto rows = session.Own().Query("select count(*) from " + ledger + " where " + condition,
                                         Origin::kDesk, parameters);
-  return rows->Next() ? static_cast<std::int64_t>(rows->Get(0).ToNumber()) : 0;
+  return rows->Next() ? IntegerAt(*rows, 0) : 0;
 }
 
 }  // namespace
@@ -107,7 +107,7 @@ PostingCount CountPostings(Session& session, const std::string& code, bool with_
       "select count(*),sum(debit),sum(credit) from gl_accsum where " + condition, Origin::kDesk,
       parameters);
   if (!rows->Next()) return count;
-  count.totals = static_cast<std::int64_t>(rows->Get(0).ToNumber());
+  count.totals = IntegerAt(*rows, 0);
   count.debit = AmountAt(*rows, 1);
   count.credit = AmountAt(*rows, 2);
   return count;

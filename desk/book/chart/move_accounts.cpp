@@ -91,11 +91,11 @@ class Mover {
     const std::int64_t before = state_.done;
     const auto ids = connection_.Query("select min(i_id),max(i_id) from " + ledger, Origin::kDesk);
     const bool any = ids->Next();
-    const auto first = any ? static_cast<std::int64_t>(ids->Get(0).ToNumber()) : 0;
-    const auto end = any ? static_cast<std::int64_t>(ids->Get(1).ToNumber()) + 1 : 0;
+    const auto first = any ? IntegerAt(*ids, 0) : 0;
+    const auto end = any ? IntegerAt(*ids, 1) + 1 : 0;
     // Where most rows move, going by codes would read every part of the ledger again and again.
-    constexpr std::int64_t kMost = 3;
-    if (rows > (end - first) / kMost) {
+    constexpr std::int64_t kMax = 3;
+    if (rows > (end - first) / kMax) {
       MoveByRows(ledger, first, end);
     } else if (rows > 0) {
       MoveByCodes(ledger);

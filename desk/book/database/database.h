@@ -102,6 +102,12 @@ class Rows {
   Rows& operator=(const Rows&) = default;
 };
 
+/// A whole number of the current row, such as a key or a count; some engines make it a number with
+/// a fraction, or a text.
+[[nodiscard]] inline std::int64_t IntegerAt(const Rows& rows, int column) {
+  return static_cast<std::int64_t>(rows.Get(column).ToNumber());
+}
+
 using Values = std::span<const host::Value>;
 
 /// Whether what goes between the desk and a book can be read on its way.

@@ -60,9 +60,8 @@ bool IsSet(const host::Value& value) {
 
 KeptAccount AccountAt(const Rows& rows) {
   constexpr int kBefore = 3;
-  KeptAccount kept{.id = static_cast<std::int64_t>(rows.Get(0).ToNumber()),
-                   .level = rows.Get(1).ToLong(),
-                   .leaf = IsSet(rows.Get(2))};
+  KeptAccount kept{
+      .id = IntegerAt(rows, 0), .level = rows.Get(1).ToLong(), .leaf = IsSet(rows.Get(2))};
   int column = kBefore;
   for (const FieldInfo& info : kFields) {
     const host::Value value = rows.Get(column++);

@@ -68,8 +68,8 @@ void AppendRow(std::string& html, const KeptAccount& kept,
   for (const AccountField field : fields) {
     const std::string text = Escaped(kept.account.Shown(field));
     if (field == kName) {
-      constexpr int kMost = 20;
-      const int indent = std::clamp(kept.level - 1, 0, kMost) * 3 / 2;
+      constexpr int kMax = 20;
+      const int indent = std::clamp(kept.level - 1, 0, kMax) * 3 / 2;
       html += "<td class=\"n\" style=\"padding-left:" + std::to_string(indent) + ".4em\">";
     } else {
       html += IsFlag(field) ? "<td class=\"f\">" : "<td>";

@@ -132,8 +132,8 @@ class SharedTextSink final : public XmlSink {
 
  private:
   void Start() {
-    constexpr std::size_t kMost = 2'000'000;
-    if (texts_.size() >= kMost) throw SourceError("工作簿中的文字太多");
+    constexpr std::size_t kMax = 2'000'000;
+    if (texts_.size() >= kMax) throw SourceError("工作簿中的文字太多");
     texts_.emplace_back();
   }
 

@@ -14,13 +14,13 @@ namespace desk::book {
 /// becomes NAME.1, the one before it NAME.2. What cannot be written is left out, without a word.
 class LogFile {
  public:
-  static constexpr std::uintmax_t kMostBytes = 1'000'000;
+  static constexpr std::uintmax_t kMaxBytes = 1'000'000;
 
   struct Plan {
     std::filesystem::path path;
     std::string writer = {};                ///< tells the programs apart
     std::function<std::string()> now = {};  ///< what each line begins with
-    std::uintmax_t most_bytes = kMostBytes;
+    std::uintmax_t most_bytes = kMaxBytes;
   };
   explicit LogFile(Plan plan) : plan_(std::move(plan)) {}
 

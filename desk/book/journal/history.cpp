@@ -22,7 +22,7 @@ host::RowSet RowsOf(Session& session, const std::string& query) {
   return set;
 }
 
-std::int64_t Whole(const host::RowSet& rows, std::size_t row, std::size_t column) {
+std::int64_t IntegerIn(const host::RowSet& rows, std::size_t row, std::size_t column) {
   return static_cast<std::int64_t>(host::Value(rows.Text(row, column)).ToNumber());
 }
 
@@ -57,9 +57,9 @@ std::map<std::int64_t, Numbers> NumbersOf(Session& session, const std::string& w
           "where id=a),'')<>coalesce((select new_row from desk_change where id=b),'') group by "
           "command_id)g join desk_change d on d.id=g.first");
   for (std::size_t i = 0; i < changes.Rows(); ++i) {
-    numbers[Whole(changes, i, 0)] = {.accounts = Whole(changes, i, 1),
-                                     .postings = 0,
-                                     .subject = SubjectOf(RowImage(TextIn(changes, i, 2)))};
+    numbers[IntegerIn(changes, i, 0)] = {.accounts = IntegerIn(changes, i, 1),
+                                         .postings = 0,
+                                         .subject = SubjectOf(RowImage(TextIn(changes, i, 2)))};
   }
   const host::RowSet moves =
       RowsOf(session,
@@ -67,8 +67,8 @@ std::map<std::int64_t, Numbers> NumbersOf(Session& session, const std::string& w
              "and " +
                  which + " group by command_id");
   for (std::size_t i = 0; i < moves.Rows(); ++i) {
-    const auto found = numbers.find(Whole(moves, i, 0));
-    if (found != numbers.end()) found->second.postings = Whole(moves, i, 1);
+    const auto found = numbers.find(IntegerIn(moves, i, 0));
+    if (found != numbers.end()) found->second.postings = IntegerIn(moves, i, 1);
   }
   return numbers;
 }
@@ -94,15 +94,15 @@ std::vector<HistoryEntry> Read(Session& session, const std::string& of_command,
                           of_command + " order by id desc");
   std::vector<HistoryEntry> history;
   for (std::size_t i = 0; i < rows.Rows(); ++i) {
-    const auto found = numbers.find(Whole(rows, i, 0));
-    const auto turn = static_cast<int>(Whole(rows, i, 2));
+    const auto found = numbers.find(IntegerIn(rows, i, 0));
+    const auto turn = static_cast<int>(IntegerIn(rows, i, 2));
     // Who has changed nothing is not told of, unless an undo would not find its place.
     if (found == numbers.end() && turn == 0) continue;
     const Numbers of = found == numbers.end() ? Numbers() : found->second;
-    history.push_back({.id = Whole(rows, i, 0),
-                       .kind = static_cast<CommandKind>(Whole(rows, i, 1)),
+    history.push_back({.id = IntegerIn(rows, i, 0),
+                       .kind = static_cast<CommandKind>(IntegerIn(rows, i, 1)),
                        .turn = turn,
-                       .target = Whole(rows, i, 3),
+                       .target = IntegerIn(rows, i, 3),
                        .title = TextIn(rows, i, 4),
                        .who = TextIn(rows, i, 5),
                        .made_at = TextIn(rows, i, 6),
@@ -164,7 +164,7 @@ std::vector<AccountChange> ReadChanges(Session& session, std::int64_t command, s
   std::vector<AccountChange> changes;
   changes.reserve(rows.Rows());
   for (std::size_t i = 0; i < rows.Rows(); ++i) {
-    changes.push_back({.id = Whole(rows, i, 0),
+    changes.push_back({.id = IntegerIn(rows, i, 0),
                        .before = RowImage(TextIn(rows, i, 1)),
                        .after = RowImage(TextIn(rows, i, 2))});
   }
@@ -194,9 +194,9 @@ std::vector<PostingMove> ReadMoves(Session& session, std::int64_t command) {
   for (std::size_t i = 0; i < rows.Rows(); ++i) {
     moves.push_back({.from = TextIn(rows, i, 0),
                      .to = TextIn(rows, i, 1),
-                     .entries = Whole(rows, i, 2),
-                     .totals = Whole(rows, i, 3),
-                     .follows = Whole(rows, i, 4) != 0});
+                     .entries = IntegerIn(rows, i, 2),
+                     .totals = IntegerIn(rows, i, 3),
+                     .follows = IntegerIn(rows, i, 4) != 0});
   }
   return moves;
 }

@@ -131,7 +131,7 @@ class Undo {
       const auto rows = connection_.Query(
           "select i_id,ccode from gl_code where ccode in(" + list + ")", Origin::kDesk);
       while (rows->Next()) {
-        if (own.contains(static_cast<std::int64_t>(rows->Get(0).ToNumber()))) continue;
+        if (own.contains(IntegerAt(*rows, 0))) continue;
         Refuse("编码 " + rows->Get(1).ToText() + " 现在是另一个科目的");
       }
     }
@@ -183,7 +183,7 @@ class Undo {
                                 rows->Get(2).ToText() + " and " + rows->Get(3).ToText(),
                        .there = (many ? "+" : "") + ledger + ".ccode=m.to_code and " + ledger +
                                 ".i_id between m.first_id and m.last_id",
-                       .postings = static_cast<std::int64_t>(rows->Get(4).ToNumber())});
+                       .postings = IntegerAt(*rows, 4)});
     }
     return moves;
   }

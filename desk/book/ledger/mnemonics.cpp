@@ -9,7 +9,7 @@ std::vector<MnemonicAccount> ReadMnemonics(Session& session) {
       "select i_id,ccode,ccode_name,chelp from gl_code order by ccode", Origin::kDesk);
   std::vector<MnemonicAccount> accounts;
   while (rows->Next()) {
-    accounts.push_back({.id = static_cast<std::int64_t>(rows->Get(0).ToNumber()),
+    accounts.push_back({.id = IntegerAt(*rows, 0),
                         .code = rows->Get(1).ToText(),
                         .name = rows->Get(2).ToText(),
                         .mnemonic = rows->Get(3).ToText()});

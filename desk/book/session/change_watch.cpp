@@ -25,8 +25,8 @@ class Digest final : public CellSink {
   std::uint64_t sum_ = 0xCBF29CE484222325;
 };
 
-// Postings are added and never taken away; what moves them from account to account changes
-// accounts.
+// Postings are added; what moves them from account to account changes accounts. Opening balances
+// that are written anew without a new row are not noticed.
 constexpr const char* kServerPostings =
     "select (select max(i_id)from gl_accvouch),(select max(i_id)from gl_accass),(select max(i_id)"
     "from gl_accsum)";

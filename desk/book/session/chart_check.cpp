@@ -67,9 +67,7 @@ class Finder {
   void Add(ChartFault::Kind kind, const std::string& query) {
     const auto rows = connection_.Query(query, Origin::kDesk);
     while (rows->Next()) {
-      faults_.push_back({.kind = kind,
-                         .id = static_cast<std::int64_t>(rows->Get(0).ToNumber()),
-                         .code = rows->Get(1).ToText()});
+      faults_.push_back({.kind = kind, .id = IntegerAt(*rows, 0), .code = rows->Get(1).ToText()});
     }
   }
 

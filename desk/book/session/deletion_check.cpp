@@ -37,7 +37,7 @@ std::vector<Found> AccountsFrom(Connection& connection, const std::string& code)
                        Origin::kDesk, bounds);
   std::vector<Found> found;
   while (rows->Next()) {
-    found.push_back({static_cast<std::int64_t>(rows->Get(0).ToNumber()), rows->Get(1).ToText()});
+    found.push_back({IntegerAt(*rows, 0), rows->Get(1).ToText()});
   }
   return found;
 }
@@ -45,7 +45,7 @@ std::vector<Found> AccountsFrom(Connection& connection, const std::string& code)
 /// Later accounts have greater identifiers.
 std::int64_t Newest(Connection& connection) {
   const auto rows = connection.Query("select max(i_id) from gl_code", Origin::kDesk);
-  return rows->Next() ? static_cast<std::int64_t>(rows->Get(0).ToNumber()) : 0;
+  return rows->Next() ? IntegerAt(*rows, 0) : 0;
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ constexpr std::int64_t kKeptChanges = 200000;
 
 std::int64_t NumberIn(Connection& connection, const std::string& query, Values parameters = {}) {
   const auto rows = connection.Query(query, Origin::kDesk, parameters);
-  const std::int64_t number = rows->Next() ? static_cast<std::int64_t>(rows->Get(0).ToNumber()) : 0;
+  const std::int64_t number = rows->Next() ? IntegerAt(*rows, 0) : 0;
   while (rows->Next()) {  // a statement that also changes something runs to its end
   }
   return number;

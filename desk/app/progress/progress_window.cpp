@@ -1,4 +1,4 @@
-#include "app/work/progress_window.h"
+#include "app/progress/progress_window.h"
 
 #include <commctrl.h>
 
@@ -23,11 +23,6 @@ constexpr int kHeight = kButtonTop + kButtonHeight + kMargin;
 constexpr int kWhole = 1000;
 constexpr WORD kCancelId = IDCANCEL;
 
-const win32::WindowClass& ProgressClass() {
-  static const win32::WindowClass progress(L"DeskProgress");
-  return progress;
-}
-
 HWND MakeChild(HWND parent, const wchar_t* window_class, const wchar_t* text, DWORD style,
                WORD id) {
   return CreateWindowExW(0, window_class, text, WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, parent,
@@ -42,7 +37,7 @@ std::shared_ptr<ProgressWindow> ProgressWindow::Show(HWND owner, const std::wstr
   const UINT dpi = owner == nullptr ? GetDpiForSystem() : GetDpiForWindow(owner);
   window->style_ = std::make_shared<const Style>(static_cast<int>(dpi));
   window->Create(
-      ProgressClass(),
+      win32::ClassNamed(L"DeskProgress"),
       {.text = title.c_str(), .style = kStyle, .extended_style = kExtendedStyle, .parent = owner});
   window->MakeChildren();
   const auto design = [&](int pixels) { return window->style_->scale.Design(pixels); };

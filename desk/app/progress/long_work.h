@@ -54,4 +54,9 @@ class LongWork {
 void RunLong(HWND owner, const std::wstring& title,
              const std::function<void(const book::Progress& progress)>& work);
 
+/// The same for views, which know no windows.
+[[nodiscard]] std::function<void(const std::string& title,
+                                 const std::function<void(const book::Progress& progress)>& work)>
+LongRunnerAbove(HWND owner);
+
 }  // namespace desk::app

@@ -1,9 +1,9 @@
-#include "app/work/long_work.h"
+#include "app/progress/long_work.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "app/work/progress_window.h"
+#include "app/progress/progress_window.h"
 #include "host/utf.h"
 
 namespace desk::app {
@@ -107,6 +107,13 @@ void RunLong(HWND owner, const std::wstring& title,
              const std::function<void(const book::Progress& progress)>& work) {
   LongWork window(owner, title);
   work([&](const book::WorkState& state) { return window.Show(state); });
+}
+
+std::function<void(const std::string&, const std::function<void(const book::Progress&)>&)>
+LongRunnerAbove(HWND owner) {
+  return [owner](const std::string& title, const std::function<void(const book::Progress&)>& work) {
+    RunLong(owner, tavrix::host::Wide(title), work);
+  };
 }
 
 }  // namespace desk::app
