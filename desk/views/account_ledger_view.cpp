@@ -239,20 +239,21 @@ std::string AccountLedgerView::CodeNow() const {
 }
 
 /// Often nobody has asked for it: what has gone is said at the foot, without a question.
-void AccountLedgerView::Reload() {
-  Trapped([this] {
-    const std::string code = CodeNow();
-    if (code.empty()) {
-      return summary_.SetCaption("科目 " + ledger_.card.account.code +
-                                 " 已不在科目表中（已删除或合并），以上是此前的内容");
-    }
-    const int row = grid_.Row();
-    const int top = grid_.TopRow();
-    FillMonths(ChosenPeriod());
-    Load(code, ledger_.first);
-    grid_.SetRow(std::min(row, grid_.Rows() - 1));
-    grid_.SetTopRow(top);
-  });
+void AccountLedgerView::Read() {
+  const std::string code = CodeNow();
+  if (code.empty()) {
+    return summary_.SetCaption("科目 " + ledger_.card.account.code +
+                               " 已不在科目表中（已删除或合并），以上是此前的内容");
+  }
+  const int row = grid_.Row();
+  const int top = grid_.TopRow();
+  const std::string typed = code_.Text();
+  const bool begun = typed != ledger_.card.account.code;
+  FillMonths(ChosenPeriod());
+  Load(code, ledger_.first);
+  if (begun) code_.SetText(typed);
+  grid_.SetRow(std::min(row, grid_.Rows() - 1));
+  grid_.SetTopRow(top);
 }
 
 void AccountLedgerView::TakeTyped() {

@@ -53,11 +53,11 @@ class AccountLedgerView : public Sheet {
   [[nodiscard]] std::string Subtitle() const override;
   [[nodiscard]] std::string Key() const override { return ledger_.card.account.code; }
   void Resize(int width, int height) override;
-  void Reload() override;
   [[nodiscard]] std::vector<MenuItem> Menu() override;
   [[nodiscard]] bool UseKey(viewkit::Key key, viewkit::Modifiers modifiers) override;
 
  private:
+  void Read() override;
   void MakeControls();
   void FillMonths(const std::optional<book::Period>& wanted);
   [[nodiscard]] std::optional<book::Month> MonthOf(const viewkit::ComboBox& box) const;

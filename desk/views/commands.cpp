@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "views/caption_text.h"
+
 namespace desk::views {
 namespace {
 
@@ -26,6 +28,17 @@ constexpr Key Function(int number) {
 
 using enum Command;
 using enum MenuGroup;
+
+/// No wider than a menu should be.
+std::string Shortened(std::string_view text) {
+  constexpr int kMaxCharacters = 30;
+  int characters = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool begins = (static_cast<unsigned char>(text[i]) & 0xC0) != 0x80;
+    if (begins && ++characters > kMaxCharacters) return std::string(text.substr(0, i)) + "…";
+  }
+  return std::string(text);
+}
 
 constexpr CommandInfo LevelInfo(int level, const char* text, const char* key) {
   return {.command = static_cast<Command>(IdOf(kLevelFirst) + level - 1),
@@ -358,7 +371,13 @@ const CommandInfo* FindCommand(Command command) {
 }
 
 std::string EntryText(const CommandInfo& info) {
+  return EntryText(info, {});
+}
+
+std::string EntryText(const CommandInfo& info, std::string_view deed) {
   std::string text = info.menu_text;
+  if (!deed.empty())
+    text.insert(std::min(text.find('('), text.size()), "：" + EscapedCaption(Shortened(deed)));
   if (info.key.code != Key{}) text.append("\t").append(info.key.name);
   return text;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "viewkit/input.h"
 #include "views/icon.h"
@@ -133,6 +134,9 @@ inline constexpr std::size_t kCommandCount = 49;
 
 /// The menu text with the key behind a tab.
 [[nodiscard]] std::string EntryText(const CommandInfo& info);
+/// The same for a command whose entry says what it would do at this moment: "撤销：新增科目
+/// 1002(&Z)". What is long is cut; an empty `deed` gives the plain text.
+[[nodiscard]] std::string EntryText(const CommandInfo& info, std::string_view deed);
 /// The tip with the key in brackets.
 [[nodiscard]] std::string TipText(const CommandInfo& info);
 

@@ -123,8 +123,8 @@ void HistoryView::Resize(int width, int height) {
   details_.SetBounds({0, below, width, std::max(0, height - below)});
 }
 
-void HistoryView::Reload() {
-  Trapped([this] { Load(); });
+void HistoryView::Read() {
+  Load();
 }
 
 /// The chosen command stays chosen; at first it is the newest.

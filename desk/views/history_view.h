@@ -33,7 +33,6 @@ class HistoryView : public Sheet {
   // Sheet
   [[nodiscard]] std::string Title() const override;
   void Resize(int width, int height) override;
-  void Reload() override;
   [[nodiscard]] std::vector<MenuItem> Menu() override;
   [[nodiscard]] bool UseKey(viewkit::Key key, viewkit::Modifiers modifiers) override;
 
@@ -41,6 +40,7 @@ class HistoryView : public Sheet {
   [[nodiscard]] viewkit::CommandButton& UndoButton() { return undo_; }
 
  private:
+  void Read() override;
   void MakeGrids();
   void Load();
   void ShowDetails();

@@ -5,6 +5,7 @@
 
 #include "book/ledger/money_text.h"
 #include "host/text.h"
+#include "views/caption_text.h"
 #include "views/move_dialog.h"
 
 namespace desk::views {

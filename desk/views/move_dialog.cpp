@@ -6,6 +6,7 @@
 #include "book/ledger/money_text.h"
 #include "host/report.h"
 #include "host/text.h"
+#include "views/caption_text.h"
 #include "views/posting_account.h"
 
 namespace desk::views {

@@ -311,13 +311,11 @@ void OpeningBalanceView::Save() {
   });
 }
 
-void OpeningBalanceView::Reload() {
+void OpeningBalanceView::Read() {
   if (HasChanges()) return;
-  Trapped([this] {
-    const std::size_t row = Chosen().value_or(0);
-    accounts_ = book::ReadOpening(session_);
-    ShowRows(row);
-  });
+  const std::size_t row = Chosen().value_or(0);
+  accounts_ = book::ReadOpening(session_);
+  ShowRows(row);
 }
 
 bool OpeningBalanceView::MayClose() {

@@ -29,8 +29,6 @@ class OpeningBalanceView : public Sheet {
   // Sheet
   [[nodiscard]] std::string Title() const override { return "期初余额"; }
   void Resize(int width, int height) override;
-  /// What has been typed and not saved stays.
-  void Reload() override;
   [[nodiscard]] std::vector<MenuItem> Menu() override;
   [[nodiscard]] bool UseKey(viewkit::Key key, viewkit::Modifiers modifiers) override;
   [[nodiscard]] bool MayClose() override;
@@ -38,6 +36,8 @@ class OpeningBalanceView : public Sheet {
   [[nodiscard]] bool HasChanges() const { return !changed_.empty(); }
 
  private:
+  /// What has been typed and not saved stays.
+  void Read() override;
   /// A row of the grid: an account, or one of its partners.
   struct Row {
     std::size_t account = 0;

@@ -6,6 +6,7 @@
 
 #include "host/report.h"
 #include "host/row_set.h"
+#include "views/caption_text.h"
 
 namespace desk::views {
 
@@ -18,12 +19,6 @@ constexpr int kListHeight = 4800;
 constexpr int kScrollBar = 300;
 
 }  // namespace
-
-std::string EscapedCaption(const std::string& text) {
-  std::string shown;
-  for (const char c : text) shown.append(c == '&' ? 2 : 1, c);
-  return shown;
-}
 
 PreviewDialog::PreviewDialog(const char* name, Plan plan, LongRunner run)
     : DialogModel(name), plan_(std::move(plan)), run_(std::move(run)) {

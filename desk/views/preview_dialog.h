@@ -23,9 +23,6 @@ namespace viewkit = tavrix::viewkit;
 using LongRunner = std::function<void(const std::string& title,
                                       const std::function<void(const book::Progress&)>&)>;
 
-/// For the caption of a label, which takes "&" for a mnemonic: names of accounts may hold one.
-[[nodiscard]] std::string EscapedCaption(const std::string& text);
-
 /// A dialog for a command that shows, while the user types, what it would do: a form of a few rows,
 /// the list of what changes and why something cannot, a line that sums it up, and the button that
 /// carries it out, grey as long as it cannot.

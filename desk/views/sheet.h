@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/flag_scope.h"
 #include "host/report.h"
 #include "viewkit/event.h"
 #include "viewkit/grid/flex_grid.h"
@@ -43,8 +44,15 @@ class Sheet {
   [[nodiscard]] const viewkit::ControlList& Controls() const { return controls_; }
   /// Puts the controls where they belong in a window of this size (twips).
   virtual void Resize(int width, int height) = 0;
-  /// Reads the book again; what the user has chosen stays. Tells the user of a failure itself.
-  virtual void Reload() = 0;
+  /// Reads the book again, as the user wants it; what has been chosen stays, and a failure is told.
+  void Reload() {
+    Trapped([this] { Read(); });
+  }
+  /// The same where nobody has asked: no box opens. Throws what the book raises.
+  void Follow() {
+    const host::FlagScope unasked(unasked_);
+    Read();
+  }
   /// The grid in which the user works: its rows are copied and printed.
   [[nodiscard]] viewkit::FlexGrid& Grid() { return grid_; }
   /// What the menu of the window offers besides copying and reading again.
@@ -59,9 +67,12 @@ class Sheet {
 
  protected:
   [[nodiscard]] viewkit::UserPort& User() { return user_; }
-  /// Runs what the user has asked for; a failure is told to the user.
+  /// Reads the book again; throws what it raises.
+  virtual void Read() = 0;
+  /// Runs what the user has asked for; a failure is told to the user, and to who follows the book.
   template <class Body>
   void Trapped(Body&& body) {
+    if (unasked_) return body();
     try {
       body();
     } catch (const std::exception& error) {
@@ -77,6 +88,7 @@ class Sheet {
 
  private:
   viewkit::UserPort& user_;
+  bool unasked_ = false;  ///< the book is being read though nobody has asked
 };
 
 }  // namespace desk::views

@@ -351,11 +351,9 @@ void TrialBalanceView::GreySealed(const std::vector<book::TrialBalanceRow>& rows
   }
 }
 
-void TrialBalanceView::Reload() {
-  Trapped([this] {
-    ReadMonths();
-    Load();
-  });
+void TrialBalanceView::Read() {
+  ReadMonths();
+  Load();
 }
 
 void TrialBalanceView::Summarise(const std::vector<book::TrialBalanceRow>& rows) {
@@ -369,9 +367,12 @@ void TrialBalanceView::Summarise(const std::vector<book::TrialBalanceRow>& rows)
   }
   const std::string verdict =
       debit == credit ? "借贷平衡" : "借贷不平，差额 " + book::MoneyText(debit - credit);
-  summary_.SetCaption(std::to_string(rows.size()) + " 个科目    期末借方余额 " +
-                      book::MoneyText(debit) + "    期末贷方余额 " + book::MoneyText(credit) +
-                      "    " + verdict);
+  const auto unlisted = std::ranges::count(rows, false, &book::TrialBalanceRow::listed);
+  const auto listed = static_cast<std::ptrdiff_t>(rows.size()) - unlisted;
+  summary_.SetCaption(
+      std::to_string(listed) + " 个科目    期末借方余额 " + book::MoneyText(debit) +
+      "    期末贷方余额 " + book::MoneyText(credit) + "    " + verdict +
+      (unlisted == 0 ? "" : "    " + std::to_string(unlisted) + " 个编码不在科目表中"));
 }
 
 }  // namespace desk::views

@@ -53,7 +53,6 @@ class TrialBalanceView : public Sheet {
   [[nodiscard]] std::string Title() const override;
   [[nodiscard]] std::string Subtitle() const override;
   void Resize(int width, int height) override;
-  void Reload() override;
   [[nodiscard]] std::vector<MenuItem> Menu() override;
   [[nodiscard]] bool UseKey(viewkit::Key key, viewkit::Modifiers modifiers) override;
 
@@ -61,6 +60,7 @@ class TrialBalanceView : public Sheet {
   void AskLayout();
 
  private:
+  void Read() override;
   void MakeGrid();
   void ResetColumns();
   void MakeStrip();

@@ -163,18 +163,16 @@ void VoucherListView::ShowHeads(int row) {
   ShowLines();
 }
 
-void VoucherListView::Reload() {
-  Trapped([this] {
-    const auto before = Chosen();
-    const int top = grid_.TopRow();
-    Load();
-    if (!before) return;
-    const auto at = std::ranges::find(heads_, *before, &book::VoucherHead::key);
-    if (at == heads_.end()) return;
-    grid_.SetTopRow(top);
-    grid_.SetRow(grid_.FixedRows() + static_cast<int>(at - heads_.begin()));
-    grid_.ShowRow(grid_.Row());
-  });
+void VoucherListView::Read() {
+  const auto before = Chosen();
+  const int top = grid_.TopRow();
+  Load();
+  if (!before) return;
+  const auto at = std::ranges::find(heads_, *before, &book::VoucherHead::key);
+  if (at == heads_.end()) return;
+  grid_.SetTopRow(top);
+  grid_.SetRow(grid_.FixedRows() + static_cast<int>(at - heads_.begin()));
+  grid_.ShowRow(grid_.Row());
 }
 
 std::optional<book::VoucherKey> VoucherListView::Chosen() const {

@@ -28,11 +28,11 @@ class VoucherListView : public Sheet {
   [[nodiscard]] std::string Title() const override { return "凭证查询"; }
   [[nodiscard]] std::string Subtitle() const override { return sought_; }
   void Resize(int width, int height) override;
-  void Reload() override;
   [[nodiscard]] std::vector<MenuItem> Menu() override;
   [[nodiscard]] bool UseKey(viewkit::Key key, viewkit::Modifiers modifiers) override;
 
  private:
+  void Read() override;
   void MakeControls();
   void ArrangeSearch(int width);
   [[nodiscard]] book::VoucherSearch ReadSearch() const;

@@ -49,8 +49,10 @@ void VoucherSheet::Load() {
   reverse_.SetEnabled(!known.of && !known.by);
 }
 
-void VoucherSheet::Reload() {
-  Trapped([this] { Load(); });
+/// Often nobody has asked for it: what has gone is said at the foot, without a question.
+void VoucherSheet::Read() {
+  if (book::ReadVoucher(session_, key_)) return Load();
+  state_.SetCaption(book::VoucherName(key_) + "凭证已不在账簿中，以上是此前的内容");
 }
 
 void VoucherSheet::Copy() {

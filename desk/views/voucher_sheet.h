@@ -26,11 +26,11 @@ class VoucherSheet : public Sheet {
   [[nodiscard]] std::string Subtitle() const override { return head_.Caption(); }
   [[nodiscard]] std::string Key() const override { return KeyOf(key_); }
   void Resize(int width, int height) override;
-  void Reload() override;
   [[nodiscard]] std::vector<MenuItem> Menu() override;
   [[nodiscard]] bool UseKey(viewkit::Key key, viewkit::Modifiers modifiers) override;
 
  private:
+  void Read() override;
   void Load();
   void OpenAccount();
   void Copy();

@@ -10,6 +10,7 @@
 namespace desk::book {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -26,13 +27,14 @@ std::vector<std::string> Lines(const Book& book, const std::optional<Month>& mon
   return lines;
 }
 
-Book MakeTradedBook() {
+Book MakeTradedBook(const std::string& engine = tavrix::test::DefaultEngine()) {
   // A later code of the first category, as an own chart may have it.
-  Book book = tavrix::test::MakeBook({{.code = "1001", .name = "现金", .category = "资产"},
-                                      {.code = "1002", .name = "银行", .category = "资产"},
-                                      {.code = "100201", .name = "工行", .category = "资产"},
-                                      {.code = "2202", .name = "应付", .category = "负债"},
-                                      {.code = "9001", .name = "其他", .category = "资产"}});
+  Book book =
+      tavrix::test::MakeBookOn(engine, {{.code = "1001", .name = "现金", .category = "资产"},
+                                        {.code = "1002", .name = "银行", .category = "资产"},
+                                        {.code = "100201", .name = "工行", .category = "资产"},
+                                        {.code = "2202", .name = "应付", .category = "负债"},
+                                        {.code = "9001", .name = "其他", .category = "资产"}});
   const auto post = [&](int month, const char* debit, const char* credit, std::int64_t amount) {
     const std::vector<Entry> entries = {{.code = debit, .debit = amount},
                                         {.code = credit, .credit = amount}};
@@ -69,6 +71,34 @@ TEST(TrialBalance, AddsUpWhatTheLedgerHolds) {
               ElementsAre("资产|1002 银行|100201|工行|100.00|0.00|25.50|74.50",
                           "资产|9001 其他|9001|其他|25.50|0.00|0.00|25.50",
                           "负债|2202 应付|2202|应付|-100.00|0.00|0.00|-100.00"));
+}
+
+// Books of other makers hold postings on codes that the chart does not know. Whatever level is
+// shown, the rows come to what the ledger holds.
+TEST(TrialBalance, CodesThatAreNoAccountsHaveRowsOfTheirOwn) {
+  for (const char* engine : tavrix::test::Engines()) {
+    const Book book = MakeTradedBook(engine);
+    tavrix::test::Run(book, "update gl_accsum set ccode='1002''9' where ccode='1001'");
+    tavrix::test::Run(book, "update gl_accsum set ccode='7' where ccode='2202'");
+    for (const int level : {kLeafAccounts, kAllAccounts, 1, 2, 3}) {
+      std::vector<std::string> unlisted;
+      std::int64_t debit = 0;
+      std::int64_t credit = 0;
+      for (const TrialBalanceRow& row : ReadTrialBalance(book.GetSession(), {}, level)) {
+        if (!row.listed) unlisted.push_back(row.code + row.name + MoneyText(row.Closing()));
+        if (!row.leaf && level == kAllAccounts) continue;
+        debit += row.debit;
+        credit += row.credit;
+      }
+      EXPECT_THAT(unlisted, ElementsAre("1002'9（科目表中没有）0.00", "7（科目表中没有）-100.00"));
+      EXPECT_EQ(std::to_string(debit),
+                tavrix::test::Scalar(book, "select sum(debit) from gl_accsum"));
+      EXPECT_EQ(std::to_string(credit),
+                tavrix::test::Scalar(book, "select sum(credit) from gl_accsum"));
+    }
+    EXPECT_THAT(Lines(book, Month{2024, 2}),
+                Contains("无科目|7 （科目表中没有）|7|（科目表中没有）|-100.00|0.00|0.00|-100.00"));
+  }
 }
 
 }  // namespace

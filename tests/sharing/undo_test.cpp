@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <random>
 
+#include "book/journal/command_text.h"
 #include "book/journal/undo.h"
 #include "book/ledger/posting.h"
 #include "book/session/rules_pause.h"
@@ -37,7 +38,18 @@ class UndoTest : public testing::TestWithParam<const char*> {
   [[nodiscard]] static std::vector<book::HistoryEntry> History(const book::Book& of) {
     return book::ReadHistory(of.GetSession());
   }
+  /// What menus say is what the whole history comes to.
+  static void ExpectStepsOf(const book::Book& in) {
+    const auto told = [](const std::optional<book::HistoryEntry>& entry) {
+      return entry ? std::to_string(entry->id) + " " + book::DeedText(*entry) : std::string();
+    };
+    const book::HistorySteps steps = book::ReadSteps(in.GetSession());
+    const auto history = History(in);
+    EXPECT_EQ(told(steps.undo), told(book::NextToUndo(history)));
+    EXPECT_EQ(told(steps.redo), told(book::NextToRedo(history)));
+  }
   static void UndoLast(const book::Book& in) {
+    ExpectStepsOf(in);
     const auto entry = book::NextToUndo(History(in));
     ASSERT_TRUE(entry);
     (void)book::UndoCommand(in.GetSession(), entry->id);
@@ -221,6 +233,7 @@ TEST_P(UndoTest, EverythingComesBackByteForByteAndGoesAgain) {
     for (std::size_t i = 1; i < states.size(); ++i) {
       const auto entry = book::NextToRedo(History(look));
       ASSERT_TRUE(entry) << i;
+      ExpectStepsOf(look);
       (void)book::UndoCommand(desks[i % 2].Book().GetSession(), entry->id);
       ASSERT_EQ(StateOf(look), states[i]) << i;
     }
@@ -325,6 +338,15 @@ TEST_P(UndoTest, OtherProgramsChangesStayAndDoNotBlock) {
   UndoLast(book_);
   EXPECT_EQ(AllRows(book_, "select chelp from gl_code where i_id<3 order by i_id"),
             Texts({"", "b"}));
+  {
+    book::Transaction transaction(book_.GetSession());
+    const book::JournalCommand command(book_.GetSession(), CommandKind::kOther);
+    test::Run(book_, "update gl_code set chelp='c' where i_id=2");
+    test::Run(book_, "update gl_code set chelp='b' where i_id=2");
+    transaction.Commit();
+  }
+  EXPECT_TRUE(book::ReadSteps(book_.GetSession()).redo);
+  ExpectStepsOf(book_);
 }
 
 // Postings that have come back must not follow the next code on.

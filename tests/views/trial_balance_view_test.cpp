@@ -18,6 +18,7 @@
 namespace desk::views {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -200,6 +201,18 @@ TEST_F(TrialBalanceViewTest, LevelsShowParentsAndCountNothingTwice) {
   }
   EXPECT_THAT(opened, ElementsAre("1002 all"));
   Find<viewkit::CheckBox>(*view, "Chk").Click();  // grey: parents are there already
+  EXPECT_THAT(Lines(*view).back(), HasSubstr("125.50|125.50|100.00|100.00"));
+}
+
+// A foreign host has posted to codes that are no accounts.
+TEST_F(TrialBalanceViewTest, CodesOutsideTheChartCountAndAreNamed) {
+  const std::string total = Lines(*Open()).back();
+  tavrix::test::Run(book_, "update gl_accsum set ccode='7001' where ccode='1001'");
+  const auto view = Open();
+  EXPECT_EQ(Lines(*view).back(), total);
+  EXPECT_THAT(Lines(*view), Contains("无科目|7001|（科目表中没有）|||25.50||25.50||"));
+  EXPECT_THAT(Find<viewkit::Label>(*view, "Lbl", 1).Caption(), HasSubstr("1 个编码不在科目表中"));
+  Find<viewkit::ComboBox>(*view, "Combo", 1).SetText("全部");
   EXPECT_THAT(Lines(*view).back(), HasSubstr("125.50|125.50|100.00|100.00"));
 }
 

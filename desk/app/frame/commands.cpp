@@ -3,12 +3,14 @@
 #include <array>
 
 #include "host/utf.h"
+#include "views/caption_text.h"
 
 namespace desk::app {
 namespace {
 
 using enum Command;
 using enum views::MenuGroup;
+using tavrix::host::Narrow;
 using tavrix::host::Wide;
 using views::MenuGroup;
 
@@ -21,18 +23,12 @@ constexpr std::array kGroups = {GroupTitle{kBook, L"账簿(&B) "}, GroupTitle{kA
                                 GroupTitle{kLedger, L"账务(&P) "}, GroupTitle{kView, L"查看(&V) "},
                                 GroupTitle{kHelp, L"帮助(&H) "}};
 
-// File names may hold ampersands, which a menu would take for mnemonics.
-std::wstring WithoutMnemonics(const std::wstring& text) {
-  std::wstring escaped;
-  for (const wchar_t unit : text) escaped.append(unit == L'&' ? 2u : 1u, unit);
-  return escaped;
-}
-
 void AppendRecent(HMENU menu, const std::vector<std::wstring>& recent) {
   if (recent.empty()) return;
   AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
   for (std::size_t i = 0; i < recent.size() && i < kRecentBooks; ++i) {
-    const std::wstring text = L"&" + std::to_wstring(i + 1) + L"  " + WithoutMnemonics(recent[i]);
+    const std::wstring text =
+        L"&" + std::to_wstring(i + 1) + L"  " + Wide(views::EscapedCaption(Narrow(recent[i])));
     AppendMenuW(menu, MF_STRING, IdOf(kRecentFirst) + i, text.c_str());
   }
 }

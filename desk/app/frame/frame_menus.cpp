@@ -1,6 +1,7 @@
 #include <windowsx.h>
 
 #include "app/frame/frame_window.h"
+#include "host/utf.h"
 
 // The commands as the frame shows them: enabled and pressed, and menus at a place of the screen.
 namespace desk::app {
@@ -28,6 +29,19 @@ void FrameWindow::UpdateCommands() {
   }
 }
 
+void FrameWindow::ShowDeeds(HMENU menu) {
+  const auto deeds = owner_->OnDeeds();
+  const auto show = [&](Command command, const std::string& deed) {
+    const std::wstring text = tavrix::host::Wide(EntryText(*views::FindCommand(command), deed));
+    const UINT id = IdOf(command);
+    ModifyMenuW(menu, id, MF_BYCOMMAND | MF_STRING, id, text.c_str());
+    const bool nothing = deeds && deed.empty();
+    if (nothing) EnableMenuItem(menu, id, MF_BYCOMMAND | MF_GRAYED);
+  };
+  show(Command::kUndo, deeds ? deeds->undo : std::string());
+  show(Command::kRedo, deeds ? deeds->redo : std::string());
+}
+
 void FrameWindow::OnMenuOpening(HMENU menu) {
   const views::DeskState desk = owner_->State();
   for (const CommandInfo& info : Commands()) {
@@ -38,6 +52,8 @@ void FrameWindow::OnMenuOpening(HMENU menu) {
     EnableMenuItem(menu, id, static_cast<UINT>(MF_BYCOMMAND | (usable ? MF_ENABLED : MF_GRAYED)));
     CheckMenuItem(menu, id, static_cast<UINT>(state.checked ? MF_CHECKED : MF_UNCHECKED));
   }
+  const UINT undo = GetMenuState(menu, IdOf(Command::kUndo), MF_BYCOMMAND);
+  if (desk.started && undo != static_cast<UINT>(-1)) ShowDeeds(menu);
 }
 
 // Panes have menus of their own: only what belongs to the view, or to nobody, comes here. Which

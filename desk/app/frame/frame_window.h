@@ -29,6 +29,13 @@ class FrameOwner {
   virtual void OnCommand(Command command) = 0;
   /// How things stand, as far as commands depend on it.
   [[nodiscard]] virtual views::DeskState State() = 0;
+  /// What undoing would take back and what would be done again, for their entries in a menu that is
+  /// about to open; nothing where the book does not say.
+  struct Deeds {
+    std::string undo = {};  ///< empty for nothing
+    std::string redo = {};
+  };
+  [[nodiscard]] virtual std::optional<Deeds> OnDeeds() = 0;
   virtual void OnFind(const std::wstring& text) = 0;
   virtual void OnFindNext() = 0;
   virtual void OnFilter(const std::wstring& text) = 0;
@@ -102,6 +109,7 @@ class FrameWindow : public tavrix::viewkit::win32::Window {
   void OnDpi(const RECT& wanted);
   void OnColors();
   void OnMenuOpening(HMENU menu);
+  void ShowDeeds(HMENU menu);
   void OnActivation(bool active);
   void RestoreFocus();
   [[nodiscard]] LRESULT OnNotification(const NMHDR& header);

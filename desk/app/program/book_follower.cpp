@@ -44,7 +44,8 @@ BookFollower::~BookFollower() {
 }
 
 bool BookFollower::MayLook() const {
-  if (!watch_ || !IsWindowEnabled(frame_) || LongWork::Current() != nullptr) return false;
+  if ((!watch_ && !unread_.Any()) || !IsWindowEnabled(frame_) || LongWork::Current() != nullptr)
+    return false;
   GUITHREADINFO thread{};
   thread.cbSize = sizeof thread;
   constexpr DWORD kBusy = GUI_INMENUMODE | GUI_INMOVESIZE | GUI_POPUPMENUMODE | GUI_SYSTEMMENUMODE;
@@ -53,7 +54,7 @@ bool BookFollower::MayLook() const {
 }
 
 void BookFollower::Note() {
-  watch_.reset();
+  Forget();
   book::Session* session = calls_.session();
   if (session == nullptr) return;
   try {
@@ -62,17 +63,32 @@ void BookFollower::Note() {
   }
 }
 
+void BookFollower::Forget() {
+  watch_.reset();
+  unread_ = {};
+}
+
+book::ChangeWatch::Seen BookFollower::Ask() {
+  try {
+    book::ChangeWatch::Seen seen = unread_;
+    if (watch_) {
+      seen |= watch_->Look();
+    } else {
+      watch_.emplace(*calls_.session());
+    }
+    return seen;
+  } catch (const book::DatabaseError& error) {
+    if (error.Kind() == book::ErrorKind::kGone) Forget();
+    return {};
+  }
+}
+
 void BookFollower::Look() {
   if (!MayLook()) return;
-  book::ChangeWatch::Seen seen;
   calls_.quiet(true);
-  try {
-    seen = watch_->Look();
-  } catch (const std::exception&) {
-    watch_.reset();
-  }
+  const book::ChangeWatch::Seen seen = Ask();
   calls_.quiet(false);
-  if (seen.Any()) calls_.changed(seen);
+  if (seen.Any() && !calls_.changed(seen)) unread_ = seen;
 }
 
 }  // namespace desk::app

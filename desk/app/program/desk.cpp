@@ -154,8 +154,8 @@ void Desk::ReadAgain() {
 
 void Desk::ReadPostings() {
   open_->posted = open_->book.GetSession().Postings();
-  sheets_.Reload();
   account_->Renew();
+  sheets_.Follow();
 }
 
 bool Desk::MayLeave(const char* question) {
@@ -285,6 +285,7 @@ void Desk::StartView() {
   ViewEvents events;
   events.message = [this](const std::wstring& text) { frame_->SetMessage(text); };
   events.report = [this](const std::wstring& text, long level, const std::wstring& title) {
+    if (unasked_) return unread_ = text, void();
     frame_->AddReport({.text = text, .level = level, .title = title, .book = NameOf(open_->file)});
   };
   open_->view = std::make_unique<KjkmView>(std::move(plan), std::move(events));

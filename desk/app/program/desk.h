@@ -51,6 +51,7 @@ class Desk : private FrameOwner {
   // FrameOwner
   void OnCommand(Command command) override;
   [[nodiscard]] views::DeskState State() override;
+  [[nodiscard]] std::optional<Deeds> OnDeeds() override;
   void OnFind(const std::wstring& text) override;
   void OnFindNext() override;
   void OnFilter(const std::wstring& text) override;
@@ -85,6 +86,9 @@ class Desk : private FrameOwner {
   void ReadAgain();
   void ReadPostings();
   [[nodiscard]] BookFollower::Calls MakeBookFollowerCalls();
+  /// Others have changed the book: reads it again, though nobody has asked. When that fails no box
+  /// and no list opens: the status line and the log say why.
+  [[nodiscard]] bool FollowOthers(book::ChangeWatch::Seen seen);
   /// Asks whether what has been begun may go.
   [[nodiscard]] bool MayLeave(const char* question);
   void TellBook();
@@ -112,7 +116,9 @@ class Desk : private FrameOwner {
   bool posting_shown_ = false;
   std::optional<AccountFollower> account_;
   std::optional<OpenBook> open_;
-  Sheets sheets_;  // they go before the book
+  bool unasked_ = false;  // the book is being read though nobody has asked
+  std::wstring unread_;   // why that has failed; empty when it has not
+  Sheets sheets_;         // they go before the book
   BookFollower follower_;
 };
 

@@ -11,6 +11,7 @@
 #include "app/program/new_window.h"
 #include "app/program/print_commands.h"
 #include "app/program/view_layout.h"
+#include "book/journal/command_text.h"
 #include "views/outline_commands.h"
 
 // The commands of menu, tool bar and keys: what each does, and what they depend on.
@@ -83,6 +84,7 @@ Workplace Desk::Place() {
           .file = open_->file,
           .view = *open_->view,
           .sheets = sheets_,
+          .read_again = [this] { ReadAgain(); },
           .enter_voucher = [this](const book::Voucher& voucher) { EnterVoucher(voucher); }};
 }
 
@@ -112,6 +114,19 @@ void Desk::Do(Command command) {
   if (const int level = views::LevelOf(command); level != 0) return ExpandTo(level);
   const auto* const action = std::ranges::find(kActions, command, &Action::command);
   if (action != std::end(kActions)) action->run(*this);
+}
+
+std::optional<FrameOwner::Deeds> Desk::OnDeeds() {
+  if (!open_) return std::nullopt;
+  try {
+    const book::HistorySteps steps = book::ReadSteps(open_->book.GetSession());
+    const auto text = [](const auto& entry) {
+      return entry ? book::DeedText(*entry) : std::string();
+    };
+    return Deeds{.undo = text(steps.undo), .redo = text(steps.redo)};
+  } catch (const std::exception&) {  // the command itself says why
+    return std::nullopt;
+  }
 }
 
 views::DeskState Desk::State() {

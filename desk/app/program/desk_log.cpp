@@ -81,6 +81,10 @@ void DeskLog::Reported(const Report& report) const {
   });
 }
 
+void DeskLog::Unread(const std::wstring& why) const {
+  tavrix::host::IgnoreErrors([&] { file_.Write("unread", Narrow(why)); });
+}
+
 void DeskLog::Done(views::Command command, std::chrono::milliseconds taken) const {
   tavrix::host::IgnoreErrors([&] {
     file_.Write("command", CommandName(command) + " " + std::to_string(taken.count()) + " ms");

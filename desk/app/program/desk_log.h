@@ -24,6 +24,8 @@ class DeskLog {
   void Opened(const book::Book& book, const std::wstring& place) const;
   void Closed(const std::wstring& place) const;
   void Reported(const Report& report) const;
+  /// What others have changed could not be read.
+  void Unread(const std::wstring& why) const;
   void Done(views::Command command, std::chrono::milliseconds taken) const;
   [[nodiscard]] std::wstring Path() const { return file_.Path().wstring(); }
 

@@ -1,11 +1,18 @@
+#include <exception>
+#include <utility>
+
 #include "app/automation/view_grid.h"
 #include "app/program/desk.h"
+#include "host/flag_scope.h"
+#include "host/report.h"
 #include "host/utf.h"
 #include "views/outline_commands.h"
 
 // What the user does with the rows of the view: finding, filtering, the outline, its menu.
 namespace desk::app {
 namespace {
+
+namespace host = tavrix::host;
 
 ViewGrid CurrentGrid(const KjkmView& view) {
   return ViewGrid(ComPtr<IFlexGrid>(&view.CurrentGrid()));
@@ -30,12 +37,28 @@ AccountFollower::Calls Desk::MakeFollowerCalls() {
 BookFollower::Calls Desk::MakeBookFollowerCalls() {
   return {.session = [this] { return open_ ? &open_->book.GetSession() : nullptr; },
           .quiet = [this](bool quiet) { wait_->SetQuiet(quiet); },
-          .changed =
-              [this](book::ChangeWatch::Seen seen) {
-                Trapped({}, [&] { seen.accounts ? ReadAgain() : ReadPostings(); });
-                if (seen.accounts) frame_->SetMessage(L"账簿在别处有修改，已重新读取");
-                frame_->UpdateCommands();
-              }};
+          .changed = [this](book::ChangeWatch::Seen seen) { return FollowOthers(seen); }};
+}
+
+bool Desk::FollowOthers(book::ChangeWatch::Seen seen) {
+  const host::FlagScope unasked(unasked_);
+  const std::wstring before = std::exchange(unread_, {});
+  try {
+    // The list keeps what it shows, which it would lose to a reading that fails.
+    book::CheckReadable(open_->book.GetSession());
+    seen.accounts ? ReadAgain() : ReadPostings();
+  } catch (const std::exception& error) {
+    unread_ = tavrix::host::Wide(host::ErrorText(error));
+  }
+  const bool read = unread_.empty();
+  if (!read) {
+    frame_->SetMessage(L"账簿在别处有修改，暂时不能重新读取：" + unread_);
+    if (unread_ != before) log_.Unread(unread_);
+  } else if (seen.accounts || !before.empty()) {
+    frame_->SetMessage(L"账簿在别处有修改，已重新读取");
+  }
+  frame_->UpdateCommands();
+  return read;
 }
 
 void Desk::OnFind(const std::wstring& text) {

@@ -39,7 +39,7 @@ void FollowCodes(const Workplace& place, const std::map<std::string, std::string
     return tavrix::host::CompareNoCase(a, b) < 0;
   });
   state.open.erase(std::ranges::unique(state.open).begin(), state.open.end());
-  place.view.Reload();
+  place.read_again();
   ViewGrid grid = CurrentGrid(place);
   state.PutBack(grid);
   if (!grid.IsInView(grid.Row())) grid.SetTopRow(grid.Row());

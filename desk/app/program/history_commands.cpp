@@ -69,11 +69,11 @@ void Answer(const Workplace& place, const std::optional<HistoryEntry>& entry, bo
 }  // namespace
 
 void UndoLast(const Workplace& place) {
-  Answer(place, book::NextToUndo(book::ReadHistory(place.book.GetSession())), true);
+  Answer(place, book::ReadSteps(place.book.GetSession()).undo, true);
 }
 
 void RedoLast(const Workplace& place) {
-  Answer(place, book::NextToRedo(book::ReadHistory(place.book.GetSession())), false);
+  Answer(place, book::ReadSteps(place.book.GetSession()).redo, false);
 }
 
 void ShowHistory(const Workplace& place) {

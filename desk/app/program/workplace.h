@@ -24,6 +24,9 @@ struct Workplace {
   const std::wstring& file;
   KjkmView& view;
   Sheets& sheets;
+  /// Brings all that is shown in line with the book at once. A command that has something to do
+  /// with the rows then calls it; for others it happens when they have ended.
+  std::function<void()> read_again;
   /// Brings the lines of a voucher where vouchers are entered.
   std::function<void(const book::Voucher&)> enter_voucher;
 };

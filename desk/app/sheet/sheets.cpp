@@ -1,6 +1,7 @@
 #include "app/sheet/sheets.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 namespace desk::app {
@@ -51,10 +52,17 @@ void Sheets::Forget(const SheetWindow* window) {
   if (IsWindow(next)) SetActiveWindow(next);
 }
 
-void Sheets::Reload() {
+void Sheets::Follow() {
+  std::exception_ptr failure;
   for (const Opened& sheet : std::vector(opened_)) {
-    if (sheet.window->Alive()) sheet.window->View().Reload();
+    if (!sheet.window->Alive()) continue;
+    try {
+      sheet.window->View().Follow();
+    } catch (const std::exception&) {
+      if (!failure) failure = std::current_exception();
+    }
   }
+  if (failure) std::rethrow_exception(failure);
 }
 
 bool Sheets::MayClose() {

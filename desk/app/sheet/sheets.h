@@ -31,8 +31,9 @@ class Sheets {
   /// comes up where the last one of that kind was closed; `kind` names the section of the settings
   /// and must live as long as the program. Throws what making the view raises.
   SheetWindow& Open(const char* kind, const std::string& key, const SheetWindow::Plan& plan);
-  /// Reads all of them again.
-  void Reload();
+  /// Reads all of them again, as they follow the book; no box opens. Throws what the first one
+  /// raises that cannot be read, when all the others have been.
+  void Follow();
   /// Asks, where something would be lost; true when all may close.
   [[nodiscard]] bool MayClose();
   void CloseAll();

@@ -84,31 +84,41 @@ void MarkAnswered(std::vector<HistoryEntry>& newest_first) {
   }
 }
 
+/// The newest first, each as its own table has it.
+std::vector<HistoryEntry> ReadCommands(Session& session, const std::string& which) {
+  const host::RowSet rows =
+      RowsOf(session, "select id,kind,turn,target,title,who,made_at from desk_command where " +
+                          which + " order by id desc");
+  std::vector<HistoryEntry> commands;
+  for (std::size_t i = 0; i < rows.Rows(); ++i) {
+    commands.push_back({.id = IntegerIn(rows, i, 0),
+                        .kind = static_cast<CommandKind>(IntegerIn(rows, i, 1)),
+                        .turn = static_cast<int>(IntegerIn(rows, i, 2)),
+                        .target = IntegerIn(rows, i, 3),
+                        .title = TextIn(rows, i, 4),
+                        .who = TextIn(rows, i, 5),
+                        .made_at = TextIn(rows, i, 6),
+                        .subject = {}});
+  }
+  return commands;
+}
+
 /// The newest first. `of_command` and `of_rest` are the condition as the tables of commands and of
 /// the rest have it.
 std::vector<HistoryEntry> Read(Session& session, const std::string& of_command,
                                const std::string& of_rest) {
   const std::map<std::int64_t, Numbers> numbers = NumbersOf(session, of_rest);
-  const host::RowSet rows =
-      RowsOf(session, "select id,kind,turn,target,title,who,made_at from desk_command where " +
-                          of_command + " order by id desc");
-  std::vector<HistoryEntry> history;
-  for (std::size_t i = 0; i < rows.Rows(); ++i) {
-    const auto found = numbers.find(IntegerIn(rows, i, 0));
-    const auto turn = static_cast<int>(IntegerIn(rows, i, 2));
-    // Who has changed nothing is not told of, unless an undo would not find its place.
-    if (found == numbers.end() && turn == 0) continue;
-    const Numbers of = found == numbers.end() ? Numbers() : found->second;
-    history.push_back({.id = IntegerIn(rows, i, 0),
-                       .kind = static_cast<CommandKind>(IntegerIn(rows, i, 1)),
-                       .turn = turn,
-                       .target = IntegerIn(rows, i, 3),
-                       .title = TextIn(rows, i, 4),
-                       .who = TextIn(rows, i, 5),
-                       .made_at = TextIn(rows, i, 6),
-                       .subject = of.subject,
-                       .accounts = of.accounts,
-                       .postings = of.postings});
+  std::vector<HistoryEntry> history = ReadCommands(session, of_command);
+  // Who has changed nothing is not told of, unless an undo would not find its place.
+  std::erase_if(history, [&](const HistoryEntry& entry) {
+    return entry.turn == 0 && !numbers.contains(entry.id);
+  });
+  for (HistoryEntry& entry : history) {
+    const auto found = numbers.find(entry.id);
+    if (found == numbers.end()) continue;
+    entry.subject = found->second.subject;
+    entry.accounts = found->second.accounts;
+    entry.postings = found->second.postings;
   }
   return history;
 }
@@ -147,6 +157,29 @@ std::optional<HistoryEntry> NextToRedo(const std::vector<HistoryEntry>& history)
     if (entry.turn == kUndo && !entry.answered) return entry;
   }
   return {};
+}
+
+HistorySteps ReadSteps(Session& session) {
+  if (!session.KeepsHistory()) return {};
+  std::vector<HistoryEntry> commands = ReadCommands(session, "1=1");
+  MarkAnswered(commands);
+  // A command that has changed nothing is no step: the one before it is, and it forbids no redo.
+  const auto is_own = [](const HistoryEntry& entry) { return entry.turn == 0; };
+  for (auto at = std::ranges::find_if(commands, is_own);
+       at != commands.end() && !ReadEntry(session, at->id);) {
+    at = std::find_if(commands.erase(at), commands.end(), is_own);
+  }
+  const auto step = [&](auto next) -> std::optional<HistoryEntry> {
+    while (const auto found = next(commands)) {
+      if (auto entry = ReadEntry(session, found->id)) return entry;
+      std::erase_if(commands, [&](const HistoryEntry& each) { return each.id == found->id; });
+    }
+    return std::nullopt;
+  };
+  HistorySteps steps;
+  steps.undo = step(&NextToUndo);
+  steps.redo = step(&NextToRedo);
+  return steps;
 }
 
 std::string QueryForNetChanges(std::int64_t command) {

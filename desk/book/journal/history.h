@@ -41,6 +41,13 @@ struct HistoryEntry {
 /// What Ctrl+Y does again: the last that was undone, unless something else was done since.
 [[nodiscard]] std::optional<HistoryEntry> NextToRedo(const std::vector<HistoryEntry>& history);
 
+/// Both, without what the whole history takes; `undone` is not told.
+struct HistorySteps {
+  std::optional<HistoryEntry> undo = {};
+  std::optional<HistoryEntry> redo = {};
+};
+[[nodiscard]] HistorySteps ReadSteps(Session& session);
+
 /// An account before and after a command.
 struct AccountChange {
   std::int64_t id = 0;

@@ -10,17 +10,17 @@ namespace {
 
 using tavrix::host::IsDigit;
 
-constexpr std::int64_t kMaxWhole = 10'000'000'000'000;
+constexpr std::int64_t kMaxIntegerPart = 10'000'000'000'000;
 constexpr std::size_t kPlaces = 2;
 
 /// The digits of `text`, of which there may be none; nothing when it holds anything else.
-std::optional<std::int64_t> Whole(std::string_view text) {
+std::optional<std::int64_t> IntegerPart(std::string_view text) {
   std::int64_t number = 0;
   for (const char unit : text) {
     if (unit == ',') continue;
     if (!IsDigit(unit)) return std::nullopt;
     number = number * 10 + (unit - '0');
-    if (number > kMaxWhole) return std::nullopt;
+    if (number > kMaxIntegerPart) return std::nullopt;
   }
   return number;
 }
@@ -45,7 +45,7 @@ std::optional<std::int64_t> ParseMoney(std::string_view text) {
   const std::size_t point = text.find('.');
   const std::string_view places = point == text.npos ? std::string_view() : text.substr(point + 1);
   if (text == "." || text.starts_with(',')) return std::nullopt;
-  const auto whole = Whole(text.substr(0, point));
+  const auto whole = IntegerPart(text.substr(0, point));
   const auto hundredths = Hundredths(places);
   if (!whole || !hundredths) return std::nullopt;
   const std::int64_t amount = *whole * 100 + *hundredths;
@@ -59,7 +59,7 @@ std::string WhyNoMoney(std::string_view text) {
   const std::size_t point = std::min(text.find('.'), text.size());
   const auto all_digits = [](std::string_view part) { return std::ranges::all_of(part, IsDigit); };
   const std::string_view places = text.substr(std::min(point + 1, text.size()));
-  if (places.size() > kPlaces && all_digits(places) && Whole(text.substr(0, point))) {
+  if (places.size() > kPlaces && all_digits(places) && IntegerPart(text.substr(0, point))) {
     return "金额最多有两位小数";
   }
   std::string whole(text.substr(0, point));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <utility>
@@ -12,21 +13,52 @@ namespace desk::book {
 
 namespace {
 
-std::unique_ptr<Rows> QueryTotals(Connection& connection, const Period& period) {
+bool Holds(const TrialBalanceRow& row) {
+  return row.opening != 0 || row.debit != 0 || row.credit != 0;
+}
+
+/// What each code of the ledger comes to; it takes `BoundsOf` the period.
+const std::string kTotals =
+    std::string(
+        "(select ccode,sum(case when m<? then debit-credit else 0 end)as opening,"
+        "sum(case when m<? then 0 else debit end)as debit,"
+        "sum(case when m<? then 0 else credit end)as credit "
+        "from(select ccode,debit,credit,coalesce(") +
+    kMonthPosition + ",0)as m from gl_accsum)t where m<=? group by ccode)s";
+
+std::array<host::Value, 4> BoundsOf(const Period& period) {
   const std::int32_t first = period.FirstPosition();
-  const host::Value bounds[] = {first, first, first, period.LastPosition()};
+  return {first, first, first, period.LastPosition()};
+}
+
+std::unique_ptr<Rows> QueryTotals(Connection& connection, const Period& period) {
   return connection.Query(
-      std::string() +
-          "select a.cclass,a.ccode,a.ccode_name,a.bclose,s.opening,s.debit,s.credit from "
-          "gl_code a "
-          "left join(select ccode,sum(case when m<? then debit-credit else 0 end)as opening,"
-          "sum(case when m<? then 0 else debit end)as debit,"
-          "sum(case when m<? then 0 else credit end)as credit "
-          "from(select ccode,debit,credit,coalesce(" +
-          std::string(kMonthPosition) +
-          ",0)as m from gl_accsum)t where m<=? group by ccode)s on s.ccode=a.ccode order by "
-          "a.ccode",
-      Origin::kDesk, bounds);
+      "select a.cclass,a.ccode,a.ccode_name,a.bclose,s.opening,s.debit,s.credit from gl_code a "
+      "left join" +
+          kTotals + " on s.ccode=a.ccode order by a.ccode",
+      Origin::kDesk, BoundsOf(period));
+}
+
+/// Books of other makers can hold postings on codes that are no accounts.
+std::vector<TrialBalanceRow> ReadUnlisted(Connection& connection, const Period& period) {
+  const auto rows = connection.Query(
+      "select s.ccode,s.opening,s.debit,s.credit from" + kTotals +
+          " where not exists(select 1 from gl_code a where s.ccode=a.ccode)order by s.ccode",
+      Origin::kDesk, BoundsOf(period));
+  std::vector<TrialBalanceRow> unlisted;
+  while (rows->Next()) {
+    TrialBalanceRow row{.category = "无科目",
+                        .first_level = {},
+                        .code = rows->Get(0).ToText(),
+                        .name = "（科目表中没有）",
+                        .listed = false,
+                        .opening = AmountAt(*rows, 1),
+                        .debit = AmountAt(*rows, 2),
+                        .credit = AmountAt(*rows, 3)};
+    row.first_level = row.code + " " + row.name;
+    if (Holds(row)) unlisted.push_back(std::move(row));
+  }
+  return unlisted;
 }
 
 /// The accounts in the order of their codes, each with those above it.
@@ -71,10 +103,6 @@ class Tree {
 
  private:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
-
-  [[nodiscard]] static bool Holds(const TrialBalanceRow& row) {
-    return row.opening != 0 || row.debit != 0 || row.credit != 0;
-  }
 
   /// Only a damaged book has totals of an account with others below it. They are a row of their own
   /// where the sums of that account do not stand for them.
@@ -153,6 +181,7 @@ std::vector<TrialBalanceRow> ReadTrialBalance(Session& session, const Period& pe
   }
   std::vector<TrialBalanceRow> balance = tree.Take(level);
   GatherCategories(balance);
+  std::ranges::move(ReadUnlisted(session.Own(), period), std::back_inserter(balance));
   return balance;
 }
 

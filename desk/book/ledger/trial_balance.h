@@ -51,7 +51,8 @@ struct TrialBalanceRow {
   std::string name;
   bool sealed = false;
   bool leaf = true;
-  int level = 1;  ///< how many accounts are above it, and itself
+  bool listed = true;  ///< a code that the chart does not have is a row of the first level
+  int level = 1;       ///< how many accounts are above it, and itself
   std::int64_t opening = 0;
   std::int64_t debit = 0;
   std::int64_t credit = 0;
@@ -68,8 +69,9 @@ inline constexpr int kLeafAccounts = 0;
 inline constexpr int kAllAccounts = -1;  ///< parents as well: their rows repeat what is below them
 
 /// The accounts with a balance or with movements, those of one category together, the categories in
-/// the order of their first codes, each in the order of the codes. Totals without a month of their
-/// own count as before the first. `DatabaseError` when a table cannot be read.
+/// the order of their first codes, each in the order of the codes; at the end, at every level, the
+/// codes that have totals but are no account's. Totals without a month of their own count as before
+/// the first. `DatabaseError` when a table cannot be read.
 [[nodiscard]] std::vector<TrialBalanceRow> ReadTrialBalance(Session& session, const Period& period,
                                                             int level = kLeafAccounts);
 

@@ -37,6 +37,12 @@ constexpr const char* kServerAccountsCount =
 
 }  // namespace
 
+void CheckReadable(Session& session) {
+  const auto rows = session.Own().Query(
+      "select count(*) from gl_code,gl_accvouch,gl_accass,gl_accsum where 1=0", Origin::kDesk);
+  static_cast<void>(rows->Next());
+}
+
 ChangeWatch::ChangeWatch(Session& session) : session_(session) {
   Note();
 }

@@ -6,6 +6,10 @@
 
 namespace desk::book {
 
+/// Throws (`DatabaseError`) what reading the accounts and the ledgers would raise at once: that
+/// they are locked, out of reach, or not there.
+void CheckReadable(Session& session);
+
 /// Notices what others change in a book that is open here too: other windows, other machines. A
 /// look costs next to nothing while nobody changes anything, however large the book is.
 class ChangeWatch {
@@ -14,6 +18,11 @@ class ChangeWatch {
     bool accounts = false;
     bool postings = false;
     [[nodiscard]] bool Any() const { return accounts || postings; }
+    Seen& operator|=(const Seen& other) {
+      accounts = accounts || other.accounts;
+      postings = postings || other.postings;
+      return *this;
+    }
   };
 
   /// The session must outlive it. Where the engine does not tell of others (it is neither SQLite

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace desk::views {
+
+/// For captions of labels and entries of menus, which take "&" for a mnemonic: names of accounts
+/// and of files may hold one.
+[[nodiscard]] std::string EscapedCaption(std::string_view text);
+
+}  // namespace desk::views
