@@ -9,43 +9,11 @@
 #include "host/grid_update.h"
 #include "host/text.h"
 #include "views/ledger_grid.h"
+#include "views/voucher_lines.h"
 
 namespace desk::views {
 
 using viewkit::UserPort;
-
-namespace {
-
-using enum LedgerColumn::Kind;
-constexpr std::array<LedgerColumn, OpeningBalanceView::kColumns> kPlans = {
-    {{"科目编码", 1500},
-     {"科目名称", 4200},
-     {"方向", 660, kCentred},
-     {"往来", 2400},
-     {"借方", 1800, kAmount},
-     {"贷方", 1800, kAmount}}};
-constexpr int kMinName = 2400;
-
-std::vector<Partner> WantedOf(const book::OpeningAccount& account) {
-  std::vector<Partner> wanted;
-  for (std::size_t i = 0; i < account.wanted.size(); ++i) {
-    if (account.wanted.at(i)) wanted.push_back(static_cast<Partner>(i));
-  }
-  return wanted;
-}
-
-std::string Trimmed(const viewkit::TextBox& box) {
-  return std::string(host::Trimmed(box.Text()));
-}
-
-std::int64_t ReadAmount(const viewkit::TextBox& box) {
-  const std::string text = Trimmed(box);
-  const auto amount = book::ParseMoney(text);
-  if (!amount) throw host::HostError("“" + text + "”：" + book::WhyNoMoney(text));
-  return *amount;
-}
-
-}  // namespace
 
 OpeningBalanceView::OpeningBalanceView(book::Session& session, viewkit::UserPort& user)
     : Sheet(user), session_(session) {
@@ -53,33 +21,18 @@ OpeningBalanceView::OpeningBalanceView(book::Session& session, viewkit::UserPort
   Load();
 }
 
-void OpeningBalanceView::MakeControls() {
-  MakeLedgerGrid(grid_, kPlans, "期初余额");
-  partner_label_.SetCaption("往来(&P)");
-  debit_label_.SetCaption("借方(&D)");
-  credit_label_.SetCaption("贷方(&C)");
-  for (viewkit::TextBox* box : {&debit_, &credit_}) box->SetAlignRight(true);
-  take_.SetCaption("确认(&T)");
-  add_.SetCaption("增加往来(&A)");
-  save_.SetCaption("保存(&S)");
-  for (viewkit::Control* control : std::initializer_list<viewkit::Control*>{
-           &grid_, &account_, &partner_label_, &partner_, &debit_label_, &debit_, &credit_label_,
-           &credit_, &take_, &add_, &sums_, &save_}) {
-    controls_.Add(*control);
-  }
-  grid_.RowColChange.Add([this] {
-    if (!showing_) ShowRow();
-  });
-  grid_.DoubleClick.Add([this] { EnterBoxes(); });
-  take_.Clicked.Add([this] { GoOn(); });
-  add_.Clicked.Add([this] { AddPartner(); });
-  save_.Clicked.Add([this] { Save(); });
-}
-
 void OpeningBalanceView::Load() {
   accounts_ = book::ReadOpening(session_);
   changed_.clear();
   ShowRows(0);
+}
+
+std::vector<Partner> OpeningBalanceView::WantedOf(const book::OpeningAccount& account) {
+  std::vector<Partner> wanted;
+  for (std::size_t i = 0; i < account.wanted.size(); ++i) {
+    if (account.wanted.at(i)) wanted.push_back(static_cast<Partner>(i));
+  }
+  return wanted;
 }
 
 bool OpeningBalanceView::Takes(const Row& row) const {
@@ -93,17 +46,43 @@ std::int64_t OpeningBalanceView::BalanceOf(std::size_t account) const {
   return balance;
 }
 
+void OpeningBalanceView::Total::Add(const book::OpeningLine& line, const std::string& unit) {
+  balance += line.balance;
+  foreign += line.foreign_amount;
+  quantity += line.quantity;
+  if (line.foreign_amount != 0) currencies.insert(line.currency);
+  if (line.quantity != 0) units.insert(unit);
+}
+
+void OpeningBalanceView::Total::Add(const Total& below) {
+  balance += below.balance;
+  foreign += below.foreign;
+  quantity += below.quantity;
+  currencies.insert(below.currencies.begin(), below.currencies.end());
+  units.insert(below.units.begin(), below.units.end());
+}
+
+book::OpeningLine OpeningBalanceView::Total::Shown() const {
+  book::OpeningLine line{.balance = balance};
+  if (currencies.size() == 1) line.currency = *currencies.begin();
+  if (currencies.size() == 1) line.foreign_amount = foreign;
+  if (units.size() == 1) line.quantity = quantity;
+  return line;
+}
+
 void OpeningBalanceView::AddUp() {
-  balances_.assign(accounts_.size(), 0);
+  totals_.assign(accounts_.size(), {});
   std::vector<std::size_t> above;
   const auto end = [&] {
     const std::size_t ended = above.back();
     above.pop_back();
-    if (!above.empty()) balances_[above.back()] += balances_[ended];
+    if (!above.empty()) totals_[above.back()].Add(totals_[ended]);
   };
   for (std::size_t i = 0; i < accounts_.size(); ++i) {
     while (static_cast<int>(above.size()) >= accounts_[i].level) end();
-    balances_[i] = BalanceOf(i);
+    for (const book::OpeningLine& line : accounts_[i].lines) {
+      totals_[i].Add(line, accounts_[i].unit);
+    }
     above.push_back(i);
   }
   while (!above.empty()) end();
@@ -114,25 +93,31 @@ void OpeningBalanceView::ShowRows(std::size_t row) {
   rows_.clear();
   host::RowSet texts(kColumns);
   const auto append = [&](const std::string& code, const std::string& name, bool debit_side,
-                          const std::string& partner, std::int64_t balance) {
+                          const std::string& partner, const book::OpeningLine& line) {
+    const bool credit = line.balance < 0;
+    const std::int64_t foreign = credit ? -line.foreign_amount : line.foreign_amount;
     texts.AppendText(code);
     texts.AppendText(name);
     texts.AppendText(name.empty() ? "" : debit_side ? "借" : "贷");
     texts.AppendText(partner);
-    texts.AppendText(AmountCell(std::max<std::int64_t>(balance, 0)));
-    texts.AppendText(AmountCell(std::max<std::int64_t>(-balance, 0)));
+    texts.AppendText(foreign == 0 ? std::string() : line.currency);
+    texts.AppendText(AmountCell(foreign));
+    texts.AppendText(RateText(credit ? -line.balance : line.balance, foreign));
+    texts.AppendText(QuantityText(credit ? -line.quantity : line.quantity));
+    texts.AppendText(AmountCell(std::max<std::int64_t>(line.balance, 0)));
+    texts.AppendText(AmountCell(std::max<std::int64_t>(-line.balance, 0)));
   };
   for (std::size_t i = 0; i < accounts_.size(); ++i) {
     const book::OpeningAccount& account = accounts_[i];
     std::string name;
     for (int level = 1; level < account.level; ++level) name += "　";
     rows_.push_back({i, {}});
-    append(account.code, name + account.name, account.debit_side, {}, balances_[i]);
+    append(account.code, name + account.name, account.debit_side, {}, totals_[i].Shown());
     if (!account.leaf || !account.WantsPartner()) continue;
     for (std::size_t line = 0; line < account.lines.size(); ++line) {
       const std::string partner = PartnersText(account.lines[line].auxiliary);
       rows_.push_back({i, line});
-      append({}, {}, true, partner.empty() ? "（未指定）" : partner, account.lines[line].balance);
+      append({}, {}, true, partner.empty() ? "（未指定）" : partner, account.lines[line]);
     }
   }
   const host::FlagScope showing(showing_);
@@ -143,6 +128,8 @@ void OpeningBalanceView::ShowRows(std::size_t row) {
     for (std::size_t i = 0; i < rows_.size(); ++i) {
       if (!Takes(rows_[i])) DressTotal(grid_, grid_.FixedRows() + static_cast<int>(i));
     }
+    RedNegatives(grid_, kForeign, kQuantity);
+    ShowColumns();
     grid_.SetTopRow(top);
     if (!rows_.empty()) {
       grid_.SetRow(grid_.FixedRows() + static_cast<int>(std::min(row, rows_.size() - 1)));
@@ -156,34 +143,6 @@ std::optional<std::size_t> OpeningBalanceView::Chosen() const {
   const int at = grid_.Row() - grid_.FixedRows();
   if (at < 0 || at >= static_cast<int>(rows_.size())) return std::nullopt;
   return static_cast<std::size_t>(at);
-}
-
-void OpeningBalanceView::ShowRow() {
-  const auto chosen = Chosen();
-  const Row row = chosen ? rows_[*chosen] : Row();
-  const bool takes = chosen && Takes(row);
-  const bool partner = takes && row.line;
-  for (viewkit::TextBox* box : {&debit_, &credit_}) box->SetEnabled(takes);
-  partner_.SetEnabled(partner);
-  take_.SetEnabled(takes);
-  const bool by_partner =
-      chosen && accounts_[row.account].leaf && accounts_[row.account].WantsPartner();
-  add_.SetEnabled(by_partner);
-  account_.SetCaption(chosen ? accounts_[row.account].code + " " + accounts_[row.account].name
-                             : std::string());
-  std::string label;
-  if (by_partner) {
-    for (const Partner each : WantedOf(accounts_[row.account])) {
-      label.append(label.empty() ? "" : "/").append(NameOf(each));
-    }
-  }
-  partner_label_.SetCaption((label.empty() ? "往来" : label) + "(&P)");
-  book::OpeningLine line;
-  if (partner) line = accounts_[row.account].lines[*row.line];
-  if (takes && !row.line) line.balance = BalanceOf(row.account);
-  partner_.SetText(PartnersText(line.auxiliary));
-  debit_.SetText(AmountCell(std::max<std::int64_t>(line.balance, 0)));
-  credit_.SetText(AmountCell(std::max<std::int64_t>(-line.balance, 0)));
 }
 
 void OpeningBalanceView::Summarise() {
@@ -200,44 +159,6 @@ void OpeningBalanceView::Summarise() {
   if (HasChanges()) text += "    " + std::to_string(changed_.size()) + " 个科目尚未保存";
   sums_.SetCaption(std::move(text));
   save_.SetEnabled(HasChanges());
-}
-
-bool OpeningBalanceView::SetLine(const Row& row, std::int64_t balance) {
-  book::OpeningAccount& account = accounts_[row.account];
-  const std::vector<Partner> wanted = WantedOf(account);
-  book::OpeningLine line{.auxiliary = ReadPartners(wanted, Trimmed(partner_)), .balance = balance};
-  if (!row.line) {
-    if (balance == BalanceOf(row.account)) return true;
-    account.lines = {line};
-  } else {
-    book::OpeningLine& before = account.lines[*row.line];
-    if (line == before) return true;
-    const auto lacking = Lacking(wanted, line.auxiliary);
-    if (lacking && balance != 0) {
-      throw host::HostError("“" + account.name + "”要填写" + NameOf(*lacking));
-    }
-    for (std::size_t i = 0; i < account.lines.size(); ++i) {
-      if (i == *row.line || account.lines[i].auxiliary != line.auxiliary || balance == 0) continue;
-      throw host::HostError("“" + PartnersText(line.auxiliary) + "”已有一行");
-    }
-    before = line;
-  }
-  changed_.insert(row.account);
-  ShowRows(*Chosen());
-  return true;
-}
-
-bool OpeningBalanceView::TakeBoxes() {
-  const auto chosen = Chosen();
-  if (!chosen || !Takes(rows_[*chosen])) return true;
-  bool taken = false;
-  Trapped([&] {
-    const std::int64_t debit = ReadAmount(debit_);
-    const std::int64_t credit = ReadAmount(credit_);
-    if (debit != 0 && credit != 0) throw host::HostError("只能填写借方或贷方之一");
-    taken = SetLine(rows_[*chosen], debit - credit);
-  });
-  return taken;
 }
 
 /// To the next row that takes an amount, in the box of its side.
@@ -266,12 +187,7 @@ void OpeningBalanceView::EnterBoxes() {
     if (account.leaf && account.WantsPartner()) AddPartner();
     return;
   }
-  const bool credit = Trimmed(debit_).empty() && (!Trimmed(credit_).empty() || !account.debit_side);
-  viewkit::TextBox& box = row.line && Trimmed(partner_).empty() ? partner_
-                          : credit                              ? credit_
-                                                                : debit_;
-  box.SetFocus();
-  box.SelectAll();
+  Enter(row.line && host::Trimmed(partner_.Text()).empty() ? partner_ : FirstAmount());
 }
 
 void OpeningBalanceView::AddPartner() {
@@ -312,23 +228,19 @@ void OpeningBalanceView::Save() {
 }
 
 void OpeningBalanceView::Read() {
-  if (HasChanges()) return;
+  if (HasChanges() || typed_) return;
   const std::size_t row = Chosen().value_or(0);
   accounts_ = book::ReadOpening(session_);
   ShowRows(row);
 }
 
 bool OpeningBalanceView::MayClose() {
-  if (!HasChanges()) return true;
-  return User().Ask("有 " + std::to_string(changed_.size()) +
-                        " 个科目的期初余额尚未保存，将会丢失。\n\n是否关闭？",
-                    Title(), UserPort::Icon::kWarning,
+  if (!HasChanges() && !typed_) return true;
+  const std::string what = HasChanges()
+                               ? "有 " + std::to_string(changed_.size()) + " 个科目的期初余额"
+                               : "填写的期初余额";
+  return User().Ask(what + "尚未保存，将会丢失。\n\n是否关闭？", Title(), UserPort::Icon::kWarning,
                     UserPort::Buttons::kYesNoDefaultNo) == UserPort::Answer::kYes;
-}
-
-bool OpeningBalanceView::InBoxes() const {
-  return std::ranges::any_of(std::array{&partner_, &debit_, &credit_},
-                             [](const viewkit::TextBox* box) { return box->Focused(); });
 }
 
 bool OpeningBalanceView::UseKey(viewkit::Key key, viewkit::Modifiers modifiers) {
@@ -347,10 +259,13 @@ bool OpeningBalanceView::UseKey(viewkit::Key key, viewkit::Modifiers modifiers) 
     return true;
   }
   if (key != Key::kEnter) return false;
-  if (partner_.Focused() && !Trimmed(partner_).empty()) {
-    viewkit::TextBox& box = accounts_[rows_[*Chosen()].account].debit_side ? debit_ : credit_;
-    box.SetFocus();
-    box.SelectAll();
+  if (viewkit::TextBox* next = NextBox()) {
+    bool good = false;
+    Trapped([&] {
+      WorkOut();
+      good = true;
+    });
+    if (good) Enter(*next);
     return true;
   }
   GoOn();
@@ -363,30 +278,6 @@ std::vector<Sheet::MenuItem> OpeningBalanceView::Menu() {
            .enabled = take_.Enabled() || add_.Enabled()},
           {.text = "增加往来(&A)\tIns", .run = [this] { AddPartner(); }, .enabled = add_.Enabled()},
           {.text = "保存(&S)\tCtrl+S", .run = [this] { Save(); }, .enabled = HasChanges()}};
-}
-
-void OpeningBalanceView::Resize(int width, int height) {
-  constexpr int kAmount = 1650;
-  constexpr int kLabel = 1080;
-  constexpr int kButton = 1350;
-  const int foot = std::max(0, height - 2 * Strip::kHeight + Strip::kEdge);
-  grid_.SetBounds({0, 0, width, foot});
-  FitColumn(grid_, kName, kMinName);
-  Strip boxes(foot);
-  constexpr int kRest = 3 * (kLabel + 60) + 2 * (kAmount + 90) + 2 * (kButton + 90) + 180;
-  const int room = std::max(0, width - kRest - Strip::kEdge * 2);
-  boxes.PutLabel(account_, room * 3 / 5, 90);
-  boxes.PutLabel(partner_label_, kLabel);
-  boxes.Put(partner_, room * 2 / 5);
-  boxes.PutLabel(debit_label_, kLabel - 240);
-  boxes.Put(debit_, kAmount);
-  boxes.PutLabel(credit_label_, kLabel - 240);
-  boxes.Put(credit_, kAmount);
-  boxes.Put(take_, kButton);
-  boxes.Put(add_, kButton);
-  Strip below(foot + Strip::kLine + Strip::kEdge / 2);
-  below.PutLabel(sums_, width - 2 * Strip::kEdge - kButton - 90, 90);
-  below.Put(save_, kButton);
 }
 
 }  // namespace desk::views

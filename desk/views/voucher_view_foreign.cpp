@@ -6,6 +6,7 @@
 #include "host/flag_scope.h"
 #include "host/text.h"
 #include "viewkit/grid/number_format.h"
+#include "views/foreign_amount.h"
 #include "views/voucher_lines.h"
 #include "views/voucher_view.h"
 
@@ -21,13 +22,6 @@ bool Empty(const viewkit::TextBox& box) {
 
 std::string AmountText(std::int64_t amount) {
   return amount == 0 ? std::string() : book::MoneyText(amount);
-}
-
-/// Hundredths that come of a multiplication or division; nothing beyond what a book holds.
-std::optional<std::int64_t> Rounded(double hundredths) {
-  constexpr double kMax = 1e15;
-  if (!(std::abs(hundredths) <= kMax)) return std::nullopt;
-  return std::llround(hundredths);
 }
 
 }  // namespace
@@ -75,20 +69,14 @@ bool VoucherView::WorkOut() {
   viewkit::TextBox& box = Empty(credit_) ? debit_ : credit_;
   const auto amount = ReadAmount(box, Empty(credit_) ? "借方" : "贷方");
   if (!amount) return false;
-  const bool by_rate = by_rate_ || *amount == 0;
+  ForeignAmount known{.amount = *amount, .foreign = *foreign, .rate = *rate};
+  const ForeignAmount::Worked worked = known.WorkOut(by_rate_);
   const host::FlagScope filling(filling_);
-  std::optional<std::int64_t> worked = 0;
-  if (*foreign != 0 && *rate != 0 && by_rate) {
-    worked = Rounded(static_cast<double>(*foreign) * *rate);
-    if (worked) box.SetText(AmountText(*worked));
-  } else if (*foreign != 0 && *amount != 0) {
-    rate_.SetText(RateText(*amount, *foreign));
-  } else if (*rate != 0 && *amount != 0) {
-    worked = Rounded(static_cast<double>(*amount) / *rate);
-    if (worked) foreign_.SetText(AmountText(*worked));
-  }
-  if (!worked) Answer("外币金额与汇率的乘积过大", true, &rate_);
-  worked_out_ = worked.has_value();
+  if (worked == ForeignAmount::Worked::kAmount) box.SetText(AmountText(known.amount));
+  if (worked == ForeignAmount::Worked::kForeign) foreign_.SetText(AmountText(known.foreign));
+  if (worked == ForeignAmount::Worked::kRate) rate_.SetText(RateText(known.amount, known.foreign));
+  worked_out_ = worked != ForeignAmount::Worked::kTooLarge;
+  if (!worked_out_) Answer("外币金额与汇率的乘积过大", true, &rate_);
   return worked_out_;
 }
 

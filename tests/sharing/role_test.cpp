@@ -130,9 +130,17 @@ TEST_F(RoleTest, AllCommandsOfTheDeskWork) {
   EXPECT_EQ(FaultsOf(posting), editing::Texts());
   // What it opens with takes the place of what it opened with, though nothing may be deleted.
   for (const std::int64_t balance : {700, 300}) {
-    book::SaveOpening(posting.GetSession(), {{.code = "2202", .lines = {{.balance = balance}}},
-                                             {.code = "5001", .lines = {{.balance = -balance}}}});
+    book::SaveOpening(
+        posting.GetSession(),
+        {{.code = "2202",
+          .lines =
+              {{.balance = balance, .currency = "美元", .foreign_amount = 100, .quantity = 2}}},
+         {.code = "5001", .lines = {{.balance = -balance}}}});
   }
+  EXPECT_EQ(test::Scalar(posting,
+                         "select sum(foreign_amount) from gl_accvouch where "
+                         "fiscal_year is null and ccode='2202'"),
+            "100");
   for (const char* ledger : {"gl_accvouch", "gl_accsum"}) {
     EXPECT_EQ(test::Scalar(posting, std::string("select sum(debit) from ") + ledger +
                                         " where fiscal_year is null and ccode='2202'"),

@@ -40,18 +40,20 @@ class OpeningBalanceViewTest : public testing::Test {
   }
   /// A box without a window does not lose the focus by itself.
   void Leave() {
-    for (int i = 0; i < 3; ++i) Box(i).NotifyFocus(false);
+    for (int i = 0; i < kBoxes; ++i) Box(i).NotifyFocus(false);
   }
   /// Types into the box that has the focus, and Enter.
   void Type(const std::string& text) {
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < kBoxes; ++i) {
       if (!Box(i).Focused()) continue;
       Box(i).SetText(text);
       Leave();
       Box(i).NotifyFocus(true);
       ASSERT_TRUE(view_->UseKey(Key::kEnter, {}));
-      const bool gone_on =
-          Box((i + 1) % 3).Focused() || Box((i + 2) % 3).Focused() || view_->Grid().Focused();
+      bool gone_on = view_->Grid().Focused();
+      for (int other = 0; other < kBoxes; ++other) {
+        gone_on = gone_on || (other != i && Box(other).Focused());
+      }
       if (gone_on) Box(i).NotifyFocus(false);
       return;
     }
@@ -62,6 +64,11 @@ class OpeningBalanceViewTest : public testing::Test {
     return tavrix::test::AllRows(book_, std::string("select ccode,") + columns + " from " + ledger +
                                             " where fiscal_year is null order by ccode," + columns);
   }
+
+  static constexpr int kBoxes = 6;
+  static constexpr int kForeign = 3;
+  static constexpr int kRate = 4;
+  static constexpr int kQuantity = 5;
 
   book::Book book_ = tavrix::test::MakeBook(
       {{.code = "1001", .name = "现金", .category = "资产"},
@@ -148,6 +155,97 @@ TEST_F(OpeningBalanceViewTest, RefusesAndLosesNothing) {
   EXPECT_THAT(user_.questions.back().text, HasSubstr("没有科目 100201"));
   EXPECT_THAT(Stored("gl_accsum", "debit"), IsEmpty());
   EXPECT_TRUE(view_->HasChanges());
+}
+
+class ForeignOpeningTest : public OpeningBalanceViewTest {
+ protected:
+  ForeignOpeningTest() {
+    book_ = tavrix::test::MakeBook(
+        {{.code = "1002", .name = "银行", .category = "资产"},
+         {.code = "100201", .name = "人民币户", .category = "资产"},
+         {.code = "100202", .name = "O'Neil & Sons", .category = "资产", .currency = "美元"},
+         {.code = "1405", .name = "商品", .category = "资产", .unit = "吨"},
+         {.code = "2202",
+          .name = "应付",
+          .category = "负债",
+          .debit = false,
+          .currency = "美元",
+          .supplier = true}});
+    view_.emplace(book_.GetSession(), user_);
+    view_->Resize(15000, 9000);
+  }
+  [[nodiscard]] std::string Cell(const std::string& code, int col) {
+    viewkit::FlexGrid& grid = view_->Grid();
+    return std::string(grid.TextMatrix(grid.FindRow(code, 1, OpeningBalanceView::kCode), col));
+  }
+};
+
+// As in a voucher: of foreign amount, rate and amount two give the third, and entries hold them.
+TEST_F(ForeignOpeningTest, ForeignAmountsAndQuantitiesStandWhereVouchersHaveThem) {
+  using View = OpeningBalanceView;
+  EXPECT_FALSE(view_->Grid().ColHidden(View::kForeign));
+  Choose("100201");
+  EXPECT_FALSE(Box(kForeign).Visible());
+  EXPECT_FALSE(Box(kQuantity).Visible());
+  Type("100");
+  EXPECT_TRUE(Box(kForeign).Visible());
+  EXPECT_TRUE(Box(kForeign).Focused()) << "the next account begins with its foreign amount";
+  Type("1,000");
+  Type("7.1");
+  EXPECT_EQ(Box(1).Text(), "7,100.00");
+  Type("7,100");
+  EXPECT_TRUE(Box(kQuantity).Focused());
+  Type("12.5");
+  Type("500");
+  Choose("2202");
+  Type("甲");
+  Type("200");
+  Type("");
+  Type("1,420");  // no rate: the two amounts give it
+  EXPECT_EQ(Cell("2202", View::kForeign), "200.00");
+  EXPECT_EQ(Cell("2202", View::kRate), "7.1");
+  EXPECT_EQ(Cell("1002", View::kForeign), "1,000.00") << "all below in one currency";
+  EXPECT_EQ(Cell("1405", View::kQuantity), "12.5");
+  user_.answers = {viewkit::UserPort::Answer::kYes};
+  Save();
+  EXPECT_THAT(Stored("gl_accvouch", "debit,credit,currency_name,foreign_amount,quantity,supplier"),
+              ElementsAre("100201|10000|0||0|0|", "100202|710000|0|美元|100000|0|",
+                          "1405|50000|0||0|12.5|", "2202|0|142000|美元|20000|0|甲"));
+  view_.emplace(book_.GetSession(), user_);
+  EXPECT_EQ(Cell("2202", View::kForeign), "200.00") << "read as it was written";
+  EXPECT_EQ(Cell("100202", View::kRate), "7.1");
+  const auto sheet = book::ReadAccountLedger(book_.GetSession(), "2202", {});
+  EXPECT_EQ(sheet->lines.at(0).foreign_amount, 20'000);
+  EXPECT_EQ(book::ReadAccountLedger(book_.GetSession(), "1405", {})->lines.at(0).quantity, 12.5);
+}
+
+TEST_F(ForeignOpeningTest, WhatIsGivenUpGoesAndWhatIsTypedStays) {
+  Choose("100202");
+  Type("1000");
+  Type("7");
+  Type("7000");
+  Choose("100202");
+  Leave();
+  Box(1).NotifyFocus(true);
+  Type("");  // the amount goes, and what belongs to it
+  EXPECT_EQ(Cell("100202", OpeningBalanceView::kForeign), "");
+  Choose("1405");
+  Type("3");
+  Type("");
+  EXPECT_THAT(user_.questions.back().text, HasSubstr("也要填写借方或贷方金额"));
+  EXPECT_EQ(Box(kQuantity).Text(), "3");
+  tavrix::test::Run(book_, "update gl_code set ccode_name='x' where ccode='1405'");
+  view_->Follow();
+  EXPECT_EQ(Box(kQuantity).Text(), "3") << "others' changes do not empty the boxes";
+  user_.answers = {viewkit::UserPort::Answer::kNo};
+  EXPECT_FALSE(view_->MayClose());
+}
+
+TEST_F(OpeningBalanceViewTest, WithoutForeignAccountsNothingSpeaksOfThem) {
+  for (const int col : {OpeningBalanceView::kForeign, OpeningBalanceView::kQuantity}) {
+    EXPECT_TRUE(view_->Grid().ColHidden(col));
+  }
+  EXPECT_FALSE(view_->Grid().ColHidden(OpeningBalanceView::kPartner));
 }
 
 TEST_F(OpeningBalanceViewTest, TotalsOfOthersWithoutAPartnerAreALineOfTheirOwn) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <utility>
 
 #include "book/ledger/code_range.h"
@@ -61,6 +62,37 @@ std::int64_t SumOfFirst(Connection& connection, const std::string& code, const P
                                         kInPeriod + kInOrder + std::to_string(count) + ")f",
                                     Origin::kDesk, BoundsOf(code, period));
   return row->Next() ? AmountAt(*row, 0) : 0;
+}
+
+/// What the lines before the period have come to in foreign currency and quantity, as far as all
+/// are of one currency, or of one account.
+void AddForeign(Connection& connection, const std::string& code, const Period& period,
+                LedgerLine& opening) {
+  const auto codes = WithAllBelow(code);
+  const host::Value values[] = {codes[0], codes[1], period.FirstPosition()};
+  const auto rows = connection.Query(
+      std::string("select ccode,currency_name,"
+                  "sum(case when credit<>0 then -foreign_amount else foreign_amount end),"
+                  "sum(case when credit<>0 then -quantity else quantity end)from gl_accvouch where "
+                  "ccode>=? and ccode<=? and(foreign_amount<>0 or quantity<>0)and coalesce(") +
+          kMonthPosition + ",0)<? group by ccode,currency_name",
+      Origin::kDesk, values);
+  std::set<std::string> currencies;
+  std::set<std::string> accounts;
+  while (rows->Next()) {
+    const std::int64_t foreign = AmountAt(*rows, 2);
+    const double quantity = rows->Get(3).ToNumber();
+    if (foreign != 0) currencies.insert(rows->Get(1).ToText());
+    if (quantity != 0) accounts.insert(rows->Get(0).ToText());
+    opening.foreign_amount += foreign;
+    opening.quantity += quantity;
+  }
+  if (currencies.size() != 1) opening.foreign_amount = 0;
+  if (accounts.size() != 1) opening.quantity = 0;
+  if (currencies.size() == 1) opening.currency = *currencies.begin();
+  if (opening.balance >= 0) return;
+  opening.foreign_amount = -opening.foreign_amount;
+  opening.quantity = -opening.quantity;
 }
 
 /// A page of entries, by their identifiers.
@@ -240,6 +272,7 @@ std::optional<AccountLedger> ReadAccountLedger(Session& session, const std::stri
   }
   ledger.shown = static_cast<std::int64_t>(entries.size());
   lines.Open(ledger.opening + SumOfFirst(connection, own, period, ledger.first));
+  if (ledger.first == 0) AddForeign(connection, own, period, ledger.lines.front());
   if (ledger.first > 0 && !entries.empty()) lines.PassOver(entries.front().month);
   for (LedgerLine& entry : entries) lines.Add(std::move(entry));
   if (next) {

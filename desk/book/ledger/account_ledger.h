@@ -30,6 +30,8 @@ struct LedgerLine {
   /// The account on the other side of the voucher; the first, and "等", where there are several.
   std::string counter = {};
   Auxiliary auxiliary = {};
+  /// As the two next of an entry, or of the opening balance, on whose side they are positive, where
+  /// all before is in one currency, or of one account; not of a page that goes on.
   std::string currency = {};
   std::int64_t foreign_amount = 0;
   double quantity = 0;

@@ -44,12 +44,61 @@ std::map<std::string, std::int64_t> ReadTotals(Connection& connection) {
   return totals;
 }
 
+/// Only the entries hold foreign amounts and quantities, on the side of their amount.
+Lines ReadForeign(Connection& connection) {
+  const auto rows = connection.Query(
+      std::string("select ccode,department,person,customer,supplier,project,currency_name,"
+                  "sum(case when credit<>0 then -foreign_amount else foreign_amount end),"
+                  "sum(case when credit<>0 then -quantity else quantity end)"
+                  "from gl_accvouch where(foreign_amount<>0 or quantity<>0)and ") +
+          kWithoutMonth +
+          " group by ccode,department,person,customer,supplier,project,currency_name order by "
+          "ccode,department,person,customer,supplier,project,currency_name",
+      Origin::kDesk);
+  Lines lines;
+  while (rows->Next()) {
+    const auto text = [&](int column) { return rows->Get(column).ToText(); };
+    lines[text(0)].push_back({.auxiliary = {text(1), text(2), text(3), text(4), text(5)},
+                              .currency = text(6),
+                              .foreign_amount = AmountAt(*rows, 7),
+                              .quantity = rows->Get(8).ToNumber()});
+  }
+  return lines;
+}
+
+/// The account's line for a partner, which is made when there is none.
+OpeningLine& LineFor(OpeningAccount& account, const Auxiliary& auxiliary) {
+  const auto found = std::ranges::find(account.lines, auxiliary, &OpeningLine::auxiliary);
+  if (found != account.lines.end()) return *found;
+  account.lines.push_back({.auxiliary = auxiliary});
+  return account.lines.back();
+}
+
+/// A line has one currency: the account's, where there are several.
+void AddForeign(OpeningLine& line, const OpeningLine& foreign, const std::string& own) {
+  line.quantity += foreign.quantity;
+  if (foreign.foreign_amount == 0) return;
+  const bool first = line.foreign_amount == 0;
+  if (!first && line.currency != foreign.currency) {
+    if (foreign.currency != own) return;
+    line.foreign_amount = 0;
+  }
+  line.currency = foreign.currency;
+  line.foreign_amount += foreign.foreign_amount;
+}
+
 /// The lines of a leaf come to what its total says.
-void Complete(OpeningAccount& account, std::int64_t total) {
+void Complete(OpeningAccount& account, std::int64_t total,
+              const std::vector<OpeningLine>& foreign) {
   if (!account.WantsPartner()) account.lines.clear();
   std::erase_if(account.lines, [](const OpeningLine& line) { return line.balance == 0; });
   for (const OpeningLine& line : account.lines) total -= line.balance;
-  if (total != 0) account.lines.push_back({.balance = total});
+  if (total != 0) LineFor(account, {}).balance += total;
+  for (const OpeningLine& each : foreign) {
+    const Auxiliary partner = account.WantsPartner() ? each.auxiliary : Auxiliary();
+    AddForeign(LineFor(account, partner), each, account.currency);
+  }
+  std::erase_if(account.lines, [](const OpeningLine& line) { return line.Empty(); });
 }
 
 class Writer {
@@ -60,24 +109,28 @@ class Writer {
   void Replace(const OpeningChange& change) {
     Check(change);
     const host::Value key(change.code);
-    for (const char* table : {"gl_accvouch", "gl_accass", "gl_accsum"}) {
-      const std::string emptied = may_delete_
-                                      ? std::string("delete from ") + table
-                                      : std::string("update ") + table + " set debit=0,credit=0";
-      connection_.Execute(emptied + " where ccode=? and " + kWithoutMonth, Origin::kDesk,
-                          {&key, 1});
-    }
+    Clear("gl_accvouch", ",foreign_amount=0,quantity=0", key);
+    Clear("gl_accass", "", key);
+    Clear("gl_accsum", "", key);
     OpeningLine total;
     for (const OpeningLine& line : change.lines) {
-      if (line.balance == 0) continue;
+      if (line.Empty()) continue;
       total.balance += line.balance;
       AddEntry(change.code, line);
-      if (line.auxiliary != Auxiliary()) AddPartner(change.code, line);
+      if (line.auxiliary != Auxiliary() && line.balance != 0) AddPartner(change.code, line);
     }
     if (total.balance != 0) AddTotal(change.code, total);
   }
 
  private:
+  /// `others` are the columns that are set to nothing besides both sides, where rows stay.
+  void Clear(const char* table, const char* others, const host::Value& code) {
+    const std::string emptied =
+        may_delete_ ? std::string("delete from ") + table
+                    : std::string("update ") + table + " set debit=0,credit=0" + others;
+    connection_.Execute(emptied + " where ccode=? and " + kWithoutMonth, Origin::kDesk, {&code, 1});
+  }
+
   void Check(const OpeningChange& change) {
     const host::Value key(change.code);
     // As with a voucher, this keeps others from changing the account before the balance stands.
@@ -88,9 +141,9 @@ class Writer {
     if (row->Get(0).ToNumber() == 0)
       Refuse("科目 " + change.code + " 已有下级，不能直接填写期初余额");
     for (const OpeningLine& line : change.lines) {
-      if (line.balance > kMaxAmount || line.balance < -kMaxAmount) {
-        Refuse("科目 " + change.code + " 的期初余额过大");
-      }
+      const bool too_large = line.balance > kMaxAmount || line.balance < -kMaxAmount ||
+                             line.foreign_amount > kMaxAmount || line.foreign_amount < -kMaxAmount;
+      if (too_large) Refuse("科目 " + change.code + " 的期初余额过大");
     }
   }
   [[noreturn]] static void Refuse(const std::string& text) {
@@ -120,11 +173,15 @@ class Writer {
 
   void AddEntry(const std::string& code, const OpeningLine& line) {
     const Auxiliary& with = line.auxiliary;
+    const int side = line.balance < 0 ? -1 : 1;
     const host::Value values[] = {Identifier("gl_accvouch"),
                                   kSummary,
                                   code,
                                   Debit(line),
                                   Credit(line),
+                                  line.currency,
+                                  side * line.foreign_amount,
+                                  side * line.quantity + 0.0,  // servers keep the sign of a zero
                                   with.department,
                                   with.person,
                                   with.customer,
@@ -132,8 +189,9 @@ class Writer {
                                   with.project,
                                   user_};
     connection_.Execute(
-        "insert into gl_accvouch(i_id,summary,ccode,debit,credit,department,person,customer,"
-        "supplier,project,prepared_by)values(?,?,?,?,?,?,?,?,?,?,?)",
+        "insert into gl_accvouch(i_id,summary,ccode,debit,credit,currency_name,foreign_amount,"
+        "quantity,department,person,customer,supplier,project,prepared_by)"
+        "values(?,?,?,?,?,?,?,?,?,?,?,?,?,?)",
         Origin::kDesk, values);
   }
   void AddPartner(const std::string& code, const OpeningLine& line) {
@@ -161,10 +219,11 @@ class Writer {
 
 std::vector<OpeningAccount> ReadOpening(Session& session) {
   Lines partners = ReadPartners(session.Own());
+  const Lines foreign = ReadForeign(session.Own());
   const std::map<std::string, std::int64_t> totals = ReadTotals(session.Own());
   const auto rows = session.Own().Query(
-      "select ccode,ccode_name,bproperty,bclose,bdept,bperson,bcus,bsup,bitem from gl_code order "
-      "by ccode",
+      "select ccode,ccode_name,bproperty,bclose,bdept,bperson,bcus,bsup,bitem,bexchange,"
+      "cexch_name,cmeasure from gl_code order by ccode",
       Origin::kDesk);
   std::vector<OpeningAccount> accounts;
   std::vector<std::size_t> above;
@@ -174,6 +233,8 @@ std::vector<OpeningAccount> ReadOpening(Session& session) {
                            .name = rows->Get(1).ToText(),
                            .debit_side = flag(2),
                            .sealed = flag(3),
+                           .currency = flag(9) ? rows->Get(10).ToText() : std::string(),
+                           .unit = rows->Get(11).ToText(),
                            .wanted = {flag(4), flag(5), flag(6), flag(7), flag(8)}};
     while (!above.empty() && !account.code.starts_with(accounts[above.back()].code)) {
       above.pop_back();
@@ -182,7 +243,9 @@ std::vector<OpeningAccount> ReadOpening(Session& session) {
     account.level = static_cast<int>(above.size()) + 1;
     account.lines = std::move(partners[account.code]);
     const auto total = totals.find(account.code);
-    Complete(account, total == totals.end() ? 0 : total->second);
+    const auto kept = foreign.find(account.code);
+    Complete(account, total == totals.end() ? 0 : total->second,
+             kept == foreign.end() ? std::vector<OpeningLine>() : kept->second);
     above.push_back(accounts.size());
     accounts.push_back(std::move(account));
   }

@@ -17,6 +17,11 @@ namespace desk::book {
 struct OpeningLine {
   Auxiliary auxiliary = {};
   std::int64_t balance = 0;
+  std::string currency = {};        ///< of the foreign amount; empty without one
+  std::int64_t foreign_amount = 0;  ///< positive on the debit side, as is the quantity
+  double quantity = 0;
+  /// Nothing to keep, whatever partner it names.
+  [[nodiscard]] bool Empty() const { return balance == 0 && foreign_amount == 0 && quantity == 0; }
   friend bool operator==(const OpeningLine&, const OpeningLine&) = default;
 };
 
@@ -28,6 +33,8 @@ struct OpeningAccount {
   bool leaf = true;
   bool debit_side = true;
   bool sealed = false;
+  std::string currency = {};        ///< the foreign currency it is kept in; empty for none
+  std::string unit = {};            ///< the unit in which quantities are kept; empty for none
   std::array<bool, 5> wanted = {};  ///< department, person, customer, supplier, project
   std::vector<OpeningLine> lines = {};
   [[nodiscard]] bool WantsPartner() const { return wanted != std::array<bool, 5>(); }
@@ -35,6 +42,7 @@ struct OpeningAccount {
 
 /// All accounts in the order of their codes, those without an opening balance too. Where an account
 /// is kept by partner it has a line for each; what its total holds besides is a line without one.
+/// Foreign amounts and quantities are those of the entries without a month.
 /// `DatabaseError` when a table cannot be read.
 [[nodiscard]] std::vector<OpeningAccount> ReadOpening(Session& session);
 
