@@ -26,4 +26,10 @@ int WidthOfContents(const tavrix::host::Grid& grid, int col,
   return width;
 }
 
+void WidenToTexts(tavrix::viewkit::FlexGrid& grid, int col) {
+  const int width = grid.ColWidth(col);
+  grid.AutoSize(col);
+  if (grid.ColWidth(col) < width) grid.SetColWidth(col, width);
+}
+
 }  // namespace desk::views

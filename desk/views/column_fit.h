@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "host/controls.h"
+#include "viewkit/grid/flex_grid.h"
 #include "viewkit/ports.h"
 
 namespace desk::views {
@@ -11,6 +12,9 @@ namespace desk::views {
 /// not count.
 [[nodiscard]] int WidthOfContents(const tavrix::host::Grid& grid, int col,
                                   const tavrix::viewkit::TextMeasure& measure);
+
+/// Widens a column to its longest text: codes of deep charts can be read whole. Never narrows it.
+void WidenToTexts(tavrix::viewkit::FlexGrid& grid, int col);
 
 /// The width that one text needs in a cell.
 [[nodiscard]] int WidthOfText(std::string_view text, const tavrix::viewkit::TextMeasure& measure);

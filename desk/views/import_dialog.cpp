@@ -10,6 +10,7 @@
 #include "host/report.h"
 #include "host/row_set.h"
 #include "host/text.h"
+#include "views/column_fit.h"
 
 namespace desk::views {
 
@@ -253,9 +254,8 @@ void ImportDialog::ShowLines() {
     rows.AppendText(OnOneLine(book::NoteOf(line)));
   }
   lines_.LoadRows(std::move(rows));
-  const int notes = lines_.Cols() - 1;
-  lines_.AutoSize(notes);
-  lines_.SetColWidth(notes, std::max(lines_.ColWidth(notes), kNoteWidth));
+  lines_.SetColWidth(kNote, kNoteWidth);
+  for (const int col : {kCode, kNote}) WidenToTexts(lines_, col);
   if (lines_.Rows() > lines_.FixedRows()) lines_.SetRow(lines_.FixedRows());
 }
 

@@ -45,6 +45,7 @@ class ImportDialog : public viewkit::DialogModel {
 
  private:
   [[nodiscard]] viewkit::Control* FirstFocus() override { return &lines_; }
+  enum LineColumn { kNumber, kResult, kCode, kName, kNote };
   static constexpr int kNoteWidth = 3600;  ///< twips; the least of the last column
 
   void Place();

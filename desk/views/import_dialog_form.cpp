@@ -110,7 +110,7 @@ void ImportDialog::PlaceLines(int top) {
   PrepareList(
       lines_,
       {{"行", 720}, {"结果", 720}, {"科目编码", 1350}, {"科目名称", 2400}, {"说明", kNoteWidth}});
-  lines_.SetFixedAlignment(lines_.Cols() - 1, Alignment::kLeftCenter);
+  lines_.SetFixedAlignment(kNote, Alignment::kLeftCenter);
   lines_.SetAccessibleName("导入的结果");
   Put(lines_, {kMargin, top, kInside, kLinesHeight});
 }

@@ -10,6 +10,7 @@
 #include "host/row_set.h"
 #include "host/text.h"
 #include "viewkit/controls/form_rows.h"
+#include "views/column_fit.h"
 
 namespace desk::views {
 
@@ -153,6 +154,7 @@ void MnemonicDialog::ShowLines() {
     rows.AppendText(line.wanted);
   }
   list_.LoadRows(std::move(rows));
+  WidenToTexts(list_, kCodeColumn);
   if (!shown_.empty()) {
     list_.SetRow(row);
     list_.ShowRow(row);

@@ -8,6 +8,7 @@
 #include "host/grid_update.h"
 #include "host/row_set.h"
 #include "viewkit/layout/m_mode.h"
+#include "views/column_fit.h"
 #include "views/default_layout.h"
 #include "views/ledger_grid.h"
 
@@ -297,6 +298,7 @@ void TrialBalanceView::Load() {
   }
   const host::GridUpdate update(grid_);
   grid_.LoadRows(std::move(rows));
+  WidenToTexts(grid_, kCode);
   GreySealed(balance);
   if (!all) viewkit::ApplyVsRows(layout_path_, grid_, *system_);
   RedNegatives(grid_, kFirstAmount, kClosingCredit);

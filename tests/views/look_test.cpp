@@ -52,5 +52,20 @@ TEST(ColumnFit, TakesTheWidestTextOfAll) {
             empty + measure.Width("Pénalités de marchés (et dédits payés)", false));
 }
 
+TEST(ColumnFit, WidensForTheCodesOfADeepChartAndNeverNarrows) {
+  viewkit::FlexGrid grid("Vs");
+  grid.SetFixedRows(1);
+  grid.SetCols(1);
+  grid.SetRows(2);
+  grid.SetColWidth(0, 1350);
+  grid.SetTextMatrix(1, 0, "1001");
+  WidenToTexts(grid, 0);
+  EXPECT_EQ(grid.ColWidth(0), 1350);
+  const std::string code = "10010101010101010101";
+  grid.SetTextMatrix(1, 0, code);
+  WidenToTexts(grid, 0);
+  EXPECT_GE(grid.ColWidth(0), WidthOfText(code, viewkit::PlainTextMeasure()));
+}
+
 }  // namespace
 }  // namespace desk::views

@@ -71,6 +71,22 @@ TEST(ListAndDateWindows, ShowTheirModelsAndTellThemOfTheUser) {
   date.SetValue(std::chrono::year(2024) / 5 / 15);
   press_up();
   EXPECT_NE(date.Value(), std::chrono::year(2024) / 5 / 15);
+
+  const auto type = [&](const wchar_t* keys) {
+    SetFocus(nullptr);
+    SetFocus(Window(date));
+    for (; *keys != 0; ++keys) SendMessageW(Window(date), WM_CHAR, static_cast<WPARAM>(*keys), 0);
+    SetFocus(nullptr);
+    test::Pump();
+    DateTime_GetSystemtime(Window(date), &day);
+    return day.wYear * 10'000 + day.wMonth * 100 + day.wDay;
+  };
+  EXPECT_EQ(type(L"20240115"), 20'240'115) << "a day typed at one go";
+  EXPECT_EQ(date.Value(), std::chrono::year(2024) / 1 / 15);
+  EXPECT_EQ(type(L"2025-12-31"), 20'251'231);
+  EXPECT_EQ(type(L"202420231130"), 20'231'130) << "the year put right at once";
+  type(L"20230231");
+  EXPECT_EQ(date.Value(), std::chrono::year(2023) / 11 / 30) << "not a day of the calendar";
   view.reset();
   list.SetItems({{"5"}});
   EXPECT_EQ(list.Count(), 1);

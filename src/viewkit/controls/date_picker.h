@@ -1,11 +1,32 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
 
 #include "viewkit/control.h"
 
 namespace tavrix::viewkit {
+
+/// A day typed as eight digits, year, month and day, with or without `-`, `/` or `.` between them.
+/// The system's own box takes the parts of a day only one by one, with an arrow key between.
+class TypedDay {
+ public:
+  enum class Result {
+    kOther,     ///< no part of a day, or of its year: the native box has its own use for it
+    kTaken,     ///< month and day, not yet whole
+    kComplete,  ///< `Day` is what has been typed
+  };
+
+  [[nodiscard]] Result Add(char32_t unit);
+  void Clear() { digits_.clear(); }
+  /// Not of the calendar when month or day cannot be: "20240231".
+  [[nodiscard]] std::chrono::year_month_day Day() const { return day_; }
+
+ private:
+  std::string digits_;
+  std::chrono::year_month_day day_{};
+};
 
 /// A box for a day of the calendar (`DTPicker`).
 class DTPicker : public Control {

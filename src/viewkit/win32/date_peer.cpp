@@ -36,6 +36,32 @@ void DatePeer::OnContent(const Change&) {
   DateTime_SetSystemtime(Hwnd(), GDT_VALID, &date);
 }
 
+LRESULT DatePeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+  switch (message) {
+    case WM_KEYDOWN:  // digits and separators come as characters; an arrow goes to another part
+      if (wparam >= VK_PRIOR && wparam <= VK_DELETE) typed_.Clear();
+      break;
+    case WM_SETFOCUS:
+    case WM_LBUTTONDOWN:
+      typed_.Clear();
+      break;
+    case WM_CHAR:
+      switch (typed_.Add(static_cast<char32_t>(wparam))) {
+        case TypedDay::Result::kOther:
+          break;
+        case TypedDay::Result::kComplete:
+          picker_.SetValue(typed_.Day());
+          return 0;
+        case TypedDay::Result::kTaken:
+          return 0;
+      }
+      break;
+    default:
+      break;
+  }
+  return NativePeer::OnMessage(message, wparam, lparam);
+}
+
 std::optional<LRESULT> DatePeer::OnNotify(UINT message, WPARAM, LPARAM lparam) {
   if (message != WM_NOTIFY) return {};
   if (reinterpret_cast<const NMHDR*>(lparam)->code != DTN_DATETIMECHANGE) return {};

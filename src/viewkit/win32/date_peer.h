@@ -16,9 +16,11 @@ class DatePeer : public NativePeer {
  protected:
   void ApplyBounds() override;
   void OnContent(const Change& change) override;
+  LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
 
  private:
   DTPicker& picker_;
+  TypedDay typed_;
   bool taking_ = false;  // the native box shows already what the model takes over
 };
 
