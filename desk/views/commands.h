@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "book/host/recent_books.h"
 #include "viewkit/input.h"
 #include "views/icon.h"
 
@@ -60,12 +61,13 @@ enum class Command : std::uint16_t {
   kNewWindow,
   kKeepAdding,
   kLogFolder,
+  kRecentBooksList,
   kMore = 150,  ///< the tool bar's buttons that have no room
   kLevelFirst =
       160,  ///< this and the next kOutlineLevels - 1 numbers expand the outline to a level
   kRecentFirst = 1000,  ///< this and the next kRecentBooks - 1 numbers open a recent book
 };
-inline constexpr std::size_t kRecentBooks = 8;
+inline constexpr std::size_t kRecentBooks = book::RecentBooks::kMax;
 inline constexpr int kOutlineLevels = 7;
 
 [[nodiscard]] constexpr std::uint16_t IdOf(Command command) {
@@ -125,7 +127,7 @@ struct CommandInfo {
 };
 
 /// The levels of the outline included.
-inline constexpr std::size_t kCommandCount = 49;
+inline constexpr std::size_t kCommandCount = 50;
 
 /// All commands but those of the recent books, in the order of the menus.
 [[nodiscard]] std::span<const CommandInfo> Commands();

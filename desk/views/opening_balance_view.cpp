@@ -159,6 +159,7 @@ void OpeningBalanceView::Summarise() {
       "借方合计 " + book::MoneyText(debit) + "    贷方合计 " + book::MoneyText(credit) + "    ";
   text += debit == credit ? "借贷平衡" : "借贷不平，差额 " + book::MoneyText(debit - credit);
   if (HasChanges()) text += "    " + std::to_string(changed_.size()) + " 个科目尚未保存";
+  if (saved_ && !HasChanges()) text += "    已保存";
   sums_.SetCaption(std::move(text));
   save_.SetEnabled(HasChanges());
 }
@@ -223,8 +224,8 @@ void OpeningBalanceView::Save() {
     const std::size_t row = Chosen().value_or(0);
     accounts_ = book::ReadOpening(session_);
     changed_.clear();
+    saved_ = true;
     ShowRows(row);
-    sums_.SetCaption(sums_.Caption() + "    已保存");
     grid_.SetFocus();
   });
 }

@@ -110,6 +110,7 @@ void OpeningBalanceView::SetLine(const Row& row, book::OpeningLine line) {
     account.lines[*row.line] = line;
   }
   changed_.insert(row.account);
+  saved_ = false;
   ShowRows(*Chosen());
 }
 

@@ -61,8 +61,8 @@ TEST(Commands, AnEntryTellsWhatItWouldUndo) {
 
 TEST(Commands, CanBeUsedWhenThereIsWhatTheyWant) {
   using enum Command;
-  const std::set<Command> always = {kNewBook, kOpenBook,  kExit,       kReports,
-                                    kAbout,   kLogFolder, kAccountPane};
+  const std::set<Command> always = {kNewBook, kOpenBook,  kExit,        kReports,
+                                    kAbout,   kLogFolder, kAccountPane, kRecentBooksList};
   EXPECT_EQ(EnabledIn({}), always);
   EXPECT_EQ(EnabledIn({.has_rows = true, .row_selected = true}), always)
       << "of a book that is gone";

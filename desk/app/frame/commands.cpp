@@ -24,8 +24,6 @@ constexpr std::array kGroups = {GroupTitle{kBook, L"账簿(&B) "}, GroupTitle{kA
                                 GroupTitle{kHelp, L"帮助(&H) "}};
 
 void AppendRecent(HMENU menu, const std::vector<std::wstring>& recent) {
-  if (recent.empty()) return;
-  AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
   for (std::size_t i = 0; i < recent.size() && i < kRecentBooks; ++i) {
     const std::wstring text =
         L"&" + std::to_wstring(i + 1) + L"  " + Wide(views::EscapedCaption(Narrow(recent[i])));
@@ -52,8 +50,8 @@ void AppendLevels(HMENU menu) {
 void AppendGroup(HMENU menu, MenuGroup group, const std::vector<std::wstring>& recent) {
   for (const CommandInfo& info : Commands()) {
     if (info.group != group) continue;
-    if (info.command == kExit) AppendRecent(menu, recent);
     if (info.new_section) AppendSeparator(menu);
+    if (info.command == kRecentBooksList) AppendRecent(menu, recent);
     AppendCommand(menu, info);
     if (info.command == kCollapseAll) AppendLevels(menu);
   }

@@ -13,6 +13,7 @@
 #include "app/program/name_column.h"
 #include "app/program/new_window.h"
 #include "app/program/print_commands.h"
+#include "app/program/recent_commands.h"
 #include "book/ledger/posting.h"
 #include "book/odbc/wire_text.h"
 #include "book/sample.h"
@@ -225,14 +226,12 @@ void Desk::AskOpen() {
 }
 
 void Desk::OpenRecent(std::size_t position) {
-  const std::vector<std::wstring> recent = settings_.Recent();
+  const auto& recent = settings_.Recent().Entries();
   if (position >= recent.size()) return;
-  const std::wstring& file = recent[position];
-  if (!MayBeThere(file)) {
-    settings_.Forget(file);
-    frame_->SetRecent(settings_.RecentNames());
-  }
-  Open(file);
+  const std::string place = recent[position].place;
+  if (MayBeThere(Wide(place))) return Open(Wide(place));
+  if (MayForgetBook(user_, place)) settings_.Recent().Forget(place);
+  frame_->SetRecent(settings_.RecentNames());
 }
 
 void Desk::Open(const std::wstring& file) {
@@ -264,7 +263,7 @@ void Desk::Show(book::Book book, const std::wstring& file) {
   book.Environment().make_mouse_event = [] { return WindowWheel::Make(); };
   open_.emplace(OpenBook{.book = std::move(book), .file = file, .view = nullptr});
   log_.Opened(open_->book, file);
-  if (MayBeKept(file)) settings_.Remember(file);
+  if (MayBeKept(file)) settings_.Recent().Remember(Narrow(file));
   frame_->SetRecent(settings_.RecentNames());
   TellBook();
   TellWire();

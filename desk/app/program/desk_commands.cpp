@@ -10,6 +10,7 @@
 #include "app/program/ledger_commands.h"
 #include "app/program/new_window.h"
 #include "app/program/print_commands.h"
+#include "app/program/recent_commands.h"
 #include "app/program/view_layout.h"
 #include "book/journal/command_text.h"
 #include "views/outline_commands.h"
@@ -29,6 +30,12 @@ const Desk::Action Desk::kActions[] = {
     {kMnemonics, [](Desk& desk) { FillMnemonics(desk.Place()); }},
     {kPrint, [](Desk& desk) { PrintChart(desk.Place()); }},
     {kPreview, [](Desk& desk) { PreviewChart(desk.Place()); }},
+    {kRecentBooksList,
+     [](Desk& desk) {
+       const std::wstring wanted = AskRecentBook(desk.user_, desk.settings_.Recent());
+       desk.frame_->SetRecent(desk.settings_.RecentNames());
+       if (!wanted.empty()) desk.Open(wanted);
+     }},
     {kExit, [](Desk& desk) { PostMessageW(desk.frame_->Hwnd(), WM_CLOSE, 0, 0); }},
     {kAddSibling, [](Desk& desk) { desk.View()->Call(&IFormUI::FileNew); }},
     {kAddChild, [](Desk& desk) { desk.View()->Call(&IFormUI::FileNewNext); }},

@@ -65,23 +65,14 @@ DeskFolders DeskFolders::Find() {
 
 DeskSettings::DeskSettings(const DeskFolders& folders)
     : path_(Narrow((folders.user / L"desk.txt").wstring())),
-      branches_(Narrow((folders.user / L"branches.txt").wstring())) {
-  ReadRecent();
-}
-
-void DeskSettings::ReadRecent() {
-  Reread();
-  recent_.clear();
-  for (std::size_t i = 0; i < kRecentBooks; ++i) {
-    const std::string path = file_.ReadValue(kFrame, "Recent" + std::to_string(i), "");
-    if (!path.empty()) recent_.push_back(Wide(path));
-  }
-}
+      branches_(Narrow((folders.user / L"branches.txt").wstring())),
+      recent_(file_, path_) {}
 
 std::vector<std::wstring> DeskSettings::RecentNames() const {
   std::vector<std::wstring> names;
-  for (const std::wstring& place : recent_) {
-    names.push_back(IsOnServer(place) ? NameOf(place) : place);
+  for (const auto& [place, pinned] : recent_.Entries()) {
+    const std::wstring wide = Wide(place);
+    names.push_back((pinned ? L"★ " : L"") + (IsOnServer(wide) ? NameOf(wide) : wide));
   }
   return names;
 }
@@ -91,28 +82,6 @@ void DeskSettings::Write(const char* section, const std::string& key, const std:
     file_.WriteValue(section, key, value);
   } catch (const std::exception&) {  // a user without a writable folder works all the same
   }
-}
-
-void DeskSettings::WriteRecent() {
-  for (std::size_t i = 0; i < kRecentBooks; ++i) {
-    Write(kFrame, "Recent" + std::to_string(i),
-          i < recent_.size() ? Narrow(recent_[i]) : std::string());
-  }
-  Reread();
-}
-
-void DeskSettings::Remember(const std::wstring& book) {
-  ReadRecent();
-  std::erase(recent_, book);
-  recent_.insert(recent_.begin(), book);
-  if (recent_.size() > kRecentBooks) recent_.resize(kRecentBooks);
-  WriteRecent();
-}
-
-void DeskSettings::Forget(const std::wstring& book) {
-  ReadRecent();
-  std::erase(recent_, book);
-  WriteRecent();
 }
 
 long DeskSettings::Number(const char* section, const char* key, long fallback) {

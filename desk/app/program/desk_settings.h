@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "book/host/kept_branches.h"
+#include "book/host/recent_books.h"
 #include "book/host/settings_file.h"
 #include "views/print_preview.h"
 
@@ -27,13 +28,9 @@ class DeskSettings {
  public:
   explicit DeskSettings(const DeskFolders& folders);
 
-  /// The newest first.
-  [[nodiscard]] const std::vector<std::wstring>& Recent() const { return recent_; }
-  /// As users know them: a server's by database and server.
+  [[nodiscard]] book::RecentBooks& Recent() { return recent_; }
+  /// As users know them, those that are pinned with a star: a server's by database and server.
   [[nodiscard]] std::vector<std::wstring> RecentNames() const;
-  /// Puts `book` first; others may have opened books meanwhile.
-  void Remember(const std::wstring& book);
-  void Forget(const std::wstring& book);
 
   /// The desk's windows, each with a section of its own.
   static constexpr char kFrame[] = "Desk";
@@ -68,13 +65,11 @@ class DeskSettings {
   void Write(const char* section, const std::string& key, const std::string& value);
   /// Writes what has been changed here, and takes over what other windows have written.
   void Reread() { file_.SetFileName(path_); }
-  void ReadRecent();
-  void WriteRecent();
 
   std::string path_;
   book::SharedSettingsFile file_;
   book::KeptBranches branches_;
-  std::vector<std::wstring> recent_;
+  book::RecentBooks recent_;
 };
 
 }  // namespace desk::app
