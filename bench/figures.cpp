@@ -1,5 +1,6 @@
 #include "figures.h"
 
+#include <chrono>
 #include <cstdio>
 
 namespace tavrix::bench {
@@ -15,6 +16,13 @@ void Figures::Print(const std::string& name, long size, double ratio, double lim
 
 void Figures::Tell(const std::string& name, long size, double value, const std::string& unit) {
   std::fprintf(stderr, "# %s, %ld: %.3f %s\n", name.c_str(), size, value, unit.c_str());
+}
+
+double PassedTime(const std::function<void()>& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+      .count();
 }
 
 }  // namespace tavrix::bench

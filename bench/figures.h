@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <ctime>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -41,6 +42,9 @@ class Figures {
   std::nth_element(times.begin(), middle, times.end());
   return *middle;
 }
+
+/// Time that passes while `work` runs, in milliseconds: a server works in another process.
+[[nodiscard]] double PassedTime(const std::function<void()>& work);
 
 /// What `work` took: the median of `rounds`.
 template <class Work>

@@ -6,6 +6,7 @@
 
 #include "editing_bench.h"
 #include "figures.h"
+#include "import_bench.h"
 #include "layout_bench.h"
 #include "list_bench.h"
 #include "picker_bench.h"
@@ -46,15 +47,19 @@ int main(int count, char** arguments) try {
     tavrix::bench::MeasureRearranging(figures, folder.Path(), count == 3 ? arguments[2] : "");
     return figures.Within() ? 0 : 1;
   }
+  if ((count == 2 || count == 3) && std::strcmp(arguments[1], "--import") == 0) {
+    tavrix::bench::MeasureImport(figures, folder.Path(), count == 3 ? arguments[2] : "");
+    return figures.Within() ? 0 : 1;
+  }
   if (count == 2 && std::strcmp(arguments[1], "--large") == 0) {
     tavrix::bench::MeasureLarge(figures, folder.Path());
     return figures.Within() ? 0 : 1;
   }
   if (count != 1) {
-    std::fprintf(
-        stderr,
-        "usage: tavrix_bench [--book FILE | --server CONNECTION | --make FOLDER SIZE... | "
-        "--ledger FILE ACCOUNTS ENTRIES | --copy FROM TO | --rearrange [CONNECTION] | --large]\n");
+    std::fprintf(stderr,
+                 "usage: tavrix_bench [--book FILE | --server CONNECTION | --make FOLDER SIZE... | "
+                 "--ledger FILE ACCOUNTS ENTRIES | --copy FROM TO | --rearrange [CONNECTION] | "
+                 "--import [CONNECTION] | --large]\n");
     return 2;
   }
   tavrix::bench::MeasureList(figures, folder.Path());

@@ -1,6 +1,5 @@
 #include "rearrange_bench.h"
 
-#include <chrono>
 #include <functional>
 #include <stdexcept>
 #include <vector>
@@ -85,14 +84,6 @@ std::string SumsOf(Book& book) {
   return sums;
 }
 
-/// Time that passes: a server works in another process.
-double Passed(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-      .count();
-}
-
 double Spent(const std::function<void()>& work) {
   return Median(1, work);
 }
@@ -155,7 +146,7 @@ void MeasureRearranging(Figures& figures, const std::string& folder, const std::
           {.name = "server",
            .run = [&](const std::string& sql) { connection.Run(sql); },
            .server = true,
-           .time = Passed});
+           .time = PassedTime});
 }
 
 }  // namespace tavrix::bench

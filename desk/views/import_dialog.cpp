@@ -187,12 +187,12 @@ void ImportDialog::ShowColumns() {
   const book::SourceTable& table = source_.Table();
   const std::size_t first = options_.header ? *options_.header + 1 : 0;
   const int row = columns_.Row();
+  const book::SourceRow header =
+      options_.header ? book::HeaderAt(table, *options_.header) : book::SourceRow();
   host::RowSet rows(static_cast<std::size_t>(columns_.Cols()));
   for (std::size_t column = 0; column < table.columns; ++column) {
     std::string name = LetterOf(column);
-    if (options_.header && column < table.rows[*options_.header].cells.size()) {
-      name += "  " + OnOneLine(table.rows[*options_.header].cells[column]);
-    }
+    if (column < header.cells.size()) name += "  " + OnOneLine(header.cells[column]);
     const auto field = options_.columns.FieldAt(column);
     rows.AppendText(name);
     rows.AppendText(ExampleOf(table, column, first));
@@ -256,7 +256,14 @@ void ImportDialog::ShowLines() {
   lines_.LoadRows(std::move(rows));
   lines_.SetColWidth(kNote, kNoteWidth);
   for (const int col : {kCode, kNote}) WidenToTexts(lines_, col);
-  if (lines_.Rows() > lines_.FixedRows()) lines_.SetRow(lines_.FixedRows());
+  if (lines_.Rows() <= lines_.FixedRows()) return;
+  // The first line that somebody has to look at.
+  const auto refused =
+      std::ranges::find(shown_.lines, ImportState::kRefuse, &book::ImportLine::state);
+  const bool jumps = !problems && refused != shown_.lines.end();
+  const int place = jumps ? static_cast<int>(refused - shown_.lines.begin()) : 0;
+  lines_.SetRow(lines_.FixedRows() + place);
+  lines_.SetTopRow(lines_.Row() - 1);
 }
 
 std::string ImportDialog::SummaryOf(const book::ImportPlan& plan) {

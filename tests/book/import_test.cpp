@@ -1,53 +1,20 @@
-#include "book/exchange/import_chart.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "book/exchange/csv.h"
 #include "book/exchange/export_chart.h"
-#include "book/exchange/text_encoding.h"
+#include "book/text_import.h"
 #include "support/odd_chart.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
 
-using tavrix::test::AllRows;
 using tavrix::test::BrokenRules;
 using tavrix::test::MakeBook;
-using tavrix::test::MakeBookOn;
 using tavrix::test::Scalar;
-using tavrix::test::WholeChart;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::StartsWith;
-
-/// A file as it is read when nobody says otherwise.
-struct Source {
-  SourceTable table;
-  ImportOptions options;
-};
-
-Source Read(const std::string& bytes) {
-  const std::string text = Decoded(bytes, FindEncoding(bytes));
-  Source source{.table = ReadCsv(text, FindSeparator(text)), .options = {}};
-  source.options.header = FindHeader(source.table);
-  source.options.columns = source.options.header
-                               ? MatchHeader(source.table.rows[*source.options.header])
-                               : GuessColumns(source.table);
-  return source;
-}
-
-ImportPlan PlanOf(const Book& book, const Source& source) {
-  return PlanImport(book.GetSession(), source.table, source.options);
-}
-
-ImportPlan Import(const Book& book, const Source& source, const Progress& progress = {}) {
-  ImportPlan plan = PlanOf(book, source);
-  ImportChart(book.GetSession(), source.table, source.options, plan, progress);
-  return plan;
-}
 
 /// Each line in short: its number, state and note.
 std::vector<std::string> Told(const ImportPlan& plan) {
@@ -75,6 +42,21 @@ TEST(ColumnMatch, HeadersAreKnownInBothLanguagesBelowTitles) {
   for (const FieldInfo& info : Fields()) EXPECT_EQ(FieldOfHeader(info.title), info.field);
 }
 
+TEST(ColumnMatch, AHeaderMayHaveTwoRows) {
+  const Source source = Read(
+      "科目表,,,,,\n科目编码,科目名称,属性,,期初余额,\n,,类别,余额方向,借方,贷方\n"
+      "1009,现金,资产,借,1,\n,合计,,,1,\n");
+  ASSERT_EQ(source.options.header, std::optional<std::size_t>(2));
+  EXPECT_EQ(source.options.columns.FieldAt(1), AccountField::kName);
+  EXPECT_EQ(source.options.columns.FieldAt(2), AccountField::kCategory);
+  EXPECT_EQ(source.options.columns.FieldAt(3), AccountField::kDebit);
+  EXPECT_THAT(Told(PlanOf(MakeBook(), source)), ElementsAre("4 + "));
+  // An account without a code is none.
+  EXPECT_EQ(Read("编码,名称,类别\n,现金,资产\n").options.header, std::optional<std::size_t>(0));
+  // Names may be missing, or stand in a column that nobody knows.
+  EXPECT_EQ(Read("编码,全名,类别\n1009,现金,资产\n").options.header, std::optional<std::size_t>(0));
+}
+
 TEST(ColumnMatch, WithoutHeaderCodesAndNamesAreSeen) {
   const Source source = Read("借,1001,库存现金\n借,1002,银行存款\n贷,2001,短期借款\n");
   EXPECT_FALSE(source.options.header.has_value());
@@ -92,7 +74,7 @@ TEST(ImportPlan, SaysOfEachLineWhatItWouldDoAndWhy) {
       "1003.01,在途资金,,,,,\n"         // a point between the levels; its parent comes later
       "1003,存放同业,资产,,,,\n"
       "1002,银行,,,,,\n"      // a second time
-      ",合计,,,,,\n"          // no code
+      ",其他,,,,,\n"          // no code
       "10031,短,,,,,\n"       // of no level
       "300101,无上级,,,,,\n"  // its parent is nowhere
       "100101,备用金,,,,,\n"  // its parent has been posted to
@@ -112,7 +94,7 @@ TEST(ImportPlan, SaysOfEachLineWhatItWouldDoAndWhy) {
                           "10 ! 上级科目 1001 已经记账，请先在科目表中为它增加第一个下级科目",
                           "11 ! 上级科目 100302 不在账簿和文件中", "12 ! 没有科目名称",
                           "13 ! 没有“类别”这个科目类别", "14 ! 上级科目 1005 被拒绝",
-                          "15 ! 没有科目类别，也没有上级科目可以参照",
+                          "15 ! 没有科目类别，也没有上级科目可以参照，请在文件中填写",
                           "16 ! “封存”不能是“也许”，应当是“是”或“否”", "17 + "));
   const ImportLine& last = plan.lines.back();
   EXPECT_EQ(last.account.Code(), "220201");
@@ -129,6 +111,26 @@ TEST(ImportPlan, SaysOfEachLineWhatItWouldDoAndWhy) {
   EXPECT_EQ(filled.lines[3].account.Text(AccountField::kMnemonic), "cfty");
   EXPECT_EQ(filled.lines[1].account.Text(AccountField::kMnemonic), "yhck");
   EXPECT_EQ(plan.lines[3].account.Text(AccountField::kMnemonic), "");
+}
+
+TEST(ImportPlan, TakesWhatSpreadsheetsAndPeopleDoToLists) {
+  const Book book = MakeBook();
+  const ImportPlan plan = PlanOf(book, Read("科目编码,科目名称,科目类别,Normal Balance\n"
+                                            "=\"1009\",其他现金,流动资产,Debit\n"
+                                            "100901,　　备用金,,\n100902,\xC2\xA0 保证金　,,\n"
+                                            "6001,主营收入,营业收入,Cr\n"
+                                            "　,　,,\n小计：,,,\n,合　计,,\n"
+                                            "制表：张三,,,复核：李四\n"));
+  EXPECT_THAT(Told(plan), ElementsAre("2 + ", "3 + ", "4 + ", "5 + "));
+  EXPECT_EQ(plan.lines[0].account.Code(), "1009");
+  EXPECT_EQ(plan.lines[1].account.Text(AccountField::kName), "备用金");
+  EXPECT_EQ(plan.lines[2].account.Text(AccountField::kName), "保证金");
+  EXPECT_FALSE(plan.lines[3].account.Flag(AccountField::kDebit));
+
+  // Which column has the codes is for the user to say.
+  EXPECT_THAT(Told(PlanOf(book, Read("日期,摘要\n五月,买菜\n"))),
+              ElementsAre("1 ! 请先在上面的列表中选择哪一列是科目编码",
+                          "2 ! 请先在上面的列表中选择哪一列是科目编码"));
 }
 
 TEST(ImportPlan, EmptyBookTakesTheRuleOfTheCodes) {
@@ -197,7 +199,7 @@ TEST(ImportPlan, WhatIsOddInTheBookComesBackAsItIs) {
                     "update gl_code set cclass='资产类',cbook_type='老式',cexch_name='美元',"
                     "bexchange=0,ccode_engl='" +
                         std::string(300, 'x') + "' where ccode='1001'");
-  const Source source = Read(ChartAsCsv(ReadRecords(book.GetSession())));
+  const Source source = Read(ChartAsCsv(ReadAccounts(book.GetSession())));
   EXPECT_EQ(PlanOf(book, source).Count(ImportState::kSame), 8U);
 }
 
@@ -211,89 +213,16 @@ TEST(ImportPlan, ARefusedAccountLeavesItsParentALeaf) {
 TEST(ExportChart, CsvHoldsNoFormulas) {
   const Book book = MakeBook({{.code = "1001", .name = "=1+1", .category = "资产", .help = "-x"},
                               {.code = "1002", .name = "'@a", .category = "资产"}});
-  const std::string csv = ChartAsCsv(ReadRecords(book.GetSession()));
+  const std::string csv = ChartAsCsv(ReadAccounts(book.GetSession()));
   EXPECT_THAT(csv, HasSubstr("1001,'=1+1,资产,借,'-x,"));
   EXPECT_THAT(csv, HasSubstr("1002,''@a,"));
   EXPECT_EQ(PlanOf(book, Read(csv)).Count(ImportState::kSame), 2U);
 }
 
-class ImportChartTest : public testing::TestWithParam<std::string> {};
-INSTANTIATE_TEST_SUITE_P(Engines, ImportChartTest,
-                         testing::ValuesIn(tavrix::test::EnginesAtHand()));
-
-TEST_P(ImportChartTest, WhatIsExportedComesBackUnchanged) {
-  const Book from = MakeBookOn(GetParam(), tavrix::test::OddAccounts(1500));
-  tavrix::test::AddOddColumns(from);
-  const std::vector<std::string> chart = WholeChart(from);
-  ASSERT_EQ(chart.size(), 1500U);
-  const Source source = Read(ChartAsCsv(ReadRecords(from.GetSession())));
-
-  EXPECT_EQ(PlanOf(from, source).Count(ImportState::kSame), 1500U);
-  const Book to = MakeBookOn(GetParam(), {});
-  Import(to, source);
-  EXPECT_EQ(WholeChart(to), chart);
-  EXPECT_THAT(BrokenRules(to), IsEmpty());
-
-  // Changed to and fro, it is what it was.
-  const Source less = Read("编码,名称,封存,部门核算\n1001,'a',否,是\n100101,b,是,是\n");
-  EXPECT_EQ(Import(from, less).Count(ImportState::kChange), 2U);
-  EXPECT_NE(WholeChart(from), chart);
-  EXPECT_EQ(Import(from, source).Count(ImportState::kChange), 2U);
-  EXPECT_EQ(WholeChart(from), chart);
-}
-
-TEST_P(ImportChartTest, AddsBelowLeavesOfTheBook) {
-  const Book book = MakeBookOn(GetParam());
-  Import(book, Read("编码,名称\n10020101,支行 A\n100101,'备用'\n10020102,支行 B\n"));
-  EXPECT_THAT(BrokenRules(book), IsEmpty());
-  EXPECT_THAT(AllRows(book,
-                      "select ccode,bend,igrade from gl_code where ccode like '100%' "
-                      "order by ccode"),
-              ElementsAre("1001|0|1", "100101|1|2", "1002|0|1", "100201|0|2", "10020101|1|3",
-                          "10020102|1|3", "100202|1|2"));
-}
-
-TEST_P(ImportChartTest, AllOrNothing) {
-  const Book book = MakeBookOn(GetParam());
-  const std::vector<std::string> before = WholeChart(book);
-  const Source source = Read(ChartAsCsv({}) + "1001,改名\n100101,新\n9001,新,损益\n");
-  // Cancelled after each number of reports there are.
-  for (int reports = 0;; ++reports) {
-    int left = reports;
-    try {
-      Import(book, source, [&](const WorkState&) { return left-- > 0; });
-      break;
-    } catch (const WorkCancelled&) {
-      ASSERT_LT(reports, 10);
-    }
-    EXPECT_EQ(WholeChart(book), before);
-  }
-  EXPECT_NE(WholeChart(book), before);
-  EXPECT_THAT(BrokenRules(book), IsEmpty());
-}
-
-TEST_P(ImportChartTest, WhatOthersHaveChangedMeanwhileIsNotOverwritten) {
-  const Book book = MakeBookOn(GetParam());
-  const Source source = Read("编码,名称\n1001,甲\n100101,乙\n");
-  const ImportPlan plan = PlanOf(book, source);
-  for (const char* change : {"update gl_code set ccode_name='他人' where ccode='1001'",
-                             "delete from gl_code where ccode='1001'"}) {
-    tavrix::test::Run(book, change);
-    const std::vector<std::string> theirs = WholeChart(book);
-    try {
-      ImportChart(book.GetSession(), source.table, source.options, plan);
-      ADD_FAILURE() << change;
-    } catch (const DatabaseError& error) {
-      EXPECT_THAT(error.what(), HasSubstr("其他用户"));
-    }
-    EXPECT_EQ(WholeChart(book), theirs);
-  }
-}
-
 TEST(ExportChart, HtmlEscapesAndIndents) {
   const Book book = MakeBook();
   tavrix::test::Run(book, "update gl_code set ccode_name='<b>&\"x' where ccode='100201'");
-  const std::string html = ChartAsHtml(ReadRecords(book.GetSession()), {"科目表", "A & B"});
+  const std::string html = ChartAsHtml(ReadAccounts(book.GetSession()), {"科目表", "A & B"});
   EXPECT_THAT(html, HasSubstr("<td>100201</td><td class=\"n\" "
                               "style=\"padding-left:1.4em\">&lt;b&gt;&amp;&quot;x</td>"));
   EXPECT_THAT(html, HasSubstr("<p>A &amp; B</p>"));

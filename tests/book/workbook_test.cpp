@@ -40,7 +40,7 @@ SourceTable SheetOf(const std::string& bytes, std::size_t sheet) {
 
 /// A workbook of one sheet with these rows, and further parts.
 std::string Made(const std::string& sheet, const std::string& shared = {},
-                 const std::string& prolog = {}) {
+                 const std::string& prolog = {}, const std::string& styles = {}) {
   const std::string relation =
       "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
   ZipWriter archive;
@@ -52,7 +52,9 @@ std::string Made(const std::string& sheet, const std::string& shared = {},
   archive.Add("x/_rels/book.xml.rels",
               "<Relationships><Relationship Id='s' Type='" + relation +
                   "/worksheet' Target='s.xml'/><Relationship Id='t' Type='" + relation +
-                  "/sharedStrings' Target='t.xml'/></Relationships>");
+                  "/sharedStrings' Target='t.xml'/><Relationship Id='f' Type='" + relation +
+                  "/styles' Target='f.xml'/></Relationships>");
+  if (!styles.empty()) archive.Add("x/f.xml", "<styleSheet>" + styles + "</styleSheet>");
   if (!shared.empty()) archive.Add("x/t.xml", "<sst>" + shared + "</sst>");
   archive.Add("x/s.xml", prolog + "<m:worksheet xmlns:m='m'><m:sheetData>" + sheet +
                              "</m:sheetData></m:worksheet>");
@@ -73,6 +75,19 @@ TEST(Workbook, CellsOfEachKindBecomeTexts) {
   EXPECT_THAT(table.rows[0].cells, ElementsAre("两 段", "1001", "100201", "0.1"));
   EXPECT_EQ(table.rows[1].number, 7);
   EXPECT_THAT(table.rows[1].cells, ElementsAre("", "", "TRUE", "a", "b\rc"));
+}
+
+TEST(Workbook, NumbersHaveTheZerosThatTheirFormatShows) {
+  const SourceTable table = SheetOf(
+      Made("<m:row><m:c s='1'><m:v>101</m:v></m:c><m:c s='1'><m:v>10101</m:v></m:c>"
+           "<m:c s='1'><m:v>1.5</m:v></m:c><m:c s='1'><m:v>-1</m:v></m:c><m:c s='2'><m:v>7</m:v>"
+           "</m:c><m:c s='9'><m:v>7</m:v></m:c><m:c><m:v>7</m:v></m:c></m:row>",
+           {}, {},
+           "<numFmts><numFmt numFmtId='164' formatCode='0000'/><numFmt numFmtId='165' "
+           "formatCode='0.00'/></numFmts><cellStyleXfs><xf numFmtId='164'/></cellStyleXfs>"
+           "<cellXfs><xf numFmtId='0'/><xf numFmtId='164'/><xf numFmtId='165'/></cellXfs>"),
+      0);
+  EXPECT_THAT(table.rows[0].cells, ElementsAre("0101", "10101", "1.5", "-1", "7", "7", "7"));
 }
 
 TEST(Workbook, HostileFilesAreRefusedWithoutHarm) {
@@ -116,7 +131,7 @@ TEST(Workbook, ManySheetsAndCellsOfOnePartAreBounded) {
 
 TEST(Workbook, BrokenBytesNeverDoMoreThanFail) {
   const Book book = MakeBookOn("sqlite", OddAccounts(40));
-  const std::string good = ChartAsXlsx(ReadRecords(book.GetSession()));
+  const std::string good = ChartAsXlsx(ReadAccounts(book.GetSession()));
   std::mt19937 random(1);
   int refused = 0;
   for (int round = 0; round < 400; ++round) {
@@ -134,7 +149,7 @@ TEST(Workbook, ComesBackUnchanged) {
   for (const std::string& engine : tavrix::test::EnginesAtHand()) {
     const Book from = MakeBookOn(engine, OddAccounts(1500));
     tavrix::test::AddOddColumns(from);
-    const SourceTable table = SheetOf(ChartAsXlsx(ReadRecords(from.GetSession())), 0);
+    const SourceTable table = SheetOf(ChartAsXlsx(ReadAccounts(from.GetSession())), 0);
     const ImportOptions options{.columns = MatchHeader(table.rows[0]), .header = 0};
     const Book to = MakeBookOn(engine, {});
     ImportChart(to.GetSession(), table, options, PlanImport(to.GetSession(), table, options));
@@ -156,7 +171,7 @@ std::string RunScript(const std::string& arguments) {
 TEST(Workbook, AnotherProgramReadsIt) {
   const Book book = MakeBookOn("sqlite", OddAccounts(20));
   const tavrix::test::TempFolder folder;
-  ReplaceFile(PathOf(folder.File("out.xlsx")), ChartAsXlsx(ReadRecords(book.GetSession())));
+  ReplaceFile(PathOf(folder.File("out.xlsx")), ChartAsXlsx(ReadAccounts(book.GetSession())));
   const std::string read = RunScript("read " + folder.File("out.xlsx"));
   EXPECT_THAT(read, HasSubstr("会计科目 21 23 C2 $1:$1\n['s', 's'] @\n0112112112 False\n"));
   EXPECT_THAT(read, HasSubstr(R"('1001' 'L\'Or\xe9al "Paris", S.A. 0')"));

@@ -83,6 +83,7 @@ TEST_F(ImportDialogTest, ShowsWhatWouldBeAndImportsTheRestOnlyWhenTold) {
                      EXPECT_THAT(TextsOf(lines)[0], "2|修改|1001|现金|科目名称：库存现金 → 现金");
                      auto& ok = Find<viewkit::CommandButton>(dialog, "Cmd", 0);
                      EXPECT_FALSE(ok.Enabled());
+                     EXPECT_EQ(lines.Row(), lines.FixedRows() + 3);  // the one that is refused
                      Find<viewkit::CheckBox>(dialog, "Chk", 2).Click();
                      EXPECT_EQ(lines.Rows() - lines.FixedRows(), 1);  // those that are refused
                      Find<viewkit::CheckBox>(dialog, "Chk", 3).Click();

@@ -1,9 +1,12 @@
 #include "book/chart/chart_account.h"
 
+#include <algorithm>
+#include <iterator>
+
+#include "book/ledger/account_record.h"
 #include "book/ledger/trial_balance.h"
 #include "book/session/rules_pause.h"
 #include "book/session/schema.h"
-#include "book/session/settings.h"
 #include "host/account.h"
 
 namespace desk::book {
@@ -12,48 +15,34 @@ namespace {
 
 constexpr std::array<const char*, 3> kLedgers = {"gl_accvouch", "gl_accass", "gl_accsum"};
 
-/// Columns of the statement that reads accounts; the flags of the partners follow.
-enum Field {
-  kId,
-  kCode,
-  kName,
-  kCategory,
-  kDirection,
-  kLeaf,
-  kSealed,
-  kForeign,
-  kCurrency,
-  kUnit,
-  kGather,
-  kFirstPartner
-};
+using enum AccountField;
 
-std::vector<ChartAccount> ReadAccounts(Session& session, const std::string& condition,
-                                       Values parameters = {}) {
-  const auto rows = session.Own().Query(
-      "select i_id,ccode,ccode_name,cclass,bproperty,bend,bclose,bexchange,cexch_name,cmeasure,"
-      "cgather,bdept,bperson,bcus,bsup,bitem from gl_code " +
-          condition + " order by ccode",
-      Origin::kDesk, parameters);
+/// The flags of the partners, in their order.
+constexpr std::array<AccountField, kPartnerKinds> kPartnerFields = {kDepartment, kPerson, kCustomer,
+                                                                    kSupplier, kProject};
+
+ChartAccount ChartAccountOf(const KeptAccount& kept) {
+  const AccountRecord& record = kept.account;
+  ChartAccount account{.id = kept.id,
+                       .code = record.Code(),
+                       .name = record.Text(kName),
+                       .category = record.Text(kCategory),
+                       .debit_side = record.Flag(kDebit),
+                       .leaf = kept.leaf,
+                       .sealed = record.Flag(kSealed),
+                       .currency = record.Flag(kForeign) ? record.Text(kCurrency) : std::string(),
+                       .unit = record.Text(kUnit),
+                       .gather = record.Text(kGather)};
+  std::ranges::transform(kPartnerFields, account.partners.begin(),
+                         [&](AccountField field) { return record.Flag(field); });
+  return account;
+}
+
+std::vector<ChartAccount> ReadChartAccounts(Session& session, const std::string& condition,
+                                            Values parameters = {}) {
   std::vector<ChartAccount> accounts;
-  while (rows->Next()) {
-    const auto text = [&](int column) { return rows->Get(column).ToText(); };
-    const auto flag = [&](int column) { return rows->Get(column).ToNumber() != 0; };
-    ChartAccount account{.id = IntegerAt(*rows, kId),
-                         .code = text(kCode),
-                         .name = text(kName),
-                         .category = text(kCategory),
-                         .debit_side = flag(kDirection),
-                         .leaf = flag(kLeaf),
-                         .sealed = flag(kSealed),
-                         .currency = flag(kForeign) ? text(kCurrency) : std::string(),
-                         .unit = text(kUnit),
-                         .gather = text(kGather)};
-    for (int i = 0; i < kPartnerKinds; ++i) {
-      account.partners[static_cast<std::size_t>(i)] = flag(kFirstPartner + i);
-    }
-    accounts.push_back(std::move(account));
-  }
+  std::ranges::transform(ReadAccounts(session, condition, parameters), std::back_inserter(accounts),
+                         ChartAccountOf);
   return accounts;
 }
 
@@ -77,23 +66,18 @@ std::array<host::Value, 2> RangeOf(const std::string& code) {
 
 std::optional<ChartAccount> FindAccount(Session& session, const std::string& code) {
   const host::Value key(code);
-  auto found = ReadAccounts(session, "where ccode=?", {&key, 1});
+  auto found = ReadChartAccounts(session, "where ccode=?", {&key, 1});
   if (found.empty()) return std::nullopt;
   return std::move(found.front());
 }
 
 std::vector<ChartAccount> ReadSubtree(Session& session, const std::string& code) {
   if (code.empty() || !FindAccount(session, code)) return {};
-  return ReadAccounts(session, std::string("where ") + kInRange, RangeOf(code));
+  return ReadChartAccounts(session, std::string("where ") + kInRange, RangeOf(code));
 }
 
 std::vector<ChartAccount> ReadChart(Session& session) {
-  return ReadAccounts(session, "");
-}
-
-std::string ReadCodeRule(Session& session) {
-  return ReadSetting(session, std::string(host::kSystemSection),
-                     std::string(host::kCodeRuleSetting));
+  return ReadChartAccounts(session, "");
 }
 
 PostingCount CountPostings(Session& session, const std::string& code, bool with_all_below) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "book/session/session.h"
+#include "book/session/settings.h"
 
 /// Accounts as they are rearranged.
 namespace desk::book {
@@ -48,8 +49,6 @@ inline constexpr char kInRange[] = "ccode>=? and ccode<?";
 [[nodiscard]] std::vector<ChartAccount> ReadSubtree(Session& session, const std::string& code);
 /// All accounts, in order of their codes.
 [[nodiscard]] std::vector<ChartAccount> ReadChart(Session& session);
-/// The book's code rule; empty when it has none.
-[[nodiscard]] std::string ReadCodeRule(Session& session);
 
 /// What the ledgers hold of some accounts.
 struct PostingCount {

@@ -26,10 +26,12 @@ std::string InsertStart(const LoadPlan& plan) {
   return "insert into " + plan.table + "(" + List(plan.columns, name) + ")";
 }
 
-[[noreturn]] void Refuse(const LoadPlan& plan, const std::string& key, const DatabaseError& error) {
-  throw DatabaseError(error.Kind(), "不能写入表 " + plan.table + " 中 " +
-                                        std::string(plan.columns.front().name) + "=" + key +
-                                        " 的行：" + error.what());
+[[noreturn]] void Refuse(const LoadPlan& plan, std::size_t row, const std::string& key,
+                         const DatabaseError& error) {
+  throw RowError(error.Kind(),
+                 "不能写入表 " + plan.table + " 中 " + std::string(plan.columns.front().name) +
+                     "=" + key + " 的行：" + error.what(),
+                 row, error.what());
 }
 
 class SingleLoader final : public RowLoader {
@@ -37,7 +39,9 @@ class SingleLoader final : public RowLoader {
   SingleLoader(Connection& connection, LoadPlan plan)
       : connection_(connection), plan_(std::move(plan)) {
     const auto mark = [](const Column&) { return std::string("?"); };
-    insert_ = InsertStart(plan_) + "values(" + List(plan_.columns, mark) + ")";
+    if (plan_.kind == LoadKind::kAdd) {
+      statement_ = InsertStart(plan_) + "values(" + List(plan_.columns, mark) + ")";
+    }
   }
   void OnNull() override { Add({}); }
   void OnInteger(std::int64_t number) override { Add(number); }
@@ -49,18 +53,38 @@ class SingleLoader final : public RowLoader {
   void Add(host::Value value) {
     row_.push_back(std::move(value));
     if (row_.size() < plan_.columns.size()) return;
+    const std::string key = row_.front().ToText();
     try {
-      connection_.Execute(insert_, Origin::kDesk, row_);
+      if (plan_.kind == LoadKind::kChange) PrepareChange();
+      if (!statement_.empty()) connection_.Execute(statement_, Origin::kDesk, row_);
     } catch (const DatabaseError& error) {
-      Refuse(plan_, row_.front().ToText(), error);
+      Refuse(plan_, rows_, key, error);
     }
     row_.clear();
+    ++rows_;
+  }
+  /// The statement for the cells that change, and these, with the key behind them; none when there
+  /// are none.
+  void PrepareChange() {
+    statement_.clear();
+    std::vector<host::Value> cells;
+    for (std::size_t i = 1; i < row_.size(); ++i) {
+      if (row_[i].IsNull()) continue;
+      statement_ += (cells.empty() ? "update " + plan_.table + " set " : ",") +
+                    std::string(plan_.columns[i].name) + "=?";
+      cells.push_back(std::move(row_[i]));
+    }
+    cells.push_back(std::move(row_.front()));
+    row_ = std::move(cells);
+    if (statement_.empty()) return;
+    statement_ += " where " + std::string(plan_.columns.front().name) + "=?";
   }
 
   Connection& connection_;
   LoadPlan plan_;
-  std::string insert_;
+  std::string statement_;
   std::vector<host::Value> row_;
+  std::size_t rows_ = 0;  ///< that have been written
 };
 
 /// As the server takes them in arrays, in the order of `ColumnKind`.
@@ -160,8 +184,9 @@ class RowArrays {
 };
 
 /// Many rows as one array for each column: one statement, and the server reads each array in one
-/// go. The arrays are taken apart among the columns of the select, not behind its `from`, where
-/// each would be stored once more. While the server stores some rows, the next are gathered.
+/// go. For new rows the arrays are taken apart among the columns of the select, not behind its
+/// `from`, where each would be stored once more. While the server stores some rows, the next are
+/// gathered.
 class ArrayLoader final : public RowLoader {
  public:
   ArrayLoader(Connection& connection, LoadPlan plan)
@@ -200,9 +225,9 @@ class ArrayLoader final : public RowLoader {
     Await();
     if (gathered_.Rows() == 0) return;
     std::swap(gathered_, sent_);
-    insert_ = InsertStart(plan_) + "select " + Selected();
+    statement_ = Statement();
     under_way_.push_back(connection_.Start("savepoint loaded_rows"));
-    under_way_.push_back(connection_.Start(insert_, Arrays(0, sent_.Rows())));
+    under_way_.push_back(connection_.Start(statement_, Arrays(0, sent_.Rows())));
   }
   void Await() {
     if (under_way_.empty()) return;
@@ -212,21 +237,24 @@ class ArrayLoader final : public RowLoader {
       Divide(0, sent_.Rows(), error);
     }
     connection_.Execute("release savepoint loaded_rows", Origin::kDesk);
+    written_ += sent_.Rows();
     sent_.Clear();
   }
   /// The server has refused these rows. It is asked for half of them, and so on, until it is known
-  /// which row it is.
-  void Divide(std::size_t first, std::size_t end, const DatabaseError& error) {
+  /// which row it is. Where it then takes both halves they cannot stay either: what stood before
+  /// them in the batch has been rolled back.
+  [[noreturn]] void Divide(std::size_t first, std::size_t end, const DatabaseError& error) {
     if (error.Kind() == ErrorKind::kGone) throw DatabaseError(error);
-    if (end - first == 1) Refuse(plan_, sent_.Key(first), error);
+    if (end - first == 1) Refuse(plan_, written_ + first, sent_.Key(first), error);
     connection_.Execute("rollback to savepoint loaded_rows", Origin::kDesk);
     const std::size_t middle = first + (end - first) / 2;
-    Insert(first, middle);
-    Insert(middle, end);
+    Write(first, middle);
+    Write(middle, end);
+    throw DatabaseError(error);
   }
-  void Insert(std::size_t first, std::size_t end) {
+  void Write(std::size_t first, std::size_t end) {
     try {
-      connection_.Execute(insert_, Origin::kDesk, Arrays(first, end));
+      connection_.Execute(statement_, Origin::kDesk, Arrays(first, end));
     } catch (const DatabaseError& error) {
       Divide(first, end, error);
     }
@@ -240,8 +268,21 @@ class ArrayLoader final : public RowLoader {
     std::size_t next = 0;
     return List(plan_.columns, [&](const Column& column) {
       const std::string array = "cast(? as " + std::string(TypeOf(column.kind)) + "[])";
-      return IsOneForAll(next++) ? "(" + array + ")[1]" : "unnest(" + array + ")";
+      const bool one = IsOneForAll(next++);
+      return (one ? "(" + array + ")[1]" : "unnest(" + array + ")") + " as " +
+             std::string(column.name);
     });
+  }
+  [[nodiscard]] std::string Statement() const {
+    if (plan_.kind == LoadKind::kAdd) return InsertStart(plan_) + "select " + Selected();
+    const std::string key(plan_.columns.front().name);
+    const std::vector<Column> changed(plan_.columns.begin() + 1, plan_.columns.end());
+    const auto assignment = [](const Column& column) {
+      const std::string name(column.name);
+      return name + "=coalesce(n." + name + ",t." + name + ")";
+    };
+    return "update " + plan_.table + " t set " + List(changed, assignment) + " from(select " +
+           Selected() + ")n where t." + key + "=n." + key;
   }
   [[nodiscard]] std::vector<host::Value> Arrays(std::size_t first, std::size_t end) const {
     std::vector<host::Value> arrays;
@@ -256,9 +297,10 @@ class ArrayLoader final : public RowLoader {
 
   Connection& connection_;
   LoadPlan plan_;
-  std::string insert_;
+  std::string statement_;  ///< of the rows that were sent
   RowArrays gathered_;
   RowArrays sent_;
+  std::size_t written_ = 0;        ///< rows before those that were sent
   std::vector<Ending> under_way_;  ///< what stores the rows that were sent
 };
 

@@ -26,15 +26,6 @@ std::string NameOf(std::string_view header) {
   return name;
 }
 
-bool IsAmong(std::string_view names, std::string_view name) {
-  while (!names.empty()) {
-    const std::size_t end = std::min(names.find('|'), names.size());
-    if (names.substr(0, end) == name) return true;
-    names.remove_prefix(std::min(end + 1, names.size()));
-  }
-  return false;
-}
-
 bool LooksLikeCode(std::string_view cell) {
   cell = host::Trimmed(cell);
   constexpr std::size_t kLongest = 40;
@@ -51,6 +42,21 @@ bool MostAre(const SourceTable& table, std::size_t column, bool (*is)(std::strin
     if (column < row.cells.size() && is(row.cells[column])) ++good;
   }
   return good * 4 > all * 3;
+}
+
+std::size_t FieldsOf(const ColumnMap& map) {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      Fields(), [&](const FieldInfo& info) { return map.ColumnOf(info.field).has_value(); }));
+}
+
+/// Whether the row goes on with a header above it: that one names the code, and here stand titles
+/// but nothing below the code's.
+bool IsSecondRow(const SourceTable& table, std::size_t place) {
+  const SourceRow& row = table.rows[place];
+  const auto code = MatchHeader(table.rows[place - 1]).ColumnOf(kCode);
+  const bool has_code =
+      code && *code < row.cells.size() && !host::Trimmed(row.cells[*code]).empty();
+  return code && !has_code && FieldsOf(MatchHeader(row)) > 0;
 }
 
 }  // namespace
@@ -70,7 +76,8 @@ std::optional<AccountField> FieldOfHeader(std::string_view header) {
   const std::string name = NameOf(header);
   if (name.empty()) return std::nullopt;
   for (const FieldInfo& info : Fields()) {
-    if (name == info.title || name == info.column || IsAmong(info.others, name)) return info.field;
+    if (name == info.title || name == ColumnOf(info.field) || IsListed(info.others, name))
+      return info.field;
   }
   return std::nullopt;
 }
@@ -87,15 +94,23 @@ ColumnMap MatchHeader(const SourceRow& header) {
 std::optional<std::size_t> FindHeader(const SourceTable& table) {
   constexpr std::size_t kLooked = 20;
   std::optional<std::size_t> header;
-  std::size_t most = 0;
+  std::size_t most = 1;
   for (std::size_t i = 0; i < std::min(table.rows.size(), kLooked); ++i) {
-    const ColumnMap map = MatchHeader(table.rows[i]);
-    if (!map.ColumnOf(kCode) || !map.ColumnOf(kName)) continue;
-    const auto fields = static_cast<std::size_t>(std::ranges::count_if(
-        Fields(), [&](const FieldInfo& info) { return map.ColumnOf(info.field).has_value(); }));
-    if (fields <= most) continue;
-    most = fields;
+    const ColumnMap map = MatchHeader(HeaderAt(table, i));
+    if (!map.ColumnOf(kCode) || FieldsOf(map) <= most) continue;
+    most = FieldsOf(map);
     header = i;
+  }
+  return header;
+}
+
+SourceRow HeaderAt(const SourceTable& table, std::size_t place) {
+  SourceRow header = table.rows[place];
+  if (place == 0 || !IsSecondRow(table, place)) return header;
+  const SourceRow& above = table.rows[place - 1];
+  header.cells.resize(std::max(header.cells.size(), above.cells.size()));
+  for (std::size_t i = 0; i < above.cells.size(); ++i) {
+    if (host::Trimmed(header.cells[i]).empty()) header.cells[i] = above.cells[i];
   }
   return header;
 }

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "book/exchange/account_record.h"
+#include "book/exchange/field_info.h"
 #include "book/exchange/source_table.h"
 
 /// Which column of a file means what.
@@ -34,9 +34,13 @@ class ColumnMap {
 /// stands in brackets behind it.
 [[nodiscard]] std::optional<AccountField> FieldOfHeader(std::string_view header);
 
-/// The header among the first rows of a file: the row that names code and name, and most fields
-/// besides. Nothing when none does.
+/// The header among the first rows of a file: the row that names the code and most fields besides,
+/// one at least. Of a header of two rows it is the second. Nothing when no row does.
 [[nodiscard]] std::optional<std::size_t> FindHeader(const SourceTable& table);
+
+/// The texts of the header at a place of the table: what a header of two rows has in the upper one
+/// alone stands in the lower one too.
+[[nodiscard]] SourceRow HeaderAt(const SourceTable& table, std::size_t place);
 
 /// By the header; of two columns that mean the same the first one counts.
 [[nodiscard]] ColumnMap MatchHeader(const SourceRow& header);

@@ -21,7 +21,15 @@ bool IsProtected(std::string_view cell) {
          std::string_view("=+-@\t\r'").find(cell.front()) != std::string_view::npos;
 }
 
+/// `="0101"`: how other programs keep a spreadsheet from making a number of a text.
+bool IsTextFormula(std::string_view cell) {
+  constexpr std::string_view kStart = "=\"";
+  return cell.size() > kStart.size() && cell.starts_with(kStart) &&
+         cell.find('"', kStart.size()) == cell.size() - 1;
+}
+
 std::string Unprotected(std::string cell) {
+  if (IsTextFormula(cell)) return cell.substr(2, cell.size() - 3);
   if (cell.starts_with('\'') && IsProtected(std::string_view(cell).substr(1))) cell.erase(0, 1);
   return cell;
 }

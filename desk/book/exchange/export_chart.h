@@ -3,7 +3,7 @@
 #include <span>
 #include <string>
 
-#include "book/exchange/account_record.h"
+#include "book/exchange/field_info.h"
 
 /// A chart as a text for other programs. Accounts are in the order of their codes.
 namespace desk::book {

@@ -22,7 +22,7 @@ bool HasExportEnding(const std::filesystem::path& path) {
 
 std::size_t ExportChart(Session& session, const std::filesystem::path& path,
                         const PageTitle& page) {
-  const std::vector<KeptAccount> chart = ReadRecords(session);
+  const std::vector<KeptAccount> chart = ReadAccounts(session);
   const std::string ending = EndingOf(path);
   ReplaceFile(path, ending == ".csv"    ? ChartAsCsv(chart)
                     : ending == ".html" ? ChartAsHtml(chart, page)

@@ -1,6 +1,8 @@
 #include "book/exchange/import_chart.h"
 
 #include <algorithm>
+#include <functional>
+#include <set>
 #include <string>
 #include <unordered_set>
 #include <utility>
@@ -9,14 +11,16 @@
 #include "book/ledger/code_rule.h"
 #include "book/session/identifiers.h"
 #include "book/session/journal_command.h"
-#include "book/session/settings.h"
-#include "host/account.h"
 
 namespace desk::book {
 
 namespace {
 
 using enum AccountField;
+
+Column LoadColumn(AccountField field) {
+  return {ColumnOf(field), IsFlag(field) ? ColumnKind::kFlag : ColumnKind::kText};
+}
 
 /// What is written of a new account, in order. The first names a row in messages.
 LoadPlan PlanOfRows() {
@@ -25,9 +29,7 @@ LoadPlan PlanOfRows() {
   plan.columns.push_back({"igrade", ColumnKind::kInteger});
   plan.columns.push_back({"bend", ColumnKind::kFlag});
   for (const FieldInfo& info : Fields()) {
-    if (info.field == kCode) continue;
-    plan.columns.push_back(
-        {info.column, IsFlag(info.field) ? ColumnKind::kFlag : ColumnKind::kText});
+    if (info.field != kCode) plan.columns.push_back(LoadColumn(info.field));
   }
   return plan;
 }
@@ -47,28 +49,36 @@ class Import {
       if (line.state == ImportState::kChange) changed_.push_back(&line);
     }
     std::ranges::sort(added_, {}, [](const ImportLine* line) { return line->account.Code(); });
+    // One statement after the other is the same then.
+    std::ranges::stable_sort(changed_, {}, &ImportLine::changed);
     all_ = static_cast<std::int64_t>(added_.size() + changed_.size());
   }
 
   void Run() {
-    if (plan_.changes_rule) PutRule();
-    Add();
+    Telling(added_, [this] { Add(); });
     SetParents();
-    for (const ImportLine* line : changed_) Change(*line);
+    Telling(changed_, [this] { Change(); });
     Tell(progress_, {.step = kStep, .done = all_, .all = all_});
   }
 
  private:
   static constexpr const char* kStep = "正在导入科目";
+  using Lines = std::vector<const ImportLine*>;
+
+  /// Whoever reads the refusal of a row has the file before him.
+  static void Telling(const Lines& lines, const std::function<void()>& write) {
+    try {
+      write();
+    } catch (const RowError& error) {
+      const ImportLine& line = *lines.at(error.Row());
+      throw DatabaseError(error.Kind(), "第 " + std::to_string(line.number) + " 行的科目 " +
+                                            line.account.Code() + " 不能导入：" + error.Reason());
+    }
+  }
 
   void Step() {
     constexpr std::int64_t kOften = 500;
     if (done_++ % kOften == 0) Tell(progress_, {.step = kStep, .done = done_ - 1, .all = all_});
-  }
-
-  void PutRule() {
-    PutSetting(session_.Own(), std::string(host::kSystemSection),
-               std::string(host::kCodeRuleSetting), plan_.rule);
   }
 
   void Add() {
@@ -109,31 +119,50 @@ class Import {
   }
 
   void SetParents() {
+    const auto loader = NewRowLoader(
+        session_.Own(), {.table = "gl_code",
+                         .columns = {{"ccode", ColumnKind::kCode}, {"bend", ColumnKind::kFlag}},
+                         .kind = LoadKind::kChange});
     for (const std::string& code : plan_.new_parents) {
-      const host::Value parameters[] = {code};
-      session_.Own().Execute("update gl_code set bend=0 where ccode=?", Origin::kDesk, parameters);
+      loader->OnText(code);
+      loader->OnInteger(0);
     }
+    loader->Finish();
   }
 
-  void Change(const ImportLine& line) {
-    Step();
-    std::string assignments;
-    std::vector<host::Value> parameters;
-    for (const AccountField field : line.changed) {
-      assignments += (assignments.empty() ? "" : ",") + std::string(InfoOf(field).column) + "=?";
-      parameters.push_back(IsFlag(field) ? host::Value(line.account.Flag(field) ? 1 : 0)
-                                         : host::Value(line.account.Text(field)));
+  /// Only the columns of a line that change: the others may be somebody else's by now.
+  void Change() {
+    LoadPlan plan{
+        .table = "gl_code", .columns = {{"i_id", ColumnKind::kKey}}, .kind = LoadKind::kChange};
+    const std::vector<AccountField> fields = ChangedFields();
+    for (const AccountField field : fields) plan.columns.push_back(LoadColumn(field));
+    const auto loader = NewRowLoader(session_.Own(), std::move(plan));
+    for (const ImportLine* line : changed_) {
+      Step();
+      loader->OnInteger(line->id);
+      for (const AccountField field : fields) {
+        const bool changes = std::ranges::find(line->changed, field) != line->changed.end();
+        if (changes) PutField(*loader, line->account, field);
+        if (!changes) loader->OnNull();
+      }
     }
-    parameters.emplace_back(line.id);
-    session_.Own().Execute("update gl_code set " + assignments + " where i_id=?", Origin::kDesk,
-                           parameters);
+    loader->Finish();
+  }
+
+  /// Those that any line changes.
+  [[nodiscard]] std::vector<AccountField> ChangedFields() const {
+    std::set<AccountField> fields;
+    for (const ImportLine* line : changed_) {
+      fields.insert(line->changed.begin(), line->changed.end());
+    }
+    return {fields.begin(), fields.end()};
   }
 
   Session& session_;
   const ImportPlan& plan_;
   const Progress& progress_;
-  std::vector<const ImportLine*> added_;
-  std::vector<const ImportLine*> changed_;
+  Lines added_;
+  Lines changed_;
   std::int64_t all_ = 0;
   std::int64_t done_ = 0;
 };
@@ -149,7 +178,8 @@ void ImportChart(Session& session, const SourceTable& table, const ImportOptions
   if (PlanImport(session, table, options) != plan) {
     throw DatabaseError(ErrorKind::kOther, "其他用户刚修改了科目，没有导入，请重新核对");
   }
-  const JournalCommand command(session, CommandKind::kImport, TitleOf(plan));
+  JournalCommand command(session, CommandKind::kImport, TitleOf(plan));
+  if (plan.changes_rule) command.PutCodeRule(plan.rule);
   Import(session, plan, progress).Run();
   transaction.Commit();
   session.NoteChange();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <string_view>
 #include <vector>
 
@@ -22,15 +23,21 @@ constexpr std::size_t kLongestText = 255;
 /// Words that mean a category, folded; the words themselves come first.
 struct CategoryWords {
   std::string_view category;
-  std::array<std::string_view, 6> words;
+  std::string_view words;  ///< separated by "|"
 };
 constexpr std::array<CategoryWords, 6> kCategoryWords = {{
-    {"资产", {"资产", "资产类", "asset", "assets", "流动资产", "非流动资产"}},
-    {"负债", {"负债", "负债类", "liability", "liabilities", "流动负债", "非流动负债"}},
-    {"共同", {"共同", "共同类", "common", "", "", ""}},
-    {"权益", {"权益", "权益类", "所有者权益", "所有者权益类", "equity", "净资产"}},
-    {"成本", {"成本", "成本类", "cost", "costs", "", ""}},
-    {"损益", {"损益", "损益类", "profit and loss", "income", "expense", "revenue"}},
+    {"资产",
+     "资产|资产类|流动资产|非流动资产|长期资产|asset|assets|current asset|current assets|"
+     "fixed asset|fixed assets|non-current asset|non-current assets"},
+    {"负债",
+     "负债|负债类|流动负债|非流动负债|长期负债|liability|liabilities|current liability|"
+     "current liabilities|long-term liability|long-term liabilities"},
+    {"共同", "共同|共同类|common"},
+    {"权益", "权益|权益类|所有者权益|所有者权益类|股东权益|净资产|净资产类|equity"},
+    {"成本", "成本|成本类|cost|costs"},
+    {"损益",
+     "损益|损益类|收入|收入类|营业收入|其他收入|其他收益|费用|费用类|期间费用|支出|营业成本及税金|"
+     "其他损失|所得税|以前年度损益调整|profit and loss|income|expense|expenses|revenue"},
 }};
 
 constexpr std::array<std::string_view, 11> kYes = {"是", "有",   "√", "✓", "封存", "1",
@@ -38,6 +45,16 @@ constexpr std::array<std::string_view, 11> kYes = {"是", "有",   "√", "✓",
 constexpr std::array<std::string_view, 9> kNo = {"否", "无", "0", "n", "no", "false", "f", "-", ""};
 constexpr std::array<std::string_view, 6> kDebitWords = {"借", "借方", "debit", "d", "dr", "1"};
 constexpr std::array<std::string_view, 6> kCreditWords = {"贷", "贷方", "credit", "c", "cr", "0"};
+
+constexpr std::array<std::string_view, 6> kBlanks = {" ", "\t", "\r", "\n", "\u3000", "\u00A0"};
+
+/// "合　计".
+bool IsSum(const std::string& cell) {
+  std::string word;
+  std::ranges::copy_if(Folded(cell), std::back_inserter(word),
+                       [](char unit) { return unit != ' ' && unit != ':'; });
+  return IsListed("合计|总计|小计|本页合计|本页小计|total|sum|subtotal|grandtotal", word);
+}
 
 bool IsLetterOrDigit(char unit) {
   const char small = static_cast<char>(unit | 0x20);
@@ -139,11 +156,30 @@ std::string TakeCell(AccountField field, const std::string& cell, AccountRecord&
 std::string RowCells::Text(AccountField field) const {
   const auto column = columns_.ColumnOf(field);
   if (!column || *column >= row_.cells.size()) return {};
-  std::string_view text = row_.cells[*column];
-  constexpr std::string_view kBlanks = " \t\r\n";
-  const std::size_t start = std::min(text.find_first_not_of(kBlanks), text.size());
-  text.remove_prefix(start);
-  return std::string(text.substr(0, text.find_last_not_of(kBlanks) + 1));
+  return std::string(WithoutBlanks(row_.cells[*column]));
+}
+
+std::string_view WithoutBlanks(std::string_view cell) {
+  for (;;) {
+    const auto blank = std::ranges::find_if(
+        kBlanks, [&](std::string_view each) { return cell.starts_with(each); });
+    if (blank == kBlanks.end()) break;
+    cell.remove_prefix(blank->size());
+  }
+  for (;;) {
+    const auto blank =
+        std::ranges::find_if(kBlanks, [&](std::string_view each) { return cell.ends_with(each); });
+    if (blank == kBlanks.end()) return cell;
+    cell.remove_suffix(blank->size());
+  }
+}
+
+bool IsAccountRow(const RowCells& cells) {
+  if (!cells.Has(kCode)) return true;  // nobody knows what it is
+  const std::string code = cells.Text(kCode);
+  const std::string name = cells.Text(kName);
+  if (IsSum(code) || (code.empty() && (name.empty() || IsSum(name)))) return false;
+  return !name.empty() || std::ranges::any_of(code, IsLetterOrDigit);
 }
 
 std::string CodeIn(const std::string& cell, const std::string& rule) {
@@ -185,7 +221,7 @@ std::string TakeCells(const RowCells& cells, AccountRecord& account) {
     const std::string cell = cells.Text(info.field);
     if (cell.empty() && IsNeeded(info.field)) continue;
     // What a book has already comes back as it is, whatever it is.
-    if (!cell.empty() && cell == host::Trimmed(account.Shown(info.field))) continue;
+    if (!cell.empty() && cell == WithoutBlanks(account.Shown(info.field))) continue;
     if (std::string why = TakeCell(info.field, cell, account); !why.empty()) return why;
   }
   // Where the file does not say whether, a new currency says so.
@@ -198,7 +234,7 @@ std::string TakeCells(const RowCells& cells, AccountRecord& account) {
 std::optional<std::string> CategoryIn(const std::string& word) {
   const std::string folded = Folded(word);
   for (const CategoryWords& each : kCategoryWords) {
-    if (!folded.empty() && IsAmong(each.words, folded)) return std::string(each.category);
+    if (!folded.empty() && IsListed(each.words, folded)) return std::string(each.category);
   }
   return std::nullopt;
 }

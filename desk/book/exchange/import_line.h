@@ -21,6 +21,14 @@ class RowCells {
   const ColumnMap& columns_;
 };
 
+/// A cell's text without what stands around it: blanks of any width, tabs, ends of lines. Names are
+/// often indented by such.
+[[nodiscard]] std::string_view WithoutBlanks(std::string_view cell);
+
+/// Sums and signatures below a list are no accounts: rows without a name and a code, or with what
+/// is none.
+[[nodiscard]] bool IsAccountRow(const RowCells& cells);
+
 /// The code in a cell: of half width, without the decimals of a number, and without what parts its
 /// levels where each part is as long as its level by the rule; without a rule, whatever the parts
 /// are. Anything else stays as it is.

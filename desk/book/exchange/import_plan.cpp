@@ -20,9 +20,13 @@ namespace {
 
 using enum AccountField;
 
-std::span<const SourceRow> AccountRows(const SourceTable& table, const ImportOptions& options) {
-  const std::size_t first = options.header ? *options.header + 1 : 0;
-  return std::span(table.rows).subspan(std::min(first, table.rows.size()));
+std::vector<const SourceRow*> AccountRows(const SourceTable& table, const ImportOptions& options) {
+  std::vector<const SourceRow*> rows;
+  for (std::size_t i = options.header ? *options.header + 1 : 0; i < table.rows.size(); ++i) {
+    const SourceRow& row = table.rows[i];
+    if (IsAccountRow(RowCells(row, options.columns))) rows.push_back(&row);
+  }
+  return rows;
 }
 
 /// Codes compare without case.
@@ -44,9 +48,8 @@ bool HasPostings(Session& session, const std::string& code) {
 class Planner {
  public:
   Planner(Session& session, const SourceTable& table, const ImportOptions& options)
-      : session_(session), table_(table), options_(options), chart_(ReadRecords(session)) {
-    const std::string kept = ReadSetting(session, std::string(host::kSystemSection),
-                                         std::string(host::kCodeRuleSetting));
+      : session_(session), table_(table), options_(options), chart_(ReadAccounts(session)) {
+    const std::string kept = ReadCodeRule(session);
     plan_.empty_book = chart_.empty();
     bool free = plan_.empty_book && !options.code_rule.empty();
     if (free) rule_fault_ = WhyNoCodeRule(options.code_rule, {});
@@ -60,12 +63,12 @@ class Planner {
   }
 
   ImportPlan Make() {
-    const std::span<const SourceRow> rows = AccountRows(table_, options_);
+    const std::vector<const SourceRow*> rows = AccountRows(table_, options_);
     plan_.lines.resize(rows.size());
-    for (std::size_t i = 0; i < rows.size(); ++i) Start(rows[i], plan_.lines[i]);
+    for (std::size_t i = 0; i < rows.size(); ++i) Start(*rows[i], plan_.lines[i]);
     for (const std::size_t i : ByLevel()) {
       ImportLine& line = plan_.lines[i];
-      if (line.why.empty()) line.why = Judge(RowCells(rows[i], options_.columns), line);
+      if (line.why.empty()) line.why = Judge(RowCells(*rows[i], options_.columns), line);
       if (!line.why.empty()) line.state = ImportState::kRefuse;
     }
     std::ranges::sort(plan_.new_parents);
@@ -83,7 +86,7 @@ class Planner {
     line.account.Text(kCode) = kept ? cell : CodeIn(cell, plan_.rule);
     line.account.Text(kName) = cells.Text(kName);
     const std::string& code = line.account.Code();
-    line.why = rule_fault_;
+    line.why = cells.Has(kCode) ? rule_fault_ : "请先在上面的列表中选择哪一列是科目编码";
     if (line.why.empty() && InBook(code) == nullptr) line.why = WhyNoCode(code, plan_.rule);
     if (!line.why.empty()) return;
     const auto [first, added] = in_file_.emplace(KeyOf(code), &line);
@@ -132,8 +135,8 @@ class Planner {
     for (const FieldInfo& info : Fields()) {
       const AccountField field = info.field;
       const bool same = IsFlag(field) ? kept.Flag(field) == line.account.Flag(field)
-                                      : host::Trimmed(kept.Text(field)) ==
-                                            host::Trimmed(line.account.Text(field));
+                                      : WithoutBlanks(kept.Text(field)) ==
+                                            WithoutBlanks(line.account.Text(field));
       if (!same) line.changed.push_back(field);
     }
     line.state = line.changed.empty() ? ImportState::kSame : ImportState::kChange;
@@ -157,7 +160,8 @@ class Planner {
       account.Text(kMnemonic) = ProposeMnemonic(account.Text(kName));
     }
     if (account.Text(kCategory).empty()) account.Text(kCategory) = UsualCategory(account.Code());
-    if (account.Text(kCategory).empty()) return "没有科目类别，也没有上级科目可以参照";
+    if (account.Text(kCategory).empty())
+      return "没有科目类别，也没有上级科目可以参照，请在文件中填写";
     if (std::string why = WhyNoCategory(kept, parent, account); !why.empty()) return why;
     if (kept != nullptr) {
       FollowBookType(cells, kept->account, account);
@@ -278,8 +282,8 @@ std::size_t ImportPlan::Count(ImportState state) const {
 
 std::string ProposeCodeRule(const SourceTable& table, const ImportOptions& options) {
   std::set<std::size_t> lengths;
-  for (const SourceRow& row : AccountRows(table, options)) {
-    const std::string code = CodeIn(RowCells(row, options.columns).Text(kCode), {});
+  for (const SourceRow* row : AccountRows(table, options)) {
+    const std::string code = CodeIn(RowCells(*row, options.columns).Text(kCode), {});
     if (!code.empty()) lengths.insert(host::TextLength(code));
   }
   std::string rule;

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "book/exchange/account_record.h"
 #include "book/exchange/column_match.h"
+#include "book/exchange/field_info.h"
 #include "book/exchange/source_table.h"
 #include "book/session/session.h"
 

@@ -54,7 +54,7 @@ ImportOptions ImportSource::ProposedWith(bool header) const {
   ImportOptions options;
   if (header && !table_.rows.empty()) {
     options.header = HeaderPlace();
-    options.columns = MatchHeader(table_.rows[HeaderPlace()]);
+    options.columns = MatchHeader(HeaderAt(table_, HeaderPlace()));
   }
   if (!options.columns.ColumnOf(AccountField::kCode)) options.columns = GuessColumns(table_);
   options.code_rule = ProposeCodeRule(table_, options);

@@ -83,6 +83,7 @@ struct Contents {
   std::vector<std::string> names;  ///< of the sheets
   std::vector<std::string> parts;  ///< where they are
   std::string shared;              ///< where the texts are that cells refer to; empty for none
+  std::string styles;              ///< where the formats are; empty for none
 };
 
 Contents ReadContents(ZipReader& archive) {
@@ -93,6 +94,7 @@ Contents ReadContents(ZipReader& archive) {
       ReadRelations(archive, workbook.substr(0, folder_end), workbook.substr(folder_end));
   Contents contents;
   contents.shared = TargetOfType(relations, "/sharedStrings");
+  contents.styles = TargetOfType(relations, "/styles");
   ElementSink sink([&](std::string_view name, const XmlAttributes& attributes) {
     if (name != "sheet") return;
     const auto relation = relations.find(std::string(attributes.Get("id")));
@@ -142,6 +144,35 @@ class SharedTextSink final : public XmlSink {
   bool in_text_ = false;
 };
 
+/// For each format of cells how many digits a whole number has at least: "0000" has four. Such
+/// formats show codes with zeros before them.
+class DigitsSink final : public XmlSink {
+ public:
+  void OnStart(std::string_view name, const XmlAttributes& attributes) override {
+    if (name == "cellXfs") in_cells_ = true;
+    if (name == "numFmt") {
+      const std::string_view code = attributes.Get("formatCode");
+      const bool zeros = code.find_first_not_of('0') == code.npos && code.size() <= kLongest;
+      if (zeros) digits_by_format_[std::string(attributes.Get("numFmtId"))] = code.size();
+    }
+    constexpr std::size_t kMost = 1U << 16;
+    if (name != "xf" || !in_cells_ || digits_.size() == kMost) return;
+    const auto found = digits_by_format_.find(std::string(attributes.Get("numFmtId")));
+    digits_.push_back(found == digits_by_format_.end() ? 0 : found->second);
+  }
+  void OnEnd(std::string_view name) override {
+    if (name == "cellXfs") in_cells_ = false;
+  }
+  void OnText(std::string_view /*text*/) override {}
+  [[nodiscard]] std::vector<std::size_t> Take() { return std::move(digits_); }
+
+ private:
+  static constexpr std::size_t kLongest = 40;
+  std::map<std::string, std::size_t> digits_by_format_;
+  std::vector<std::size_t> digits_;
+  bool in_cells_ = false;
+};
+
 /// "B12": its column, from 0.
 std::optional<std::size_t> ColumnOf(std::string_view reference) {
   std::size_t column = 0;
@@ -164,20 +195,24 @@ std::string LongNumber(double number) {
   return {text.data(), static_cast<std::size_t>(length)};
 }
 
-/// A number as a person would have typed it: programs show fifteen digits of it.
-std::string NumberIn(const std::string& text) {
+/// A number as a person would have typed it: programs show fifteen digits of it. A whole one has
+/// `digits` at least.
+std::string NumberIn(const std::string& text, std::size_t digits) {
   const auto read = host::NumberAtStart(text);
   if (!read) return text;
   // Of longer ones the last digits are lost: the reader is to see that.
   constexpr double kExact = 1e15;
   if (*read >= kExact) return LongNumber(*read);
   constexpr int kDigits = 15;
-  return host::PlainNumberText(host::RoundedToDigits(*read, kDigits));
+  const std::string number = host::PlainNumberText(host::RoundedToDigits(*read, kDigits));
+  const bool whole = std::ranges::all_of(number, host::IsDigit);
+  return std::string(whole ? digits - std::min(digits, number.size()) : 0, '0') + number;
 }
 
 class SheetSink final : public XmlSink {
  public:
-  explicit SheetSink(const std::vector<std::string>& shared) : shared_(shared) {}
+  SheetSink(const std::vector<std::string>& shared, const std::vector<std::size_t>& digits)
+      : shared_(shared), digits_(digits) {}
 
   void OnStart(std::string_view name, const XmlAttributes& attributes) override {
     if (name == "row") return StartRow(attributes);
@@ -208,6 +243,7 @@ class SheetSink final : public XmlSink {
     column_ = ColumnOf(attributes.Get("r")).value_or(next_column_);
     next_column_ = column_ + 1;
     type_ = attributes.Get("t");
+    style_ = static_cast<std::size_t>(std::max(host::LeadingLong(attributes.Get("s")), 0));
     value_.clear();
     in_cell_ = true;
   }
@@ -229,15 +265,17 @@ class SheetSink final : public XmlSink {
     if (type_ == "inlineStr" || type_ == "str") return UnescapedCell(value_);
     if (type_ == "b") return value_ == "1" ? "TRUE" : "FALSE";
     if (type_ == "e" || type_ == "d") return value_;
-    return NumberIn(value_);
+    return NumberIn(value_, style_ < digits_.size() ? digits_[style_] : 0);
   }
 
   const std::vector<std::string>& shared_;
+  const std::vector<std::size_t>& digits_;
   SourceTable table_;
   SourceRow row_;
   std::size_t column_ = 0;
   std::size_t next_column_ = 0;
   std::string type_;
+  std::size_t style_ = 0;
   std::string value_;
   bool in_cell_ = false;
   bool in_value_ = false;
@@ -261,6 +299,7 @@ struct Workbook::State {
   ZipReader archive;
   Contents contents;
   std::optional<std::vector<std::string>> shared;  ///< read with the first sheet
+  std::vector<std::size_t> digits;                 ///< as above
 };
 
 Workbook::Workbook(std::string bytes) : state_(std::make_unique<State>(std::move(bytes))) {
@@ -285,8 +324,13 @@ SourceTable Workbook::Read(std::size_t sheet) {
       static_cast<void>(ReadPart(state_->archive, contents.shared, shared));
     }
     state_->shared = shared.Take();
+    DigitsSink digits;
+    if (!contents.styles.empty()) {
+      static_cast<void>(ReadPart(state_->archive, contents.styles, digits));
+    }
+    state_->digits = digits.Take();
   }
-  SheetSink sink(*state_->shared);
+  SheetSink sink(*state_->shared, state_->digits);
   if (sheet >= contents.parts.size() || !ReadPart(state_->archive, contents.parts[sheet], sink)) {
     Lacking("这张工作表");
   }

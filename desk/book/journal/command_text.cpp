@@ -62,7 +62,8 @@ class Outcome {
   Outcome(Session& session, HistoryEntry entry)
       : entry_(std::move(entry)),
         changes_(ReadChanges(session, entry_.id)),
-        moves_(ReadMoves(session, entry_.id)) {}
+        moves_(ReadMoves(session, entry_.id)),
+        rule_(ReadRuleChange(session, entry_.id)) {}
 
   [[nodiscard]] std::string Text() {
     if (entry_.turn != 0 || (entry_.kind != kDelete && !entry_.title.empty())) {
@@ -95,6 +96,7 @@ class Outcome {
       told_.Add(Count(static_cast<std::int64_t>(changes_.size()), " 个科目"));
     }
     if (entry_.postings > 0) told_.Add("移动了 " + Count(entry_.postings, " 笔分录"));
+    if (rule_) told_.Add("编码规则由 " + rule_->from + " 改为 " + rule_->to);
   }
 
   void TellAdded() {
@@ -159,6 +161,7 @@ class Outcome {
   HistoryEntry entry_;
   std::vector<AccountChange> changes_;
   std::vector<PostingMove> moves_;
+  std::optional<RuleChange> rule_;
   Sentence told_;
 };
 

@@ -222,7 +222,8 @@ std::vector<PostingMove> ReadMoves(Session& session, std::int64_t command) {
       "select from_code,to_code,sum(case when ledger='gl_accvouch' then row_count else 0 "
       "end),sum(case when ledger='gl_accvouch' then 0 else row_count end),follows from desk_moved "
       "where command_id=" +
-          std::to_string(command) + " group by from_code,to_code,follows order by min(id)");
+          std::to_string(command) + " and ledger<>'" + std::string(kSettingsName) +
+          "' group by from_code,to_code,follows order by min(id)");
   std::vector<PostingMove> moves;
   for (std::size_t i = 0; i < rows.Rows(); ++i) {
     moves.push_back({.from = TextIn(rows, i, 0),
@@ -232,6 +233,14 @@ std::vector<PostingMove> ReadMoves(Session& session, std::int64_t command) {
                      .follows = IntegerIn(rows, i, 4) != 0});
   }
   return moves;
+}
+
+std::optional<RuleChange> ReadRuleChange(Session& session, std::int64_t command) {
+  const host::RowSet rows = RowsOf(
+      session, "select from_code,to_code from desk_moved where command_id=" +
+                   std::to_string(command) + " and ledger='" + std::string(kSettingsName) + "'");
+  if (rows.Rows() == 0) return {};
+  return RuleChange{.from = TextIn(rows, 0, 0), .to = TextIn(rows, 0, 1)};
 }
 
 }  // namespace desk::book

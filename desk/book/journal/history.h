@@ -85,4 +85,11 @@ struct PostingMove {
 };
 [[nodiscard]] std::vector<PostingMove> ReadMoves(Session& session, std::int64_t command);
 
+/// Another code rule that a command has given the book.
+struct RuleChange {
+  std::string from;
+  std::string to;
+};
+[[nodiscard]] std::optional<RuleChange> ReadRuleChange(Session& session, std::int64_t command);
+
 }  // namespace desk::book

@@ -12,6 +12,7 @@
 #include "book/journal/local_time.h"
 #include "book/session/journal_rules.h"
 #include "book/session/rules_pause.h"
+#include "book/session/settings.h"
 #include "book/session/trigger_script.h"
 
 namespace desk::book {
@@ -25,16 +26,9 @@ const std::size_t kCode = AccountColumn("ccode");
 const std::size_t kLeaf = AccountColumn("bend");
 
 const char* TypeOf(ColumnKind kind) {
-  switch (kind) {
-    case ColumnKind::kKey:
-    case ColumnKind::kInteger:
-    case ColumnKind::kOptional:
-      return "integer";
-    case ColumnKind::kFlag:
-      return "smallint";
-    default:
-      return "text";
-  }
+  using enum ColumnKind;
+  if (kind == kFlag) return "smallint";
+  return kind == kKey || kind == kInteger || kind == kOptional ? "integer" : "text";
 }
 
 class Undo {
@@ -51,6 +45,8 @@ class Undo {
     changes_ = ReadChanges(session_, entry_.id);
     CheckAccounts();
     CheckCodes();
+    const std::optional<RuleChange> rule = ReadRuleChange(session_, entry_.id);
+    const bool returns_rule = rule && entry_.turn == 1 && NeedsRule(*rule);
     std::optional<RulesPause> pause;
     if (ConcernsRules()) pause.emplace(session_);
     JournalCommand command(session_, entry_.kind, DeedText(entry_),
@@ -58,6 +54,7 @@ class Undo {
     ReturnPostings(command.Id());
     Tell(progress_, {.step = "正在恢复科目"});
     RestoreAccounts();
+    if (rule && (returns_rule || CanReturnRule(*rule))) command.PutCodeRule(rule->from);
     MovePostingsAlong(command);
     Tell(progress_, {.step = "正在核对"});
     if (pause) Resume(*pause);
@@ -135,6 +132,18 @@ class Undo {
         Refuse("编码 " + rows->Get(1).ToText() + " 现在是另一个科目的");
       }
     }
+  }
+
+  /// A book has only accounts that follow its rule. One that somebody has given it since stays.
+  [[nodiscard]] bool CanReturnRule(const RuleChange& rule) {
+    return ReadCodeRule(session_) == rule.to &&
+           !connection_.Query("select 1 from gl_code limit 1", Origin::kDesk)->Next();
+  }
+  /// The accounts that come back need the rule that came with them.
+  bool NeedsRule(const RuleChange& rule) {
+    if (CanReturnRule(rule)) return true;
+    if (ReadCodeRule(session_) == rule.from) return false;
+    Refuse("这些科目的编码规则是 " + rule.from + "，账簿的现在是 " + ReadCodeRule(session_));
   }
 
   /// The accounts of the command, with their images as the engine reads cells of them.

@@ -95,8 +95,7 @@ std::string NameOf(Connection& connection, const std::string& code) {
 }
 
 std::vector<NamedCode> ParentsOf(Session& session, const std::string& code) {
-  const std::string rule =
-      ReadSetting(session, std::string(host::kSystemSection), std::string(host::kCodeRuleSetting));
+  const std::string rule = ReadCodeRule(session);
   CodeRuleArithmetic arithmetic;
   std::vector<NamedCode> parents;
   for (std::string above = arithmetic.ParentCode(code, rule); !above.empty();

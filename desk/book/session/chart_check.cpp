@@ -46,10 +46,7 @@ std::string CodesOf(SqlDialect dialect, const std::string& ledger) {
 class Finder {
  public:
   explicit Finder(Session& session)
-      : connection_(session.Own()),
-        dialect_(connection_.Dialect()),
-        rule_(ReadSetting(session, std::string(host::kSystemSection),
-                          std::string(host::kCodeRuleSetting))) {}
+      : connection_(session.Own()), dialect_(connection_.Dialect()), rule_(ReadCodeRule(session)) {}
 
   [[nodiscard]] std::vector<ChartFault> Find() {
     if (!rule_.empty()) Add(kNoCode, "select a.i_id,a.ccode from gl_code a where a.ccode is null");

@@ -4,7 +4,9 @@
 #include <string_view>
 
 #include "book/session/journal_rules.h"
+#include "book/session/settings.h"
 #include "book/session/trigger_script.h"
+#include "host/account.h"
 
 namespace desk::book {
 
@@ -62,6 +64,18 @@ void JournalCommand::NoteFollowed(std::string_view ledger, std::int64_t postings
   const host::Value values[] = {id_, ledger, postings};
   session_.Own().Execute(
       "insert into desk_moved(command_id,ledger,row_count,id_sum,follows)values(?,?,?,0,1)",
+      Origin::kDesk, values);
+}
+
+void JournalCommand::PutCodeRule(const std::string& rule) {
+  const std::string before = ReadCodeRule(session_);
+  PutSetting(session_.Own(), std::string(host::kSystemSection), std::string(host::kCodeRuleSetting),
+             rule);
+  if (id_ == 0) return;
+  const host::Value values[] = {id_, kSettingsName, before, rule};
+  session_.Own().Execute(
+      "insert into desk_moved(command_id,ledger,from_code,to_code,row_count,id_sum,follows)"
+      "values(?,?,?,?,0,0,1)",
       Origin::kDesk, values);
 }
 

@@ -53,6 +53,8 @@ class JournalCommand {
   /// Says how many postings of a ledger went along with new codes of their accounts, where the
   /// rules paused. An undo needs no more: they follow the codes back.
   void NoteFollowed(std::string_view ledger, std::int64_t postings);
+  /// Gives the book, which has no accounts, another code rule.
+  void PutCodeRule(const std::string& rule);
 
  private:
   Session& session_;

@@ -19,8 +19,10 @@ inline constexpr std::string_view kChangeTableName = "desk_change";
 /// Postings that came to another code: those with identifiers from `first_id` to `last_id` that
 /// stood on `to_code` afterwards, how many, the sums of their identifiers and of their amounts: a
 /// posting may add to a row of totals that has moved. `follows` is 1 where
-/// they went along with the code of their account.
+/// they went along with the code of their account. A row for `kSettingsName` says that the command
+/// has given the book another code rule, from `from_code` to `to_code`.
 inline constexpr std::string_view kMovedTableName = "desk_moved";
+inline constexpr std::string_view kSettingsName = "xt_accinformation";
 
 // Inside the transaction of a command, a row of `desk_identifier` ("journal_command") on SQLite,
 // and a setting ("desk.command") on PostgreSQL, name this command. Changes without either come from

@@ -1,5 +1,7 @@
 #include "book/session/settings.h"
 
+#include "host/account.h"
+
 namespace desk::book {
 
 std::string ReadSetting(Session& session, const std::string& section, const std::string& key) {
@@ -8,6 +10,11 @@ std::string ReadSetting(Session& session, const std::string& section, const std:
       "select item_value from xt_accinformation where system_code=? and item_code=?", Origin::kDesk,
       names);
   return rows->Next() ? rows->Get(0).ToText() : std::string();
+}
+
+std::string ReadCodeRule(Session& session) {
+  return ReadSetting(session, std::string(host::kSystemSection),
+                     std::string(host::kCodeRuleSetting));
 }
 
 void PutSetting(Connection& connection, const std::string& section, const std::string& key,

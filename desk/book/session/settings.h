@@ -11,6 +11,9 @@ namespace desk::book {
 [[nodiscard]] std::string ReadSetting(Session& session, const std::string& section,
                                       const std::string& key);
 
+/// The book's code rule; empty when it has none.
+[[nodiscard]] std::string ReadCodeRule(Session& session);
+
 /// Inside the caller's transaction.
 void PutSetting(Connection& connection, const std::string& section, const std::string& key,
                 const std::string& value);

@@ -4,14 +4,13 @@
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "book/session/session.h"
 
-/// Accounts as they are exchanged with other programs: every column that a person fills.
+/// Accounts as they stand in a book: every column that a person fills.
 namespace desk::book {
 
 /// The texts of an account, then its flags.
@@ -50,19 +49,8 @@ inline constexpr std::size_t kAccountFields = static_cast<std::size_t>(AccountFi
   return IndexOf(field) >= kTextFields;
 }
 
-/// What is known of a field.
-struct FieldInfo {
-  AccountField field;
-  std::string_view column;  ///< of `gl_code`
-  std::string_view title;   ///< as a file's header and dialogs show it
-  /// Further titles by which a header means it, separated by "|": Chinese ones, and English ones in
-  /// small letters without blanks.
-  std::string_view others;
-  int width;  ///< of its column in a sheet, in characters
-};
-/// In the order in which a file has them.
-[[nodiscard]] std::span<const FieldInfo> Fields();
-[[nodiscard]] const FieldInfo& InfoOf(AccountField field);
+/// Its column of `gl_code`.
+[[nodiscard]] std::string_view ColumnOf(AccountField field);
 
 class AccountRecord {
  public:
@@ -94,7 +82,10 @@ struct KeptAccount {
   bool leaf = true;
 };
 
-/// All accounts, in the order of their codes. `DatabaseError` when they cannot be read.
-[[nodiscard]] std::vector<KeptAccount> ReadRecords(Session& session);
+/// The accounts that meet `condition` ("where ccode=?"), in the order of their codes; all without
+/// one. `DatabaseError` when they cannot be read.
+[[nodiscard]] std::vector<KeptAccount> ReadAccounts(Session& session,
+                                                    const std::string& condition = {},
+                                                    Values parameters = {});
 
 }  // namespace desk::book
