@@ -33,6 +33,7 @@ constexpr std::array<LedgerColumn, AccountLedgerView::kColumns> kPlans = {
      {"科目", 1200},
      {"对方科目", 2100},
      {"往来", 1500},
+     {"外币", 690, kCentred},
      {"外币金额", 1500, kAmount},
      {"数量", 1050, kQuantity},
      {"借方", 1590, kAmount},
@@ -54,6 +55,7 @@ void AppendLine(host::RowSet& rows, const LedgerLine& line, bool continued) {
   rows.AppendText(line.code);
   rows.AppendText(line.counter);
   rows.AppendText(PartnersText(line.auxiliary));
+  rows.AppendText(line.foreign_amount == 0 ? std::string() : line.currency);
   rows.AppendText(AmountCell(line.foreign_amount));
   rows.AppendText(QuantityText(line.quantity));
   rows.AppendText(AmountCell(line.debit));
@@ -198,8 +200,10 @@ void AccountLedgerView::ShowColumns() {
   const auto show = [&](int col, bool shown) { grid_.SetColHidden(col, !shown); };
   show(kCode, !ledger_.card.leaf);
   show(kPartner, any([](const LedgerLine& line) { return line.auxiliary != book::Auxiliary(); }));
-  show(kForeign, any([](const LedgerLine& line) { return line.foreign_amount != 0; }));
+  const bool foreign = any([](const LedgerLine& line) { return line.foreign_amount != 0; });
+  for (const int col : {kCurrency, kForeign}) show(col, foreign);
   show(kQuantity, any([](const LedgerLine& line) { return line.quantity != 0; }));
+  WidenToFit(grid_, kCode);
   if (!sized_) FitColumn(grid_, kSummary, kMinSummary);
 }
 

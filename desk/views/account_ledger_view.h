@@ -24,8 +24,9 @@ class AccountLedgerView : public Sheet {
     kSummary,
     kCode,  ///< only where there are accounts below
     kCounter,
-    kPartner,  ///< only where entries name one
-    kForeign,  ///< only where entries have such an amount
+    kPartner,   ///< only where entries name one
+    kCurrency,  ///< as the next only where entries have such an amount
+    kForeign,
     kQuantity,
     kDebit,
     kCredit,

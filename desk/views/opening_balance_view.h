@@ -119,6 +119,7 @@ class OpeningBalanceView : public Sheet {
   std::set<std::size_t> changed_;  // accounts
   bool showing_ = false;           // the rows are being set: no choice of the user
   bool filling_ = false;           // the boxes are being set: no edit of the user
+  bool sized_ = false;             // columns have widths that the user has set
   bool saved_ = false;             // what was typed last has been saved
   bool typed_ = false;             // the boxes hold what has not been taken over
   bool worked_out_ = true;         // nothing was typed since the third of them was worked out

@@ -19,13 +19,13 @@ constexpr std::array<LedgerColumn, OpeningBalanceView::kColumns> kPlans = {
     {{"科目编码", 1500},
      {"科目名称", 4200},
      {"方向", 660, kCentred},
-     {"往来", 2400},
-     {"外币", 750, kCentred},
-     {"外币金额", 1500, kAmount},
-     {"汇率", 960, kQuantity},
-     {"数量", 1200, kQuantity},
-     {"借方", 1800, kAmount},
-     {"贷方", 1800, kAmount}}};
+     {"往来", 1800},
+     {"外币", 690, kCentred},
+     {"外币金额", 1410, kAmount},
+     {"汇率", 900, kQuantity},
+     {"数量", 1050, kQuantity},
+     {"借方", 1590, kAmount},
+     {"贷方", 1590, kAmount}}};
 constexpr int kMinName = 2400;
 
 constexpr int kBoxLine = Strip::kLine + Strip::kEdge / 2;
@@ -58,6 +58,7 @@ void OpeningBalanceView::Listen() {
     if (!showing_) ShowRow();
   });
   grid_.DoubleClick.Add([this] { EnterBoxes(); });
+  grid_.AfterUserResize.Add([this](int) { sized_ = true; });
   take_.Clicked.Add([this] { GoOn(); });
   add_.Clicked.Add([this] { AddPartner(); });
   save_.Clicked.Add([this] { Save(); });
@@ -96,6 +97,7 @@ void OpeningBalanceView::ShowColumns() {
   for (const int col : {kCurrency, kForeign, kRate}) grid_.SetColHidden(col, !foreign);
   grid_.SetColHidden(kQuantity, !quantity);
   foreign_kept_ = foreign || quantity;
+  WidenToFit(grid_, kCode);
   Resize(width_, height_);
 }
 
@@ -107,6 +109,10 @@ void OpeningBalanceView::ShowRow() {
   const bool by_partner = account != nullptr && account->leaf && account->WantsPartner();
   for (viewkit::TextBox* box : {&debit_, &credit_}) box->SetEnabled(takes);
   partner_.SetEnabled(takes && row.line);
+  const bool other_boxes = partner_.Visible() != by_partner;
+  partner_label_.SetVisible(by_partner);
+  partner_.SetVisible(by_partner);
+  if (other_boxes) Resize(width_, height_);
   take_.SetEnabled(takes);
   add_.SetEnabled(by_partner);
   account_.SetCaption(account == nullptr ? std::string()
@@ -169,29 +175,36 @@ void OpeningBalanceView::ArrangeForeign(int top) {
 
 void OpeningBalanceView::Resize(int width, int height) {
   constexpr int kAmount = 1650;
-  constexpr int kLabel = 1080;
+  constexpr int kLabel = 780;
+  constexpr int kPartnerLabel = 1080;
   constexpr int kButton = 1350;
   width_ = width;
   height_ = height;
   const int more = foreign_kept_ ? kBoxLine : 0;
   const int foot = std::max(0, height - 2 * Strip::kHeight + Strip::kEdge - more);
   grid_.SetBounds({0, 0, width, foot});
-  FitColumn(grid_, kName, kMinName);
+  if (!sized_) FitColumn(grid_, kName, kMinName);
   Strip boxes(foot);
-  constexpr int kRest = 3 * (kLabel + 60) + 2 * (kAmount + 90) + 2 * (kButton + 90) + 180;
-  const int room = std::max(0, width - kRest - Strip::kEdge * 2);
-  boxes.PutLabel(account_, room * 3 / 5, 90);
-  boxes.PutLabel(partner_label_, kLabel);
-  boxes.Put(partner_, room * 2 / 5);
-  boxes.PutLabel(debit_label_, kLabel - 240);
+  constexpr int kAmounts = 2 * (kLabel + 60 + kAmount + 90);
+  const int room = std::max(0, width - kAmounts - Strip::kEdge * 2);
+  // The account's name has what a partner does not need.
+  const int partner = partner_.Visible() ? std::max(0, room * 2 / 5 - kPartnerLabel) : 0;
+  const int name = partner_.Visible() ? room - partner - kPartnerLabel - 150 : room;
+  boxes.PutLabel(account_, std::max(0, name), 90);
+  if (partner_.Visible()) {
+    boxes.PutLabel(partner_label_, kPartnerLabel);
+    boxes.Put(partner_, partner);
+  }
+  boxes.PutLabel(debit_label_, kLabel);
   boxes.Put(debit_, kAmount);
-  boxes.PutLabel(credit_label_, kLabel - 240);
+  boxes.PutLabel(credit_label_, kLabel);
   boxes.Put(credit_, kAmount);
-  boxes.Put(take_, kButton);
-  boxes.Put(add_, kButton);
   ArrangeForeign(foot + kBoxLine);
   Strip below(foot + kBoxLine + more);
-  below.PutLabel(sums_, width - 2 * Strip::kEdge - kButton - 90, 90);
+  constexpr int kButtons = 3 * (kButton + 90);
+  below.PutLabel(sums_, std::max(0, width - 2 * Strip::kEdge - kButtons), 90);
+  below.Put(take_, kButton);
+  below.Put(add_, kButton);
   below.Put(save_, kButton);
 }
 

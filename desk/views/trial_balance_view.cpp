@@ -303,6 +303,7 @@ void TrialBalanceView::Load() {
   if (!all) viewkit::ApplyVsRows(layout_path_, grid_, *system_);
   RedNegatives(grid_, kFirstAmount, kClosingCredit);
   DressTotals();
+  WidenToFit(grid_, kCode);
   Summarise(balance);
 }
 

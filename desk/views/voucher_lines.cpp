@@ -79,6 +79,7 @@ void VoucherLines::Show(book::Session& session, const book::Voucher& voucher) {
   show(kPartner, [](const book::Entry& entry) { return entry.auxiliary != book::Auxiliary(); });
   for (const int col : {kCurrency, kForeign, kRate}) show(col, foreign);
   show(kQuantity, [](const book::Entry& entry) { return entry.quantity != 0; });
+  WidenToFit(grid_, kCode);
   Fit();
   grid_.SetRow(grid_.FixedRows());
 }

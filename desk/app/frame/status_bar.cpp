@@ -39,10 +39,22 @@ void StatusBar::Arrange() {
   const int width = static_cast<int>(area.right);
   const int file = std::min(style_->fonts.Pixels(file_, false) + margin + style_->scale.Design(16),
                             width * 2 / 5);
-  const int company = std::min(style_->fonts.Pixels(company_, false) + margin, width / 4);
+  const int company = std::min(style_->fonts.Pixels(company_, false) + margin, width * 3 / 10);
   const std::array<int, 3> ends = {std::max(0, width - file - company), std::max(0, width - file),
                                    -1};
   SendMessageW(Handle(), SB_SETPARTS, ends.size(), reinterpret_cast<LPARAM>(ends.data()));
+  SetPart(1, Cut(company_, company - margin));
+  SetPart(2, Cut(file_, file - margin - style_->scale.Design(16)));
+}
+
+/// The system would cut it in the middle of a character.
+std::wstring StatusBar::Cut(const std::wstring& text, int room) const {
+  std::wstring shown = text;
+  for (std::size_t length = text.size(); length > 0; --length) {
+    if (style_->fonts.Pixels(shown, false) <= room) break;
+    shown = text.substr(0, length - 1) + L"…";
+  }
+  return shown;
 }
 
 void StatusBar::SetPart(int part, const std::wstring& text) {
@@ -60,8 +72,6 @@ void StatusBar::SetBook(const std::wstring& company, const std::wstring& file) {
   company_ = company;
   file_ = file;
   Arrange();
-  SetPart(1, company_);
-  SetPart(2, file_);
 }
 
 }  // namespace desk::app

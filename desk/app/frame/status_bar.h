@@ -25,6 +25,7 @@ class StatusBar {
 
  private:
   void SetPart(int part, const std::wstring& text);
+  [[nodiscard]] std::wstring Cut(const std::wstring& text, int room) const;
 
   SharedStyle style_;
   tavrix::viewkit::win32::OwnedWindow window_;
