@@ -59,9 +59,9 @@ DatabaseError Cancellation() {
 }
 
 /// Tells how far the copy has come, also while a server is waited for.
-class Progress final : public WaitPort {
+class CopyProgress final : public WaitPort {
  public:
-  explicit Progress(const CopyWatch& watch) : watch_(watch) {}
+  explicit CopyProgress(const CopyWatch& watch) : watch_(watch) {}
   void Expect(std::int64_t rows) { state_.all = rows; }
   void Enter(std::string_view table, bool compares) {
     state_.table = table;
@@ -141,7 +141,7 @@ std::string TextOfRow(const LoadPlan& part) {
 /// Takes the contents of a table while its cells pass, to `next` unless that is null.
 class CellContents final : public CellSink {
  public:
-  CellContents(const LoadPlan& part, Progress& progress, CellSink* next)
+  CellContents(const LoadPlan& part, CopyProgress& progress, CellSink* next)
       : columns_(part.columns), progress_(progress), next_(next) {}
   void OnNull() override {
     if (next_ != nullptr) next_->OnNull();
@@ -181,7 +181,7 @@ class CellContents final : public CellSink {
   }
 
   const std::vector<Column>& columns_;
-  Progress& progress_;
+  CopyProgress& progress_;
   CellSink* next_;
   std::size_t column_ = 0;
   Contents seen_;
@@ -190,7 +190,7 @@ class CellContents final : public CellSink {
 /// Takes the contents of a table from the texts of its rows.
 class RowContents final : public CellSink {
  public:
-  explicit RowContents(Progress& progress) : progress_(progress) {}
+  explicit RowContents(CopyProgress& progress) : progress_(progress) {}
   void OnNull() override { OnText({}); }
   void OnInteger(std::int64_t) override { OnText({}); }
   void OnNumber(double) override { OnText({}); }
@@ -202,7 +202,7 @@ class RowContents final : public CellSink {
   [[nodiscard]] const Contents& Seen() const { return seen_; }
 
  private:
-  Progress& progress_;
+  CopyProgress& progress_;
   Contents seen_;
 };
 
@@ -222,7 +222,8 @@ void Pass(Connection& connection, const std::string& query, CellSink& sink) {
   if (const auto rows = connection.Query(query, Origin::kDesk); rows->Next()) rows->ReadAll(sink);
 }
 
-Contents Load(Connection& source, Connection& target, const LoadPlan& part, Progress& progress) {
+Contents Load(Connection& source, Connection& target, const LoadPlan& part,
+              CopyProgress& progress) {
   if (part.columns.empty()) return {};
   progress.Enter(part.table, false);
   const auto loader = NewRowLoader(target, part);
@@ -232,7 +233,7 @@ Contents Load(Connection& source, Connection& target, const LoadPlan& part, Prog
   return sent.Seen();
 }
 
-Contents ContentsOf(Connection& target, const LoadPlan& part, Progress& progress) {
+Contents ContentsOf(Connection& target, const LoadPlan& part, CopyProgress& progress) {
   if (part.columns.empty()) return {};
   progress.Enter(part.table, true);
   if (target.Dialect() == SqlDialect::kPostgres) {
@@ -261,7 +262,7 @@ class StillSource {
   std::unique_ptr<Transaction> transaction_;
 };
 
-std::vector<CopiedTable> Fill(Session& source, Session& target, Progress& progress) {
+std::vector<CopiedTable> Fill(Session& source, Session& target, CopyProgress& progress) {
   const StillSource still(source);
   const std::vector<LoadPlan> parts = PartsOf(source.Own());
   std::int64_t rows = 0;
@@ -290,7 +291,7 @@ std::vector<CopiedTable> Fill(Session& source, Session& target, Progress& progre
 
 std::vector<CopiedTable> CopyBook(const std::string& from, const std::string& to,
                                   const CopyWatch& watch) {
-  const auto progress = std::make_shared<Progress>(watch);
+  const auto progress = std::make_shared<CopyProgress>(watch);
   const auto place = [&](const std::string& path) {
     constexpr std::chrono::minutes kLimit(10);  // the index of a large table takes its time
     return Place{.path = path, .time_limit = kLimit, .waiting = progress};

@@ -192,6 +192,7 @@ std::int64_t ChangeBatch(Session& session, const BatchChart& chart, const BatchP
   const ActionSense sense = SenseOf(plan.action);
   Tell(progress, {.step = "正在核对科目"});
   PrepareRearranging(session);
+  const LongWork long_work(session);
   Transaction transaction(session);
   const BatchChart now = ReadBatchChart(session);
   const std::vector<std::int64_t> ids = IdentifiersOf(chart, plan);

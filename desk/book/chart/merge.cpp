@@ -171,6 +171,7 @@ MergePlan PlanMerge(Session& session, const std::string& from, const std::string
 std::int64_t MergeAccounts(Session& session, const MergePlan& plan, const Progress& progress) {
   Tell(progress, {.step = "正在核对科目"});
   PrepareRearranging(session);
+  const LongWork long_work(session);
   Transaction transaction(session);
   const MergePlan now = PlanMerge(session, plan.from.code, plan.into.code);
   if (!now.Allowed()) RefuseChange(now.WhyNot());
@@ -179,8 +180,7 @@ std::int64_t MergeAccounts(Session& session, const MergePlan& plan, const Progre
   }
   JournalCommand command(session, CommandKind::kMerge,
                          "合并 " + plan.from.code + " → " + plan.into.code);
-  Tell(progress, {.step = "正在修改凭证"});
-  const std::int64_t moved = command.MovePostings(plan.from.code, plan.into.code);
+  const std::int64_t moved = command.MovePostings(plan.from.code, plan.into.code, progress);
   MoveGathering(session.Own(), now);
   const host::Value id(now.from.id);
   session.Own().Execute("delete from gl_code where i_id=?", Origin::kDesk, {&id, 1});

@@ -1,44 +1,18 @@
 #include "book/chart/move_accounts.h"
 
-#include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <string_view>
 #include <utility>
 
 #include "book/ledger/code_rule.h"
+#include "book/session/ledger_portions.h"
 #include "book/session/rules_pause.h"
 
 namespace desk::book {
 
 namespace {
 
-using std::chrono::milliseconds;
-
 constexpr const char* kChanged = "其他用户刚修改了这些科目，请核对后再试";
-
-/// How many accounts or rows one statement takes, so that it takes a moment and not more.
-class Portion {
- public:
-  Portion(std::int64_t least, std::int64_t first, std::int64_t most)
-      : size_(first), least_(least), most_(most) {}
-  /// The next portion of what goes from `begin` to before `end`: to where it goes.
-  template <class Work>
-  [[nodiscard]] std::int64_t Take(std::int64_t begin, std::int64_t end, Work&& work) {
-    const std::int64_t stop = std::min(begin + size_, end);
-    const auto started = std::chrono::steady_clock::now();
-    work(stop);
-    const auto spent = std::chrono::steady_clock::now() - started;
-    if (spent < milliseconds(60)) size_ = std::min(size_ * 2, most_);
-    if (spent > milliseconds(200)) size_ = std::max(size_ / 2, least_);
-    return stop;
-  }
-
- private:
-  std::int64_t size_;
-  std::int64_t least_;
-  std::int64_t most_;
-};
 
 /// The statements of one move.
 class Mover {
@@ -89,34 +63,25 @@ class Mover {
   void MoveLedger(const std::string& ledger, std::int64_t rows, std::string_view step) {
     Enter(step);
     const std::int64_t before = state_.done;
-    const auto ids = connection_.Query("select min(i_id),max(i_id) from " + ledger, Origin::kDesk);
-    const bool any = ids->Next();
-    const auto first = any ? IntegerAt(*ids, 0) : 0;
-    const auto end = any ? IntegerAt(*ids, 1) + 1 : 0;
-    // Where most rows move, going by codes would read every part of the ledger again and again.
-    constexpr std::int64_t kMax = 3;
-    if (rows > (end - first) / kMax) {
-      MoveByRows(ledger, first, end);
+    const LedgerRange range = RangeOfLedger(connection_, ledger);
+    if (range.IsReadFor(rows, connection_.Dialect())) {
+      MoveByRows(ledger, range);
     } else if (rows > 0) {
       MoveByCodes(ledger);
     }
     command_.NoteFollowed(ledger, state_.done - before);
   }
 
-  void MoveByRows(const std::string& ledger, std::int64_t first, std::int64_t end) {
-    // The sign keeps SQLite from going by the codes after all.
-    const bool sqlite = connection_.Dialect() == SqlDialect::kSqlite;
-    const std::string where = std::string(" where i_id>=? and i_id<? and ") + (sqlite ? "+" : "") +
-                              "ccode in(select ccode from gl_code where " + kInRange + ")";
-    const auto range = RangeOf(plan_.code);
-    Portion portion(1 << 14, 1 << 14, 1 << 20);  // each statement lists all the codes anew
-    while (first < end) {
-      first = portion.Take(first, end, [&](std::int64_t stop) {
-        const host::Value values[] = {first, stop, range[0], range[1]};
-        UpdateCodes(ledger, where, values);
-      });
+  void MoveByRows(const std::string& ledger, const LedgerRange& range) {
+    const std::string where = std::string(LedgerRange::kPart) +
+                              LedgerRange::CodeAsRead(connection_.Dialect()) +
+                              " in(select ccode from gl_code where " + kInRange + ")";
+    const auto codes = RangeOf(plan_.code);
+    range.InParts([&](std::int64_t first, std::int64_t end) {
+      const host::Value values[] = {first, end, codes[0], codes[1]};
+      UpdateCodes(ledger, where, values);
       Tell(progress_, state_);
-    }
+    });
   }
 
   void MoveByCodes(const std::string& ledger) {
@@ -197,6 +162,7 @@ MoveResult MoveAccounts(Session& session, const MovePlan& plan, CommandKind kind
                         const Progress& progress) {
   Tell(progress, {.step = "正在核对科目"});
   PrepareRearranging(session);
+  const LongWork long_work(session);
   Transaction transaction(session);
   const MovedSubtree subtree = ReadMovedSubtree(session, plan.code);
   const MovePlan now = PlanMove(session, subtree, plan.new_code);

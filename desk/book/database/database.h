@@ -174,6 +174,9 @@ class Connection {
   /// How long a server may take for one statement from now on; zero is no limit. A file's
   /// statements have none.
   virtual void SetTimeLimit(std::chrono::milliseconds) {}
+  [[nodiscard]] virtual std::chrono::milliseconds TimeLimit() const {
+    return std::chrono::milliseconds::zero();
+  }
 
  protected:
   Connection() = default;

@@ -10,6 +10,17 @@ namespace desk::book {
 
 namespace {
 
+void AppendQuoted(std::string& array, std::string_view text) {
+  array += '"';
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t special = std::min(text.find_first_of("\"\\", at), text.size());
+    array.append(text, at, special - at);
+    if (special < text.size()) array.append({'\\', text[special]});
+    at = special + 1;
+  }
+  array += '"';
+}
+
 /// `columns` as they stand in a statement, each by way of `text_of`.
 template <class TextOf>
 std::string List(const std::vector<Column>& columns, TextOf&& text_of) {
@@ -117,15 +128,7 @@ class RowArrays {
     EndCell();
   }
   void AddQuoted(std::string_view text) {
-    std::string& cell = Cell();
-    cell += '"';
-    for (std::size_t at = 0; at < text.size();) {
-      const std::size_t special = std::min(text.find_first_of("\"\\", at), text.size());
-      cell.append(text, at, special - at);
-      if (special < text.size()) cell.append({'\\', text[special]});
-      at = special + 1;
-    }
-    cell += '"';
+    AppendQuoted(Cell(), text);
     EndCell();
   }
 
@@ -311,6 +314,11 @@ std::unique_ptr<RowLoader> NewRowLoader(Connection& connection, LoadPlan plan) {
     return std::make_unique<ArrayLoader>(connection, std::move(plan));
   }
   return std::make_unique<SingleLoader>(connection, std::move(plan));
+}
+
+void AppendToArray(std::string& array, std::string_view text) {
+  if (!array.empty()) array += ',';
+  AppendQuoted(array, text);
 }
 
 }  // namespace desk::book

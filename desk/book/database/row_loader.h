@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -50,5 +51,9 @@ class RowLoader : public CellSink {
 /// transaction: on PostgreSQL some thousand rows with each statement, elsewhere one by one, where
 /// changes of the same columns are best given one after the other.
 [[nodiscard]] std::unique_ptr<RowLoader> NewRowLoader(Connection& connection, LoadPlan plan);
+
+/// One more text in the inside of an array, as PostgreSQL reads one: `{"a","b"}` without its
+/// braces.
+void AppendToArray(std::string& array, std::string_view text);
 
 }  // namespace desk::book

@@ -3,23 +3,22 @@
 #include <algorithm>
 #include <optional>
 #include <set>
-#include <span>
 #include <string>
 #include <utility>
 
 #include "book/database/tables.h"
 #include "book/journal/command_text.h"
 #include "book/journal/local_time.h"
+#include "book/journal/posting_moves.h"
 #include "book/session/journal_rules.h"
 #include "book/session/rules_pause.h"
 #include "book/session/settings.h"
-#include "book/session/trigger_script.h"
 
 namespace desk::book {
 
 namespace {
 
-/// So many accounts' postings move with each statement: between two the user may cancel.
+/// So many codes are looked for at once.
 constexpr std::size_t kPortion = 500;
 
 const std::size_t kCode = AccountColumn("ccode");
@@ -51,11 +50,12 @@ class Undo {
     if (ConcernsRules()) pause.emplace(session_);
     JournalCommand command(session_, entry_.kind, DeedText(entry_),
                            {.turn = entry_.turn == 1 ? 2 : 1, .target = entry_.id});
-    ReturnPostings(command.Id());
+    const std::string changed = ReturnPostings(session_, entry_.id, command.Id());
+    if (!changed.empty()) Refuse("科目 " + changed + " 的分录之后又有变动");
     Tell(progress_, {.step = "正在恢复科目"});
     RestoreAccounts();
     if (rule && (returns_rule || CanReturnRule(*rule))) command.PutCodeRule(rule->from);
-    MovePostingsAlong(command);
+    FollowCodes(session_, entry_.id, CodesBack(), CodesMeet(), command, progress_);
     Tell(progress_, {.step = "正在核对"});
     if (pause) Resume(*pause);
     return command.Id();
@@ -86,7 +86,18 @@ class Undo {
     });
   }
 
+  /// No other program may change them before they are as they were.
+  void LockAccounts() {
+    if (!server_) return;
+    connection_.Execute(
+        "select count(*)from(select 1 from gl_code where i_id in(select row_id from desk_change "
+        "where command_id=" +
+            std::to_string(entry_.id) + ")for update)a",
+        Origin::kDesk);
+  }
+
   void CheckAccounts() {
+    LockAccounts();
     const std::vector<RowImage> now = ReadAccountsNow(session_, entry_.id);
     for (std::size_t i = 0; i < changes_.size(); ++i) {
       if (i >= now.size() || !IsAsLeft(changes_[i], now[i])) RefuseChanged(changes_[i]);
@@ -150,7 +161,7 @@ class Undo {
   [[nodiscard]] std::string Net() const {
     if (!server_) return QueryForNetChanges(entry_.id);
     return "select row_id,cast(old_row as jsonb)as old_row,cast(new_row as jsonb)as new_row from(" +
-           QueryForNetChanges(entry_.id) + ")r";
+           QueryForNetChanges(entry_.id) + ")r offset 0";  // reads each image once
   }
   [[nodiscard]] std::string CellOf(const char* image, std::string_view column) const {
     const std::string place = std::to_string(AccountColumn(column));
@@ -163,75 +174,6 @@ class Undo {
   }
   [[nodiscard]] std::string After(std::string_view column) const {
     return CellOf("new_row", column);
-  }
-
-  /// All notes of one account's postings in one ledger that went to another account.
-  struct Move {
-    std::string ledger;
-    std::string to;
-    std::string notes;  ///< the condition for them, as `m`
-    std::string there;  ///< and for their postings, as the ledger
-    std::int64_t postings = 0;
-  };
-
-  [[nodiscard]] std::vector<Move> Moves() {
-    std::vector<Move> moves;
-    const auto rows = connection_.Query(
-        "select ledger,to_code,min(id),max(id),sum(row_count),count(*)from desk_moved where "
-        "follows=0 and command_id=" +
-            std::to_string(entry_.id) + " group by ledger,from_code,to_code order by max(id) desc",
-        Origin::kDesk);
-    while (rows->Next()) {
-      const std::string ledger = rows->Get(0).ToText();
-      // Of many ranges of a file each is read by its identifiers, of few by the account's index.
-      const bool many = !server_ && rows->Get(5).ToNumber() > 4;
-      moves.push_back({.ledger = ledger,
-                       .to = rows->Get(1).ToText(),
-                       .notes = "m.command_id=" + std::to_string(entry_.id) + " and m.ledger='" +
-                                ledger + "' and m.follows=0 and m.id between " +
-                                rows->Get(2).ToText() + " and " + rows->Get(3).ToText(),
-                       .there = (many ? "+" : "") + ledger + ".ccode=m.to_code and " + ledger +
-                                ".i_id between m.first_id and m.last_id",
-                       .postings = IntegerAt(*rows, 4)});
-    }
-    return moves;
-  }
-
-  /// Whether postings are missing, have come, or have had amounts added to them.
-  [[nodiscard]] bool HasChanged(const Move& move) {
-    const auto sum = [&](const std::string& column) {
-      return "coalesce(sum(" + move.ledger + "." + column + "),0)";
-    };
-    const auto rows = connection_.Query(
-        "select 1 from desk_moved m left join " + move.ledger + " on " + move.there + " where " +
-            move.notes +
-            " group by m.id,m.row_count,m.id_sum,m.debit_sum,m.credit_sum having count(" +
-            move.ledger + ".i_id)<>m.row_count or " + sum("i_id") + "<>m.id_sum or " +
-            sum("debit") + "<>m.debit_sum or " + sum("credit") + "<>m.credit_sum limit 1",
-        Origin::kDesk);
-    return rows->Next();
-  }
-
-  /// Postings that went from one account to another go back, the last move first: exactly those,
-  /// and only while they are all there as they were.
-  void ReturnPostings(std::int64_t command) {
-    for (const Move& move : Moves()) {
-      const std::string changed = "科目 " + move.to + " 的分录之后又有变动";
-      if (HasChanged(move)) Refuse(changed);
-      connection_.Execute(
-          "insert into desk_moved(command_id,ledger,from_code,to_code,first_id,last_id,row_count,"
-          "id_sum,debit_sum,credit_sum,follows)select " +
-              std::to_string(command) +
-              ",ledger,to_code,from_code,first_id,last_id,row_count,id_sum,debit_sum,credit_sum,0 "
-              "from desk_moved m where " +
-              move.notes + " order by m.id",
-          Origin::kDesk);
-      const std::int64_t moved = connection_.Execute(
-          "update " + move.ledger + " set ccode=m.from_code from desk_moved m where " + move.there +
-              " and " + move.notes,
-          Origin::kDesk);
-      if (moved != move.postings) Refuse(changed);  // another program has posted meanwhile
-    }
   }
 
   /// The columns in which accounts that stay differ.
@@ -260,10 +202,16 @@ class Undo {
 
   void RestoreAccounts() {
     const std::string net = "(" + Net() + ")n";
-    connection_.Execute("delete from gl_code where i_id in(select n.row_id from " + net +
-                            " where n.old_row is null)",
-                        Origin::kDesk);
+    if (std::ranges::any_of(changes_, &AccountChange::Added)) {
+      connection_.Execute("delete from gl_code where i_id in(select n.row_id from " + net +
+                              " where n.old_row is null)",
+                          Origin::kDesk);
+    }
     UpdateAccounts(net);
+    if (std::ranges::any_of(changes_, &AccountChange::Deleted)) InsertAccounts(net);
+  }
+
+  void InsertAccounts(const std::string& net) {
     std::string columns;
     std::string cells;
     for (const Column& column : SchemaTables()[0].columns) {
@@ -294,61 +242,16 @@ class Undo {
     connection_.Execute("update gl_code set " + sets + " from " + net + which, Origin::kDesk);
   }
 
-  struct NewCode {
-    std::string from;
-    std::string to;
-  };
   /// In the order of the codes that the accounts had until now.
-  [[nodiscard]] std::vector<NewCode> NewCodes() const {
-    std::vector<NewCode> codes;
+  [[nodiscard]] std::vector<CodeChange> CodesBack() const {
+    std::vector<CodeChange> codes;
     for (const AccountChange& change : changes_) {
       if (change.Stays() && change.Differs(kCode)) {
         codes.push_back({.from = change.after.Text(kCode), .to = change.before.Text(kCode)});
       }
     }
-    std::ranges::sort(codes, {}, &NewCode::from);
+    std::ranges::sort(codes, {}, &CodeChange::from);
     return codes;
-  }
-
-  /// Postings follow the codes of their accounts.
-  void MovePostingsAlong(JournalCommand& command) {
-    const std::vector<NewCode> codes = NewCodes();
-    if (codes.empty()) return;
-    // What the server knows of the codes is older than the command: it would compare each posting
-    // with each code.
-    if (server_) connection_.Execute("set local enable_nestloop=off", Origin::kDesk);
-    // Where codes meet, postings that have moved must not move again with the next portion.
-    const std::size_t portion = CodesMeet() ? codes.size() : kPortion;
-    WorkState state{.step = "正在移动分录",
-                    .all = static_cast<std::int64_t>(codes.size() * kLedgerTables.size())};
-    for (const std::string_view ledger : kLedgerTables) {
-      std::int64_t moved = 0;
-      for (std::size_t i = 0; i < codes.size(); i += portion) {
-        Tell(progress_, state);
-        const std::size_t size = std::min(portion, codes.size() - i);
-        moved += MoveAlong(std::string(ledger), std::span(codes).subspan(i, size));
-        state.done += static_cast<std::int64_t>(size);
-      }
-      command.NoteFollowed(ledger, moved);
-    }
-    if (server_) connection_.Execute("set local enable_nestloop=on", Origin::kDesk);
-  }
-
-  [[nodiscard]] std::int64_t MoveAlong(const std::string& ledger, std::span<const NewCode> codes) {
-    std::string list;
-    for (const NewCode& code : codes) {
-      list += (list.empty() ? "(" : ",(") + Literal(code.from) + "," + Literal(code.to) + ")";
-    }
-    // A server would read the whole ledger for each portion. Of a file the index is read, where
-    // codes stand in another order.
-    const std::string range = server_ ? " and " + ledger + ".ccode between " +
-                                            Literal(codes.front().from) + " and " +
-                                            Literal(codes.back().from)
-                                      : std::string();
-    return connection_.Execute("update " + ledger +
-                                   " set ccode=c.column2 from(select column1,column2 from(values" +
-                                   list + ")v)c where " + ledger + ".ccode=c.column1" + range,
-                               Origin::kDesk);
   }
 
   /// The chart may have changed around these accounts: their flags say what it says now.
@@ -383,11 +286,8 @@ HistoryEntry EntryToUndo(Session& session, std::int64_t command) {
 }  // namespace
 
 std::int64_t UndoCommand(Session& session, std::int64_t command, const Progress& progress) {
+  const LongWork long_work(session);
   Transaction transaction(session);
-  if (session.Own().Dialect() == SqlDialect::kPostgres) {
-    // Of many accounts a statement takes longer than one of the user's may.
-    session.Own().Execute("set local statement_timeout='10min'", Origin::kDesk);
-  }
   const std::int64_t id = Undo(session, EntryToUndo(session, command), progress).Run();
   transaction.Commit();
   session.NoteChange();

@@ -122,6 +122,7 @@ class Posting {
  public:
   Posting(Session& session, const Voucher& voucher)
       : connection_(session.Own()),
+        keeps_history_(session.KeepsHistory()),
         voucher_(voucher),
         prepared_by_(voucher.prepared_by.empty() ? session.User() : voucher.prepared_by),
         number_(NextNumber(connection_, voucher)),
@@ -175,10 +176,10 @@ class Posting {
     const host::Value key[] = {entry.code,  voucher_.year, voucher_.month,         with.department,
                                with.person, with.customer, with.supplier,          with.project,
                                entry.debit, entry.credit,  Identifier("gl_accass")};
-    const host::Value id = FirstRow(
-        "select min(i_id) from gl_accass where ccode=? and fiscal_year=? and fiscal_period=? and "
-        "department=? and person=? and customer=? and supplier=? and project=?",
-        Values(key).first(8));
+    const host::Value id = FirstRow("gl_accass",
+                                    " and department=? and person=? and customer=? and supplier=? "
+                                    "and project=?",
+                                    Values(key).first(8));
     if (!id.IsNull()) {
       return Increase("update gl_accass set debit=debit+?,credit=credit+? where i_id=?", entry, id);
     }
@@ -191,9 +192,7 @@ class Posting {
   void AddToTotals(const Entry& entry) {
     const host::Value key[] = {entry.code,  voucher_.year, voucher_.month,
                                entry.debit, entry.credit,  Identifier("gl_accsum")};
-    const host::Value id = FirstRow(
-        "select min(i_id) from gl_accsum where ccode=? and fiscal_year=? and fiscal_period=?",
-        Values(key).first(3));
+    const host::Value id = FirstRow("gl_accsum", "", Values(key).first(3));
     if (!id.IsNull()) {
       return Increase("update gl_accsum set debit=debit+?,credit=credit+? where i_id=?", entry, id);
     }
@@ -203,9 +202,19 @@ class Posting {
         Origin::kDesk, key);
   }
 
-  /// One row alone: two may stand for a month when postings have moved to another code.
-  [[nodiscard]] host::Value FirstRow(const char* sql, Values key) {
-    const auto rows = connection_.Query(sql, Origin::kDesk, key);
+  /// One row alone: two may stand for a month when postings have moved to another code. Those that
+  /// have moved to another account are left as they are: an undo takes them back.
+  [[nodiscard]] host::Value FirstRow(const std::string& ledger, const std::string& with,
+                                     Values key) {
+    std::string sql = "select min(i_id) from " + ledger +
+                      " where ccode=? and fiscal_year=? and fiscal_period=?" + with;
+    std::vector<host::Value> values(key.begin(), key.end());
+    if (keeps_history_) {
+      sql += " and not exists(select 1 from desk_moved m where m.to_code=? and m.ledger='" +
+             ledger + "' and m.follows=0 and " + ledger + ".i_id between m.first_id and m.last_id)";
+      values.push_back(key.front());
+    }
+    const auto rows = connection_.Query(sql, Origin::kDesk, values);
     return rows->Next() ? rows->Get(0) : host::Value();
   }
 
@@ -215,6 +224,7 @@ class Posting {
   }
 
   Connection& connection_;
+  bool keeps_history_;
   const Voucher& voucher_;
   std::string prepared_by_;
   int number_;

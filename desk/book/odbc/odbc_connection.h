@@ -35,6 +35,7 @@ class OdbcConnection : public Connection {
   void SetSchemaVersion(int version) override;
   [[nodiscard]] Wire Encryption() const override { return wire_; }
   void SetTimeLimit(std::chrono::milliseconds limit) override;
+  [[nodiscard]] std::chrono::milliseconds TimeLimit() const override { return place_.time_limit; }
 
  private:
   void Connect();

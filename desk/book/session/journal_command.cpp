@@ -1,9 +1,11 @@
 #include "book/session/journal_command.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "book/session/journal_rules.h"
+#include "book/session/ledger_portions.h"
 #include "book/session/settings.h"
 #include "book/session/trigger_script.h"
 #include "host/account.h"
@@ -43,20 +45,51 @@ JournalCommand::JournalCommand(Session& session, CommandKind kind, const std::st
   session.BeginCommand(id_);
 }
 
-std::int64_t JournalCommand::MovePostings(const std::string& from, const std::string& to) {
+std::int64_t JournalCommand::MovePostings(const std::string& from, const std::string& to,
+                                          const Progress& progress) {
   Connection& connection = session_.Own();
-  std::int64_t moved = 0;
-  for (const std::string_view ledger : kLedgerTables) {
+  LockLedgers(connection);
+  const host::Value from_code(from);
+  std::array<std::int64_t, kLedgerTables.size()> rows{};
+  WorkState state{.step = "正在修改凭证"};
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    rows[i] = NumberIn(connection,
+                       "select count(*) from " + std::string(kLedgerTables[i]) + " where ccode=?",
+                       {&from_code, 1});
+    state.all += rows[i];
+  }
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    Tell(progress, state);
     if (id_ != 0) {
-      connection.Execute(NoteOfMove(connection.Dialect(), MoveKind::kHandedDown, ledger,
+      connection.Execute(NoteOfMove(connection.Dialect(), MoveKind::kHandedDown, kLedgerTables[i],
                                     Literal(from), Literal(to)),
                          Origin::kDesk);
     }
-    const host::Value codes[] = {to, from};
-    moved += connection.Execute("update " + std::string(ledger) + " set ccode=? where ccode=?",
-                                Origin::kDesk, codes);
+    MoveIn(std::string(kLedgerTables[i]), rows[i], from_code, host::Value(to),
+           [&](std::int64_t moved) {
+             state.done += moved;
+             Tell(progress, state);
+           });
   }
-  return moved;
+  return state.done;
+}
+
+void JournalCommand::MoveIn(const std::string& ledger, std::int64_t rows, const host::Value& from,
+                            const host::Value& to, const std::function<void(std::int64_t)>& moved) {
+  Connection& connection = session_.Own();
+  const SqlDialect dialect = connection.Dialect();
+  const std::string update = "update " + ledger + " set ccode=?";
+  const LedgerRange range = RangeOfLedger(connection, ledger);
+  if (!range.IsReadFor(rows, dialect)) {
+    const host::Value values[] = {to, from};
+    return moved(connection.Execute(update + " where ccode=?", Origin::kDesk, values));
+  }
+  const std::string where =
+      std::string(LedgerRange::kPart) + LedgerRange::CodeAsRead(dialect) + "=?";
+  range.InParts([&](std::int64_t first, std::int64_t end) {
+    const host::Value values[] = {to, first, end, from};
+    moved(connection.Execute(update + where, Origin::kDesk, values));
+  });
 }
 
 void JournalCommand::NoteFollowed(std::string_view ledger, std::int64_t postings) {

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
+#include "book/session/progress.h"
 #include "book/session/session.h"
 
 /// Commands of the history of a book: what changes in the chart belongs together, and who did it.
@@ -49,7 +51,9 @@ class JournalCommand {
   /// which they were: an undo can tell them from the other account's own. How many. While the rules
   /// pause, or with accounts that may have these postings. The codes are those that the accounts
   /// have when the command is through.
-  std::int64_t MovePostings(const std::string& from, const std::string& to);
+  /// Other programs' postings wait until the transaction ends. `WorkCancelled`.
+  std::int64_t MovePostings(const std::string& from, const std::string& to,
+                            const Progress& progress = {});
   /// Says how many postings of a ledger went along with new codes of their accounts, where the
   /// rules paused. An undo needs no more: they follow the codes back.
   void NoteFollowed(std::string_view ledger, std::int64_t postings);
@@ -57,6 +61,9 @@ class JournalCommand {
   void PutCodeRule(const std::string& rule);
 
  private:
+  void MoveIn(const std::string& ledger, std::int64_t rows, const host::Value& from,
+              const host::Value& to, const std::function<void(std::int64_t)>& moved);
+
   Session& session_;
   std::int64_t id_ = 0;
 };

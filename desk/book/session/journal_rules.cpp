@@ -35,7 +35,8 @@ std::vector<std::string> TablesWith(const std::string& key, const std::string& b
               big + " not null,debit_sum " + big + ",credit_sum " + big +
               ",follows smallint not null)",
           "create index desk_change_command on desk_change(command_id,row_id)",
-          "create index desk_moved_command on desk_moved(command_id)"};
+          "create index desk_moved_command on desk_moved(command_id)",
+          "create index desk_moved_code on desk_moved(to_code)"};
 }
 
 /// The engine runs the triggers that were made last first. One of another program's statements has

@@ -60,7 +60,8 @@ std::string Dialect::Lengths() const {
 /// Postings that move, after a note of them in the history.
 std::string Moves(SqlDialect dialect, MoveKind kind, const std::string& from,
                   const std::string& to) {
-  std::string moves;
+  const bool shared = dialect == SqlDialect::kPostgres;
+  std::string moves = shared ? std::string(kLockLedgers) + ";" : "";
   for (const std::string_view ledger : kLedgerTables) {
     moves += NoteOfMove(dialect, kind, ledger, from, to) + ";update " + std::string(ledger) +
              " set ccode=" + to + " where ccode=" + from + ";";

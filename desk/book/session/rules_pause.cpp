@@ -3,6 +3,7 @@
 #include <set>
 #include <utility>
 
+#include "book/session/ledger_portions.h"
 #include "book/session/ledger_rules.h"
 
 namespace desk::book {
@@ -48,10 +49,12 @@ bool RulesCanPause(Session& session) {
   return version == 0 || version >= kFirstVersionWithPause;
 }
 
-RulesPause::RulesPause(Session& session) : session_(session), before_(FindChartFaults(session)) {
+RulesPause::RulesPause(Session& session) : session_(session) {
   if (!RulesCanPause(session)) {
     throw DatabaseError(ErrorKind::kRefused, "账簿还没有升级，请由其所有者打开一次后再试");
   }
+  LockLedgers(session.Own());
+  before_ = FindChartFaults(session);
   SetPause(session.Own(), true);
   session.rules_pause_ = true;
 }

@@ -18,8 +18,8 @@ namespace desk::book {
 /// While it lives, inside one transaction, the rules of the ledgers (`LedgerRules`) do nothing: no
 /// postings move, no parents are asked for, no flags are set. The history goes on. For those who
 /// rearrange the chart in steps that the rules would not let through one by one; what they do not
-/// do then, moving postings and setting flags, is theirs to do. The transaction cannot be committed
-/// before `Resume`. `DatabaseError`, as for all that writes.
+/// do then, moving postings and setting flags, is theirs to do; nobody else can post meanwhile. The
+/// transaction cannot be committed before `Resume`. `DatabaseError`, as for all that writes.
 class RulesPause {
  public:
   /// Inside an open `Transaction`. Keeps what was wrong with the chart before.

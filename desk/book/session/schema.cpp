@@ -135,7 +135,11 @@ constexpr const char* kGrantHistory =
     "select,insert on desk_command,desk_change,desk_moved to '||role; end loop; end$$";
 
 void MakeHistory(Connection& connection) {
-  if (connection.HasTable(kCommandTableName)) return;
+  if (connection.HasTable(kCommandTableName)) {
+    // Version 5 had the tables without this index.
+    Run(connection, {"create index if not exists desk_moved_code on desk_moved(to_code)"});
+    return;
+  }
   Run(connection, JournalTables(connection.Dialect()));
   if (connection.Dialect() == SqlDialect::kPostgres) Run(connection, {kGrantHistory});
 }

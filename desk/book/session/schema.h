@@ -11,7 +11,7 @@
 /// The tables of a book.
 namespace desk::book {
 
-inline constexpr int kSchemaVersion = 5;
+inline constexpr int kSchemaVersion = 6;
 
 /// The statements that make all tables of a book in an empty database, as `dialect` writes them.
 [[nodiscard]] std::vector<std::string> SchemaScript(SqlDialect dialect);
@@ -27,7 +27,8 @@ void CreateSchema(Connection& connection, const std::function<void()>& load = {}
 
 /// Brings a book that an earlier desk has made up to this version; does nothing to others, nor
 /// where nothing can be written. Versions 2 to 4 had other rules for the ledgers than `LedgerRules`
-/// gives now, and no history. `DatabaseError` when the engine refuses: the book is as it was.
+/// gives now, and no history; version 5 had rules that left others' postings out. `DatabaseError`
+/// when the engine refuses: the book is as it was.
 void RenewSchema(Session& session);
 
 /// Makes the desk's own table of given identifiers in a book that has none.

@@ -1,5 +1,6 @@
 #include "book/session/session.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "book/session/journal_rules.h"
@@ -118,6 +119,20 @@ void Transaction::Commit() {
   session_.Own().Commit();
   open_ = false;
   session_.AfterTransaction(true);
+}
+
+LongWork::LongWork(Session& session)
+    : connection_(session.Own()), before_(connection_.TimeLimit()) {
+  constexpr std::chrono::minutes kLong(10);
+  if (before_.count() > 0)
+    connection_.SetTimeLimit(std::max<std::chrono::milliseconds>(before_, kLong));
+}
+
+LongWork::~LongWork() {
+  try {
+    connection_.SetTimeLimit(before_);
+  } catch (const DatabaseError&) {  // the connection is gone; the next one has this limit
+  }
 }
 
 }  // namespace desk::book

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -118,6 +119,20 @@ class Transaction {
  private:
   Session& session_;
   bool open_ = true;
+};
+
+/// While it lives a server may take longer for a statement than for one of the user's: a statement
+/// for many accounts, or many postings. Around the `Transaction`; `DatabaseError`.
+class LongWork {
+ public:
+  explicit LongWork(Session& session);
+  LongWork(const LongWork&) = delete;
+  LongWork& operator=(const LongWork&) = delete;
+  ~LongWork();
+
+ private:
+  Connection& connection_;
+  std::chrono::milliseconds before_;
 };
 
 }  // namespace desk::book

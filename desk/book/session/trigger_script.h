@@ -12,6 +12,10 @@ namespace desk::book {
 inline constexpr std::array<std::string_view, 3> kLedgerTables = {"gl_accvouch", "gl_accass",
                                                                   "gl_accsum"};
 
+/// On PostgreSQL: a transaction, or a trigger, that moves postings keeps other programs' out.
+inline constexpr std::string_view kLockLedgers =
+    "lock table gl_accvouch,gl_accass,gl_accsum in share row exclusive mode";
+
 /// Statements that make functions and triggers on PostgreSQL.
 class PostgresScript {
  public:
