@@ -95,6 +95,7 @@ void OpeningBalanceView::ShowRows(std::size_t row) {
   host::RowSet texts(kColumns);
   const auto append = [&](const std::string& code, const std::string& name, bool debit_side,
                           const std::string& partner, const book::OpeningLine& line) {
+    const bool total = !Takes(rows_.back());
     const bool credit = line.balance < 0;
     const std::int64_t foreign = credit ? -line.foreign_amount : line.foreign_amount;
     texts.AppendText(code);
@@ -103,7 +104,9 @@ void OpeningBalanceView::ShowRows(std::size_t row) {
     texts.AppendText(partner);
     texts.AppendText(foreign == 0 ? std::string() : line.currency);
     texts.AppendText(AmountCell(foreign));
-    texts.AppendText(RateText(credit ? -line.balance : line.balance, foreign));
+    // A sum may hold amounts that are in no foreign currency.
+    texts.AppendText(total ? std::string()
+                           : RateText(credit ? -line.balance : line.balance, foreign));
     texts.AppendText(QuantityText(credit ? -line.quantity : line.quantity));
     texts.AppendText(AmountCell(std::max<std::int64_t>(line.balance, 0)));
     texts.AppendText(AmountCell(std::max<std::int64_t>(-line.balance, 0)));

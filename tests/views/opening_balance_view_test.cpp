@@ -203,8 +203,9 @@ TEST_F(ForeignOpeningTest, ForeignAmountsAndQuantitiesStandWhereVouchersHaveThem
   Type("");
   Type("1,420");  // no rate: the two amounts give it
   EXPECT_EQ(Cell("2202", View::kForeign), "200.00");
-  EXPECT_EQ(Cell("2202", View::kRate), "7.1");
+  EXPECT_EQ(view_->Grid().TextMatrix(view_->Grid().Rows() - 1, View::kRate), "7.1");
   EXPECT_EQ(Cell("1002", View::kForeign), "1,000.00") << "all below in one currency";
+  EXPECT_EQ(Cell("1002", View::kRate), "") << "some of it is in none";
   EXPECT_EQ(Cell("1405", View::kQuantity), "12.5");
   user_.answers = {viewkit::UserPort::Answer::kYes};
   Save();
