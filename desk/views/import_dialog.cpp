@@ -65,16 +65,6 @@ std::string ExampleOf(const book::SourceTable& table, std::size_t column, std::s
   return {};
 }
 
-/// "A" to "Z", then "AA": as sheets name their columns.
-std::string LetterOf(std::size_t column) {
-  constexpr std::size_t kLetters = 26;
-  std::string letters;
-  for (std::size_t rest = column + 1; rest > 0; rest = (rest - 1) / kLetters) {
-    letters.insert(letters.begin(), static_cast<char>('A' + (rest - 1) % kLetters));
-  }
-  return letters;
-}
-
 }  // namespace
 
 ImportDialog::ImportDialog(Plan plan, book::ImportSource source, viewkit::UserPort& user)
@@ -191,7 +181,7 @@ void ImportDialog::ShowColumns() {
       options_.header ? book::HeaderAt(table, *options_.header) : book::SourceRow();
   host::RowSet rows(static_cast<std::size_t>(columns_.Cols()));
   for (std::size_t column = 0; column < table.columns; ++column) {
-    std::string name = LetterOf(column);
+    std::string name = book::LetterOf(column);
     if (column < header.cells.size()) name += "  " + OnOneLine(header.cells[column]);
     const auto field = options_.columns.FieldAt(column);
     rows.AppendText(name);

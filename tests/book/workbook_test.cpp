@@ -145,6 +145,16 @@ TEST(Workbook, BrokenBytesNeverDoMoreThanFail) {
   EXPECT_GT(refused, 200);
 }
 
+TEST(Workbook, ExportedCodesAreNoMistakesAndCanBeFiltered) {
+  const Book book = MakeBookOn("sqlite", OddAccounts(3));
+  const std::string bytes = ChartAsXlsx(ReadAccounts(book.GetSession()));
+  std::string sheet;
+  ASSERT_TRUE(ZipReader(bytes).Read("xl/worksheets/sheet1.xml",
+                                    [&](std::string_view piece) { sheet += piece; }));
+  EXPECT_THAT(sheet, HasSubstr("</sheetData><autoFilter ref=\"A1:W4\"/><pageMargins"));
+  EXPECT_THAT(sheet, HasSubstr("<ignoredError sqref=\"A1:W4\" numberStoredAsText=\"1\"/>"));
+}
+
 TEST(Workbook, ComesBackUnchanged) {
   for (const std::string& engine : tavrix::test::EnginesAtHand()) {
     const Book from = MakeBookOn(engine, OddAccounts(1500));

@@ -36,8 +36,13 @@ LoadPlan PlanOfRows() {
 
 /// As the history names it.
 std::string TitleOf(const ImportPlan& plan) {
-  return "导入科目：新增 " + std::to_string(plan.Count(ImportState::kAdd)) + " 个，修改 " +
-         std::to_string(plan.Count(ImportState::kChange)) + " 个";
+  const auto counted = [&](const char* what, ImportState state) {
+    const std::size_t count = plan.Count(state);
+    return count == 0 ? std::string() : what + std::to_string(count) + " 个";
+  };
+  const std::string added = counted("新增 ", ImportState::kAdd);
+  const std::string changed = counted("修改 ", ImportState::kChange);
+  return "导入科目：" + added + (added.empty() || changed.empty() ? "" : "，") + changed;
 }
 
 class Import {

@@ -15,6 +15,15 @@ bool IsEmpty(const std::string& cell) {
 
 }  // namespace
 
+std::string LetterOf(std::size_t column) {
+  constexpr std::size_t kLetters = 26;
+  std::string letters;
+  for (std::size_t rest = column + 1; rest > 0; rest = (rest - 1) / kLetters) {
+    letters.insert(letters.begin(), static_cast<char>('A' + (rest - 1) % kLetters));
+  }
+  return letters;
+}
+
 void AddRow(SourceTable& table, SourceRow row) {
   const auto last = std::ranges::find_if_not(row.cells.rbegin(), row.cells.rend(), IsEmpty);
   row.cells.erase(last.base(), row.cells.end());

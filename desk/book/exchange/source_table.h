@@ -14,6 +14,9 @@ struct SourceRow {
   std::vector<std::string> cells = {};
 };
 
+/// "A" to "Z", then "AA": as sheets name their columns, the first one 0.
+[[nodiscard]] std::string LetterOf(std::size_t column);
+
 /// The rows that have any text.
 struct SourceTable {
   std::vector<SourceRow> rows = {};

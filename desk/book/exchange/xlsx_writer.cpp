@@ -2,6 +2,7 @@
 #include <string>
 
 #include "book/exchange/export_chart.h"
+#include "book/exchange/source_table.h"
 #include "book/exchange/xlsx_reader.h"
 #include "book/exchange/zip_archive.h"
 
@@ -132,11 +133,15 @@ std::string Sheet(std::span<const KeptAccount> chart) {
     }
     xml += "</row>";
   }
-  constexpr std::string_view kEnd =
-      "</sheetData><pageMargins left=\"0.5\" right=\"0.5\" top=\"0.6\" bottom=\"0.6\" "
+  const std::string all = "A1:" + LetterOf(Fields().size() - 1) + std::to_string(number);
+  xml += "</sheetData><autoFilter ref=\"" + all + "\"/>";
+  constexpr std::string_view kPage =
+      "<pageMargins left=\"0.5\" right=\"0.5\" top=\"0.6\" bottom=\"0.6\" "
       "header=\"0.3\" footer=\"0.3\"/><pageSetup paperSize=\"9\" orientation=\"landscape\" "
-      "fitToHeight=\"0\"/></worksheet>";
-  return xml.append(kEnd);
+      "fitToHeight=\"0\"/>";
+  // Programs mark codes as numbers that are stored as texts, and offer to make numbers of them.
+  return xml.append(kPage) + "<ignoredErrors><ignoredError sqref=\"" + all +
+         "\" numberStoredAsText=\"1\"/></ignoredErrors></worksheet>";
 }
 
 }  // namespace

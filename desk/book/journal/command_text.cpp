@@ -92,7 +92,8 @@ class Outcome {
   void TellWhole() {
     const char* turn = entry_.turn == 1 ? "已撤销：" : entry_.turn == 2 ? "已重做：" : "";
     told_.Add(turn + DeedText(entry_));
-    if (changes_.size() > 1) {
+    // An import has said it already.
+    if (changes_.size() > 1 && entry_.kind != kImport) {
       told_.Add(Count(static_cast<std::int64_t>(changes_.size()), " 个科目"));
     }
     if (entry_.postings > 0) told_.Add("移动了 " + Count(entry_.postings, " 笔分录"));
