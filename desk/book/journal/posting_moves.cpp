@@ -126,19 +126,26 @@ class Following {
   void Run(std::int64_t of, JournalCommand& command) {
     const std::map<std::string, std::int64_t> noted = RowsThatWent(of);
     for (const auto& [ledger, rows] : noted) state_.all += rows;
-    // What the server knows of the codes is older than the command: it would compare each posting
-    // with each code.
-    if (server_) connection_.Execute("set local enable_nestloop=off", Origin::kDesk);
+    LetServerSort(false);
     for (const std::string_view name : kLedgerTables) {
       const std::string ledger(name);
       const auto rows = noted.find(ledger);
       Tell(progress_, state_);
       command.NoteFollowed(ledger, Move(ledger, rows == noted.end() ? 0 : rows->second));
     }
-    if (server_) connection_.Execute("set local enable_nestloop=on", Origin::kDesk);
+    LetServerSort(true);
   }
 
  private:
+  /// What the server knows of the codes is older than the command: it would compare each posting
+  /// with each code, or change postings in the order of their codes, which are scattered.
+  void LetServerSort(bool on) {
+    if (!server_) return;
+    for (const std::string join : {"nestloop", "mergejoin"}) {
+      connection_.Execute("set local enable_" + join + (on ? "=on" : "=off"), Origin::kDesk);
+    }
+  }
+
   /// By their ledgers.
   [[nodiscard]] std::map<std::string, std::int64_t> RowsThatWent(std::int64_t of) {
     std::map<std::string, std::int64_t> noted;
