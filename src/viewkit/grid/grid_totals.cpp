@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 namespace tavrix::viewkit {
 
@@ -9,6 +11,17 @@ namespace {
 
 bool Contains(const std::vector<int>& cols, int col) {
   return std::find(cols.begin(), cols.end(), col) != cols.end();
+}
+
+void AppendNumber(GridTotals::Column& column, std::string_view text) {
+  if (text.empty()) return column.units.push_back(std::nan(""));
+  const Decimal number = ReadDecimal(text);
+  if (number.decimals > column.decimals) {
+    const double factor = PowerOfTen(number.decimals - column.decimals);
+    for (double& units : column.units) units *= factor;
+    column.decimals = number.decimals;
+  }
+  column.units.push_back(number.units * PowerOfTen(column.decimals - number.decimals));
 }
 
 }  // namespace
@@ -19,6 +32,23 @@ void NumberTotals::Rescale(int decimals) {
   min_ *= factor;
   max_ *= factor;
   decimals_ = decimals;
+}
+
+/// Two sums side by side: an addition need not wait for the one before it.
+void NumberTotals::AddAll(std::span<const double> units) {
+  NumberTotals even(decimals_);
+  NumberTotals odd(decimals_);
+  for (; units.size() > 1; units = units.subspan(2)) {
+    even.AddUnlessNan(units[0]);
+    odd.AddUnlessNan(units[1]);
+  }
+  if (!units.empty()) even.AddUnlessNan(units[0]);
+  for (const NumberTotals& part : {even, odd}) {
+    sum_ += part.sum_;
+    min_ = std::min(min_, part.min_);
+    max_ = std::max(max_, part.max_);
+    count_ += part.count_;
+  }
 }
 
 Decimal NumberTotals::Result(SubtotalFunction function, const Decimal& whole) const {
@@ -55,14 +85,14 @@ void GridTotals::ForEachRow(Visit&& visit) const {
 
 void GridTotals::Forget() {
   levels_.clear();
-  numbers_.clear();
+  ForgetColumns();
   version_ = 0;
 }
 
 void GridTotals::Refresh() {
   if (version_ == cells_.Version()) return;
   version_ = cells_.Version();
-  numbers_.clear();
+  ForgetColumns();
   const auto totals = outline_.Totals();
   std::erase_if(levels_, [&](const Level& level) {
     const auto outside = [&](int col) { return col >= cells_.Columns(); };
@@ -98,46 +128,17 @@ std::uint16_t GridTotals::NewMark(const SubtotalOptions& options) const {
   return static_cast<std::uint16_t>(mark + 1);
 }
 
-/// The level with most of these columns and no other: whatever ends a group there ends one here.
-const GridTotals::Level* GridTotals::LevelWithin(const std::vector<int>& cols) const {
-  const Level* best = nullptr;
-  for (const Level& level : levels_) {
-    const bool within = std::all_of(level.cols.begin(), level.cols.end(),
-                                    [&](int col) { return Contains(cols, col); });
-    if (!within || level.ends.empty()) continue;
-    if (best == nullptr || level.cols.size() > best->cols.size()) best = &level;
-  }
-  return best;
-}
-
-void GridTotals::FindEnds(Level& level) const {
-  const Level* outer = LevelWithin(level.cols);
-  std::vector<int> cols = level.cols;
-  if (outer != nullptr) std::erase_if(cols, [&](int col) { return Contains(outer->cols, col); });
-  std::vector<std::string_view> texts(cols.size());  // of the row before
-  const auto differs = [&](int row) {
-    bool other = false;
-    auto before = texts.begin();
-    for (const int col : cols) {
-      const std::string_view text = cells_.Text(row, col);
-      if (text != *before) {
-        *before = text;
-        other = true;
-      }
-      ++before;
-    }
-    return other;
-  };
+/// A group ends where any of its columns changes.
+void GridTotals::FindEnds(Level& level) {
   std::vector<int> ends;
-  int known = 0;
+  for (const int col : level.cols) {
+    const std::vector<int>& breaks = Read(col, Column::Use::kGroups).breaks;
+    std::vector<int> all;
+    std::set_union(ends.begin(), ends.end(), breaks.begin(), breaks.end(), std::back_inserter(all));
+    ends = std::move(all);
+  }
   int count = 0;
-  ForEachRow([&](int row, int place) {
-    const bool own_end = differs(row);
-    const bool outer_end = place > 0 && outer != nullptr && ItemAt(outer->ends, known) == place;
-    if (outer_end) ++known;
-    if (place > 0 && (outer_end || own_end)) ends.push_back(place);
-    count = place + 1;
-  });
+  ForEachRow([&](int, int place) { count = place + 1; });
   if (count > 0) ends.push_back(count);
   level.ends = std::move(ends);
 }
@@ -197,25 +198,55 @@ void GridTotals::RowsMoved(const Level& known) {
   }
 }
 
-const GridTotals::Numbers& GridTotals::NumbersOf(int col) {
-  const auto known = std::find_if(numbers_.begin(), numbers_.end(),
-                                  [col](const Numbers& numbers) { return numbers.col == col; });
-  if (known != numbers_.end()) return *known;
-  Numbers& numbers = numbers_.emplace_back();
-  numbers.col = col;
-  numbers.units.reserve(SizeOf(cells_.Rows()));
-  ForEachRow([&](int row, int) {
-    const std::string_view text = cells_.Text(row, col);
-    if (text.empty()) return numbers.units.push_back(std::nan(""));
-    const Decimal number = ReadDecimal(text);
-    if (number.decimals > numbers.decimals) {
-      const double factor = PowerOfTen(number.decimals - numbers.decimals);
-      for (double& units : numbers.units) units *= factor;
-      numbers.decimals = number.decimals;
+/// Totals are asked for column by column, and after a reload for the same ones again: what was
+/// asked for last time is read beside, as one pass over the rows costs little more than another.
+const GridTotals::Column& GridTotals::Read(int col, Column::Use use) {
+  const auto find = [this](int each, Column::Use its_use) {
+    return std::find_if(columns_.begin(), columns_.end(), [&](const Column& column) {
+      return column.col == each && column.use == its_use;
+    });
+  };
+  if (find(col, use) == columns_.end()) {
+    const std::size_t known = columns_.size();
+    columns_.push_back({.col = col, .use = use});
+    for (const Column& wanted : std::exchange(wanted_, {})) {
+      const bool there = wanted.col < cells_.Columns();
+      if (there && find(wanted.col, wanted.use) == columns_.end()) columns_.push_back(wanted);
     }
-    numbers.units.push_back(number.units * PowerOfTen(numbers.decimals - number.decimals));
+    ReadRows(std::span(columns_).subspan(known));
+  }
+  const auto column = find(col, use);
+  column->asked = true;
+  return *column;
+}
+
+void GridTotals::ReadRows(std::span<Column> columns) const {
+  std::vector<std::string_view> before(columns.size());
+  for (Column& column : columns) {
+    if (column.use == Column::Use::kNumbers) column.units.reserve(SizeOf(cells_.Rows()));
+  }
+  ForEachRow([&](int row, int place) {
+    auto last = before.begin();
+    for (Column& column : columns) {
+      const std::string_view text = cells_.Text(row, column.col);
+      if (column.use == Column::Use::kNumbers) {
+        AppendNumber(column, text);
+      } else if (text != *last) {
+        if (place > 0) column.breaks.push_back(place);
+        *last = text;
+      }
+      ++last;
+    }
   });
-  return numbers;
+}
+
+void GridTotals::ForgetColumns() {
+  if (columns_.empty()) return;
+  wanted_.clear();
+  for (const Column& column : columns_) {
+    if (column.asked) wanted_.push_back({.col = column.col, .use = column.use});
+  }
+  columns_.clear();
 }
 
 }  // namespace tavrix::viewkit

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -29,12 +31,17 @@ class NumberTotals {
     max_ = units > max_ ? units : max_;
     ++count_;
   }
+  /// As `AddUnits`, but for what is NaN.
+  void AddAll(std::span<const double> units);
   [[nodiscard]] Decimal Sum() const { return {sum_, decimals_}; }
   /// `whole` is what `kPercent` is the share of. 0 over no numbers.
   [[nodiscard]] Decimal Result(SubtotalFunction function, const Decimal& whole) const;
 
  private:
   void Rescale(int decimals);
+  void AddUnlessNan(double units) {
+    if (!std::isnan(units)) AddUnits(units);
+  }
 
   int decimals_;
   double sum_ = 0;
@@ -59,11 +66,15 @@ class GridTotals {
     std::uint16_t mark = kWholeGrid;  ///< of its rows in the outline; greater for inner groups
     bool texts_stand = false;         ///< its rows show the groups' texts as they are now
   };
-  /// The numbers of one column by their places, empty cells as NaN.
-  struct Numbers {
+  /// What is known of one column.
+  struct Column {
+    enum class Use { kNumbers, kGroups };
     int col = 0;
-    int decimals = 0;
-    std::vector<double> units;
+    Use use = Use::kNumbers;
+    bool asked = false;              ///< not only read beside others
+    int decimals = 0;                ///< of the units
+    std::vector<double> units = {};  ///< the numbers by their places, empty cells as NaN
+    std::vector<int> breaks = {};  ///< the places whose text is another than that of the row before
   };
 
   GridTotals(const CellStore& cells, const OutlineRows& outline)
@@ -89,21 +100,25 @@ class GridTotals {
   [[nodiscard]] Sites FindSites(const Level& level) const;
   /// All levels but this one no longer know their rows: some have been put in.
   void RowsMoved(const Level& known);
-  [[nodiscard]] const Numbers& NumbersOf(int col);
+  /// Valid until the next call.
+  [[nodiscard]] const Column& NumbersOf(int col) { return Read(col, Column::Use::kNumbers); }
 
  private:
   template <class Visit>
   void ForEachRow(Visit&& visit) const;
   [[nodiscard]] std::vector<int> ColumnsOf(const SubtotalOptions& options) const;
   [[nodiscard]] std::uint16_t NewMark(const SubtotalOptions& options) const;
-  [[nodiscard]] const Level* LevelWithin(const std::vector<int>& cols) const;
-  void FindEnds(Level& level) const;
+  void FindEnds(Level& level);
+  [[nodiscard]] const Column& Read(int col, Column::Use use);
+  void ReadRows(std::span<Column> columns) const;
+  void ForgetColumns();
 
   const CellStore& cells_;
   const OutlineRows& outline_;
   std::uint64_t version_ = 0;  // of the cells that the following was made from
   std::vector<Level> levels_;
-  std::vector<Numbers> numbers_;
+  std::vector<Column> columns_;
+  std::vector<Column> wanted_;  // those asked for before the cells changed, without what they held
 };
 
 }  // namespace tavrix::viewkit

@@ -1,7 +1,7 @@
 #include "viewkit/grid/total_rows.h"
 
 #include <algorithm>
-#include <cmath>
+#include <span>
 #include <utility>
 
 #include "viewkit/grid/number_format.h"
@@ -10,13 +10,9 @@ namespace tavrix::viewkit {
 
 namespace {
 
-NumberTotals Over(const GridTotals::Numbers& numbers, int first, int end) {
+NumberTotals Over(const GridTotals::Column& numbers, int first, int end) {
   NumberTotals totals(numbers.decimals);
-  for (int place = first; place < end; ++place) {
-    if (const double units = ItemAt(numbers.units, place); !std::isnan(units)) {
-      totals.AddUnits(units);
-    }
-  }
+  totals.AddAll(std::span(numbers.units).subspan(SizeOf(first), SizeOf(end - first)));
   return totals;
 }
 
@@ -117,7 +113,7 @@ void TotalRows::WriteTexts(const GridTotals::Level& level, const SubtotalOptions
 
 void TotalRows::WriteNumbers(const GridTotals::Level& level, SubtotalFunction function,
                              const SubtotalOptions& options) {
-  const GridTotals::Numbers& numbers = groups_.NumbersOf(options.total_on);
+  const GridTotals::Column& numbers = groups_.NumbersOf(options.total_on);
   Decimal whole;
   if (function == SubtotalFunction::kPercent) {
     whole = Over(numbers, 0, CountOf(numbers.units)).Sum();
