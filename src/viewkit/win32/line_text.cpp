@@ -1,9 +1,11 @@
 #include "viewkit/win32/line_text.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <numeric>
+#include <optional>
 #include <utility>
-#include <vector>
 
 namespace tavrix::viewkit::win32 {
 namespace {
@@ -56,31 +58,37 @@ LONG TopOf(const RECT& place, LONG height, UINT flags) {
   return place.top;
 }
 
-/// How far each letter moves on as it is measured.
-std::vector<int> MeasuredSteps(HDC dc, const std::wstring& text) {
-  std::vector<int> steps(text.size());
+/// How far each letter of one line moves on. It has its place here, as each cell that is painted
+/// asks for one.
+using Steps = std::array<int, kLongest + 1>;
+
+/// As they are measured; gives their sum.
+LONG MeasureSteps(HDC dc, const std::wstring& text, Steps& steps) {
   SIZE size{};
   GetTextExtentExPointW(dc, text.data(), static_cast<int>(text.size()), 0, nullptr, steps.data(),
                         &size);
-  std::adjacent_difference(steps.begin(), steps.end(), steps.begin());
-  return steps;
+  const auto end = steps.begin() + static_cast<std::ptrdiff_t>(text.size());
+  std::adjacent_difference(steps.begin(), end, steps.begin());
+  return std::accumulate(steps.begin(), end, LONG{0});
 }
 
-/// How far each letter moves on as it is painted: a font with drawn pictures of a small size paints
-/// narrower than it measures. Empty where that is not known.
-std::vector<int> PaintedSteps(HDC dc, const std::wstring& text) {
+/// As they are painted: a font with drawn pictures of a small size paints narrower than it
+/// measures. Nothing where that is not known.
+std::optional<LONG> PaintedSteps(HDC dc, const std::wstring& text, Steps& steps) {
   TEXTMETRICW metric{};
   GetTextMetricsW(dc, &metric);
   if (metric.tmWeight >= FW_SEMIBOLD) return {};  // thickened by the system, which measures that
   const MAT2 unchanged{{0, 1}, {0, 0}, {0, 0}, {0, 1}};
-  std::vector<int> steps;
+  LONG sum = 0;
+  auto step = steps.begin();
   for (const wchar_t unit : text) {
     GLYPHMETRICS glyph{};
     const DWORD size = GetGlyphOutlineW(dc, unit, GGO_BITMAP, &glyph, 0, nullptr, &unchanged);
     if (size == GDI_ERROR) return {};
-    steps.push_back(glyph.gmCellIncX);
+    *step++ = glyph.gmCellIncX;
+    sum += glyph.gmCellIncX;
   }
-  return steps;
+  return sum;
 }
 
 /// Whether a text is a number at the right edge: its figures keep the font's own distances, or a
@@ -94,22 +102,22 @@ bool IsAmount(const std::wstring& text, UINT flags) {
 /// measure: amounts above one another would not end on one line, and what was cut to fit would lose
 /// its ellipsis at the edge.
 void DrawByLetters(HDC dc, const std::wstring& text, const RECT& place, UINT flags) {
-  std::vector<int> steps = MeasuredSteps(dc, text);
-  const LONG measured = std::accumulate(steps.begin(), steps.end(), LONG{0});
-  LONG width = measured;
+  Steps measured;
+  Steps painted;
+  const Steps* steps = &measured;
+  LONG width = MeasureSteps(dc, text, measured);
   if (IsAmount(text, flags)) {
-    std::vector<int> painted = PaintedSteps(dc, text);
-    const LONG sum = std::accumulate(painted.begin(), painted.end(), LONG{0});
-    if (!painted.empty() && sum < measured) {
-      steps = std::move(painted);
-      width = sum;
+    const auto narrower = PaintedSteps(dc, text, painted);
+    if (narrower && *narrower < width) {
+      steps = &painted;
+      width = *narrower;
     }
   }
   TEXTMETRICW metric{};
   GetTextMetricsW(dc, &metric);
   ExtTextOutW(dc, static_cast<int>(LeftOf(place, width, flags)),
               static_cast<int>(TopOf(place, metric.tmHeight, flags)), ETO_CLIPPED, &place,
-              text.data(), static_cast<UINT>(text.size()), steps.data());
+              text.data(), static_cast<UINT>(text.size()), steps->data());
 }
 
 }  // namespace
