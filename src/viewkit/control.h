@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/controls.h"
+#include "host/non_copyable.h"
 #include "viewkit/event.h"
 #include "viewkit/input.h"
 #include "viewkit/peer.h"
@@ -15,11 +16,9 @@ namespace tavrix::viewkit {
 
 /// What all widget models share. Models are created by a view, live as long as it does and do not
 /// move; setters raise a change notice only when the value changes, whoever sets it.
-class Control : public virtual host::Control {
+class Control : public virtual host::Control, private host::NonCopyable {
  public:
   Control(std::string name, std::optional<int> index = {});
-  Control(const Control&) = delete;
-  Control& operator=(const Control&) = delete;
   ~Control() override = default;
 
   [[nodiscard]] const std::string& Name() const override { return name_; }

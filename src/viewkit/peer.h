@@ -31,11 +31,6 @@ class Peer {
   virtual void Settle() {}
   /// False when the window cannot take the focus (it is hidden or disabled).
   virtual bool TakeFocus() = 0;
-
- protected:
-  Peer() = default;
-  Peer(const Peer&) = default;
-  Peer& operator=(const Peer&) = default;
 };
 
 }  // namespace tavrix::viewkit

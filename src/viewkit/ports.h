@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/non_copyable.h"
+
 /// The small ports through which views and models reach the platform.
 namespace tavrix::viewkit {
 
@@ -19,11 +21,6 @@ class TextMeasure {
   [[nodiscard]] virtual int Width(std::string_view text, bool bold) const = 0;
   /// Height of a line in twips.
   [[nodiscard]] virtual int LineHeight() const = 0;
-
- protected:
-  TextMeasure() = default;
-  TextMeasure(const TextMeasure&) = default;
-  TextMeasure& operator=(const TextMeasure&) = default;
 };
 
 /// Without a screen: 90 twips for a narrow character, 180 for a wide (East Asian) one.
@@ -54,19 +51,12 @@ class UserPort {
   virtual void SetWaitCursor(bool on) = 0;
   /// The title of every error report: the running program's description, else its base name.
   [[nodiscard]] virtual std::string ApplicationTitle() = 0;
-
- protected:
-  UserPort() = default;
-  UserPort(const UserPort&) = default;
-  UserPort& operator=(const UserPort&) = default;
 };
 
 /// The hourglass while it lives.
-class WaitCursor {
+class WaitCursor : private host::NonCopyable {
  public:
   explicit WaitCursor(UserPort& user) : user_(user) { user_.SetWaitCursor(true); }
-  WaitCursor(const WaitCursor&) = delete;
-  WaitCursor& operator=(const WaitCursor&) = delete;
   ~WaitCursor() { user_.SetWaitCursor(false); }
 
  private:

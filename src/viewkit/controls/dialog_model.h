@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "host/non_copyable.h"
 #include "viewkit/control.h"
 #include "viewkit/controls/command_button.h"
 #include "viewkit/event.h"
@@ -15,12 +16,10 @@ namespace tavrix::viewkit {
 /// away. A dialog that is shown without a window works completely.
 ///
 /// The order of the controls is the order of the Tab key. The dialog must outlive its window.
-class DialogModel {
+class DialogModel : private host::NonCopyable {
  public:
   /// `name` names the class of the dialog's window.
   explicit DialogModel(std::string name);
-  DialogModel(const DialogModel&) = delete;
-  DialogModel& operator=(const DialogModel&) = delete;
   virtual ~DialogModel() = default;
 
   [[nodiscard]] const std::string& Name() const { return name_; }

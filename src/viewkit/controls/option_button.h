@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "host/non_copyable.h"
 #include "viewkit/controls/captioned.h"
 
 namespace tavrix::viewkit {
@@ -9,13 +10,7 @@ namespace tavrix::viewkit {
 class OptionButton;
 
 /// The buttons of which at most one is chosen. Must outlive them.
-class OptionGroup {
- public:
-  OptionGroup() = default;
-  OptionGroup(const OptionGroup&) = delete;
-  OptionGroup& operator=(const OptionGroup&) = delete;
-
- private:
+class OptionGroup : private host::NonCopyable {
   friend class OptionButton;
   std::vector<OptionButton*> buttons_;
 };

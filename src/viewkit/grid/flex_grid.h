@@ -306,6 +306,8 @@ class FlexGrid : public Control, public host::Grid {
   [[nodiscard]] const CellStyle& StyleAt(int row, int col) const;
   template <class Field>
   void SetStyle(int row, int col, Field CellStyle::*field, Field value);
+  template <class Part, class Value, class Changed>
+  void SetOfColumn(int col, Part part, Value value, Changed changed);
   void RefitColumns();
   template <class Body>
   void Update(Body&& body);

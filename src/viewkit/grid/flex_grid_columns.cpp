@@ -35,17 +35,22 @@ Alignment AlignmentOf(char sign) {
 
 }  // namespace
 
+template <class Part, class Value, class Changed>
+void FlexGrid::SetOfColumn(int col, Part part, Value value, Changed changed) {
+  if (state_->columns.At(col).*part == value) return;
+  Update([&](State& s) {
+    s.columns.At(col).*part = std::move(value);
+    (s.changes.*changed)();
+  });
+}
+
 int FlexGrid::ColWidth(int col) const {
   return state_->columns.At(col).width;
 }
 
 void FlexGrid::SetColWidth(int col, int width) {
   width = width < 0 ? GridColumns::kDefaultWidth : std::min(width, kMaxWidth);
-  if (ColWidth(col) == width) return;
-  Update([&](State& s) {
-    s.columns.At(col).width = width;
-    s.changes.Columns();
-  });
+  SetOfColumn(col, &GridColumns::Column::width, width, &GridChanges::Columns);
 }
 
 bool FlexGrid::ColHidden(int col) const {
@@ -53,11 +58,7 @@ bool FlexGrid::ColHidden(int col) const {
 }
 
 void FlexGrid::SetColHidden(int col, bool hidden) {
-  if (ColHidden(col) == hidden) return;
-  Update([&](State& s) {
-    s.columns.At(col).hidden = hidden;
-    s.changes.Columns();
-  });
+  SetOfColumn(col, &GridColumns::Column::hidden, hidden, &GridChanges::Columns);
 }
 
 Alignment FlexGrid::ColAlignment(int col) const {
@@ -66,11 +67,7 @@ Alignment FlexGrid::ColAlignment(int col) const {
 
 void FlexGrid::SetColAlignment(int col, Alignment alignment) {
   CheckAlignment(alignment);
-  if (ColAlignment(col) == alignment) return;
-  Update([&](State& s) {
-    s.columns.At(col).alignment = alignment;
-    s.changes.columns = true;
-  });
+  SetOfColumn(col, &GridColumns::Column::alignment, alignment, &GridChanges::ColumnLook);
 }
 
 Alignment FlexGrid::FixedAlignment(int col) const {
@@ -79,11 +76,7 @@ Alignment FlexGrid::FixedAlignment(int col) const {
 
 void FlexGrid::SetFixedAlignment(int col, Alignment alignment) {
   CheckAlignment(alignment);
-  if (FixedAlignment(col) == alignment) return;
-  Update([&](State& s) {
-    s.columns.At(col).fixed_alignment = alignment;
-    s.changes.columns = true;
-  });
+  SetOfColumn(col, &GridColumns::Column::fixed_alignment, alignment, &GridChanges::ColumnLook);
 }
 
 ColumnType FlexGrid::ColDataType(int col) const {
@@ -94,11 +87,7 @@ void FlexGrid::SetColDataType(int col, ColumnType type) {
   constexpr int kLast = 21;  // the last of the integers
   const int number = static_cast<int>(type);
   if (number < 0 || number > kLast) throw std::out_of_range("no such type of a column");
-  if (ColDataType(col) == type) return;
-  Update([&](State& s) {
-    s.columns.At(col).type = type;
-    s.changes.Content();
-  });
+  SetOfColumn(col, &GridColumns::Column::type, type, &GridChanges::Content);
 }
 
 const std::string& FlexGrid::ColFormat(int col) const {
@@ -106,11 +95,7 @@ const std::string& FlexGrid::ColFormat(int col) const {
 }
 
 void FlexGrid::SetColFormat(int col, std::string format) {
-  if (ColFormat(col) == format) return;
-  Update([&](State& s) {
-    s.columns.At(col).format = std::move(format);
-    s.changes.Content();
-  });
+  SetOfColumn(col, &GridColumns::Column::format, std::move(format), &GridChanges::Content);
 }
 
 bool FlexGrid::MergeCol(int col) const {
@@ -118,11 +103,7 @@ bool FlexGrid::MergeCol(int col) const {
 }
 
 void FlexGrid::SetMergeCol(int col, bool merge) {
-  if (MergeCol(col) == merge) return;
-  Update([&](State& s) {
-    s.columns.At(col).merge = merge;
-    s.changes.columns = true;
-  });
+  SetOfColumn(col, &GridColumns::Column::merge, merge, &GridChanges::ColumnLook);
 }
 
 void FlexGrid::SetFormatString(std::string_view format) {

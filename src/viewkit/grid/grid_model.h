@@ -25,6 +25,7 @@ struct GridChanges {
   void Content() { content = true; }
   void Structure() { content = settle = true; }
   void Columns() { columns = settle = true; }
+  void ColumnLook() { columns = true; }
   void Row(int row) {
     first_row = first_row < 0 ? row : std::min(first_row, row);
     last_row = std::max(last_row, row);

@@ -2,16 +2,15 @@
 
 #include <utility>
 
+#include "host/non_copyable.h"
 #include "viewkit/tree/m_tree_view.h"
 
 namespace tavrix::viewkit {
 
 /// While it lives, selecting a node raises no `Selected`.
-class cTreeView::Quiet {
+class cTreeView::Quiet : private host::NonCopyable {
  public:
   explicit Quiet(cTreeView& helper) : helper_(helper) { ++helper_.quiet_; }
-  Quiet(const Quiet&) = delete;
-  Quiet& operator=(const Quiet&) = delete;
   ~Quiet() { --helper_.quiet_; }
 
  private:

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "host/non_copyable.h"
 #include "viewkit/event.h"
 #include "viewkit/ports.h"
 #include "viewkit/tree/image_list.h"
@@ -19,12 +20,10 @@ namespace tavrix::viewkit {
 ///
 /// `Selected` is raised once for each selection, whether the user, the host or an operation made
 /// it.
-class cTreeView {
+class cTreeView : private host::NonCopyable {
  public:
   /// `user` answers the find prompt and must outlive the helper.
   explicit cTreeView(UserPort& user) : user_(user) {}
-  cTreeView(const cTreeView&) = delete;
-  cTreeView& operator=(const cTreeView&) = delete;
   ~cTreeView() { UnHookCtrl(); }
 
   /// The tree must outlive the helper or be unhooked before. An image list with a picture named

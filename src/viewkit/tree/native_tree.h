@@ -40,11 +40,6 @@ class NativeTree {
   virtual std::intptr_t Send(unsigned message, std::uintptr_t wparam, std::intptr_t lparam) = 0;
   /// `kSetItem`; gives non-zero when the item's state was set.
   virtual std::intptr_t SendRecord(unsigned message, const TreeItemRecord& record) = 0;
-
- protected:
-  NativeTree() = default;
-  NativeTree(const NativeTree&) = default;
-  NativeTree& operator=(const NativeTree&) = default;
 };
 
 /// A real window of a tree: besides answering messages it follows the model. Notices come after the

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "host/non_copyable.h"
 #include "viewkit/color.h"
 
 namespace tavrix::viewkit {
@@ -15,13 +16,11 @@ class TreeView;
 /// A removed node is out of its tree: it keeps its key, text and tag, and nothing else may be asked
 /// of it; whoever keeps a node over a call of others holds it by `weak_from_this` and asks
 /// `InTree`.
-class TreeNode : public std::enable_shared_from_this<TreeNode> {
+class TreeNode : public std::enable_shared_from_this<TreeNode>, private host::NonCopyable {
   struct Token {};  // only `TreeNodes` can make one
 
  public:
   explicit TreeNode(Token) {}
-  TreeNode(const TreeNode&) = delete;
-  TreeNode& operator=(const TreeNode&) = delete;
 
   [[nodiscard]] bool InTree() const { return tree_ != nullptr; }
   /// Never used twice in one tree; the handle by which the model without a window knows the node.

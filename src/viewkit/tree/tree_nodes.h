@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "host/non_copyable.h"
 #include "viewkit/indexing.h"
 #include "viewkit/tree/tree_node.h"
 
@@ -18,11 +19,9 @@ class TreeView;
 enum class Relationship { kFirst = 0, kLast = 1, kNext = 2, kPrevious = 3, kChild = 4 };
 
 /// The nodes of one tree in their order of creation. Adding is done in constant time.
-class TreeNodes {
+class TreeNodes : private host::NonCopyable {
  public:
   explicit TreeNodes(TreeView& tree) : tree_(tree) {}
-  TreeNodes(const TreeNodes&) = delete;
-  TreeNodes& operator=(const TreeNodes&) = delete;
   ~TreeNodes();
 
   /// Adds a node. Without `relative` it becomes a root: the first one for `kFirst`, else the last.

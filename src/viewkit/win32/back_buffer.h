@@ -1,12 +1,13 @@
 #pragma once
 
+#include "host/non_copyable.h"
 #include "viewkit/win32/handles.h"
 
 namespace tavrix::viewkit::win32 {
 
 /// One bitmap in memory, grown to the largest area drawn so far and used by all windows of a view
 /// in turn: what is drawn appears at once, so nothing flickers.
-class BackBuffer {
+class BackBuffer : private host::NonCopyable {
  public:
   /// Draws `area` of a window: `draw` gets a device context with the window's own coordinates.
   template <class Draw>
@@ -21,9 +22,6 @@ class BackBuffer {
            0, 0, SRCCOPY);
   }
 
-  BackBuffer() = default;
-  BackBuffer(const BackBuffer&) = delete;
-  BackBuffer& operator=(const BackBuffer&) = delete;
   ~BackBuffer() { Drop(); }
 
  private:

@@ -30,20 +30,20 @@ void LabelPeer::ApplyBounds() {
 }
 
 COLORREF LabelPeer::TextColor() const {
-  if (!label_.Enabled()) return GetSysColor(COLOR_GRAYTEXT);
-  return label_.ForeColor() == color::kDefault ? Context().Ink() : ToColorRef(label_.ForeColor());
+  if (!Model().Enabled()) return GetSysColor(COLOR_GRAYTEXT);
+  return Model().ForeColor() == color::kDefault ? Context().Ink() : ToColorRef(Model().ForeColor());
 }
 
 void LabelPeer::Paint(HDC dc) const {
   RECT client{};
   GetClientRect(Hwnd(), &client);
   FillRect(dc, &client, Context().back_brush.get());
-  if (label_.BackColor() != color::kDefault) Fill(dc, client, ToColorRef(label_.BackColor()));
+  if (Model().BackColor() != color::kDefault) Fill(dc, client, ToColorRef(Model().BackColor()));
   const SavedDc saved(dc);
   const Selected font(dc, Context().fonts->Get(false));
   SetBkMode(dc, TRANSPARENT);
   SetTextColor(dc, TextColor());
-  const std::wstring caption = host::Wide(label_.Caption());
+  const std::wstring caption = host::Wide(Model().Caption());
   std::wstring text = WithoutMark(caption);
   if (CutToFit(dc, text, static_cast<int>(client.right)) != text) {
     return DrawLine(dc, text, client, DT_VCENTER);
@@ -122,7 +122,7 @@ LRESULT CommandButtonPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam)
   const LRESULT result = ClickPeer::OnMessage(message, wparam, lparam);
   // To the system Enter is a matter of dialogs.
   if (message == WM_KEYDOWN && Alive()) {
-    button_.HandleKey(static_cast<Key>(wparam), ModifiersOf(lparam));
+    Model().HandleKey(static_cast<Key>(wparam), ModifiersOf(lparam));
   }
   return result;
 }
@@ -133,7 +133,7 @@ void CheckBoxPeer::Open() {
 
 void CheckBoxPeer::OnContent(const Change& change) {
   ClickPeer::OnContent(change);
-  SetCheck(box_.Value());
+  SetCheck(Model().Value());
 }
 
 void OptionButtonPeer::Open() {
@@ -142,7 +142,7 @@ void OptionButtonPeer::Open() {
 
 void OptionButtonPeer::OnContent(const Change& change) {
   ClickPeer::OnContent(change);
-  SetCheck(option_.Value() ? BST_CHECKED : BST_UNCHECKED);
+  SetCheck(Model().Value() ? BST_CHECKED : BST_UNCHECKED);
 }
 
 }  // namespace tavrix::viewkit::win32

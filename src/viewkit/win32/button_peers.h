@@ -12,9 +12,9 @@
 namespace tavrix::viewkit::win32 {
 
 /// A line of text. Painted by itself: the system's label cuts a long one in ways of its own.
-class LabelPeer : public CaptionPeer {
+class LabelPeer : public PeerOf<Label, CaptionPeer> {
  public:
-  LabelPeer(ViewContext& context, Label& label) : CaptionPeer(context, label), label_(label) {}
+  using PeerOf::PeerOf;
   void Open() override;
   [[nodiscard]] bool TabStop() const override { return false; }
   bool TakeFocus() override { return false; }
@@ -27,12 +27,11 @@ class LabelPeer : public CaptionPeer {
  private:
   [[nodiscard]] COLORREF TextColor() const;
   void Paint(HDC dc) const;
-  Label& label_;
 };
 
-class FramePeer : public CaptionPeer {
+class FramePeer : public PeerOf<FrameBox, CaptionPeer> {
  public:
-  FramePeer(ViewContext& context, FrameBox& frame) : CaptionPeer(context, frame) {}
+  using PeerOf::PeerOf;
   void Open() override;
   void OnAllOpen() override;
   [[nodiscard]] bool TabStop() const override { return false; }
@@ -58,50 +57,39 @@ class ClickPeer : public CaptionPeer {
   bool taking_focus_ = false;
 };
 
-class CommandButtonPeer : public ClickPeer {
+class CommandButtonPeer : public PeerOf<CommandButton, ClickPeer> {
  public:
-  CommandButtonPeer(ViewContext& context, CommandButton& button)
-      : ClickPeer(context, button), button_(button) {}
+  using PeerOf::PeerOf;
   void Open() override;
-  [[nodiscard]] bool TabStop() const override { return button_.TabStop(); }
+  [[nodiscard]] bool TabStop() const override { return Model().TabStop(); }
   [[nodiscard]] bool WantsKey(Key key, Modifiers modifiers) const override;
 
  protected:
-  void OnClick() override { button_.Click(); }
+  void OnClick() override { Model().Click(); }
   LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam) override;
-
- private:
-  CommandButton& button_;
 };
 
-class CheckBoxPeer : public ClickPeer {
+class CheckBoxPeer : public PeerOf<CheckBox, ClickPeer> {
  public:
-  CheckBoxPeer(ViewContext& context, CheckBox& box) : ClickPeer(context, box), box_(box) {}
+  using PeerOf::PeerOf;
   void Open() override;
 
  protected:
-  void OnClick() override { box_.Click(); }
+  void OnClick() override { Model().Click(); }
   void OnContent(const Change& change) override;
-
- private:
-  CheckBox& box_;
 };
 
-class OptionButtonPeer : public ClickPeer {
+class OptionButtonPeer : public PeerOf<OptionButton, ClickPeer> {
  public:
-  OptionButtonPeer(ViewContext& context, OptionButton& option)
-      : ClickPeer(context, option), option_(option) {}
+  using PeerOf::PeerOf;
   void Open() override;
-  [[nodiscard]] bool TabStop() const override { return option_.StopsTab(); }
+  [[nodiscard]] bool TabStop() const override { return Model().StopsTab(); }
   /// The user reached it by an arrow key.
   void Choose() { OnClick(); }
 
  protected:
-  void OnClick() override { option_.Click(); }
+  void OnClick() override { Model().Click(); }
   void OnContent(const Change& change) override;
-
- private:
-  OptionButton& option_;
 };
 
 }  // namespace tavrix::viewkit::win32

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "host/non_copyable.h"
 #include "host/utf.h"
 
 namespace tavrix::viewkit::win32 {
@@ -14,7 +15,7 @@ struct GlobalDeleter {
 };
 using GlobalMemory = std::unique_ptr<void, GlobalDeleter>;
 
-class OpenedClipboard {
+class OpenedClipboard : private host::NonCopyable {
  public:
   explicit OpenedClipboard(HWND owner) {
     for (int attempt = 0; attempt < 5 && !open_; ++attempt) {
@@ -22,8 +23,6 @@ class OpenedClipboard {
       open_ = OpenClipboard(owner) != 0;
     }
   }
-  OpenedClipboard(const OpenedClipboard&) = delete;
-  OpenedClipboard& operator=(const OpenedClipboard&) = delete;
   ~OpenedClipboard() {
     if (open_) CloseClipboard();
   }

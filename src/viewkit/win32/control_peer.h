@@ -87,6 +87,14 @@ class ControlPeer : public Window, public Peer {
   bool attached_ = true;  // the model, which may end before this object, knows it
 };
 
+/// A peer of one kind of control, on the peer that it shares with others.
+template <class Kind, class Base>
+class PeerOf : public Base {
+ public:
+  PeerOf(ViewContext& context, Kind& model) : Base(context, model) {}
+  [[nodiscard]] Kind& Model() const { return static_cast<Kind&>(Base::Model()); }
+};
+
 /// The peer for a control by its kind, without a window yet.
 [[nodiscard]] std::shared_ptr<ControlPeer> MakePeer(ViewContext& context, Control& control);
 

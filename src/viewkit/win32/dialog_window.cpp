@@ -6,7 +6,7 @@
 
 #include "host/utf.h"
 #include "viewkit/win32/button_peers.h"
-#include "viewkit/win32/edit_peers.h"
+#include "viewkit/win32/input_peers.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {

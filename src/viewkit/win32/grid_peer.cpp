@@ -17,11 +17,8 @@ constexpr int kPasses = 3;  // a bar that appears can make the other one necessa
 
 }  // namespace
 
-GridPeer::GridPeer(ViewContext& context, FlexGrid& grid)
-    : ControlPeer(context, grid), grid_(grid) {}
-
 void GridPeer::Open() {
-  const std::wstring name = host::Wide(grid_.AccessibleName());
+  const std::wstring name = host::Wide(Model().AccessibleName());
   Create(ClassNamed(L"TavrixGrid", CS_DBLCLKS), {.text = name.c_str(),
                                                  .style = StateStyle(),
                                                  .place = PlaceOfModel(),
@@ -33,13 +30,13 @@ void GridPeer::Open() {
 
 void GridPeer::OnDestroyed() {
   tip_.reset();
-  grid_.AfterCollapse.Remove(collapse_listener_);
-  grid_.SetTextMeasure(&PlainTextMeasure());
+  Model().AfterCollapse.Remove(collapse_listener_);
+  Model().SetTextMeasure(&PlainTextMeasure());
   ControlPeer::OnDestroyed();
 }
 
 void GridPeer::OnFontChanged() {
-  grid_.SetTextMeasure(Context().fonts.get());
+  Model().SetTextMeasure(Context().fonts.get());
   ApplyBounds();
   if (Alive()) Arrange();
   if (Alive()) InvalidateRect(Hwnd(), nullptr, FALSE);
@@ -57,12 +54,12 @@ SIZE GridPeer::ClientSize() const {
 }
 
 GridLayout GridPeer::Layout() const {
-  return {grid_, Context().scale, ClientSize()};
+  return {Model(), Context().scale, ClientSize()};
 }
 
 void GridPeer::Paint(HDC dc, const RECT& area) {
   const GridLayout layout = Layout();
-  GridPainter(grid_, layout, *Context().fonts, ClientSize(), grid_.Focused()).Paint(dc, area);
+  GridPainter(Model(), layout, *Context().fonts, ClientSize(), Model().Focused()).Paint(dc, area);
 }
 
 void GridPeer::OnPaint() {
@@ -79,8 +76,8 @@ void GridPeer::Arrange() {
   for (int pass = 0; pass < kPasses && Alive(); ++pass) {
     const SIZE before = ClientSize();
     const Scale& scale = Context().scale;
-    grid_.SetViewport(scale.ToTwips(static_cast<int>(before.cx)),
-                      scale.ToTwips(static_cast<int>(before.cy)));
+    Model().SetViewport(scale.ToTwips(static_cast<int>(before.cx)),
+                        scale.ToTwips(static_cast<int>(before.cy)));
     SetBars();
     const SIZE after = ClientSize();
     if (before.cx == after.cx && before.cy == after.cy) break;
@@ -88,18 +85,18 @@ void GridPeer::Arrange() {
 }
 
 void GridPeer::SetBars() {
-  SetBar(SB_VERT, grid_.ShownRows(), RowsOnLastPage(), TopPosition());
+  SetBar(SB_VERT, Model().ShownRows(), RowsOnLastPage(), TopPosition());
   const std::vector<int> columns = ScrolledColumns();
-  const auto left = std::lower_bound(columns.begin(), columns.end(), grid_.LeftCol());
+  const auto left = std::lower_bound(columns.begin(), columns.end(), Model().LeftCol());
   SetBar(SB_HORZ, CountOf(columns), ColumnsOnLastPage(columns),
          static_cast<int>(left - columns.begin()));
-  shown_top_ = grid_.TopRow();
-  shown_left_ = grid_.LeftCol();
+  shown_top_ = Model().TopRow();
+  shown_left_ = Model().LeftCol();
 }
 
 int GridPeer::TopPosition() const {
   // Without rows there is no top row to ask for.
-  return grid_.ShownRows() == 0 ? 0 : std::max(0, grid_.ShownPosition(grid_.TopRow()));
+  return Model().ShownRows() == 0 ? 0 : std::max(0, Model().ShownPosition(Model().TopRow()));
 }
 
 void GridPeer::SetBar(int bar, int count, int page, int position) {
@@ -115,8 +112,8 @@ void GridPeer::SetBar(int bar, int count, int page, int position) {
 int GridPeer::RowsOnLastPage() const {
   int space = static_cast<int>(ClientSize().cy) - Layout().HeaderBottom();
   int rows = 0;
-  for (int position = grid_.ShownRows() - 1; position >= 0; --position) {
-    space -= RowPixels(grid_, Context().scale, grid_.RowAtShownPosition(position));
+  for (int position = Model().ShownRows() - 1; position >= 0; --position) {
+    space -= RowPixels(Model(), Context().scale, Model().RowAtShownPosition(position));
     if (space < 0) break;
     ++rows;
   }
@@ -124,13 +121,13 @@ int GridPeer::RowsOnLastPage() const {
 }
 
 bool GridPeer::Seen(int col) const {
-  return !grid_.ColHidden(col) && grid_.ColWidth(col) > 0;
+  return !Model().ColHidden(col) && Model().ColWidth(col) > 0;
 }
 
 /// A column without width is passed over: it can never be the leftmost one that is seen.
 std::vector<int> GridPeer::ScrolledColumns() const {
   std::vector<int> columns;
-  for (int col = grid_.FixedCols() + grid_.FrozenCols(); col < grid_.Cols(); ++col) {
+  for (int col = Model().FixedCols() + Model().FrozenCols(); col < Model().Cols(); ++col) {
     if (Seen(col)) columns.push_back(col);
   }
   return columns;
@@ -140,7 +137,7 @@ int GridPeer::ColumnsOnLastPage(const std::vector<int>& columns) const {
   int space = static_cast<int>(ClientSize().cx) - Layout().FixedRight();
   int shown = 0;
   for (auto col = columns.rbegin(); col != columns.rend(); ++col, ++shown) {
-    space -= Context().scale.ToPixels(grid_.ColWidth(*col));
+    space -= Context().scale.ToPixels(Model().ColWidth(*col));
     if (space < 0) break;
   }
   return std::max(1, shown);
@@ -153,7 +150,7 @@ void GridPeer::Settle() {
   unsettled_ = false;
   Arrange();
   if (Alive()) marks_ = RowMarks();
-  if (Alive()) grid_.SettleScroll();
+  if (Alive()) Model().SettleScroll();
   if (Alive()) RaiseAccessibleEvent(Hwnd(), EVENT_OBJECT_REORDER, {});
 }
 
@@ -176,9 +173,9 @@ void GridPeer::OnContent(const Change& change) {
 /// Moves the picture as far as the top row has moved, and repaints what comes in. `marks_` still
 /// say what the rows that have moved look like.
 void GridPeer::FollowScroll() {
-  const int top = grid_.TopRow();
-  if (top == shown_top_ && grid_.LeftCol() == shown_left_) return;
-  const bool vertical = grid_.LeftCol() == shown_left_;
+  const int top = Model().TopRow();
+  if (top == shown_top_ && Model().LeftCol() == shown_left_) return;
+  const bool vertical = Model().LeftCol() == shown_left_;
   const int old_top = shown_top_;
   Arrange();
   const SIZE client = ClientSize();
@@ -195,11 +192,12 @@ void GridPeer::FollowScroll() {
 
 int GridPeer::PixelsBetween(int upper, int lower, int limit) const {
   // The old top row may have gone from the grid or from view; then nothing fits together.
-  if (upper < grid_.FixedRows() || lower >= grid_.Rows() || !grid_.IsShown(upper)) return limit;
+  if (upper < Model().FixedRows() || lower >= Model().Rows() || !Model().IsShown(upper))
+    return limit;
   int pixels = 0;
   for (int row = upper; row >= 0 && row < lower && pixels < limit;) {
-    pixels += RowPixels(grid_, Context().scale, row);
-    row = grid_.NextShownRow(row);
+    pixels += RowPixels(Model(), Context().scale, row);
+    row = Model().NextShownRow(row);
   }
   return pixels;
 }
@@ -208,7 +206,7 @@ int GridPeer::PixelsBetween(int upper, int lower, int limit) const {
 bool GridPeer::HasMergedColumns() const {
   const GridLayout layout = Layout();
   return std::any_of(layout.Columns().begin(), layout.Columns().end(),
-                     [this](const Span& column) { return grid_.MergeCol(column.index); });
+                     [this](const Span& column) { return Model().MergeCol(column.index); });
 }
 
 void GridPeer::InvalidateRows(int first, int last) {
@@ -225,8 +223,8 @@ std::vector<GridPeer::RowMark> GridPeer::RowMarks() const {
   std::vector<RowMark> marks;
   const GridLayout layout = Layout();
   for (const Span& row : layout.Rows()) {
-    if (row.index < grid_.FixedRows()) continue;
-    marks.push_back({row.index, grid_.IsSelected(row.index), row.index == grid_.Row()});
+    if (row.index < Model().FixedRows()) continue;
+    marks.push_back({row.index, Model().IsSelected(row.index), row.index == Model().Row()});
   }
   return marks;
 }
@@ -263,7 +261,7 @@ LRESULT GridPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_SETFOCUS:
     case WM_KILLFOCUS: {
       const LRESULT result = ControlPeer::OnMessage(message, wparam, lparam);
-      if (Alive()) InvalidateRows(grid_.Row(), grid_.Row());
+      if (Alive()) InvalidateRows(Model().Row(), Model().Row());
       if (Alive() && message == WM_SETFOCUS) AnnounceFocus();
       return result;
     }

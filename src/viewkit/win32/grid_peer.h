@@ -15,10 +15,9 @@ namespace tavrix::viewkit::win32 {
 
 /// The window of a grid. It paints the rows that are seen, repaints what has changed and hands the
 /// user's input to the model; it keeps no copy of the model's state but what tells it that.
-class GridPeer : public ControlPeer {
+class GridPeer : public PeerOf<FlexGrid, ControlPeer> {
  public:
-  GridPeer(ViewContext& context, FlexGrid& grid);
-
+  using PeerOf::PeerOf;
   void Open() override;
   [[nodiscard]] bool WantsKey(Key key, Modifiers modifiers) const override;
   void OnFontChanged() override;
@@ -98,8 +97,7 @@ class GridPeer : public ControlPeer {
   void ScrollTo(int position);
   [[nodiscard]] int TrackedPosition(int bar) const;
 
-  FlexGrid& grid_;
-  AccessibleGrid accessible_{grid_};
+  AccessibleGrid accessible_{Model()};
   int collapse_listener_ = 0;
   std::optional<ToolTip> tip_;  // while the window is there
   bool arranging_ = false;

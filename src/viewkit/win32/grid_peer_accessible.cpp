@@ -38,7 +38,7 @@ AccessibleId GridPeer::IdAt(POINT point) const {
 }
 
 void GridPeer::Listen() {
-  collapse_listener_ = grid_.AfterCollapse.Add([this](int row) {
+  collapse_listener_ = Model().AfterCollapse.Add([this](int row) {
     if (Alive() && row >= 0) AnnounceRow(EVENT_OBJECT_STATECHANGE, row);
   });
 }
@@ -48,13 +48,13 @@ void GridPeer::AnnounceRow(DWORD event, int row) const {
 }
 
 void GridPeer::AnnounceFocus() const {
-  if (grid_.Focused()) RaiseAccessibleEvent(Hwnd(), EVENT_OBJECT_FOCUS, accessible_.Current());
+  if (Model().Focused()) RaiseAccessibleEvent(Hwnd(), EVENT_OBJECT_FOCUS, accessible_.Current());
 }
 
 /// Other rows are selected, or another one is current.
 void GridPeer::Announce() {
-  if (grid_.SelectedRows() == 1) {
-    AnnounceRow(EVENT_OBJECT_SELECTION, grid_.SelectedRow(0));
+  if (Model().SelectedRows() == 1) {
+    AnnounceRow(EVENT_OBJECT_SELECTION, Model().SelectedRow(0));
   } else {
     RaiseAccessibleEvent(Hwnd(), EVENT_OBJECT_SELECTIONWITHIN, {});
   }

@@ -27,7 +27,7 @@ Key OutlineKey(wchar_t unit) {
 bool GridPeer::WantsKey(Key key, Modifiers modifiers) const {
   if (modifiers.alt) return false;
   if (modifiers.control && key == Key::kC) return true;
-  if (modifiers.control && key == Key::kA) return grid_.CanSelectSeveral();
+  if (modifiers.control && key == Key::kA) return Model().CanSelectSeveral();
   switch (key) {
     case Key::kLeft:
     case Key::kUp:
@@ -82,11 +82,11 @@ LRESULT GridPeer::OnInput(UINT message, WPARAM wparam, LPARAM lparam) {
 
 void GridPeer::OnKeyDown(Key key, Modifiers modifiers) {
   swallow_char_ = false;
-  grid_.KeyDown.Raise(key, modifiers);
+  Model().KeyDown.Raise(key, modifiers);
   if (!Alive()) return;
-  if (modifiers.control && !modifiers.alt && key == Key::kC) CopyText(Hwnd(), grid_.ClipText());
+  if (modifiers.control && !modifiers.alt && key == Key::kC) CopyText(Hwnd(), Model().ClipText());
   // A key that has been used must not arrive a second time, as a character.
-  swallow_char_ = grid_.HandleKey(key, modifiers);
+  swallow_char_ = Model().HandleKey(key, modifiers);
 }
 
 void GridPeer::OnChar(wchar_t unit) {
@@ -95,12 +95,12 @@ void GridPeer::OnChar(wchar_t unit) {
     high_surrogate_ = unit;
     return;
   }
-  if (const Key key = OutlineKey(unit); key != Key{} && grid_.HandleKey(key)) return;
+  if (const Key key = OutlineKey(unit); key != Key{} && Model().HandleKey(key)) return;
   if (!Alive()) return;
   std::wstring character;
   if (IsSurrogate(unit, 0xDC00)) character += high_surrogate_;
   character += unit;
-  grid_.HandleTypeAhead(host::Narrow(character), static_cast<std::int64_t>(GetTickCount64()));
+  Model().HandleTypeAhead(host::Narrow(character), static_cast<std::int64_t>(GetTickCount64()));
 }
 
 int GridPeer::TrackedPosition(int bar) const {
@@ -112,8 +112,8 @@ int GridPeer::TrackedPosition(int bar) const {
 }
 
 void GridPeer::ScrollTo(int position) {
-  const int rows = grid_.ShownRows();
-  if (rows > 0) grid_.SetTopRow(grid_.RowAtShownPosition(std::clamp(position, 0, rows - 1)));
+  const int rows = Model().ShownRows();
+  if (rows > 0) Model().SetTopRow(Model().RowAtShownPosition(std::clamp(position, 0, rows - 1)));
 }
 
 void GridPeer::ScrollBy(int rows) {
@@ -133,7 +133,7 @@ void GridPeer::OnVerticalScroll(int request) {
     case SB_TOP:
       return ScrollTo(0);
     case SB_BOTTOM:
-      return ScrollTo(grid_.ShownRows() - 1);
+      return ScrollTo(Model().ShownRows() - 1);
     case SB_THUMBTRACK:
     case SB_THUMBPOSITION:
       return ScrollTo(TrackedPosition(SB_VERT));
@@ -145,14 +145,14 @@ void GridPeer::OnVerticalScroll(int request) {
 void GridPeer::OnHorizontalScroll(int request) {
   const std::vector<int> columns = ScrolledColumns();
   if (columns.empty()) return;
-  const auto left = std::lower_bound(columns.begin(), columns.end(), grid_.LeftCol());
+  const auto left = std::lower_bound(columns.begin(), columns.end(), Model().LeftCol());
   auto position = static_cast<int>(left - columns.begin());
   if (request == SB_LINEUP || request == SB_PAGEUP) --position;
   if (request == SB_LINEDOWN || request == SB_PAGEDOWN) ++position;
   if (request == SB_THUMBTRACK || request == SB_THUMBPOSITION) position = TrackedPosition(SB_HORZ);
   const auto count = CountOf(columns);
   const int last = count - ColumnsOnLastPage(columns);
-  grid_.SetLeftCol(ItemAt(columns, std::clamp(position, 0, last)));
+  Model().SetLeftCol(ItemAt(columns, std::clamp(position, 0, last)));
 }
 
 void GridPeer::OnWheel(int delta) {

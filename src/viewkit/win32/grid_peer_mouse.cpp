@@ -60,8 +60,8 @@ void GridPeer::OnButtonDown(POINT point, bool double_click) {
   switch (hit.part) {
     case HitPart::kColumnBorder:
       if (!double_click) return BeginHold(Hold::kColumn, hit.col);
-      grid_.AutoSize(hit.col);
-      return grid_.AfterUserResize.Raise(hit.col);
+      Model().AutoSize(hit.col);
+      return Model().AfterUserResize.Raise(hit.col);
     case HitPart::kRowBorder:
       return BeginHold(Hold::kRow, hit.row);
     case HitPart::kSymbol:
@@ -74,9 +74,9 @@ void GridPeer::OnButtonDown(POINT point, bool double_click) {
 
 void GridPeer::OnPressed(const Hit& hit, bool double_click) {
   const bool on_symbol = hit.part == HitPart::kSymbol;
-  if (double_click && !on_symbol) return grid_.HandleDoubleClick(hit.row);
+  if (double_click && !on_symbol) return Model().HandleDoubleClick(hit.row);
   if (!on_symbol) BeginHold(Hold::kSelecting, hit.row);
-  grid_.HandlePress(hit.row, hit.col, on_symbol, ModifiersNow());
+  Model().HandlePress(hit.row, hit.col, on_symbol, ModifiersNow());
 }
 
 void GridPeer::OnRightDown(POINT point) {
@@ -84,8 +84,8 @@ void GridPeer::OnRightDown(POINT point) {
   if (!Alive()) return;
   const Hit hit = Layout().HitTest(point);
   // The context menu acts on the row under the pointer, or on all selected rows if it is one.
-  if (hit.part != HitPart::kCell || grid_.IsSelected(hit.row)) return;
-  grid_.HandlePress(hit.row, hit.col, false);
+  if (hit.part != HitPart::kCell || Model().IsSelected(hit.row)) return;
+  Model().HandlePress(hit.row, hit.col, false);
 }
 
 void GridPeer::BeginHold(Hold hold, int index) {
@@ -100,8 +100,8 @@ void GridPeer::OnButtonUp() {
   const Hold ended = std::exchange(hold_, Hold::kNothing);
   KillTimer(Hwnd(), kDragTimer);
   if (GetCapture() == Hwnd()) ReleaseCapture();
-  if (ended == Hold::kColumn && held_index_ < grid_.Cols()) {
-    grid_.AfterUserResize.Raise(held_index_);
+  if (ended == Hold::kColumn && held_index_ < Model().Cols()) {
+    Model().AfterUserResize.Raise(held_index_);
   }
 }
 
@@ -127,13 +127,14 @@ void GridPeer::Resize(POINT point) {
     const Span* column = layout.ColumnOf(held_index_);
     if (column == nullptr) return;
     const int width = static_cast<int>(point.x) - column->begin;
-    grid_.SetColWidth(held_index_, scale.ToTwips(std::max(width, scale.Design(kNarrowestColumn))));
+    Model().SetColWidth(held_index_,
+                        scale.ToTwips(std::max(width, scale.Design(kNarrowestColumn))));
     return;
   }
   const Span* row = layout.RowOf(held_index_);
   if (row == nullptr) return;
   const int height = scale.ToTwips(static_cast<int>(point.y) - row->begin);
-  grid_.SetRowHeight(held_index_, std::max(height, grid_.RowHeightMin()));
+  Model().SetRowHeight(held_index_, std::max(height, Model().RowHeightMin()));
 }
 
 void GridPeer::Drag(POINT point) {
@@ -141,16 +142,16 @@ void GridPeer::Drag(POINT point) {
   // A drag begins when the pointer reaches another row, so that an unsteady click is none.
   if (row < 0 || row == held_index_) return;
   held_index_ = row;
-  grid_.HandleDrag(row);
+  Model().HandleDrag(row);
 }
 
 int GridPeer::DragTarget(POINT point) const {
   const GridLayout layout = Layout();
-  if (grid_.ShownRows() == 0) return -1;
-  if (point.y < layout.HeaderBottom()) return grid_.PreviousShownRow(grid_.TopRow());
+  if (Model().ShownRows() == 0) return -1;
+  if (point.y < layout.HeaderBottom()) return Model().PreviousShownRow(Model().TopRow());
   const SIZE client = ClientSize();
   for (const Span& row : layout.Rows()) {
-    if (row.index < grid_.FixedRows()) continue;
+    if (row.index < Model().FixedRows()) continue;
     const bool last = row.end >= client.cy;
     if (point.y < row.end || last) return row.index;
   }
@@ -171,8 +172,8 @@ bool GridPeer::OnSetCursor() const {
 
 bool GridPeer::IsClipped(const GridLayout& layout, const RECT& cell, int row, int col) const {
   const LONG right = std::min(cell.right - layout.Padding(), ClientSize().cx);
-  const int width = Context().fonts->Pixels(host::Wide(grid_.DisplayText(row, col)),
-                                            grid_.CellFontBold(row, col));
+  const int width = Context().fonts->Pixels(host::Wide(Model().DisplayText(row, col)),
+                                            Model().CellFontBold(row, col));
   return layout.TextLeft(cell, row, col) + width > right;
 }
 
@@ -183,11 +184,11 @@ void GridPeer::UpdateTip(POINT point) {
   const Span* column = layout.ColumnOf(hit.col);
   const SIZE client = ClientSize();
   if (hit.part != HitPart::kCell || row == nullptr || column == nullptr) {
-    return tip_->Set(grid_.ToolTipText(), {0, 0, client.cx, client.cy});
+    return tip_->Set(Model().ToolTipText(), {0, 0, client.cx, client.cy});
   }
   const RECT cell = layout.Cell(*row, *column);
   const bool clipped = IsClipped(layout, cell, hit.row, hit.col);
-  tip_->Set(clipped ? grid_.DisplayText(hit.row, hit.col) : grid_.ToolTipText(), cell);
+  tip_->Set(clipped ? Model().DisplayText(hit.row, hit.col) : Model().ToolTipText(), cell);
 }
 
 }  // namespace tavrix::viewkit::win32

@@ -6,6 +6,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "host/non_copyable.h"
+
 /// Owners of native handles.
 namespace tavrix::viewkit::win32 {
 
@@ -21,11 +23,9 @@ using Brush = GdiObject<HBRUSH>;
 using Bitmap = GdiObject<HBITMAP>;
 
 /// Selects an object into a device context for as long as it lives.
-class Selected {
+class Selected : private host::NonCopyable {
  public:
   Selected(HDC dc, HGDIOBJ object) : dc_(dc), previous_(SelectObject(dc, object)) {}
-  Selected(const Selected&) = delete;
-  Selected& operator=(const Selected&) = delete;
   ~Selected() { SelectObject(dc_, previous_); }
 
  private:
@@ -34,11 +34,9 @@ class Selected {
 };
 
 /// A device context in memory, compatible with the screen.
-class MemoryDc {
+class MemoryDc : private host::NonCopyable {
  public:
   MemoryDc() : dc_(CreateCompatibleDC(nullptr)) {}
-  MemoryDc(const MemoryDc&) = delete;
-  MemoryDc& operator=(const MemoryDc&) = delete;
   ~MemoryDc() { DeleteDC(dc_); }
   [[nodiscard]] HDC Get() const { return dc_; }
 
@@ -47,11 +45,9 @@ class MemoryDc {
 };
 
 /// The painting of one WM_PAINT.
-class PaintScope {
+class PaintScope : private host::NonCopyable {
  public:
   explicit PaintScope(HWND window) : window_(window) { BeginPaint(window_, &paint_); }
-  PaintScope(const PaintScope&) = delete;
-  PaintScope& operator=(const PaintScope&) = delete;
   ~PaintScope() { EndPaint(window_, &paint_); }
   [[nodiscard]] HDC Dc() const { return paint_.hdc; }
   [[nodiscard]] const RECT& Area() const { return paint_.rcPaint; }
@@ -62,11 +58,9 @@ class PaintScope {
 };
 
 /// Keeps what is set in a device context from outliving the scope.
-class SavedDc {
+class SavedDc : private host::NonCopyable {
  public:
   explicit SavedDc(HDC dc) : dc_(dc), saved_(SaveDC(dc)) {}
-  SavedDc(const SavedDc&) = delete;
-  SavedDc& operator=(const SavedDc&) = delete;
   ~SavedDc() { RestoreDC(dc_, saved_); }
 
  private:

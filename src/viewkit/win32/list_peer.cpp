@@ -1,4 +1,4 @@
-#include "viewkit/win32/list_peer.h"
+#include "viewkit/win32/input_peers.h"
 
 #include <string>
 
@@ -21,8 +21,8 @@ UINT NativeState(const ListView& list, int index) {
 }  // namespace
 
 void ListPeer::Open() {
-  const DWORD head = list_.Columns().empty() ? LVS_NOCOLUMNHEADER : LVS_NOSORTHEADER;
-  const DWORD several = list_.MultiSelect() ? 0U : LVS_SINGLESEL;
+  const DWORD head = Model().Columns().empty() ? LVS_NOCOLUMNHEADER : LVS_NOSORTHEADER;
+  const DWORD several = Model().MultiSelect() ? 0U : LVS_SINGLESEL;
   OpenNative({.class_name = WC_LISTVIEWW,
               .style = WS_BORDER | LVS_REPORT | LVS_SHOWSELALWAYS | head | several});
   ListView_SetExtendedListViewStyle(Hwnd(), LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
@@ -31,15 +31,15 @@ void ListPeer::Open() {
 }
 
 void ListPeer::MakeColumns() {
-  const std::size_t count = list_.Columns().empty() ? 1 : list_.Columns().size();
+  const std::size_t count = Model().Columns().empty() ? 1 : Model().Columns().size();
   for (std::size_t i = 0; i < count; ++i) {
     LVCOLUMNW column{};
     std::wstring heading;
     column.mask = LVCF_TEXT | LVCF_FMT | LVCF_SUBITEM;
     column.fmt = LVCFMT_LEFT;
-    if (!list_.Columns().empty()) {
-      heading = host::Wide(list_.Columns()[i].heading);
-      if (list_.Columns()[i].aligns_right) column.fmt = LVCFMT_RIGHT;
+    if (!Model().Columns().empty()) {
+      heading = host::Wide(Model().Columns()[i].heading);
+      if (Model().Columns()[i].aligns_right) column.fmt = LVCFMT_RIGHT;
     }
     column.pszText = Writable(heading);
     column.iSubItem = static_cast<int>(i);
@@ -49,13 +49,13 @@ void ListPeer::MakeColumns() {
 }
 
 void ListPeer::SizeColumns() {
-  if (list_.Columns().empty()) {
+  if (Model().Columns().empty()) {
     ListView_SetColumnWidth(Hwnd(), 0, LVSCW_AUTOSIZE_USEHEADER);
     return;
   }
-  for (std::size_t i = 0; i < list_.Columns().size(); ++i) {
+  for (std::size_t i = 0; i < Model().Columns().size(); ++i) {
     ListView_SetColumnWidth(Hwnd(), static_cast<int>(i),
-                            Context().scale.ToPixels(list_.Columns()[i].width));
+                            Context().scale.ToPixels(Model().Columns()[i].width));
   }
 }
 
@@ -70,7 +70,7 @@ void ListPeer::OnFontChanged() {
 
 void ListPeer::ApplyBounds() {
   NativePeer::ApplyBounds();
-  if (Alive() && list_.Columns().empty()) SizeColumns();
+  if (Alive() && Model().Columns().empty()) SizeColumns();
 }
 
 void ListPeer::OnContent(const Change& change) {
@@ -82,7 +82,7 @@ void ListPeer::OnContent(const Change& change) {
       return ShowSelection();
     case Change::Kind::kScroll:
       ListView_EnsureVisible(Hwnd(), change.first - 1, FALSE);
-      return list_.ScrolledTo(ListView_GetTopIndex(Hwnd()) + 1);
+      return Model().ScrolledTo(ListView_GetTopIndex(Hwnd()) + 1);
     default:
       return ShowItems();
   }
@@ -91,8 +91,8 @@ void ListPeer::OnContent(const Change& change) {
 void ListPeer::ShowItems() {
   const host::FlagScope showing(showing_);
   ListView_DeleteAllItems(Hwnd());
-  for (int index = 1; index <= list_.Count(); ++index) {
-    const ListView::Texts& texts = list_.ItemTexts(index);
+  for (int index = 1; index <= Model().Count(); ++index) {
+    const ListView::Texts& texts = Model().ItemTexts(index);
     for (std::size_t column = 0; column < texts.size(); ++column) {
       const std::wstring text = host::Wide(texts[column]);
       LVITEMW item{};
@@ -108,18 +108,18 @@ void ListPeer::ShowItems() {
 
 void ListPeer::ShowSelection() {
   const host::FlagScope showing(showing_);
-  for (int index = 1; index <= list_.Count(); ++index) {
-    ListView_SetItemState(Hwnd(), index - 1, NativeState(list_, index),
+  for (int index = 1; index <= Model().Count(); ++index) {
+    ListView_SetItemState(Hwnd(), index - 1, NativeState(Model(), index),
                           LVIS_SELECTED | LVIS_FOCUSED);
   }
 }
 
 void ListPeer::TakeState(const NMLISTVIEW& change) {
-  if (change.iItem < 0 || change.iItem >= list_.Count()) return;
+  if (change.iItem < 0 || change.iItem >= Model().Count()) return;
   const host::FlagScope taking(taking_);
   const int index = change.iItem + 1;
-  list_.SetSelected(index, (change.uNewState & LVIS_SELECTED) != 0);
-  if (Alive() && (change.uNewState & LVIS_FOCUSED) != 0) list_.SetSelectedItem(index);
+  Model().SetSelected(index, (change.uNewState & LVIS_SELECTED) != 0);
+  if (Alive() && (change.uNewState & LVIS_FOCUSED) != 0) Model().SetSelectedItem(index);
 }
 
 std::optional<LRESULT> ListPeer::OnNotify(UINT message, WPARAM, LPARAM lparam) {
@@ -133,10 +133,10 @@ std::optional<LRESULT> ListPeer::OnNotify(UINT message, WPARAM, LPARAM lparam) {
       return 0;
     }
     case LVN_ENDSCROLL:
-      list_.ScrolledTo(list_.Count() == 0 ? 0 : ListView_GetTopIndex(Hwnd()) + 1);
+      Model().ScrolledTo(Model().Count() == 0 ? 0 : ListView_GetTopIndex(Hwnd()) + 1);
       return 0;
     case NM_DBLCLK:
-      list_.DoubleClick.Raise();
+      Model().DoubleClick.Raise();
       return 0;
     default:
       return {};

@@ -50,16 +50,12 @@ class NativePeer : public ControlPeer {
 };
 
 /// A native control that shows a caption.
-class CaptionPeer : public NativePeer {
+class CaptionPeer : public PeerOf<Captioned, NativePeer> {
  public:
-  CaptionPeer(ViewContext& context, Captioned& model)
-      : NativePeer(context, model), captioned_(model) {}
+  using PeerOf::PeerOf;
 
  protected:
-  void OnContent(const Change&) override { ShowText(captioned_.Caption()); }
-
- private:
-  Captioned& captioned_;
+  void OnContent(const Change&) override { ShowText(Model().Caption()); }
 };
 
 }  // namespace tavrix::viewkit::win32

@@ -3,12 +3,9 @@
 #include <stdexcept>
 
 #include "viewkit/win32/button_peers.h"
-#include "viewkit/win32/date_peer.h"
-#include "viewkit/win32/edit_peers.h"
+#include "viewkit/win32/drawn_peers.h"
 #include "viewkit/win32/grid_peer.h"
-#include "viewkit/win32/list_peer.h"
-#include "viewkit/win32/splitter_peer.h"
-#include "viewkit/win32/tab_peer.h"
+#include "viewkit/win32/input_peers.h"
 #include "viewkit/win32/tree_peer.h"
 
 namespace tavrix::viewkit::win32 {

@@ -1,4 +1,4 @@
-#include "viewkit/win32/splitter_peer.h"
+#include "viewkit/win32/drawn_peers.h"
 
 #include <windowsx.h>
 
@@ -24,11 +24,11 @@ void SplitterPeer::Paint(HDC dc) const {
   RECT client{};
   GetClientRect(Hwnd(), &client);
   Fill(dc, client, ToColorRef(Context().back_color, color::kButtonFace));
-  if (splitter_.Focused()) DrawFocusRect(dc, &client);
+  if (Model().Focused()) DrawFocusRect(dc, &client);
 }
 
 void SplitterPeer::MoveBy(int pixels) {
-  splitter_.SetPosition(splitter_.GetBounds().left + Context().scale.ToTwips(pixels));
+  Model().SetPosition(Model().GetBounds().left + Context().scale.ToTwips(pixels));
 }
 
 LRESULT SplitterPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {

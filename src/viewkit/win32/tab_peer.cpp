@@ -1,4 +1,4 @@
-#include "viewkit/win32/tab_peer.h"
+#include "viewkit/win32/drawn_peers.h"
 
 #include <windowsx.h>
 
@@ -21,13 +21,13 @@ constexpr int kMark = 3;  // the bar that marks the active tab
 }  // namespace
 
 void TabPeer::Open() {
-  const std::wstring name = host::Wide(strip_.AccessibleName());
+  const std::wstring name = host::Wide(Model().AccessibleName());
   Create(ClassNamed(L"TavrixTabs"), {.text = name.c_str(),
                                      .style = StateStyle(),
                                      .place = PlaceOfModel(),
                                      .parent = Context().window});
   tip_.emplace(Hwnd());
-  shown_current_ = strip_.CurrTab();
+  shown_current_ = Model().CurrTab();
 }
 
 void TabPeer::OnDestroyed() {
@@ -41,7 +41,7 @@ bool TabPeer::WantsKey(Key key, Modifiers modifiers) const {
 }
 
 bool TabPeer::UseViewKey(Key key, Modifiers modifiers) {
-  return modifiers.control && strip_.Visible() && strip_.HandleKey(key, modifiers);
+  return modifiers.control && Model().Visible() && Model().HandleKey(key, modifiers);
 }
 
 void TabPeer::OnFontChanged() {
@@ -55,14 +55,14 @@ void TabPeer::OnContent(const Change& change) {
     return;
   }
   InvalidateTab(shown_current_);
-  shown_current_ = strip_.CurrTab();
+  shown_current_ = Model().CurrTab();
   InvalidateTab(shown_current_);
   RaiseAccessibleEvent(Hwnd(), EVENT_OBJECT_SELECTION, accessible_.Current());
   AnnounceFocus();
 }
 
 void TabPeer::AnnounceFocus() const {
-  if (strip_.Focused()) RaiseAccessibleEvent(Hwnd(), EVENT_OBJECT_FOCUS, accessible_.Current());
+  if (Model().Focused()) RaiseAccessibleEvent(Hwnd(), EVENT_OBJECT_FOCUS, accessible_.Current());
 }
 
 RECT TabPeer::PlaceOf(AccessibleId id) const {
@@ -73,9 +73,9 @@ std::vector<RECT> TabPeer::Places() const {
   RECT client{};
   GetClientRect(Hwnd(), &client);
   std::vector<int> widths;
-  widths.reserve(SizeOf(strip_.Tabs()));
-  for (int tab = 0; tab < strip_.Tabs(); ++tab) {
-    widths.push_back(Context().fonts->Pixels(host::Wide(strip_.TabCaption(tab)), false) +
+  widths.reserve(SizeOf(Model().Tabs()));
+  for (int tab = 0; tab < Model().Tabs(); ++tab) {
+    widths.push_back(Context().fonts->Pixels(host::Wide(Model().TabCaption(tab)), false) +
                      2 * Context().scale.Design(kPadding));
   }
   const int wanted = std::accumulate(widths.begin(), widths.end(), 0);
@@ -107,7 +107,7 @@ void TabPeer::InvalidateTab(int tab) {
 void TabPeer::Paint(HDC dc) const {
   RECT client{};
   GetClientRect(Hwnd(), &client);
-  const COLORREF back = ToColorRef(strip_.BackColor(), color::kButtonFace);
+  const COLORREF back = ToColorRef(Model().BackColor(), color::kButtonFace);
   Fill(dc, client, back);
   Fill(dc, {0, client.bottom - 1, client.right, client.bottom},
        Blend(GetSysColor(COLOR_BTNSHADOW), back, 60));
@@ -120,8 +120,8 @@ void TabPeer::Paint(HDC dc) const {
 }
 
 void TabPeer::PaintTab(HDC dc, const RECT& place, int tab) const {
-  const bool current = tab == strip_.CurrTab();
-  const COLORREF back = ToColorRef(strip_.BackColor(), color::kButtonFace);
+  const bool current = tab == Model().CurrTab();
+  const COLORREF back = ToColorRef(Model().BackColor(), color::kButtonFace);
   const COLORREF edge = Blend(GetSysColor(COLOR_BTNSHADOW), back, 60);
   COLORREF ground = current ? GetSysColor(COLOR_WINDOW) : back;
   if (current) {
@@ -136,10 +136,10 @@ void TabPeer::PaintTab(HDC dc, const RECT& place, int tab) const {
   }
   const Color fore = current ? color::kWindowText : Context().fore_color;
   SetTextColor(dc,
-               strip_.Enabled() ? TextOn(ground, ToColorRef(fore)) : GetSysColor(COLOR_GRAYTEXT));
-  std::wstring caption = host::Wide(strip_.TabCaption(tab));
+               Model().Enabled() ? TextOn(ground, ToColorRef(fore)) : GetSysColor(COLOR_GRAYTEXT));
+  std::wstring caption = host::Wide(Model().TabCaption(tab));
   DrawLine(dc, caption, place, DT_CENTER | DT_VCENTER);
-  if (!current || !strip_.Focused()) return;
+  if (!current || !Model().Focused()) return;
   RECT focus = place;
   InflateRect(&focus, -Context().scale.Design(4), -Context().scale.Design(5));
   SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
@@ -162,7 +162,7 @@ void TabPeer::OnMouseMove(POINT point) {
   SetHot(TabAt(point));
   RECT client{};
   GetClientRect(Hwnd(), &client);
-  tip_->Set(strip_.ToolTipText(), client);
+  tip_->Set(Model().ToolTipText(), client);
 }
 
 LRESULT TabPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -180,7 +180,7 @@ LRESULT TabPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       return DLGC_WANTARROWS;
     case WM_LBUTTONDOWN:
       TakeFocus();
-      if (Alive()) strip_.SetCurrTab(TabAt(point));
+      if (Alive()) Model().SetCurrTab(TabAt(point));
       return 0;
     case WM_MOUSEMOVE:
       return 0;
@@ -192,8 +192,8 @@ LRESULT TabPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
   }
   const LRESULT result = ControlPeer::OnMessage(message, wparam, lparam);
   if (!Alive()) return result;
-  if (message == WM_KEYDOWN) strip_.HandleKey(static_cast<Key>(wparam), ModifiersNow());
-  if (message == WM_SETFOCUS || message == WM_KILLFOCUS) InvalidateTab(strip_.CurrTab());
+  if (message == WM_KEYDOWN) Model().HandleKey(static_cast<Key>(wparam), ModifiersNow());
+  if (message == WM_SETFOCUS || message == WM_KILLFOCUS) InvalidateTab(Model().CurrTab());
   if (message == WM_SETFOCUS) AnnounceFocus();
   return result;
 }

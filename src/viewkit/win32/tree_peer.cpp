@@ -23,16 +23,16 @@ UINT StateOf(const TreeNode::Look& look, bool check_boxes) {
 void TreePeer::Open() {
   OpenNative({.class_name = WC_TREEVIEWW,
               .style = TVS_HASLINES | TVS_HASBUTTONS | TVS_LINESATROOT | TVS_SHOWSELALWAYS |
-                       (tree_.CheckBoxes() ? TVS_CHECKBOXES : 0U)});
-  tree_.SetWindow(this);
-  for (TreeNode* root = tree_.Nodes().FirstRoot(); root != nullptr; root = root->Next()) {
+                       (Model().CheckBoxes() ? TVS_CHECKBOXES : 0U)});
+  Model().SetWindow(this);
+  for (TreeNode* root = Model().Nodes().FirstRoot(); root != nullptr; root = root->Next()) {
     InsertWithAllBelow(*root);
   }
   SelectionChanged();
 }
 
 void TreePeer::OnDestroyed() {
-  tree_.SetWindow(nullptr);
+  Model().SetWindow(nullptr);
   NativePeer::OnDestroyed();
 }
 
@@ -48,15 +48,15 @@ void TreePeer::ApplyState() {
   if (!Alive()) return;
   const auto style = static_cast<DWORD>(GetWindowLongW(Hwnd(), GWL_STYLE));
   const bool shown = (style & TVS_CHECKBOXES) != 0;
-  if (shown != tree_.CheckBoxes()) {
+  if (shown != Model().CheckBoxes()) {
     SetWindowLongW(Hwnd(), GWL_STYLE, static_cast<LONG>(style ^ TVS_CHECKBOXES));
-    for (int index = 1; index <= tree_.Nodes().Count(); ++index) {
-      ShowNode(tree_.Nodes().Item(index));
+    for (int index = 1; index <= Model().Nodes().Count(); ++index) {
+      ShowNode(Model().Nodes().Item(index));
     }
   }
-  Tell(TVM_SELECTITEM, TVGN_DROPHILITE, reinterpret_cast<LPARAM>(ItemOf(tree_.DropTarget())));
-  if (tree_.Dragging() && GetCapture() != Hwnd()) SetCapture(Hwnd());
-  if (!tree_.Dragging() && GetCapture() == Hwnd()) ReleaseCapture();
+  Tell(TVM_SELECTITEM, TVGN_DROPHILITE, reinterpret_cast<LPARAM>(ItemOf(Model().DropTarget())));
+  if (Model().Dragging() && GetCapture() != Hwnd()) SetCapture(Hwnd());
+  if (!Model().Dragging() && GetCapture() == Hwnd()) ReleaseCapture();
 }
 
 HTREEITEM TreePeer::ItemOf(const TreeNode* node) const {
@@ -70,7 +70,7 @@ TreeNode* TreePeer::NodeOf(HTREEITEM item) const {
   record.mask = TVIF_PARAM;
   record.hItem = item;
   if (!Tell(TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&record))) return nullptr;
-  return tree_.Nodes().FindId(record.lParam);
+  return Model().Nodes().FindId(record.lParam);
 }
 
 std::intptr_t TreePeer::Send(unsigned message, std::uintptr_t wparam, std::intptr_t lparam) {
@@ -91,7 +91,7 @@ std::intptr_t TreePeer::SendRecord(unsigned message, const TreeItemRecord& recor
   native.stateMask = record.state_mask;
   const std::intptr_t result = Tell(message, 0, reinterpret_cast<LPARAM>(&native));
   const TreeNode* node = result == 0 ? nullptr : NodeOf(native.hItem);
-  if (node != nullptr) (void)tree_.HandleNativeState(node->Id(), record);
+  if (node != nullptr) (void)Model().HandleNativeState(node->Id(), record);
   return result;
 }
 
@@ -104,7 +104,7 @@ void TreePeer::Insert(const TreeNode& node) {
   insert.item.mask = TVIF_TEXT | TVIF_PARAM | TVIF_STATE;
   insert.item.pszText = text.data();
   insert.item.lParam = node.Id();
-  insert.item.state = StateOf(node.GetLook(), tree_.CheckBoxes());
+  insert.item.state = StateOf(node.GetLook(), Model().CheckBoxes());
   insert.item.stateMask = TVIS_BOLD | TVIS_CUT | TVIS_STATEIMAGEMASK;
   items_[node.Id()] =
       reinterpret_cast<HTREEITEM>(Tell(TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
@@ -135,7 +135,7 @@ void TreePeer::NodeMoved(const TreeNode& node) {
 
 void TreePeer::NodeRemoving(const TreeNode& node) {
   const host::FlagScope following(following_);
-  const TreeNode* selected = tree_.SelectedItem();
+  const TreeNode* selected = Model().SelectedItem();
   const bool with_it = selected != nullptr && (selected == &node || selected->IsBelow(node));
   // Else the control would select a neighbour.
   if (with_it) Tell(TVM_SELECTITEM, TVGN_CARET, 0);
@@ -157,7 +157,7 @@ void TreePeer::ShowNode(const TreeNode& node) {
   item.mask = TVIF_HANDLE | TVIF_TEXT | TVIF_STATE;
   item.hItem = ItemOf(&node);
   item.pszText = text.data();
-  item.state = StateOf(node.GetLook(), tree_.CheckBoxes());
+  item.state = StateOf(node.GetLook(), Model().CheckBoxes());
   item.stateMask = TVIS_BOLD | TVIS_CUT | TVIS_STATEIMAGEMASK;
   Tell(TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
   ShowExpanded(node);
@@ -176,7 +176,7 @@ void TreePeer::ShowExpanded(const TreeNode& node) {
 
 void TreePeer::SelectionChanged() {
   const host::FlagScope following(following_);
-  Tell(TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(ItemOf(tree_.SelectedItem())));
+  Tell(TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(ItemOf(Model().SelectedItem())));
 }
 
 void TreePeer::EnsureVisible(const TreeNode& node) {

@@ -15,10 +15,9 @@ namespace tavrix::viewkit::win32 {
 
 /// The system's tree control, kept in step with the model in both directions. An item carries the
 /// id of its node.
-class TreePeer : public NativePeer, public TreeWindow {
+class TreePeer : public PeerOf<TreeView, NativePeer>, public TreeWindow {
  public:
-  TreePeer(ViewContext& context, TreeView& tree) : NativePeer(context, tree), tree_(tree) {}
-
+  using PeerOf::PeerOf;
   void Open() override;
   void OnFontChanged() override;
   [[nodiscard]] bool WantsKey(Key key, Modifiers modifiers) const override;
@@ -77,7 +76,6 @@ class TreePeer : public NativePeer, public TreeWindow {
   void ToggleCheck(TreeNode& node);
   [[nodiscard]] TreeNode* NodeAt(POINT point, UINT* where = nullptr) const;
 
-  TreeView& tree_;
   std::unordered_map<std::intptr_t, HTREEITEM> items_;
   bool following_ = false;  // what the native control reports now is the model's own doing
   const TreeNode* toggling_ = nullptr;  // the control shows its new check mark by itself

@@ -83,12 +83,12 @@ void TreePeer::RunPending() {
 
 void TreePeer::Run(const Action& action) {
   if (action.kind == Action::Kind::kMenu) return AskForMenu(action.value);
-  TreeNode* node = action.value == 0 ? nullptr : tree_.Nodes().FindId(action.value);
+  TreeNode* node = action.value == 0 ? nullptr : Model().Nodes().FindId(action.value);
   if (action.kind == Action::Kind::kSelect && (node != nullptr || action.value == 0)) {
-    return tree_.Select(node);
+    return Model().Select(node);
   }
   if (node == nullptr) return;  // gone meanwhile
-  if (action.kind == Action::Kind::kDrag) return tree_.BeginDrag.Raise(*node);
+  if (action.kind == Action::Kind::kDrag) return Model().BeginDrag.Raise(*node);
   node->SetExpanded(action.kind == Action::Kind::kExpand);
 }
 
@@ -96,11 +96,11 @@ void TreePeer::OnDeleted(const NMTREEVIEWW& notice) {
   const std::intptr_t id = notice.itemOld.lParam;
   if (closing_) return;
   items_.erase(id);
-  if (!following_) tree_.HandleNativeDelete(id);
+  if (!following_) Model().HandleNativeDelete(id);
 }
 
 void TreePeer::OnClick() {
-  if (!tree_.CheckBoxes()) return;
+  if (!Model().CheckBoxes()) return;
   POINT point{};
   GetCursorPos(&point);
   ScreenToClient(Hwnd(), &point);
@@ -121,7 +121,7 @@ void TreePeer::ToggleCheck(TreeNode& node) {
 LRESULT TreePeer::OnCustomDraw(NMTVCUSTOMDRAW& draw) const {
   if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
   const bool selected = (draw.nmcd.uItemState & CDIS_SELECTED) != 0;
-  const TreeNode* node = tree_.Nodes().FindId(draw.nmcd.lItemlParam);
+  const TreeNode* node = Model().Nodes().FindId(draw.nmcd.lItemlParam);
   if (draw.nmcd.dwDrawStage != CDDS_ITEMPREPAINT || selected || node == nullptr) return 0;
   const TreeNode::Look& look = node->GetLook();
   if (look.back != color::kDefault) draw.clrTextBk = ToColorRef(look.back);
@@ -138,27 +138,27 @@ TreeNode* TreePeer::NodeAt(POINT point, UINT* where) const {
 }
 
 void TreePeer::AskForMenu(LPARAM where) {
-  if (where == -1) return tree_.ContextRequested.Raise(tree_.SelectedItem());  // the menu key
+  if (where == -1) return Model().ContextRequested.Raise(Model().SelectedItem());  // the menu key
   POINT point = PointOf(where);
   ScreenToClient(Hwnd(), &point);
-  tree_.ContextRequested.Raise(NodeAt(point));
+  Model().ContextRequested.Raise(NodeAt(point));
 }
 
 void TreePeer::EndDrag(bool drop, POINT point) {
   TreeNode* target = drop ? NodeAt(point) : nullptr;
   if (drop) {
-    tree_.Drop.Raise(target);
+    Model().Drop.Raise(target);
   } else {
-    tree_.DragCancel.Raise();
+    Model().DragCancel.Raise();
   }
-  tree_.StopDragging();
+  Model().StopDragging();
 }
 
 bool TreePeer::OnDrag(UINT message, WPARAM wparam, LPARAM lparam) {
-  if (!tree_.Dragging()) return false;
+  if (!Model().Dragging()) return false;
   switch (message) {
     case WM_MOUSEMOVE:
-      tree_.DragOver.Raise(NodeAt(PointOf(lparam)));
+      Model().DragOver.Raise(NodeAt(PointOf(lparam)));
       return true;
     case WM_LBUTTONUP:
       EndDrag(true, PointOf(lparam));
@@ -184,8 +184,8 @@ LRESULT TreePeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
       if (IsControlCharacter(wparam)) return 0;  // the control would only beep
       break;
     case WM_KEYDOWN:
-      if (wparam == VK_SPACE && tree_.CheckBoxes() && tree_.SelectedItem() != nullptr) {
-        ToggleCheck(*tree_.SelectedItem());
+      if (wparam == VK_SPACE && Model().CheckBoxes() && Model().SelectedItem() != nullptr) {
+        ToggleCheck(*Model().SelectedItem());
       }
       break;
     case WM_CONTEXTMENU:

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "host/non_copyable.h"
 #include "viewkit/color.h"
 #include "viewkit/control.h"
 #include "viewkit/input.h"
@@ -50,12 +51,10 @@ struct ViewWindowOptions {
 ///
 /// The models must outlive it; when it goes (by its destructor or with its parent) they work on
 /// without peers. One thread owns it: the one that created it.
-class ViewWindow {
+class ViewWindow : private host::NonCopyable {
  public:
   /// Creates the window shown, and all peers. Throws `std::system_error` when the system refuses.
   ViewWindow(const ControlList& controls, ViewWindowOptions options);
-  ViewWindow(const ViewWindow&) = delete;
-  ViewWindow& operator=(const ViewWindow&) = delete;
   ~ViewWindow();
 
   /// Null once the parent has taken the window with it.

@@ -1,12 +1,13 @@
 #include "viewkit/win32/visual_styles.h"
 
+#include "host/non_copyable.h"
 #include "viewkit/win32/window.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
 
 /// The context of this module's manifest, released when the module goes.
-class ModuleContext {
+class ModuleContext : private host::NonCopyable {
  public:
   ModuleContext() {
     ACTCTXW description{};
@@ -16,8 +17,6 @@ class ModuleContext {
     description.lpResourceName = MAKEINTRESOURCEW(2);
     context_ = CreateActCtxW(&description);
   }
-  ModuleContext(const ModuleContext&) = delete;
-  ModuleContext& operator=(const ModuleContext&) = delete;
   ~ModuleContext() {
     if (Exists()) ReleaseActCtx(context_);
   }

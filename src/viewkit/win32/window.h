@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "host/non_copyable.h"
 #include "viewkit/accessible.h"
 #include "viewkit/input.h"
 
@@ -15,11 +16,9 @@ namespace tavrix::viewkit::win32 {
 
 /// A window class of this module, registered for as long as it lives. A library must give its
 /// classes back before it is unloaded, so these are statics of the module.
-class WindowClass {
+class WindowClass : private host::NonCopyable {
  public:
   explicit WindowClass(std::wstring name, UINT style = 0);
-  WindowClass(const WindowClass&) = delete;
-  WindowClass& operator=(const WindowClass&) = delete;
   ~WindowClass();
   [[nodiscard]] const wchar_t* Name() const { return name_.c_str(); }
 
@@ -46,11 +45,8 @@ struct WindowPlan {
 /// A message may lead to the end of the window and of whatever owns this object; it is kept alive
 /// until the outermost message has been handled. After each call that may run foreign code a
 /// handler therefore asks `Alive` before it goes on.
-class Window : public std::enable_shared_from_this<Window> {
+class Window : public std::enable_shared_from_this<Window>, private host::NonCopyable {
  public:
-  Window() = default;
-  Window(const Window&) = delete;
-  Window& operator=(const Window&) = delete;
   virtual ~Window();
 
   [[nodiscard]] HWND Hwnd() const { return hwnd_; }

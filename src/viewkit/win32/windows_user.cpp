@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/non_copyable.h"
 #include "host/utf.h"
 #include "viewkit/win32/dialog_window.h"
 #include "viewkit/win32/prompt.h"
@@ -80,13 +81,11 @@ std::wstring Description(const std::wstring& file) {
 }  // namespace
 
 /// The container knows of a modal window as long as this lives; then the focus goes back.
-class WindowsUser::Modal {
+class WindowsUser::Modal : private host::NonCopyable {
  public:
   explicit Modal(const WindowsUser& user) : user_(user), focus_(GetFocus()) {
     if (user_.options_.modal) user_.options_.modal(true);
   }
-  Modal(const Modal&) = delete;
-  Modal& operator=(const Modal&) = delete;
   ~Modal() {
     if (IsWindow(focus_)) SetFocus(focus_);
     if (user_.options_.modal) user_.options_.modal(false);
@@ -99,14 +98,12 @@ class WindowsUser::Modal {
 
 /// An owner that takes no input. It has to take it again before the modal window goes: else the
 /// system would activate another program's window.
-class WindowsUser::DisabledOwner {
+class WindowsUser::DisabledOwner : private host::NonCopyable {
  public:
   explicit DisabledOwner(HWND owner)
       : owner_(owner), was_enabled_(owner != nullptr && IsWindowEnabled(owner)) {
     if (was_enabled_) EnableWindow(owner_, FALSE);
   }
-  DisabledOwner(const DisabledOwner&) = delete;
-  DisabledOwner& operator=(const DisabledOwner&) = delete;
   ~DisabledOwner() {
     if (was_enabled_) EnableWindow(owner_, TRUE);
   }

@@ -1,4 +1,4 @@
-#include "viewkit/win32/edit_peers.h"
+#include "viewkit/win32/input_peers.h"
 
 #include <commctrl.h>
 
@@ -72,8 +72,8 @@ LRESULT EditPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
 
 void TextBoxPeer::Open() {
   EditPeer::Open();
-  if (box_.Placeholder().empty()) return;
-  Tell(EM_SETCUEBANNER, FALSE, reinterpret_cast<LPARAM>(host::Wide(box_.Placeholder()).c_str()));
+  if (Model().Placeholder().empty()) return;
+  Tell(EM_SETCUEBANNER, FALSE, reinterpret_cast<LPARAM>(host::Wide(Model().Placeholder()).c_str()));
 }
 
 void SearchBoxPeer::Open() {
@@ -82,7 +82,7 @@ void SearchBoxPeer::Open() {
 }
 
 void ComboBoxPeer::Open() {
-  const bool list = box_.GetStyle() == ComboBox::Style::kList;
+  const bool list = Model().GetStyle() == ComboBox::Style::kList;
   const DWORD kind = list ? CBS_DROPDOWNLIST : CBS_DROPDOWN | CBS_AUTOHSCROLL;
   OpenNative({.class_name = L"COMBOBOX", .style = kind | WS_VSCROLL | CBS_HASSTRINGS});
 }
@@ -112,25 +112,25 @@ void ComboBoxPeer::OnContent(const Change& change) {
 
 void ComboBoxPeer::ShowItems() {
   Tell(CB_RESETCONTENT);
-  for (int item = 0; item < box_.ListCount(); ++item) {
-    Tell(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(host::Wide(box_.List(item)).c_str()));
+  for (int item = 0; item < Model().ListCount(); ++item) {
+    Tell(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(host::Wide(Model().List(item)).c_str()));
   }
 }
 
 void ComboBoxPeer::ShowSelection() {
-  Tell(CB_SETCURSEL, static_cast<WPARAM>(box_.ListIndex()));
-  if (box_.GetStyle() == ComboBox::Style::kEditable) ShowText(box_.Text());
+  Tell(CB_SETCURSEL, static_cast<WPARAM>(Model().ListIndex()));
+  if (Model().GetStyle() == ComboBox::Style::kEditable) ShowText(Model().Text());
 }
 
 std::optional<LRESULT> ComboBoxPeer::OnNotify(UINT message, WPARAM wparam, LPARAM) {
   if (message != WM_COMMAND) return {};
   switch (HIWORD(wparam)) {
     case CBN_SELCHANGE:
-      box_.SetListIndex(static_cast<int>(Tell(CB_GETCURSEL)));
+      Model().SetListIndex(static_cast<int>(Tell(CB_GETCURSEL)));
       return 0;
     case CBN_EDITCHANGE: {
       const host::FlagScope editing(editing_);
-      box_.SetText(ShownText());
+      Model().SetText(ShownText());
       return 0;
     }
     case CBN_SETFOCUS:
@@ -157,6 +157,79 @@ LRESULT ComboBoxPeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     return Window::OnMessage(message, wparam, lparam);  // NOLINT(bugprone-parent-virtual-call)
   }
   return NativePeer::OnMessage(message, wparam, lparam);
+}
+
+void DatePeer::Open() {
+  INITCOMMONCONTROLSEX classes{};
+  classes.dwSize = sizeof classes;
+  classes.dwICC = ICC_DATE_CLASSES;
+  InitCommonControlsEx(&classes);
+  OpenNative({.class_name = DATETIMEPICK_CLASSW, .style = DTS_SHORTDATECENTURYFORMAT});
+  DateTime_SetFormat(Hwnd(), L"yyyy-MM-dd");
+}
+
+bool DatePeer::WantsKey(Key key, Modifiers modifiers) const {
+  if (modifiers.control || modifiers.alt) return false;
+  return key >= Key::kEnd && key <= Key::kDown;  // the ends and the arrows
+}
+
+void DatePeer::ApplyBounds() {
+  const RECT place = PlaceOfLine();
+  SetWindowPos(Hwnd(), nullptr, place.left, place.top, place.right - place.left,
+               place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void DatePeer::OnContent(const Change&) {
+  if (taking_) return;
+  const auto day = Model().Value();
+  SYSTEMTIME date{};
+  date.wYear = static_cast<WORD>(static_cast<int>(day.year()));
+  date.wMonth = static_cast<WORD>(static_cast<unsigned>(day.month()));
+  date.wDay = static_cast<WORD>(static_cast<unsigned>(day.day()));
+  DateTime_SetSystemtime(Hwnd(), GDT_VALID, &date);
+}
+
+LRESULT DatePeer::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+  switch (message) {
+    case WM_KEYDOWN:  // digits and separators come as characters; an arrow goes to another part
+      if (wparam >= VK_PRIOR && wparam <= VK_DELETE) typed_.Clear();
+      break;
+    case WM_SETFOCUS:
+    case WM_LBUTTONDOWN:
+      typed_.Clear();
+      break;
+    case WM_CHAR:
+      switch (typed_.Add(static_cast<char32_t>(wparam))) {
+        case TypedDay::Result::kOther:
+          break;
+        case TypedDay::Result::kComplete:
+          Model().SetValue(typed_.Day());
+          return 0;
+        case TypedDay::Result::kTaken:
+          return 0;
+      }
+      break;
+    default:
+      break;
+  }
+  return NativePeer::OnMessage(message, wparam, lparam);
+}
+
+std::optional<LRESULT> DatePeer::OnNotify(UINT message, WPARAM, LPARAM lparam) {
+  if (message != WM_NOTIFY) return {};
+  if (reinterpret_cast<const NMHDR*>(lparam)->code != DTN_DATETIMECHANGE) return {};
+  const auto& change = *reinterpret_cast<const NMDATETIMECHANGE*>(lparam);
+  if (change.dwFlags != GDT_VALID) return 0;
+  const std::chrono::year_month_day shown{std::chrono::year{change.st.wYear},
+                                          std::chrono::month{change.st.wMonth},
+                                          std::chrono::day{change.st.wDay}};
+  {
+    const host::FlagScope taking(taking_);
+    Model().SetValue(shown);
+  }
+  // Not every system keeps to the calendar, as when the year of a leap day changes.
+  if (Alive() && Model().Value() != shown) OnContent({});
+  return 0;
 }
 
 }  // namespace tavrix::viewkit::win32
