@@ -12,6 +12,7 @@
 #include "com/com_ptr.h"
 #include "com/dispatcher.h"
 #include "com/module.h"
+#include "host/non_copyable.h"
 
 namespace tavrix::com {
 
@@ -19,11 +20,9 @@ namespace tavrix::com {
 /// The object derives from it, has the implementations as members or bases, and dies with the last
 /// reference. It may stand inside another object (aggregation): then that object is what callers
 /// see.
-class ComObject {
+class ComObject : private host::NonCopyable {
  public:
   explicit ComObject(IUnknown* outer = nullptr);
-  ComObject(const ComObject&) = delete;
-  ComObject& operator=(const ComObject&) = delete;
   virtual ~ComObject() = default;
 
   /// What callers see as the object.

@@ -7,11 +7,12 @@
 #include <functional>
 
 #include "com/com_ptr.h"
+#include "host/non_copyable.h"
 
 namespace tavrix::com {
 
 /// Hears one source of events of an object until it ends.
-class EventSink {
+class EventSink : private host::NonCopyable {
  public:
   /// Gets the event's number and its arguments, which stand last first. Exceptions end in the sink.
   /// It may end the sink.
@@ -21,8 +22,6 @@ class EventSink {
   EventSink(IUnknown* object, const IID& events, Handler handler);
   /// The same for a connection point, whatever its events.
   EventSink(const ComPtr<IConnectionPoint>& point, Handler handler);
-  EventSink(const EventSink&) = delete;
-  EventSink& operator=(const EventSink&) = delete;
   ~EventSink();
 
  private:

@@ -11,16 +11,15 @@
 #include "com/com_object.h"
 #include "com/enumerator.h"
 #include "com/variant.h"
+#include "host/non_copyable.h"
 
 namespace tavrix::com {
 
 /// The sinks of one source interface of an object, and its IConnectionPoint. The point shares its
 /// object's life but has an identity of its own, as the protocol wants it.
-class EventSource {
+class EventSource : private host::NonCopyable {
  public:
   EventSource(ComObject& owner, const IID& source) : point_(*this, owner), source_(source) {}
-  EventSource(const EventSource&) = delete;
-  EventSource& operator=(const EventSource&) = delete;
 
   [[nodiscard]] const IID& Source() const { return source_; }
   [[nodiscard]] ComPtr<IConnectionPoint> Point() { return ComPtr<IConnectionPoint>(&point_); }

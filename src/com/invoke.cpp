@@ -11,17 +11,16 @@
 #include "com/abi.h"
 #include "com/failure.h"
 #include "com/raised_exception.h"
+#include "host/non_copyable.h"
 
 namespace tavrix::com {
 
 namespace {
 
 /// The arguments of a method while it is called.
-class Arguments {
+class Arguments : private host::NonCopyable {
  public:
   Arguments(const Member& member, const LateCall& call);
-  Arguments(const Arguments&) = delete;
-  Arguments& operator=(const Arguments&) = delete;
 
   [[nodiscard]] HRESULT Call(void* object, const Member& member);
   /// Hands back what the method has put into references of the caller.

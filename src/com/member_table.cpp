@@ -9,6 +9,7 @@
 
 #include "com/failure.h"
 #include "com/type_library.h"
+#include "host/non_copyable.h"
 
 namespace tavrix::com {
 
@@ -22,11 +23,9 @@ struct IidLess {
 
 /// What a type library lends out and takes back.
 template <class Description, void (STDMETHODCALLTYPE ITypeInfo::*release)(Description*)>
-class Lent {
+class Lent : private host::NonCopyable {
  public:
   explicit Lent(ITypeInfo& info) : info_(info) {}
-  Lent(const Lent&) = delete;
-  Lent& operator=(const Lent&) = delete;
   ~Lent() {
     if (description_ != nullptr) (info_.*release)(description_);
   }

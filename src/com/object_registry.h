@@ -1,7 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <mutex>
 #include <unordered_map>
+
+#include "com/com_object.h"
+#include "com/com_ptr.h"
+#include "host/non_copyable.h"
 
 namespace tavrix::com {
 
@@ -9,7 +14,7 @@ namespace tavrix::com {
 /// identity. An object that outlives its model must not be given for another model at the same
 /// address.
 template <class Object>
-class ObjectRegistry {
+class ObjectRegistry : private host::NonCopyable {
  public:
   /// The latest object of a model that has one; null else.
   [[nodiscard]] static Object* Find(const void* model) {
@@ -23,8 +28,6 @@ class ObjectRegistry {
     const std::lock_guard lock(Mutex());
     Objects()[model_] = &object;
   }
-  ObjectRegistry(const ObjectRegistry&) = delete;
-  ObjectRegistry& operator=(const ObjectRegistry&) = delete;
   ~ObjectRegistry() {
     const std::lock_guard lock(Mutex());
     const auto found = Objects().find(model_);
@@ -44,5 +47,13 @@ class ObjectRegistry {
   const void* model_;
   Object& object_;
 };
+
+/// The object that stands for `model`: the one there is, or a new one. Null for null.
+template <class Object, class Interface, class Model>
+[[nodiscard]] ComPtr<Interface> ObjectFor(const std::shared_ptr<Model>& model) {
+  if (!model) return nullptr;
+  if (auto* object = ObjectRegistry<Object>::Find(model.get())) return ComPtr<Interface>(object);
+  return MakeObject<Object>(nullptr, model).template As<Interface>();
+}
 
 }  // namespace tavrix::com

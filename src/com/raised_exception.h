@@ -5,15 +5,13 @@
 #include <oaidl.h>
 
 #include "com/failure.h"
+#include "host/non_copyable.h"
 
 namespace tavrix::com {
 
 /// An exception that an object has raised in `IDispatch::Invoke`, with the ownership of its texts.
-class RaisedException {
+class RaisedException : private host::NonCopyable {
  public:
-  RaisedException() = default;
-  RaisedException(const RaisedException&) = delete;
-  RaisedException& operator=(const RaisedException&) = delete;
   ~RaisedException();
   /// For the call's out-parameter.
   [[nodiscard]] EXCEPINFO* Put() { return &info_; }

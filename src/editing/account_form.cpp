@@ -10,12 +10,8 @@ using host::Bounds;
 using viewkit::ComboBox;
 using namespace viewkit::form;
 
-// First window identifier of each control array.
-constexpr int kTextId = 100;
-constexpr int kCheckId = 200;
-constexpr int kOptionId = 300;
-constexpr int kListId = 400;
-constexpr int kButtonId = 500;
+/// First window identifier of each control array.
+enum ArrayId { kTextId = 100, kCheckId = 200, kOptionId = 300, kListId = 400, kButtonId = 500 };
 
 // The arrangement, in twips: two columns of equal width.
 constexpr int kColumnWidth = 4080;
@@ -160,32 +156,32 @@ viewkit::Label& AccountForm::PlaceLabel(const char* caption, const Bounds& bound
   return label;
 }
 
+void AccountForm::Place(viewkit::Control& control, int identifier, const Bounds& bounds) {
+  control.SetBounds(bounds);
+  Add(control, identifier);
+}
+
 void AccountForm::PlaceText(int index, const Bounds& bounds) {
-  Txt(index).SetBounds(bounds);
-  Add(Txt(index), kTextId + index);
+  Place(Txt(index), kTextId + index, bounds);
 }
 
 void AccountForm::PlaceList(int index, const Bounds& bounds) {
-  Combo(index).SetBounds(bounds);
-  Add(Combo(index), kListId + index);
+  Place(Combo(index), kListId + index, bounds);
 }
 
 void AccountForm::PlaceCheck(int index, const char* caption, const Bounds& bounds) {
   Chk(index).SetCaption(caption);
-  Chk(index).SetBounds(bounds);
-  Add(Chk(index), kCheckId + index);
+  Place(Chk(index), kCheckId + index, bounds);
 }
 
 void AccountForm::PlaceOption(int index, const char* caption, const Bounds& bounds) {
   opt(index).SetCaption(caption);
-  opt(index).SetBounds(bounds);
-  Add(opt(index), kOptionId + index);
+  Place(opt(index), kOptionId + index, bounds);
 }
 
 void AccountForm::PlaceButton(int index, const char* caption, const Bounds& bounds) {
   Cmd(index).SetCaption(caption);
-  Cmd(index).SetBounds(bounds);
-  Add(Cmd(index), kButtonId + index);
+  Place(Cmd(index), kButtonId + index, bounds);
 }
 
 void AccountForm::ShowAbove(const std::string& text) {

@@ -68,6 +68,7 @@ class AccountForm : public viewkit::DialogModel {
 
   void PlaceFrame(const char* caption, const host::Bounds& bounds);
   viewkit::Label& PlaceLabel(const char* caption, const host::Bounds& bounds);
+  void Place(viewkit::Control& control, int identifier, const host::Bounds& bounds);
   void PlaceText(int index, const host::Bounds& bounds);
   void PlaceList(int index, const host::Bounds& bounds);
   void PlaceCheck(int index, const char* caption, const host::Bounds& bounds);

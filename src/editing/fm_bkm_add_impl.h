@@ -10,6 +10,7 @@
 #include "editing/fm_bkm_add.h"
 #include "editing/unfinished_save.h"
 #include "host/error.h"
+#include "host/non_copyable.h"
 #include "host/objects.h"
 #include "host/report.h"
 #include "viewkit/ports.h"
@@ -51,13 +52,11 @@ struct FmBkmAdd::Session {
   return host::HostError("找不到该科目");
 }
 
-class FmBkmAdd::Busy {
+class FmBkmAdd::Busy : private host::NonCopyable {
  public:
   Busy(FmBkmAdd& dialog, const std::string& status) : wait_(dialog.user_), dialog_(dialog) {
     dialog_.Message.Raise(status);
   }
-  Busy(const Busy&) = delete;
-  Busy& operator=(const Busy&) = delete;
   ~Busy() {
     try {
       dialog_.Message.Raise("");

@@ -2,14 +2,14 @@
 
 #include <utility>
 
+#include "host/non_copyable.h"
+
 namespace tavrix::host {
 
 /// Sets a flag for the length of a scope and puts the old value back.
-class FlagScope {
+class FlagScope : private NonCopyable {
  public:
   explicit FlagScope(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
-  FlagScope(const FlagScope&) = delete;
-  FlagScope& operator=(const FlagScope&) = delete;
   ~FlagScope() { flag_ = before_; }
 
  private:

@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "host/controls.h"
+#include "host/non_copyable.h"
 #include "host/report.h"
 
 namespace tavrix::host {
@@ -10,11 +11,9 @@ namespace tavrix::host {
 /// Coalesces the change notices of a grid while it lives. What a listener throws at its end reaches
 /// the caller as it does from a single change, but never takes the place of a failure that is on
 /// its way already.
-class GridUpdate {
+class GridUpdate : private NonCopyable {
  public:
   explicit GridUpdate(Grid& grid) : grid_(grid) { grid_.BeginUpdate(); }
-  GridUpdate(const GridUpdate&) = delete;
-  GridUpdate& operator=(const GridUpdate&) = delete;
   ~GridUpdate() noexcept(false) {
     if (std::uncaught_exceptions() == failures_) {
       grid_.EndUpdate();

@@ -18,11 +18,6 @@ class ForeignValue {
   [[nodiscard]] virtual double ToNumber() const = 0;
   /// There is no value in it: an object without one, an array. Its text is empty, its number 0.
   [[nodiscard]] virtual bool IsObject() const { return false; }
-
- protected:
-  ForeignValue() = default;
-  ForeignValue(const ForeignValue&) = default;
-  ForeignValue& operator=(const ForeignValue&) = default;
 };
 
 /// One value that passes between the host and the library: a field, a scalar, an argument.

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "host/forms.h"
+#include "host/non_copyable.h"
 #include "host/objects.h"
 #include "host/report.h"
 #include "viewkit/control.h"
@@ -26,14 +27,12 @@ namespace tavrix::maintenance {
 /// The host calls `Init`, then `Refresh`; after `Clear` it must call `Init` again. No member throws
 /// except `Init`; failures are reported through `ErrMessage`. The system object is borrowed from
 /// `Init` to `Clear`. Works the same with and without windows.
-class Kjkm : public host::IFormUI, public host::IDesignUI {
+class Kjkm : public host::IFormUI, public host::IDesignUI, private host::NonCopyable {
  public:
   static constexpr int kPages = 7;
 
   /// `user` must outlive the view.
   explicit Kjkm(viewkit::UserPort& user);
-  Kjkm(const Kjkm&) = delete;
-  Kjkm& operator=(const Kjkm&) = delete;
   ~Kjkm() override;
 
   // host::IFormUI
@@ -94,6 +93,8 @@ class Kjkm : public host::IFormUI, public host::IDesignUI {
   void Report(const std::string& text, std::int32_t level);
   template <class Body>
   host::TrapResult<Body> Trapped(std::string_view prefix, std::int32_t level, Body&& body) noexcept;
+  using RecordMove = bool (host::GridNavigator::*)(host::Grid&);
+  bool MoveRecord(std::string_view prefix, RecordMove move);
   /// The running session, or a `HostError` when the last `Init` has not succeeded.
   [[nodiscard]] std::shared_ptr<Session> Running() const;
   /// `Clear` has not ended the session.

@@ -58,24 +58,25 @@ void ThrowIfFailed(const std::string& error) {
 
 }  // namespace
 
+bool Kjkm::MoveRecord(std::string_view prefix, RecordMove move) {
+  return Trapped(prefix, host::kCommandError,
+                 [this, move] { (void)(Navigator().get()->*move)(CurrentGrid()); });
+}
+
 bool Kjkm::RecordTop() {
-  return Trapped("RecordTop->", host::kCommandError,
-                 [this] { (void)Navigator()->MoveTop(CurrentGrid()); });
+  return MoveRecord("RecordTop->", &host::GridNavigator::MoveTop);
 }
 
 bool Kjkm::RecordPrevious() {
-  return Trapped("RecordPrevious->", host::kCommandError,
-                 [this] { (void)Navigator()->MovePrevious(CurrentGrid()); });
+  return MoveRecord("RecordPrevious->", &host::GridNavigator::MovePrevious);
 }
 
 bool Kjkm::RecordNext() {
-  return Trapped("RecordNext->", host::kCommandError,
-                 [this] { (void)Navigator()->MoveNext(CurrentGrid()); });
+  return MoveRecord("RecordNext->", &host::GridNavigator::MoveNext);
 }
 
 bool Kjkm::RecordBottom() {
-  return Trapped("RecordBottom->", host::kCommandError,
-                 [this] { (void)Navigator()->MoveBottom(CurrentGrid()); });
+  return MoveRecord("RecordBottom->", &host::GridNavigator::MoveBottom);
 }
 
 bool Kjkm::Find(const host::Value& pvData) {

@@ -8,6 +8,7 @@
 
 #include "editing/fm_bkm_add.h"
 #include "host/forms.h"
+#include "host/non_copyable.h"
 #include "host/objects.h"
 #include "host/report.h"
 #include "picker/col_kjkm.h"
@@ -33,14 +34,12 @@ namespace tavrix::picker {
 /// The host calls `Init`, sets the parameters and calls `Refresh` each time it shows the picker;
 /// after `Clear` it must call `Init` again. Only `Init` and `Validate` throw; other failures are
 /// shown in the message label. Works the same with and without windows.
-class selKjkm : public host::IPickerUI, public host::IDesignUI {
+class selKjkm : public host::IPickerUI, public host::IDesignUI, private host::NonCopyable {
  public:
   static constexpr int kButtons = 4;
 
   /// `user` must outlive the picker.
   explicit selKjkm(viewkit::UserPort& user);
-  selKjkm(const selKjkm&) = delete;
-  selKjkm& operator=(const selKjkm&) = delete;
   ~selKjkm() override;
 
   // host::IPickerUI

@@ -4,6 +4,7 @@
 #include "host/account.h"
 #include "host/calls.h"
 #include "host/flag_scope.h"
+#include "host/non_copyable.h"
 #include "picker/parameters.h"
 #include "picker/sel_kjkm_impl.h"
 #include "picker/tree_keys.h"
@@ -15,11 +16,9 @@ namespace {
 using viewkit::Relationship;
 
 /// Lets the tree paint again, whatever stopped the filling of it.
-class Painting {
+class Painting : private host::NonCopyable {
  public:
   explicit Painting(viewkit::cTreeView& tree) : tree_(tree) {}
-  Painting(const Painting&) = delete;
-  Painting& operator=(const Painting&) = delete;
   ~Painting() { tree_.Redraw(false); }  // clearing the switch resumes the painting
 
  private:

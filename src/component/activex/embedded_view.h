@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "host/non_copyable.h"
 #include "viewkit/color.h"
 #include "viewkit/control.h"
 #include "viewkit/win32/windows_user.h"
@@ -10,11 +11,9 @@
 namespace tavrix::component {
 
 /// What it takes to place a view in a container.
-class EmbeddedView {
+class EmbeddedView : private host::NonCopyable {
  public:
   EmbeddedView();
-  EmbeddedView(const EmbeddedView&) = delete;
-  EmbeddedView& operator=(const EmbeddedView&) = delete;
   virtual ~EmbeddedView() = default;
 
   [[nodiscard]] virtual viewkit::ControlList& Controls() = 0;

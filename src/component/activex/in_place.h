@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "com/com_ptr.h"
+#include "host/non_copyable.h"
 #include "viewkit/win32/view_window.h"
 
 namespace tavrix::component {
@@ -17,11 +18,9 @@ class ActiveControl;
 
 /// A control's life in its container: passive, in place (it has a window), or active for the user
 /// (it has the frame's keys too).
-class InPlace {
+class InPlace : private host::NonCopyable {
  public:
   explicit InPlace(ActiveControl& control) : control_(control) {}
-  InPlace(const InPlace&) = delete;
-  InPlace& operator=(const InPlace&) = delete;
   ~InPlace();
 
   /// Creates the window or shows it again, and hands the frame's keys to the control when `ui` is

@@ -4,17 +4,15 @@
 #include <utility>
 #include <vector>
 
+#include "host/non_copyable.h"
 #include "viewkit/event.h"
 
 namespace tavrix::component {
 
 /// Listeners that end with the object that owns them, or before: what raises the events may live
 /// longer. The events must outlive this.
-class Listening {
+class Listening : private host::NonCopyable {
  public:
-  Listening() = default;
-  Listening(const Listening&) = delete;
-  Listening& operator=(const Listening&) = delete;
   ~Listening() { End(); }
 
   template <class... Args>

@@ -4,6 +4,7 @@
 
 #include "com/abi.h"
 #include "component/activex/active_control.h"
+#include "host/non_copyable.h"
 #include "host/report.h"
 #include "viewkit/win32/handles.h"
 #include "viewkit/win32/window.h"
@@ -16,7 +17,7 @@ namespace {
 
 /// Puts the view back into the size and its controls into the places that they have now, when it
 /// goes: a picture changes nothing.
-class KeptLayout {
+class KeptLayout : private host::NonCopyable {
  public:
   explicit KeptLayout(ActiveControl& control) : control_(control), size_(control.Size()) {
     const viewkit::ControlList& controls = control.View().Controls();
@@ -24,8 +25,6 @@ class KeptLayout {
       places_.push_back(controls.At(i).GetBounds());
     }
   }
-  KeptLayout(const KeptLayout&) = delete;
-  KeptLayout& operator=(const KeptLayout&) = delete;
   ~KeptLayout() {
     host::IgnoreErrors([this] {
       control_.Resize(size_);

@@ -25,11 +25,11 @@ class AutomationRecordset : public Adapted<host::Recordset, IHostRecordset> {
     return ToRowSet(Object().Get(L"GetRows"));
   }
   void Find(const std::string& criteria) override {
-    Object().Call(L"Find", {com::Variant(std::string_view(criteria))});
+    Object().Call(L"Find", {com::Variant(criteria)});
   }
   void MoveFirst() override { Object().Call(L"MoveFirst"); }
   [[nodiscard]] host::Value Field(const std::string& name) override {
-    return ValueOf(com::Variant(std::string_view(name)));
+    return ValueOf(com::Variant(name));
   }
   [[nodiscard]] host::Value Field(int position) override { return ValueOf(com::Variant(position)); }
   void Close() override { Object().Call(L"Close"); }
@@ -90,8 +90,7 @@ class AutomationPropertySet : public Adapted<host::PropertySet, IHostPropertySet
  public:
   using Adapted::Adapted;
   [[nodiscard]] std::shared_ptr<host::Property> Item(const std::string& key) override {
-    return Adapt<AutomationProperty>(
-        Object().ObjectOf(L"Item", {com::Variant(std::string_view(key))}));
+    return Adapt<AutomationProperty>(Object().ObjectOf(L"Item", {com::Variant(key)}));
   }
 };
 
@@ -101,7 +100,7 @@ class AutomationDatabase : public Adapted<host::Database, IHostDatabase> {
   [[nodiscard]] std::shared_ptr<host::Statement> OpenSql(const std::string& sql,
                                                          int mode) override {
     return Adapt<AutomationStatement>(
-        Object().ObjectOf(L"OpenSql", {com::Variant(std::string_view(sql)), com::Variant(mode)}));
+        Object().ObjectOf(L"OpenSql", {com::Variant(sql), com::Variant(mode)}));
   }
   [[nodiscard]] std::shared_ptr<host::ErrorEntry> LastError() override {
     return Adapt<AutomationError>(Object().ObjectOf(L"LastError"));

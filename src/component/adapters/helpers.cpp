@@ -10,21 +10,17 @@ namespace tavrix::component {
 
 namespace {
 
-com::Variant Text(const std::string& text) {
-  return com::Variant(std::string_view(text));
-}
-
 class AutomationCodeRule : public Adapted<host::CodeRule, IHostCodeRule> {
  public:
   using Adapted::Adapted;
   [[nodiscard]] std::string ParentCode(const std::string& code, const std::string& rule) override {
-    return Object().GivenTextOf(L"ParentCode", {Text(code), Text(rule)});
+    return Object().GivenTextOf(L"ParentCode", {com::Variant(code), com::Variant(rule)});
   }
   [[nodiscard]] std::int32_t LevelOf(const std::string& code, const std::string& rule) override {
-    return Object().LongOf(L"LevelOf", {Text(code), Text(rule)});
+    return Object().LongOf(L"LevelOf", {com::Variant(code), com::Variant(rule)});
   }
   [[nodiscard]] std::int32_t LengthAtLevel(std::int32_t level, const std::string& rule) override {
-    return Object().LongOf(L"LengthAtLevel", {com::Variant(level), Text(rule)});
+    return Object().LongOf(L"LengthAtLevel", {com::Variant(level), com::Variant(rule)});
   }
 };
 
@@ -63,17 +59,19 @@ class AutomationNavigator : public Adapted<host::GridNavigator, IHostGridNavigat
 class AutomationSettingsFile : public Adapted<host::SettingsFile, IHostSettingsFile> {
  public:
   using Adapted::Adapted;
-  void SetFileName(const std::string& path) override { Object().Put(L"FileName", Text(path)); }
+  void SetFileName(const std::string& path) override {
+    Object().Put(L"FileName", com::Variant(path));
+  }
   [[nodiscard]] std::string ReadValue(const std::string& section, const std::string& key,
                                       const std::string& fallback) override {
-    const host::Value kept =
-        com::ToValue(Object().Get(L"ReadValue", {Text(section), Text(key), Text(fallback)}));
+    const host::Value kept = com::ToValue(Object().Get(
+        L"ReadValue", {com::Variant(section), com::Variant(key), com::Variant(fallback)}));
     // What is no text was not kept by anyone: as an absent key.
     return kept.IsNull() || kept.IsObject() ? fallback : kept.ToText();
   }
   void WriteValue(const std::string& section, const std::string& key,
                   const std::string& value) override {
-    Object().Call(L"WriteValue", {Text(section), Text(key), Text(value)});
+    Object().Call(L"WriteValue", {com::Variant(section), com::Variant(key), com::Variant(value)});
   }
 };
 
@@ -82,11 +80,11 @@ class AutomationParameters : public Adapted<host::Parameters, IHostParameters> {
   AutomationParameters(com::ComPtr<IDispatch> object, SharedOwner owner)
       : Adapted(std::move(object)), owner_(std::move(owner)) {}
   [[nodiscard]] bool Exists(const std::string& key) override {
-    return Object().FlagOf(L"Exists", {Text(key)});
+    return Object().FlagOf(L"Exists", {com::Variant(key)});
   }
   [[nodiscard]] host::Value Item(const std::string& key) override {
     // An entry is an object with a value; a plain value is accepted too.
-    const com::Variant entry = Object().Get(L"Item", {Text(key)});
+    const com::Variant entry = Object().Get(L"Item", {com::Variant(key)});
     const auto object = entry.Object();
     return com::ToValue(object ? com::LateObject(object, IID_IHostParameter).Get(L"Value") : entry);
   }

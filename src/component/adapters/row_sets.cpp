@@ -14,6 +14,7 @@
 #include "com/late_object.h"
 #include "com/trace.h"
 #include "com/values.h"
+#include "host/non_copyable.h"
 #include "host/trace.h"
 #include "host/utf.h"
 
@@ -22,13 +23,11 @@ namespace tavrix::component {
 namespace {
 
 /// Access to the elements of an array as long as it lives.
-class LockedArray {
+class LockedArray : private host::NonCopyable {
  public:
   explicit LockedArray(SAFEARRAY& array) : array_(array) {
     com::Check(SafeArrayAccessData(&array_, &data_));
   }
-  LockedArray(const LockedArray&) = delete;
-  LockedArray& operator=(const LockedArray&) = delete;
   ~LockedArray() { SafeArrayUnaccessData(&array_); }
   [[nodiscard]] void* Data() const { return data_; }
 

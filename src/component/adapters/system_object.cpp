@@ -10,10 +10,6 @@ namespace tavrix::component {
 
 namespace {
 
-com::Variant Text(const std::string& text) {
-  return com::Variant(std::string_view(text));
-}
-
 class AutomationSetting : public Adapted<host::SettingEntry, IHostSetting> {
  public:
   using Adapted::Adapted;
@@ -45,13 +41,14 @@ class AutomationSystem : public Adapted<host::SystemObject, IHostSystem> {
   }
   [[nodiscard]] std::shared_ptr<host::SettingEntry> GetSetting(
       const std::string& key, const std::string& section) override {
-    return Adapt<AutomationSetting>(Object().ObjectOf(L"GetSetting", {Text(key), Text(section)}));
+    return Adapt<AutomationSetting>(
+        Object().ObjectOf(L"GetSetting", {com::Variant(key), com::Variant(section)}));
   }
   [[nodiscard]] Identifier NewIdentifier(const std::string& table,
                                          const std::string& column) override {
-    com::Variant error = Text({});
-    const com::Variant id =
-        Object().GetWithReference(L"NewIdentifier", {Text(table), Text(column)}, error);
+    com::Variant error = com::Variant(std::string_view());
+    const com::Variant id = Object().GetWithReference(
+        L"NewIdentifier", {com::Variant(table), com::Variant(column)}, error);
     std::string failure = host::NoObject(com::ToValue(error), "NewIdentifier").ToText();
     if (!failure.empty()) return {0, std::move(failure)};
     return {host::RequiredLong(com::ToValue(id), "NewIdentifier"), {}};

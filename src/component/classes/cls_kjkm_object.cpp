@@ -1,8 +1,6 @@
-#include "component/classes/cls_kjkm_object.h"
+#include "component/classes/picked_accounts.h"
 
 #include "com/abi.h"
-#include "component/classes/col_kjkm_object.h"
-#include "component/classes/picked_accounts.h"
 #include "component/controls/child_control_object.h"
 
 namespace tavrix::component {
@@ -64,10 +62,7 @@ HRESULT ClsKjkmObject::sbClear() noexcept {
 }
 
 com::ComPtr<_clsKjkm> PickedAccountObject(const std::shared_ptr<picker::clsKjkm>& account) {
-  if (!account) return nullptr;
-  if (auto* object = com::ObjectRegistry<ClsKjkmObject>::Find(account.get()))
-    return com::ComPtr<_clsKjkm>(object);
-  return com::MakeObject<ClsKjkmObject>(nullptr, account).As<_clsKjkm>();
+  return com::ObjectFor<ClsKjkmObject, _clsKjkm>(account);
 }
 
 }  // namespace tavrix::component

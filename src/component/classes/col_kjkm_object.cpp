@@ -1,11 +1,10 @@
-#include "component/classes/col_kjkm_object.h"
+#include "component/classes/picked_accounts.h"
 
 #include <vector>
 
 #include "com/abi.h"
 #include "com/enumerator.h"
 #include "com/values.h"
-#include "component/classes/picked_accounts.h"
 
 namespace tavrix::component {
 
@@ -76,10 +75,7 @@ HRESULT ColKjkmObject::get_NewEnum(IUnknown** result) noexcept {
 }
 
 com::ComPtr<_colKjkm> PickedAccountsObject(const std::shared_ptr<picker::colKjkm>& accounts) {
-  if (!accounts) return nullptr;
-  if (auto* object = com::ObjectRegistry<ColKjkmObject>::Find(accounts.get()))
-    return com::ComPtr<_colKjkm>(object);
-  return com::MakeObject<ColKjkmObject>(nullptr, accounts).As<_colKjkm>();
+  return com::ObjectFor<ColKjkmObject, _colKjkm>(accounts);
 }
 
 }  // namespace tavrix::component

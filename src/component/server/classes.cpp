@@ -1,9 +1,7 @@
 #include "component/server/classes.h"
 
-#include "component/classes/cls_kjkm_object.h"
-#include "component/classes/col_kjkm_object.h"
-#include "component/classes/kjkm_control.h"
-#include "component/classes/sel_kjkm_control.h"
+#include "component/classes/picked_accounts.h"
+#include "component/classes/view_controls.h"
 
 namespace tavrix::component {
 

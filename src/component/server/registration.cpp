@@ -15,6 +15,7 @@
 #include "com/type_library.h"
 #include "component/activex/ole_object.h"
 #include "component/server/classes.h"
+#include "host/non_copyable.h"
 
 namespace tavrix::component {
 
@@ -116,11 +117,8 @@ void Write(const Value& value) {
 }
 
 /// Writes values, and takes all back when it goes before `Keep`.
-class Transaction {
+class Transaction : private host::NonCopyable {
  public:
-  Transaction() = default;
-  Transaction(const Transaction&) = delete;
-  Transaction& operator=(const Transaction&) = delete;
   ~Transaction() {
     for (auto step = steps_.rbegin(); step != steps_.rend(); ++step) {
       static_cast<void>(com::Guarded(IID_NULL, [&] { TakeBack(*step); }));
