@@ -8,6 +8,7 @@
 
 #include "book/host/parameters.h"
 #include "book/session/session.h"
+#include "host/non_copyable.h"
 #include "viewkit/controls/text_box.h"
 #include "views/posting_account.h"
 
@@ -30,16 +31,11 @@ class AccountChooser {
   /// Drops down from the box; `sought` is searched. Ends in `AccountField::Picked`.
   virtual void Open(const std::string& sought) = 0;
   [[nodiscard]] virtual bool IsOpen() const = 0;
-
- protected:
-  AccountChooser() = default;
-  AccountChooser(const AccountChooser&) = default;
-  AccountChooser& operator=(const AccountChooser&) = default;
 };
 
 /// The box for a line's account: what is typed there becomes an account, by its code, name or
 /// mnemonic, or one is picked. Which accounts are allowed is the picker's to say, both ways.
-class AccountField {
+class AccountField : private tavrix::host::NonCopyable {
  public:
   struct Calls {
     /// The open book's; null without one.
@@ -52,8 +48,6 @@ class AccountField {
 
   /// Box and chooser must outlive it.
   AccountField(viewkit::TextBox& box, AccountChooser& chooser, Calls calls);
-  AccountField(const AccountField&) = delete;
-  AccountField& operator=(const AccountField&) = delete;
 
   /// Which accounts are allowed: a number in `AccountRanges`, and the user's part of it.
   void SetRange(std::size_t range, std::string typed);

@@ -69,7 +69,7 @@ BatchDialog::BatchDialog(book::Session& session, const std::string& code, LongRu
 
 void BatchDialog::PlaceForm() {
   const auto rows = FormRows();
-  PutLabel(action_label_, "操作", rows.Label(0));
+  PutLabel("操作", rows.Label(0));
   host::Bounds bounds = rows.Field(0);
   bounds.width = kOptionWidth;
   for (const auto& [button, caption] :
@@ -79,7 +79,7 @@ void BatchDialog::PlaceForm() {
     Put(*button, bounds);
     bounds.left += kOptionWidth;
   }
-  PutLabel(filter_label_, "筛选(&F)", rows.Label(1));
+  PutLabel("筛选(&F)", rows.Label(1));
   bounds = rows.Field(1);
   bounds.width = kFilterWidth;
   filter_.SetPlaceholder("编码或名称");

@@ -45,12 +45,10 @@ class BatchDialog : public PreviewDialog {
   std::vector<std::size_t> filtered_;  // the accounts that the filter leaves
   std::int64_t changed_ = 0;
 
-  viewkit::Label action_label_{"Lbl", 0};
   viewkit::OptionGroup actions_;
   viewkit::OptionButton seal_{actions_, "Opt", 0};
   viewkit::OptionButton unseal_{actions_, "Opt", 1};
   viewkit::OptionButton delete_{actions_, "Opt", 2};
-  viewkit::Label filter_label_{"Lbl", 1};
   viewkit::TextBox filter_{"Txt", 0};
 };
 

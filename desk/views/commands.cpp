@@ -29,17 +29,6 @@ constexpr Key Function(int number) {
 using enum Command;
 using enum MenuGroup;
 
-/// No wider than a menu should be.
-std::string Shortened(std::string_view text) {
-  constexpr int kMaxCharacters = 30;
-  int characters = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool begins = (static_cast<unsigned char>(text[i]) & 0xC0) != 0x80;
-    if (begins && ++characters > kMaxCharacters) return std::string(text.substr(0, i)) + "…";
-  }
-  return std::string(text);
-}
-
 constexpr CommandInfo LevelInfo(int level, const char* text, const char* key) {
   return {.command = static_cast<Command>(IdOf(kLevelFirst) + level - 1),
           .group = kLevels,

@@ -68,10 +68,9 @@ std::string ExampleOf(const book::SourceTable& table, std::size_t column, std::s
 }  // namespace
 
 ImportDialog::ImportDialog(Plan plan, book::ImportSource source, viewkit::UserPort& user)
-    : DialogModel("DeskImport"), plan_(std::move(plan)), source_(std::move(source)), user_(user) {
+    : FormDialog("DeskImport"), plan_(std::move(plan)), source_(std::move(source)), user_(user) {
   SetCaption("导入科目 - " + plan_.file);
   Place();
-  SetButtons(ok_, cancel_);
   meaning_.AddItem("（不导入）", -1);
   for (const book::FieldInfo& info : book::Fields()) {
     meaning_.AddItem(std::string(info.title), static_cast<int>(book::IndexOf(info.field)));
@@ -88,7 +87,7 @@ void ImportDialog::FillReading() {
   separator_.Clear();
   encoding_.SetEnabled(!source_.IsSheets());
   if (source_.IsSheets()) {
-    separator_label_.SetCaption("工作表(&S)");
+    separator_label_->SetCaption("工作表(&S)");
     for (const std::string& name : source_.Sheets()) separator_.AddItem(name);
     separator_.SetListIndex(static_cast<int>(source_.Sheet()));
   } else {
@@ -169,8 +168,6 @@ void ImportDialog::Listen() {
   meaning_.Changed.Add([this] { TakeMeaning(); });
   problems_.Clicked.Add([this] { ShowLines(); });
   skip_.Clicked.Add([this] { Enable(); });
-  ok_.Clicked.Add([this] { Accept(); });
-  cancel_.Clicked.Add([this] { Close(); });
 }
 
 void ImportDialog::ShowColumns() {
@@ -229,7 +226,7 @@ void ImportDialog::Enable() {
   const bool any = shown_.Count(ImportState::kAdd) + shown_.Count(ImportState::kChange) > 0;
   problems_.SetEnabled(refused);
   skip_.SetEnabled(refused && any);
-  ok_.SetEnabled(any && (!refused || IsSet(skip_)));
+  AcceptButton().SetEnabled(any && (!refused || IsSet(skip_)));
 }
 
 void ImportDialog::ShowLines() {

@@ -7,22 +7,17 @@
 #include "book/session/session.h"
 #include "viewkit/controls/check_box.h"
 #include "viewkit/controls/combo_box.h"
-#include "viewkit/controls/dialog_model.h"
-#include "viewkit/controls/label.h"
 #include "viewkit/controls/text_box.h"
-#include "viewkit/grid/flex_grid.h"
 #include "viewkit/ports.h"
+#include "views/form_dialog.h"
 
 namespace desk::views {
-
-namespace viewkit = tavrix::viewkit;
-namespace host = tavrix::host;
 
 /// The dialog between a file and the chart: how the file is read, what its columns mean, and line
 /// by line what an import would do. F2 in the list of columns leads to the box with the meanings.
 /// Where lines are refused nothing is imported unless the user has said that they are to be
 /// skipped.
-class ImportDialog : public viewkit::DialogModel {
+class ImportDialog : public FormDialog {
  public:
   struct Plan {
     std::string file = {};  ///< its name, for the caption
@@ -35,7 +30,6 @@ class ImportDialog : public viewkit::DialogModel {
   /// What the book or the file throws while it is read passes through.
   ImportDialog(Plan plan, book::ImportSource source, viewkit::UserPort& user);
 
-  void FitInto(int height) override;
   /// Whether something has been imported.
   [[nodiscard]] bool Done() const { return done_; }
   /// What would happen now.
@@ -52,7 +46,6 @@ class ImportDialog : public viewkit::DialogModel {
   void PlaceReading(int top);
   void PlaceColumns(int top);
   void PlaceLines(int top);
-  void Put(viewkit::Control& control, const host::Bounds& bounds);
   void Listen();
   void FillReading();
   void Propose(book::ImportOptions options);
@@ -65,7 +58,7 @@ class ImportDialog : public viewkit::DialogModel {
   void Judge();
   void Enable();
   void ShowLines();
-  void Accept();
+  void Accept() override;
   /// Runs `body`; what it throws is told.
   bool Trapped(const std::function<void()>& body);
 
@@ -77,23 +70,18 @@ class ImportDialog : public viewkit::DialogModel {
   bool showing_ = false;  // the boxes are being filled: no edit of the user
   bool done_ = false;
 
-  viewkit::Label encoding_label_{"Lbl", 0};
   viewkit::ComboBox encoding_{viewkit::ComboBox::Style::kList, "Combo", 0};
-  viewkit::Label separator_label_{"Lbl", 1};
+  viewkit::Label* separator_label_ = nullptr;
   viewkit::ComboBox separator_{viewkit::ComboBox::Style::kList, "Combo", 1};
-  viewkit::Label rule_label_{"Lbl", 2};
   viewkit::TextBox rule_{"Txt", 0};
   viewkit::CheckBox header_{"Chk", 0};
   viewkit::CheckBox mnemonics_{"Chk", 1};
   viewkit::FlexGrid columns_{"Columns"};
-  viewkit::Label meaning_label_{"Lbl", 3};
   viewkit::ComboBox meaning_{viewkit::ComboBox::Style::kList, "Combo", 2};
   viewkit::CheckBox problems_{"Chk", 2};
   viewkit::FlexGrid lines_{"Lines"};
   viewkit::Label summary_{"Lbl", 4};
   viewkit::CheckBox skip_{"Chk", 3};
-  viewkit::CommandButton ok_{"Cmd", 0};
-  viewkit::CommandButton cancel_{"Cmd", 1};
 };
 
 }  // namespace desk::views

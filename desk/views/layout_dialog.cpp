@@ -48,7 +48,7 @@ void TakeHeight(const viewkit::TextBox& box, int& twips) {
 }  // namespace
 
 LayoutDialog::LayoutDialog(Plan plan, LayoutChoice choice, viewkit::UserPort& user)
-    : DialogModel("DeskLayout"),
+    : FormDialog("DeskLayout"),
       plan_(std::move(plan)),
       before_(choice),
       choice_(std::move(choice)),
@@ -61,31 +61,22 @@ LayoutDialog::LayoutDialog(Plan plan, LayoutChoice choice, viewkit::UserPort& us
   } else {
     PlaceWidths();
   }
-  SetButtons(ok_, cancel_);
   ShowRows();
   Listen();
   list_.SetRow(list_.FixedRows());
 }
 
 int LayoutDialog::PlaceList(int width, int height) {
-  list_.SetFixedRows(1);
-  list_.SetFixedCols(0);
   const bool everything = plan_.scope == LayoutScope::kEverything;
-  const auto properties = ColumnProperties();
-  list_.SetCols(everything ? static_cast<int>(properties.size()) : int{kWidthProperties});
-  for (int cell = 0; cell < list_.Cols(); ++cell) {
-    const ColumnProperty& property = properties[static_cast<std::size_t>(cell)];
-    list_.SetTextMatrix(0, cell, property.heading);
-    list_.SetColWidth(cell, property.width);
-    list_.SetColDataType(cell, viewkit::ColumnType::kString);
-    list_.SetColAlignment(cell, property.alignment);
-    list_.SetFixedAlignment(cell, Alignment::kCenterCenter);
+  const auto properties =
+      everything ? ColumnProperties() : ColumnProperties().first(kWidthProperties);
+  std::vector<TextColumn> columns;
+  for (const ColumnProperty& property : properties) {
+    columns.push_back({property.heading, property.width, property.alignment});
   }
+  MakeTextList(list_, columns, "列");
   if (!everything) list_.SetColWidth(kTitleProperty, 2850);
-  list_.SetSelectionMode(viewkit::SelectionMode::kByRow);
-  list_.SetAllowSelection(false);
-  list_.SetAccessibleName("列");
-  Put(list_, {kMargin, kMargin, width - 2 * kMargin, height});
+  PutList(list_, {kMargin, kMargin, width - 2 * kMargin, height});
   return kMargin + height + kGap;
 }
 
@@ -136,8 +127,6 @@ void LayoutDialog::Listen() {
   frozen_.Changed.Add(take_grid);
   for (viewkit::TextBox* box : {&header_height_, &row_height_}) box->Changed.Add(take_grid);
   clear_totals_.Clicked.Add(take_grid);
-  ok_.Clicked.Add([this] { Accept(); });
-  cancel_.Clicked.Add([this] { Close(); });
   defaults_.Clicked.Add([this] {
     outcome_ = Outcome::kDefaults;
     Close();

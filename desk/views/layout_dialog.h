@@ -6,20 +6,17 @@
 
 #include "viewkit/controls/check_box.h"
 #include "viewkit/controls/combo_box.h"
-#include "viewkit/controls/dialog_model.h"
-#include "viewkit/controls/form_rows.h"
 #include "viewkit/controls/frame_box.h"
-#include "viewkit/controls/label.h"
 #include "viewkit/controls/text_box.h"
-#include "viewkit/grid/flex_grid.h"
 #include "views/column_layout.h"
+#include "views/form_dialog.h"
 #include "views/layout_property.h"
 
 namespace desk::views {
 
 /// The dialog in which a user sets the columns of a grid: a list of them, and boxes for the chosen
 /// one. Space or a double click in the list shows and hides a column.
-class LayoutDialog : public viewkit::DialogModel {
+class LayoutDialog : public FormDialog {
  public:
   enum class Outcome { kCancelled, kAccepted, kDefaults };
   struct Plan {
@@ -30,7 +27,6 @@ class LayoutDialog : public viewkit::DialogModel {
   };
   LayoutDialog(Plan plan, LayoutChoice choice, viewkit::UserPort& user);
 
-  void FitInto(int height) override;
   [[nodiscard]] Outcome Result() const { return outcome_; }
   [[nodiscard]] const LayoutChoice& Choice() const { return choice_; }
   [[nodiscard]] bool ForOthers() const { return others_.Value() == viewkit::CheckBox::kChecked; }
@@ -51,8 +47,6 @@ class LayoutDialog : public viewkit::DialogModel {
   void PlaceWidths();
   int PlaceList(int width, int height);
   void PlaceButtons(int width, int top);
-  void PutLabel(viewkit::Label& label, const char* caption, const host::Bounds& bounds);
-  void Put(viewkit::Control& control, const host::Bounds& bounds);
   void FillGridBoxes();
   void Listen();
   void ShowRows();
@@ -66,7 +60,7 @@ class LayoutDialog : public viewkit::DialogModel {
   /// Takes the boxes' contents over into what counts for the whole grid.
   void TakeGrid();
   void Toggle();
-  void Accept();
+  void Accept() override;
   [[nodiscard]] ColumnChoice* Chosen();
 
   Plan plan_;
@@ -80,17 +74,12 @@ class LayoutDialog : public viewkit::DialogModel {
   viewkit::FrameBox frame_{"Frame", 0};
   std::vector<Setting> settings_;  // in the order of the Tab key
   viewkit::FrameBox grid_frame_{"Frame", 1};
-  viewkit::Label frozen_label_{"Lbl", 6};
   viewkit::ComboBox frozen_{viewkit::ComboBox::Style::kList, "Combo", 5};
-  viewkit::Label header_height_label_{"Lbl", 8};
   viewkit::TextBox header_height_{"Txt", 1};
-  viewkit::Label row_height_label_{"Lbl", 9};
   viewkit::TextBox row_height_{"Txt", 2};
   viewkit::CheckBox clear_totals_{"Chk", 5};
   viewkit::CheckBox others_{"Chk", 4};
   viewkit::CommandButton defaults_{"Cmd", 2};
-  viewkit::CommandButton ok_{"Cmd", 0};
-  viewkit::CommandButton cancel_{"Cmd", 1};
 };
 
 }  // namespace desk::views

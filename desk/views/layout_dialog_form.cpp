@@ -1,8 +1,5 @@
 // Where the controls of the dialog stand.
 
-#include <algorithm>
-
-#include "viewkit/controls/form_rows.h"
 #include "views/layout_dialog.h"
 
 namespace desk::views {
@@ -24,16 +21,6 @@ Rows ThirdOf(int frame_top, int third) {
 }
 
 }  // namespace
-
-void LayoutDialog::Put(viewkit::Control& control, const Bounds& bounds) {
-  control.SetBounds(bounds);
-  Add(control);
-}
-
-void LayoutDialog::PutLabel(viewkit::Label& label, const char* caption, const Bounds& bounds) {
-  label.SetCaption(caption);
-  Put(label, bounds);
-}
 
 void LayoutDialog::PutSetting(Setting& setting, const Rows& rows, int row) {
   if (!setting.label) return Put(setting.box->Control(), rows.Whole(row));
@@ -57,31 +44,13 @@ void LayoutDialog::PlaceEverything() {
   PlaceButtons(kFormWidth, grid_top + FrameHeight(kGridRows) + kMargin);
 }
 
-/// The list gives way; what stands below it moves up.
-void LayoutDialog::FitInto(int height) {
-  constexpr int kMinList = 1500;
-  Bounds list = list_.GetBounds();
-  const int over = std::min(Height() - height, list.height - kMinList);
-  if (over <= 0) return;
-  list.height -= over;
-  for (std::size_t i = 0; i < Controls().Count(); ++i) {
-    viewkit::Control& control = Controls().At(i);
-    Bounds bounds = control.GetBounds();
-    if (bounds.top < list.top + list.height) continue;
-    bounds.top -= over;
-    control.SetBounds(bounds);
-  }
-  list_.SetBounds(list);
-  SetSize(Width(), Height() - over);
-}
-
 void LayoutDialog::PlaceGrid(int top) {
   const Rows left = ThirdOf(top, 0);
-  PutLabel(frozen_label_, "冻结(&L)", left.Label(0));
+  PutLabel("冻结(&L)", left.Label(0));
   Put(frozen_, left.Field(0));
-  PutLabel(header_height_label_, "标题行高(&H)", ThirdOf(top, 1).Label(0));
+  PutLabel("标题行高(&H)", ThirdOf(top, 1).Label(0));
   Put(header_height_, ThirdOf(top, 1).Field(0));
-  PutLabel(row_height_label_, "数据行高(&B)", ThirdOf(top, 2).Label(0));
+  PutLabel("数据行高(&B)", ThirdOf(top, 2).Label(0));
   Put(row_height_, ThirdOf(top, 2).Field(0));
   clear_totals_.SetCaption("没有要合计的列时，清除原有的小计和合计(&C)");
   Put(clear_totals_, left.At(1, 0, 2 * kThird + kBetween));
@@ -109,11 +78,7 @@ void LayoutDialog::PlaceButtons(int width, int top) {
     defaults_.SetCaption("恢复默认(&R)");
     Put(defaults_, {kMargin, top, viewkit::form::kButtonWidth, kButtonHeight});
   }
-  ok_.SetCaption("确定");
-  Put(ok_, viewkit::form::Button(width, 1, top));
-  cancel_.SetCaption("取消");
-  Put(cancel_, viewkit::form::Button(width, 0, top));
-  SetSize(width, top + kButtonHeight + kMargin);
+  PutButtons("确定", width, top);
 }
 
 }  // namespace desk::views

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "host/non_copyable.h"
 #include "viewkit/control.h"
 #include "views/column_layout.h"
 
@@ -12,11 +13,8 @@
 namespace desk::views {
 
 /// The box in which one property is set.
-class PropertyBox {
+class PropertyBox : private tavrix::host::NonCopyable {
  public:
-  PropertyBox() = default;
-  PropertyBox(const PropertyBox&) = delete;
-  PropertyBox& operator=(const PropertyBox&) = delete;
   virtual ~PropertyBox() = default;
 
   [[nodiscard]] virtual viewkit::Control& Control() = 0;

@@ -46,9 +46,9 @@ MergeDialog::MergeDialog(book::Session& session, const std::string& code, LongRu
 
 void MergeDialog::PlaceForm() {
   const auto rows = FormRows();
-  PutLabel(account_label_, "科目", rows.Label(0));
-  PutLabel(account_, EscapedCaption(TitleOf(from_)), rows.Field(0));
-  PutLabel(into_label_, "合并到(&T)", rows.Label(1));
+  PutLabel("科目", rows.Label(0));
+  PutLabel(EscapedCaption(TitleOf(from_)), rows.Field(0));
+  PutLabel("合并到(&T)", rows.Label(1));
   const host::Bounds bounds = rows.Field(1);
   into_.SetPlaceholder("编码、名称或助记码");
   Put(into_, {bounds.left, bounds.top, kBoxWidth, bounds.height});

@@ -32,9 +32,6 @@ class MergeDialog : public PreviewDialog {
   std::optional<book::MergePlan> plan_;
   std::int64_t moved_ = 0;
 
-  viewkit::Label account_label_{"Lbl", 0};
-  viewkit::Label account_{"Lbl", 1};
-  viewkit::Label into_label_{"Lbl", 2};
   viewkit::TextBox into_{"Txt", 0};
   viewkit::Label into_name_{"Lbl", 3};
 };

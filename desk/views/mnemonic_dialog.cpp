@@ -37,7 +37,7 @@ bool IsSet(const CheckBox& box) {
 
 MnemonicDialog::MnemonicDialog(std::vector<book::MnemonicAccount> accounts, viewkit::UserPort& user,
                                Write write)
-    : DialogModel("DeskMnemonics"), user_(user), write_(std::move(write)) {
+    : FormDialog("DeskMnemonics"), user_(user), write_(std::move(write)) {
   for (book::MnemonicAccount& account : accounts) {
     Line line{.account = std::move(account), .wanted = {}, .taken = false};
     const bool without = line.account.mnemonic.empty();
@@ -47,15 +47,9 @@ MnemonicDialog::MnemonicDialog(std::vector<book::MnemonicAccount> accounts, view
   }
   SetCaption("补助记码");
   Place();
-  SetButtons(ok_, cancel_);
   ShowLines();
   ShowBox();
   Listen();
-}
-
-void MnemonicDialog::Put(viewkit::Control& control, const Bounds& bounds) {
-  control.SetBounds(bounds);
-  Add(control);
 }
 
 void MnemonicDialog::Place() {
@@ -63,58 +57,24 @@ void MnemonicDialog::Place() {
   all_.SetCaption("也列出已有助记码的科目(&A)");
   Put(all_, {kMargin, top, kInside, kBoxHeight});
   top += kRowPitch;
-  list_.SetFixedRows(1);
-  list_.SetFixedCols(0);
-  list_.SetCols(kColumns);
-  constexpr std::pair<const char*, int> kHeads[] = {{"写入", 660},
-                                                    {"科目编码", 1350},
-                                                    {"科目名称", 3150},
-                                                    {"原助记码", 1290},
-                                                    {"新助记码", 1290}};
-  for (int col = 0; col < kColumns; ++col) {
-    list_.SetTextMatrix(0, col, kHeads[col].first);
-    list_.SetColWidth(col, kHeads[col].second);
-    list_.SetColDataType(col, viewkit::ColumnType::kString);
-    list_.SetColAlignment(col, col == kTakenColumn ? viewkit::Alignment::kCenterCenter
-                                                   : viewkit::Alignment::kLeftCenter);
-    list_.SetFixedAlignment(col, viewkit::Alignment::kCenterCenter);
-  }
-  list_.SetSelectionMode(viewkit::SelectionMode::kByRow);
-  list_.SetAllowSelection(false);
-  list_.SetAccessibleName("科目");
-  Put(list_, {kMargin, top, kInside, kListHeight});
+  constexpr TextColumn kHeads[] = {{"写入", 660, viewkit::Alignment::kCenterCenter},
+                                   {"科目编码", 1350},
+                                   {"科目名称", 3150},
+                                   {"原助记码", 1290},
+                                   {"新助记码", 1290}};
+  MakeTextList(list_, kHeads, "科目");
+  PutList(list_, {kMargin, top, kInside, kListHeight});
   top += kListHeight + kGap;
   constexpr int kLabel = 1350;
   constexpr int kBox = 2400;
-  box_label_.SetCaption("新助记码(&M)");
-  Put(box_label_, {kMargin, top + 30, kLabel, kBoxHeight - 30});
+  PutLabel("新助记码(&M)", {kMargin, top + 30, kLabel, kBoxHeight - 30});
   Put(box_, {kMargin + kLabel, top, kBox, kBoxHeight});
   taken_.SetCaption("写入(&W)");
   Put(taken_, {kMargin + kLabel + kBox + 2 * kGap, top, kLabel, kBoxHeight});
   top += kRowPitch + kGap;
   constexpr int kButtons = 2 * viewkit::form::kButtonWidth + 2 * kGap;
   Put(count_, {kMargin, top + 75, kInside - kButtons, kBoxHeight - 30});
-  ok_.SetCaption("确定");
-  Put(ok_, viewkit::form::Button(kWidth, 1, top));
-  cancel_.SetCaption("取消");
-  Put(cancel_, viewkit::form::Button(kWidth, 0, top));
-  SetSize(kWidth, top + kButtonHeight + kMargin);
-}
-
-void MnemonicDialog::FitInto(int height) {
-  constexpr int kMin = 1500;
-  const Bounds list = list_.GetBounds();
-  const int over = std::min(Height() - height, list.height - kMin);
-  if (over <= 0) return;
-  for (std::size_t i = 0; i < Controls().Count(); ++i) {
-    viewkit::Control& control = Controls().At(i);
-    Bounds bounds = control.GetBounds();
-    if (bounds.top < list.top + list.height) continue;
-    bounds.top -= over;
-    control.SetBounds(bounds);
-  }
-  list_.SetBounds({list.left, list.top, list.width, list.height - over});
-  SetSize(Width(), Height() - over);
+  PutButtons("确定", kWidth, top);
 }
 
 void MnemonicDialog::Listen() {
@@ -133,8 +93,6 @@ void MnemonicDialog::Listen() {
     line->taken = IsSet(taken_);
     ShowLine(static_cast<std::size_t>(line - lines_.data()));
   });
-  ok_.Clicked.Add([this] { Accept(); });
-  cancel_.Clicked.Add([this] { Close(); });
 }
 
 void MnemonicDialog::ShowLines() {
@@ -227,7 +185,7 @@ void MnemonicDialog::Count() {
   const auto wanted = std::ranges::count_if(lines_, IsWanted);
   count_.SetCaption("列出 " + std::to_string(shown_.size()) + " 个科目，写入 " +
                     std::to_string(wanted) + " 个");
-  ok_.SetEnabled(wanted > 0);
+  AcceptButton().SetEnabled(wanted > 0);
 }
 
 void MnemonicDialog::Accept() {

@@ -6,27 +6,21 @@
 
 #include "book/ledger/mnemonics.h"
 #include "viewkit/controls/check_box.h"
-#include "viewkit/controls/dialog_model.h"
-#include "viewkit/controls/label.h"
 #include "viewkit/controls/text_box.h"
-#include "viewkit/grid/flex_grid.h"
 #include "viewkit/ports.h"
+#include "views/form_dialog.h"
 
 namespace desk::views {
-
-namespace viewkit = tavrix::viewkit;
-namespace host = tavrix::host;
 
 /// The dialog that gives accounts their mnemonics: a list of those without one, or of all, with
 /// what is proposed; the box below belongs to the chosen account. Enter in the box goes on to the
 /// next account; space in the list takes an account out and in again.
-class MnemonicDialog : public viewkit::DialogModel {
+class MnemonicDialog : public FormDialog {
  public:
   /// Writes the chosen mnemonics; what it throws is told, and the dialog stays.
   using Write = std::function<void(const std::vector<book::NewMnemonic>& wanted)>;
   MnemonicDialog(std::vector<book::MnemonicAccount> accounts, viewkit::UserPort& user, Write write);
 
-  void FitInto(int height) override;
   /// How many have been written.
   [[nodiscard]] std::size_t Written() const { return written_; }
 
@@ -41,7 +35,6 @@ class MnemonicDialog : public viewkit::DialogModel {
   [[nodiscard]] viewkit::Control* FirstFocus() override { return &list_; }
   [[nodiscard]] bool MayEnter() override;
   void Place();
-  void Put(viewkit::Control& control, const host::Bounds& bounds);
   void Listen();
   void ShowLines();
   void ShowLine(std::size_t position);
@@ -49,7 +42,7 @@ class MnemonicDialog : public viewkit::DialogModel {
   void TakeBox();
   void Toggle();
   void Count();
-  void Accept();
+  void Accept() override;
   [[nodiscard]] Line* Chosen();
   [[nodiscard]] static bool IsWanted(const Line& line);
   /// What would be written.
@@ -64,12 +57,9 @@ class MnemonicDialog : public viewkit::DialogModel {
 
   viewkit::CheckBox all_{"Chk", 0};
   viewkit::FlexGrid list_{"List"};
-  viewkit::Label box_label_{"Lbl", 0};
   viewkit::TextBox box_{"Txt", 0};
   viewkit::CheckBox taken_{"Chk", 1};
   viewkit::Label count_{"Lbl", 1};
-  viewkit::CommandButton ok_{"Cmd", 0};
-  viewkit::CommandButton cancel_{"Cmd", 1};
 };
 
 }  // namespace desk::views

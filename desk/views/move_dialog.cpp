@@ -57,18 +57,18 @@ MoveDialog::MoveDialog(book::Session& session, const std::string& code, Purpose 
 
 void MoveDialog::PlaceForm() {
   const auto rows = FormRows();
-  PutLabel(account_label_, "科目", rows.Label(0));
-  PutLabel(account_, EscapedCaption(TitleOf(subtree_.Top())), rows.Field(0));
+  PutLabel("科目", rows.Label(0));
+  PutLabel(EscapedCaption(TitleOf(subtree_.Top())), rows.Field(0));
   int row = 1;
   if (purpose_ == Purpose::kMove) {
-    PutLabel(parent_label_, "新上级(&P)", rows.Label(row));
+    PutLabel("新上级(&P)", rows.Label(row));
     host::Bounds bounds = rows.Field(row++);
     parent_.SetPlaceholder("编码、名称或助记码");
     Put(parent_, {bounds.left, bounds.top, kBoxWidth, bounds.height});
     const int name = kBoxWidth + viewkit::form::kGap;
     Put(parent_name_, {bounds.left + name, bounds.top, bounds.width - name, bounds.height});
   }
-  PutLabel(code_label_, "新编码(&N)", rows.Label(row));
+  PutLabel("新编码(&N)", rows.Label(row));
   host::Bounds bounds = rows.Field(row);
   bounds.width = kBoxWidth;
   Put(code_, bounds);

@@ -35,12 +35,8 @@ class MoveDialog : public PreviewDialog {
   book::MoveResult result_;
   std::string parent_refusal_;  // why what is typed is no parent; empty when it is one
 
-  viewkit::Label account_label_{"Lbl", 0};
-  viewkit::Label account_{"Lbl", 1};
-  viewkit::Label parent_label_{"Lbl", 2};
   viewkit::TextBox parent_{"Txt", 0};
   viewkit::Label parent_name_{"Lbl", 3};
-  viewkit::Label code_label_{"Lbl", 4};
   viewkit::TextBox code_{"Txt", 1};
 };
 

@@ -25,13 +25,7 @@ const std::string kSelect =
     "gl_code where ";
 
 PostingAccount ReadAccount(const book::Rows& rows) {
-  constexpr int kCode = 0;
-  constexpr int kName = 1;
-  constexpr int kLeaf = 2;
-  constexpr int kForeign = 3;
-  constexpr int kCurrency = 4;
-  constexpr int kUnit = 5;
-  constexpr int kFirstFlag = 6;
+  enum Column { kCode, kName, kLeaf, kForeign, kCurrency, kUnit, kFirstFlag };
   PostingAccount account;
   account.code = rows.Get(kCode).ToText();
   account.name = rows.Get(kName).ToText();

@@ -21,7 +21,7 @@ constexpr int kScrollBar = 300;
 }  // namespace
 
 PreviewDialog::PreviewDialog(const char* name, Plan plan, LongRunner run)
-    : DialogModel(name), plan_(std::move(plan)), run_(std::move(run)) {
+    : FormDialog(name), plan_(std::move(plan)), run_(std::move(run)) {
   SetCaption(plan_.caption);
 }
 
@@ -38,35 +38,13 @@ viewkit::form::Rows PreviewDialog::FormRows() const {
           .field_width = FormWidth() - kLabelWidth};
 }
 
-void PreviewDialog::Put(viewkit::Control& control, const host::Bounds& bounds) {
-  control.SetBounds(bounds);
-  Add(control);
-}
-
-void PreviewDialog::PutLabel(viewkit::Label& label, const std::string& caption,
-                             const host::Bounds& bounds) {
-  label.SetCaption(caption);
-  Put(label, bounds);
-}
-
 void PreviewDialog::PutRest() {
-  const int width = FormWidth() + 2 * kMargin;
   int top = kMargin + plan_.form_rows * kRowPitch;
-  list_.SetFixedRows(1);
-  list_.SetFixedCols(0);
-  list_.SetCols(static_cast<int>(plan_.columns.size()));
+  MakeTextList(list_, plan_.columns, "预览");
   for (int col = 0; col < list_.Cols(); ++col) {
-    const Column& column = plan_.columns[static_cast<std::size_t>(col)];
-    list_.SetTextMatrix(0, col, column.heading);
-    list_.SetColWidth(col, column.width);
-    list_.SetColDataType(col, viewkit::ColumnType::kString);
-    list_.SetColAlignment(col, viewkit::Alignment::kLeftCenter);
     list_.SetFixedAlignment(col, viewkit::Alignment::kLeftCenter);
   }
-  list_.SetSelectionMode(viewkit::SelectionMode::kByRow);
-  list_.SetAllowSelection(false);
-  list_.SetAccessibleName("预览");
-  Put(list_, {kMargin, top, FormWidth(), kListHeight});
+  PutList(list_, {kMargin, top, FormWidth(), kListHeight});
   top += kListHeight + kGap;
   Put(status_, {kMargin, top, FormWidth(), kBoxHeight});
   top += kBoxHeight + kGap;
@@ -75,37 +53,12 @@ void PreviewDialog::PutRest() {
     Put(only_bad_, {kMargin, top + (kButtonHeight - kBoxHeight) / 2, 2400, kBoxHeight});
     only_bad_.Clicked.Add([this] { FillList(); });
   }
-  ok_.SetCaption(plan_.action);
-  Put(ok_, viewkit::form::Button(width, 1, top));
-  cancel_.SetCaption("取消");
-  Put(cancel_, viewkit::form::Button(width, 0, top));
-  SetSize(width, top + kButtonHeight + kMargin);
-  SetButtons(ok_, cancel_);
-  ok_.Clicked.Add([this] { Accept(); });
-  cancel_.Clicked.Add([this] { Close(); });
-}
-
-/// The list gives way; what stands below it moves up.
-void PreviewDialog::FitInto(int height) {
-  constexpr int kMinList = 1500;
-  host::Bounds list = list_.GetBounds();
-  const int over = std::min(Height() - height, list.height - kMinList);
-  if (over <= 0) return;
-  list.height -= over;
-  for (std::size_t i = 0; i < Controls().Count(); ++i) {
-    viewkit::Control& control = Controls().At(i);
-    host::Bounds bounds = control.GetBounds();
-    if (bounds.top < list.top + list.height) continue;
-    bounds.top -= over;
-    control.SetBounds(bounds);
-  }
-  list_.SetBounds(list);
-  SetSize(Width(), Height() - over);
+  PutButtons(plan_.action, FormWidth() + 2 * kMargin, top);
 }
 
 void PreviewDialog::Show(Preview preview) {
   preview_ = std::move(preview);
-  ok_.SetEnabled(preview_.why_not.empty());
+  AcceptButton().SetEnabled(preview_.why_not.empty());
   SetStatus(preview_.why_not.empty() ? preview_.summary : preview_.why_not);
   only_bad_.SetEnabled(std::ranges::any_of(preview_.rows, &Row::bad));
   FillList();

@@ -8,16 +8,10 @@
 
 #include "book/session/progress.h"
 #include "viewkit/controls/check_box.h"
-#include "viewkit/controls/dialog_model.h"
-#include "viewkit/controls/form_rows.h"
-#include "viewkit/controls/label.h"
 #include "viewkit/controls/text_box.h"
-#include "viewkit/grid/flex_grid.h"
+#include "views/form_dialog.h"
 
 namespace desk::views {
-
-namespace host = tavrix::host;
-namespace viewkit = tavrix::viewkit;
 
 /// Does work that may take long, and shows how far it is; throws what the work throws.
 using LongRunner = std::function<void(const std::string& title,
@@ -26,17 +20,13 @@ using LongRunner = std::function<void(const std::string& title,
 /// A dialog for a command that shows, while the user types, what it would do: a form of a few rows,
 /// the list of what changes and why something cannot, a line that sums it up, and the button that
 /// carries it out, grey as long as it cannot.
-class PreviewDialog : public viewkit::DialogModel {
+class PreviewDialog : public FormDialog {
  public:
   /// The command has been carried out.
   [[nodiscard]] bool Done() const { return done_; }
-  void FitInto(int height) override;
 
  protected:
-  struct Column {
-    const char* heading;
-    int width;
-  };
+  using Column = TextColumn;
   struct Row {
     std::vector<std::string> cells;
     bool bad = false;  ///< it hinders
@@ -59,8 +49,6 @@ class PreviewDialog : public viewkit::DialogModel {
 
   [[nodiscard]] viewkit::form::Rows FormRows() const;
   [[nodiscard]] int FormWidth() const;
-  void PutLabel(viewkit::Label& label, const std::string& caption, const host::Bounds& bounds);
-  void Put(viewkit::Control& control, const host::Bounds& bounds);
   /// List, summary and buttons, below the form: called when the form is there.
   void PutRest();
   void Show(Preview preview);
@@ -74,7 +62,7 @@ class PreviewDialog : public viewkit::DialogModel {
   virtual void Renew() = 0;
 
  private:
-  void Accept();
+  void Accept() override;
   void FillList();
   void SetStatus(const std::string& text);
 
@@ -87,8 +75,6 @@ class PreviewDialog : public viewkit::DialogModel {
   viewkit::FlexGrid list_{"Vs"};
   viewkit::CheckBox only_bad_{"Chk", 0};
   viewkit::Label status_{"Lbl", 9};
-  viewkit::CommandButton ok_{"Cmd", 0};
-  viewkit::CommandButton cancel_{"Cmd", 1};
 };
 
 }  // namespace desk::views

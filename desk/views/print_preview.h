@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/non_copyable.h"
 #include "viewkit/controls/check_box.h"
 #include "viewkit/controls/combo_box.h"
 #include "viewkit/controls/command_button.h"
@@ -39,7 +40,7 @@ struct PrintSetup {
 
 /// The pages as they would be printed: which of them is seen, how large, on what paper; and the row
 /// of controls above them.
-class PrintPreview {
+class PrintPreview : private tavrix::host::NonCopyable {
  public:
   enum class Zoom { kWholePage, kThreeQuarters, kFull, kPageWidth, kOneAndHalf, kDouble };
   struct Calls {
@@ -51,8 +52,6 @@ class PrintPreview {
   /// the paper. The measure must outlive the preview. Throws what making the table throws.
   PrintPreview(std::vector<PrintChoice> choices, const PrintSetup& setup,
                const viewkit::TextMeasure& measure, Calls calls);
-  PrintPreview(const PrintPreview&) = delete;
-  PrintPreview& operator=(const PrintPreview&) = delete;
 
   [[nodiscard]] const viewkit::ControlList& Controls() const { return controls_; }
   /// Puts the controls where they belong in a strip of this width (twips) and gives its height.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/flag_scope.h"
+#include "host/non_copyable.h"
 #include "host/report.h"
 #include "viewkit/event.h"
 #include "viewkit/grid/flex_grid.h"
@@ -19,7 +20,7 @@ namespace viewkit = tavrix::viewkit;
 
 /// A view that stands in a window of its own. The window gives it its size, its keys and a menu,
 /// copies the selected rows of its grid, and reads it again when the book has changed.
-class Sheet {
+class Sheet : private host::NonCopyable {
  public:
   /// An entry of the view's menu; an empty text stands for a line between two parts.
   struct MenuItem {
@@ -30,8 +31,6 @@ class Sheet {
 
   /// The user must outlive the view.
   explicit Sheet(viewkit::UserPort& user) : user_(user) {}
-  Sheet(const Sheet&) = delete;
-  Sheet& operator=(const Sheet&) = delete;
   virtual ~Sheet() = default;
 
   /// What the window is called, and the heading of a print.

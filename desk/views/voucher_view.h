@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "book/ledger/posting.h"
+#include "host/non_copyable.h"
 #include "viewkit/controls/combo_box.h"
 #include "viewkit/controls/command_button.h"
 #include "viewkit/controls/date_picker.h"
@@ -21,7 +22,7 @@ namespace desk::views {
 
 /// Where vouchers are entered: a date and a summary, lines of accounts and amounts, and their sums.
 /// Enter leads from box to box and, from the last one of an entry, into the list.
-class VoucherView {
+class VoucherView : private tavrix::host::NonCopyable {
  public:
   struct Plan {
     /// The open book's; null without one.
@@ -38,8 +39,6 @@ class VoucherView {
 
   /// Chooser and user must outlive the view.
   VoucherView(Plan plan, AccountChooser& chooser, viewkit::UserPort& user);
-  VoucherView(const VoucherView&) = delete;
-  VoucherView& operator=(const VoucherView&) = delete;
 
   /// In the order of the Tab key: date, summary, account, amounts, and last what is seldom needed,
   /// whatever stands where.
