@@ -6,13 +6,14 @@
 #include <string>
 
 #include "book/odbc/odbc_api.h"
+#include "host/non_copyable.h"
 #include "host/utf.h"
 
 namespace tavrix::bench {
 
 /// ODBC as a program would use it that wants the texts of all cells, or statements run, and nothing
 /// else.
-class BareConnection {
+class BareConnection : private host::NonCopyable {
  public:
   explicit BareConnection(const std::string& place) {
     Check(SQLAllocHandle(SQL_HANDLE_ENV, nullptr, &environment_), "environment");
@@ -25,8 +26,6 @@ class BareConnection {
                             SQL_DRIVER_NOPROMPT),
           "connect");
   }
-  BareConnection(const BareConnection&) = delete;
-  BareConnection& operator=(const BareConnection&) = delete;
   ~BareConnection() {
     SQLDisconnect(connection_);
     SQLFreeHandle(SQL_HANDLE_DBC, connection_);

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "host/non_copyable.h"
+
 struct sqlite3;
 
 namespace tavrix::bench {
@@ -12,11 +14,9 @@ namespace tavrix::bench {
 void FillChart(const std::string& path, int accounts);
 
 /// A plain connection to the book at `path` with the settings that the book itself uses.
-class Connection {
+class Connection : private host::NonCopyable {
  public:
   explicit Connection(const std::string& path);
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
   ~Connection();
 
   void Run(const std::string& sql) const;

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "book/host/database_object.h"
 #include "book/host/settings_text.h"
 #include "input.h"
 #include "viewkit/layout/m_mode.h"
@@ -31,15 +32,6 @@ class MemoryFile : public host::SettingsFile {
   SettingsText& text_;
 };
 
-class Setting : public host::SettingEntry {
- public:
-  explicit Setting(std::string value) : value_(std::move(value)) {}
-  [[nodiscard]] std::string Get() override { return value_; }
-
- private:
-  std::string value_;
-};
-
 /// A host of one settings file, whose settings stand in it too; it has nothing else to give.
 class FileHost : public host::SystemObject {
  public:
@@ -47,7 +39,8 @@ class FileHost : public host::SystemObject {
   [[nodiscard]] std::shared_ptr<host::Database> GetDatabase() override { return {}; }
   [[nodiscard]] std::shared_ptr<host::SettingEntry> GetSetting(
       const std::string& key, const std::string& section) override {
-    return std::make_shared<Setting>(text.Read(section, key).value_or(""));
+    return std::make_shared<desk::book::Given<host::SettingEntry, std::string>>(
+        text.Read(section, key).value_or(""));
   }
   [[nodiscard]] Identifier NewIdentifier(const std::string&, const std::string&) override {
     return {};

@@ -9,6 +9,7 @@
 #include "book/database/database.h"
 #include "book/engines.h"
 #include "book/session/schema.h"
+#include "host/non_copyable.h"
 #include "too_far.h"
 
 namespace tavrix::fuzz {
@@ -16,7 +17,7 @@ namespace tavrix::fuzz {
 /// A role on a PostgreSQL server (the one that TAVRIX_ODBC names) with rights on the tables of the
 /// schema alone. Whatever else an accepted statement reaches for shows in the server's plan of it,
 /// or is refused as "permission denied": `TooFar`.
-class ServerWitness {
+class ServerWitness : private host::NonCopyable {
  public:
   explicit ServerWitness(const std::string& place) : owner_(Open(place)) {
     const auto now = std::chrono::system_clock::now().time_since_epoch().count();
@@ -40,8 +41,6 @@ class ServerWitness {
     Caller("set search_path to " + name_ + "," + name_ + "_hr");
     Caller("set statement_timeout=1000");
   }
-  ServerWitness(const ServerWitness&) = delete;
-  ServerWitness& operator=(const ServerWitness&) = delete;
   ~ServerWitness() {
     caller_.reset();
     try {
@@ -91,11 +90,9 @@ class ServerWitness {
   }
 
   void RunAndUndo(const std::string& sql) {
-    struct Undone {
+    struct Undone : private host::NonCopyable {
       desk::book::Connection& connection;
       explicit Undone(desk::book::Connection& on) : connection(on) { connection.Begin(); }
-      Undone(const Undone&) = delete;
-      Undone& operator=(const Undone&) = delete;
       ~Undone() { connection.Rollback(); }
     };
     const Undone undone(*caller_);

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "book/sql/sql_guard.h"
+#include "host/non_copyable.h"
 #include "input.h"
 #include "server_witness.h"
 #include "spoiled.h"
@@ -38,14 +39,11 @@ std::string Joined(const Tokens& tokens, Input& input) {
 
 /// How often each verdict was given, printed at the end: a fuzzer whose statements are all refused
 /// would find nothing.
-struct Counts {
+struct Counts : private host::NonCopyable {
   long made = 0;
   long accepted = 0;
   long taken = 0;
   long served = 0;
-  Counts() = default;
-  Counts(const Counts&) = delete;
-  Counts& operator=(const Counts&) = delete;
   ~Counts() {
     std::fprintf(stderr, "%ld statements, %ld accepted, %ld good for SQLite, %ld for the server\n",
                  made, accepted, taken, served);

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/non_copyable.h"
 #include "input.h"
 
 namespace tavrix::fuzz {
@@ -14,11 +15,7 @@ using Tokens = std::vector<std::string>;
 
 /// Makes the values and conditions of statements, token by token. Texts and numbers are kept apart,
 /// since a strict server plans nothing else.
-class ValueMaker {
- public:
-  ValueMaker(const ValueMaker&) = delete;
-  ValueMaker& operator=(const ValueMaker&) = delete;
-
+class ValueMaker : private host::NonCopyable {
  protected:
   explicit ValueMaker(Input& input) : input_(input) {}
   ~ValueMaker() = default;

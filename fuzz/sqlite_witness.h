@@ -10,6 +10,7 @@
 #include "book/session/schema.h"
 #include "book/sql/sql_words.h"
 #include "book/sqlite/sqlite_functions.h"
+#include "host/non_copyable.h"
 #include "input.h"
 #include "too_far.h"
 
@@ -17,7 +18,7 @@ namespace tavrix::fuzz {
 
 /// A database with more in it than callers may see. SQLite tells its authorizer of all that a
 /// statement touches: anything outside the tables of the schema is too far.
-class SqliteWitness {
+class SqliteWitness : private host::NonCopyable {
  public:
   SqliteWitness() {
     Require(sqlite3_open(":memory:", &database_) == SQLITE_OK);
@@ -31,8 +32,6 @@ class SqliteWitness {
     Run("create table pg_authid(rolname)");
     sqlite3_set_authorizer(database_, &SqliteWitness::Touched, this);
   }
-  SqliteWitness(const SqliteWitness&) = delete;
-  SqliteWitness& operator=(const SqliteWitness&) = delete;
   ~SqliteWitness() { sqlite3_close(database_); }
 
   /// Whether SQLite takes the statement; throws `TooFar` for what it touches in any case.

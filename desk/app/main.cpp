@@ -13,6 +13,7 @@
 #include "app/program/copy_command.h"
 #include "app/program/desk.h"
 #include "app/program/new_window.h"
+#include "host/non_copyable.h"
 
 namespace {
 
@@ -30,11 +31,9 @@ std::vector<std::wstring> Arguments() {
 }
 
 /// COM and OLE on this thread, from before the first object to after the last.
-class OleScope {
+class OleScope : private tavrix::host::NonCopyable {
  public:
   OleScope() : entered_(SUCCEEDED(OleInitialize(nullptr))) {}
-  OleScope(const OleScope&) = delete;
-  OleScope& operator=(const OleScope&) = delete;
   ~OleScope() {
     if (entered_) OleUninitialize();
   }

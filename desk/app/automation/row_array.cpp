@@ -7,17 +7,15 @@
 #include <vector>
 
 #include "com/bstr.h"
+#include "host/non_copyable.h"
 
 namespace desk::app {
 namespace {
 
 /// Collects cells as VARIANTs in reading order, which is also the order of the array's memory. They
 /// grow in blocks: moving a growing whole would cost more than making them.
-class VariantCells : public book::CellSink {
+class VariantCells : public book::CellSink, private tavrix::host::NonCopyable {
  public:
-  VariantCells() = default;
-  VariantCells(const VariantCells&) = delete;
-  VariantCells& operator=(const VariantCells&) = delete;
   ~VariantCells() override {
     for (auto& block : blocks_) {
       for (VARIANT& cell : block) VariantClear(&cell);

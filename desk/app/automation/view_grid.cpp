@@ -23,6 +23,13 @@ constexpr unsigned char kCollapsed = 2;
 constexpr unsigned char kShown = 4;
 constexpr unsigned char kTotal = 8;
 
+bool FlagOf(const tavrix::com::ComPtr<IFlexGrid>& grid,
+            HRESULT (STDMETHODCALLTYPE IFlexGrid::*get)(VARIANT_BOOL*)) {
+  VARIANT_BOOL flag = VARIANT_FALSE;
+  Check((grid.Get()->*get)(&flag));
+  return flag != VARIANT_FALSE;
+}
+
 /// An array of Automation that a call makes.
 SAFEARRAY** MadeArray(tavrix::com::Variant& value, VARTYPE type) {
   value.InPlace()->vt = VT_ARRAY | type;
@@ -140,9 +147,7 @@ std::intptr_t ViewGrid::WindowHandle() const {
 }
 
 bool ViewGrid::Visible() const {
-  VARIANT_BOOL visible = VARIANT_FALSE;
-  Check(grid_->get_Visible(&visible));
-  return visible != VARIANT_FALSE;
+  return FlagOf(grid_, &IFlexGrid::get_Visible);
 }
 
 void ViewGrid::SetVisible(bool visible) {
@@ -150,9 +155,7 @@ void ViewGrid::SetVisible(bool visible) {
 }
 
 bool ViewGrid::Enabled() const {
-  VARIANT_BOOL enabled = VARIANT_FALSE;
-  Check(grid_->get_Enabled(&enabled));
-  return enabled != VARIANT_FALSE;
+  return FlagOf(grid_, &IFlexGrid::get_Enabled);
 }
 
 void ViewGrid::SetEnabled(bool enabled) {

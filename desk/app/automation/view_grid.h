@@ -9,6 +9,7 @@
 #include "com/com_ptr.h"
 #include "com/variant.h"
 #include "host/controls.h"
+#include "host/non_copyable.h"
 #include "tavrix.h"
 
 namespace desk::app {
@@ -22,11 +23,9 @@ namespace desk::app {
 /// anything that depends on them is asked for or set, and at the end of an update and of the
 /// object. A text lasts until one of another row is asked for. Failing calls throw
 /// `com::ComFailure`.
-class ViewGrid : public tavrix::host::Grid {
+class ViewGrid : public tavrix::host::Grid, private tavrix::host::NonCopyable {
  public:
   explicit ViewGrid(tavrix::com::ComPtr<IFlexGrid> grid);
-  ViewGrid(const ViewGrid&) = delete;
-  ViewGrid& operator=(const ViewGrid&) = delete;
   ~ViewGrid() override;
 
   // host::Control

@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "host/non_copyable.h"
+
 namespace desk::app {
 
 class ControlSite;
@@ -26,12 +28,10 @@ struct ContainerPlan {
 };
 
 /// The place of one ActiveX control: activates it in place and lets go of it when it ends.
-class ControlContainer {
+class ControlContainer : private tavrix::host::NonCopyable {
  public:
   /// Places `control` into `area`. Throws `host::HostError` when it cannot be activated.
   ControlContainer(IUnknown* control, ContainerPlan plan);
-  ControlContainer(const ControlContainer&) = delete;
-  ControlContainer& operator=(const ControlContainer&) = delete;
   ~ControlContainer();
 
   void SetArea(const RECT& area);

@@ -12,6 +12,7 @@
 #include "book/host/parameters.h"
 #include "com/com_ptr.h"
 #include "com/event_sink.h"
+#include "host/non_copyable.h"
 #include "qnPickerUI.h"
 #include "tavrix.h"
 
@@ -25,13 +26,11 @@ struct PickerEvents {
 
 /// The account picker as this program uses it: the component's class, driven through COM. Members
 /// throw `host::HostError` with a text for users.
-class AccountPicker {
+class AccountPicker : private tavrix::host::NonCopyable {
  public:
   /// Creates the control and places it; the columns of its list take their widths from the fonts of
   /// its window, so it has one from the first.
   AccountPicker(ContainerPlan plan, PickerEvents events);
-  AccountPicker(const AccountPicker&) = delete;
-  AccountPicker& operator=(const AccountPicker&) = delete;
   /// Saves the layout when there is one, and ends the picker.
   ~AccountPicker();
 

@@ -8,6 +8,7 @@
 #include "app/com.h"
 #include "app/controls/controls.h"
 #include "book/host/grid_state.h"
+#include "host/non_copyable.h"
 #include "host/utf.h"
 
 namespace desk::app {
@@ -92,7 +93,7 @@ void KjkmView::Start(IDispatch* system, std::shared_ptr<host::GridNavigator> nav
 }
 
 /// What the user has made of a page, over a reading of its rows. The page stands still meanwhile.
-class KjkmView::Kept {
+class KjkmView::Kept : private host::NonCopyable {
  public:
   Kept(ComPtr<IFlexGrid> grid, std::wstring filter)
       : grid_(std::move(grid)),
@@ -101,8 +102,6 @@ class KjkmView::Kept {
         filter_(std::move(filter)) {
     still_.BeginUpdate();
   }
-  Kept(const Kept&) = delete;
-  Kept& operator=(const Kept&) = delete;
   ~Kept() { still_.EndUpdate(); }
 
   void PutBack(host::GridNavigator& navigator) const {

@@ -12,6 +12,7 @@
 #include "app/container/control_container.h"
 #include "com/com_ptr.h"
 #include "com/event_sink.h"
+#include "host/non_copyable.h"
 #include "host/objects.h"
 #include "qnFormUI.h"
 #include "tavrix.h"
@@ -37,12 +38,10 @@ struct RowAccount {
 };
 
 /// The chart-of-accounts view as this program uses it: the component's class, placed in the frame.
-class KjkmView {
+class KjkmView : private tavrix::host::NonCopyable {
  public:
   /// Creates the control and places it; throws `host::HostError` with a text for users.
   KjkmView(ContainerPlan plan, ViewEvents events);
-  KjkmView(const KjkmView&) = delete;
-  KjkmView& operator=(const KjkmView&) = delete;
   /// Saves the layout when the view was started, and ends the view.
   ~KjkmView();
 

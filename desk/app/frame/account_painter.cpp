@@ -7,7 +7,6 @@
 namespace desk::app {
 namespace {
 
-namespace win32 = tavrix::viewkit::win32;
 using tavrix::host::Wide;
 using views::AccountSheet;
 

@@ -3,19 +3,18 @@
 #include <windows.h>
 
 #include "app/frame/style.h"
+#include "host/non_copyable.h"
 #include "views/account_sheet.h"
 
 namespace desk::app {
 
 /// Draws what is known of an account from the top of `dc` down, `width` pixels wide, and gives the
 /// height that it takes. `Mode::kMeasure` draws nothing.
-class AccountPainter {
+class AccountPainter : private tavrix::host::NonCopyable {
  public:
   enum class Mode { kMeasure, kDraw };
 
   AccountPainter(HDC dc, const Style& style, int width, Mode mode);
-  AccountPainter(const AccountPainter&) = delete;
-  AccountPainter& operator=(const AccountPainter&) = delete;
 
   int Paint(const views::AccountSheet& sheet);
 

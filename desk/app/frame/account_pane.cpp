@@ -3,6 +3,7 @@
 #include <windowsx.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "app/frame/account_painter.h"
 #include "app/frame/icons.h"
@@ -11,8 +12,6 @@
 
 namespace desk::app {
 namespace {
-
-namespace win32 = tavrix::viewkit::win32;
 
 constexpr UINT_PTR kExpected = 1;
 // Longer than the pause between two repetitions of a key.
@@ -113,19 +112,13 @@ void AccountPane::OnScroll(WORD action) {
 }
 
 bool AccountPane::OnKey(WPARAM key) {
+  constexpr std::pair<WPARAM, WORD> kScrolls[] = {{VK_UP, SB_LINEUP},    {VK_DOWN, SB_LINEDOWN},
+                                                  {VK_PRIOR, SB_PAGEUP}, {VK_NEXT, SB_PAGEDOWN},
+                                                  {VK_HOME, SB_TOP},     {VK_END, SB_BOTTOM}};
+  for (const auto& [pressed, scroll] : kScrolls) {
+    if (key == pressed) return OnScroll(scroll), true;
+  }
   switch (key) {
-    case VK_UP:
-      return OnScroll(SB_LINEUP), true;
-    case VK_DOWN:
-      return OnScroll(SB_LINEDOWN), true;
-    case VK_PRIOR:
-      return OnScroll(SB_PAGEUP), true;
-    case VK_NEXT:
-      return OnScroll(SB_PAGEDOWN), true;
-    case VK_HOME:
-      return OnScroll(SB_TOP), true;
-    case VK_END:
-      return OnScroll(SB_BOTTOM), true;
     case VK_TAB:
       return calls_.leave(), true;
     case VK_ESCAPE:

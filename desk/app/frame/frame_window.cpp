@@ -11,8 +11,6 @@
 namespace desk::app {
 namespace {
 
-namespace win32 = tavrix::viewkit::win32;
-
 constexpr wchar_t kProgramName[] = L"会计科目";
 constexpr int kMinViewHeight = 100;
 constexpr int kMinViewWidth = 360;

@@ -51,11 +51,6 @@ class FrameOwner {
   virtual void OnViewMenu(HWND part, std::optional<POINT> at) = 0;
   /// The user closes the frame; false to stay open.
   [[nodiscard]] virtual bool OnClosing() = 0;
-
- protected:
-  FrameOwner() = default;
-  FrameOwner(const FrameOwner&) = default;
-  FrameOwner& operator=(const FrameOwner&) = default;
 };
 
 /// The main window: menu, tool bar, find and filter bars, the view, a docked pane, reports, status.

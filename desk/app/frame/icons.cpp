@@ -10,8 +10,6 @@
 namespace desk::app {
 namespace {
 
-namespace win32 = tavrix::viewkit::win32;
-
 constexpr COLORREF kSoft = RGB(160, 172, 186);
 constexpr COLORREF kPaper = RGB(240, 244, 249);
 constexpr COLORREF kBlue = kLinkColor;

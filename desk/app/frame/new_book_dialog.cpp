@@ -15,7 +15,6 @@
 namespace desk::app {
 namespace {
 
-namespace win32 = tavrix::viewkit::win32;
 namespace fs = std::filesystem;
 
 constexpr wchar_t kFileTypes[] = L"账簿文件 (*.book)\0*.book\0所有文件\0*.*\0";

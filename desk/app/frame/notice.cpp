@@ -8,8 +8,6 @@
 namespace desk::app {
 namespace {
 
-namespace win32 = tavrix::viewkit::win32;
-
 constexpr UINT_PTR kTimer = 1;
 constexpr UINT kTickMilliseconds = 200;
 constexpr int kTicksShown = 60;  // twelve seconds

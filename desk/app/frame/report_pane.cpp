@@ -15,7 +15,6 @@ namespace desk::app {
 namespace {
 
 namespace host = tavrix::host;
-namespace win32 = tavrix::viewkit::win32;
 
 enum Column { kTime, kKind, kBook, kText };
 

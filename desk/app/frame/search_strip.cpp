@@ -8,8 +8,6 @@
 namespace desk::app {
 namespace {
 
-namespace win32 = tavrix::viewkit::win32;
-
 constexpr int kBox = 10;
 constexpr int kSecond = 11;
 

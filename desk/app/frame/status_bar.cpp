@@ -9,8 +9,6 @@
 
 namespace desk::app {
 
-namespace win32 = tavrix::viewkit::win32;
-
 StatusBar::StatusBar(HWND parent, SharedStyle style)
     : window_(CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0,
                               0, 0, 0, parent, nullptr, win32::ThisModule(), nullptr)) {

@@ -7,8 +7,6 @@
 
 namespace desk::app {
 
-namespace win32 = tavrix::viewkit::win32;
-
 namespace {
 
 // No lambda: it cannot have the system's calling convention, which is another one on x86.

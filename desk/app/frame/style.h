@@ -11,11 +11,13 @@
 /// Fonts, measures and colours that all parts of the frame share.
 namespace desk::app {
 
+namespace win32 = tavrix::viewkit::win32;
+
 /// The look of the frame at one resolution.
 struct Style {
   explicit Style(int dpi);
-  tavrix::viewkit::win32::Scale scale;
-  tavrix::viewkit::win32::FontSet fonts;
+  win32::Scale scale;
+  win32::FontSet fonts;
   int icon_pixels;        ///< pictures of the tool bar
   int small_icon_pixels;  ///< pictures in strips and lists
   int strip_height;       ///< a strip with one line of text or one box
@@ -27,7 +29,7 @@ using SharedStyle = std::shared_ptr<const Style>;
 
 /// The font of the frame and of the views in it: the system's, but never below 9 points, where
 /// Chinese characters lose their strokes.
-[[nodiscard]] tavrix::viewkit::win32::FontSpec DeskFont();
+[[nodiscard]] win32::FontSpec DeskFont();
 
 /// The program's own colours, as its pictures have them. Texts take them through `Readable`.
 inline constexpr COLORREF kLinkColor = RGB(40, 110, 190);

@@ -15,7 +15,6 @@
 namespace desk::app {
 namespace {
 
-namespace win32 = tavrix::viewkit::win32;
 using tavrix::host::Wide;
 
 HWND MakeBar(HWND parent) {

@@ -3,12 +3,6 @@
 #include "app/frame/icons.h"
 
 namespace desk::app {
-namespace {
-
-namespace win32 = tavrix::viewkit::win32;
-
-}  // namespace
-
 std::shared_ptr<ViewArea> ViewArea::Make(HWND parent, SharedStyle style, Calls calls) {
   auto area = std::make_shared<ViewArea>();
   area->style_ = std::move(style);

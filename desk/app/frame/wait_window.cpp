@@ -5,8 +5,6 @@
 namespace desk::app {
 namespace {
 
-namespace win32 = tavrix::viewkit::win32;
-
 constexpr int kDesignWidth = 400;
 constexpr int kDesignHeight = 104;
 constexpr int kMargin = 16;

@@ -12,13 +12,10 @@
 namespace desk::app {
 namespace {
 
-namespace win32 = tavrix::viewkit::win32;
-
-constexpr int kDesignWidth = 760;
-constexpr int kDesignHeight = 360;
-constexpr int kMinDesignWidth = 320;
-constexpr int kMinDesignHeight = 240;
-constexpr int kEdge = 4;  // the part of the window around the control, design pixels
+// Design pixels.
+constexpr SIZE kFirstSize{760, 360};
+constexpr SIZE kMinSize{320, 240};
+constexpr int kEdge = 4;  // the part of the window around the control
 
 RECT WorkArea(const RECT& near_by) {
   MONITORINFO info{};
@@ -52,7 +49,7 @@ std::shared_ptr<PickerDropDown> PickerDropDown::Make(HWND owner, SharedStyle sty
               {.text = L"选择科目",
                .style = WS_POPUP | WS_BORDER | WS_CLIPCHILDREN,
                .extended_style = WS_EX_TOOLWINDOW,
-               .place = {0, 0, design(kDesignWidth), design(kDesignHeight)},
+               .place = {0, 0, design(kFirstSize.cx), design(kFirstSize.cy)},
                .parent = owner});
   self.area_ =
       CreateWindowExW(WS_EX_CONTROLPARENT, WC_STATICW, L"", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
@@ -171,8 +168,8 @@ LRESULT PickerDropDown::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_NCHITTEST:
       return PartAt({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)});
     case WM_GETMINMAXINFO:
-      reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = {
-          style_->scale.Design(kMinDesignWidth), style_->scale.Design(kMinDesignHeight)};
+      reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = {style_->scale.Design(kMinSize.cx),
+                                                               style_->scale.Design(kMinSize.cy)};
       return 0;
     case WM_ACTIVATE:
       if (picker_) picker_->Container().OnFrameActivate(LOWORD(wparam) != WA_INACTIVE);

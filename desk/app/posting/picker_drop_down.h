@@ -27,9 +27,6 @@ class PickerDropDown : public Pane {
   /// `host::HostError`.
   [[nodiscard]] static std::shared_ptr<PickerDropDown> Make(HWND owner, SharedStyle style,
                                                             IDispatch* system, Calls calls);
-  PickerDropDown() = default;
-  PickerDropDown(const PickerDropDown&) = delete;
-  PickerDropDown& operator=(const PickerDropDown&) = delete;
   /// The control goes before its window does.
   ~PickerDropDown() override { picker_.reset(); }
 

@@ -19,7 +19,6 @@ namespace {
 
 namespace host = tavrix::host;
 namespace viewkit = tavrix::viewkit;
-namespace win32 = tavrix::viewkit::win32;
 using host::Narrow;
 using host::Wide;
 

@@ -39,9 +39,6 @@ class PostingPane : public Pane, private views::AccountChooser {
 
   [[nodiscard]] static std::shared_ptr<PostingPane> Make(HWND parent, SharedStyle style,
                                                          PostingPlan plan);
-  PostingPane() = default;
-  PostingPane(const PostingPane&) = delete;
-  PostingPane& operator=(const PostingPane&) = delete;
 
   void SetStyle(SharedStyle style);
   /// Focus to where a voucher begins, or to the next entry's account.

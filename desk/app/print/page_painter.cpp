@@ -10,7 +10,6 @@
 namespace desk::app {
 namespace {
 
-namespace win32 = tavrix::viewkit::win32;
 using tavrix::host::Wide;
 
 constexpr int kUnits = 10;

@@ -12,7 +12,6 @@
 namespace desk::app {
 namespace {
 
-namespace win32 = tavrix::viewkit::win32;
 using Zoom = views::PrintPreview::Zoom;
 using tavrix::viewkit::kTwipsPerInch;
 

@@ -6,13 +6,13 @@
 
 #include "app/print/printer.h"
 #include "app/progress/long_work.h"
+#include "host/non_copyable.h"
 #include "host/report.h"
 #include "host/utf.h"
 
 namespace desk::app {
 namespace {
 
-namespace win32 = tavrix::viewkit::win32;
 using tavrix::host::Wide;
 using tavrix::viewkit::Key;
 
@@ -58,14 +58,12 @@ bool Print(HWND owner, const views::PrintTable& table, const views::PrintSetup& 
 }
 
 /// All other windows of this thread that take input, while one of them alone shall.
-class OthersDisabled {
+class OthersDisabled : private tavrix::host::NonCopyable {
  public:
   explicit OthersDisabled(HWND window) : window_(window) {
     EnumThreadWindows(GetCurrentThreadId(), &Each, reinterpret_cast<LPARAM>(this));
     for (const HWND other : others_) EnableWindow(other, FALSE);
   }
-  OthersDisabled(const OthersDisabled&) = delete;
-  OthersDisabled& operator=(const OthersDisabled&) = delete;
   ~OthersDisabled() {
     for (const HWND other : others_) EnableWindow(other, TRUE);
   }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "host/error.h"
+#include "host/non_copyable.h"
 #include "host/utf.h"
 #include "viewkit/ports.h"
 
@@ -97,7 +98,7 @@ void Require(int result) {
 }
 
 /// Ends the document, or takes it back.
-class Document {
+class Document : private host::NonCopyable {
  public:
   Document(HDC dc, const std::wstring& name) : dc_(dc) {
     DOCINFOW info{};
@@ -105,8 +106,6 @@ class Document {
     info.lpszDocName = name.c_str();
     Require(StartDocW(dc_, &info));
   }
-  Document(const Document&) = delete;
-  Document& operator=(const Document&) = delete;
   ~Document() {
     if (open_) AbortDoc(dc_);
   }

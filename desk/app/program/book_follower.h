@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "book/session/change_watch.h"
+#include "host/non_copyable.h"
 
 namespace desk::app {
 
@@ -14,7 +15,7 @@ namespace desk::app {
 /// menu is open, the mouse drags something, or the program is at work. What could not be read is
 /// tried again with the next look; a server that does not answer is not asked again before it has
 /// been read for another reason.
-class BookFollower {
+class BookFollower : private tavrix::host::NonCopyable {
  public:
   struct Calls {
     std::function<book::Session*()> session;  ///< null without a book
@@ -25,8 +26,6 @@ class BookFollower {
   };
   /// The frame must outlive it.
   BookFollower(HWND frame, Calls calls);
-  BookFollower(const BookFollower&) = delete;
-  BookFollower& operator=(const BookFollower&) = delete;
   ~BookFollower();
 
   /// The book is about to be read: only what changes from now on is news.

@@ -20,15 +20,14 @@
 #include "app/sheet/sheets.h"
 #include "book/book.h"
 #include "book/journal/command_text.h"
+#include "host/non_copyable.h"
 
 namespace desk::app {
 
 /// The program: one frame, at most one open book, and the view on it.
-class Desk : private FrameOwner {
+class Desk : private FrameOwner, private tavrix::host::NonCopyable {
  public:
   Desk();
-  Desk(const Desk&) = delete;
-  Desk& operator=(const Desk&) = delete;
   ~Desk() override;
 
   /// Shows the frame and opens `book`; with an empty name the sample book, which is made when it is

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/non_copyable.h"
 #include "host/utf.h"
 #include "views/account_proposal.h"
 
@@ -29,15 +30,13 @@ struct HookDeleter {
 using OwnedHook = std::unique_ptr<std::remove_pointer_t<HHOOK>, HookDeleter>;
 
 /// Fills the account's dialog in as a user would, when he has begun to type a name.
-class Proposing {
+class Proposing : private tavrix::host::NonCopyable {
  public:
   explicit Proposing(std::optional<views::AccountProposal> proposal)
       : proposal_(std::move(proposal)) {
     current = this;
     hook_.reset(SetWindowsHookExW(WH_CALLWNDPROCRET, &Heard, nullptr, GetCurrentThreadId()));
   }
-  Proposing(const Proposing&) = delete;
-  Proposing& operator=(const Proposing&) = delete;
   ~Proposing() { current = nullptr; }
 
  private:

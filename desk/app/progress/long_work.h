@@ -8,6 +8,7 @@
 #include <string>
 
 #include "book/session/progress.h"
+#include "host/non_copyable.h"
 
 namespace desk::app {
 
@@ -16,12 +17,10 @@ class ProgressWindow;
 /// Work that may take long, in the thread of the windows. After half a second a window says how far
 /// it has come and offers to cancel; `owner` and what stands above it take no input as long as that
 /// window is there, and the focus is where it was afterwards. One at a time.
-class LongWork {
+class LongWork : private tavrix::host::NonCopyable {
  public:
   /// `title` says what is being done. Without an owner the window stands by itself.
   LongWork(HWND owner, std::wstring title);
-  LongWork(const LongWork&) = delete;
-  LongWork& operator=(const LongWork&) = delete;
   ~LongWork();
 
   /// What `book::Progress` wants: false when the user has cancelled. May be called very often.

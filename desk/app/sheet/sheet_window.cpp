@@ -12,7 +12,6 @@ namespace desk::app {
 namespace {
 
 namespace viewkit = tavrix::viewkit;
-namespace win32 = tavrix::viewkit::win32;
 using tavrix::host::Wide;
 
 constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;

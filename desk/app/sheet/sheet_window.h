@@ -42,9 +42,6 @@ class SheetWindow : public tavrix::viewkit::win32::Window {
   /// making the view raises.
   [[nodiscard]] static std::shared_ptr<SheetWindow> Make(HWND frame, SharedStyle style,
                                                          const Plan& plan, Calls calls);
-  SheetWindow() = default;
-  SheetWindow(const SheetWindow&) = delete;
-  SheetWindow& operator=(const SheetWindow&) = delete;
 
   /// Brings the window to the front.
   void Open();

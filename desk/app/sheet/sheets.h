@@ -9,11 +9,12 @@
 
 #include "app/program/desk_settings.h"
 #include "app/sheet/sheet_window.h"
+#include "host/non_copyable.h"
 
 namespace desk::app {
 
 /// The sheets that are open on a book, each in its window. They must be closed before the book is.
-class Sheets {
+class Sheets : private tavrix::host::NonCopyable {
  public:
   struct Calls {
     std::function<SharedStyle()> style;
@@ -23,8 +24,6 @@ class Sheets {
   /// `frame` is disabled, as the other sheets are, while a dialog stands above one of them: it
   /// could close the book under it. Settings must outlive this.
   Sheets(HWND frame, DeskSettings& settings, Calls calls);
-  Sheets(const Sheets&) = delete;
-  Sheets& operator=(const Sheets&) = delete;
   ~Sheets() { CloseAll(); }
 
   /// Brings the sheet of this kind and key (`Sheet::Key`) to the front, or makes it. Its window

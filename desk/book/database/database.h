@@ -58,11 +58,6 @@ class CellSink {
   virtual void OnNumber(double number) = 0;
   /// Valid during the call.
   virtual void OnText(std::string_view text) = 0;
-
- protected:
-  CellSink() = default;
-  CellSink(const CellSink&) = default;
-  CellSink& operator=(const CellSink&) = default;
 };
 
 /// Passes `value` to `sink`; what has no kind of its own there goes as text.
@@ -95,11 +90,6 @@ class Rows {
   [[nodiscard]] virtual host::Value Get(int column) const = 0;
   /// Passes the current row and all that follow: the fast way to read a whole result.
   virtual void ReadAll(CellSink& sink) = 0;
-
- protected:
-  Rows() = default;
-  Rows(const Rows&) = default;
-  Rows& operator=(const Rows&) = default;
 };
 
 /// A whole number of the current row, such as a key or a count; some engines make it a number with
@@ -129,11 +119,6 @@ class WaitPort {
   [[nodiscard]] virtual bool OnWait(std::chrono::milliseconds waited) = 0;
   /// The wait is over, however it ended. Also after answers that came at once.
   virtual void OnWaited() noexcept = 0;
-
- protected:
-  WaitPort() = default;
-  WaitPort(const WaitPort&) = default;
-  WaitPort& operator=(const WaitPort&) = default;
 };
 
 /// Waits for the end of a statement that was started, and throws what it failed with.
@@ -177,11 +162,6 @@ class Connection {
   [[nodiscard]] virtual std::chrono::milliseconds TimeLimit() const {
     return std::chrono::milliseconds::zero();
   }
-
- protected:
-  Connection() = default;
-  Connection(const Connection&) = default;
-  Connection& operator=(const Connection&) = default;
 };
 
 enum class Access { kReadWrite, kReadOnly };
@@ -212,11 +192,6 @@ class Engine {
   /// there when `fill` throws or the process dies. Gives it open.
   [[nodiscard]] virtual std::shared_ptr<Session> Make(const Place& place,
                                                       const Filling& fill) const = 0;
-
- protected:
-  Engine() = default;
-  Engine(const Engine&) = default;
-  Engine& operator=(const Engine&) = default;
 };
 
 }  // namespace desk::book

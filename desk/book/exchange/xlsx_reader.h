@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "book/exchange/source_table.h"
+#include "host/non_copyable.h"
 
 /// Workbooks (XLSX): what their cells hold, as texts.
 namespace desk::book {
@@ -18,11 +19,9 @@ namespace desk::book {
 
 /// A workbook in memory. All of it throws `SourceError` when the workbook cannot be read, or is too
 /// large: one bound holds for all that is read until `Renew`.
-class Workbook {
+class Workbook : private tavrix::host::NonCopyable {
  public:
   explicit Workbook(std::string bytes);
-  Workbook(const Workbook&) = delete;
-  Workbook& operator=(const Workbook&) = delete;
   ~Workbook();
 
   /// The names of the sheets, in their order.

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/non_copyable.h"
+
 /// XML as far as workbooks have it.
 namespace desk::book {
 
@@ -26,21 +28,14 @@ class XmlSink {
   virtual void OnEnd(std::string_view name) = 0;
   /// A piece of the text between the elements.
   virtual void OnText(std::string_view text) = 0;
-
- protected:
-  XmlSink() = default;
-  XmlSink(const XmlSink&) = default;
-  XmlSink& operator=(const XmlSink&) = default;
 };
 
 /// Reads one document. `SourceError` when it is none, and when it declares types or entities, as no
 /// workbook does; what the sink throws passes through.
-class XmlParser {
+class XmlParser : private tavrix::host::NonCopyable {
  public:
   /// `sink` must outlive it.
   explicit XmlParser(XmlSink& sink);
-  XmlParser(const XmlParser&) = delete;
-  XmlParser& operator=(const XmlParser&) = delete;
   ~XmlParser();
 
   void Feed(std::string_view piece);

@@ -5,16 +5,16 @@
 #include <string>
 #include <string_view>
 
+#include "host/non_copyable.h"
+
 /// Archives of compressed files (ZIP), which workbooks are.
 namespace desk::book {
 
 /// An archive in memory.
-class ZipReader {
+class ZipReader : private tavrix::host::NonCopyable {
  public:
   /// `bytes` must outlive it. `SourceError` when they are no whole archive.
   explicit ZipReader(std::string_view bytes);
-  ZipReader(const ZipReader&) = delete;
-  ZipReader& operator=(const ZipReader&) = delete;
   ~ZipReader();
 
   /// Passes the content of a file piece by piece; false when there is no such file. All that is
@@ -30,11 +30,9 @@ class ZipReader {
 };
 
 /// Makes an archive in memory.
-class ZipWriter {
+class ZipWriter : private tavrix::host::NonCopyable {
  public:
   ZipWriter();
-  ZipWriter(const ZipWriter&) = delete;
-  ZipWriter& operator=(const ZipWriter&) = delete;
   ~ZipWriter();
 
   /// `name` in ASCII. `host::HostError` when there is no memory.

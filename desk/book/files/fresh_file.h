@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <memory>
 
+#include "host/non_copyable.h"
+
 namespace desk::book {
 
 struct FileCloser {
@@ -15,12 +17,10 @@ using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
 /// is whole. Until then it goes with this object; those of processes that were killed go when the
 /// next one for `path` is made. It has the owner and the mode of the file at `path`, if there is
 /// one.
-class FreshFile {
+class FreshFile : private tavrix::host::NonCopyable {
  public:
   /// `host::HostError` when it cannot be made.
   explicit FreshFile(const std::filesystem::path& path);
-  FreshFile(const FreshFile&) = delete;
-  FreshFile& operator=(const FreshFile&) = delete;
   ~FreshFile();
 
   [[nodiscard]] const std::filesystem::path& Name() const { return name_; }

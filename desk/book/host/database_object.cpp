@@ -76,23 +76,14 @@ class LastErrorEntry : public host::ErrorEntry {
   std::shared_ptr<std::string> text_;
 };
 
-class FixedProperty : public host::Property {
- public:
-  explicit FixedProperty(host::Value value) : value_(std::move(value)) {}
-  [[nodiscard]] host::Value Get() override { return value_; }
-
- private:
-  host::Value value_;
-};
-
 /// Knows "driver"; every other property is null.
 class ConnectionPropertySet : public host::PropertySet {
  public:
   explicit ConnectionPropertySet(std::shared_ptr<Session> session) : session_(std::move(session)) {}
   [[nodiscard]] std::shared_ptr<host::Property> Item(const std::string& key) override {
     const bool driver = key == "driver";
-    return std::make_shared<FixedProperty>(driver ? host::Value(session_->Driver())
-                                                  : host::Value());
+    return std::make_shared<Given<host::Property, host::Value>>(
+        driver ? host::Value(session_->Driver()) : host::Value());
   }
 
  private:

@@ -18,15 +18,6 @@ namespace desk::book {
 
 namespace {
 
-class StoredSetting : public host::SettingEntry {
- public:
-  explicit StoredSetting(std::string value) : value_(std::move(value)) {}
-  [[nodiscard]] std::string Get() override { return value_; }
-
- private:
-  std::string value_;
-};
-
 class GivenRights : public host::RightsObject {
  public:
   explicit GivenRights(Rights rights) : rights_(rights) {}
@@ -68,7 +59,8 @@ std::shared_ptr<host::Database> HostSystem::GetDatabase() {
 
 std::shared_ptr<host::SettingEntry> HostSystem::GetSetting(const std::string& key,
                                                            const std::string& section) {
-  return std::make_shared<StoredSetting>(ReadSetting(*session_, section, key));
+  return std::make_shared<Given<host::SettingEntry, std::string>>(
+      ReadSetting(*session_, section, key));
 }
 
 host::SystemObject::Identifier HostSystem::NewIdentifier(const std::string& table,

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "book/session/session.h"
+#include "host/non_copyable.h"
 #include "host/objects.h"
 
 namespace desk::book {
@@ -16,12 +17,12 @@ namespace desk::book {
 /// write, takes the rows into memory first. One that `GetRows` has drained reads again.
 ///
 /// As with ADO, members that need a row fail when the recordset is empty or stands at its end.
-class SnapshotRecordset : public host::Recordset, private LiveResult {
+class SnapshotRecordset : public host::Recordset,
+                          private LiveResult,
+                          private tavrix::host::NonCopyable {
  public:
   /// Opens and stands on the first row. `DatabaseError` when the statement fails.
   SnapshotRecordset(std::shared_ptr<Session> session, std::string sql);
-  SnapshotRecordset(const SnapshotRecordset&) = delete;
-  SnapshotRecordset& operator=(const SnapshotRecordset&) = delete;
   ~SnapshotRecordset() override;
 
   [[nodiscard]] bool EndOfFile() override;

@@ -12,6 +12,7 @@
 #include "book/files/paths.h"
 #include "book/host/settings_text.h"
 #include "host/error.h"
+#include "host/non_copyable.h"
 #include "host/text.h"
 
 namespace desk::book {
@@ -53,7 +54,7 @@ void OnUnsavedSettings(std::function<void(const std::string&)> tell) {
 }
 
 /// The content of one file while somebody uses it.
-class SettingsDocument {
+class SettingsDocument : private tavrix::host::NonCopyable {
  public:
   explicit SettingsDocument(const fs::path& path) : path_(Target(path)) {
     if (const auto text = TextOfFile(path_)) {
@@ -63,8 +64,6 @@ class SettingsDocument {
       refused_ = true;
     }
   }
-  SettingsDocument(const SettingsDocument&) = delete;
-  SettingsDocument& operator=(const SettingsDocument&) = delete;
   ~SettingsDocument() {
     try {
       if (changed_) ReplaceFile(path_, text_.Text());

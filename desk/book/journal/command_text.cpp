@@ -100,13 +100,14 @@ class Outcome {
     if (rule_) told_.Add("编码规则由 " + rule_->from + " 改为 " + rule_->to);
   }
 
+  /// One account by its code, several by their number.
+  void TellOf(const std::vector<AccountChange>& those, const char* one, const char* several) {
+    const auto count = static_cast<std::int64_t>(those.size());
+    told_.Add(count == 1 ? one + CodeOf(those.front()) : several + Count(count, " 个科目"));
+  }
+
   void TellAdded() {
-    const auto added = Those(&AccountChange::Added);
-    if (added.size() == 1) {
-      told_.Add("新增科目 " + CodeOf(added.front()));
-    } else {
-      told_.Add("新增了 " + Count(static_cast<std::int64_t>(added.size()), " 个科目"));
-    }
+    TellOf(Those(&AccountChange::Added), "新增科目 ", "新增了 ");
     TellHandedDown();
   }
 
@@ -120,14 +121,7 @@ class Outcome {
     }
   }
 
-  void TellDeleted() {
-    const auto deleted = Those(&AccountChange::Deleted);
-    if (deleted.size() == 1) {
-      told_.Add("已删除科目 " + CodeOf(deleted.front()));
-    } else {
-      told_.Add("已删除 " + Count(static_cast<std::int64_t>(deleted.size()), " 个科目"));
-    }
-  }
+  void TellDeleted() { TellOf(Those(&AccountChange::Deleted), "已删除科目 ", "已删除 "); }
 
   void TellEdited() {
     static const std::size_t code = AccountColumn("ccode");

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <thread>
 
+#include "host/non_copyable.h"
+
 namespace desk::book {
 
 namespace {
@@ -24,11 +26,9 @@ void CancelApart(std::shared_ptr<OdbcLink> link) {
 }
 
 /// Tells the port that the wait is over, however it ends.
-class WaitScope {
+class WaitScope : private tavrix::host::NonCopyable {
  public:
   explicit WaitScope(WaitPort* port) : port_(port) {}
-  WaitScope(const WaitScope&) = delete;
-  WaitScope& operator=(const WaitScope&) = delete;
   ~WaitScope() {
     if (port_ != nullptr) port_->OnWaited();
   }

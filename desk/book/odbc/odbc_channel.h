@@ -9,18 +9,17 @@
 
 #include "book/odbc/odbc_link.h"
 #include "book/odbc/odbc_worker.h"
+#include "host/non_copyable.h"
 
 namespace desk::book {
 
 /// One connection to a server, as those see it who use it: every call runs in the connection's own
 /// thread, and is waited for no longer than the time limit of the place or until the user has
 /// enough. Shared by the results that came through it.
-class OdbcChannel {
+class OdbcChannel : private tavrix::host::NonCopyable {
  public:
   /// Connects. `DatabaseError` with the driver's reason, or when the server stays silent.
   OdbcChannel(const std::string& connection_string, const Place& place);
-  OdbcChannel(const OdbcChannel&) = delete;
-  OdbcChannel& operator=(const OdbcChannel&) = delete;
   ~OdbcChannel();
 
   [[nodiscard]] SqlDialect Server() const { return flavor_; }

@@ -3,11 +3,12 @@
 #include <utility>
 
 #include "book/odbc/odbc_api.h"
+#include "host/non_copyable.h"
 
 namespace desk::book {
 
 /// Owns one handle of ODBC.
-class OdbcHandle {
+class OdbcHandle : private tavrix::host::NonCopyable {
  public:
   OdbcHandle() = default;
   /// `DatabaseError` when the driver manager has none to give.
@@ -19,8 +20,6 @@ class OdbcHandle {
     std::swap(handle_, other.handle_);
     return *this;
   }
-  OdbcHandle(const OdbcHandle&) = delete;
-  OdbcHandle& operator=(const OdbcHandle&) = delete;
   ~OdbcHandle() {
     if (handle_ != nullptr) SQLFreeHandle(kind_, handle_);
   }

@@ -5,17 +5,16 @@
 
 #include "book/database/database.h"
 #include "book/odbc/odbc_handle.h"
+#include "host/non_copyable.h"
 
 namespace desk::book {
 
 /// One connection to a server, as the thread that calls the driver sees it. It is used until the
 /// server goes away; then another takes its place.
-class OdbcLink {
+class OdbcLink : private tavrix::host::NonCopyable {
  public:
   /// Connects, within `seconds`. `DatabaseError` with the driver's reason.
   OdbcLink(const std::string& connection_string, int seconds, bool read_only);
-  OdbcLink(const OdbcLink&) = delete;
-  OdbcLink& operator=(const OdbcLink&) = delete;
   ~OdbcLink();
 
   [[nodiscard]] SQLHANDLE Get() const { return connection_.Get(); }

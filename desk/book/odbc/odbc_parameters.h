@@ -4,16 +4,15 @@
 #include <vector>
 
 #include "book/odbc/odbc_link.h"
+#include "host/non_copyable.h"
 
 namespace desk::book {
 
 /// The parameters of one run; drivers read them while the statement runs.
-class OdbcParameters {
+class OdbcParameters : private tavrix::host::NonCopyable {
  public:
   /// Binds `values` to the question marks of `statement` in order.
   OdbcParameters(OdbcLink& link, const OdbcHandle& statement, Values values);
-  OdbcParameters(const OdbcParameters&) = delete;
-  OdbcParameters& operator=(const OdbcParameters&) = delete;
   ~OdbcParameters() = default;
 
  private:

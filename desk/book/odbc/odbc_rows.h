@@ -6,15 +6,14 @@
 
 #include "book/odbc/odbc_channel.h"
 #include "book/odbc/odbc_reader.h"
+#include "host/non_copyable.h"
 
 namespace desk::book {
 
 /// The rows of a query on a server, fetched in portions; while one is passed on, the next comes.
-class OdbcRows : public Rows {
+class OdbcRows : public Rows, private tavrix::host::NonCopyable {
  public:
   OdbcRows(std::shared_ptr<OdbcChannel> channel, std::shared_ptr<OdbcReader> reader);
-  OdbcRows(const OdbcRows&) = delete;
-  OdbcRows& operator=(const OdbcRows&) = delete;
   ~OdbcRows() override;
   [[nodiscard]] bool Next() override;
   [[nodiscard]] int Columns() const override { return static_cast<int>(names_.size()); }

@@ -5,12 +5,14 @@
 #include <memory>
 #include <thread>
 
+#include "host/non_copyable.h"
+
 namespace desk::book {
 
 /// A thread of its own for the calls into one driver, which may block for as long as they like: the
 /// caller waits only as long as it wants to. A call that nobody waits for any more goes on alone,
 /// so whatever a task uses belongs to it (shared pointers), and the thread may outlive the worker.
-class OdbcWorker {
+class OdbcWorker : private tavrix::host::NonCopyable {
   struct Call;
   struct State;
 
@@ -22,8 +24,6 @@ class OdbcWorker {
   using Pending = std::shared_ptr<Call>;
 
   OdbcWorker();
-  OdbcWorker(const OdbcWorker&) = delete;
-  OdbcWorker& operator=(const OdbcWorker&) = delete;
   /// Waits a little for what is under way; a thread that hangs is left behind, and one whose call
   /// was given up is not waited for.
   ~OdbcWorker();

@@ -53,27 +53,24 @@ std::string ChangeWatch::DigestOf(const char* sql) {
   return digest.Text();
 }
 
-std::string ChangeWatch::AnyMark() {
+std::string ChangeWatch::DigestOf(const char* on_sqlite, const char* on_postgres) {
   switch (session_.Own().Dialect()) {
     case SqlDialect::kSqlite:
-      return DigestOf("pragma data_version");
+      return DigestOf(on_sqlite);
     case SqlDialect::kPostgres:
-      return DigestOf(kServerPostings);
+      return DigestOf(on_postgres);
     default:
       return {};
   }
 }
 
+std::string ChangeWatch::AnyMark() {
+  return DigestOf("pragma data_version", kServerPostings);
+}
+
 std::string ChangeWatch::AccountsMark() {
   if (session_.KeepsHistory()) return DigestOf("select max(id) from desk_change");
-  switch (session_.Own().Dialect()) {
-    case SqlDialect::kSqlite:
-      return DigestOf("select * from gl_code order by i_id");
-    case SqlDialect::kPostgres:
-      return DigestOf(kServerAccountsCount);
-    default:
-      return {};
-  }
+  return DigestOf("select * from gl_code order by i_id", kServerAccountsCount);
 }
 
 void ChangeWatch::Note() {

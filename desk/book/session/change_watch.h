@@ -43,6 +43,8 @@ class ChangeWatch {
   [[nodiscard]] std::string AnyMark();
   [[nodiscard]] std::string AccountsMark();
   [[nodiscard]] std::string DigestOf(const char* sql);
+  /// Nothing on other engines.
+  [[nodiscard]] std::string DigestOf(const char* on_sqlite, const char* on_postgres);
 
   Session& session_;
   Marks marks_;

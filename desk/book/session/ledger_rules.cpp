@@ -118,13 +118,18 @@ std::string SetFlagOfNew() {
   return "update gl_code set bend=not " + kSqlite.HasBelow("new.ccode") + " where ccode=new.ccode;";
 }
 
-std::string PostedOld() {
+/// That a ledger has a row, between what stands before and behind its name.
+std::string InAnyLedger(const char* before, const char* behind) {
   std::string any;
   for (const std::string_view ledger : kLedgerTables) {
-    any += (any.empty() ? "" : " or ") + ("exists(select 1 from " + std::string(ledger)) +
-           " where ccode=old.ccode)";
+    any +=
+        (any.empty() ? "exists(" : " or exists(") + (before + std::string(ledger)) + behind + ")";
   }
   return any;
+}
+
+std::string PostedOld() {
+  return InAnyLedger("select 1 from ", " where ccode=old.ccode");
 }
 
 /// One statement may delete a parent before the accounts below it, which its rows do not know of
@@ -202,12 +207,7 @@ std::string SetLeavesAbove(const std::string& codes) {
 }
 
 std::string PostedGone() {
-  std::string any;
-  for (const std::string_view ledger : kLedgerTables) {
-    any += (any.empty() ? "" : " or ") + ("exists(select 1 from gone join " + std::string(ledger)) +
-           " v on v.ccode=gone.ccode)";
-  }
-  return any;
+  return InAnyLedger("select 1 from gone join ", " v on v.ccode=gone.ccode");
 }
 
 /// One look into the index for each that goes: thousands may.

@@ -5,6 +5,7 @@
 
 #include "book/session/chart_check.h"
 #include "book/session/session.h"
+#include "host/non_copyable.h"
 
 namespace desk::book {
 
@@ -20,12 +21,10 @@ namespace desk::book {
 /// rearrange the chart in steps that the rules would not let through one by one; what they do not
 /// do then, moving postings and setting flags, is theirs to do; nobody else can post meanwhile. The
 /// transaction cannot be committed before `Resume`. `DatabaseError`, as for all that writes.
-class RulesPause {
+class RulesPause : private tavrix::host::NonCopyable {
  public:
   /// Inside an open `Transaction`. Keeps what was wrong with the chart before.
   explicit RulesPause(Session& session);
-  RulesPause(const RulesPause&) = delete;
-  RulesPause& operator=(const RulesPause&) = delete;
   ~RulesPause() = default;
 
   /// Lets the rules work again. `DatabaseError` (`kRefused`), which names the account, when

@@ -11,6 +11,7 @@
 #include "book/database/database.h"
 #include "book/session/callers_commands.h"
 #include "book/session/deletion_check.h"
+#include "host/non_copyable.h"
 
 namespace desk::book {
 
@@ -21,9 +22,6 @@ class LiveResult {
   virtual void Keep() noexcept = 0;
 
  protected:
-  LiveResult() = default;
-  LiveResult(const LiveResult&) = default;
-  LiveResult& operator=(const LiveResult&) = default;
   ~LiveResult() = default;
 };
 
@@ -108,11 +106,9 @@ class Session {
 
 /// The desk's own changes, all or nothing: undone unless committed. None is committed while the
 /// rules of the book pause (`RulesPause`).
-class Transaction {
+class Transaction : private tavrix::host::NonCopyable {
  public:
   explicit Transaction(Session& session);
-  Transaction(const Transaction&) = delete;
-  Transaction& operator=(const Transaction&) = delete;
   ~Transaction();
   void Commit();
 

@@ -2,17 +2,14 @@
 
 #include "book/sql/sql_names.h"
 #include "book/sql/sql_reader.h"
+#include "host/non_copyable.h"
 
 namespace desk::book {
 
 /// Reads the values and conditions of a caller's statement by recursive descent, one routine for
 /// each rule. What a rule does not expect is refused where it stands; the names go to the scope
 /// that is being read.
-class SqlExpressions {
- public:
-  SqlExpressions(const SqlExpressions&) = delete;
-  SqlExpressions& operator=(const SqlExpressions&) = delete;
-
+class SqlExpressions : private tavrix::host::NonCopyable {
  protected:
   explicit SqlExpressions(std::string_view sql) : reader_(sql) {}
   ~SqlExpressions() = default;
@@ -33,11 +30,9 @@ class SqlExpressions {
   }
 
   /// Counts how deep rules stand in one another, for the sake of the stack: ours and the server's.
-  class Level {
+  class Level : private tavrix::host::NonCopyable {
    public:
     explicit Level(SqlExpressions& rules);
-    Level(const Level&) = delete;
-    Level& operator=(const Level&) = delete;
     ~Level() { --depth_; }
 
    private:
@@ -45,13 +40,11 @@ class SqlExpressions {
   };
 
   /// Makes `scope` the one that the names being read belong to.
-  class Inside {
+  class Inside : private tavrix::host::NonCopyable {
    public:
     Inside(SqlExpressions& rules, SqlScope& scope) : rules_(rules), outer_(rules.scope_) {
       rules_.scope_ = &scope;
     }
-    Inside(const Inside&) = delete;
-    Inside& operator=(const Inside&) = delete;
     ~Inside() { rules_.scope_ = outer_; }
 
    private:

@@ -12,6 +12,7 @@
 #include "book/files/paths.h"
 #include "book/session/schema.h"
 #include "book/sqlite/sqlite_error.h"
+#include "host/non_copyable.h"
 
 namespace desk::book {
 
@@ -25,14 +26,12 @@ constexpr const char* kLog = "-wal";
 constexpr const char* kJournal = "-journal";
 
 /// Stops what a connection does for longer than a sound book needs.
-class Deadline {
+class Deadline : private tavrix::host::NonCopyable {
  public:
   explicit Deadline(sqlite3* database) : database_(database) {
     constexpr int kSteps = 10000;
     sqlite3_progress_handler(database_, kSteps, &Deadline::Passed, this);
   }
-  Deadline(const Deadline&) = delete;
-  Deadline& operator=(const Deadline&) = delete;
   ~Deadline() { sqlite3_progress_handler(database_, 0, nullptr, nullptr); }
 
  private:
@@ -108,7 +107,7 @@ void JudgeWithLog(const std::string& path, std::chrono::milliseconds patience) {
 }
 
 /// A copy of a file and its journal, in a folder that only this user may read.
-class JournalCopy {
+class JournalCopy : private tavrix::host::NonCopyable {
  public:
   explicit JournalCopy(const std::string& path) {
     std::random_device random;
@@ -125,8 +124,6 @@ class JournalCopy {
     Remove();
     throw DatabaseError(ErrorKind::kOther, "不能读取账簿和它没有完成的更改：" + path);
   }
-  JournalCopy(const JournalCopy&) = delete;
-  JournalCopy& operator=(const JournalCopy&) = delete;
   ~JournalCopy() { Remove(); }
 
   [[nodiscard]] std::string Name() const { return PathText(folder_ / "book"); }

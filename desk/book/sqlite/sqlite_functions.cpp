@@ -7,18 +7,13 @@
 #include <string_view>
 
 #include "book/sqlite/sqlite_error.h"
+#include "book/sqlite/sqlite_rows.h"
 #include "host/text.h"
 #include "host/utf.h"
 
 namespace desk::book {
 
 namespace {
-
-std::string_view TextOf(sqlite3_value* value) {
-  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-  const int bytes = sqlite3_value_bytes(value);
-  return text == nullptr ? std::string_view() : std::string_view(text, static_cast<size_t>(bytes));
-}
 
 bool IsNull(sqlite3_value* value) {
   return sqlite3_value_type(value) == SQLITE_NULL;

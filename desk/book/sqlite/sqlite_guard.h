@@ -5,6 +5,8 @@
 #include <set>
 #include <string>
 
+#include "host/non_copyable.h"
+
 namespace desk::book {
 
 /// Holds callers' statements to reading and changing rows of the schema's tables, while a
@@ -15,15 +17,13 @@ class SqliteGuard {
   /// Why the last watched statement was refused; empty when the guard had no objection.
   [[nodiscard]] const std::string& Objection() const { return objection_; }
 
-  class Watch {
+  class Watch : private tavrix::host::NonCopyable {
    public:
     Watch(SqliteGuard& guard, bool on) : guard_(guard) {
       guard_.on_ = on;
       guard_.objection_.clear();
       guard_.tables_of_book_.clear();
     }
-    Watch(const Watch&) = delete;
-    Watch& operator=(const Watch&) = delete;
     ~Watch() { guard_.on_ = false; }
 
    private:

@@ -7,15 +7,11 @@
 
 namespace desk::book {
 
-namespace {
-
-std::string_view TextOf(sqlite3_value* cell) {
-  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(cell));
-  const int bytes = sqlite3_value_bytes(cell);
+std::string_view TextOf(sqlite3_value* value) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+  const int bytes = sqlite3_value_bytes(value);
   return text == nullptr ? std::string_view() : std::string_view(text, static_cast<size_t>(bytes));
 }
-
-}  // namespace
 
 bool SqliteRows::Next() {
   const int result = sqlite3_step(statement_.get());

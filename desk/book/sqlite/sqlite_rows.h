@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "book/database/database.h"
 
@@ -13,6 +14,9 @@ struct SqliteFinalizer {
   void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 };
 using SqliteStatement = std::unique_ptr<sqlite3_stmt, SqliteFinalizer>;
+
+/// As long as the value is left alone; empty for a null.
+[[nodiscard]] std::string_view TextOf(sqlite3_value* value);
 
 /// The rows of a prepared statement, straight from the engine.
 class SqliteRows : public Rows {
