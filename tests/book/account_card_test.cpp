@@ -5,14 +5,11 @@
 
 #include "book/ledger/account_search.h"
 #include "book/ledger/posting.h"
+#include "support/matchers.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
-
-using tavrix::test::MakeBookOn;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// On SQLite, and on a server where there is one.
 class AccountCardTest : public testing::TestWithParam<const char*> {

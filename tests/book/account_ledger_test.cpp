@@ -8,13 +8,12 @@
 #include <random>
 
 #include "book/ledger/money_text.h"
+#include "support/matchers.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using Kind = LedgerLine::Kind;
 
 /// Three levels, two categories.

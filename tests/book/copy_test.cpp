@@ -10,14 +10,11 @@
 #include "book/sample.h"
 #include "book/session/identifiers.h"
 #include "book/session/schema.h"
+#include "support/matchers.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
-
-using tavrix::test::Scalar;
-using tavrix::test::TempFolder;
-using testing::HasSubstr;
 
 class CopyTest : public testing::Test {
  protected:

@@ -6,6 +6,7 @@
 #include "book/exchange/text_encoding.h"
 #include "host/code_points.h"
 #include "host/utf.h"
+#include "support/matchers.h"
 
 #ifndef _WIN32
 #include <iconv.h>
@@ -14,8 +15,6 @@
 // Texts of other programs: their encodings, and rows with separators.
 namespace desk::book {
 namespace {
-
-using testing::ElementsAre;
 
 #ifndef _WIN32
 /// What the system's own conversion makes of each character of GB18030.

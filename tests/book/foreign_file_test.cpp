@@ -19,6 +19,8 @@
 #include "book/ledger/trial_balance.h"
 #include "book/session/schema.h"
 #include "host/calls.h"
+#include "host/non_copyable.h"
+#include "support/matchers.h"
 #include "support/test_book.h"
 
 namespace desk::book {
@@ -26,19 +28,13 @@ namespace {
 
 namespace fs = std::filesystem;
 namespace test = tavrix::test;
-using tavrix::test::FewAccounts;
-using tavrix::test::Scalar;
-using tavrix::test::TempFolder;
-using testing::HasSubstr;
 
 /// A database as another program opens it.
-class Foreign {
+class Foreign : private tavrix::host::NonCopyable {
  public:
   explicit Foreign(const std::string& path) {
     EXPECT_EQ(sqlite3_open(path.c_str(), &handle_), SQLITE_OK);
   }
-  Foreign(const Foreign&) = delete;
-  Foreign& operator=(const Foreign&) = delete;
   ~Foreign() { sqlite3_close(handle_); }
   void Do(const std::string& sql) const {
     EXPECT_EQ(sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
@@ -83,7 +79,7 @@ class ForeignFileTest : public testing::Test {
   void LeaveLaterBook(bool in_log) const {
     const TempFolder elsewhere;
     const std::string file = elsewhere.File("x");
-    const Book book = Book::Create(file, {.accounts = FewAccounts()});
+    const Book book = Book::Create(file, {.accounts = test::FewAccounts()});
     test::Run(book, "pragma wal_checkpoint(truncate)");
     test::Run(book, "pragma user_version=99");
     if (!in_log) test::Run(book, "pragma wal_checkpoint(truncate)");
@@ -151,7 +147,7 @@ TEST_F(ForeignFileTest, ABookWhoseDeskWasKilledOpensWithAllOfItsLog) {
   {
     const TempFolder elsewhere;
     const std::string file = elsewhere.File("x");
-    const Book book = Book::Create(file, {.accounts = FewAccounts()});
+    const Book book = Book::Create(file, {.accounts = test::FewAccounts()});
     test::Run(book, "update gl_code set chelp='last' where i_id=1");
     for (const char* suffix : {"", "-wal"}) {
       fs::copy(PathOf(file + suffix), PathOf(File() + suffix));
@@ -173,7 +169,7 @@ TEST_F(ForeignFileTest, ABookWhoseProgramWasKilledInAChangeOpensAsItWasBefore) {
   }
   const TempFolder elsewhere;
   const std::string made = elsewhere.File("x");
-  (void)Book::Create(made, {.accounts = FewAccounts()});
+  (void)Book::Create(made, {.accounts = test::FewAccounts()});
   {
     const Foreign foreign(made);
     foreign.Do("pragma journal_mode=delete;" + tables);
@@ -195,7 +191,7 @@ TEST_F(ForeignFileTest, ViewsThatNeverEndAreRefusedInSeconds) {
   const std::pair<const char*, const char*> endless[] = {{"xt_accinformation", ""},
                                                          {"gl_code", " where i<0"}};
   for (const auto& [table, condition] : endless) {
-    (void)Book::Create(File(), {.accounts = FewAccounts()});
+    (void)Book::Create(File(), {.accounts = test::FewAccounts()});
     std::string columns;
     for (const Column& column : FindSchemaTable(table)->columns) {
       columns += (columns.empty() ? "" : ",") + std::string("i as ") + std::string(column.name);
@@ -208,7 +204,7 @@ TEST_F(ForeignFileTest, ViewsThatNeverEndAreRefusedInSeconds) {
     fs::remove(PathOf(File()));
   }
   // Views that end serve.
-  (void)Book::Create(File(), {.accounts = FewAccounts()});
+  (void)Book::Create(File(), {.accounts = test::FewAccounts()});
   Foreign(File()).Do(
       "alter table tvxbz rename to currencies;"
       "create view tvxbz as with recursive n(i) as (select 1 union all select i+1 from n where "
@@ -243,7 +239,7 @@ TEST_F(ForeignFileTest, NumbersBeyondAllBoundsAreNamed) {
       return std::string(error.what());
     }
   };
-  const Book book = Book::Create(File(), {.accounts = FewAccounts()});
+  const Book book = Book::Create(File(), {.accounts = test::FewAccounts()});
   const Voucher voucher = {
       .year = 2026,
       .month = 1,
@@ -275,7 +271,7 @@ TEST_F(ForeignFileTest, NumbersBeyondAllBoundsAreNamed) {
 }
 
 TEST_F(ForeignFileTest, ReplacingARowHeedsTheRulesOfDeleting) {
-  const Book book = Book::Create(File(), {.accounts = FewAccounts()});
+  const Book book = Book::Create(File(), {.accounts = test::FewAccounts()});
   tavrix::test::AddPosting(book, "gl_accvouch", "1001");
   const auto rows = tavrix::test::AllRows(book, "select i_id,ccode,bend from gl_code order by 1");
   for (const char* sql : {"insert or replace into gl_code(i_id,ccode)values(1,'1009')",

@@ -4,13 +4,13 @@
 #include <gtest/gtest.h>
 
 #include "book/host/grid_navigator.h"
+#include "support/matchers.h"
 #include "viewkit/grid/flex_grid.h"
 
 namespace desk::book {
 namespace {
 
 using tavrix::viewkit::FlexGrid;
-using testing::ElementsAre;
 
 class GridStateTest : public testing::Test {
  protected:

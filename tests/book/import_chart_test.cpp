@@ -7,21 +7,16 @@
 #include "book/journal/command_text.h"
 #include "book/journal/undo.h"
 #include "book/text_import.h"
+#include "support/matchers.h"
 #include "support/odd_chart.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
 
-using tavrix::test::AllRows;
 using tavrix::test::BrokenRules;
-using tavrix::test::MakeBookOn;
 using tavrix::test::WholeChart;
 using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::StartsWith;
 
 class ImportChartTest : public testing::TestWithParam<std::string> {};
 INSTANTIATE_TEST_SUITE_P(Engines, ImportChartTest,

@@ -3,18 +3,12 @@
 
 #include "book/exchange/export_chart.h"
 #include "book/text_import.h"
+#include "support/matchers.h"
 #include "support/odd_chart.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
-
-using tavrix::test::BrokenRules;
-using tavrix::test::MakeBook;
-using tavrix::test::Scalar;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 /// Each line in short: its number, state and note.
 std::vector<std::string> Told(const ImportPlan& plan) {
@@ -141,7 +135,7 @@ TEST(ImportPlan, EmptyBookTakesTheRuleOfTheCodes) {
   const ImportPlan plan = Import(book, source);
   EXPECT_EQ(plan.Count(ImportState::kAdd), 3U);
   EXPECT_EQ(book.Setting("system", "kmbm"), "323");
-  EXPECT_THAT(BrokenRules(book), IsEmpty());
+  EXPECT_THAT(tavrix::test::BrokenRules(book), IsEmpty());
   EXPECT_EQ(Scalar(book, "select bend from gl_code where ccode='10101'"), "0");
 
   // A book with accounts keeps its own.

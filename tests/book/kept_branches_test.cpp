@@ -6,13 +6,11 @@
 #include <fstream>
 
 #include "book/files/paths.h"
+#include "support/matchers.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class KeptBranchesTest : public testing::Test {
  protected:

@@ -11,15 +11,12 @@
 
 #include "book/files/paths.h"
 #include "host/calls.h"
+#include "host/non_copyable.h"
+#include "support/matchers.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
-
-using tavrix::test::MakeBook;
-using tavrix::test::Scalar;
-using tavrix::test::TempFolder;
-using testing::HasSubstr;
 
 class OpenTest : public testing::Test {
  protected:
@@ -137,11 +134,9 @@ TEST_F(OpenTest, AReadOnlyBookReadsAndSaysWhyItDoesNotWrite) {
 
 #ifndef _WIN32
 /// Without this a test run by the administrator could write anywhere.
-class AsNobody {
+class AsNobody : private tavrix::host::NonCopyable {
  public:
   AsNobody() { EXPECT_TRUE(geteuid() != 0 || seteuid(65534) == 0); }
-  AsNobody(const AsNobody&) = delete;
-  AsNobody& operator=(const AsNobody&) = delete;
   ~AsNobody() { EXPECT_EQ(seteuid(getuid()), 0); }
 };
 

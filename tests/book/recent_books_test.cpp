@@ -3,12 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/matchers.h"
 #include "support/temp_folder.h"
 
 namespace desk::book {
 namespace {
-
-using testing::ElementsAre;
 
 class RecentBooksTest : public testing::Test {
  protected:

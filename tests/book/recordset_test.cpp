@@ -9,8 +9,6 @@
 namespace desk::book {
 namespace {
 
-using tavrix::test::MakeBook;
-
 std::shared_ptr<host::Recordset> OpenRecordset(const Book& book, const std::string& sql) {
   return book.System()->GetDatabase()->OpenSql(sql, 1)->OpenRecordset();
 }

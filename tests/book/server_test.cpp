@@ -10,15 +10,12 @@
 #include "book/odbc/wire_text.h"
 #include "book/session/schema.h"
 #include "host/calls.h"
+#include "support/matchers.h"
 #include "support/server_user.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
-
-using tavrix::test::MakeBookOn;
-using tavrix::test::Scalar;
-using testing::HasSubstr;
 
 TEST(ConnectionString, IsToldFromAFileAndShownWithoutItsPassword) {
   for (const char* text : {"Driver={X};Server=y", "dsn=books", "ODBC;DSN=books", "FileDSN=a.dsn"}) {

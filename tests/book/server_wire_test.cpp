@@ -9,6 +9,7 @@
 
 #include "book/database/connection_string.h"
 #include "host/calls.h"
+#include "support/matchers.h"
 #include "support/relay.h"
 #include "support/temp_folder.h"
 #include "support/test_book.h"
@@ -16,9 +17,7 @@
 namespace desk::book {
 namespace {
 
-using tavrix::test::Scalar;
 using testing::AllOf;
-using testing::HasSubstr;
 using testing::Not;
 
 constexpr const char* kSecret = "p9w;x y'z";

@@ -8,6 +8,7 @@
 #include <functional>
 
 #include "host/calls.h"
+#include "support/matchers.h"
 #include "support/relay.h"
 #include "support/test_book.h"
 
@@ -15,8 +16,6 @@ namespace desk::book {
 namespace {
 
 using std::chrono::milliseconds;
-using tavrix::test::Scalar;
-using testing::HasSubstr;
 
 constexpr const char* kChange = "update gl_code set chelp='silent' where i_id=1";
 constexpr const char* kUnknown = "这次操作是否完成不得而知";

@@ -6,12 +6,11 @@
 #include <chrono>
 
 #include "host/calls.h"
+#include "support/matchers.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
-
-using testing::HasSubstr;
 
 /// What the guard says; empty when it accepts.
 std::string Verdict(std::string_view sql, const ColumnQuestion& question = {}) {

@@ -3,14 +3,11 @@
 
 #include "book/sql/sql_text.h"
 #include "host/calls.h"
+#include "support/matchers.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
-
-using tavrix::test::MakeBook;
-using tavrix::test::Scalar;
-using testing::HasSubstr;
 
 host::RowSet RowsOf(const Book& book, const std::string& sql) {
   const auto recordset = host::QueryRows(*book.System(), sql);

@@ -11,14 +11,11 @@
 #include "host/account.h"
 #include "host/error.h"
 #include "host/text.h"
+#include "support/matchers.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
-
-using tavrix::test::AllRows;
-using tavrix::test::Scalar;
-using testing::HasSubstr;
 
 class ChartTest : public testing::TestWithParam<StandardChart> {};
 INSTANTIATE_TEST_SUITE_P(Both, ChartTest, testing::ValuesIn(kStandardCharts));

@@ -5,14 +5,13 @@
 
 #include "book/ledger/money_text.h"
 #include "book/ledger/posting.h"
+#include "support/matchers.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
 
 using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// Category, first level, code, name, opening, debit, credit, closing.
 std::vector<std::string> Lines(const Book& book, const std::optional<Month>& month = {}) {

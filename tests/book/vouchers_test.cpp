@@ -6,14 +6,11 @@
 #include <random>
 
 #include "book/ledger/trial_balance.h"
+#include "support/matchers.h"
 #include "support/test_book.h"
 
 namespace desk::book {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 std::vector<Account> Chart() {
   return {{.code = "1001", .name = "现金", .category = "资产"},

@@ -12,6 +12,7 @@
 #include "book/exchange/zip_archive.h"
 #include "book/files/files.h"
 #include "book/files/paths.h"
+#include "support/matchers.h"
 #include "support/odd_chart.h"
 #include "support/temp_folder.h"
 #include "support/test_book.h"
@@ -19,11 +20,8 @@
 namespace desk::book {
 namespace {
 
-using tavrix::test::MakeBookOn;
 using tavrix::test::OddAccounts;
 using tavrix::test::WholeChart;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 std::string Refusal(const std::string& bytes) {
   try {

@@ -6,6 +6,7 @@
 #include <oleidl.h>
 
 #include "com/variant.h"
+#include "component/loaded_library.h"
 #include "component/own_container.h"
 #include "qnDesignUI.h"
 #include "tavrix.h"
@@ -13,16 +14,9 @@
 namespace tavrix::test {
 namespace {
 
-using com::Variant;
-
 /// The font of the child control with this name.
 LOGFONTW FontOfChild(const ComPtr<IUnknown>& control, const char* name) {
-  ComPtr<IDispatch> controls;
-  ComPtr<IDispatch> child;
-  EXPECT_EQ(control.As<IDesignUI>()->get_Controls(controls.Put()), S_OK);
-  EXPECT_EQ(
-      controls.As<IChildControls>()->get_Item(Variant(std::string_view(name)).Get(), child.Put()),
-      S_OK);
+  const ComPtr<IDispatch> child = ChildOf(control, name);
   long window = 0;
   EXPECT_EQ(child.As<IChildControl>()->get_hWnd(&window), S_OK);
   const auto font = reinterpret_cast<HFONT>(

@@ -29,13 +29,7 @@ void Load(const ComPtr<IUnknown>& view, const std::shared_ptr<StubHost>& host) {
 }
 
 ComPtr<IFlexGrid> FirstGrid(const ComPtr<IUnknown>& view) {
-  ComPtr<IDispatch> controls;
-  ComPtr<IDispatch> grid;
-  EXPECT_EQ(view.As<IDesignUI>()->get_Controls(controls.Put()), S_OK);
-  EXPECT_EQ(
-      controls.As<IChildControls>()->get_Item(Variant(std::string_view("Vs(0)")).Get(), grid.Put()),
-      S_OK);
-  return grid.As<IFlexGrid>();
+  return ChildOf(view, "Vs(0)").As<IFlexGrid>();
 }
 
 HWND WindowOf(const ComPtr<IFlexGrid>& grid) {

@@ -10,6 +10,7 @@
 
 #include "com/com_ptr.h"
 #include "component/named_object.h"
+#include "host/non_copyable.h"
 
 namespace tavrix::test {
 
@@ -17,12 +18,10 @@ namespace tavrix::test {
 using Listener = std::function<HRESULT(DISPID id, const std::vector<Variant>& arguments)>;
 
 /// Listens to `source` of an object from its making to its end or to `Stop`.
-class EventSink {
+class EventSink : private host::NonCopyable {
  public:
   /// `events` is the source interface.
   EventSink(IUnknown* object, const IID& events, Listener listener);
-  EventSink(const EventSink&) = delete;
-  EventSink& operator=(const EventSink&) = delete;
   ~EventSink() { Stop(); }
 
   void Stop();

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "com/com_ptr.h"
+#include "host/non_copyable.h"
 
 namespace tavrix::test {
 
@@ -10,12 +11,10 @@ using com::ComPtr;
 
 /// The system's own container for a control, as a window of the size given (pixels of its client
 /// area). It has no ambient properties and leaves the keys to its program's message loop.
-class ForeignContainer {
+class ForeignContainer : private host::NonCopyable {
  public:
   /// Places a new control of the class with this ProgID. Throws `ComFailure`.
   ForeignContainer(const wchar_t* prog_id, int width, int height);
-  ForeignContainer(const ForeignContainer&) = delete;
-  ForeignContainer& operator=(const ForeignContainer&) = delete;
   ~ForeignContainer() { Close(); }
 
   void Resize(int width, int height);

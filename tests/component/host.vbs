@@ -360,40 +360,25 @@ End Class
 
 ' A few entries.
 Class HostParameters
-  Private names
-  Private contents
-  Private count
+  Private entries
   Private Sub Class_Initialize()
-    Dim empty_names(9)
-    Dim empty_contents(9)
-    names = empty_names
-    contents = empty_contents
-    count = 0
+    Set entries = New SettingsStore
   End Sub
   Public Sub Add(key, value)
-    names(count) = key
-    contents(count) = value
-    count = count + 1
+    entries.WriteValue key, value
   End Sub
   Public Function Exists(key)
-    Exists = PositionOf(key) >= 0
+    Exists = Not IsNull(entries.ReadValue(key, Null))
   End Function
   Public Function Item(key)
     Dim entry
     Set entry = New ValueHolder
-    entry.Value = contents(PositionOf(key))
+    entry.Value = entries.ReadValue(key, Null)
     Set Item = entry
   End Function
   Public Sub Clear()
-    count = 0
+    entries.Count = 0
   End Sub
-  Private Function PositionOf(key)
-    Dim i
-    PositionOf = -1
-    For i = 0 To count - 1
-      If names(i) = key Then PositionOf = i
-    Next
-  End Function
 End Class
 
 Sub PutRow(rows, at, code, name, currency, id, level, category)

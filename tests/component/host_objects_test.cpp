@@ -9,14 +9,13 @@
 #include "component/event_sink.h"
 #include "component/view_fixture.h"
 #include "qnSystem.h"
+#include "support/matchers.h"
 
 /// What the host's objects give to a view, and how they are called.
 namespace tavrix::test {
 namespace {
 
 using com::Bstr;
-using testing::ElementsAre;
-using testing::StartsWith;
 
 TEST_F(View, ShowsValuesOfEveryKind) {
   VARIANT date{};

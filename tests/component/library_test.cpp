@@ -15,13 +15,13 @@
 #include "qnFormUI.h"
 #include "qnPickerUI.h"
 #include "qnSystem.h"
+#include "support/matchers.h"
 #include "tavrix.h"
 
 namespace tavrix::test {
 namespace {
 
 using com::Bstr;
-using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
 TEST(Library, ExportsTheFourEntryPointsAndNeedsOnlyTheSystem) {

@@ -1,6 +1,8 @@
 #include "component/loaded_library.h"
 
 #include "com/failure.h"
+#include "com/variant.h"
+#include "qnDesignUI.h"
 #include "tavrix.h"
 
 namespace tavrix::test {
@@ -10,6 +12,14 @@ ComPtr<IUnknown> CreateView() {
   com::Check(CoCreateInstance(__uuidof(Kjkm), nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
                               view.PutVoid()));
   return view;
+}
+
+ComPtr<IDispatch> ChildOf(const ComPtr<IUnknown>& view, std::string_view name) {
+  ComPtr<IDispatch> controls;
+  ComPtr<IDispatch> child;
+  com::Check(view.As<IDesignUI>()->get_Controls(controls.Put()));
+  com::Check(controls.As<IChildControls>()->get_Item(com::Variant(name).Get(), child.Put()));
+  return child;
 }
 
 LoadedLibrary::LoadedLibrary() : module_(LoadLibraryW(L"tavrix.dll")) {

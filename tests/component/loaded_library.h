@@ -2,10 +2,14 @@
 
 #include <windows.h>
 
+#include <oaidl.h>
+
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "com/com_ptr.h"
+#include "host/non_copyable.h"
 
 namespace tavrix::test {
 
@@ -14,12 +18,13 @@ using com::ComPtr;
 /// A `Kjkm`, activated by its class identifier.
 [[nodiscard]] ComPtr<IUnknown> CreateView();
 
+/// A control inside a view, by its name.
+[[nodiscard]] ComPtr<IDispatch> ChildOf(const ComPtr<IUnknown>& view, std::string_view name);
+
 /// The library, loaded for its entry points; kept loaded as long as this lives.
-class LoadedLibrary {
+class LoadedLibrary : private host::NonCopyable {
  public:
   LoadedLibrary();
-  LoadedLibrary(const LoadedLibrary&) = delete;
-  LoadedLibrary& operator=(const LoadedLibrary&) = delete;
   ~LoadedLibrary() { FreeLibrary(module_); }
 
   [[nodiscard]] std::wstring File() const;

@@ -17,17 +17,18 @@
 #include "com/late_object.h"
 #include "component/event_sink.h"
 #include "component/foreign_container.h"
+#include "component/loaded_library.h"
 #include "component/stub_host.h"
 #include "qnDesignUI.h"
 #include "qnPickerUI.h"
 #include "qnSystem.h"
+#include "support/matchers.h"
 #include "tavrix.h"
 
 namespace tavrix::test {
 namespace {
 
 using com::Bstr;
-using testing::ElementsAre;
 
 /// A wheel of the host that can be turned.
 class Wheel : public NamedObject {
@@ -128,6 +129,14 @@ class Picker : public testing::Test {
     EXPECT_EQ(result, VARIANT_FALSE);
     return status;
   }
+  /// Begins on a host that has a wheel, and keeps it.
+  [[nodiscard]] Wheel& StartWithWheel() {
+    const ComPtr<IDispatch> wheel = com::MakeObject<Wheel>().As<IDispatch>();
+    host_->helpers["MouseEvent"] = wheel;
+    EXPECT_EQ(Init(), S_OK);
+    Refresh();
+    return *static_cast<Wheel*>(wheel.Get());
+  }
   [[nodiscard]] ComPtr<IChildControls> Controls() {
     ComPtr<IDispatch> controls;
     EXPECT_EQ(object_.As<IDesignUI>()->get_Controls(controls.Put()), S_OK);
@@ -135,9 +144,7 @@ class Picker : public testing::Test {
   }
   template <class Interface>
   [[nodiscard]] ComPtr<Interface> Child(const char* name) {
-    ComPtr<IDispatch> child;
-    EXPECT_EQ(Controls()->get_Item(Variant(std::string_view(name)).Get(), child.Put()), S_OK);
-    return child.As<Interface>();
+    return ChildOf(object_, name).As<Interface>();
   }
   [[nodiscard]] std::string Message() {
     Bstr caption;
@@ -229,11 +236,7 @@ TEST_F(Picker, TellsTheHostsOwnTextOfAFailure) {
 }
 
 TEST_F(Picker, FollowsTheHostsWheelUntilItIsCleared) {
-  const auto wheel = com::MakeObject<Wheel>();
-  host_->helpers["MouseEvent"] = wheel.As<IDispatch>();
-  auto& source = *static_cast<Wheel*>(wheel.As<IDispatch>().Get());
-  ASSERT_EQ(Init(), S_OK);
-  Refresh();
+  Wheel& source = StartWithWheel();
   const auto grid = Child<IFlexGrid>("Vs");
   const auto top = [&] {
     long row = 0;
@@ -251,11 +254,7 @@ TEST_F(Picker, FollowsTheHostsWheelUntilItIsCleared) {
 
 /// A wheel that lets go of its control when the control tells it where the rows are.
 TEST_F(Picker, LivesToTheEndOfAWheelsTurnInWhichItsLastHolderLetsGo) {
-  const auto wheel = com::MakeObject<Wheel>();
-  host_->helpers["MouseEvent"] = wheel.As<IDispatch>();
-  auto& source = *static_cast<Wheel*>(wheel.As<IDispatch>().Get());
-  ASSERT_EQ(Init(), S_OK);
-  Refresh();
+  Wheel& source = StartWithWheel();
   const auto controls = Controls();
   long count = 0;
   source.on_position = [&] {

@@ -17,12 +17,11 @@
 #include "component/stub_host.h"
 #include "qnDesignUI.h"
 #include "qnFormUI.h"
+#include "support/matchers.h"
 #include "tavrix.h"
 
 namespace tavrix::test {
 namespace {
-
-using testing::ElementsAre;
 
 /// The rules of identity hold from each interface to each other.
 TEST(Identity, IsOneFromEveryInterfaceToEveryOther) {

@@ -9,16 +9,15 @@
 #include <vector>
 
 #include "component/named_object.h"
+#include "host/non_copyable.h"
 
 namespace tavrix::test {
 
 /// Runs scripts of one language, with objects that they see as global names.
-class ScriptEngine {
+class ScriptEngine : private host::NonCopyable {
  public:
   /// `language` is the engine's ProgID. Throws `ComFailure` when there is none.
   explicit ScriptEngine(const wchar_t* language);
-  ScriptEngine(const ScriptEngine&) = delete;
-  ScriptEngine& operator=(const ScriptEngine&) = delete;
   /// What the scripts have made is released.
   ~ScriptEngine();
 

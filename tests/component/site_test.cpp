@@ -17,12 +17,11 @@
 #include "component/stub_host.h"
 #include "qnDesignUI.h"
 #include "qnFormUI.h"
+#include "support/matchers.h"
 #include "tavrix.h"
 
 namespace tavrix::test {
 namespace {
-
-using testing::ElementsAre;
 
 ComPtr<IChildControls> ControlsOf(const ComPtr<IUnknown>& control) {
   ComPtr<IDispatch> controls;

@@ -121,16 +121,6 @@ Life::Life(const wchar_t* prog_id) {
       CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.PutVoid()));
 }
 
-ComPtr<IDispatch> Life::ChildObject(const char* name) const {
-  ComPtr<IDispatch> controls;
-  ComPtr<IDispatch> child;
-  EXPECT_EQ(object.As<IDesignUI>()->get_Controls(controls.Put()), S_OK);
-  EXPECT_EQ(
-      controls.As<IChildControls>()->get_Item(Variant(std::string_view(name)).Get(), child.Put()),
-      S_OK);
-  return child;
-}
-
 long Life::RowsOf(const char* grid) const {
   long rows = -1;
   EXPECT_EQ(Child<IFlexGrid>(grid)->get_Rows(&rows), S_OK);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "component/event_sink.h"
+#include "component/loaded_library.h"
 #include "component/stub_host.h"
 
 /// The commands of both controls as a caller gives them through COM, each over a host of its own.
@@ -20,7 +21,7 @@ class Life {
   /// A control inside the view.
   template <class Interface>
   [[nodiscard]] ComPtr<Interface> Child(const char* name) const {
-    return ChildObject(name).As<Interface>();
+    return ChildOf(object, name).As<Interface>();
   }
   [[nodiscard]] long RowsOf(const char* grid) const;
   /// All cells of a grid.
@@ -30,9 +31,6 @@ class Life {
   ComPtr<IUnknown> object;
   VARIANT_BOOL answer = VARIANT_FALSE;  ///< of the command
   std::string given;                    ///< texts that it gives beside
-
- private:
-  [[nodiscard]] ComPtr<IDispatch> ChildObject(const char* name) const;
 };
 
 struct Command {

@@ -32,13 +32,7 @@ class View : public testing::Test {
     return SUCCEEDED(form_->Refresh(&done)) && done != VARIANT_FALSE;
   }
   [[nodiscard]] ComPtr<IFlexGrid> Grid(const char* name = "Vs(0)") {
-    ComPtr<IDispatch> controls;
-    ComPtr<IDispatch> grid;
-    EXPECT_EQ(design_->get_Controls(controls.Put()), S_OK);
-    EXPECT_EQ(
-        controls.As<IChildControls>()->get_Item(Variant(std::string_view(name)).Get(), grid.Put()),
-        S_OK);
-    return grid.As<IFlexGrid>();
+    return ChildOf(object_, name).As<IFlexGrid>();
   }
   [[nodiscard]] static std::string Cell(const ComPtr<IFlexGrid>& grid, long row, long col) {
     com::Bstr text;

@@ -10,13 +10,12 @@
 
 #include "component/event_sink.h"
 #include "component/view_fixture.h"
+#include "support/matchers.h"
 
 namespace tavrix::test {
 namespace {
 
 using com::Bstr;
-using testing::ElementsAre;
-using testing::StartsWith;
 
 TEST_F(View, AnswersEarlyBoundCallers) {
   ASSERT_EQ(Init(), S_OK);

@@ -3,6 +3,7 @@
 #include "layout/layout_support.h"
 #include "maintenance/kjkm.h"
 #include "picker/sel_kjkm.h"
+#include "support/controls.h"
 #include "support/scripted_user.h"
 #include "viewkit/controls/check_box.h"
 #include "viewkit/controls/command_button.h"
@@ -33,17 +34,6 @@ class ViewStatusTest : public testing::Test {
   void Write(const std::string& name, const std::string& text) {
     std::ofstream(desk::book::PathOf(FileOf(name)), std::ios::binary) << text;
   }
-  template <class Kind, class View>
-  [[nodiscard]] static Kind& Control(View& view, const std::string& name, int index = -1) {
-    for (std::size_t i = 0; i < view.Controls().Count(); ++i) {
-      viewkit::Control& control = view.Controls().At(i);
-      if (control.Name() == name && viewkit::GetCtrlIndex(control) == index) {
-        return dynamic_cast<Kind&>(control);
-      }
-    }
-    throw std::out_of_range(name);
-  }
-
   test::TempFolder folder_;
   desk::book::Book book_ = test::MakeBook();
   test::ScriptedUser user_;
@@ -65,7 +55,7 @@ TEST_F(KjkmStatusTest, SavedInFullRestoredByWidths) {
   {
     maintenance::Kjkm view(user_);
     Start(view);
-    auto& page = Control<FlexGrid>(view, "Vs", 2);
+    auto& page = test::Find<FlexGrid>(view, "Vs", 2);
     page.SetColWidth(1, 3210);
     page.SetColWidth(2, 0);
     page.SetFrozenCols(1);
@@ -81,12 +71,12 @@ TEST_F(KjkmStatusTest, SavedInFullRestoredByWidths) {
   maintenance::Kjkm view(user_);
   Start(view);
   view.DoGetFormStatus();
-  auto& page = Control<FlexGrid>(view, "Vs", 2);
+  auto& page = test::Find<FlexGrid>(view, "Vs", 2);
   EXPECT_EQ(page.ColWidth(1), 3210);
   EXPECT_EQ(page.ColWidth(2), 0);
   EXPECT_EQ(page.FrozenCols(), 0);
   EXPECT_EQ(page.ColAlignment(3), viewkit::Alignment::kLeftCenter);
-  EXPECT_NE(Control<FlexGrid>(view, "Vs", 3).ColWidth(1), 3210) << "each page has its own";
+  EXPECT_NE(test::Find<FlexGrid>(view, "Vs", 3).ColWidth(1), 3210) << "each page has its own";
   EXPECT_EQ(reports_, Lines());
 }
 
@@ -94,7 +84,7 @@ TEST_F(KjkmStatusTest, RestoringNeitherWritesNorSorts) {
   Write("Kjkm", "[VsIsSort_0]\nVsCol0=8\n[VsIsTotalOn_0]\nVsCol5=1\n[VsColWidth_0]\nVsCol1=99\n");
   maintenance::Kjkm view(user_);
   Start(view);
-  auto& page = Control<FlexGrid>(view, "Vs", 0);
+  auto& page = test::Find<FlexGrid>(view, "Vs", 0);
   const auto before = viewkit::Shown(page);
   view.DoGetFormStatus();
   EXPECT_EQ(page.ColWidth(1), 99);
@@ -109,7 +99,7 @@ TEST_F(KjkmStatusTest, AHiddenFirstColumnStaysHidden) {
   maintenance::Kjkm view(user_);
   Start(view);
   view.DoGetFormStatus();
-  auto& page = Control<FlexGrid>(view, "Vs", 0);
+  auto& page = test::Find<FlexGrid>(view, "Vs", 0);
   page.SetRow(1);
   user_.in_dialog = [](viewkit::DialogModel& dialog) {
     dynamic_cast<editing::FmBkmAdd&>(dialog).EvHasLoad.Raise(false, 1);
@@ -154,7 +144,7 @@ class PickerStatusTest : public ViewStatusTest {
   }
   static Lines CodesAndTotals(picker::selKjkm& view) {
     Lines lines;
-    const auto& grid = Control<FlexGrid>(view, "Vs");
+    const auto& grid = test::Find<FlexGrid>(view, "Vs");
     for (int row = 1; row < grid.Rows(); ++row) {
       lines.push_back(grid.DisplayText(row, 1) + "|" + grid.DisplayText(row, 7));
     }
@@ -170,13 +160,13 @@ TEST_F(PickerStatusTest, SavedAndRestoredInFull) {
   {
     picker::selKjkm view(user_);
     Start(view);
-    auto& grid = Control<FlexGrid>(view, "Vs");
+    auto& grid = test::Find<FlexGrid>(view, "Vs");
     grid.SetColWidth(2, 4321);
     grid.SetFrozenCols(2);
     grid.SetColWidth(0, 0);
-    Control<viewkit::CheckBox>(view, "Chk").SetValue(1);
-    Control<viewkit::CheckBox>(view, "Check").SetValue(1);
-    Control<viewkit::TreeView>(view, "TV").Nodes().Item("r成本").SetSelected(true);
+    test::Find<viewkit::CheckBox>(view, "Chk").SetValue(1);
+    test::Find<viewkit::CheckBox>(view, "Check").SetValue(1);
+    test::Find<viewkit::TreeView>(view, "TV").Nodes().Item("r成本").SetSelected(true);
     view.DoSaveFormStatus();
   }
   EXPECT_EQ(Stored(kName, "Form", "TREEVIEW_TV"), "成本");
@@ -185,13 +175,13 @@ TEST_F(PickerStatusTest, SavedAndRestoredInFull) {
   picker::selKjkm view(user_);
   Start(view);
   view.DoGetFormStatus();
-  const auto& grid = Control<FlexGrid>(view, "Vs");
+  const auto& grid = test::Find<FlexGrid>(view, "Vs");
   EXPECT_EQ(grid.ColWidth(2), 4321);
   EXPECT_EQ(grid.FrozenCols(), 2);
   EXPECT_EQ(grid.ColWidth(0), 0);
-  EXPECT_EQ(Control<viewkit::CheckBox>(view, "Chk").Value(), 1);
-  EXPECT_TRUE(Control<viewkit::SearchBox>(view, "SearchBox1").FilterMode());
-  EXPECT_EQ(Control<viewkit::TreeView>(view, "TV").SelectedItem()->Key(), "r成本");
+  EXPECT_EQ(test::Find<viewkit::CheckBox>(view, "Chk").Value(), 1);
+  EXPECT_TRUE(test::Find<viewkit::SearchBox>(view, "SearchBox1").FilterMode());
+  EXPECT_EQ(test::Find<viewkit::TreeView>(view, "TV").SelectedItem()->Key(), "r成本");
   EXPECT_EQ(CodesAndTotals(view), (Lines{"5001|0", "500101|0", "50010101|1"}));
 }
 
@@ -203,12 +193,12 @@ TEST_F(PickerStatusTest, TotalsOutliveEachLoad) {
   const Lines all = CodesAndTotals(view);
   EXPECT_EQ(all, (Lines{"5001|0", "500101|0", "50010101|1", "|1", "2202|1", "|1", "1001|1",
                         "1002|0", "100201|1", "100202|1", "|3", "|5"}));
-  auto& tree = Control<viewkit::TreeView>(view, "TV");
-  auto& grid = Control<FlexGrid>(view, "Vs");
+  auto& tree = test::Find<viewkit::TreeView>(view, "TV");
+  auto& grid = test::Find<FlexGrid>(view, "Vs");
   grid.SetColWidth(2, 1111);
   tree.Nodes().Item("r负债").SetSelected(true);
   EXPECT_EQ(CodesAndTotals(view), (Lines{"2202|1", "|1", "|1"}));
-  EXPECT_EQ(Control<viewkit::Label>(view, "LblCount").Caption(), "共:1条");
+  EXPECT_EQ(test::Find<viewkit::Label>(view, "LblCount").Caption(), "共:1条");
   EXPECT_EQ(grid.ColWidth(2), 1111) << "what the user has done since stays";
   tree.Nodes().Item("r").SetSelected(true);
   EXPECT_EQ(CodesAndTotals(view), all);
@@ -229,13 +219,13 @@ TEST_F(PickerStatusTest, ANewAccountJoinsItsGroup) {
     dynamic_cast<editing::FmBkmAdd&>(dialog).EvHasLoad.Raise(true, 77);
     dialog.Unload();
   };
-  Control<viewkit::CommandButton>(view, "Cmd", 3).Click();
+  test::Find<viewkit::CommandButton>(view, "Cmd", 3).Click();
   EXPECT_EQ(CodesAndTotals(view),
             (Lines{"1001|1", "1002|0", "100201|1", "100202|1", "1003|1", "|4", "2202|1", "|1",
                    "5001|0", "500101|0", "50010101|1", "|1", "|6"}));
-  auto& grid = Control<FlexGrid>(view, "Vs");
+  auto& grid = test::Find<FlexGrid>(view, "Vs");
   EXPECT_EQ(grid.Row(), 5);
-  auto& search = Control<viewkit::SearchBox>(view, "SearchBox1");
+  auto& search = test::Find<viewkit::SearchBox>(view, "SearchBox1");
   search.SetText("资产小计");
   search.Search();
   EXPECT_EQ(grid.Row(), 5) << "a total is no find";
@@ -246,7 +236,7 @@ TEST_F(PickerStatusTest, ATotalIsNoAccount) {
   picker::selKjkm view(user_);
   Start(view);
   view.DoGetFormStatus();
-  auto& grid = Control<FlexGrid>(view, "Vs");
+  auto& grid = test::Find<FlexGrid>(view, "Vs");
   ASSERT_TRUE(grid.IsTotalRow(9));
   grid.SetTextMatrix(9, 0, "3");
   grid.SetSelected(2, true);
@@ -255,14 +245,14 @@ TEST_F(PickerStatusTest, ATotalIsNoAccount) {
   ASSERT_TRUE(view.Selected());
   ASSERT_EQ(view.Selected()->Count(), 1);
   EXPECT_EQ(view.Selected()->At(0)->ccode, "1002");
-  EXPECT_EQ(Control<viewkit::Label>(view, "LblCount").Caption(), "共:8条，已选中1条");
+  EXPECT_EQ(test::Find<viewkit::Label>(view, "LblCount").Caption(), "共:8条，已选中1条");
 
   grid.SetRow(9);
   user_.in_dialog = [](viewkit::DialogModel& dialog) {
     EXPECT_EQ(dialog.Caption(), "新增同级") << "no account that could be changed";
     dialog.Unload();
   };
-  Control<viewkit::CommandButton>(view, "Cmd", 3).Click();
+  test::Find<viewkit::CommandButton>(view, "Cmd", 3).Click();
   EXPECT_EQ(user_.dialogs, 1);
 }
 

@@ -196,16 +196,8 @@ TEST(Wheel, TheRateComesFromTheSettingLeniently) {
   }
 }
 
-std::vector<desk::book::Account> ManyAccounts() {
-  std::vector<desk::book::Account> accounts;
-  for (int i = 0; i < 200; ++i) {
-    accounts.push_back({.code = std::to_string(1001 + i), .name = "户", .category = "资产"});
-  }
-  return accounts;
-}
-
 TEST(Wheel, SmallValuesAreRowsAndOthersAreScaled) {
-  ViewTest t(MakeBook(ManyAccounts()));
+  ViewTest t(MakeBook(test::ManyAccounts()));
   t.book.SetSetting("system", "mouseeventscrollrate", "2.5");
   t.view.Resize(9000, 6000);
   t.Start();
@@ -226,7 +218,7 @@ TEST(Wheel, SmallValuesAreRowsAndOthersAreScaled) {
 }
 
 TEST(SavedAccount, IsBroughtIntoView) {
-  ViewTest t(MakeBook(ManyAccounts()));
+  ViewTest t(MakeBook(test::ManyAccounts()));
   t.view.Resize(9000, 6000);
   t.Start();
   t.Select("1001");

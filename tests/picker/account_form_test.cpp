@@ -3,13 +3,12 @@
 
 #include "editing/fm_bkm_add.h"
 #include "picker/picker_support.h"
+#include "support/matchers.h"
 
 namespace tavrix::picker {
 namespace {
 
 using editing::FmBkmAdd;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class FormTest : public testing::TestWithParam<const char*> {
  protected:

@@ -6,11 +6,11 @@
 #include <utility>
 
 #include "picker/picker_support.h"
+#include "support/matchers.h"
 
 namespace tavrix::picker {
 namespace {
 
-using testing::ElementsAre;
 using viewkit::Key;
 
 /// Rows of the list by their codes, for a picker that was refreshed.
@@ -300,18 +300,10 @@ TEST(View, WhatTheHostHasPlacedStaysUntilTheViewIsResized) {
   EXPECT_EQ(control.GetBounds(), list) << "there is no size to arrange anything in";
 }
 
-std::vector<desk::book::Account> ManyAccounts() {
-  std::vector<desk::book::Account> accounts;
-  for (int i = 0; i < 200; ++i) {
-    accounts.push_back({.code = std::to_string(1001 + i), .name = "户", .category = "资产"});
-  }
-  return accounts;
-}
-
 TEST(View, TheWheelTurnsTheListByTheRateOfTheSetting) {
   const std::tuple<const char*, int, int> rates[] = {{"", 40, 15}, {"0", 40, 15}, {"2.5", 80, 8}};
   for (const auto& [setting, range, top] : rates) {
-    PickerFixture f(test::DefaultEngine(), ManyAccounts());
+    PickerFixture f(test::DefaultEngine(), test::ManyAccounts());
     f.book.SetSetting("system", "mouseeventscrollrate", setting);
     f.Init();
     f.picker.Refresh();
@@ -347,7 +339,7 @@ TEST(View, TheListTakesTheWheelWhenItGetsTheFocus) {
 }
 
 TEST(View, AMatchIsBroughtIntoView) {
-  PickerFixture f(test::DefaultEngine(), ManyAccounts());
+  PickerFixture f(test::DefaultEngine(), test::ManyAccounts());
   f.picker.Refresh();
   ASSERT_FALSE(f.Vs().IsInView(150));
   f.Search().SetText("1150");

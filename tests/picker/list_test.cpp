@@ -5,12 +5,11 @@
 
 #include "picker/columns.h"
 #include "picker/picker_support.h"
+#include "support/matchers.h"
 
 namespace tavrix::picker {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using Values = std::vector<std::pair<std::string, host::Value>>;
 
 std::string ListQuery(const std::string& driver, const std::string& where) {

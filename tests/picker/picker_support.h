@@ -6,6 +6,7 @@
 
 #include "book/host/parameters.h"
 #include "picker/sel_kjkm.h"
+#include "support/controls.h"
 #include "support/recorder.h"
 #include "support/scripted_user.h"
 #include "support/test_book.h"
@@ -39,15 +40,8 @@ class PickerFixture {
   }
 
   template <class Kind>
-  [[nodiscard]] Kind& Control(const std::string& name, int index = -1) {
-    viewkit::ControlList& controls = picker.Controls();
-    for (std::size_t at = 0; at < controls.Count(); ++at) {
-      host::Control& control = controls.At(at);
-      if (control.Name() == name && control.Index().value_or(-1) == index) {
-        return dynamic_cast<Kind&>(control);
-      }
-    }
-    throw std::out_of_range(name);
+  [[nodiscard]] Kind& Control(const std::string& name, int index = 0) {
+    return test::Find<Kind>(picker, name, index);
   }
   viewkit::FlexGrid& Vs() { return Control<viewkit::FlexGrid>("Vs"); }
   viewkit::TreeView& TV() { return Control<viewkit::TreeView>("TV"); }

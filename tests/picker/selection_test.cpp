@@ -5,12 +5,11 @@
 #include <stdexcept>
 
 #include "picker/picker_support.h"
+#include "support/matchers.h"
 
 namespace tavrix::picker {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using viewkit::Key;
 
 TEST(Selection, HandsBackEverySelectedRow) {

@@ -3,12 +3,10 @@
 
 #include "host/error.h"
 #include "picker/picker_support.h"
+#include "support/matchers.h"
 
 namespace tavrix::picker {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// What a caller gets back.
 struct Answer {

@@ -11,13 +11,12 @@
 #include "book/session/ledger_rules.h"
 #include "sharing/random_chart.h"
 #include "sharing/shared_book.h"
+#include "support/matchers.h"
 
 namespace tavrix::sharing {
 namespace {
 
 using desk::book::Session;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 class ChartMerges : public testing::TestWithParam<const char*> {};
 INSTANTIATE_TEST_SUITE_P(Engines, ChartMerges, testing::ValuesIn(SharedEngines()));

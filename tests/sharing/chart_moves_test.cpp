@@ -7,6 +7,7 @@
 #include "book/ledger/posting.h"
 #include "sharing/random_chart.h"
 #include "sharing/shared_book.h"
+#include "support/matchers.h"
 
 namespace tavrix::sharing {
 namespace {
@@ -14,8 +15,6 @@ namespace {
 using desk::book::CommandKind;
 using desk::book::MovePlan;
 using desk::book::Session;
-using testing::HasSubstr;
-using testing::IsEmpty;
 using namespace std::chrono_literals;
 
 /// The codes that a subtree gets, thought out account by account: each keeps its own part behind

@@ -5,12 +5,10 @@
 #include "host/calls.h"
 #include "maintenance/view_test.h"
 #include "sharing/shared_book.h"
+#include "support/matchers.h"
 
 namespace tavrix::sharing {
 namespace {
-
-using testing::HasSubstr;
-using Texts = std::vector<std::string>;
 
 class ChartRules : public testing::TestWithParam<const char*> {
  protected:

@@ -11,16 +11,12 @@
 #include "host/calls.h"
 #include "maintenance/view_test.h"
 #include "sharing/shared_book.h"
+#include "support/matchers.h"
 
 namespace tavrix::sharing {
 namespace {
 
-namespace book = desk::book;
 using book::CommandKind;
-using test::AllRows;
-using test::Scalar;
-using testing::HasSubstr;
-using Texts = std::vector<std::string>;
 
 class Journal : public testing::TestWithParam<const char*> {
  protected:

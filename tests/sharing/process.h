@@ -13,6 +13,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "host/non_copyable.h"
+
 namespace tavrix::sharing {
 
 /// Whether the long runs were asked for.
@@ -22,7 +24,7 @@ inline bool Long() {
 }
 
 /// A process that runs `work` with a place to tell what it has done, line by line.
-class Process {
+class Process : private host::NonCopyable {
  public:
   explicit Process(const std::function<void(int)>& work) {
     std::array<int, 2> ends{};
@@ -42,8 +44,6 @@ class Process {
     close(ends[1]);
     out_ = ends[0];
   }
-  Process(const Process&) = delete;
-  Process& operator=(const Process&) = delete;
   ~Process() {
     Kill();
     close(out_);

@@ -8,11 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "support/test_book.h"
+#include "sharing/shared_book.h"
 
 namespace tavrix::sharing {
-
-using Texts = std::vector<std::string>;
 
 inline constexpr std::array<const char*, 3> kLedgers = {"gl_accvouch", "gl_accass", "gl_accsum"};
 

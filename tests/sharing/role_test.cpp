@@ -14,15 +14,13 @@
 #include "host/calls.h"
 #include "maintenance/view_test.h"
 #include "sharing/shared_book.h"
+#include "support/matchers.h"
 
 namespace tavrix::sharing {
 namespace {
 
-namespace book = desk::book;
 using editing::Editor;
-using test::Scalar;
 using testing::AnyOf;
-using testing::HasSubstr;
 
 constexpr const char* kNoRight = "没有使用账簿的权限";
 

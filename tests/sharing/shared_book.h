@@ -8,6 +8,11 @@
 
 namespace tavrix::sharing {
 
+namespace book = desk::book;
+using test::AllRows;
+using test::Scalar;
+using Texts = std::vector<std::string>;
+
 /// A book in a place of its own, which several desks can open: a file, or on the server.
 class SharedBook {
  public:

@@ -5,6 +5,7 @@
 #include "host/calls.h"
 #include "maintenance/view_test.h"
 #include "sharing/shared_book.h"
+#include "support/matchers.h"
 #include "support/server_user.h"
 
 namespace tavrix::sharing {
@@ -15,8 +16,6 @@ using editing::Edit;
 using editing::Editor;
 using editing::kNameBox;
 using editing::Opening;
-using test::Scalar;
-using testing::HasSubstr;
 using namespace std::chrono_literals;
 
 void PostBoth(const desk::book::Book& book, const std::string& debit, const std::string& credit) {
@@ -43,6 +42,14 @@ class TwoDesks : public testing::TestWithParam<const char*> {
     const std::string text = mine_.reports.empty() ? "" : mine_.reports.back().text;
     mine_.reports.clear();
     return text;
+  }
+  /// Another desk adds an account below this one.
+  void TheyAddBelow(const std::string& parent) const {
+    Editor theirs(shared_.Open());
+    theirs.Open(editing::Below(parent), [&] {
+      theirs.SetName("新下级");
+      theirs.Save();
+    });
   }
   /// Says that the account is a leaf or not, in a chart without a fault.
   void ExpectLeaf(const std::string& code, bool leaf) const {
@@ -211,13 +218,7 @@ TEST_P(TwoDesks, AnAccountDeletedMeanwhileIsDeletedOnlyOnce) {
 TEST_P(TwoDesks, AccountsThatComeWhileTheUserIsAskedAreNotDeleted) {
   DeletingDesk t(shared_.Open(), "1002");
   const auto before = t.Codes();
-  t.user.in_question = [&](const auto&) {
-    Editor theirs(shared_.Open());
-    theirs.Open(editing::Below("10020001"), [&] {
-      theirs.SetName("新下级");
-      theirs.Save();
-    });
-  };
+  t.user.in_question = [&](const auto&) { TheyAddBelow("10020001"); };
   EXPECT_FALSE(t.view.FileDelete());
   ASSERT_EQ(t.reports.size(), 1U);
   EXPECT_THAT(t.reports[0], HasSubstr("FileDelete->其他用户刚增加了科目 100200010001"));
@@ -235,13 +236,7 @@ TEST_P(TwoDesks, AccountsThatComeWhileTheUserIsAskedAreNotDeleted) {
 TEST_P(TwoDesks, AParentThatGetsAnotherAccountMeanwhileStaysAParent) {
   Theirs("delete from gl_code where i_id=4");
   DeletingDesk t(shared_.Open(), "10020001");
-  t.user.in_question = [&](const auto&) {
-    Editor theirs(shared_.Open());
-    theirs.Open(editing::Below("1002"), [&] {
-      theirs.SetName("新同级");
-      theirs.Save();
-    });
-  };
+  t.user.in_question = [&](const auto&) { TheyAddBelow("1002"); };
   EXPECT_TRUE(t.view.FileDelete());
   EXPECT_EQ(t.reports, test::Texts());
   ExpectLeaf("1002", false);

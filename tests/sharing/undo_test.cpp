@@ -12,16 +12,12 @@
 #include "editing/editor_test.h"
 #include "host/calls.h"
 #include "sharing/shared_book.h"
+#include "support/matchers.h"
 
 namespace tavrix::sharing {
 namespace {
 
-namespace book = desk::book;
 using book::CommandKind;
-using test::AllRows;
-using test::Scalar;
-using testing::HasSubstr;
-using Texts = std::vector<std::string>;
 
 /// All that an undo must bring back.
 Texts StateOf(const book::Book& of) {

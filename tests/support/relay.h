@@ -8,16 +8,16 @@
 #include <thread>
 #include <vector>
 
+#include "host/non_copyable.h"
+
 namespace tavrix::test {
 
 /// Stands between a program and its server, and falls silent as one does whose machine hangs: the
 /// connections stay open, new ones are accepted, and nothing comes any more.
-class Relay {
+class Relay : private host::NonCopyable {
  public:
   /// For the server of a connection string with "Server=127.0.0.1" and "Port=" in it.
   explicit Relay(const std::string& place);
-  Relay(const Relay&) = delete;
-  Relay& operator=(const Relay&) = delete;
   /// Ends all its connections.
   ~Relay();
 

@@ -4,16 +4,15 @@
 #include <string>
 
 #include "book/database/database.h"
+#include "host/non_copyable.h"
 
 namespace tavrix::test {
 
 /// A user of the server for whom the server can go away and come back, while it serves all others.
-class ServerUser {
+class ServerUser : private host::NonCopyable {
  public:
   /// For the book at `place`, which exists (see `NewServerPlace`).
   explicit ServerUser(const std::string& place);
-  ServerUser(const ServerUser&) = delete;
-  ServerUser& operator=(const ServerUser&) = delete;
   ~ServerUser();
 
   /// The book as this user reaches it.

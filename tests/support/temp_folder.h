@@ -3,14 +3,14 @@
 #include <filesystem>
 #include <string>
 
+#include "host/non_copyable.h"
+
 namespace tavrix::test {
 
 /// A folder of its own under the system's temporary one, gone at the end.
-class TempFolder {
+class TempFolder : private host::NonCopyable {
  public:
   TempFolder();
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
   ~TempFolder();
   /// UTF-8, without a trailing separator.
   [[nodiscard]] std::string Path() const;

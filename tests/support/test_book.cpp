@@ -55,6 +55,14 @@ class ServerNeeded : public testing::Environment {
 
 }  // namespace
 
+std::vector<desk::book::Account> ManyAccounts() {
+  std::vector<desk::book::Account> accounts;
+  for (int i = 0; i < 200; ++i) {
+    accounts.push_back({.code = std::to_string(1001 + i), .name = "户", .category = "资产"});
+  }
+  return accounts;
+}
+
 const std::string& DefaultEngine() {
   static const std::string engine = [] {
     std::string named = FromEnvironment("TAVRIX_ENGINE");

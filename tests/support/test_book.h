@@ -13,6 +13,9 @@ namespace tavrix::test {
 /// (500101 基本生产成本 (50010101 直接材料)).
 [[nodiscard]] std::vector<desk::book::Account> FewAccounts();
 
+/// 1001 to 1200, all of the first level: more than a list shows at once.
+[[nodiscard]] std::vector<desk::book::Account> ManyAccounts();
+
 /// Which engine and dialect the suite runs on, by the environment's TAVRIX_ENGINE: "sqlite" (when
 /// it says nothing), "jet" (the Jet dialect on SQLite), or "postgresql" (the server that
 /// TAVRIX_ODBC names by its connection string; without one all cases are skipped).
@@ -62,3 +65,13 @@ void AddPosting(const desk::book::Book& book, const std::string& ledger, const s
 void ExpectReadOnly(const desk::book::Book& book);
 
 }  // namespace tavrix::test
+
+namespace desk {
+
+using tavrix::test::AllRows;
+using tavrix::test::MakeBook;
+using tavrix::test::MakeBookOn;
+using tavrix::test::Scalar;
+using tavrix::test::TempFolder;
+
+}  // namespace desk

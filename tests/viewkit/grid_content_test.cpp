@@ -3,15 +3,13 @@
 
 #include <stdexcept>
 
+#include "support/matchers.h"
 #include "viewkit/grid/cell_store.h"
 #include "viewkit/grid/grid_metrics.h"
 #include "viewkit/grid_support.h"
 
 namespace tavrix::viewkit {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class GridContent : public ::testing::Test {
  protected:

@@ -3,13 +3,11 @@
 
 #include <random>
 
+#include "support/matchers.h"
 #include "viewkit/grid_support.h"
 
 namespace tavrix::viewkit {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class GridOutline : public ::testing::Test {
  protected:

@@ -3,12 +3,11 @@
 
 #include <limits>
 
+#include "support/matchers.h"
 #include "viewkit/grid_support.h"
 
 namespace tavrix::viewkit {
 namespace {
-
-using ::testing::ElementsAre;
 
 constexpr int kRow = 300;
 

@@ -5,13 +5,11 @@
 #include <stdexcept>
 
 #include "host/grid_update.h"
+#include "support/matchers.h"
 #include "viewkit/grid_support.h"
 
 namespace tavrix::viewkit {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr Modifiers kPlain{};
 constexpr Modifiers kShift{.shift = true};

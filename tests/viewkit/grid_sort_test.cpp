@@ -1,12 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/matchers.h"
 #include "viewkit/grid_support.h"
 
 namespace tavrix::viewkit {
 namespace {
-
-using ::testing::ElementsAre;
 
 std::vector<std::string> Sorted(const std::vector<std::string>& texts, SortOrder order,
                                 ColumnType type = ColumnType::kEmpty) {

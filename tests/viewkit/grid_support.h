@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/non_copyable.h"
 #include "viewkit/grid/flex_grid.h"
 
 namespace tavrix::viewkit {
@@ -29,11 +30,9 @@ void FillOutline(FlexGrid& grid, const std::vector<int>& levels);
 void CheckInvariants(const FlexGrid& grid);
 
 /// Writes down what the grid's window and its listeners get to know.
-class GridListener : public Peer {
+class GridListener : public Peer, private host::NonCopyable {
  public:
   explicit GridListener(FlexGrid& grid);
-  GridListener(const GridListener&) = delete;
-  GridListener& operator=(const GridListener&) = delete;
   ~GridListener() override;
 
   [[nodiscard]] std::intptr_t Handle() const override { return 1; }

@@ -3,13 +3,12 @@
 
 #include <random>
 
+#include "support/matchers.h"
 #include "viewkit/grid/decimal.h"
 #include "viewkit/grid_support.h"
 
 namespace tavrix::viewkit {
 namespace {
-
-using ::testing::ElementsAre;
 
 constexpr Color kDarkRed = 128;
 

@@ -1,13 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/matchers.h"
 #include "viewkit/tree_support.h"
 
 namespace tavrix::viewkit {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(TreeHelper, FindsWithoutCaseAndWalksTheMatchesOnce) {
   TreeFixture f;

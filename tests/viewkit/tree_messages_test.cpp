@@ -1,13 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/matchers.h"
 #include "viewkit/tree/m_tree_view.h"
 #include "viewkit/tree_support.h"
 
 namespace tavrix::viewkit {
 namespace {
-
-using testing::ElementsAre;
 
 TEST(TreeMessages, ClearingAsksAndDeletesRootByRoot) {
   TreeFixture f;

@@ -4,15 +4,14 @@
 #include <gtest/gtest.h>
 
 #include "book/ledger/posting.h"
+#include "support/controls.h"
+#include "support/matchers.h"
 #include "support/scripted_user.h"
 #include "support/test_book.h"
 
 namespace desk::views {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 using viewkit::Key;
 
 /// The shown columns of each row, as displayed.
@@ -26,16 +25,6 @@ std::vector<std::string> Lines(const viewkit::FlexGrid& grid) {
     lines.push_back(std::move(line));
   }
   return lines;
-}
-
-template <class Kind>
-Kind& Find(const Sheet& view, const std::string& name, int index = 0) {
-  for (std::size_t i = 0; i < view.Controls().Count(); ++i) {
-    auto& control = view.Controls().At(i);
-    if (control.Name() != name || control.Index().value_or(0) != index) continue;
-    return dynamic_cast<Kind&>(control);
-  }
-  throw std::out_of_range(name);
 }
 
 class AccountLedgerViewTest : public testing::Test {

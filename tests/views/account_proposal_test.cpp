@@ -3,13 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/matchers.h"
 #include "support/test_book.h"
 
 namespace desk::views {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using Box = AccountProposal::Box;
 
 TEST(AccountProposal, WhatTheAccountBesideHas) {

@@ -3,13 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/matchers.h"
+
 namespace desk::views {
 namespace {
 
 using book::AccountCard;
 using book::Month;
 using testing::Contains;
-using testing::ElementsAre;
 using testing::Not;
 using Line = AccountSheet::Line;
 

@@ -2,6 +2,7 @@
 
 #include "book/journal/undo.h"
 #include "host/calls.h"
+#include "support/matchers.h"
 #include "support/scripted_user.h"
 #include "support/test_book.h"
 #include "views/history_view.h"
@@ -9,8 +10,6 @@
 namespace desk::views {
 namespace {
 
-using tavrix::test::Scalar;
-using testing::ElementsAre;
 using Texts = std::vector<std::string>;
 
 class HistoryViewTest : public testing::Test {

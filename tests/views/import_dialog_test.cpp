@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "book/exchange/import_chart.h"
+#include "support/controls.h"
+#include "support/matchers.h"
 #include "support/scripted_user.h"
 #include "support/test_book.h"
 #include "views/mnemonic_dialog.h"
@@ -13,20 +15,7 @@
 namespace desk::views {
 namespace {
 
-using tavrix::test::Scalar;
-using testing::ElementsAre;
-using testing::HasSubstr;
 using viewkit::Key;
-
-template <class Kind>
-Kind& Find(const viewkit::DialogModel& dialog, const std::string& name, int index = 0) {
-  for (std::size_t i = 0; i < dialog.Controls().Count(); ++i) {
-    auto& control = dialog.Controls().At(i);
-    if (control.Name() != name || control.Index().value_or(0) != index) continue;
-    return dynamic_cast<Kind&>(control);
-  }
-  throw std::out_of_range(name);
-}
 
 std::vector<std::string> TextsOf(const viewkit::FlexGrid& grid) {
   std::vector<std::string> rows;

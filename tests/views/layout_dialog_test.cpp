@@ -8,6 +8,8 @@
 
 #include "book/files/files.h"
 #include "book/files/paths.h"
+#include "support/controls.h"
+#include "support/matchers.h"
 #include "support/scripted_user.h"
 #include "support/test_book.h"
 #include "views/column_layout.h"
@@ -18,18 +20,6 @@ namespace {
 using tavrix::viewkit::Alignment;
 using tavrix::viewkit::ColumnType;
 using tavrix::viewkit::SortOrder;
-using testing::HasSubstr;
-
-/// The dialog's controls as a user finds them: by name and index.
-template <class Kind>
-Kind& Find(LayoutDialog& dialog, const std::string& name, int index = 0) {
-  for (std::size_t i = 0; i < dialog.Controls().Count(); ++i) {
-    auto& control = dialog.Controls().At(i);
-    if (control.Name() != name || control.Index().value_or(0) != index) continue;
-    return dynamic_cast<Kind&>(control);
-  }
-  throw std::out_of_range(name);
-}
 
 class LayoutDialogTest : public testing::Test {
  protected:

@@ -6,15 +6,14 @@
 #include "book/ledger/account_ledger.h"
 #include "book/ledger/posting.h"
 #include "book/ledger/trial_balance.h"
+#include "support/controls.h"
+#include "support/matchers.h"
 #include "support/scripted_user.h"
 #include "support/test_book.h"
 
 namespace desk::views {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 using viewkit::Key;
 
 class OpeningBalanceViewTest : public testing::Test {
@@ -23,12 +22,7 @@ class OpeningBalanceViewTest : public testing::Test {
 
   template <class Kind>
   [[nodiscard]] Kind& Find(const std::string& name, int index) {
-    for (std::size_t i = 0; i < view_->Controls().Count(); ++i) {
-      auto& control = view_->Controls().At(i);
-      if (control.Name() != name || control.Index().value_or(0) != index) continue;
-      return dynamic_cast<Kind&>(control);
-    }
-    throw std::out_of_range(name);
+    return tavrix::test::Find<Kind>(*view_, name, index);
   }
   [[nodiscard]] viewkit::TextBox& Box(int index) { return Find<viewkit::TextBox>("Txt", index); }
   void Choose(const std::string& code) {

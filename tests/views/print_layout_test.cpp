@@ -7,14 +7,13 @@
 #include <map>
 #include <random>
 
+#include "support/matchers.h"
 #include "viewkit/grid/flex_grid.h"
 #include "views/grid_print.h"
 #include "views/print_wrap.h"
 
 namespace desk::views {
 namespace {
-
-using testing::ElementsAre;
 
 const viewkit::TextMeasure& Measure() {
   return viewkit::PlainTextMeasure();

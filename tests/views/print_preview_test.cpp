@@ -3,13 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/controls.h"
+#include "support/matchers.h"
 #include "support/test_book.h"
 #include "views/chart_print.h"
 
 namespace desk::views {
 namespace {
-
-using testing::ElementsAre;
 
 PrintTable Columns(int count, int rows) {
   PrintTable table{.title = "表"};
@@ -35,13 +35,7 @@ class PrintPreviewTest : public testing::Test {
   }
   template <class Kind>
   Kind& Find(const std::string& name, int index = 0) {
-    for (std::size_t i = 0; i < preview_->Controls().Count(); ++i) {
-      auto& control = preview_->Controls().At(i);
-      if (control.Name() == name && control.Index().value_or(0) == index) {
-        return dynamic_cast<Kind&>(control);
-      }
-    }
-    throw std::out_of_range(name);
+    return tavrix::test::Find<Kind>(*preview_, name, index);
   }
   std::optional<PrintPreview> preview_;
   int changes_ = 0, prints_ = 0, closes_ = 0;

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include "support/controls.h"
+#include "support/matchers.h"
 #include "support/scripted_user.h"
 #include "support/test_book.h"
 #include "views/batch_dialog.h"
@@ -9,11 +11,7 @@
 namespace desk::views {
 namespace {
 
-using tavrix::test::AllRows;
 using tavrix::test::LabelBehind;
-using tavrix::test::Scalar;
-using testing::ElementsAre;
-using testing::HasSubstr;
 using Texts = std::vector<std::string>;
 
 /// A dialog's controls as a user finds them.
@@ -22,12 +20,7 @@ class Hands {
   explicit Hands(viewkit::DialogModel& dialog) : dialog_(dialog) { dialog.Opened(); }
   template <class Kind>
   Kind& Find(const std::string& name, int index = 0) {
-    for (std::size_t i = 0; i < dialog_.Controls().Count(); ++i) {
-      auto& control = dialog_.Controls().At(i);
-      if (control.Name() != name || control.Index().value_or(0) != index) continue;
-      return dynamic_cast<Kind&>(control);
-    }
-    throw std::out_of_range(name);
+    return tavrix::test::Find<Kind>(dialog_, name, index);
   }
   viewkit::FlexGrid& List() { return Find<viewkit::FlexGrid>("Vs"); }
   void Type(int box, const std::string& text) { Find<viewkit::TextBox>("Txt", box).SetText(text); }

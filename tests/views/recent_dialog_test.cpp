@@ -3,12 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/matchers.h"
 #include "support/temp_folder.h"
 
 namespace desk::views {
 namespace {
 
-using testing::ElementsAre;
 using viewkit::Key;
 
 TEST(RecentDialog, ByKeysBooksArePinnedAndThoseThatHaveGoneAreTakenOff) {

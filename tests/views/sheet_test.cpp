@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "book/ledger/posting.h"
+#include "support/matchers.h"
 #include "support/scripted_user.h"
 #include "support/temp_folder.h"
 #include "support/test_book.h"
@@ -17,7 +18,6 @@
 namespace desk::views {
 namespace {
 
-using testing::IsEmpty;
 using testing::Not;
 
 /// All sheets on one book, each with what it reads.

@@ -10,6 +10,8 @@
 #include "book/files/paths.h"
 #include "book/ledger/posting.h"
 #include "book/sample.h"
+#include "support/controls.h"
+#include "support/matchers.h"
 #include "support/scripted_user.h"
 #include "support/temp_folder.h"
 #include "support/test_book.h"
@@ -19,9 +21,6 @@ namespace desk::views {
 namespace {
 
 using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 using View = TrialBalanceView;
 
 class TrialBalanceViewTest : public testing::Test {
@@ -54,15 +53,6 @@ class TrialBalanceViewTest : public testing::Test {
       lines.push_back(std::move(line));
     }
     return lines;
-  }
-  template <class Kind>
-  static Kind& Find(const View& view, const std::string& name, int index = 0) {
-    for (std::size_t i = 0; i < view.Controls().Count(); ++i) {
-      auto& control = view.Controls().At(i);
-      if (control.Name() != name || control.Index().value_or(0) != index) continue;
-      return dynamic_cast<Kind&>(control);
-    }
-    throw std::out_of_range(name);
   }
 
   tavrix::test::TempFolder folder_;

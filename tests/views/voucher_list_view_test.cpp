@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "book/ledger/posting.h"
+#include "support/controls.h"
+#include "support/matchers.h"
 #include "support/scripted_user.h"
 #include "support/test_book.h"
 #include "views/date_text.h"
@@ -13,8 +15,6 @@
 namespace desk::views {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
 using viewkit::Key;
 
 class VoucherListViewTest : public testing::Test {
@@ -36,15 +36,6 @@ class VoucherListViewTest : public testing::Test {
   }
   [[nodiscard]] std::unique_ptr<VoucherListView> Open() {
     return std::make_unique<VoucherListView>(book_.GetSession(), user_, Calls());
-  }
-  template <class Kind>
-  static Kind& Find(const Sheet& view, const std::string& name, int index = 0) {
-    for (std::size_t i = 0; i < view.Controls().Count(); ++i) {
-      auto& control = view.Controls().At(i);
-      if (control.Name() != name || control.Index().value_or(0) != index) continue;
-      return dynamic_cast<Kind&>(control);
-    }
-    throw std::out_of_range(name);
   }
   static std::vector<std::string> Names(VoucherListView& view) {
     std::vector<std::string> names;

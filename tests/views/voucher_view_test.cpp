@@ -6,15 +6,14 @@
 #include <algorithm>
 
 #include "host/text.h"
+#include "support/controls.h"
+#include "support/matchers.h"
 #include "support/scripted_user.h"
 #include "support/test_book.h"
 
 namespace desk::views {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 using viewkit::Key;
 
 /// Allows leaf accounts, as the picker does; a range allows those of customers.
@@ -52,12 +51,7 @@ class VoucherViewTest : public testing::Test {
   }
   template <class Kind>
   [[nodiscard]] Kind& Find(const std::string& name, int index = 0) const {
-    for (std::size_t i = 0; i < view_.Controls().Count(); ++i) {
-      auto& control = view_.Controls().At(i);
-      if (control.Name() != name || control.Index().value_or(0) != index) continue;
-      return dynamic_cast<Kind&>(control);
-    }
-    throw std::out_of_range(name);
+    return tavrix::test::Find<Kind>(view_, name, index);
   }
   /// Into the box that has the focus, and Enter.
   void Enter(const std::string& text) {

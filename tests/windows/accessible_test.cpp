@@ -12,8 +12,10 @@
 #include <vector>
 
 #include "accessible/accessible_object.h"
+#include "host/non_copyable.h"
 #include "maintenance/view_test.h"
 #include "picker/picker_support.h"
+#include "support/matchers.h"
 #include "viewkit/win32/windows_user.h"
 #include "windows/accessible_tree.h"
 #include "windows/desktop.h"
@@ -23,8 +25,6 @@ namespace tavrix::test {
 namespace {
 
 using testing::Each;
-using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::SizeIs;
 
 HWND Window(const viewkit::Control& control) {
@@ -32,27 +32,23 @@ HWND Window(const viewkit::Control& control) {
 }
 
 /// COM on this thread, and windows that speak.
-class Apartment {
+class Apartment : private host::NonCopyable {
  public:
   Apartment() {
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     accessible::OfferAccessibility();
   }
-  Apartment(const Apartment&) = delete;
-  Apartment& operator=(const Apartment&) = delete;
   ~Apartment() { CoUninitialize(); }
 };
 
 /// The events of a window's client area, in the words of a listener that asks what they are about.
-class Listener {
+class Listener : private host::NonCopyable {
  public:
   explicit Listener(HWND window) : window_(window) {
     listener = this;
     hook_ = SetWinEventHook(EVENT_OBJECT_FOCUS, EVENT_OBJECT_STATECHANGE, nullptr, Heard,
                             GetCurrentProcessId(), GetCurrentThreadId(), WINEVENT_OUTOFCONTEXT);
   }
-  Listener(const Listener&) = delete;
-  Listener& operator=(const Listener&) = delete;
   ~Listener() {
     UnhookWinEvent(hook_);
     listener = nullptr;

@@ -10,8 +10,11 @@
 #include "accessible/accessible_object.h"
 #include "app/frame/account_pane.h"
 #include "app/print/page_pane.h"
+#include "host/non_copyable.h"
+#include "support/matchers.h"
 #include "viewkit/win32/handles.h"
 #include "windows/accessible_tree.h"
+#include "windows/desktop.h"
 
 namespace tavrix::test {
 namespace {
@@ -19,20 +22,17 @@ namespace {
 namespace app = desk::app;
 namespace views = desk::views;
 namespace win32 = viewkit::win32;
-using testing::HasSubstr;
 using testing::SizeIs;
 
-class Frame {
+class ParentWindow : private host::NonCopyable {
  public:
-  Frame() {
+  ParentWindow() {
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     accessible::OfferAccessibility();
     window_ = win32::OwnedWindow(CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPED | WS_VISIBLE, 0,
                                                  0, 500, 400, nullptr, nullptr, nullptr, nullptr));
   }
-  Frame(const Frame&) = delete;
-  Frame& operator=(const Frame&) = delete;
-  ~Frame() {
+  ~ParentWindow() {
     window_ = win32::OwnedWindow();
     CoUninitialize();
   }
@@ -58,7 +58,7 @@ views::PrintTable Table(int rows) {
 }
 
 TEST(DeskPanes, TheAccountSpeaksLineByLine) {
-  const Frame frame;
+  const ParentWindow frame;
   const auto pane = app::AccountPane::Make(frame.Hwnd(), frame.Style(), {});
   pane->SetSheet(views::AccountSheet{
       .code = "1122",
@@ -82,7 +82,7 @@ TEST(DeskPanes, TheAccountSpeaksLineByLine) {
 }
 
 TEST(DeskPanes, ThePageOfAPreviewSpeaks) {
-  const Frame frame;
+  const ParentWindow frame;
   const app::PageMeasure measure;
   views::PrintPreview preview({{"", [] { return Table(100); }}}, {}, measure, {});
   const auto pane = app::PagePane::Make(frame.Hwnd(), frame.Style(), preview, measure, {});
@@ -98,43 +98,27 @@ TEST(DeskPanes, ThePageOfAPreviewSpeaks) {
 }
 
 /// A page as it is painted, `dpi` pixels to the inch.
-class Picture {
+class PagePicture {
  public:
-  Picture(const views::PrintPage& page, const views::Paper& paper, const app::PageMeasure& measure)
-      : width_(Pixels(paper.width)), height_(Pixels(paper.height)) {
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = width_;
-    info.bmiHeader.biHeight = -height_;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    void* bits = nullptr;
-    bitmap_.reset(CreateDIBSection(dc_.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    pixels_ = static_cast<const std::uint32_t*>(bits);
-    const win32::Selected selected(dc_.Get(), bitmap_.get());
-    PatBlt(dc_.Get(), 0, 0, width_, height_, WHITENESS);
-    app::PagePainter(measure).Paint(dc_.Get(), {0, 0}, {kDpi, kDpi}, page);
-    GdiFlush();
-  }
-  static int Pixels(int twips) { return MulDiv(twips, kDpi, viewkit::kTwipsPerInch); }
+  PagePicture(const views::PrintPage& page, const views::Paper& paper,
+              const app::PageMeasure& measure)
+      : picture_(Pixels(paper.width), Pixels(paper.height), [&](HDC dc) {
+          PatBlt(dc, 0, 0, Pixels(paper.width), Pixels(paper.height), WHITENESS);
+          app::PagePainter(measure).Paint(dc, {0, 0}, {kDpi, kDpi}, page);
+        }) {}
   /// Painted pixels of a box whose edges are twips.
   [[nodiscard]] int Ink(int left, int top, int right, int bottom) const {
-    int ink = 0;
-    for (int y = std::max(0, Pixels(top)); y < std::min(height_, Pixels(bottom)); ++y) {
-      for (int x = std::max(0, Pixels(left)); x < std::min(width_, Pixels(right)); ++x) {
-        ink += (pixels_[y * width_ + x] & 0xFFFFFF) != 0xFFFFFF ? 1 : 0;
-      }
-    }
-    return ink;
+    const RECT area{std::max(0, Pixels(left)), std::max(0, Pixels(top)),
+                    std::min(picture_.Width(), Pixels(right)),
+                    std::min(picture_.Height(), Pixels(bottom))};
+    const auto all = static_cast<int>((area.right - area.left) * (area.bottom - area.top));
+    return all - picture_.Count(area, RGB(255, 255, 255));
   }
 
  private:
   static constexpr int kDpi = 144;
-  int width_;
-  int height_;
-  win32::MemoryDc dc_;
-  win32::Bitmap bitmap_;
-  const std::uint32_t* pixels_ = nullptr;
+  static int Pixels(int twips) { return MulDiv(twips, kDpi, viewkit::kTwipsPerInch); }
+  Picture picture_;
 };
 
 TEST(DeskPanes, WhatIsPaintedStaysInsideTheMarginsAndTheCells) {
@@ -144,7 +128,7 @@ TEST(DeskPanes, WhatIsPaintedStaysInsideTheMarginsAndTheCells) {
     const views::Paper paper = views::PaperOf({.landscape = landscape});
     const views::PrintLayout layout(table, paper, measure);
     const views::PrintPage page = layout.Page(0);
-    const Picture picture(page, paper, measure);
+    const PagePicture picture(page, paper, measure);
     constexpr int kPen = 30;  // half of a line, and a character's overhang
     EXPECT_EQ(picture.Ink(0, 0, paper.width, paper.top), 0);
     EXPECT_EQ(picture.Ink(0, 0, paper.left - kPen, paper.height), 0);

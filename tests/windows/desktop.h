@@ -7,17 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "host/non_copyable.h"
 #include "viewkit/color.h"
 
 /// What the tests of native windows share.
 namespace tavrix::test {
 
 /// A top-level window to put views in; destroyed with the object.
-class Frame {
+class Frame : private host::NonCopyable {
  public:
   explicit Frame(int width = 640, int height = 480);
-  Frame(const Frame&) = delete;
-  Frame& operator=(const Frame&) = delete;
   ~Frame();
   [[nodiscard]] HWND Get() const { return window_; }
   [[nodiscard]] RECT Client() const;
@@ -56,11 +55,9 @@ class Picture {
 
 /// Runs functions one after the other, each as soon as the thread's message loop is idle for a
 /// moment: so a test acts while a modal dialog runs. What is left when it ends is a failure.
-class Steps {
+class Steps : private host::NonCopyable {
  public:
   explicit Steps(std::vector<std::function<void()>> steps);
-  Steps(const Steps&) = delete;
-  Steps& operator=(const Steps&) = delete;
   ~Steps();
 
  private:
@@ -78,11 +75,9 @@ void Click(HWND window, int x, int y);
 void Press(HWND window, WORD key);
 void PostKey(HWND window, WORD key);
 /// A modifier key that is down while this lives.
-class HeldKey {
+class HeldKey : private host::NonCopyable {
  public:
   explicit HeldKey(int key) : key_(key) { Set(0x80); }
-  HeldKey(const HeldKey&) = delete;
-  HeldKey& operator=(const HeldKey&) = delete;
   ~HeldKey() { Set(0); }
 
  private:

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "host/utf.h"
+#include "support/matchers.h"
 #include "viewkit/controls/check_box.h"
 #include "viewkit/controls/combo_box.h"
 #include "viewkit/controls/dialog_model.h"
@@ -16,7 +17,6 @@ namespace {
 
 using test::Frame;
 using test::Steps;
-using testing::ElementsAre;
 
 /// A dialog with one control of each kind.
 class Form : public DialogModel {

@@ -3,13 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/matchers.h"
 #include "windows/grid_window.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
 
 using test::Picture;
-using testing::ElementsAre;
 
 TEST_F(GridWindowTest, OnlyTheRowsWhoseSelectionChangedArePainted) {
   grid.SetRow(2);

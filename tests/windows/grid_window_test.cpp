@@ -4,12 +4,11 @@
 #include <algorithm>
 #include <chrono>
 
+#include "support/matchers.h"
 #include "windows/grid_window.h"
 
 namespace tavrix::viewkit::win32 {
 namespace {
-
-using testing::ElementsAre;
 
 TEST_F(GridWindowTest, AClickTakesTheFocusAndSelectsTheRow) {
   int got_focus = 0;

@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "host/non_copyable.h"
 #include "host/utf.h"
 #include "viewkit/controls/label.h"
 #include "viewkit/controls/tab_strip.h"
@@ -30,15 +31,13 @@ constexpr const char* kLong = "银行存款 — 一个很长的名称";
 constexpr COLORREF kDarkRed = 0x000080;
 
 /// Some of the system's colours are others while this lives.
-class SystemColors {
+class SystemColors : private host::NonCopyable {
  public:
   SystemColors(std::vector<int> elements, std::vector<COLORREF> colors)
       : elements_(std::move(elements)) {
     for (const int element : elements_) before_.push_back(GetSysColor(element));
     Set(colors);
   }
-  SystemColors(const SystemColors&) = delete;
-  SystemColors& operator=(const SystemColors&) = delete;
   ~SystemColors() { Set(before_); }
 
  private:

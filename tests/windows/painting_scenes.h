@@ -4,17 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "host/non_copyable.h"
 #include "viewkit/control.h"
 #include "windows/painting_actions.h"
 
 namespace tavrix::test {
 
 /// A view with a book behind it.
-class Scene {
+class Scene : private host::NonCopyable {
  public:
-  Scene() = default;
-  Scene(const Scene&) = delete;
-  Scene& operator=(const Scene&) = delete;
   virtual ~Scene() = default;
   [[nodiscard]] virtual const viewkit::ControlList& Controls() = 0;
   /// Lays the controls out; sizes in twips.

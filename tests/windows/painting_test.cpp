@@ -8,6 +8,7 @@
 #include <string>
 #include <tuple>
 
+#include "host/non_copyable.h"
 #include "viewkit/controls/combo_box.h"
 #include "viewkit/win32/view_window.h"
 #include "windows/desktop.h"
@@ -157,15 +158,13 @@ INSTANTIATE_TEST_SUITE_P(Views, PaintingTest,
                          });
 
 /// The scale of the system as programs find it that begin while this lives.
-class SystemScale {
+class SystemScale : private host::NonCopyable {
  public:
   explicit SystemScale(DWORD dpi) {
     RegCreateKeyW(HKEY_CURRENT_USER, L"Control Panel\\Desktop", &key_);
     RegSetValueExW(key_, kDpi, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&dpi), sizeof dpi);
     SetEnvironmentVariableW(L"TAVRIX_PAINTING_DPI", std::to_wstring(dpi).c_str());
   }
-  SystemScale(const SystemScale&) = delete;
-  SystemScale& operator=(const SystemScale&) = delete;
   ~SystemScale() {
     SetEnvironmentVariableW(L"TAVRIX_PAINTING_DPI", nullptr);
     RegDeleteValueW(key_, kDpi);

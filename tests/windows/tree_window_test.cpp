@@ -6,6 +6,7 @@
 
 #include <optional>
 
+#include "support/matchers.h"
 #include "viewkit/controls/search_box.h"
 #include "viewkit/controls/splitter.h"
 #include "viewkit/tree/tree_view.h"
@@ -14,8 +15,6 @@
 
 namespace tavrix::viewkit::win32 {
 namespace {
-
-using testing::ElementsAre;
 
 class TreeWindowTest : public testing::Test {
  protected:

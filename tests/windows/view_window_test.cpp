@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "support/matchers.h"
 #include "viewkit/controls/check_box.h"
 #include "viewkit/controls/combo_box.h"
 #include "viewkit/controls/command_button.h"
@@ -23,7 +24,6 @@ namespace {
 
 using test::Frame;
 using test::Picture;
-using testing::ElementsAre;
 
 /// A view with a row of tabs above two pages.
 class ViewWindowTest : public testing::Test {
