@@ -11,4 +11,7 @@ namespace desk::views {
 /// No wider than a menu should be; what is cut ends in "…".
 [[nodiscard]] std::string Shortened(std::string_view text);
 
+/// No wider than a menu should be: cut behind thirty characters.
+[[nodiscard]] std::string Shortened(std::string_view text);
+
 }  // namespace desk::views
