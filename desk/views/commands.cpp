@@ -369,8 +369,10 @@ std::string EntryText(const CommandInfo& info) {
 
 std::string EntryText(const CommandInfo& info, std::string_view deed) {
   std::string text = info.menu_text;
-  if (!deed.empty())
+  if (!deed.empty()) {
     text.insert(std::min(text.find('('), text.size()), "：" + EscapedCaption(Shortened(deed)));
+    text += "  ";  // a menu may be measured in another font than it is painted in
+  }
   if (info.key.code != Key{}) text.append("\t").append(info.key.name);
   return text;
 }

@@ -52,11 +52,11 @@ TEST(Commands, NoTwoShareAKeyAMnemonicOrANumber) {
 TEST(Commands, AnEntryTellsWhatItWouldUndo) {
   const CommandInfo& undo = *FindCommand(Command::kUndo);
   EXPECT_EQ(EntryText(undo, ""), "撤销(&Z)\tCtrl+Z");
-  EXPECT_EQ(EntryText(undo, "新增科目 1002 A&B"), "撤销：新增科目 1002 A&&B(&Z)\tCtrl+Z");
+  EXPECT_EQ(EntryText(undo, "新增科目 1002 A&B"), "撤销：新增科目 1002 A&&B(&Z)  \tCtrl+Z");
   std::string name;
   for (int i = 0; i < 40; ++i) name += "账";
   const std::string text = EntryText(undo, name);
-  EXPECT_EQ(text, "撤销：" + name.substr(0, 30 * 3) + "…(&Z)\tCtrl+Z");
+  EXPECT_EQ(text, "撤销：" + name.substr(0, 30 * 3) + "…(&Z)  \tCtrl+Z");
 }
 
 TEST(Commands, CanBeUsedWhenThereIsWhatTheyWant) {
