@@ -4,7 +4,6 @@
 
 namespace desk::views {
 
-using host::Bounds;
 using viewkit::Alignment;
 using namespace viewkit::form;
 

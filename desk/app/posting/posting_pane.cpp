@@ -129,6 +129,7 @@ PickerDropDown& PostingPane::DropDown() {
   drop_down_ = PickerDropDown::Make(GetAncestor(Hwnd(), GA_ROOT), style_, system.Get(),
                                     {.closed = [this](const std::vector<std::wstring>& codes) {
                                       std::vector<std::string> picked;
+                                      picked.reserve(codes.size());
                                       for (const auto& code : codes) picked.push_back(Narrow(code));
                                       view_->Picked(picked);
                                     }});

@@ -38,7 +38,7 @@ void FollowCodes(const Workplace& place, const std::map<std::string, std::string
   std::ranges::sort(state.open, [](const std::string& a, const std::string& b) {
     return tavrix::host::CompareNoCase(a, b) < 0;
   });
-  state.open.erase(std::ranges::unique(state.open).begin(), state.open.end());
+  state.open.erase(std::unique(state.open.begin(), state.open.end()), state.open.end());
   place.read_again();
   ViewGrid grid = CurrentGrid(place);
   state.PutBack(grid);

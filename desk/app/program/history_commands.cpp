@@ -26,7 +26,6 @@ namespace {
 namespace viewkit = tavrix::viewkit;
 using book::HistoryEntry;
 using tavrix::host::Narrow;
-using tavrix::host::Wide;
 using viewkit::UserPort;
 
 constexpr char kTitle[] = "变更记录";

@@ -129,6 +129,7 @@ void SheetWindow::OnContextMenu(LPARAM place) {
     items.push_back({.text = "打印预览(&V)\tCtrl+Shift+P", .run = print(true)});
   }
   std::vector<std::wstring> texts;
+  texts.reserve(items.size());
   for (const views::Sheet::MenuItem& item : items) texts.push_back(Wide(item.text));
   std::vector<MenuEntry> entries;
   for (std::size_t i = 0; i < items.size(); ++i) {

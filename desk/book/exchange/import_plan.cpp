@@ -305,7 +305,7 @@ std::string NoteOf(const ImportLine& line) {
   if (line.state == ImportState::kRefuse) return line.why;
   std::string note;
   const auto shown = [](const AccountRecord& account, AccountField field) {
-    const std::string text = account.Shown(field);
+    std::string text = account.Shown(field);
     if (!text.empty()) return text;
     return std::string(IsFlag(field) ? "否" : "（空）");
   };

@@ -35,7 +35,8 @@ void RecentBooks::Reread() {
     const bool pinned = file_.ReadValue(kSection, PinnedKey(i), "") == "1";
     entries_.push_back({.place = std::move(place), .pinned = pinned});
   }
-  std::ranges::stable_partition(entries_, &Entry::pinned);
+  std::stable_partition(entries_.begin(), entries_.end(),
+                        [](const Entry& entry) { return entry.pinned; });
 }
 
 std::vector<RecentBooks::Entry>::iterator RecentBooks::Find(const std::string& place) {

@@ -1,6 +1,7 @@
 #include "book/ledger/account_ledger.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <set>
 #include <utility>
@@ -103,8 +104,8 @@ std::string PageText(std::int64_t first, std::int64_t count) {
 
 /// The least and the greatest code on each side of a voucher.
 struct VoucherSides {
-  std::string debit[2];
-  std::string credit[2];
+  std::array<std::string, 2> debit;
+  std::array<std::string, 2> credit;
 };
 using AllSides = std::map<std::pair<int, int>, VoucherSides>;
 
@@ -127,7 +128,8 @@ AllSides ReadSides(Connection& connection, const std::string& page, Values bound
   while (rows->Next()) {
     const auto text = [&](int column) { return rows->Get(column).ToText(); };
     const Month month{rows->Get(0).ToLong(), rows->Get(1).ToLong()};
-    sides[KeyOf(month, rows->Get(2).ToLong())] = {{text(3), text(4)}, {text(5), text(6)}};
+    sides[KeyOf(month, rows->Get(2).ToLong())] = {.debit = {text(3), text(4)},
+                                                  .credit = {text(5), text(6)}};
   }
   return sides;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
@@ -37,7 +38,9 @@ struct OpeningAccount {
   std::string unit = {};            ///< the unit in which quantities are kept; empty for none
   std::array<bool, 5> wanted = {};  ///< department, person, customer, supplier, project
   std::vector<OpeningLine> lines = {};
-  [[nodiscard]] bool WantsPartner() const { return wanted != std::array<bool, 5>(); }
+  [[nodiscard]] bool WantsPartner() const {
+    return std::find(wanted.begin(), wanted.end(), true) != wanted.end();
+  }
 };
 
 /// All accounts in the order of their codes, those without an opening balance too. Where an account

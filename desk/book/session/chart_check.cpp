@@ -123,7 +123,7 @@ std::vector<ChartFault> FindChartFaults(Session& session) {
 }
 
 std::string FaultText(const ChartFault& fault) {
-  const std::string account = "科目 " + fault.code;
+  std::string account = "科目 " + fault.code;
   switch (fault.kind) {
     case kNoCode:
       return "科目编码不能为空";
