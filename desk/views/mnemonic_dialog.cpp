@@ -16,12 +16,12 @@ namespace desk::views {
 
 using host::Bounds;
 using viewkit::CheckBox;
-using namespace viewkit::form;
+namespace form = viewkit::form;
 
 namespace {
 
 constexpr int kWidth = 8400;  // twips
-constexpr int kInside = kWidth - 2 * kMargin;
+constexpr int kInside = kWidth - 2 * form::kMargin;
 constexpr int kListHeight = 4500;
 
 enum ListColumn { kTakenColumn, kCodeColumn, kNameColumn, kKeptColumn, kWantedColumn, kColumns };
@@ -53,27 +53,27 @@ MnemonicDialog::MnemonicDialog(std::vector<book::MnemonicAccount> accounts, view
 }
 
 void MnemonicDialog::Place() {
-  int top = kMargin;
+  int top = form::kMargin;
   all_.SetCaption("也列出已有助记码的科目(&A)");
-  Put(all_, {kMargin, top, kInside, kBoxHeight});
-  top += kRowPitch;
+  Put(all_, {form::kMargin, top, kInside, form::kBoxHeight});
+  top += form::kRowPitch;
   constexpr TextColumn kHeads[] = {{"写入", 660, viewkit::Alignment::kCenterCenter},
                                    {"科目编码", 1350},
                                    {"科目名称", 3150},
                                    {"原助记码", 1290},
                                    {"新助记码", 1290}};
   MakeTextList(list_, kHeads, "科目");
-  PutList(list_, {kMargin, top, kInside, kListHeight});
-  top += kListHeight + kGap;
+  PutList(list_, {form::kMargin, top, kInside, kListHeight});
+  top += kListHeight + form::kGap;
   constexpr int kLabel = 1350;
   constexpr int kBox = 2400;
-  PutLabel("新助记码(&M)", {kMargin, top + 30, kLabel, kBoxHeight - 30});
-  Put(box_, {kMargin + kLabel, top, kBox, kBoxHeight});
+  PutLabel("新助记码(&M)", {form::kMargin, top + 30, kLabel, form::kBoxHeight - 30});
+  Put(box_, {form::kMargin + kLabel, top, kBox, form::kBoxHeight});
   taken_.SetCaption("写入(&W)");
-  Put(taken_, {kMargin + kLabel + kBox + 2 * kGap, top, kLabel, kBoxHeight});
-  top += kRowPitch + kGap;
-  constexpr int kButtons = 2 * viewkit::form::kButtonWidth + 2 * kGap;
-  Put(count_, {kMargin, top + 75, kInside - kButtons, kBoxHeight - 30});
+  Put(taken_, {form::kMargin + kLabel + kBox + 2 * form::kGap, top, kLabel, form::kBoxHeight});
+  top += form::kRowPitch + form::kGap;
+  constexpr int kButtons = 2 * form::kButtonWidth + 2 * form::kGap;
+  Put(count_, {form::kMargin, top + 75, kInside - kButtons, form::kBoxHeight - 30});
   PutButtons("确定", kWidth, top);
 }
 

@@ -10,7 +10,7 @@
 
 namespace desk::views {
 
-using namespace viewkit::form;
+namespace form = viewkit::form;
 
 namespace {
 
@@ -31,29 +31,30 @@ int PreviewDialog::FormWidth() const {
   return width;
 }
 
-viewkit::form::Rows PreviewDialog::FormRows() const {
-  return {.left = kMargin,
-          .top = kMargin,
+form::Rows PreviewDialog::FormRows() const {
+  return {.left = form::kMargin,
+          .top = form::kMargin,
           .label_width = kLabelWidth,
           .field_width = FormWidth() - kLabelWidth};
 }
 
 void PreviewDialog::PutRest() {
-  int top = kMargin + plan_.form_rows * kRowPitch;
+  int top = form::kMargin + plan_.form_rows * form::kRowPitch;
   MakeTextList(list_, plan_.columns, "预览");
   for (int col = 0; col < list_.Cols(); ++col) {
     list_.SetFixedAlignment(col, viewkit::Alignment::kLeftCenter);
   }
-  PutList(list_, {kMargin, top, FormWidth(), kListHeight});
-  top += kListHeight + kGap;
-  Put(status_, {kMargin, top, FormWidth(), kBoxHeight});
-  top += kBoxHeight + kGap;
+  PutList(list_, {form::kMargin, top, FormWidth(), kListHeight});
+  top += kListHeight + form::kGap;
+  Put(status_, {form::kMargin, top, FormWidth(), form::kBoxHeight});
+  top += form::kBoxHeight + form::kGap;
   if (plan_.offers_only_bad) {
     only_bad_.SetCaption("只看有问题的(&W)");
-    Put(only_bad_, {kMargin, top + (kButtonHeight - kBoxHeight) / 2, 2400, kBoxHeight});
+    Put(only_bad_, {form::kMargin, top + (form::kButtonHeight - form::kBoxHeight) / 2, 2400,
+                    form::kBoxHeight});
     only_bad_.Clicked.Add([this] { FillList(); });
   }
-  PutButtons(plan_.action, FormWidth() + 2 * kMargin, top);
+  PutButtons(plan_.action, FormWidth() + 2 * form::kMargin, top);
 }
 
 void PreviewDialog::Show(Preview preview) {

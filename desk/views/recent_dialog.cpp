@@ -12,7 +12,7 @@
 
 namespace desk::views {
 
-using namespace viewkit::form;
+namespace form = viewkit::form;
 
 namespace {
 
@@ -34,23 +34,23 @@ RecentDialog::RecentDialog(book::RecentBooks& books, Calls calls)
 
 void RecentDialog::MakeControls() {
   MakeLedgerGrid(list_, kPlans, "最近的账簿");
-  list_.SetBounds({kMargin, kMargin, kWidth - 2 * kMargin, kListHeight});
+  list_.SetBounds({form::kMargin, form::kMargin, kWidth - 2 * form::kMargin, kListHeight});
   FitColumn(list_, kPlace, kPlans[kPlace].width);
-  const int note = kMargin + kListHeight + kGap;
-  note_.SetBounds({kMargin, note, kWidth - 2 * kMargin, kBoxHeight});
+  const int note = form::kMargin + kListHeight + form::kGap;
+  note_.SetBounds({form::kMargin, note, kWidth - 2 * form::kMargin, form::kBoxHeight});
   open_.SetCaption("打开(&O)");
   remove_.SetCaption("移除(&R)");
   close_.SetCaption("关闭");
-  const int top = note + kRowPitch;
+  const int top = note + form::kRowPitch;
   int position = 4;
   for (viewkit::CommandButton* button : {&open_, &pin_, &remove_, &close_}) {
-    button->SetBounds(Button(kWidth, --position, top));
+    button->SetBounds(form::Button(kWidth, --position, top));
   }
   for (viewkit::Control* control :
        std::initializer_list<viewkit::Control*>{&list_, &note_, &open_, &pin_, &remove_, &close_}) {
     Add(*control);
   }
-  SetSize(kWidth, top + kButtonHeight + kMargin);
+  SetSize(kWidth, top + form::kButtonHeight + form::kMargin);
   SetButtons(open_, close_);
   list_.RowColChange.Add([this] { ShowRow(); });
   list_.DoubleClick.Add([this] { Open(); });

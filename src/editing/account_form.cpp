@@ -8,32 +8,32 @@ namespace {
 
 using host::Bounds;
 using viewkit::ComboBox;
-using namespace viewkit::form;
+namespace form = viewkit::form;
 
 /// First window identifier of each control array.
 enum ArrayId { kTextId = 100, kCheckId = 200, kOptionId = 300, kListId = 400, kButtonId = 500 };
 
 // The arrangement, in twips: two columns of equal width.
 constexpr int kColumnWidth = 4080;
-constexpr int kRightColumn = kMargin + kColumnWidth + kGap;
-constexpr int kFormWidth = kRightColumn + kColumnWidth + kMargin;
+constexpr int kRightColumn = form::kMargin + kColumnWidth + form::kGap;
+constexpr int kFormWidth = kRightColumn + kColumnWidth + form::kMargin;
 constexpr int kLabelWidth = 1380;
-constexpr int kFieldWidth = kColumnWidth - 2 * kMargin - kLabelWidth;
+constexpr int kFieldWidth = kColumnWidth - 2 * form::kMargin - kLabelWidth;
 
-constexpr int kFullFieldWidth = kFormWidth - 4 * kMargin - kLabelWidth;
+constexpr int kFullFieldWidth = kFormWidth - 4 * form::kMargin - kLabelWidth;
 
-constexpr int kAccountTop = kMargin;
-constexpr int kKindsTop = kAccountTop + FrameHeight(5) + kGap;
-constexpr int kFlagsTop = kKindsTop + FrameHeight(4) + kGap;
-constexpr int kButtonsTop = kFlagsTop + FrameHeight(1) + kMargin;
-constexpr int kFormHeight = kButtonsTop + kButtonHeight + kMargin;
+constexpr int kAccountTop = form::kMargin;
+constexpr int kKindsTop = kAccountTop + form::FrameHeight(5) + form::kGap;
+constexpr int kFlagsTop = kKindsTop + form::FrameHeight(4) + form::kGap;
+constexpr int kButtonsTop = kFlagsTop + form::FrameHeight(1) + form::kMargin;
+constexpr int kFormHeight = kButtonsTop + form::kButtonHeight + form::kMargin;
 
 /// The rows inside a frame that starts at `left` and `top`.
-constexpr Rows RowsIn(int left, int top) {
-  return Rows::InFrame(left, top, kLabelWidth, kFieldWidth);
+constexpr form::Rows RowsIn(int left, int top) {
+  return form::Rows::InFrame(left, top, kLabelWidth, kFieldWidth);
 }
 /// Two options in the place of one box.
-constexpr Bounds HalfField(const Rows& rows, int row, int half) {
+constexpr Bounds HalfField(const form::Rows& rows, int row, int half) {
   return rows.At(row, kLabelWidth + half * kFieldWidth / 2, kFieldWidth / 2);
 }
 /// A label in the place of a box.
@@ -43,8 +43,8 @@ constexpr Bounds WithoutLabel(Bounds label) {
   return label;
 }
 /// Two boxes beside one another, without labels.
-constexpr Bounds Half(const Rows& rows, int row, int half) {
-  constexpr int kHalf = kColumnWidth / 2 - kMargin;
+constexpr Bounds Half(const form::Rows& rows, int row, int half) {
+  constexpr int kHalf = kColumnWidth / 2 - form::kMargin;
   return rows.At(row, half * kHalf, kHalf);
 }
 
@@ -76,10 +76,12 @@ void AccountForm::CreateControls() {
 
 // Codes, categories and mnemonics are short; names take the whole width.
 void AccountForm::PlaceAccount() {
-  PlaceFrame("科目", {kMargin, kAccountTop, kFormWidth - 2 * kMargin, FrameHeight(5)});
-  const Rows left = RowsIn(kMargin, kAccountTop);
-  const Rows right = RowsIn(kRightColumn, kAccountTop);
-  const Rows whole = Rows::InFrame(kMargin, kAccountTop, kLabelWidth, kFullFieldWidth);
+  PlaceFrame("科目",
+             {form::kMargin, kAccountTop, kFormWidth - 2 * form::kMargin, form::FrameHeight(5)});
+  const form::Rows left = RowsIn(form::kMargin, kAccountTop);
+  const form::Rows right = RowsIn(kRightColumn, kAccountTop);
+  const form::Rows whole =
+      form::Rows::InFrame(form::kMargin, kAccountTop, kLabelWidth, kFullFieldWidth);
   PlaceLabel("上级科目", left.Label(0));
   above_ = &PlaceLabel("", WithoutLabel(whole.Label(0)));
   PlaceLabel("编码(&B)", left.Label(1));
@@ -98,8 +100,8 @@ void AccountForm::PlaceAccount() {
 }
 
 void AccountForm::PlaceKinds() {
-  PlaceFrame("核算方式", {kMargin, kKindsTop, kColumnWidth, FrameHeight(4)});
-  const Rows rows = RowsIn(kMargin, kKindsTop);
+  PlaceFrame("核算方式", {form::kMargin, kKindsTop, kColumnWidth, form::FrameHeight(4)});
+  const form::Rows rows = RowsIn(form::kMargin, kKindsTop);
   PlaceCheck(kCurrencyCheck, "外币核算(&W)", rows.Lead(0));
   PlaceList(kCurrencyList, rows.Field(0));
   PlaceCheck(kQuantityCheck, "数量核算(&Q)", rows.Lead(1));
@@ -115,8 +117,8 @@ void AccountForm::PlaceKinds() {
 }
 
 void AccountForm::PlaceAuxiliary() {
-  PlaceFrame("辅助核算", {kRightColumn, kKindsTop, kColumnWidth, FrameHeight(4)});
-  const Rows rows = RowsIn(kRightColumn, kKindsTop);
+  PlaceFrame("辅助核算", {kRightColumn, kKindsTop, kColumnWidth, form::FrameHeight(4)});
+  const form::Rows rows = RowsIn(kRightColumn, kKindsTop);
   PlaceCheck(kDepartmentCheck, "部门核算(&1)", Half(rows, 0, 0));
   PlaceCheck(kPersonCheck, "个人往来(&2)", Half(rows, 0, 1));
   PlaceCheck(kCustomerCheck, "客户往来(&3)", Half(rows, 1, 0));
@@ -125,10 +127,11 @@ void AccountForm::PlaceAuxiliary() {
 }
 
 void AccountForm::PlaceFlags() {
-  PlaceFrame("标志", {kMargin, kFlagsTop, kFormWidth - 2 * kMargin, FrameHeight(1)});
-  const Rows left = RowsIn(kMargin, kFlagsTop);
-  const Rows right = RowsIn(kRightColumn, kFlagsTop);
-  constexpr int kThird = (kColumnWidth - 2 * kMargin) / 3;
+  PlaceFrame("标志",
+             {form::kMargin, kFlagsTop, kFormWidth - 2 * form::kMargin, form::FrameHeight(1)});
+  const form::Rows left = RowsIn(form::kMargin, kFlagsTop);
+  const form::Rows right = RowsIn(kRightColumn, kFlagsTop);
+  constexpr int kThird = (kColumnWidth - 2 * form::kMargin) / 3;
   PlaceCheck(kJournalCheck, "日记账(&R)", left.At(0, 0, kThird));
   PlaceCheck(kBankBookCheck, "银行账(&K)", left.At(0, kThird, kThird));
   PlaceCheck(kClosedCheck, "封存(&F)", left.At(0, 2 * kThird, kThird));
@@ -137,8 +140,8 @@ void AccountForm::PlaceFlags() {
 }
 
 void AccountForm::PlaceButtons() {
-  PlaceButton(kSaveButton, "保存(&S)", viewkit::form::Button(kFormWidth, 1, kButtonsTop));
-  PlaceButton(kCancelButton, "取消(&C)", viewkit::form::Button(kFormWidth, 0, kButtonsTop));
+  PlaceButton(kSaveButton, "保存(&S)", form::Button(kFormWidth, 1, kButtonsTop));
+  PlaceButton(kCancelButton, "取消(&C)", form::Button(kFormWidth, 0, kButtonsTop));
 }
 
 void AccountForm::PlaceFrame(const char* caption, const Bounds& bounds) {
