@@ -9,7 +9,6 @@
 
 namespace desk::views {
 
-using viewkit::Alignment;
 using viewkit::CheckBox;
 using viewkit::kTwipsPerPixel;
 using viewkit::form::kGap;

@@ -4,7 +4,6 @@
 
 namespace desk::views {
 
-using host::Bounds;
 namespace form = viewkit::form;
 
 namespace {

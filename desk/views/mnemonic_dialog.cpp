@@ -14,7 +14,6 @@
 
 namespace desk::views {
 
-using host::Bounds;
 using viewkit::CheckBox;
 namespace form = viewkit::form;
 
