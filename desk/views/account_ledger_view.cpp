@@ -10,6 +10,7 @@
 #include "host/grid_update.h"
 #include "host/text.h"
 #include "views/account_sheet.h"
+#include "views/column_fit.h"
 #include "views/ledger_grid.h"
 #include "views/posting_account.h"
 #include "views/typed_account.h"

@@ -26,10 +26,11 @@ int WidthOfContents(const tavrix::host::Grid& grid, int col,
   return width;
 }
 
-void WidenToTexts(tavrix::viewkit::FlexGrid& grid, int col) {
-  const int width = grid.ColWidth(col);
+void WidenToFit(tavrix::viewkit::FlexGrid& grid, int col) {
+  const int before = grid.ColWidth(col);
+  if (before == 0 || grid.ColHidden(col)) return;
   grid.AutoSize(col);
-  if (grid.ColWidth(col) < width) grid.SetColWidth(col, width);
+  if (grid.ColWidth(col) < before) grid.SetColWidth(col, before);
 }
 
 }  // namespace desk::views

@@ -242,7 +242,7 @@ void ImportDialog::ShowLines() {
   }
   lines_.LoadRows(std::move(rows));
   lines_.SetColWidth(kNote, kNoteWidth);
-  for (const int col : {kCode, kNote}) WidenToTexts(lines_, col);
+  for (const int col : {kCode, kNote}) WidenToFit(lines_, col);
   if (lines_.Rows() <= lines_.FixedRows()) return;
   // The first line that somebody has to look at.
   const auto refused =

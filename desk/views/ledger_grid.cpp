@@ -76,13 +76,6 @@ void FitColumn(viewkit::FlexGrid& grid, int col, int least) {
   grid.SetColWidth(col, std::max(least, grid.GetBounds().width - others));
 }
 
-void WidenToFit(viewkit::FlexGrid& grid, int col) {
-  const int before = grid.ColWidth(col);
-  if (before == 0 || grid.ColHidden(col)) return;
-  grid.AutoSize(col);
-  if (grid.ColWidth(col) < before) grid.SetColWidth(col, before);
-}
-
 void Strip::Put(viewkit::Control& control, int width, int gap) {
   control.SetBounds({left_, top_ + kEdge, std::max(0, width), kLine});
   left_ += width + gap;

@@ -37,9 +37,6 @@ void DressTotal(viewkit::FlexGrid& grid, int row);
 /// Gives column `col` what the others leave of the grid's width, but at least `least`; twips.
 void FitColumn(viewkit::FlexGrid& grid, int col, int least);
 
-/// Codes can be read: the column, when it is shown, becomes as wide as its widest one.
-void WidenToFit(viewkit::FlexGrid& grid, int col);
-
 /// Puts controls beside each other in a strip at the top of a view.
 class Strip {
  public:

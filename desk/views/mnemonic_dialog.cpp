@@ -111,7 +111,7 @@ void MnemonicDialog::ShowLines() {
     rows.AppendText(line.wanted);
   }
   list_.LoadRows(std::move(rows));
-  WidenToTexts(list_, kCodeColumn);
+  WidenToFit(list_, kCodeColumn);
   if (!shown_.empty()) {
     list_.SetRow(row);
     list_.ShowRow(row);

@@ -8,7 +8,6 @@
 #include "host/flag_scope.h"
 #include "host/grid_update.h"
 #include "host/text.h"
-#include "views/column_fit.h"
 #include "views/ledger_grid.h"
 #include "views/voucher_lines.h"
 
@@ -129,7 +128,6 @@ void OpeningBalanceView::ShowRows(std::size_t row) {
     const host::GridUpdate update(grid_);
     const int top = grid_.TopRow();
     grid_.LoadRows(std::move(texts));
-    WidenToTexts(grid_, kCode);
     for (std::size_t i = 0; i < rows_.size(); ++i) {
       if (!Takes(rows_[i])) DressTotal(grid_, grid_.FixedRows() + static_cast<int>(i));
     }

@@ -6,6 +6,7 @@
 
 #include "host/flag_scope.h"
 #include "views/caption_text.h"
+#include "views/column_fit.h"
 #include "views/ledger_grid.h"
 #include "views/opening_balance_view.h"
 #include "views/voucher_lines.h"

@@ -298,7 +298,6 @@ void TrialBalanceView::Load() {
   }
   const host::GridUpdate update(grid_);
   grid_.LoadRows(std::move(rows));
-  WidenToTexts(grid_, kCode);
   GreySealed(balance);
   if (!all) viewkit::ApplyVsRows(layout_path_, grid_, *system_);
   RedNegatives(grid_, kFirstAmount, kClosingCredit);

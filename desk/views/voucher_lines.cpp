@@ -5,6 +5,7 @@
 
 #include "host/grid_update.h"
 #include "viewkit/grid/number_format.h"
+#include "views/column_fit.h"
 #include "views/ledger_grid.h"
 #include "views/posting_account.h"
 

@@ -59,12 +59,15 @@ TEST(ColumnFit, WidensForTheCodesOfADeepChartAndNeverNarrows) {
   grid.SetRows(2);
   grid.SetColWidth(0, 1350);
   grid.SetTextMatrix(1, 0, "1001");
-  WidenToTexts(grid, 0);
+  WidenToFit(grid, 0);
   EXPECT_EQ(grid.ColWidth(0), 1350);
   const std::string code = "10010101010101010101";
   grid.SetTextMatrix(1, 0, code);
-  WidenToTexts(grid, 0);
+  WidenToFit(grid, 0);
   EXPECT_GE(grid.ColWidth(0), WidthOfText(code, viewkit::PlainTextMeasure()));
+  grid.SetColWidth(0, 0);
+  WidenToFit(grid, 0);
+  EXPECT_EQ(grid.ColWidth(0), 0) << "the user wants to see nothing of it";
 }
 
 }  // namespace

@@ -155,8 +155,8 @@ class DigitsSink final : public XmlSink {
       const bool zeros = code.find_first_not_of('0') == code.npos && code.size() <= kLongest;
       if (zeros) digits_by_format_[std::string(attributes.Get("numFmtId"))] = code.size();
     }
-    constexpr std::size_t kMost = 1U << 16;
-    if (name != "xf" || !in_cells_ || digits_.size() == kMost) return;
+    constexpr std::size_t kMax = 1U << 16;
+    if (name != "xf" || !in_cells_ || digits_.size() == kMax) return;
     const auto found = digits_by_format_.find(std::string(attributes.Get("numFmtId")));
     digits_.push_back(found == digits_by_format_.end() ? 0 : found->second);
   }
